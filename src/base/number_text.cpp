@@ -1,0 +1,133 @@
+#include "base/number_text.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "base/runtime_failure.h"
+#include "base/text.h"
+
+namespace merlane {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsPlace(char c) { return c == '0' || c == '#'; }
+
+/// How a template is made up: literal text, places before and behind the point, exponent, literal text.
+struct Pattern {
+  std::string_view before, after;
+  int leastWhole = 0;      // digits always shown before the point
+  int leastFraction = 0;   // digits always shown behind it
+  int mostFraction = 0;    // digits shown at most
+  int exponentDigits = 0;  // 0: no exponent
+};
+
+Pattern Parse(std::string_view text) {
+  Pattern p;
+  std::size_t i = 0;
+  while (i < text.size() && !IsPlace(text[i])) ++i;
+  p.before = text.substr(0, i);
+  for (; i < text.size() && IsPlace(text[i]); ++i)
+    if (text[i] == '0') ++p.leastWhole;
+  if (i < text.size() && text[i] == '.')
+    for (++i; i < text.size() && IsPlace(text[i]); ++i) {
+      ++p.mostFraction;
+      if (text[i] == '0') p.leastFraction = p.mostFraction;
+    }
+  if (i + 1 < text.size() && text[i] == 'E' && text[i + 1] == '+')
+    for (i += 2; i < text.size() && text[i] == '0'; ++i) ++p.exponentDigits;
+  p.after = text.substr(i);
+  return p;
+}
+
+std::string WithExponent(double magnitude, const Pattern& p) {
+  const std::string text = fmt::format("{:.{}e}", magnitude, p.mostFraction);
+  const std::size_t e = text.find('e');
+  std::string exponent = text.substr(e + 2);
+  exponent.erase(0, std::min(exponent.find_first_not_of('0'), exponent.size() - 1));
+  if (static_cast<int>(exponent.size()) < p.exponentDigits)
+    exponent.insert(0, static_cast<std::size_t>(p.exponentDigits) - exponent.size(), '0');
+  return text.substr(0, e) + "E" + text[e + 1] + exponent;
+}
+
+std::string Fixed(double magnitude, const Pattern& p) {
+  std::string text = fmt::format("{:.{}f}", magnitude, p.mostFraction);
+  for (int shown = p.mostFraction; shown > p.leastFraction && text.back() == '0'; --shown) text.pop_back();
+  const std::size_t whole = std::min(text.find('.'), text.size());
+  if (static_cast<int>(whole) < p.leastWhole) text.insert(0, static_cast<std::size_t>(p.leastWhole) - whole, '0');
+  return text;
+}
+
+/// Length of the longest numeric prefix of `text`; 0 when it has no digits.
+std::size_t NumericPrefix(std::string_view text) {
+  std::size_t i = 0;
+  if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
+  std::size_t digits = 0;
+  while (i < text.size() && IsDigit(text[i])) ++i, ++digits;
+  if (i < text.size() && text[i] == '.') {
+    ++i;
+    while (i < text.size() && IsDigit(text[i])) ++i, ++digits;
+  }
+  if (digits == 0) return 0;
+  if (i < text.size() && (text[i] == 'E' || text[i] == 'e')) {
+    std::size_t j = i + 1;
+    if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
+    if (j < text.size() && IsDigit(text[j])) {
+      while (j < text.size() && IsDigit(text[j])) ++j;
+      i = j;
+    }
+  }
+  return i;
+}
+
+/// Value of a text that is a number throughout.
+double Value(std::string_view number) {
+  const bool negative = number.front() == '-';
+  if (negative || number.front() == '+') number.remove_prefix(1);
+  double magnitude = 0;
+  const auto result = std::from_chars(number.data(), number.data() + number.size(), magnitude);
+  if (result.ec == std::errc::result_out_of_range) {
+    // from_chars reports numbers too large and too small alike; only a too large one is a failure.
+    magnitude = std::strtod(std::string(number).c_str(), nullptr);
+    if (std::isinf(magnitude)) throw RuntimeFailure("overflow: " + std::string(number) + " is too large a number");
+  }
+  return negative ? -magnitude : magnitude;
+}
+
+}  // namespace
+
+std::string Format(double x, std::string_view pattern) {
+  if (!std::isfinite(x)) throw RuntimeFailure("overflow: a result is not a number");
+  const Pattern p = Parse(pattern);
+  const double magnitude = std::fabs(x);
+  const std::string digits = p.exponentDigits > 0 ? WithExponent(magnitude, p) : Fixed(magnitude, p);
+  return fmt::format("{}{}{}{}", x < 0 ? "-" : "", p.before, digits, p.after);
+}
+
+std::string Shortest(double x) { return x == 0 ? "0" : fmt::format("{}", x); }
+
+double LenientNumber(std::string_view text) {
+  std::string packed;
+  for (const char c : text)
+    if (c != ' ') packed += c;
+  const std::size_t length = NumericPrefix(packed);
+  return length == 0 ? 0.0 : Value(std::string_view(packed).substr(0, length));
+}
+
+bool IsNumber(std::string_view text) {
+  const std::string_view number = Trim(text);
+  return !number.empty() && NumericPrefix(number) == number.size();
+}
+
+double StrictNumber(std::string_view text) {
+  if (!IsNumber(text)) throw RuntimeFailure("\"" + std::string(text) + "\" is not a number");
+  return Value(Trim(text));
+}
+
+std::int16_t StrictInt16(std::string_view text) { return ToInt16(StrictNumber(text)); }
+
+std::int32_t StrictInt32(std::string_view text) { return ToInt32(StrictNumber(text)); }
+
+}  // namespace merlane

@@ -1,0 +1,30 @@
+#include "control/objective.h"
+
+#include "control/fuses.h"
+
+namespace merlane {
+
+double Objective::operator()(Array1<double>& vector, std::int32_t NF) {
+  ApplyFuses(vector, state_);
+  const double F = Call(vector, NF);
+  return state_.flags.BayesOn ? F + priorTerm(vector) : F;
+}
+
+double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {
+  AlgorithmData& a = state_.algorithm;
+  ModelCall call{F,
+                 vector,
+                 a.Step,
+                 a.ParName,
+                 a.Fuse,
+                 a.NPAR,
+                 NF,
+                 state_.flags.NOBS,
+                 state_.Gradient,
+                 state_.Hessian,
+                 state_.flags.SampleSize};
+  model_(call);
+  return F;
+}
+
+}  // namespace merlane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <functional>
+
+#include "control/run_state.h"
+
+namespace merlane {
+
+/// The arguments of MODEL, the framework's only way into a model, all by reference.
+struct ModelCall {
+  double& F;                   // out: the objective
+  Array1<double>& X;           // the parameter vector of this call; the model may rewrite it
+  Array1<double>& StepSize;    // the model's validation may set elements to 0
+  Array1<std::string>& Names;  // out
+  Array1<std::string>& Fuses;  // the validation may unfuse
+  std::int16_t& N;             // number of parameters; set with NF = 0
+  std::int32_t NF;  // 0 read data; above 0 evaluate, the running count of calls; -1 results; -2 analytical derivatives
+  std::int32_t& NObs;
+  Array1<double>& G;
+  Matrix1<double>& H;
+  std::int32_t& K;  // out: sample size
+};
+
+using Model = std::function<void(ModelCall&)>;
+
+/// The objective as every command evaluates it: the fuses are applied to the vector, MODEL is called, and when priors
+/// are on their term is added.
+class Objective {
+ public:
+  Objective(RunState& state, Model model) : state_(state), model_(std::move(model)) {}
+
+  /// Evaluates at `vector` (1..NPAR), which the fuses and the model may rewrite in place. `NF` is the function-call
+  /// code, at least 1.
+  double operator()(Array1<double>& vector, std::int32_t NF);
+  /// Calls MODEL with any code: 0, -1, -2, or an evaluation without fuses and priors. Returns what it left in F, `F` on
+  /// entry.
+  double Call(Array1<double>& vector, std::int32_t NF, double F = 0);
+
+  /// The prior term of a vector, already multiplied by the run's constant; asked only while BayesOn.
+  std::function<double(const Array1<double>&)> priorTerm;
+
+ private:
+  RunState& state_;
+  Model model_;
+};
+
+}  // namespace merlane

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/array1.h"
+
+namespace merlane {
+
+/// The parameter vector of a model and what the minimisers need beside it: kept between runs in a .alg file.
+struct AlgorithmData {
+  std::int16_t NPAR = 0;
+  Array1<double> Value;          // 1..NPAR
+  Array1<double> Step;           // 0 freezes a parameter at its value
+  Array1<std::string> Fuse;      // one or two capitals; "~~" unfused
+  Array1<std::string> ParName;   // descriptions, written by the model
+  double Tolerance = 0;          // positive: absolute test of convergence; negative: relative
+  std::int32_t MaxCalls = 9999;  // function calls of the simplex, iterations of the Marquardt method
+  std::int16_t TerminalFreq = 10;
+  std::int16_t FileFreq = 0;
+  std::string LogName = "minimize.tvl";
+  double StepReduction = 0.1;
+  std::string AlgName;       // path of the .alg file; empty: no algorithm data in the run
+  std::string AlgShortName;  // its file name without folder and last four characters
+  bool AlgLoadFailed = false;
+};
+
+/// The fused groups of the parameters, by first appearance.
+struct FuseGroups {
+  std::int16_t FuseCount = 0;
+  Array1<std::string> FuseName;
+  Array1<std::int16_t> FuseMembers;
+  Array1<double> FuseValue;  // value of the group's first member
+};
+
+/// The parameters that a minimiser moves, packed.
+struct FreeParameters {
+  std::int32_t NFREE = 0;
+  Array1<double> FreeValue;
+  Array1<double> FreeStep;
+  Array1<std::int16_t> FreeIndex;  // parameter number of each free parameter
+};
+
+/// What a likelihood profile, prior plot or posterior integration has under evaluation.
+struct ProfileStatus {
+  bool ProfileOn = false;
+  bool IntegrationOn = false;
+  bool PriorPlotOn = false;
+  std::int16_t ProfileParameter = 0;  // 0 when none
+  std::int16_t ProfileState = 0;      // 1 when a profile or integration has left its results
+};
+
+/// Where the run stands; lives as long as the program.
+struct RunFlags {
+  bool ModelInitialised = false;
+  std::string PriorFileName;
+  bool BayesOn = false;
+  bool CovarianceDone = false;
+  std::int16_t CovarianceGrid = 0;
+  bool SimplexBuilt = false;  // the next simplex resumes from the one that stands
+  bool SimplexRunning = false;
+  bool MarquardtRunning = false;
+  bool OneCallRun = false;  // only during the run of "1 Function call"
+  bool OneFunctionOpen = false;
+  bool SimulationMode = false;
+  bool BootstrapMode = false;
+  bool ReadOriginalFile = false;
+  bool ReadSimulatedFile = false;
+  bool InterruptBayes = false;
+  bool InterruptML = false;
+  bool AbortRun = false;
+  std::int32_t NOBS = 0;  // data points of a sum-of-squares objective; 0: the objective is a likelihood
+  std::int32_t SampleSize = 0;
+  double ObjectiveConstant = 0;  // 1 / c, where c times the objective is -ln[likelihood]; 0 until a command sets it
+  double ObjectiveHint = 0;      // the constant c that the model proposes; 0: none
+};
+
+/// The run state of the framework: what every command reads and writes.
+struct RunState {
+  AlgorithmData algorithm;
+  FuseGroups fuses;
+  FreeParameters free;
+  ProfileStatus profile;
+  RunFlags flags;
+  Array1<double> Gradient{1};  // derivatives that a model with analytical derivatives would return
+  Matrix1<double> Hessian{1, 1};
+};
+
+}  // namespace merlane

@@ -1,0 +1,77 @@
+#include "forms/controls.h"
+
+#include <cassert>
+
+#include "forms/desk.h"
+#include "forms/form.h"
+
+namespace merlane {
+
+Control::Control(Form& f, std::string controlName, std::string initialText)
+    : form(f), name(std::move(controlName)), text(std::move(initialText)) {
+  form.controls_.push_back(this);
+}
+
+void Control::KeepDesign() {
+  designText_ = text;
+  designEnabled_ = enabled;
+  designVisible_ = visible;
+}
+
+void Control::RestoreDesign() {
+  text = designText_;
+  enabled = designEnabled_;
+  visible = designVisible_;
+}
+
+OptionButton::OptionButton(Form& f, std::string n, std::string caption, int optionGroup)
+    : Control(f, std::move(n), std::move(caption)), group(optionGroup) {}
+
+void OptionButton::KeepDesign() {
+  Control::KeepDesign();
+  designValue_ = value;
+}
+
+void OptionButton::RestoreDesign() {
+  Control::RestoreDesign();
+  value = designValue_;
+}
+
+void CheckBox::KeepDesign() {
+  Control::KeepDesign();
+  designValue_ = value;
+}
+
+void CheckBox::RestoreDesign() {
+  Control::RestoreDesign();
+  value = designValue_;
+}
+
+void Grid::Resize(int rowCount, int columnCount) {
+  std::vector<Cell> cells(static_cast<std::size_t>(rowCount) * static_cast<std::size_t>(columnCount));
+  for (int row = 0; row < std::min(rows_, rowCount); ++row)
+    for (int column = 0; column < std::min(columns_, columnCount); ++column)
+      cells[static_cast<std::size_t>(row * columnCount + column)] = std::move(At(row, column));
+  rows_ = rowCount;
+  columns_ = columnCount;
+  cells_ = std::move(cells);
+}
+
+Grid::Cell& Grid::At(int row, int column) {
+  assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
+  return cells_[static_cast<std::size_t>(row * columns_ + column)];
+}
+
+const Grid::Cell& Grid::At(int row, int column) const {
+  assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
+  return cells_[static_cast<std::size_t>(row * columns_ + column)];
+}
+
+void StatusBar::Set(int panel, const std::string& panelText) {
+  std::string& held = panels_[static_cast<std::size_t>(panel) - 1];
+  if (held == panelText) return;
+  held = panelText;
+  form.desk.host.windows.OnStatus(name, panel, panelText);
+}
+
+}  // namespace merlane

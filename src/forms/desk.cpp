@@ -1,0 +1,244 @@
+#include "forms/desk.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+/// Sets a value for the time of a scope.
+template <class T>
+class Scoped {
+ public:
+  Scoped(T& variable, T value) : variable_(variable), kept_(std::exchange(variable, value)) {}
+  ~Scoped() { variable_ = kept_; }
+  Scoped(const Scoped&) = delete;
+  Scoped& operator=(const Scoped&) = delete;
+
+ private:
+  T& variable_;
+  T kept_;
+};
+
+}  // namespace
+
+Form* Desk::Find(const std::string& formName) const {
+  const auto found = std::ranges::find(forms_, formName, &Form::name);
+  return found == forms_.end() ? nullptr : *found;
+}
+
+Form& Desk::Named(const std::string& formName) const {
+  Form* const form = Find(formName);
+  if (form == nullptr) throw std::logic_error("no form is named " + formName);
+  return *form;
+}
+
+void Desk::Load(Form& form) {
+  if (form.loaded_) return;
+  if (!form.designKept_) {
+    form.designTitle_ = form.title;
+    for (Control* control : form.controls_) control->KeepDesign();
+    form.designKept_ = true;
+  } else {
+    form.title = form.designTitle_;
+    for (Control* control : form.controls_) control->RestoreDesign();
+  }
+  form.enabled = true;
+  form.loaded_ = true;
+  form.OnLoad();
+}
+
+void Desk::Show(Form& form) {
+  Load(form);
+  const bool wasVisible = std::exchange(form.visible_, true);
+  host.windows.OnForm(form, wasVisible ? FormEvent::Front : FormEvent::Shown);
+}
+
+void Desk::Hide(Form& form) {
+  if (std::exchange(form.visible_, false)) host.windows.OnForm(form, FormEvent::Hidden);
+}
+
+void Desk::Unload(Form& form) {
+  if (!form.loaded_) return;
+  form.loaded_ = false;
+  form.visible_ = false;
+  host.windows.OnForm(form, FormEvent::Unloaded);
+  form.OnUnload();
+}
+
+void Desk::ToFront(Form& form) { Show(form); }
+
+Answer Desk::Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
+  return host.windows.MsgBox({title, text, boxStyle, details});
+}
+
+void Desk::Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
+  host.windows.MsgBox({title, text, boxStyle, details});
+}
+
+std::string Desk::Input(const std::string& title, const std::string& prompt, const std::string& defaultText) {
+  return host.windows.InputBox({title, prompt, defaultText});
+}
+
+std::optional<std::string> Desk::AskFile(const FileRequest& request) { return host.windows.AskFile(request); }
+
+void Desk::Write(const std::string& path, std::string_view bytes) {
+  WriteWholeFile(path, bytes);
+  host.windows.OnWrote(path);
+}
+
+void Desk::Turn() {
+  if (inTurn_) return;
+  {
+    const Scoped<bool> turn(inTurn_, true);
+    host.windows.Turn();
+  }
+  EndIfRaised();
+  if (std::exchange(closeAsked_, false) && onCloseWhileBusy) onCloseWhileBusy();
+}
+
+void Desk::WaitUntil(const std::function<bool()>& done) {
+  const Scoped<bool> waiting(waiting_, true);
+  while (!done()) {
+    host.windows.Wait();
+    EndIfRaised();
+  }
+}
+
+void Desk::EndIfRaised() {
+  if (endRaised_) throw end_;
+}
+
+bool Desk::Usable(const Control& control) const {
+  const Form& form = control.form;
+  if (ended_ || !form.loaded_ || !form.visible_ || !form.enabled || !control.visible || !control.enabled) return false;
+  return !Busy() || control.offeredWhileBusy;
+}
+
+void Desk::Run(const std::string& command, const std::function<void()>& handler) {
+  if (!handler) return;
+  const Scoped<int> deeper(depth_, depth_ + 1);
+  const Scoped<bool> computing(waiting_, false);
+  try {
+    handler();
+  } catch (const EndProgram& end) {
+    end_ = end;
+    endRaised_ = true;
+  } catch (const std::exception& failure) {
+    host.windows.OnFailure(command + ": " + failure.what());
+    if (depth_ == 1 && onFailed) onFailed();
+  }
+  if (endRaised_ && depth_ == 1) {
+    ended_ = true;
+    host.windows.OnEnd(end_.exitStatus);
+  }
+}
+
+bool Desk::Use(Control& control, const std::function<void()>& action) {
+  if (!Usable(control)) return false;
+  Run(control.form.name + "." + control.name, action);
+  return true;
+}
+
+bool Desk::Press(Button& button) { return Use(button, button.onClick); }
+
+bool Desk::Press(MenuEntry& entry) {
+  for (const MenuEntry* above = entry.parent; above != nullptr; above = above->parent)
+    if (!above->enabled || !above->visible) return false;
+  return Use(entry, entry.onClick);
+}
+
+bool Desk::Choose(OptionButton& option) {
+  return Use(option, [&] {
+    for (Control* control : option.form.Controls())
+      if (auto* other = dynamic_cast<OptionButton*>(control); other != nullptr && other->group == option.group)
+        other->value = other == &option;
+    if (option.onClick) option.onClick();
+  });
+}
+
+bool Desk::Tick(CheckBox& box, bool value) {
+  return Use(box, [&] {
+    box.value = value;
+    if (box.onClick) box.onClick();
+  });
+}
+
+bool Desk::Click(TextBox& box) { return Use(box, box.onClick); }
+
+bool Desk::SetText(TextBox& box, const std::string& text) {
+  if (box.readOnly) return false;
+  return Use(box, [&] {
+    box.text = text;
+    if (box.onLeave) box.onLeave();
+  });
+}
+
+bool Desk::SetText(ComboBox& box, const std::string& text) {
+  return Use(box, [&] {
+    box.text = text;
+    if (box.onChange) box.onChange();
+  });
+}
+
+bool Desk::SetText(Pane& pane, const std::string& text) {
+  if (pane.readOnly) return false;
+  return Use(pane, [&] { pane.text = text; });
+}
+
+bool Desk::Select(ListBox& list, int item) {
+  if (item < 0 || item >= static_cast<int>(list.items.size())) return false;
+  return Use(list, [&] {
+    list.selected = item;
+    if (list.onSelect) list.onSelect();
+  });
+}
+
+bool Desk::DoubleClick(ListBox& list) { return Use(list, list.onDoubleClick); }
+
+bool Desk::SelectRow(Grid& grid, int row) {
+  if (!grid.selectsRows || row < grid.headingRows || row >= grid.Rows()) return false;
+  return Use(grid, [&] {
+    grid.selectedRow = row;
+    if (grid.onClick) grid.onClick(row, 0);
+  });
+}
+
+bool Desk::Click(Grid& grid, int row, int column) {
+  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  return Use(grid, [&] {
+    if (grid.selectsRows && row >= grid.headingRows) grid.selectedRow = row;
+    if (grid.onClick) grid.onClick(row, column);
+  });
+}
+
+bool Desk::DoubleClick(Grid& grid, int row, int column) {
+  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  return Use(grid, [&] {
+    if (grid.onDoubleClick) grid.onDoubleClick(row, column);
+  });
+}
+
+bool Desk::Enter(Grid& grid, int row, int column, const std::string& entry) {
+  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  return Use(grid, [&] {
+    if (grid.onEntry) grid.onEntry(row, column, entry);
+  });
+}
+
+bool Desk::Close(Form& form) {
+  if (ended_ || !form.loaded_ || !form.visible_) return false;
+  if (Busy() && !form.closableWhileBusy) {
+    // The window goes when the calculation has unwound; only the main window's close can end the calculation itself.
+    closeAsked_ = closeAsked_ || form.name == "frmMain";
+    return false;
+  }
+  Run(form.name, [&] {
+    if (form.OnCloseRequest()) Unload(form);
+  });
+  return true;
+}
+
+}  // namespace merlane

@@ -1,0 +1,19 @@
+#include "forms/form.h"
+
+#include "forms/desk.h"
+
+namespace merlane {
+
+Form::Form(Desk& d, std::string formName, std::string formTitle)
+    : desk(d), name(std::move(formName)), title(std::move(formTitle)) {
+  desk.forms_.push_back(this);
+}
+
+Form::~Form() { std::erase(desk.forms_, this); }
+
+Control* Form::Find(const std::string& controlName) const {
+  const auto found = std::ranges::find(controls_, controlName, &Control::name);
+  return found == controls_.end() ? nullptr : *found;
+}
+
+}  // namespace merlane

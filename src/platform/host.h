@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/random_streams.h"
+#include "platform/window_system.h"
+#include "platform/workbooks.h"
+
+namespace merlane {
+
+/// Everything the program asks of the machine it runs on.
+struct Host {
+  WindowSystem& windows;
+  const Clock& clock;
+  RandomStreams& random;
+  Workbooks& workbooks;
+};
+
+/// Raised where the program ends, by the user's wish or by a fatal data error; unwinds through whatever is running.
+struct EndProgram {
+  int exitStatus = 0;  // 0 quit, 2 fatal data error
+};
+
+}  // namespace merlane

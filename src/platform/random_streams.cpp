@@ -1,0 +1,31 @@
+#include "platform/random_streams.h"
+
+namespace merlane {
+
+std::uint64_t SplitMix64(std::uint64_t state) {
+  std::uint64_t z = state + 0x9e3779b97f4a7c15U;
+  z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
+  z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
+  return z ^ (z >> 31);
+}
+
+RandomStream::RandomStream(std::uint64_t seed, std::uint64_t number) : engine_(SplitMix64(seed + number)) {}
+
+void RandomStreams::SetSeed(std::uint64_t seed) {
+  seeded_ = true;
+  seed_ = seed;
+  number_ = 0;
+  stream_ = RandomStream(seed_, number_);
+}
+
+void RandomStreams::BeginNext() {
+  if (!seeded_) {
+    const DateTime now = clock_.Now();
+    SetSeed(static_cast<std::uint64_t>(Timer(clock_) * 1000) +
+            86400000U * static_cast<std::uint64_t>((now.year * 12 + now.month) * 31 + now.day));
+  }
+  ++number_;
+  stream_ = RandomStream(seed_, number_);
+}
+
+}  // namespace merlane

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <random>
+
+#include "platform/clock.h"
+
+namespace merlane {
+
+/// One numbered random stream: the 64-bit Mersenne Twister seeded with splitmix64(seed + number).
+class RandomStream {
+ public:
+  RandomStream(std::uint64_t seed, std::uint64_t number);
+
+  /// A uniform number in [0, 1): the next output shifted right by 11 bits, times 2^-53.
+  double Uniform() { return static_cast<double>(engine_() >> 11) * 0x1p-53; }
+
+ private:
+  std::mt19937_64 engine_;
+};
+
+/// The program's random numbers. Each request "seed from the clock" begins the next numbered stream under the seed, so
+/// that every random result can be repeated to the last digit. Where the host has given no seed, the first request
+/// takes one from the clock.
+class RandomStreams {
+ public:
+  explicit RandomStreams(const Clock& clock) : clock_(clock) {}
+
+  /// Sets the seed and begins its stream 0.
+  void SetSeed(std::uint64_t seed);
+  /// Begins the next stream; this is what "seed from the clock" does.
+  void BeginNext();
+
+  double Uniform() { return stream_.Uniform(); }
+
+  std::uint64_t Seed() const { return seed_; }
+  std::uint64_t StreamNumber() const { return number_; }
+
+ private:
+  const Clock& clock_;
+  bool seeded_ = false;
+  std::uint64_t seed_ = 0;
+  std::uint64_t number_ = 0;
+  RandomStream stream_{0, 0};
+};
+
+/// First output of the splitmix64 sequence whose state is `state` (Steele, Lea and Flood 2014).
+std::uint64_t SplitMix64(std::uint64_t state);
+
+}  // namespace merlane

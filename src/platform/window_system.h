@@ -1,0 +1,82 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace merlane {
+
+class Form;
+
+/// Styles of a message box: the buttons it offers plus the icon it shows.
+namespace style {
+inline constexpr int Ok = 0;
+inline constexpr int Critical = 16;
+inline constexpr int YesNoCancelQuestion = 35;
+inline constexpr int YesNoQuestion = 36;
+inline constexpr int Exclamation = 48;
+inline constexpr int YesNoCancelExclamation = 51;
+inline constexpr int Information = 64;
+inline constexpr int OkCancelInformation = 65;
+inline constexpr int MinimumFound = 80;
+inline constexpr int YesNoQuestionDefaultNo = 292;
+}  // namespace style
+
+enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+
+/// A modal message or question.
+struct Message {
+  std::string title;
+  std::string text;  // lines end with CR LF
+  int style = style::Ok;
+  std::string details;  // what the fixed words cannot tell: file, line, column, what stood there
+};
+
+/// A request for one line of text.
+struct InputRequest {
+  std::string title;
+  std::string prompt;
+  std::string defaultText;
+};
+
+/// A request for a file. The filter is pairs of a description and a pattern, each followed by a vertical bar.
+struct FileRequest {
+  enum class Kind { Open, Save };
+  Kind kind = Kind::Open;
+  std::string title;
+  std::string filter;
+  int filterIndex = 2;  // which pair is selected, from 1
+  std::string startName;
+};
+
+enum class FormEvent { Shown, Hidden, Unloaded, Front };
+
+/// What the program asks of the windows around it. The desktop answers with real windows, the batch runner from a file.
+class WindowSystem {
+ public:
+  virtual ~WindowSystem() = default;
+
+  /// Shows a modal box and returns the button pressed; a box that offers OK alone returns Ok.
+  virtual Answer MsgBox(const Message& message) = 0;
+  /// Asks for a line of text; empty when cancelled.
+  virtual std::string InputBox(const InputRequest& request) = 0;
+  /// Asks for a path; none when cancelled.
+  virtual std::optional<std::string> AskFile(const FileRequest& request) = 0;
+
+  /// Tells that a form was shown, hidden, unloaded or brought to the front.
+  virtual void OnForm(Form& form, FormEvent event) = 0;
+  /// Tells that panel `panel` (from 1) of a status bar now holds `text`.
+  virtual void OnStatus(const std::string& bar, int panel, const std::string& text) = 0;
+  /// Tells that a file has been written.
+  virtual void OnWrote(const std::string& path) = 0;
+  /// Tells the user that a command failed at run time.
+  virtual void OnFailure(const std::string& text) = 0;
+  /// The program has ended, with this exit status.
+  virtual void OnEnd(int exitStatus) = 0;
+
+  /// Lets pending events run and does not wait; cheap enough to be called once per visit of a data set.
+  virtual void Turn() = 0;
+  /// Sleeps until something has happened, and lets it run.
+  virtual void Wait() = 0;
+};
+
+}  // namespace merlane
