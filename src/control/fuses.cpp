@@ -32,18 +32,19 @@ void BuildFuseGroups(RunState& state) {
       groups.FuseValue(added) = a.Value(i);
     }
   }
+  groups.Leader.Dimension(groups.FuseCount);
   for (int k = 1; k <= groups.FuseCount; ++k)
     if (groups.FuseMembers(k) == 1) *std::ranges::find(a.Fuse, groups.FuseName(k)) = Unfused;
 }
 
 void ApplyFuses(Array1<double>& vector, RunState& state) {
   AlgorithmData& a = state.algorithm;
-  const FuseGroups& groups = state.fuses;
+  FuseGroups& groups = state.fuses;
   if (groups.FuseCount == 0) return;
   const bool pinning = state.profile.ProfileOn || state.profile.IntegrationOn;
   // The first member met of each group leads; its place in the vector stands for "seen" and for the group's value.
-  thread_local Array1<int> leader;
-  leader.Dimension(groups.FuseCount, 0);
+  Array1<int>& leader = groups.Leader;
+  leader.Fill(0);
   for (int i = 1; i <= a.NPAR; ++i) {
     if (a.Fuse(i) == Unfused) continue;
     const int k = GroupOf(groups, a.Fuse(i));

@@ -31,6 +31,7 @@ struct FuseGroups {
   Array1<std::string> FuseName;
   Array1<std::int16_t> FuseMembers;
   Array1<double> FuseValue;  // value of the group's first member
+  Array1<int> Leader;        // while fuses are applied: the member each group follows, 0 when none has been met
 };
 
 /// The parameters that a minimiser moves, packed.
