@@ -24,6 +24,10 @@ std::string_view Rightmost(std::string_view text, int count);
 /// The lines of a text whose lines end with CR LF, LF or CR; a last line without an end counts.
 std::vector<std::string> Lines(std::string_view text);
 
+/// The text with each line end, whether CR LF, LF or CR, made a CR LF: how every file that the program writes ends its
+/// lines.
+std::string WithCrLf(std::string_view text);
+
 /// The part of a path behind the last slash or backslash; the whole when there is none.
 std::string_view FileName(std::string_view path);
 

@@ -44,5 +44,11 @@ TEST(Rightmost, TakesAllOfAShortText) {
   EXPECT_EQ(Rightmost("ab", 3), "ab");
 }
 
+TEST(WithCrLf, MakesEveryLineEndCrLf) {
+  EXPECT_EQ(WithCrLf("a\nb\rc\r\nd"), "a\r\nb\r\nc\r\nd");
+  EXPECT_EQ(WithCrLf("\n\n\r\n\r"), "\r\n\r\n\r\n\r\n");
+  EXPECT_EQ(WithCrLf(""), "");
+}
+
 }  // namespace
 }  // namespace merlane
