@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "forms/form.h"
+
+namespace merlane {
+
+/// Ways to lay out the child windows of the main window.
+enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
+
+/// The main window: menu bar and status bars. The actions of its entries are assigned where the program is put
+/// together.
+class FrmMain : public Form {
+ public:
+  explicit FrmMain(Desk& d);
+
+  // The status bars.
+  void ShowDataFile(const std::string& text) { stbMain0.Set(1, "Brood data file name: " + text); }
+  void ShowAlgorithmFile(const std::string& shortName) { stbMain1.Set(1, "Algorithm file: " + shortName); }
+  void ShowPriorsFile(const std::string& fileName) { stbMain1.Set(2, "Bayesian priors file: " + fileName); }
+  /// A transient message; empty when the work is done.
+  void ShowProgress(const std::string& text) { stbMain5.Set(1, text); }
+
+  MenuEntry mnuApplication{*this, "mnuApplication", "&Application"};
+  MenuEntry mnuMenu{*this, "mnuMenu", "Main &menu", &mnuApplication};
+  MenuEntry mnuExit{*this, "mnuExit", "E&xit", &mnuApplication};
+  MenuEntry mnuBayesianInt{*this, "mnuBayesianInt", "&Interrupt "};
+  MenuEntry mnuInterruptBayes{*this, "mnuInterruptBayes", "I&nterrupt calculations", &mnuBayesianInt};
+  MenuEntry mnuMLInt{*this, "mnuMLInt", "&Interrupt"};
+  MenuEntry mnuInterruptML{*this, "mnuInterruptML", "&Interrupt calculations", &mnuMLInt};
+  MenuEntry mnuWindow{*this, "mnuWindow", "&Window"};
+  MenuEntry mnuCascade{*this, "mnuCascade", "&Cascade", &mnuWindow};
+  MenuEntry mnuTileHorizontal{*this, "mnuTileHorizontal", "Tile &Horizontal", &mnuWindow};
+  MenuEntry mnuTileVertical{*this, "mnuTileVertical", "Tile &Vertical", &mnuWindow};
+  MenuEntry mnuArrangeIcons{*this, "mnuArrangeIcons", "&Arrange Icons", &mnuWindow};
+  MenuEntry mnuDefaultNames{*this, "mnuDefaultNames", "&Defaults etc."};
+  MenuEntry mnuWisdom{*this, "mnuWisdom", "&Wisdom"};
+  MenuEntry mnuAbout{*this, "mnuAbout", "A&bout"};
+  MenuEntry mnuCredits{*this, "mnuCredits", "C&redits", &mnuAbout};
+
+  StatusBar stbMain0{*this, "stbMain0", 1};
+  StatusBar stbMain1{*this, "stbMain1", 2};
+  StatusBar stbMain2{*this, "stbMain2", 1};
+  StatusBar stbMain5{*this, "stbMain5", 4};  // "status panel n" of a calculation is panel n of this bar
+
+  /// Lays out the child windows; the desktop brings the layout, elsewhere nothing happens.
+  std::function<void(Arrangement)> onArrange;
+  /// The quit dialogue, asked before the window closes by its frame; it ends the program or returns.
+  std::function<void()> onClose;
+
+ protected:
+  bool OnCloseRequest() override;
+
+ private:
+  void Arrange(Arrangement arrangement) const;
+};
+
+}  // namespace merlane

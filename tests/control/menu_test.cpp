@@ -1,0 +1,101 @@
+#include "control/frm_menu.h"
+
+#include <gmock/gmock.h>
+
+#include "control/frm_main.h"
+#include "control/version.h"
+#include "forms/desk.h"
+#include "support/scripted_host.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+
+struct MenuTest : ::testing::Test {
+  test::ScriptedHost host;
+  Desk desk{host.Get()};
+  RunState state;
+  FrmMain main{desk};
+  FrmMenu menu{desk, state};
+
+  std::vector<std::string> Enabled() const {
+    std::vector<std::string> names;
+    for (const Control* control : menu.Controls())
+      if (dynamic_cast<const Button*>(control) != nullptr && control->enabled) names.push_back(control->name);
+    return names;
+  }
+};
+
+TEST_F(MenuTest, BareRunOffersInitializeAndQuit) {
+  desk.Show(menu);
+  EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdQuit"));
+  EXPECT_EQ(menu.lblVersion.text, "Version: " + std::string(Version()));
+  EXPECT_EQ(menu.lblModelname.text, "Merlane Survivorship Model");
+}
+
+TEST_F(MenuTest, LoadWithoutAlgorithmDataEnablesLoadAlone) {
+  state.flags.ModelInitialised = true;
+  desk.Show(menu);
+  EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdQuit"));
+}
+
+TEST_F(MenuTest, LoadWithAlgorithmDataEnablesAllEvenInASimulation) {
+  state.flags.ModelInitialised = true;
+  state.flags.SimulationMode = true;
+  state.algorithm.AlgName = "a.alg";
+  desk.Show(menu);
+  EXPECT_EQ(Enabled().size(), 13U);
+}
+
+TEST_F(MenuTest, SimulationPatternLeavesEditSaveAndSimulate) {
+  state.flags.ModelInitialised = true;
+  state.flags.SimulationMode = true;
+  state.algorithm.AlgName = "a.alg";
+  desk.Show(menu);
+  menu.ApplyPattern(menu.cmdEditAlg);
+  EXPECT_THAT(Enabled(),
+              ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdEditAlg", "cmdSaveAlg", "cmdUserSummary", "cmdQuit"));
+  EXPECT_EQ(menu.cmdUserSummary.text, "S&imulate a data set");
+  EXPECT_EQ(menu.cmdUserSummary.toolTip,
+            "Simulates brood survivorship data using your initialization input and parameter values from the "
+            "algorithm data");
+  EXPECT_EQ(menu.focus, &menu.cmdUserSummary);
+}
+
+TEST_F(MenuTest, AnalysisPatternEnablesTheTenAndNamesTheSummary) {
+  desk.Show(menu);
+  menu.ApplyPattern(menu.cmdEditAlg);
+  EXPECT_FALSE(menu.cmdLoadAlg.enabled);
+  EXPECT_EQ(Enabled().size(), 12U);
+  EXPECT_EQ(menu.cmdUserSummary.text, "Single model res&ults summary");
+  EXPECT_EQ(menu.focus, &menu.cmdEditAlg);
+}
+
+TEST_F(MenuTest, ReloadReturnsToTheDesignState) {
+  desk.Show(menu);
+  menu.ApplyPattern();
+  desk.Unload(menu);
+  desk.Show(menu);
+  EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdQuit"));
+}
+
+TEST_F(MenuTest, WindowEntriesAskTheDesktopForTheLayout) {
+  desk.Show(main);
+  std::vector<Arrangement> asked;
+  desk.Press(main.mnuCascade);  // without a desktop nothing happens
+  main.onArrange = [&](Arrangement arrangement) { asked.push_back(arrangement); };
+  for (MenuEntry* entry : {&main.mnuCascade, &main.mnuTileHorizontal, &main.mnuTileVertical, &main.mnuArrangeIcons})
+    EXPECT_TRUE(desk.Press(*entry));
+  EXPECT_THAT(asked, ElementsAre(Arrangement::Cascade, Arrangement::TileHorizontal, Arrangement::TileVertical,
+                                 Arrangement::Icons));
+}
+
+TEST_F(MenuTest, EntriesOfADisabledMenuCannotBePressed) {
+  desk.Show(main);
+  main.mnuApplication.enabled = false;
+  EXPECT_FALSE(desk.Press(main.mnuMenu));
+}
+
+}  // namespace
+}  // namespace merlane
