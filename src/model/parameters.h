@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/array1.h"
+
+namespace merlane {
+
+/// The flat vector of parameters, decoded into the quantities that the survival functions and the likelihood compute
+/// with; valid for one evaluation. In the coefficient tables 1 is E[brood size@hatch], 2 the hatch date and m + 2 brood
+/// covariate m.
+struct Parameters {
+  std::int16_t CodeEggR = 1, CodeJuvR = 1, CodeEggC = 1, CodeJuvC = 1;  // 1 binomial, 2 beta-binomial
+  double ThetaEggR = 0, ThetaJuvR = 0;        // always 0: random mortality knows no overdispersion
+  double ThetaEggC = 0, ThetaJuvC = 0;        // overdispersion, 0 to 0.999999
+  double v_N = 0, v_B = 0;                    // its attenuation by age, per day
+  std::int16_t LayAge = 0;                    // I, days relative to hatch, 0 or negative
+  std::int16_t FledgeAge = 0;                 // D, days; 0: no age at fledging limits the model
+  double c_N = 0, f_N = 0, c_B = 0, f_B = 0;  // probability of correlated mortality, its attenuation
+  double Alpha_NR = 0, Beta_NR = 0, Alpha_BR = 0, Beta_BR = 0;
+  double Alpha_NC = 0, Beta_NC = 0, Alpha_BC = 0, Beta_BC = 0;
+  Array1<double> ZetaBR, GammaBR, ZetaBC, GammaBC;  // 1..NCov+2
+  /// (a, k): interaction of attribute a, 1 or 2, with attribute or covariate k, 2..NCov+2; for k = 2 only (1, 2).
+  Matrix1<double> ZetaBRx, GammaBRx, ZetaBCx, GammaBCx;
+  bool UsesBroodSize = false, UsesHatchDate = false;  // a coefficient that needs the attribute is in play
+};
+
+}  // namespace merlane
