@@ -13,6 +13,7 @@ struct Host {
   const Clock& clock;
   RandomStreams& random;
   Workbooks& workbooks;
+  std::string outputFolder = ".";  // where files go that the program names itself
 };
 
 /// Raised where the program ends, by the user's wish or by a fatal data error; unwinds through whatever is running.

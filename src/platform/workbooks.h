@@ -1,22 +1,27 @@
 #pragma once
 
-#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace merlane {
 
-/// One worksheet: its name and the cells of its used range as rows of text and numbers, turned into text as the cell
-/// holds them.
+/// What a cell of a worksheet holds: nothing, a number or a text.
+using WorkbookCell = std::variant<std::monostate, double, std::string>;
+
+/// One worksheet: its name and its used range, row by row; all rows are equally long. A sheet without contents has no
+/// rows.
 struct Worksheet {
   std::string name;
-  std::vector<std::vector<std::string>> rows;
+  std::vector<std::vector<WorkbookCell>> rows;
 };
 
-/// Reads workbooks for the program. RuntimeFailure when the file is no workbook, is cut short or is encrypted.
+/// Reads workbooks for the program.
 class Workbooks {
  public:
   virtual ~Workbooks() = default;
+  /// All worksheets of a workbook in their order. RuntimeFailure when the file is no workbook, is cut short or is
+  /// encrypted.
   virtual std::vector<Worksheet> Read(const std::string& path) = 0;
 };
 

@@ -1,0 +1,94 @@
+#include "platform/freexl_workbooks.h"
+
+#include <freexl.h>
+
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+using Rows = std::vector<std::vector<WorkbookCell>>;
+
+/// An open workbook that closes itself.
+class OpenWorkbook {
+ public:
+  explicit OpenWorkbook(const std::string& path) {
+    Check(freexl_open(path.c_str(), &handle_), path);
+    unsigned int encrypted = 0;
+    if (freexl_get_info(handle_, FREEXL_BIFF_PASSWORD, &encrypted) == FREEXL_OK && encrypted == FREEXL_BIFF_OBFUSCATED)
+      throw RuntimeFailure("the workbook " + path + " is encrypted");
+  }
+  ~OpenWorkbook() { freexl_close(handle_); }
+  OpenWorkbook(const OpenWorkbook&) = delete;
+  OpenWorkbook& operator=(const OpenWorkbook&) = delete;
+  const void* Get() const { return handle_; }
+
+ private:
+  static void Check(int code, const std::string& path) {
+    if (code != FREEXL_OK)
+      throw RuntimeFailure(fmt::format("{} is not a workbook that can be read (reason {})", path, code));
+  }
+  const void* handle_ = nullptr;
+};
+
+WorkbookCell CellAt(const void* handle, unsigned int row, unsigned short column) {
+  FreeXL_CellValue cell{};
+  if (freexl_get_cell_value(handle, row, column, &cell) != FREEXL_OK) throw RuntimeFailure("a cell cannot be read");
+  switch (cell.type) {
+    case FREEXL_CELL_INT:
+      return static_cast<double>(cell.value.int_value);
+    case FREEXL_CELL_DOUBLE:
+      return cell.value.double_value;
+    case FREEXL_CELL_NULL:
+      return std::monostate();
+    default:
+      return std::string(cell.value.text_value == nullptr ? "" : cell.value.text_value);
+  }
+}
+
+bool IsEmpty(const WorkbookCell& cell) { return std::holds_alternative<std::monostate>(cell); }
+
+/// The smallest rectangle of cells that holds everything on the active sheet.
+Rows UsedRange(const void* handle) {
+  unsigned int rowCount = 0;
+  unsigned short columnCount = 0;
+  if (freexl_worksheet_dimensions(handle, &rowCount, &columnCount) != FREEXL_OK)
+    throw RuntimeFailure("the size of a worksheet cannot be read");
+  // A stray format can make a sheet's dimensions enormous, so the cells are looked through before any are kept.
+  unsigned int top = rowCount, bottom = 0;
+  unsigned short left = columnCount, right = 0;
+  for (unsigned int r = 0; r < rowCount; ++r)
+    for (unsigned short c = 0; c < columnCount; ++c) {
+      if (IsEmpty(CellAt(handle, r, c))) continue;
+      top = std::min(top, r);
+      bottom = std::max(bottom, r);
+      left = std::min(left, c);
+      right = std::max(right, c);
+    }
+  Rows used;
+  for (unsigned int r = top; r < rowCount && r <= bottom; ++r) {
+    std::vector<WorkbookCell>& row = used.emplace_back();
+    for (unsigned short c = left; c <= right; ++c) row.push_back(CellAt(handle, r, c));
+  }
+  return used;
+}
+
+}  // namespace
+
+std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
+  const OpenWorkbook workbook(path);
+  unsigned int count = 0;
+  if (freexl_get_info(workbook.Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)
+    throw RuntimeFailure("the worksheets of " + path + " cannot be counted");
+  std::vector<Worksheet> sheets;
+  for (unsigned short i = 0; i < count; ++i) {
+    const char* name = nullptr;
+    if (freexl_get_worksheet_name(workbook.Get(), i, &name) != FREEXL_OK ||
+        freexl_select_active_worksheet(workbook.Get(), i) != FREEXL_OK)
+      throw RuntimeFailure(fmt::format("worksheet {} of {} cannot be read", i + 1, path));
+    sheets.push_back({name == nullptr ? "" : name, UsedRange(workbook.Get())});
+  }
+  return sheets;
+}
+
+}  // namespace merlane

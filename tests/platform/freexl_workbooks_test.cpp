@@ -1,0 +1,96 @@
+#include "platform/freexl_workbooks.h"
+
+#include <cstdio>
+
+#include "base/runtime_failure.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_DATA_DIR) + "/workbooks/" + name; }
+
+/// A file of that content which is gone after the test.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& bytes) { WriteWholeFile(path_, bytes); }
+  ~TemporaryFile() { std::remove(path_.c_str()); }
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_ = testing::TempDir() + "damaged.xls";
+};
+
+TEST(FreexlWorkbooks, ReadsNumbersAndTexts) {
+  const std::vector<Worksheet> sheets = FreexlWorkbooks().Read(Kept("lake.xls"));
+  ASSERT_EQ(sheets.size(), 1U);
+  EXPECT_EQ(sheets[0].name, "Lake");
+  ASSERT_EQ(sheets[0].rows.size(), 7U);
+  ASSERT_EQ(sheets[0].rows[0].size(), 7U);
+  EXPECT_EQ(std::get<std::string>(sheets[0].rows[0][6]), "Lake_Prod");
+  EXPECT_EQ(std::get<double>(sheets[0].rows[1][0]), 1995);
+  EXPECT_EQ(std::get<double>(sheets[0].rows[1][6]), 0.6485);
+  EXPECT_EQ(std::get<std::string>(sheets[0].rows[3][4]), "-?");
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(sheets[0].rows[5][6]));
+}
+
+TEST(FreexlWorkbooks, KeepsTheOrderOfTheSheetsWithTheEmptyOnes) {
+  const std::vector<Worksheet> sheets = FreexlWorkbooks().Read(Kept("empty_between.xls"));
+  ASSERT_EQ(sheets.size(), 3U);
+  EXPECT_EQ(sheets[1].name, "Empty");
+  EXPECT_TRUE(sheets[1].rows.empty());
+  EXPECT_EQ(sheets[2].name, "Third");
+}
+
+TEST(FreexlWorkbooks, TheUsedRangeBeginsWithTheFirstCellThatHoldsSomething) {
+  const std::vector<Worksheet> sheets = FreexlWorkbooks().Read(Kept("offset.xls"));
+  ASSERT_EQ(sheets[0].rows.size(), 3U);
+  ASSERT_EQ(sheets[0].rows[0].size(), 6U);
+  EXPECT_EQ(std::get<std::string>(sheets[0].rows[0][0]), "Year");
+}
+
+TEST(FreexlWorkbooks, RefusesAnEncryptedWorkbook) {
+  EXPECT_THROW(FreexlWorkbooks().Read(Kept("encrypted.xls")), RuntimeFailure);
+}
+
+TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbook) {
+  EXPECT_THROW(FreexlWorkbooks().Read("no/such/file.xls"), RuntimeFailure);
+  EXPECT_THROW(FreexlWorkbooks().Read(testing::TempDir()), RuntimeFailure);
+  EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("Year,Code\r\n").Path()), RuntimeFailure);
+  EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("").Path()), RuntimeFailure);
+}
+
+TEST(FreexlWorkbooks, AWorkbookCutShortNeverCrashes) {
+  const std::string whole = ReadWholeFile(Kept("lake.xls"));
+  int refused = 0;
+  for (std::size_t length = 0; length < whole.size(); length += 97) {
+    const TemporaryFile cut(whole.substr(0, length));
+    try {
+      FreexlWorkbooks().Read(cut.Path());
+    } catch (const RuntimeFailure&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 0);
+}
+
+TEST(FreexlWorkbooks, ADamagedWorkbookNeverCrashes) {
+  const std::string whole = ReadWholeFile(Kept("two_sheets.xls"));
+  unsigned state = 1;
+  for (int trial = 0; trial < 300; ++trial) {
+    std::string damaged = whole;
+    for (int i = 0; i < 8; ++i) {
+      state = state * 1664525U + 1013904223U;
+      damaged[(state >> 8) % damaged.size()] = static_cast<char>(state >> 24);
+    }
+    const TemporaryFile file(damaged);
+    try {
+      FreexlWorkbooks().Read(file.Path());
+    } catch (const RuntimeFailure&) {
+    }
+  }
+  SUCCEED();
+}
+
+}  // namespace
+}  // namespace merlane
