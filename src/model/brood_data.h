@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -89,5 +88,9 @@ struct BroodData {
   bool AllBroodAgesKnown = true;
   bool ReadOK = false;
 };
+
+/// Dimensions all tables for `visitsOf`[year][brood] visits and leaves them without values; measures `MaxBroods` and
+/// `MaxVisits`. RuntimeFailure when the tables would be too large for a machine.
+void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visitsOf);
 
 }  // namespace merlane
