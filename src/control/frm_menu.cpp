@@ -1,6 +1,7 @@
 #include "control/frm_menu.h"
 
 #include "control/version.h"
+#include "forms/desk.h"
 
 namespace merlane {
 namespace {
@@ -66,6 +67,10 @@ void FrmMenu::EnableAnalysis(bool enable) {
 void FrmMenu::DisableAllButQuit() {
   cmdInitialize.enabled = cmdLoadAlg.enabled = false;
   EnableAnalysis(false);
+}
+
+void FrmMenu::CloseTheThree() {
+  for (const char* form : {"frmOneFunction", "frmSimplex", "frmMarquardt"}) desk.Unload(form);
 }
 
 }  // namespace merlane

@@ -23,6 +23,8 @@ class FrmMenu : public Form {
   void EnableAnalysis(bool enabled);
   /// All buttons but `cmdQuit`.
   void DisableAllButQuit();
+  /// Unloads the windows of the commands that run the model: one function call and the two minimisers.
+  void CloseTheThree();
 
   Button cmdInitialize{*this, "cmdInitialize", "&Initialize model"};
   Button cmdLoadAlg{*this, "cmdLoadAlg", "&Load algorithm data"};

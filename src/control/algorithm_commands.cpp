@@ -1,0 +1,111 @@
+#include "control/algorithm_commands.h"
+
+#include "forms/desk.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+/// The failure in the words of its message.
+std::string FailureText(const AlgorithmReading& reading, const std::string& path, int NPAR) {
+  switch (reading.failure) {
+    case AlgorithmReading::Failure::ParameterCount:
+      return fmt::format("Algorithm file  {}  has {} parameters, but your model specifies {}", path, reading.fileCount,
+                         NPAR);
+    case AlgorithmReading::Failure::TooManyLines:
+      return "Algorithm file seems to have too many lines of information - better check it!";
+    case AlgorithmReading::Failure::TooFewLines:
+      return "Algorithm file seems to have too few lines of information - better check it!";
+    default:
+      return "Algorithm file seems to have inappropriate, badly formatted, or missing, information - better check it!";
+  }
+}
+
+}  // namespace
+
+AlgorithmCommands::AlgorithmCommands(Desk& desk, RunState& state, FrmMain& main, FrmMenu& menu,
+                                     std::function<std::string()> dataBaseName)
+    : desk_(desk), state_(state), main_(main), menu_(menu), dataBaseName_(std::move(dataBaseName)) {}
+
+void AlgorithmCommands::LoadAlg() {
+  menu_.CloseTheThree();
+  const Answer answer =
+      desk_.Ask("Load algorithm data", "Load an existing algorithm data file?\r\n\r\n     Choose NO for default values",
+                style::YesNoCancelQuestion);
+  if (answer == Answer::Cancel) return;
+  if (answer == Answer::No) {
+    TakeDefaults();
+  } else if (!LoadFile(menu_)) {
+    return;
+  }
+  ShowLoaded();
+  menu_.ApplyPattern(menu_.cmdEditAlg);
+  menu_.cmdInitialize.enabled = menu_.cmdLoadAlg.enabled = true;
+}
+
+void AlgorithmCommands::TakeDefaults() {
+  AlgorithmData& a = state_.algorithm;
+  SetDefaultAlgorithm(a);
+  a.AlgName = a.AlgShortName = ClockName(desk_.host.clock) + ".alg";
+  desk_.Tell("Default Algorithm Values",
+             "                     Algorithm data set to default values.\r\n\r\n"
+             "Algorithm file given the date-time based name: " +
+                 a.AlgName,
+             style::Information);
+}
+
+bool AlgorithmCommands::LoadFile(Form& asking) {
+  AlgorithmData& a = state_.algorithm;
+  const auto path = desk_.AskFile({.kind = FileRequest::Kind::Open,
+                                   .title = "Open algorithm data file",
+                                   .filter = "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg",
+                                   .startName = a.AlgName});
+  if (!path) return false;
+  // Opened before the run takes its name: data whose file is not there are not in the run.
+  const std::string text = ReadWholeFile(*path);
+  TakeName(*path);
+  const AlgorithmReading reading = ReadAlgorithm(text, a);
+  if (reading.failure != AlgorithmReading::Failure::None) TellFailure(reading, *path, asking);
+  // After a failure the tolerance decides whether the command goes on with what has been read so far.
+  return !(RaiseTolerance(a) && a.AlgLoadFailed);
+}
+
+void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::string& path, Form& asking) {
+  asking.enabled = false;
+  desk_.Tell("Algorithm file - information input failed", FailureText(reading, path, state_.algorithm.NPAR),
+             style::Information, reading.details.empty() ? path : path + ", " + reading.details);
+  asking.enabled = true;
+  menu_.cmdLoadAlg.enabled = menu_.cmdInitialize.enabled = true;
+}
+
+void AlgorithmCommands::ShowLoaded() {
+  state_.flags.SimplexBuilt = false;
+  main_.ShowAlgorithmFile(state_.algorithm.AlgShortName);
+  desk_.Turn();
+}
+
+void AlgorithmCommands::Save(AlgorithmForm form) {
+  AlgorithmData& a = state_.algorithm;
+  if (a.AlgName.empty()) a.AlgName = ClockName(desk_.host.clock);
+  const std::string named = dataBaseName_();
+  const auto path =
+      desk_.AskFile({.kind = FileRequest::Kind::Save,
+                     .title = "Save algorithm data in...",
+                     .filter = fmt::format(
+                         "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg|Named for data file ({0}.*)|{0}.*|", named),
+                     .startName = a.AlgName.ends_with(".alg") ? a.AlgName : a.AlgName + ".alg"});
+  if (!path) return;
+  a.LogName = ShortLogName(a.LogName);
+  // The name is taken when the file stands: after a failure the run keeps the name that the main window shows.
+  desk_.Write(*path, AlgorithmText(a, form));
+  TakeName(*path);
+  main_.ShowAlgorithmFile(a.AlgShortName);
+}
+
+void AlgorithmCommands::TakeName(const std::string& path) {
+  AlgorithmData& a = state_.algorithm;
+  a.AlgName = path;
+  a.AlgShortName = AlgorithmShortName(path, a.AlgShortName);
+}
+
+}  // namespace merlane

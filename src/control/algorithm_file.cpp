@@ -1,0 +1,145 @@
+#include "control/algorithm_file.h"
+
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "base/text.h"
+#include "control/fuses.h"
+
+namespace merlane {
+namespace {
+
+constexpr double LeastTolerance = 1e-6;
+
+/// Hands out the lines of a text one by one and knows which one it gave last.
+class LineReader {
+ public:
+  explicit LineReader(std::string_view text) : lines_(Lines(text)) {}
+
+  bool AtEnd() const { return next_ == lines_.size(); }
+  std::size_t Number() const { return next_; }  // of the line given last, from 1
+
+  const std::string& Next() {
+    if (AtEnd()) throw RuntimeFailure("the file ends");
+    return lines_[next_++];
+  }
+
+ private:
+  std::vector<std::string> lines_;
+  std::size_t next_ = 0;
+};
+
+/// The first 14 columns, where every line has its number.
+std::string_view FirstField(std::string_view line) { return Columns(line, 1, 14); }
+
+std::string ReadFuse(std::string_view line) {
+  const std::string fuse = UpperCase(Trim(Columns(line, 33, 34)));
+  if (fuse.empty()) throw RuntimeFailure("there is no fuse in columns 33 and 34");
+  const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
+  return isCapital(fuse.front()) && isCapital(fuse.back()) ? fuse : Unfused;
+}
+
+void ReadParameters(LineReader& lines, AlgorithmData& a) {
+  a.Value.Dimension(a.NPAR);
+  a.Step.Dimension(a.NPAR);
+  a.Fuse.Dimension(a.NPAR);
+  for (int i = 1; i <= a.NPAR; ++i) {
+    const std::string& line = lines.Next();
+    a.Value(i) = StrictNumber(FirstField(line));
+    a.Step(i) = StrictNumber(Columns(line, 17, 30));
+    a.Fuse(i) = ReadFuse(line);
+  }
+}
+
+void ReadOptions(LineReader& lines, AlgorithmData& a) {
+  a.Tolerance = StrictNumber(FirstField(lines.Next()));
+  a.MaxCalls = StrictInt32(FirstField(lines.Next()));
+  a.TerminalFreq = StrictInt16(FirstField(lines.Next()));
+  a.FileFreq = StrictInt16(FirstField(lines.Next()));
+  a.LogName = FirstField(lines.Next());
+  a.StepReduction = StrictNumber(FirstField(lines.Next()));
+}
+
+}  // namespace
+
+void SetDefaultAlgorithm(AlgorithmData& a) {
+  a.Value.Dimension(a.NPAR);
+  a.Step.Dimension(a.NPAR);
+  a.Fuse.Dimension(a.NPAR, Unfused);
+  for (const auto& [i, value] : {std::pair(1, 1), {2, 1}, {3, 2}, {4, 2}, {16, 1}, {18, 1}, {20, 1}, {22, 1}})
+    if (i <= a.NPAR) a.Value(i) = value;
+  a.Tolerance = 0.0001;
+  a.MaxCalls = 9999;
+  a.TerminalFreq = 10;
+  a.FileFreq = 0;
+  a.LogName = "minimize.tvl";
+  a.StepReduction = 0.1;
+}
+
+std::string AlgorithmText(const AlgorithmData& a, AlgorithmForm form) {
+  const bool ranking = form == AlgorithmForm::Ranking;
+  std::string text;
+  const auto line = [&text](const std::string& field, std::string_view comment) {
+    text += fmt::format("{}{}\r\n", RightSet(field, 14), comment);
+  };
+  line(Format(a.NPAR, "###0"), "  Number of parameters");
+  for (int i = 1; i <= a.NPAR; ++i)
+    line(Format(a.Value(i), "0.0000000E+00"),
+         RightSet(Format(a.Step(i), "0.0000000E+00"), 16) + RightSet(a.Fuse(i), ranking ? 4 : 3) +
+             (ranking ? "  Value, step then link for: " : "  Value, step then link for ") + a.ParName(i));
+  line(Format(a.Tolerance, "0.0000000E+00"),
+       ranking ? "  Simplex limit (+ for ABS, - for REL)" : "  Tolerance for Convergence (+ for ABS, - for REL)");
+  line(Format(a.MaxCalls, "####0"), "  Maximum # of function calls (simplex) or iterations (Marquardt)");
+  line(Format(a.TerminalFreq, "####0"), "  Terminal output frequency");
+  line(Format(a.FileFreq, "####0"), "  File output frequency");
+  line(a.LogName, "  Name of output file");
+  line(Format(a.StepReduction, "0.0000000E+00"), "  Step size reduction fraction");
+  return text;
+}
+
+std::string ShortLogName(const std::string& logName) {
+  if (logName.size() <= 14) return logName;
+  return std::string(FileName(Rightmost(logName, 14)));
+}
+
+AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a) {
+  using Failure = AlgorithmReading::Failure;
+  AlgorithmReading reading;
+  LineReader lines(text);
+  a.AlgLoadFailed = true;
+  try {
+    reading.fileCount = StrictInt16(FirstField(lines.Next()));
+    if (reading.fileCount != a.NPAR) {
+      reading.failure = Failure::ParameterCount;
+      return reading;
+    }
+    ReadParameters(lines, a);
+    ReadOptions(lines, a);
+  } catch (const RuntimeFailure& fault) {
+    reading.failure = lines.AtEnd() ? Failure::TooFewLines : Failure::BadContent;
+    reading.details = fmt::format("line {}: {}", lines.Number(), fault.what());
+    return reading;
+  }
+  while (!lines.AtEnd()) {
+    if (lines.Next().empty()) continue;
+    reading.failure = Failure::TooManyLines;
+    reading.details = fmt::format("line {} stands behind the last option", lines.Number());
+    return reading;
+  }
+  a.FileFreq = 0;
+  a.AlgLoadFailed = false;
+  return reading;
+}
+
+bool RaiseTolerance(AlgorithmData& a) {
+  if (std::fabs(a.Tolerance) >= LeastTolerance) return false;
+  if (a.Tolerance != 0) a.Tolerance = std::copysign(LeastTolerance, a.Tolerance);
+  return true;
+}
+
+std::string AlgorithmShortName(const std::string& path, const std::string& present) {
+  const std::string_view name = FileName(path);
+  if (name.size() == path.size()) return present;
+  return std::string(name.substr(0, name.size() - std::min<std::size_t>(name.size(), 4)));
+}
+
+}  // namespace merlane

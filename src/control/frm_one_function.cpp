@@ -1,0 +1,42 @@
+#include "control/frm_one_function.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "forms/desk.h"
+
+namespace merlane {
+
+FrmOneFunction::FrmOneFunction(Desk& d, RunState& state, Objective& objective, FrmMain& main)
+    : Form(d, "frmOneFunction", "One function call"), state_(state), objective_(objective), main_(main) {}
+
+void FrmOneFunction::Run() {
+  desk.Show(*this);
+  main_.ShowProgress("One moment please...");
+  desk.Turn();
+  const double start = Timer(desk.host.clock);
+  const double F = objective_(state_.algorithm.Value, 1);
+  const double end = Timer(desk.host.clock);
+  const double seconds = std::trunc((end - start) * 100 + 0.5) / 100;
+  rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds);
+  if (state_.flags.BayesOn && reviewPriors) reviewPriors();
+  main_.ShowProgress("");
+}
+
+void FrmOneFunction::OnLoad() { state_.flags.OneFunctionOpen = true; }
+
+void FrmOneFunction::OnUnload() {
+  rtbOneFunction.text.clear();
+  state_.flags.OneFunctionOpen = false;
+  desk.Show("frmMenu");
+}
+
+std::string OneFunctionText(double F, const AlgorithmData& a, double seconds) {
+  std::string text = fmt::format("\r\nCurrent minimum of {} found at the following parameter values: \r\n\r\n",
+                                 Format(F, "####0.000000"));
+  for (int i = 1; i <= a.NPAR; ++i)
+    text += fmt::format("{}{} {}  {}\r\n", Format(i, "    000) "), RightSet(Format(a.Value(i), "0.0000000E+00"), 14),
+                        RightSet(a.Fuse(i), 3), a.ParName(i));
+  return text + fmt::format("\r\nNote: One function call requires about {} seconds\r\n", Format(seconds, "0.00"));
+}
+
+}  // namespace merlane
