@@ -1,0 +1,14 @@
+#pragma once
+
+#include "control/frm_information.h"
+
+namespace merlane {
+
+/// Default names and values, and other things good to know.
+class FrmDefaults : public FrmInformation {
+ public:
+  explicit FrmDefaults(Desk& d);
+  Pane txtDefaultNames{*this, "txtDefaultNames"};
+};
+
+}  // namespace merlane

@@ -1,0 +1,52 @@
+#include "control/frm_summary.h"
+
+#include "base/text.h"
+#include "forms/desk.h"
+
+namespace merlane {
+
+FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
+    : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
+  rtbOut.readOnly = false;
+  cmdSaveSummary.toolTip = "Saves the (possibly edited) output appearing in the textbox below";
+  cmdSaveSummary.onClick = [this] { state_.flags.SimulationMode ? SaveSimulatedData() : SaveResults(); };
+}
+
+void FrmSummary::Open(const std::string& text) {
+  desk.Load(*this);
+  rtbOut.text = text;
+  desk.Show(*this);
+}
+
+void FrmSummary::OnLoad() {
+  cmdSaveSummary.text = state_.flags.SimulationMode ? "Save simulated data as..." : "Save results summary as...";
+}
+
+void FrmSummary::OnUnload() {
+  desk.Show(menu_);
+  menu_.ApplyPattern(menu_.cmdUserSummary);
+}
+
+void FrmSummary::SaveSimulatedData() {
+  const std::optional<std::string> chosen =
+      desk.AskFile({FileRequest::Kind::Save, "Save simulated data in...",
+                    "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim", 2, simulatedDataName});
+  if (chosen) desk.Write(*chosen + ".sim", WithCrLf(rtbOut.text));
+}
+
+void FrmSummary::SaveResults() {
+  const AlgorithmData& a = state_.algorithm;
+  const std::string start =
+      (a.AlgName.ends_with(".alg") ? a.AlgName.substr(0, a.AlgName.size() - 4) : a.AlgName) + ".tvo";
+  const std::string filter = fmt::format(
+      "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", a.AlgShortName);
+  const std::optional<std::string> chosen =
+      desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start});
+  if (!chosen) return;
+  const std::string path = chosen->ends_with(".tvo") ? *chosen : *chosen + ".tvo";
+  const std::string text = "Originally saved with the file name: " + path + "\r\n\r\n" + rtbOut.text;
+  desk.Write(path, WithCrLf(text));
+  rtbOut.text = text;
+}
+
+}  // namespace merlane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "control/frm_menu.h"
+#include "control/run_state.h"
+#include "forms/form.h"
+
+namespace merlane {
+
+/// The results summary of a model, or the data of a simulation, as a text that may be edited and saved.
+class FrmSummary : public Form {
+ public:
+  FrmSummary(Desk& d, const RunState& state, FrmMenu& menu);
+
+  /// Shows the form with this text.
+  void Open(const std::string& text);
+  /// The name proposed for simulated data; empty: none.
+  std::string simulatedDataName;
+
+  Button cmdSaveSummary{*this, "cmdSaveSummary", ""};
+  Pane rtbOut{*this, "rtbOut"};
+
+ protected:
+  void OnLoad() override;
+  void OnUnload() override;
+
+ private:
+  void SaveSimulatedData();
+  void SaveResults();
+
+  const RunState& state_;
+  FrmMenu& menu_;
+};
+
+}  // namespace merlane

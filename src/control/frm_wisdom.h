@@ -1,0 +1,14 @@
+#pragma once
+
+#include "control/frm_information.h"
+
+namespace merlane {
+
+/// Advice on how to come to satisfying results.
+class FrmWisdom : public FrmInformation {
+ public:
+  explicit FrmWisdom(Desk& d);
+  Pane txtWisdom{*this, "txtWisdom"};
+};
+
+}  // namespace merlane
