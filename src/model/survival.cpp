@@ -1,0 +1,157 @@
+#include "model/survival.h"
+
+#include <cmath>
+#include <limits>
+
+#include "base/arithmetic.h"
+
+namespace merlane {
+namespace {
+
+/// Passes intermediate results through and remembers whether each was a number. In IEEE arithmetic an infinity may turn
+/// into an innocent 0 one step later, so none may go unseen. A value that underflows is no error.
+class ArithmeticWatch {
+ public:
+  double operator()(double x) {
+    failed_ |= !(std::abs(x) <= std::numeric_limits<double>::max());
+    return x;
+  }
+  bool Failed() const { return failed_; }
+
+ private:
+  bool failed_ = false;
+};
+
+struct Effective {
+  double value = 0, Penalty = 0;
+};
+
+/// Base * exp(X), where X sums the effects of the attributes E[brood size@hatch] E and hatch date H and of the
+/// covariates.
+Effective EffectiveValue(double base, const Array1<double>& Z, const Matrix1<double>& Zx, double E, double H,
+                         const double* Covariate, int NCov, bool mainTerms) {
+  double X = mainTerms ? E * Z(1) + H * Z(2) : 0.0;
+  for (int m = 1; m <= NCov; ++m) X = X + Covariate[m - 1] * Z(m + 2);
+  X = X + Zx(1, 2) * E * H;
+  for (int m = 1; m <= NCov; ++m) X = X + (Zx(1, m + 2) * E * Covariate[m - 1] + Zx(2, m + 2) * H * Covariate[m - 1]);
+
+  Effective effective{Checked(base * std::exp(std::min(Checked(X), 10.0))), 0};
+  if (effective.value > 10) {
+    const double excess = effective.value - 10;
+    effective = {10, Checked(excess * excess * 1e20)};
+  }
+  return effective;
+}
+
+}  // namespace
+
+SurvivalFunctions::SurvivalFunctions(const Mortality& mortality) : m_(mortality) {
+  const auto [AlphaR, BetaR, AlphaC, BetaC, c, f] = m_;
+  ArithmeticWatch common;
+  if (c != 0 && f != 0) {
+    const double divisor = common(common(f + AlphaR) * common(f + AlphaC));
+    normaliser_ = common(1 + common(common(c * f * (AlphaC - AlphaR)) / divisor));
+  }
+  ArithmeticWatch random = common;
+  shareR_ = random(c * AlphaR / random(f + AlphaR));
+  failedR_ = random.Failed();
+  ArithmeticWatch correlated = common;
+  shareC_ = correlated(c * AlphaC / correlated(f + AlphaC));
+  failedC_ = correlated.Failed();
+}
+
+SharesAlive SurvivalFunctions::At(double t) const {
+  SharesAlive alive;
+  ArithmeticWatch watch;
+  if (!CorrelatedOnly()) {
+    alive.failed |= failedR_;
+    const double w = watch(std::pow(t, m_.BetaR));
+    const double surviving = watch(std::exp(watch(-m_.AlphaR * w)));
+    const double attenuation = watch(std::exp(watch(-m_.f * w)));
+    alive.SR = watch(watch(surviving * watch(1 - watch(shareR_ * attenuation))) / normaliser_);
+  }
+  if (!RandomOnly()) {
+    alive.failed |= failedC_;
+    const double w = watch(std::pow(t, m_.BetaC));
+    alive.SC = watch(watch(shareC_ * watch(std::exp(watch(-(m_.f + m_.AlphaC) * w)))) / normaliser_);
+  }
+  alive.failed |= watch.Failed();
+  return alive;
+}
+
+Survivors ExpectedSurvivors(const Mortality& mortality, double T1, double T2, double N, bool BootstrapMode) {
+  const SurvivalFunctions functions(mortality);
+  return ExpectedSurvivors(functions, functions.At(T1), functions.At(T2), N, BootstrapMode);
+}
+
+Survivors ExpectedSurvivors(const SurvivalFunctions& functions, const SharesAlive& atT1, const SharesAlive& atT2,
+                            double N, bool BootstrapMode) {
+  Survivors out;
+  ArithmeticWatch watch;
+  const auto outOf = [&](double S1, double S2) { return watch(watch(S2 / S1) * N); };
+  if (functions.RandomOnly()) {
+    if (atT1.SR > 0 && N != Missing) out = {0, outOf(atT1.SR, atT2.SR), 0, 0};
+    out.OutAll = out.OutR;
+  } else if (functions.CorrelatedOnly()) {
+    if (atT1.SC > 0 && N != Missing) out = {1, 0, outOf(atT1.SC, atT2.SC), 0};
+    out.OutAll = out.OutC;
+  } else {
+    const double S1 = watch(atT1.SR + atT1.SC);
+    const double S2 = watch(atT2.SR + atT2.SC);
+    if (S1 > 0) out.OutAll = outOf(S1, S2);
+    if (atT1.SC > 0) out.OutC = outOf(atT1.SC, atT2.SC);
+    if (atT1.SR > 0) out.OutR = outOf(atT1.SR, atT2.SR);
+    out.PCorr = watch(atT1.SC / S1);
+  }
+  if (atT1.failed || atT2.failed || watch.Failed()) return {0, Missing, Missing, Missing, 0};
+
+  if (out.OutAll < 1e-8 && N > 0 && !BootstrapMode) {
+    out.Penalty = -std::log(1e-8 - out.OutAll) * 1e20;
+    out.OutAll = 1e-8;
+  }
+  if (out.OutAll == 0 && N > 0 && BootstrapMode) out.Penalty = 1e20;
+  return out;
+}
+
+void BroodMortality::AddTo(double& Penalty) const {
+  Penalty = Penalty + PenaltyAlphaR;
+  Penalty = Penalty + PenaltyBetaR;
+  Penalty = Penalty + PenaltyAlphaC;
+  Penalty = Penalty + PenaltyBetaC;
+}
+
+BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, int brood, double E) {
+  const double H = data.HatchDate[static_cast<std::size_t>(brood)];
+  const double* covariates = data.CovariatesOf(brood);
+  const auto effective = [&](double base, const Array1<double>& Z, const Matrix1<double>& Zx) {
+    return EffectiveValue(base, Z, Zx, E, H, covariates, data.NCov, true);
+  };
+  const Effective AlphaR = effective(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective BetaR = effective(p.Beta_BR, p.GammaBR, p.GammaBRx);
+  const Effective AlphaC = effective(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective BetaC = effective(p.Beta_BC, p.GammaBC, p.GammaBCx);
+  return {{AlphaR.value, BetaR.value, AlphaC.value, BetaC.value, p.c_B, p.f_B},
+          AlphaR.Penalty,
+          BetaR.Penalty,
+          AlphaC.Penalty,
+          BetaC.Penalty};
+}
+
+BroodMortality BroodMortalityByDate(const Parameters& p, const BroodData& data, int brood, double E) {
+  const double H = data.HatchDate[static_cast<std::size_t>(brood)];
+  const double* covariates = data.CovariatesOf(brood);
+  const auto effective = [&](double base, const Array1<double>& Z, const Matrix1<double>& Zx) {
+    return EffectiveValue(base, Z, Zx, E, H, covariates, data.NCov, false);
+  };
+  const Effective AlphaR = effective(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective AlphaC = effective(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  return {{AlphaR.value, 1, AlphaC.value, 1, p.c_B, p.f_B}, AlphaR.Penalty, 0, AlphaC.Penalty, 0};
+}
+
+Mortality ClutchMortalityByAge(const Parameters& p) {
+  return {p.Alpha_NR, p.Beta_NR, p.Alpha_NC, p.Beta_NC, p.c_N, p.f_N};
+}
+
+Mortality ClutchMortalityByDate(const Parameters& p) { return {p.Alpha_NR, 1, p.Alpha_NC, 1, p.c_N, p.f_N}; }
+
+}  // namespace merlane
