@@ -14,12 +14,14 @@ Control::Control(Form& f, std::string controlName, std::string initialText)
 
 void Control::KeepDesign() {
   designText_ = text;
+  designToolTip_ = toolTip;
   designEnabled_ = enabled;
   designVisible_ = visible;
 }
 
 void Control::RestoreDesign() {
   text = designText_;
+  toolTip = designToolTip_;
   enabled = designEnabled_;
   visible = designVisible_;
 }

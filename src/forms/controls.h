@@ -55,6 +55,7 @@ class Control {
 
  private:
   std::string designText_;
+  std::string designToolTip_;
   bool designEnabled_ = true;
   bool designVisible_ = true;
 };
