@@ -1,0 +1,224 @@
+#include "control/algorithm_commands.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "forms/desk.h"
+#include "platform/files.h"
+#include "support/scripted_host.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+constexpr const char* LoadTitle = "Load algorithm data";
+constexpr const char* OpenTitle = "Open algorithm data file";
+constexpr const char* SaveTitle = "Save algorithm data in...";
+constexpr const char* FailureTitle = "Algorithm file - information input failed";
+
+struct AlgorithmCommandsTest : ::testing::Test {
+  AlgorithmCommandsTest() {
+    AlgorithmData& a = state.algorithm;
+    a.NPAR = 2;
+    a.Value.Dimension(2);
+    a.Step.Dimension(2);
+    a.Fuse.Dimension(2, "~");
+    a.ParName = {"first", "second"};
+    std::filesystem::create_directories(folder);
+    menu.cmdLoadAlg.onClick = [this] { commands.LoadAlg(); };
+    menu.cmdSaveAlg.onClick = [this] { commands.Save_Alg(); };
+    state.flags.ModelInitialised = true;
+    desk.Show(menu);
+  }
+  ~AlgorithmCommandsTest() override { std::filesystem::remove_all(folder); }
+
+  std::string WriteFile(const std::string& text) {
+    const std::string path = folder + "/lake.alg";
+    WriteWholeFile(path, text);
+    return path;
+  }
+  static std::string GoodFile() {
+    AlgorithmData a;
+    a.NPAR = 2;
+    a.Value = {1, 2};
+    a.Step = {0.1, 0};
+    a.Fuse = {"~~", "~~"};
+    a.ParName = {"", ""};
+    a.Tolerance = 0.001;
+    return AlgorithmText(a, AlgorithmForm::Menu);
+  }
+  void Load(const std::string& path) {
+    host.windows.Yes(LoadTitle);
+    host.windows.File(path, OpenTitle);
+    ASSERT_TRUE(desk.Press(menu.cmdLoadAlg));
+  }
+
+  const std::string folder = ::testing::TempDir() + "merlane_algorithm_commands";
+  test::ScriptedHost host;
+  Desk desk{host.Get()};
+  RunState state;
+  FrmMain main{desk};
+  FrmMenu menu{desk, state};
+  Form oneFunction{desk, "frmOneFunction", ""}, simplex{desk, "frmSimplex", ""}, marquardt{desk, "frmMarquardt", ""};
+  AlgorithmCommands commands{desk, state, main, menu, [] { return std::string("lakes"); }};
+};
+
+TEST_F(AlgorithmCommandsTest, LoadNoTakesDefaultsUnderTheNameOfTheMinute) {
+  host.windows.No(LoadTitle);
+  state.flags.SimplexBuilt = true;
+  desk.Press(menu.cmdLoadAlg);
+  EXPECT_EQ(state.algorithm.AlgName, "06011030.alg");
+  EXPECT_EQ(state.algorithm.AlgShortName, "06011030.alg");
+  EXPECT_EQ(state.algorithm.Step, (Array1<double>{0, 0}));
+  EXPECT_EQ(host.windows.messages.back().text,
+            "                     Algorithm data set to default values.\r\n\r\n"
+            "Algorithm file given the date-time based name: 06011030.alg");
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: 06011030.alg");
+  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_EQ(menu.focus, &menu.cmdEditAlg);
+  EXPECT_TRUE(menu.cmdSimplex.enabled);
+}
+
+TEST_F(AlgorithmCommandsTest, LoadOfAFile) {
+  menu.cmdInitialize.enabled = false;
+  Load(WriteFile(GoodFile()));
+  EXPECT_EQ(host.windows.files.back().filter, "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg");
+  EXPECT_EQ(state.algorithm.AlgShortName, "lake");
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
+  EXPECT_EQ(state.algorithm.Value, (Array1<double>{1, 2}));
+  EXPECT_TRUE(menu.cmdInitialize.enabled);
+  EXPECT_TRUE(menu.cmdLoadAlg.enabled);
+  EXPECT_EQ(menu.focus, &menu.cmdEditAlg);
+}
+
+TEST_F(AlgorithmCommandsTest, LoadInASimulationPutsTheFocusOnSimulating) {
+  state.flags.SimulationMode = true;
+  Load(WriteFile(GoodFile()));
+  EXPECT_EQ(menu.focus, &menu.cmdUserSummary);
+  EXPECT_FALSE(menu.cmdSimplex.enabled);
+}
+
+TEST_F(AlgorithmCommandsTest, LoadClosesTheThreeFirst) {
+  for (Form* form : {&oneFunction, &simplex, &marquardt}) desk.Show(*form);
+  host.windows.Reply(Answer::Cancel, LoadTitle);
+  desk.Press(menu.cmdLoadAlg);
+  EXPECT_FALSE(oneFunction.Loaded() || simplex.Loaded() || marquardt.Loaded());
+}
+
+TEST_F(AlgorithmCommandsTest, CancelledQuestionOrDialogueChangesNothing) {
+  state.flags.SimplexBuilt = true;
+  host.windows.Reply(Answer::Cancel, LoadTitle);
+  desk.Press(menu.cmdLoadAlg);
+  host.windows.Yes(LoadTitle);
+  host.windows.CancelFile(OpenTitle);
+  desk.Press(menu.cmdLoadAlg);
+  EXPECT_EQ(state.algorithm.AlgName, "");
+  EXPECT_EQ(state.algorithm.Fuse(1), "~");
+  EXPECT_TRUE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(menu.cmdSimplex.enabled);
+}
+
+TEST_F(AlgorithmCommandsTest, VanishedFileIsARunTimeFailureAndNothingIsLost) {
+  state.algorithm.AlgName = "/before/old.alg";
+  host.windows.ExpectFailure("no_such.alg");
+  Load(folder + "/no_such.alg");
+  EXPECT_EQ(state.algorithm.AlgName, "/before/old.alg");
+  EXPECT_EQ(state.algorithm.Fuse(1), "~");
+  EXPECT_TRUE(desk.Usable(menu.cmdLoadAlg));
+}
+
+TEST_F(AlgorithmCommandsTest, FileOfAnotherModelIsRefusedWithBothCounts) {
+  state.algorithm.NPAR = 3;
+  const std::string path = WriteFile(GoodFile());
+  Load(path);
+  EXPECT_EQ(host.windows.messages.back().title, FailureTitle);
+  EXPECT_EQ(host.windows.messages.back().text,
+            "Algorithm file  " + path + "  has 2 parameters, but your model specifies 3");
+  EXPECT_EQ(host.windows.messages.back().style, style::Information);
+}
+
+TEST_F(AlgorithmCommandsTest, FailureWithAFreshToleranceEndsTheCommand) {
+  menu.cmdInitialize.enabled = false;
+  state.flags.SimplexBuilt = true;
+  Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
+  EXPECT_THAT(host.windows.LastText(), HasSubstr("inappropriate, badly formatted, or missing, information"));
+  EXPECT_THAT(host.windows.messages.back().details, HasSubstr("line 2"));
+  EXPECT_TRUE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(menu.cmdSimplex.enabled);
+  EXPECT_TRUE(menu.cmdInitialize.enabled && menu.cmdLoadAlg.enabled);
+  EXPECT_TRUE(menu.enabled);
+}
+
+TEST_F(AlgorithmCommandsTest, FailureWithAGoodOldToleranceGoesOn) {
+  state.algorithm.Tolerance = 0.001;
+  state.flags.SimplexBuilt = true;
+  Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
+  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
+  EXPECT_TRUE(menu.cmdSimplex.enabled);
+  EXPECT_EQ(state.algorithm.Fuse(2), "");
+}
+
+TEST_F(AlgorithmCommandsTest, MenuIsInactiveWhileAFailureIsTold) {
+  struct Watching : test::ScriptedWindows {
+    FrmMenu* menu = nullptr;
+    bool wasActive = true;
+    Answer MsgBox(const Message& message) override {
+      if (message.title == FailureTitle) wasActive = menu->enabled;
+      return ScriptedWindows::MsgBox(message);
+    }
+  } windows;
+  Desk watched({windows, host.clock, host.random, host.workbooks});
+  FrmMain watchedMain(watched);
+  FrmMenu watchedMenu(watched, state);
+  windows.menu = &watchedMenu;
+  AlgorithmCommands load(watched, state, watchedMain, watchedMenu, [] { return std::string(); });
+  windows.File(WriteFile("nothing"));
+  EXPECT_FALSE(load.LoadFile(watchedMenu));
+  EXPECT_FALSE(windows.wasActive);
+  EXPECT_TRUE(watchedMenu.enabled);
+}
+
+TEST_F(AlgorithmCommandsTest, SaveProposesTheNameWithItsExtension) {
+  for (const auto& [name, proposed] : {std::pair("/a/lake", "/a/lake.alg"),
+                                       {"/a/lake.alg", "/a/lake.alg"},
+                                       {"/a/lake.ALG", "/a/lake.ALG.alg"},
+                                       {"", "06011030.alg"}}) {
+    state.algorithm.AlgName = name;
+    host.windows.CancelFile(SaveTitle);
+    commands.Save_Alg();
+    EXPECT_EQ(host.windows.files.back().startName, proposed);
+  }
+  EXPECT_EQ(host.windows.files.back().filter,
+            "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg|Named for data file (lakes.*)|lakes.*|");
+  EXPECT_EQ(host.windows.files.back().filterIndex, 2);
+  EXPECT_EQ(state.algorithm.AlgName, "06011030") << "a name given from the clock stays after a cancel";
+}
+
+TEST_F(AlgorithmCommandsTest, SaveWritesTheFileAndTakesItsName) {
+  SetDefaultAlgorithm(state.algorithm);
+  state.algorithm.LogName = "/home/anna/long/first.tvl";
+  host.windows.File(folder + "/pond.alg", SaveTitle);
+  commands.Save_Alg();
+  EXPECT_EQ(state.algorithm.AlgShortName, "pond");
+  EXPECT_EQ(state.algorithm.LogName, "first.tvl");
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: pond");
+  EXPECT_EQ(ReadWholeFile(folder + "/pond.alg"), AlgorithmText(state.algorithm, AlgorithmForm::Menu));
+  EXPECT_THAT(host.windows.writes, ElementsAre(folder + "/pond.alg"));
+}
+
+TEST_F(AlgorithmCommandsTest, UnwritableFolderIsToldAndTheOldNameStays) {
+  Load(WriteFile(GoodFile()));
+  host.windows.File(folder + "/missing/pond.alg", SaveTitle);
+  host.windows.ExpectFailure("missing/pond.alg");
+  desk.Press(menu.cmdSaveAlg);
+  EXPECT_EQ(state.algorithm.AlgName, folder + "/lake.alg");
+  EXPECT_EQ(state.algorithm.Value, (Array1<double>{1, 2}));
+  EXPECT_TRUE(desk.Usable(menu.cmdSaveAlg));
+}
+
+}  // namespace
+}  // namespace merlane
