@@ -1,0 +1,52 @@
+#pragma once
+
+#include "minimise/minimiser_form.h"
+#include "minimise/simplex.h"
+
+namespace merlane {
+
+/// The window of the simplex minimiser: the starting state in one pane, the running state in the other, and a button
+/// that interrupts.
+class FrmSimplex : public MinimiserForm, private SimplexWatch {
+ public:
+  FrmSimplex(Desk& d, FrmMain& main, RunState& state, Objective& objective, SimplexState& simplex, LogFile& log,
+             ProfileRun& profile);
+
+  /// Shows the window and minimises. The caller has built the fuse groups, packed the free parameters (NFREE at least
+  /// 1) and set or cleared RunFlags::SimplexBuilt: set, the run resumes from the simplex that stands. It need not
+  /// dimension anything. The menu's command also sets SimplexRunning around this, so that closing the window leaves the
+  /// menu alone; a profile sets ProfileOn and fills its ProfileRun; a bootstrap sets BootstrapMode. RuntimeFailure as
+  /// MinimiseSimplex.
+  SimplexResult Minimise();
+
+  Button cmdStop{*this, "cmdStop", "&Interrupt this minimization"};
+  Pane rtbSimplexInitial{*this, "rtbSimplexInitial"};
+  Pane rtbSimplex{*this, "rtbSimplex"};
+
+ protected:
+  void OnUnload() override;
+
+ private:
+  void OnBuilding() override;
+  void OnStart(const SimplexState& simplex) override;
+  void OnTerminalReport(const SimplexState& simplex, const SimplexProgress& progress) override;
+  void OnFileReport(const SimplexState& simplex, const SimplexProgress& progress) override;
+  bool ContinueBeyondCallLimit() override;
+  void OnVerifying() override;
+  void OnAxialCall(int call, int of) override;
+  void OnVerified() override;
+  void OnRestart(int Restarts, int parameter) override;
+  void OnMinimum(const SimplexState& simplex, const SimplexProgress& progress) override;
+  void OnZeroValue() override;
+  SimplexInterrupt Turn() override;
+  void OnEnd() override;
+
+  SimplexInterrupt AskInterrupt();
+  void AnnounceEnd();
+
+  Objective& objective_;
+  SimplexState& simplex_;
+  bool InterruptFlag_ = false;
+};
+
+}  // namespace merlane

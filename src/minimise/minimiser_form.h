@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "control/frm_main.h"
+#include "control/log_file.h"
+#include "control/run_state.h"
+#include "forms/form.h"
+
+namespace merlane {
+
+/// What a likelihood profile tells the minimiser that works on one of its points, and how it is told to end.
+struct ProfileRun {
+  std::int16_t ProfilePoint = 0;
+  std::int16_t ProfilePoints = 0;
+  bool QuitAsked = false;  // set when the user quits the procedure: the profile ends with its last completed point
+};
+
+/// What the windows of both minimisers share: status panels, the texts that depend on who drives the run, the questions
+/// of an interrupted profile, and the way back to the menu.
+class MinimiserForm : public Form {
+ public:
+  MinimiserForm(Desk& d, std::string formName, std::string formTitle, FrmMain& main, RunState& state, LogFile& log,
+                ProfileRun& profile)
+      : Form(d, std::move(formName), std::move(formTitle)),
+        state_(state),
+        log_(log),
+        profile_(profile),
+        stbMain5_(main.stbMain5) {}
+
+  /// Computes and shows the review of the priors: called behind a minimum that was found with priors on.
+  std::function<void()> reviewPriors;
+
+ protected:
+  enum class ProfileAnswer { QuitProcedure, NextPoint, GoOn };
+
+  void SetPanel(int panel, const std::string& text) { stbMain5_.Set(panel, text); }
+  void ClearPanels(int first, int last);
+  void ReviewPriors();
+  /// Names, in panel 1, the point that the profile has come to.
+  void ShowProfilePoint();
+  /// Asks what an interrupt during a profile shall end, and tells the profile to end if the answer is all of it.
+  ProfileAnswer AskProfile(const std::string& boxTitle);
+  /// Caption of the button that interrupts.
+  std::string StopCaption() const;
+  /// After the window has closed: the menu, unless a command (its flag `running`), a profile or a bootstrap is at work.
+  void BringMenuBack(bool running);
+
+  RunState& state_;
+  LogFile& log_;
+  ProfileRun& profile_;
+
+ private:
+  StatusBar& stbMain5_;
+};
+
+}  // namespace merlane

@@ -1,0 +1,34 @@
+#include "minimise/parameter_rows.h"
+
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace merlane {
+namespace {
+
+std::string Field(int parameter, double value) {
+  return Format(parameter, "    000) ") + RightSet(Format(value, "0.0000000E+00"), 14);
+}
+
+}  // namespace
+
+std::string PaneRows(const RunState& state, const Array1<double>& values) {
+  std::string text;
+  for (int i = 1; i <= state.free.NFREE; ++i) {
+    const int parameter = state.free.FreeIndex(i);
+    text += Field(parameter, values(i)) + " " + RightSet(state.algorithm.Fuse(parameter), 3) + "  \n";
+  }
+  return text;
+}
+
+std::string LogRows(const RunState& state, const Array1<double>& values) {
+  constexpr int PerRow = 4;
+  std::string text;
+  for (int i = 1; i <= state.free.NFREE; ++i) {
+    text += Field(state.free.FreeIndex(i), values(i));
+    if (i % PerRow == 0 || i == state.free.NFREE) text += "\n";
+  }
+  return text;
+}
+
+}  // namespace merlane

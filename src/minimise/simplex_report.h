@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "minimise/simplex.h"
+
+namespace merlane {
+
+/// The texts of a run: for the panes of the form, and for the log. Each ends its lines with "\n". RuntimeFailure when a
+/// relative measure of convergence would divide by a best value of 0.
+
+std::string SimplexInitialPane(const RunState& state, const SimplexState& simplex);
+std::string SimplexInitialLog(const RunState& state, const SimplexState& simplex);
+
+/// Every TerminalFreq and FileFreq iterations.
+std::string SimplexTerminalPane(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
+std::string SimplexFileLog(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
+
+std::string SimplexFinalPane(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
+std::string SimplexFinalLog(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
+
+}  // namespace merlane

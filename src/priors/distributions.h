@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "base/array1.h"
+
+namespace merlane {
+
+/// A term that is not set; shown as "*". No formula tests for it.
+inline constexpr double PriorUnset = 1e-100;
+/// What stands in a second term that a distribution does not have.
+inline constexpr const char* PriorUnused = "Unused";
+
+/// The nine prior distributions, in the order in which they are offered.
+struct PriorDistribution {
+  const char* code;
+  const char* name;
+};
+inline constexpr std::array<PriorDistribution, 9> PriorDistributions = {{{"U", "Uniform - unbounded"},
+                                                                         {"T", "Uniform - bounded"},
+                                                                         {"N", "Gaussian or Normal"},
+                                                                         {"E", "Exponential"},
+                                                                         {"G", "Gamma"},
+                                                                         {"B", "Beta"},
+                                                                         {"S", "Left-side cliff"},
+                                                                         {"D", "Right-side cliff"},
+                                                                         {"L", "Ln-normal"}}};
+
+/// The prior distribution of each parameter (1..NPAR), whether it is free, fused or fixed, and the last evaluation.
+struct Priors {
+  Array1<std::string> PriorCode;        // code of a distribution
+  Array1<double> PriorFirstMean;        // mean, or the location of the (left) foot
+  Array1<double> PriorFirstSD;          // standard deviation, there
+  Array1<std::string> PriorSecondMean;  // location of the right foot of "T" as numeric text, else "Unused"
+  Array1<std::string> PriorSecondSD;    // standard deviation there, else "Unused"
+  Array1<double> PriorNegLnL;           // -ln[L] of each parameter, 0 at the most likely value
+  double PriorTotal = 0;                // their sum on the scale of the objective
+
+  /// Gives each of NPAR parameters the unbounded uniform distribution.
+  void Reset(int NPAR);
+};
+
+/// Evaluates all priors at `values` (1..NPAR): leaves PriorNegLnL, and in PriorTotal the sum of the -ln[L] times
+/// `ObjectiveConstant`, which is also returned. Outside the domain of a gamma, exponential, ln-normal or beta
+/// distribution a penalty stands in PriorNegLnL but is not in the total; the penalties of the cliffs are.
+/// RuntimeFailure where a formula cannot be computed: a standard deviation of 0, a logarithm of a number that is not
+/// positive, a second term of "T" that is no number.
+double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Priors& priors);
+
+/// Standard normal distribution function by the Chebyshev fit `erfcc` of W. H. Press, B. P. Flannery, S. A. Teukolsky
+/// and W. T. Vetterling, Numerical Recipes (1986), chapter 6.2; relative error of the smaller tail below 1.2e-7.
+/// Reaches 1 exactly some eight deviations above the mean.
+double NormalCDF(double z);
+
+}  // namespace merlane
