@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "batch/batch_clock.h"
+#include "batch/headless_host.h"
+#include "forms/desk.h"
+
+namespace merlane {
+
+/// What `export` writes: the bytes for "parameters", "visits" or "fit".
+using Exporter = std::function<std::string(const std::string& what)>;
+
+/// Does what the lines of a batch file say to the forms of a desk. A control that is not there, not visible or not
+/// enabled ends the run with a message that says which it is.
+class Actions {
+ public:
+  Actions(Desk& desk, HeadlessHost& host, BatchClock& clock, Exporter exporter);
+
+  void Play(const BatchLine& line);
+
+ private:
+  void Perform(const BatchLine& line);
+  void Press(const BatchLine& line);
+  void Set(const BatchLine& line);
+  void Select(const BatchLine& line);
+  void DoubleClick(const BatchLine& line);
+  void Type(const BatchLine& line);
+  void Close(const BatchLine& line);
+  void Arm(const BatchLine& line);
+  void SaveText(const BatchLine& line);
+  void SavePlot(const BatchLine& line);
+  void Write(const BatchLine& line, const std::function<std::string()>& bytes);
+
+  /// The form or control that the line names; ends the run when there is none.
+  Form& FormOf(const BatchLine& line) const;
+  Control& ControlOf(const BatchLine& line) const;
+  /// The control as a `Kind`, which a person would call `kind`.
+  template <class Kind>
+  Kind& ControlAs(const BatchLine& line, const char* kind) const;
+  /// Ends the run, telling why the control cannot be used, unless `done`.
+  void Check(bool done, const BatchLine& line, const Control& control) const;
+  std::string WhyUnusable(const Control& control) const;
+
+  Desk& desk_;
+  HeadlessHost& host_;
+  BatchClock& clock_;
+  Exporter exporter_;
+};
+
+}  // namespace merlane

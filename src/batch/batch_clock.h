@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/clock.h"
+
+namespace merlane {
+
+/// The machine's clock until it is made to stand at a time.
+class BatchClock : public Clock {
+ public:
+  DateTime Now() const override { return standing_ ? *standing_ : running_.Now(); }
+  void StandAt(const DateTime& time) { standing_ = time; }
+
+ private:
+  SystemClock running_;
+  std::optional<DateTime> standing_;
+};
+
+}  // namespace merlane
