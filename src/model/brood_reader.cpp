@@ -160,7 +160,7 @@ class Reader {
 
   void Pass(int pass) {
     pass_ = pass;
-    maxVisits_ = pass == 1 ? MostOfEach : data_.MaxVisits;
+    maxVisits_ = pass == 1 ? MostOfEach : largestVisit_;
     maxBroods_ = pass == 1 ? MostOfEach : data_.MaxBroods;
     years_.assign(visitsOf_.size(), {});
     skipped_ = {};
@@ -242,6 +242,7 @@ class Reader {
   /// First pass: notes how many visits each brood has. A record without a code that opens its year belongs to no brood.
   void Measure(const LineCursor& line, std::size_t y, int brood) {
     if (brood > MostOfEach) throw RuntimeFailure(line.At(CodeField) + " is one brood too many");
+    largestVisit_ = std::max(largestVisit_, visit_);
     std::vector<int>& visitsOf = visitsOf_[y];
     if (brood > static_cast<int>(visitsOf.size())) visitsOf.push_back(0);
     if (brood > 0) visitsOf.back() = std::max(visitsOf.back(), visit_);
@@ -366,6 +367,7 @@ class Reader {
   const MessageSink& tell_;
 
   std::vector<std::vector<int>> visitsOf_;  // by year and brood, measured in the first pass
+  int largestVisit_ = 0;                    // over all records, those without a brood too
   DistinctCodeCounter* codes_ = nullptr;
   std::vector<int> lineOf_;  // where in the file each visit stood
 
