@@ -1,0 +1,174 @@
+// The controls that are typed into: boxes of one line, boxes with a list, and panes of text.
+#include "ui/binder.h"
+
+namespace merlane {
+namespace {
+
+class TextBoxBinder : public Binder {
+ public:
+  TextBoxBinder(TextBox& box, Windows& allWindows, QWidget* parent) : Binder(box, allWindows), box_(box) {
+    view_ = new QLineEdit(parent);
+    view_->installEventFilter(this);
+    connect(view_, &QLineEdit::editingFinished, this, [this] { Commit(); });
+    Adopt(view_);
+  }
+
+  void Sync() override {
+    Binder::Sync();
+    if (view_->isReadOnly() != ReadOnly()) view_->setReadOnly(ReadOnly());
+    if (shown_ == control.text) return;
+    view_->setText(ToQt(shown_ = control.text));
+    view_->setCursorPosition(0);
+  }
+
+  void Commit() override {
+    if (ReadOnly()) return;
+    const std::string typed = FromQt(view_->text());
+    if (typed == shown_) return;
+    shown_ = typed;
+    Act([&] { TheDesk().SetText(box_, typed); });
+  }
+
+ protected:
+  /// A click into the box, or Space or Enter in a box that only opens a question.
+  bool eventFilter(QObject*, QEvent* event) override {
+    const auto pressed = [&] {
+      const int key = static_cast<QKeyEvent*>(event)->key();
+      return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+    };
+    const bool clicked =
+        event->type() == QEvent::MouseButtonRelease || (event->type() == QEvent::KeyPress && ReadOnly() && pressed());
+    if (!clicked || !box_.onClick || !view_->isEnabled()) return false;
+    Act([&] { TheDesk().Click(box_); });
+    return event->type() == QEvent::KeyPress;
+  }
+
+ private:
+  bool ReadOnly() const { return box_.readOnly; }
+
+  TextBox& box_;
+  QLineEdit* view_;
+  std::string shown_;
+};
+
+class ComboBinder : public Binder {
+ public:
+  ComboBinder(ComboBox& box, Windows& allWindows, QWidget* parent) : Binder(box, allWindows), box_(box) {
+    view_ = new QComboBox(parent);
+    view_->setEditable(true);
+    view_->setInsertPolicy(QComboBox::NoInsert);
+    view_->setCompleter(nullptr);  // what is typed stands as typed
+    view_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    view_->setMinimumContentsLength(5);
+    connect(view_, &QComboBox::activated, this, [this] { Commit(); });
+    connect(view_->lineEdit(), &QLineEdit::editingFinished, this, [this] { Commit(); });
+    Adopt(view_);
+  }
+
+  void Sync() override {
+    Binder::Sync();
+    if (shownItems_ != box_.items) {
+      const QSignalBlocker quiet(view_);
+      shownItems_ = box_.items;
+      view_->clear();
+      for (const std::string& item : shownItems_) view_->addItem(ToQt(item));
+      view_->setEditText(ToQt(shown_ = control.text));
+    }
+    if (shown_ != control.text) view_->setEditText(ToQt(shown_ = control.text));
+  }
+
+  void Commit() override {
+    const std::string typed = FromQt(view_->currentText());
+    if (typed == shown_) return;
+    shown_ = typed;
+    Act([&] { TheDesk().SetText(box_, typed); });
+  }
+
+ private:
+  ComboBox& box_;
+  QComboBox* view_;
+  std::string shown_;
+  std::vector<std::string> shownItems_;
+};
+
+/// A document keeps its lines without their ends: those of the pane's text are put back when it has been edited.
+class PaneBinder : public Binder {
+ public:
+  PaneBinder(Pane& pane, Windows& allWindows, QWidget* parent) : Binder(pane, allWindows), pane_(pane) {
+    view_ = new QPlainTextEdit(parent);
+    view_->setLineWrapMode(pane.fixedPitch ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
+    if (pane.fixedPitch) {
+      view_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+      view_->setTabStopDistance(8 * QFontMetricsF(view_->font()).horizontalAdvance(QLatin1Char(' ')));
+    }
+    view_->setTabChangesFocus(true);
+    view_->setUndoRedoEnabled(!pane.readOnly);
+    view_->installEventFilter(this);
+    Adopt(view_);
+  }
+
+  void Sync() override {
+    Binder::Sync();
+    if (view_->isReadOnly() != pane_.readOnly) ShowReadOnly();
+    if (shown_ == control.text) return;
+    if (!shown_.empty() && control.text.starts_with(shown_)) {
+      Append(control.text.substr(shown_.size()));
+    } else {
+      view_->setPlainText(ToQt(control.text));
+    }
+    shown_ = control.text;
+    view_->document()->setModified(false);
+  }
+
+  void Commit() override {
+    if (pane_.readOnly || !view_->document()->isModified()) return;
+    view_->document()->setModified(false);
+    QString edited = view_->toPlainText();
+    if (shown_.find("\r\n") != std::string::npos) edited.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+    shown_ = FromQt(edited);
+    Act([&] { TheDesk().SetText(pane_, shown_); });
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::FocusOut) Commit();
+    return false;
+  }
+
+ private:
+  void ShowReadOnly() {
+    view_->setReadOnly(pane_.readOnly);
+    view_->setTextInteractionFlags(pane_.readOnly ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                                  : Qt::TextEditorInteraction);
+  }
+
+  /// What a running command adds is added below, in view when the end was in view.
+  void Append(const std::string& more) {
+    QScrollBar* const bar = view_->verticalScrollBar();
+    const bool atEnd = bar->value() == bar->maximum();
+    QTextCursor cursor(view_->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(ToQt(more));
+    if (atEnd) bar->setValue(bar->maximum());
+  }
+
+  Pane& pane_;
+  QPlainTextEdit* view_;
+  std::string shown_;
+};
+
+}  // namespace
+
+std::unique_ptr<Binder> BindTextBox(TextBox& box, Windows& windows, QWidget* parent) {
+  return std::make_unique<TextBoxBinder>(box, windows, parent);
+}
+
+std::unique_ptr<Binder> BindCombo(ComboBox& box, Windows& windows, QWidget* parent) {
+  return std::make_unique<ComboBinder>(box, windows, parent);
+}
+
+std::unique_ptr<Binder> BindPane(Pane& pane, Windows& windows, QWidget* parent) {
+  return std::make_unique<PaneBinder>(pane, windows, parent);
+}
+
+}  // namespace merlane

@@ -1,0 +1,158 @@
+#include "ui/form_window.h"
+
+#include "ui/layouts.h"
+#include "ui/main_window.h"
+#include "ui/windows.h"
+
+namespace merlane {
+namespace {
+
+/// Must be seen whatever else is on the screen: it ends what runs.
+bool StandsBeforeAll(const Form& form) { return form.name == "frmAbort"; }
+
+}  // namespace
+
+FormWindow::FormWindow(Form& form, Windows& windows)
+    : binding(form, windows, this, new QMenuBar(this)), windows_(windows) {
+  setObjectName(ToQt(form.name));
+  LayOut(*this);
+  SetTabOrder();
+}
+
+FormWindow::~FormWindow() { Undock(); }
+
+void FormWindow::SetDefault(QWidget* button) {
+  default_ = qobject_cast<QAbstractButton*>(button);
+  if (auto* const push = qobject_cast<QPushButton*>(button)) push->setDefault(true);
+}
+
+void FormWindow::ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members) {
+  frames_.emplace_back(frame, std::move(members));
+}
+
+void FormWindow::SetTabOrder() {
+  QWidget* before = nullptr;
+  for (const auto& binder : binding.Binders()) {
+    QWidget* const widget = binder->Widget();
+    if (widget == nullptr || widget->focusPolicy() == Qt::NoFocus) continue;
+    if (before != nullptr) QWidget::setTabOrder(before, widget);
+    before = widget;
+  }
+}
+
+void FormWindow::Sync() {
+  const QString title = ToQt(binding.form.title);
+  if (windowTitle() != title) setWindowTitle(title);
+  binding.Sync();
+  for (const auto& [frame, members] : frames_)
+    frame->setVisible(std::ranges::any_of(members, [](const QWidget* member) { return !member->isHidden(); }));
+  if (isEnabled() != binding.form.enabled) setEnabled(binding.form.enabled);
+}
+
+void FormWindow::Place(MainWindow* main) {
+  const bool floats = main == nullptr || StandsBeforeAll(binding.form);
+  // A child of a hidden main window stays where it is and comes back with it.
+  if (onScreen_ && (floats == !frame_ || main == nullptr)) return;
+  onScreen_ = true;
+  focusGiven_ = false;
+  if (floats)
+    Float();
+  else
+    Dock(main->Area());
+}
+
+void FormWindow::Float() {
+  Undock();
+  setParent(nullptr, StandsBeforeAll(binding.form) ? Qt::Window | Qt::WindowStaysOnTopHint : Qt::Window);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  resize(SizeWithin(screen.size() * 0.9));
+  move(screen.center() - rect().center());
+  show();
+}
+
+void FormWindow::Undock() {
+  if (!frame_) return;
+  frame_->setWidget(nullptr);
+  setParent(nullptr);
+  delete frame_.data();
+}
+
+void FormWindow::Dock(QMdiArea& area) {
+  if (!frame_) {
+    hide();
+    frame_ = area.addSubWindow(this, Qt::SubWindow);
+    frame_->setAttribute(Qt::WA_DeleteOnClose, false);
+    FindPlace(area);
+  }
+  show();
+  frame_->show();
+}
+
+/// In the middle, each window a little lower than the one before it.
+void FormWindow::FindPlace(QMdiArea& area) {
+  const QSize room = area.viewport()->size();
+  const QSize decoration = frame_->sizeHint() - sizeHint();
+  const QSize size = (SizeWithin(room - decoration) + decoration).boundedTo(room);
+  const auto others = std::ranges::count_if(area.subWindowList(), &QWidget::isVisible);
+  const QSize free = room - size;
+  const int step = 26 * static_cast<int>(others % 6);
+  frame_->resize(size);
+  frame_->move(std::min(free.width(), free.width() / 2 + step), std::min(free.height(), free.height() / 3 + step));
+}
+
+QSize FormWindow::SizeWithin(const QSize& room) const {
+  return sizeHint().expandedTo(preferredSize_).boundedTo(room).expandedTo(QSize(200, 80));
+}
+
+void FormWindow::Leave() {
+  if (!std::exchange(onScreen_, false)) return;
+  if (!frame_) return hide();
+  frame_->hide();
+  // The area would keep the hidden window active: the one that was active before it takes over.
+  const QList<QMdiSubWindow*> stack = frame_->mdiArea()->subWindowList(QMdiArea::StackingOrder);
+  const auto next = std::find_if(stack.rbegin(), stack.rend(), [](const QWidget* other) { return other->isVisible(); });
+  frame_->mdiArea()->setActiveSubWindow(next == stack.rend() ? nullptr : *next);
+}
+
+void FormWindow::BringToFront() {
+  if (frame_) {
+    if (frame_->isMinimized()) frame_->showNormal();
+    frame_->mdiArea()->setActiveSubWindow(frame_);
+  } else {
+    raise();
+    activateWindow();
+  }
+  if (!std::exchange(focusGiven_, true)) FirstFocus();
+}
+
+/// The first control that can be typed into or pressed.
+void FormWindow::FirstFocus() {
+  for (const auto& binder : binding.Binders()) {
+    QWidget* const widget = binder->Widget();
+    if (widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && !widget->isHidden()) {
+      widget->setFocus(Qt::OtherFocusReason);
+      return;
+    }
+  }
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  windows_.CloseAsked(binding.form);
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  QAbstractButton* button = nullptr;
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    auto* const focused = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    button = focused != nullptr ? focused : default_;
+  } else if (event->key() == Qt::Key_Escape) {
+    button = cancel_;
+  }
+  if (button != nullptr && button->isEnabled() && button->isVisible())
+    button->click();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+}  // namespace merlane

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QtWidgets>
+
+#include "ui/binder.h"
+
+namespace merlane {
+
+class MainWindow;
+
+/// The window of one form: a child of the main window or, where that is hidden or the form must stand before all, a
+/// window of its own.
+class FormWindow : public QWidget {
+ public:
+  FormWindow(Form& form, Windows& windows);
+  ~FormWindow() override;
+
+  FormBinding binding;
+
+  // What the layout decides.
+  void PreferSize(QSize size) { preferredSize_ = size; }
+  void SetDefault(QWidget* button);                                                      // pressed by Enter
+  void SetCancel(QWidget* button) { cancel_ = qobject_cast<QAbstractButton*>(button); }  // pressed by Escape
+  /// A frame that is seen only while one of these is.
+  void ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members);
+
+  void Sync();
+  /// Puts the window on the screen if it is not there: into the main window or, where that is hidden (null), on its
+  /// own.
+  void Place(MainWindow* main);
+  /// Takes the window off the screen.
+  void Leave();
+  void BringToFront();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void SetTabOrder();
+  void FirstFocus();
+  void Float();
+  void Undock();
+  void Dock(QMdiArea& area);
+  void FindPlace(QMdiArea& area);
+  QSize SizeWithin(const QSize& room) const;
+
+  Windows& windows_;
+  QSize preferredSize_;
+  QAbstractButton* default_ = nullptr;
+  QAbstractButton* cancel_ = nullptr;
+  std::vector<std::pair<QWidget*, std::vector<QWidget*>>> frames_;
+  QPointer<QMdiSubWindow> frame_;  // around the window while it is a child
+  bool onScreen_ = false;
+  bool focusGiven_ = false;
+};
+
+}  // namespace merlane

@@ -1,0 +1,82 @@
+#include "ui/layouts.h"
+
+#include <map>
+
+namespace merlane {
+
+QWidget* Layouter::Take(const std::string& name) {
+  QWidget* const widget = window.binding.Find(name);
+  if (widget != nullptr) taken_.insert(name);
+  return widget;
+}
+
+QHBoxLayout* Layouter::Row(std::initializer_list<const char*> names) {
+  auto* const row = new QHBoxLayout;
+  for (const char* name : names)
+    if (QWidget* const widget = Take(name)) row->addWidget(widget);
+  row->addStretch(1);
+  return row;
+}
+
+QHBoxLayout* Layouter::Buttons(std::initializer_list<const char*> names) {
+  auto* const row = new QHBoxLayout;
+  row->addStretch(1);
+  for (const char* name : names)
+    if (QWidget* const widget = Take(name)) row->addWidget(widget);
+  return row;
+}
+
+QVBoxLayout* Layouter::Column(std::initializer_list<const char*> names) {
+  auto* const column = new QVBoxLayout;
+  for (const char* name : names)
+    if (QWidget* const widget = Take(name)) column->addWidget(widget);
+  return column;
+}
+
+QGroupBox* Layouter::Group(const QString& title, QLayout* content) {
+  auto* const group = new QGroupBox(title, &window);
+  group->setLayout(content);
+  std::vector<QWidget*> members;
+  for (const auto& binder : window.binding.Binders())
+    if (QWidget* const widget = binder->Widget(); widget != nullptr && group->isAncestorOf(widget))
+      members.push_back(widget);
+  window.ShowWithAnyOf(group, std::move(members));
+  return group;
+}
+
+void Layouter::Field(QGridLayout& fields, const char* label, std::initializer_list<const char*> parts) {
+  const int row = fields.rowCount();
+  QWidget* const caption = Take(label);
+  auto* const line = Row(parts);
+  if (caption != nullptr) fields.addWidget(caption, row, 0);
+  fields.addLayout(line, row, 1);
+}
+
+QLabel* Layouter::Note(const char* name) {
+  auto* const label = qobject_cast<QLabel*>(Take(name));
+  if (label != nullptr) label->setWordWrap(true);
+  return label;
+}
+
+void Layouter::PreferText(int columns, int lines) {
+  const QFontMetrics metrics(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  window.PreferSize({columns * metrics.horizontalAdvance(QLatin1Char('0')) + 60, lines * metrics.lineSpacing() + 60});
+}
+
+void LayOut(FormWindow& window) {
+  static const std::map<std::string, Layout> layouts{{"frmMenu", LayOutMenu}, {"frmInitialize", LayOutInitialize}};
+  auto* const column = new QVBoxLayout(&window);
+  column->setContentsMargins(16, 14, 16, 14);
+  column->setSpacing(12);
+  auto* const bar = window.findChild<QMenuBar*>(QString(), Qt::FindDirectChildrenOnly);
+  if (window.binding.HasMenus())
+    column->setMenuBar(bar);
+  else
+    delete bar;
+  Layouter layouter(window);
+  const auto found = layouts.find(window.binding.form.name);
+  if (found != layouts.end()) found->second(layouter, *column);
+  LayOutGeneric(layouter, *column);
+}
+
+}  // namespace merlane

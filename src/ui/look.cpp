@@ -1,0 +1,55 @@
+#include "ui/look.h"
+
+namespace merlane {
+namespace {
+
+QPalette Colours() {
+  const QColor paper(0xf6, 0xf7, 0xf4), ink(0x22, 0x2b, 0x2a), accent(0x2c, 0x6e, 0x63), faded(0x93, 0x9b, 0x97);
+  QPalette palette(paper);
+  palette.setColor(QPalette::Window, paper);
+  palette.setColor(QPalette::Button, QColor(0xec, 0xef, 0xea));
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::AlternateBase, QColor(0xf4, 0xf7, 0xf5));
+  palette.setColor(QPalette::Mid, QColor(0xcf, 0xd8, 0xd3));
+  palette.setColor(QPalette::Highlight, accent);
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, accent);
+  palette.setColor(QPalette::ToolTipBase, QColor(0xfd, 0xfb, 0xee));
+  palette.setColor(QPalette::ToolTipText, ink);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, ink);
+    palette.setColor(QPalette::Disabled, role, faded);
+  }
+  return palette;
+}
+
+/// Little more than sizes, weights and distances; the rest is the style's own.
+constexpr const char* Sheet = R"(
+QPushButton { padding: 5px 14px; }
+QPushButton[worklist="true"] { padding: 8px 12px; min-width: 8.5em; }
+QLabel[heading="true"] { font-size: 17pt; font-weight: 600; color: #2c6e63; }
+QLabel[stage="true"] { min-width: 1.7em; max-width: 1.7em; min-height: 1.7em; max-height: 1.7em;
+                       border-radius: 0.85em; background: #dce8e3; color: #2c6e63; font-weight: 600; }
+QLabel[stageTitle="true"] { font-weight: 600; padding-right: 12px; }
+QLabel[quiet="true"] { color: #66706c; }
+QGroupBox { font-weight: 600; margin-top: 1.1em; border: 1px solid #d3dad5; border-radius: 5px; padding: 6px; }
+QGroupBox::title { subcontrol-origin: margin; left: 9px; padding: 0 4px; color: #2c6e63; }
+QFrame#footer { background: #e9eeea; border-top: 1px solid #cdd5d0; }
+QHeaderView::section { background: #e6ece8; border: none; border-right: 1px solid #d3dad5;
+                       border-bottom: 1px solid #c6cfca; padding: 4px 6px; font-weight: 600; }
+)";
+
+}  // namespace
+
+void SetLook(QApplication& application) {
+  application.setApplicationName(QStringLiteral("merlane"));
+  application.setApplicationDisplayName(QString());
+  application.setStyle(QStringLiteral("Fusion"));
+  application.setPalette(Colours());
+  QFont font = application.font();
+  if (font.pointSizeF() < 10) font.setPointSizeF(10);
+  application.setFont(font);
+  application.setStyleSheet(QString::fromLatin1(Sheet));
+}
+
+}  // namespace merlane

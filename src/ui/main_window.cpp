@@ -1,0 +1,106 @@
+#include "ui/main_window.h"
+
+#include "ui/windows.h"
+
+namespace merlane {
+
+MainWindow::MainWindow(FrmMain& form, Windows& windows) : binding(form, windows, this, menuBar()), windows_(windows) {
+  setObjectName(ToQt(form.name));
+  area_ = new QMdiArea;
+  area_->setObjectName(QStringLiteral("area"));
+  area_->setFrameShape(QFrame::NoFrame);
+  area_->setBackground(palette().brush(QPalette::Mid));
+  area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+
+  auto* const central = new QWidget;
+  auto* const column = new QVBoxLayout(central);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(area_, 1);
+  column->addWidget(Footer());
+  setCentralWidget(central);
+}
+
+/// Two lines: the files of the analysis, and below them what is going on.
+QWidget* MainWindow::Footer() {
+  auto* const footer = new QFrame;
+  footer->setObjectName(QStringLiteral("footer"));
+  auto* const lines = new QVBoxLayout(footer);
+  lines->setContentsMargins(12, 6, 12, 6);
+  lines->setSpacing(3);
+  auto* const files = new QHBoxLayout;
+  files->setSpacing(24);
+  files->addWidget(binding.Find("stbMain0"), 1);
+  files->addWidget(binding.Find("stbMain1"), 1);
+  auto* const progress = new QHBoxLayout;
+  progress->setSpacing(24);
+  progress->addWidget(binding.Find("stbMain5"), 1);
+  progress->addWidget(binding.Find("stbMain2"));
+  written_ = new QLabel;
+  progress->addWidget(written_);
+  lines->addLayout(files);
+  lines->addLayout(progress);
+  return footer;
+}
+
+void MainWindow::Sync() {
+  setWindowTitle(ToQt(binding.form.title));
+  binding.Sync();
+  if (isVisible() == binding.form.Visible()) return;
+  if (!placed_) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    resize(QSize(1280, 900).boundedTo(screen.size() - QSize(0, 30)));
+    move(screen.center() - rect().center());
+    placed_ = true;
+  }
+  setVisible(binding.form.Visible());
+}
+
+void MainWindow::TellWritten(const QString& path) {
+  written_->setText(QStringLiteral("Saved: %1").arg(QFileInfo(path).fileName()));
+  written_->setToolTip(path);
+}
+
+void MainWindow::Arrange(Arrangement arrangement) {
+  switch (arrangement) {
+    case Arrangement::Cascade:
+      return area_->cascadeSubWindows();
+    case Arrangement::TileHorizontal:
+      return Tile(Qt::Vertical);
+    case Arrangement::TileVertical:
+      return Tile(Qt::Horizontal);
+    case Arrangement::Icons:
+      break;
+  }
+  // The area keeps minimised windows in a row along its lower edge.
+  int left = 0;
+  for (QMdiSubWindow* window : area_->subWindowList())
+    if (window->isVisible() && window->isMinimized()) {
+      window->move(left, area_->viewport()->height() - window->height());
+      left += window->width();
+    }
+}
+
+/// Lays the windows one below the other, or side by side.
+void MainWindow::Tile(Qt::Orientation orientation) {
+  QList<QMdiSubWindow*> open;
+  for (QMdiSubWindow* window : area_->subWindowList())
+    if (window->isVisible() && !window->isMinimized()) open.append(window);
+  const QSize room = area_->viewport()->size();
+  const int count = static_cast<int>(open.size());
+  for (int i = 0; i < count; ++i) {
+    open[i]->showNormal();
+    if (orientation == Qt::Vertical)
+      open[i]->setGeometry(0, room.height() * i / count, room.width(), room.height() / count);
+    else
+      open[i]->setGeometry(room.width() * i / count, 0, room.width() / count, room.height());
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  windows_.CloseAsked(binding.form);
+}
+
+}  // namespace merlane

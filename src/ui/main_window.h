@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QtWidgets>
+
+#include "control/frm_main.h"
+#include "ui/binder.h"
+
+namespace merlane {
+
+/// The main window: menu bar, the area of the child windows, and below it what the status bars tell.
+class MainWindow : public QMainWindow {
+ public:
+  MainWindow(FrmMain& form, Windows& windows);
+
+  FormBinding binding;
+
+  QMdiArea& Area() { return *area_; }
+  void Sync();
+  void Arrange(Arrangement arrangement);
+  /// Tells at the right end of the status line that a file has been written.
+  void TellWritten(const QString& path);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  QWidget* Footer();
+  void Tile(Qt::Orientation orientation);
+
+  Windows& windows_;
+  QMdiArea* area_;
+  QLabel* written_;
+  bool placed_ = false;
+};
+
+}  // namespace merlane

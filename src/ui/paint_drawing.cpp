@@ -1,0 +1,96 @@
+#include "ui/paint_drawing.h"
+
+#include "forms/palette.h"
+#include "ui/qt_text.h"
+
+namespace merlane {
+namespace {
+
+/// Takes logical coordinates to the target.
+class Scale {
+ public:
+  Scale(const QRectF& target, const Drawing& drawing)
+      : left_(drawing.left),
+        top_(drawing.top),
+        factor_(std::min(target.width() / (drawing.right - drawing.left),
+                         target.height() / (drawing.bottom - drawing.top))),
+        origin_(target.center() - QPointF(drawing.right - drawing.left, drawing.bottom - drawing.top) * factor_ / 2) {}
+
+  QPointF At(double x, double y) const { return origin_ + QPointF(x - left_, y - top_) * factor_; }
+  double Length(double logical) const { return logical * factor_; }
+
+ private:
+  double left_, top_, factor_;
+  QPointF origin_;
+};
+
+/// Level and upright lines would be smeared over two rows of pixels: they are moved to the middle of one.
+double Crisp(double coordinate) { return std::floor(coordinate) + 0.5; }
+
+Qt::PenStyle StyleOf(Drawing::Pen pen) {
+  switch (pen) {
+    case Drawing::Pen::Dotted:
+      return Qt::DotLine;
+    case Drawing::Pen::Dashed:
+      return Qt::DashLine;
+    case Drawing::Pen::Solid:
+      break;
+  }
+  return Qt::SolidLine;
+}
+
+void Paint(QPainter& painter, const Scale& scale, const Drawing::Line& line) {
+  QPointF from = scale.At(line.x1, line.y1), to = scale.At(line.x2, line.y2);
+  if (line.x1 == line.x2) {
+    from.setX(Crisp(from.x()));
+    to.setX(from.x());
+  }
+  if (line.y1 == line.y2) {
+    from.setY(Crisp(from.y()));
+    to.setY(from.y());
+  }
+  painter.setPen(QPen(PaletteColour(line.colour), line.width == 1 ? 1.2 : line.width, StyleOf(line.pen), Qt::FlatCap));
+  painter.drawLine(from, to);
+}
+
+void Paint(QPainter& painter, const Scale& scale, const Drawing::Box& box) {
+  // Edges on whole pixels, so that neighbouring boxes meet without a seam.
+  const QPointF a = scale.At(box.x1, box.y1), b = scale.At(box.x2, box.y2);
+  const QRectF pixels(QPointF(std::round(a.x()), std::round(a.y())), QPointF(std::round(b.x()), std::round(b.y())));
+  if (box.filled) {
+    painter.fillRect(pixels.normalized(), PaletteColour(box.colour));
+  } else {
+    painter.setPen(QPen(PaletteColour(box.colour), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(pixels.normalized().translated(0.5, 0.5));
+  }
+}
+
+void Paint(QPainter& painter, const Scale& scale, const Drawing::Circle& circle) {
+  const QColor colour = PaletteColour(circle.colour);
+  painter.setPen(circle.filled ? QPen(Qt::NoPen) : QPen(colour, 1.2));
+  painter.setBrush(circle.filled ? QBrush(colour) : QBrush(Qt::NoBrush));
+  const double radius = std::max(1.5, scale.Length(circle.radius));
+  painter.drawEllipse(scale.At(circle.x, circle.y), radius, radius);
+}
+
+void Paint(QPainter& painter, const Scale& scale, const Drawing::Text& text) {
+  painter.setPen(PaletteColour(text.colour));
+  painter.drawText(QRectF(scale.At(text.x, text.y), QSizeF(4000, 4000)), Qt::AlignLeft | Qt::AlignTop, ToQt(text.text));
+}
+
+}  // namespace
+
+QColor PaletteColour(int index) { return QColor(QRgb(0xff000000 | PaletteRgb(index))); }
+
+void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawing) {
+  if (drawing.right <= drawing.left || drawing.bottom <= drawing.top) return;
+  const Scale scale(target, drawing);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const Drawing::Item& item : drawing.items)
+    std::visit([&](const auto& shape) { Paint(painter, scale, shape); }, item);
+  painter.restore();
+}
+
+}  // namespace merlane

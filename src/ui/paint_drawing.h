@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QPainter>
+
+#include "forms/drawing.h"
+
+namespace merlane {
+
+/// The classic palette as colours of the screen; the index counts modulo 16.
+QColor PaletteColour(int index);
+
+/// Paints a drawing as large as fits into `target`, centred, its proportions kept. Serves the screen, pictures, PDF and
+/// SVG alike.
+void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawing);
+
+}  // namespace merlane

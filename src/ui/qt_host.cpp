@@ -1,0 +1,68 @@
+#include "ui/qt_host.h"
+
+#include "ui/main_window.h"
+#include "ui/questions.h"
+#include "ui/windows.h"
+
+namespace merlane {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int FastTurns = 16;         // turns between two looks at the clock while turns come fast
+constexpr auto FastTurnsTake = 10us;  // at most, or they are not fast
+constexpr auto EventsEvery = 10ms;
+constexpr auto SyncEvery = 50ms;
+
+}  // namespace
+
+QWidget* QtHost::Parent() {
+  if (windows_ == nullptr) return nullptr;
+  windows_->Sync();
+  return windows_->OnScreen();
+}
+
+Answer QtHost::MsgBox(const Message& message) { return AskInBox(message, Parent()); }
+
+std::string QtHost::InputBox(const InputRequest& request) { return AskForLine(request, Parent()); }
+
+std::optional<std::string> QtHost::AskFile(const FileRequest& request) {
+  const auto chosen = AskForFile(request, folder_, Parent());
+  if (chosen) folder_ = QFileInfo(ToQt(*chosen)).absolutePath();
+  return chosen;
+}
+
+void QtHost::OnForm(Form& form, FormEvent event) {
+  if (windows_ != nullptr) windows_->Note(form, event);
+}
+
+void QtHost::OnWrote(const std::string& path) {
+  if (windows_ != nullptr && windows_->Main() != nullptr) windows_->Main()->TellWritten(ToQt(path));
+}
+
+void QtHost::OnFailure(const std::string& text) { TellFailure(text, Parent()); }
+
+void QtHost::OnEnd(int exitStatus) {
+  if (onEnd) onEnd(exitStatus);
+}
+
+void QtHost::CheckClock() {
+  const SteadyClock::time_point now = SteadyClock::now();
+  turnsToCheck_ = now - lastCheck_ < FastTurnsTake ? FastTurns : 1;
+  lastCheck_ = now;
+  if (now - lastEvents_ < EventsEvery) return;
+  if (windows_ != nullptr && now - lastSync_ >= SyncEvery) {
+    windows_->Sync();
+    lastSync_ = SteadyClock::now();
+  }
+  QCoreApplication::processEvents();
+  lastEvents_ = SteadyClock::now();
+  turnsToCheck_ = 1;
+}
+
+void QtHost::Wait() {
+  if (windows_ != nullptr) windows_->Sync();
+  QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+}  // namespace merlane

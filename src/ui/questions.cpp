@@ -1,0 +1,153 @@
+#include "ui/questions.h"
+
+#include "ui/qt_text.h"
+
+namespace merlane {
+namespace {
+
+QString Lines(const std::string& text) { return ToQt(text).remove(QLatin1Char('\r')); }
+
+/// A question that offers no way out but its answers is not closed by Escape or its frame, unless the default is the
+/// cautious answer.
+class Box : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+  bool mayBeDismissed = true;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    if (mayBeDismissed)
+      QMessageBox::closeEvent(event);
+    else
+      event->ignore();
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (mayBeDismissed || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
+  }
+};
+
+QMessageBox::Icon IconOf(int boxStyle) {
+  switch (boxStyle & 0x70) {
+    case 16:
+      return QMessageBox::Critical;
+    case 32:
+      return QMessageBox::Question;
+    case 48:
+      return QMessageBox::Warning;
+    case 0:
+      return QMessageBox::NoIcon;
+    default:
+      return QMessageBox::Information;  // 64, and 80 that joins two icons
+  }
+}
+
+QMessageBox::StandardButtons ButtonsOf(int boxStyle) {
+  switch (boxStyle & 0x7) {
+    case 1:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case 3:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case 4:
+      return QMessageBox::Yes | QMessageBox::No;
+    default:
+      return QMessageBox::Ok;
+  }
+}
+
+Answer AnswerOf(QMessageBox::StandardButton button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return Answer::Yes;
+    case QMessageBox::No:
+      return Answer::No;
+    case QMessageBox::Cancel:
+      return Answer::Cancel;
+    default:
+      return Answer::Ok;
+  }
+}
+
+QString Patterns(const QString& patterns) {
+  QStringList split = patterns.split(QLatin1Char(';'), Qt::SkipEmptyParts);
+  for (QString& pattern : split)
+    if (pattern == QLatin1String("*.*")) pattern = QStringLiteral("*");
+  return split.join(QLatin1Char(' '));
+}
+
+}  // namespace
+
+Answer AskInBox(const Message& message, QWidget* parent) {
+  Box box(IconOf(message.style), ToQt(message.title), Lines(message.text), ButtonsOf(message.style), parent);
+  box.setObjectName(QStringLiteral("messageBox"));
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  if (!message.details.empty()) box.setInformativeText(Lines(message.details));
+  const bool secondIsDefault = (message.style & 256) != 0;
+  const bool asksYesOrNo = (message.style & 0x7) == 4;
+  if (secondIsDefault) box.setDefaultButton((message.style & 0x7) == 1 ? QMessageBox::Cancel : QMessageBox::No);
+  box.mayBeDismissed = !asksYesOrNo || secondIsDefault;
+  return AnswerOf(static_cast<QMessageBox::StandardButton>(box.exec()));
+}
+
+std::string AskForLine(const InputRequest& request, QWidget* parent) {
+  QDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("inputBox"));
+  dialog.setWindowTitle(ToQt(request.title));
+  auto* const prompt = new QLabel(Lines(request.prompt));
+  prompt->setTextFormat(Qt::PlainText);
+  prompt->setWordWrap(true);
+  auto* const entry = new QLineEdit(ToQt(request.defaultText));
+  entry->setObjectName(QStringLiteral("entry"));
+  entry->selectAll();
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  auto* const column = new QVBoxLayout(&dialog);
+  column->setContentsMargins(18, 16, 18, 16);
+  column->setSpacing(12);
+  column->addWidget(prompt, 1);
+  column->addWidget(entry);
+  column->addWidget(buttons);
+  dialog.setMinimumWidth(34 * dialog.fontMetrics().averageCharWidth() + 200);
+  entry->setFocus();
+  return dialog.exec() == QDialog::Accepted ? FromQt(entry->text()) : std::string();
+}
+
+QStringList NameFilters(const std::string& filter) {
+  const QStringList parts = ToQt(filter).split(QLatin1Char('|'));
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString description = parts[i].section(QLatin1Char('('), 0, 0).trimmed();
+    filters << QStringLiteral("%1 (%2)").arg(description, Patterns(parts[i + 1]));
+  }
+  return filters;
+}
+
+std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent) {
+  QFileDialog dialog(parent, ToQt(request.title));
+  dialog.setObjectName(QStringLiteral("fileDialog"));
+  const bool saves = request.kind == FileRequest::Kind::Save;
+  dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  const QStringList filters = NameFilters(request.filter);
+  dialog.setNameFilters(filters);
+  if (request.filterIndex >= 1 && request.filterIndex <= filters.size())
+    dialog.selectNameFilter(filters[request.filterIndex - 1]);
+  const QFileInfo start(ToQt(request.startName));
+  dialog.setDirectory(start.path() != QLatin1String(".") ? start.path() : folder);
+  if (!request.startName.empty()) dialog.selectFile(start.fileName());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return FromQt(dialog.selectedFiles().front());
+}
+
+void TellFailure(const std::string& text, QWidget* parent) {
+  QMessageBox box(QMessageBox::Critical, QStringLiteral("The command could not be completed"),
+                  QStringLiteral("The command could not be completed. What was loaded or typed is still there."),
+                  QMessageBox::Ok, parent);
+  box.setObjectName(QStringLiteral("failureBox"));
+  box.setInformativeText(Lines(text));
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.exec();
+}
+
+}  // namespace merlane

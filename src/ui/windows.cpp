@@ -1,0 +1,86 @@
+#include "ui/windows.h"
+
+#include "ui/form_window.h"
+#include "ui/main_window.h"
+
+namespace merlane {
+
+Windows::Windows(Desk& programDesk) : desk(programDesk) {}
+
+Windows::~Windows() {
+  if (main_) static_cast<FrmMain&>(main_->binding.form).onArrange = nullptr;
+  windows_.clear();  // children go before the main window
+}
+
+void Windows::Act(const Binder* source, const std::function<void()>& action) {
+  if (syncing_) return;
+  ++acting_;
+  for (const auto& [form, window] : windows_)
+    if (form->Visible()) window->binding.Commit(source);
+  action();
+  --acting_;
+  if (acting_ == 0) Sync();
+}
+
+void Windows::CloseAsked(Form& form) {
+  Act(nullptr, [&] { desk.Close(form); });
+}
+
+void Windows::Note(Form& form, FormEvent event) {
+  std::erase(fronts_, &form);
+  if (event == FormEvent::Shown || event == FormEvent::Front) fronts_.push_back(&form);
+}
+
+bool Windows::MainVisible() const { return main_ && main_->isVisible(); }
+
+void Windows::SyncMain() {
+  auto* const form = dynamic_cast<FrmMain*>(desk.Find("frmMain"));
+  if (form == nullptr || (!main_ && !form->Visible())) return;
+  if (!main_) {
+    main_ = std::make_unique<MainWindow>(*form, *this);
+    form->onArrange = [this](Arrangement arrangement) { Arrange(arrangement); };
+  }
+  main_->Sync();
+}
+
+void Windows::Sync() {
+  if (syncing_) return;
+  syncing_ = true;
+  SyncMain();
+  for (const auto& [form, window] : windows_)
+    if (!form->Visible()) window->Leave();
+  for (Form* form : desk.Forms()) {
+    if (!form->Visible() || form->name == "frmMain") continue;
+    std::unique_ptr<FormWindow>& window = windows_[form];
+    if (!window) window = std::make_unique<FormWindow>(*form, *this);
+    window->Sync();
+    window->Place(MainVisible() ? main_.get() : nullptr);
+  }
+  for (Form* form : std::exchange(fronts_, {})) BringToFront(*form);
+  for (const auto& [form, window] : windows_)
+    if (form->Visible()) window->binding.GiveFocus();
+  syncing_ = false;
+}
+
+void Windows::BringToFront(Form& form) {
+  const auto found = windows_.find(&form);
+  if (found != windows_.end() && form.Visible()) found->second->BringToFront();
+}
+
+void Windows::Arrange(Arrangement arrangement) {
+  if (main_) main_->Arrange(arrangement);
+}
+
+QWidget* Windows::OnScreen() const {
+  if (QWidget* const active = QApplication::activeWindow()) return active;
+  return MainVisible() ? main_.get() : nullptr;
+}
+
+QWidget* Windows::Find(const std::string& formName) const {
+  if (formName == "frmMain") return main_.get();
+  for (const auto& [form, window] : windows_)
+    if (form->name == formName) return window.get();
+  return nullptr;
+}
+
+}  // namespace merlane

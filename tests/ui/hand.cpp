@@ -1,0 +1,182 @@
+#include "ui/hand.h"
+
+#include <QPointer>
+
+namespace merlane::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+void Settle() { QCoreApplication::processEvents(); }
+
+}  // namespace
+
+Hand::Hand(Windows& windows) : windows_(windows) {
+  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { LookForDialog(); });
+  timer_.start(2ms);
+}
+
+Hand::~Hand() {
+  for (const Expected& expected : expected_) ADD_FAILURE() << "no dialog came: " << expected.title;
+}
+
+void Hand::LookForDialog() {
+  QPointer<QWidget> dialog = QApplication::activeModalWidget();
+  if (handling_ || dialog == nullptr || !dialog->isVisible()) return;
+  handling_ = true;
+  const std::string title = dialog->windowTitle().toStdString();
+  titles.push_back(title);
+  if (!album.empty()) Grab(*dialog, std::to_string(titles.size()) + "_" + dialog->objectName().toStdString());
+  if (expected_.empty()) {
+    ADD_FAILURE() << "a dialog that nobody expected: " << title << ": "
+                  << (qobject_cast<QMessageBox*>(dialog) != nullptr
+                          ? (qobject_cast<QMessageBox*>(dialog)->text() + " " +
+                             qobject_cast<QMessageBox*>(dialog)->informativeText())
+                                .toStdString()
+                          : "");
+    qobject_cast<QDialog*>(dialog)->reject();
+  } else {
+    const Expected expected = expected_.front();
+    expected_.pop_front();
+    EXPECT_TRUE(expected.title.empty() || title == expected.title) << title << " instead of " << expected.title;
+    handling_ = false;  // the action may bring the next dialog
+    expected.action(*dialog);
+  }
+  handling_ = false;
+}
+
+QWidget* Hand::Window(const std::string& form) const {
+  QWidget* const window = windows_.Find(form);
+  EXPECT_NE(window, nullptr) << form;
+  return window;
+}
+
+QAction* Hand::Entry(const std::string& form, const std::string& entry) const {
+  const auto menus = Window(form)->findChildren<QMenuBar*>();
+  for (const QMenuBar* bar : menus)
+    for (QAction* action : bar->findChildren<QAction*>(QString::fromStdString(entry))) return action;
+  return Window(form)->findChild<QAction*>(QString::fromStdString(entry));
+}
+
+void Hand::Press(const std::string& form, const std::string& button) {
+  auto* const widget = Find<QAbstractButton>(form, button);
+  if (widget == nullptr) return;
+  ASSERT_TRUE(widget->isVisible()) << form << "." << button;
+  ASSERT_TRUE(widget->isEnabled()) << form << "." << button;
+  // A click on the indicator of an option: the rest of its rectangle may be empty.
+  const QPoint at =
+      qobject_cast<QPushButton*>(widget) != nullptr ? widget->rect().center() : QPoint(8, widget->height() / 2);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, at);
+  Settle();
+}
+
+void Hand::Choose(const std::string& form, const std::string& entry) {
+  QAction* const action = Entry(form, entry);
+  ASSERT_NE(action, nullptr) << form << "." << entry;
+  ASSERT_TRUE(action->isEnabled()) << form << "." << entry;
+  for (QWidget* home : QApplication::allWidgets()) {
+    if (!home->actions().contains(action)) continue;
+    if (auto* const menu = qobject_cast<QMenu*>(home)) {
+      QAction* const opener = menu->menuAction();
+      for (QWidget* bar : QApplication::allWidgets())
+        if (auto* const menuBar = qobject_cast<QMenuBar*>(bar); menuBar != nullptr && bar->actions().contains(opener))
+          QTest::mouseClick(menuBar, Qt::LeftButton, {}, menuBar->actionGeometry(opener).center());
+      Settle();
+      QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
+    } else if (auto* const bar = qobject_cast<QMenuBar*>(home)) {
+      QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
+    }
+  }
+  Settle();
+}
+
+void Hand::Type(const std::string& form, const std::string& control, const std::string& text) {
+  auto* const widget = Find(form, control);
+  if (widget == nullptr) return;
+  auto* const combo = qobject_cast<QComboBox*>(widget);
+  QWidget* const entry = combo != nullptr ? combo->lineEdit() : widget;
+  entry->setFocus();
+  QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(entry, Qt::Key_Delete);
+  QTest::keyClicks(entry, QString::fromStdString(text));
+  QTest::keyClick(entry, Qt::Key_Tab);
+  Settle();
+}
+
+void Hand::DoubleClick(const std::string& form, const std::string& grid, int row, int column) {
+  auto* const table = Find<QTableView>(form, grid);
+  const QRect cell = table->visualRect(table->model()->index(row, column));
+  QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+  QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+  Settle();
+}
+
+void Hand::Key(const std::string& form, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  QWidget* const window = Window(form);
+  QWidget* const focused = window->window()->focusWidget();
+  QTest::keyClick(focused != nullptr ? focused : window, key, modifiers);
+  Settle();
+}
+
+void Hand::CloseFrame(const std::string& form) {
+  QWidget* const window = Window(form);
+  auto* const frame = qobject_cast<QMdiSubWindow*>(window->parentWidget());
+  (frame != nullptr ? frame : window)->close();
+  Settle();
+}
+
+void Hand::Expect(std::function<void(QWidget&)> action, const std::string& title) {
+  expected_.push_back({std::move(action), title});
+}
+
+void Hand::Answer(QMessageBox::StandardButton button, const std::string& title) {
+  Expect(
+      [button](QWidget& dialog) {
+        auto* const box = qobject_cast<QMessageBox*>(&dialog);
+        ASSERT_NE(box, nullptr) << dialog.windowTitle().toStdString();
+        ASSERT_NE(box->button(button), nullptr) << box->text().toStdString();
+        QTest::mouseClick(box->button(button), Qt::LeftButton);
+      },
+      title);
+}
+
+void Hand::Enter(const std::string& text, const std::string& title) {
+  Expect(
+      [text](QWidget& dialog) {
+        auto* const entry = dialog.findChild<QLineEdit*>("entry");
+        ASSERT_NE(entry, nullptr) << dialog.windowTitle().toStdString();
+        QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(entry, QString::fromStdString(text));
+        QTest::keyClick(entry, Qt::Key_Return);
+      },
+      title);
+}
+
+void Hand::CancelEntry(const std::string& title) {
+  Expect([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, title);
+}
+
+void Hand::ChooseFile(const std::string& path, const std::string& title) {
+  Expect(
+      [path](QWidget& dialog) {
+        auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+        ASSERT_NE(name, nullptr) << dialog.windowTitle().toStdString();
+        name->setFocus();
+        QTest::keyClick(name, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(name, QString::fromStdString(path));
+        QTest::keyClick(name, Qt::Key_Return);
+      },
+      title);
+}
+
+void Hand::CancelFile(const std::string& title) {
+  Expect([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, title);
+}
+
+void Hand::Grab(QWidget& window, const std::string& picture) {
+  QDir().mkpath(QString::fromStdString(album));
+  Settle();
+  window.grab().save(QString::fromStdString(album + "/" + picture + ".png"));
+}
+
+}  // namespace merlane::test

@@ -1,0 +1,15 @@
+// The windows are tested without a display; a display that is wanted can be named in QT_QPA_PLATFORM.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+#include "ui/look.h"
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  application.setQuitOnLastWindowClosed(false);
+  merlane::SetLook(application);
+  return RUN_ALL_TESTS();
+}
