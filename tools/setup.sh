@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Brings a Debian 12 machine to the point where the program stands in build/: installs the packages that are missing,
+# configures the build and builds. Does only what is not done yet, and says only what somebody must know.
+#
+#   tools/setup.sh [TARGET...]      builds these targets; all of them when none is named
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+packages=(
+  g++ cmake ninja-build python3
+  qt6-base-dev qt6-svg-dev libfreexl-dev libcli11-dev nlohmann-json3-dev libfmt-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  xvfb xauth fonts-dejavu-core
+)
+
+is_installed() {
+  [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+# The packages could not be installed from here: say what is lacking and how to get it.
+tell_lacking() {
+  {
+    echo "These packages are needed to build Merlane and could not be installed: $1"
+    echo "Please run this as an administrator, or ask yours to, and start again:"
+    echo "    apt-get update && apt-get install --no-install-recommends $1"
+  } >&2
+  exit 1
+}
+
+install_missing() {
+  local missing=() package
+  for package in "${packages[@]}"; do
+    is_installed "$package" || missing+=("$package")
+  done
+  ((${#missing[@]} > 0)) || return 0
+
+  local as_root=()
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null || tell_lacking "${missing[*]}"
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  if ! { "${as_root[@]}" apt-get update -qq &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -qq -y --no-install-recommends "${missing[@]}"; } >/dev/null; then
+    tell_lacking "${missing[*]}"
+  fi
+}
+
+# Runs a step of the build with its output kept aside, which is shown only if the step fails.
+step() {
+  if ! "$@" >build/setup.log 2>&1; then
+    tail -n 60 build/setup.log >&2
+    echo "The build failed at: $*   (all of its output: build/setup.log)" >&2
+    exit 1
+  fi
+}
+
+build() {
+  mkdir -p build
+  if ! grep -qsFx "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" build/CMakeCache.txt; then
+    step cmake --preset dev --fresh # new, or made where this folder stood before
+  elif [[ ! -f build/build.ninja ]]; then
+    step cmake --preset dev
+  fi
+  [[ -x build/merlane-batch ]] || echo "Building Merlane; the first time takes some minutes."
+  step cmake --build build --target "$@"
+}
+
+if command -v dpkg-query >/dev/null; then
+  install_missing
+else
+  echo "This is no Debian system; the build will work if these are installed under other names: ${packages[*]}" >&2
+fi
+(($# > 0)) || set -- all
+build "$@"
