@@ -1,0 +1,188 @@
+#include "uncertainty/covariance.h"
+
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "control/fuses.h"
+#include "minimise/lu.h"
+#include "uncertainty/cholesky.h"
+
+namespace merlane {
+namespace {
+
+/// The objective less the objective at the base point, at the grid points of each pair of positions.
+struct GridDifferences {
+  explicit GridDifferences(int count) : plus(count, count), minus(count, count) {}
+  Matrix1<double> plus, minus;  // (a, b), a <= b: both moved up, both moved down
+};
+
+void SetMeanAndSD(CovarianceGrid& grid, double CovF0, double sum, double sumOfSquares, int n) {
+  const double mean = Divide(sum, n);
+  const double variance = Checked(sumOfSquares / n - mean * mean);
+  grid.GridMean = mean + CovF0;
+  grid.GridSD = std::copysign(std::sqrt(std::fabs(variance)), variance);
+}
+
+/// The differences on a grid; false when the user has abandoned it.
+bool EvaluateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch, GridDifferences& differences) {
+  const int calls = c.CovCount * (c.CovCount + 1);
+  double f = c.grid(g).GridFactor;
+  double sum = 0;
+  double sumOfSquares = 0;
+  int call = 0;
+  Array1<double> work;
+  for (int a = 1; a <= c.CovCount; ++a)
+    for (int b = a; b <= c.CovCount; ++b)
+      for (Matrix1<double>* side : {&differences.plus, &differences.minus}) {
+        watch.OnCall(++call, calls);
+        work = c.CovBaseValue;
+        for (const int position : {a, b}) {
+          const int p = c.CovIndex(position);
+          work(p) = c.CovBaseValue(p) + c.CovStep(p) * f;
+        }
+        const double value = c.OptimisticSE && a != b ? c.CovF0 : objective(work, 1);
+        if (watch.AbandonGrid()) return false;
+        const double D = Checked(value - c.CovF0);
+        sum += D;
+        sumOfSquares += D * D;
+        (*side)(a, b) = D;
+        watch.OnCalled(g, call, calls);
+        f = -f;
+      }
+  SetMeanAndSD(c.grid(g), c.CovF0, sum, sumOfSquares, call);
+  return true;
+}
+
+Matrix1<double> BuildHessian(const Covariances& c, double f, const GridDifferences& E) {
+  const auto s = [&](int a) { return c.CovStep(c.CovIndex(a)); };
+  Matrix1<double> H(c.CovCount, c.CovCount);
+  for (int a = 1; a <= c.CovCount; ++a) {
+    const double h = s(a) * f;
+    H(a, a) = Divide(E.minus(a, a) + E.plus(a, a), h * h);
+    if (c.OptimisticSE) continue;
+    for (int b = a + 1; b <= c.CovCount; ++b) {
+      const double numerator =
+          E.minus(a, b) + E.plus(a, b) - E.plus(a, a) - E.minus(a, a) - E.plus(b, b) - E.minus(b, b);
+      H(a, b) = Divide(numerator, 2 * (f * f) * s(a) * s(b));
+      H(b, a) = H(a, b);
+    }
+  }
+  return H;
+}
+
+/// The rows and columns of the model's own Hessian that belong to parameters taking part.
+Matrix1<double> PackedHessian(const Covariances& c, const Matrix1<double>& all) {
+  Matrix1<double> H(c.CovCount, c.CovCount);
+  for (int a = 1; a <= c.CovCount; ++a)
+    for (int b = 1; b <= c.CovCount; ++b) H(a, b) = all(c.CovIndex(a), c.CovIndex(b));
+  return H;
+}
+
+/// The inverse of a positive definite matrix, and in `determinant` the inverse's.
+Matrix1<double> Inverse(Matrix1<double> H, double& determinant, CovarianceWatch& watch) {
+  const int n = H.Rows();
+  const auto turn = [&] { watch.Turn(); };
+  Matrix1<double> inverse(n, n);
+  for (int i = 1; i <= n; ++i) inverse(i, i) = 1;
+  const LUPermutation permutation = LUDecompose(n, H, turn);
+  determinant = permutation.sign;
+  for (int i = 1; i <= n; ++i) determinant = Divide(determinant, H(i, i));
+  for (int j = 1; j <= n; ++j) LUBackSubstitute(n, H, permutation, inverse, j, turn);
+  return inverse;
+}
+
+void ClearResults(CovarianceGrid& grid, int count) {
+  grid.failedAt = 0;
+  grid.standardErrors.Dimension(count, -1);
+  grid.covariances.Dimension(count, count, -1);
+  grid.determinant = -1;
+  grid.productOfVariances = -1;
+}
+
+/// Covariances of a grid from its Hessian; those of a Hessian that is not positive definite stay -1. One that is has no
+/// row of zeros, so its decomposition cannot fail.
+void InvertHessian(int g, const Matrix1<double>& H, Covariances& c, CovarianceWatch& watch) {
+  CovarianceGrid& grid = c.grid(g);
+  if (const int row = FirstNotPositive(H); row > 0) {
+    grid.ending = GridEnding::NotPositiveDefinite;
+    grid.failedAt = c.CovIndex(row);
+    watch.OnNotPositiveDefinite(grid.failedAt);
+    return;
+  }
+  watch.OnInverting(g);
+  double determinant = 0;
+  const Matrix1<double> inverse = Inverse(H, determinant, watch);
+  grid.determinant = Checked(std::pow(c.CovConstantInverse, c.CovCount) * determinant);
+  watch.OnDeterminant(grid.determinant);
+  grid.productOfVariances = 1;
+  for (int a = 1; a <= c.CovCount; ++a) {
+    for (int b = 1; b <= c.CovCount; ++b) grid.covariances(a, b) = Checked(inverse(a, b) * c.CovConstantInverse);
+    const double variance = grid.covariances(a, a);
+    if (variance != 0) grid.standardErrors(a) = std::copysign(std::sqrt(std::fabs(variance)), variance);
+    grid.productOfVariances = Checked(grid.productOfVariances * variance);
+  }
+  grid.ending = GridEnding::Calculated;
+}
+
+void CalculateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch) {
+  watch.OnGrid(g);
+  GridDifferences differences(c.CovCount);
+  if (!EvaluateGrid(g, c, objective, watch, differences)) {
+    c.grid(g).ending = GridEnding::Abandoned;
+    return;
+  }
+  watch.OnSummary(g, c.grid(g).GridMean / c.CovConstantInverse, c.grid(g).GridSD / c.CovConstantInverse);
+  InvertHessian(g, BuildHessian(c, c.grid(g).GridFactor, differences), c, watch);
+}
+
+void CalculateFromDerivatives(int g, Covariances& c, RunState& state, Objective& objective, CovarianceWatch& watch) {
+  const int NPAR = state.algorithm.NPAR;
+  state.Gradient.Dimension(NPAR);
+  state.Hessian.Dimension(NPAR, NPAR);
+  ApplyFuses(c.CovBaseValue, state);
+  objective.Call(c.CovBaseValue, -2);
+  InvertHessian(g, PackedHessian(c, state.Hessian), c, watch);
+}
+
+}  // namespace
+
+double CovarianceGrid::Correlation(int a, int b) const {
+  const double product = standardErrors(a) * standardErrors(b);
+  return product == 0 ? -1 : Divide(covariances(a, b), product);
+}
+
+double CovarianceGrid::CorrelationDeterminant() const {
+  return productOfVariances == 0 || productOfVariances == -1 ? -1 : Divide(determinant, productOfVariances);
+}
+
+Covariances PrepareCovariances(const CovarianceOptions& options, RunState& state, Objective& objective) {
+  const AlgorithmData& algorithm = state.algorithm;
+  Covariances c;
+  c.mode = options.mode;
+  c.CovBaseValue = algorithm.Value;
+  c.CovStep = algorithm.Step;
+  c.CovCount = static_cast<std::int16_t>(std::ranges::count_if(c.CovStep, [](double step) { return step != 0; }));
+  c.CovIndex.Dimension(c.CovCount);
+  for (std::int16_t i = 1, a = 0; i <= algorithm.NPAR; ++i)
+    if (c.CovStep(i) != 0) c.CovIndex(++a) = i;
+  for (int g = 1; g <= 3; ++g)
+    c.grid(g).GridFactor = options.mode == CovarianceMode::Analytical ? 0 : options.GridFactor(g);
+  state.free.NFREE = c.CovCount;
+  c.CovF0 = Checked(objective(c.CovBaseValue, 1));
+  return c;
+}
+
+void CalculateCovariances(Covariances& c, bool optimistic, RunState& state, Objective& objective,
+                          CovarianceWatch& watch) {
+  c.OptimisticSE = optimistic;
+  c.CovConstantInverse = state.flags.ObjectiveConstant;
+  for (int g = 1; g <= 3; ++g) {
+    ClearResults(c.grid(g), c.CovCount);
+    if (c.mode == CovarianceMode::Numerical)
+      CalculateGrid(g, c, objective, watch);
+    else
+      CalculateFromDerivatives(g, c, state, objective, watch);
+  }
+}
+
+}  // namespace merlane

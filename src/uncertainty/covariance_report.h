@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "base/array1.h"
+#include "control/run_state.h"
+#include "uncertainty/covariance.h"
+
+namespace merlane {
+
+/// The report of a covariance calculation as it stands in its pane: lines in fixed columns that end with CR LF. With
+/// CovarianceFileHead in front it is a .cov file, which the averaging of models reads by line and column. Fuses and
+/// definitions are the present ones of `a`. `turn` is called for each parameter that is tested against 0 and 1, which
+/// takes its time.
+std::string CovarianceReport(
+    const Covariances& c, const AlgorithmData& a, const std::function<void()>& turn = [] {});
+
+/// The two lines that saving under `name` puts in front of the report.
+std::string CovarianceFileHead(std::string_view name);
+
+/// What averaging reads back from a .cov file.
+struct CovarianceFile {
+  struct Row {
+    std::int16_t parameter = 0;              // number of the parameter
+    std::array<double, 3> standardErrors{};  // on grids 1 to 3; -1 where a grid has none
+  };
+  Array1<double> values;  // estimates 1..NPAR
+  Array1<Row> rows;       // of the parameters that have standard errors
+};
+
+/// Reads a .cov file of a model with NPAR parameters, of which `rows` have standard errors. RuntimeFailure when the
+/// file ends too soon, and when a row names no parameter of the model, as happens in a file made for another NPAR.
+CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows);
+
+}  // namespace merlane

@@ -1,0 +1,83 @@
+#include "uncertainty/frm_cov_display.h"
+
+#include "base/text.h"
+#include "forms/desk.h"
+#include "uncertainty/covariance_report.h"
+
+namespace merlane {
+namespace {
+
+constexpr const char* Explanation =
+    "If the results for numerically calculated SEs etc. are similar for all three grids,"
+    " then the model's behaviour can be considered to be 'close-to-linear' and the"
+    " uncertainty around the parameter estimates can be considered to be"
+    " represented by a normal distribution.  Else the SEs etc. are probably"
+    " inaccurate and parameter uncertainty is more difficult to interpret.  This"
+    " problem tends to diminish as sample size increases and the central limit"
+    " theorem starts to apply.  Alternatively, you can choose the option 'Evaluate"
+    " estimates' from the Main Menu, then use maximum-likelihood or Bayesian"
+    " utilities to evaluate parameter uncertainty.";
+
+}  // namespace
+
+FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Covariances& covariances, FrmMain& main,
+                             FrmCovData& data)
+    : Form(d, "frmCovDisplay", "Covariance display"),
+      txtExplain{*this, "txtExplain", Explanation},
+      state_(state),
+      covariances_(covariances),
+      main_(main),
+      data_(data) {
+  cmdFile.toolTip = "Saves the (possibly edited) covariance output";
+  cmdFile.enabled = false;
+  txtExplain.readOnly = true;
+  cmdScreen.onClick = [this] { DisplayOnScreen(); };
+  cmdFile.onClick = [this] { SaveAs(); };
+  cmdFinish.onClick = [this] { desk.Unload(*this); };
+  data_.onCloseDisplay = [this] { desk.Unload(*this); };
+  data_.onClosed = [this] { cmdFile.enabled = false; };
+}
+
+void FrmCovDisplay::OpenCalculated() {
+  desk.Load(*this);
+  lblCovDisplay.text = "Calculation completed. Do you wish to:";
+  desk.Show(*this);
+}
+
+void FrmCovDisplay::OpenAgain() {
+  desk.Show(*this);
+  desk.ToFront(*this);
+}
+
+void FrmCovDisplay::DisplayOnScreen() {
+  cmdScreen.enabled = false;
+  data_.OpenForReport();
+  main_.stbMain5.Set(1, "Please be patient while covariance output is collated...");
+  data_.rtbCovData.text = CovarianceReport(covariances_, state_.algorithm, [this] { desk.Turn(); });
+  main_.stbMain5.Set(1, "");
+  cmdFile.enabled = true;
+  desk.ToFront(*this);
+}
+
+void FrmCovDisplay::SaveAs() {
+  const std::string& base = state_.algorithm.AlgShortName;
+  FileRequest request;
+  request.kind = FileRequest::Kind::Save;
+  request.title = "Save covariance results as...";
+  request.filter =
+      "All files (*.*)|*.*|Covariance files (*.cov)|*.cov|Named for algorithm file (" + base + ".*)|" + base + ".*|";
+  request.startName = ClockName(desk.host.clock) + ".cov";
+  const std::optional<std::string> path = desk.AskFile(request);
+  if (!path) return;
+  const std::string text = CovarianceFileHead(*path) + data_.rtbCovData.text;
+  desk.Write(*path, WithCrLf(text));
+  data_.rtbCovData.text = text;
+}
+
+void FrmCovDisplay::OnUnload() {
+  desk.Unload(data_);
+  desk.Show("frmMenu");
+  main_.stbMain5.Set(1, "");
+}
+
+}  // namespace merlane

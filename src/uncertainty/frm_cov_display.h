@@ -1,0 +1,40 @@
+#pragma once
+
+#include "control/frm_main.h"
+#include "control/run_state.h"
+#include "forms/form.h"
+#include "uncertainty/covariance.h"
+#include "uncertainty/frm_cov_data.h"
+
+namespace merlane {
+
+/// Offers the last covariances: on the screen, and in a .cov file.
+class FrmCovDisplay : public Form {
+ public:
+  FrmCovDisplay(Desk& d, const RunState& state, const Covariances& covariances, FrmMain& main, FrmCovData& data);
+
+  /// Opens behind a calculation.
+  void OpenCalculated();
+  /// Opens to view the last results again.
+  void OpenAgain();
+
+  Label lblCovDisplay{*this, "lblCovDisplay", "Do you wish to:"};
+  Button cmdScreen{*this, "cmdScreen", "Display results on &screen"};
+  Button cmdFile{*this, "cmdFile", "Save &covariance results as..."};
+  Button cmdFinish{*this, "cmdFinish", "&Finish display"};
+  TextBox txtExplain;
+
+ protected:
+  void OnUnload() override;
+
+ private:
+  void DisplayOnScreen();
+  void SaveAs();
+
+  const RunState& state_;
+  const Covariances& covariances_;
+  FrmMain& main_;
+  FrmCovData& data_;
+};
+
+}  // namespace merlane

@@ -1,0 +1,459 @@
+#include "uncertainty/covariance_dialogue.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "base/text.h"
+#include "control/frm_edit_vs.h"
+#include "control/frm_menu.h"
+#include "platform/files.h"
+#include "support/scripted_host.h"
+#include "uncertainty/covariance_report.h"
+#include "uncertainty/textbook.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+/// The covariance command over F = 10 + 4 x^2 + 3 y^2 (twice a -ln[L]), started by the menu's button.
+struct CovarianceDialogueTest : ::testing::Test {
+  CovarianceDialogueTest() {
+    t.state.flags.ObjectiveConstant = 0;
+    t.state.flags.ObjectiveHint = 0.5;
+    desk.Show(main);
+    desk.Show(menu);
+    menu.EnableAnalysis(true);
+    menu.cmdCovariance.onClick = [this] {
+      desk.Unload(menu);
+      calculated = dialogue.CalculateCovariances();
+    };
+    desk.onFailed = [this](Form&) { desk.Show(menu); };
+  }
+
+  /// Runs the command to its end.
+  void Run() { ASSERT_TRUE(desk.Press(menu.cmdCovariance)); }
+
+  void CloseEditorWhenWaiting() {
+    host.windows.AtWait([this] { EXPECT_TRUE(desk.Press(algo.cmdFinish)); });
+  }
+  void AnswerUpToFactors() {
+    host.windows.No("Covariance calculator");
+    host.windows.Reply(Answer::Ok, "Covariance calculator");
+    CloseEditorWhenWaiting();
+  }
+  void AnswerFactors() {
+    for (const char* factor : {"1.000E+00", "1.000E-01", "1.000E-02"})
+      host.windows.Enter(factor, "Covariance calculator");
+    host.windows.Yes("Covariance calculator");
+  }
+  void AnswerConstant() { host.windows.Enter("0.500", "Enter constant"); }
+  void RunNumerically() {
+    AnswerUpToFactors();
+    AnswerFactors();
+    AnswerConstant();
+    host.windows.No("Calculate optimistic SEs only?");
+    Run();
+  }
+  std::string Status(int panel) const { return main.stbMain5.Get(panel); }
+
+  test::ScriptedHost host;
+  Desk desk{host.Get()};
+  test::Textbook t{{0, 0}, {0.1, 0.1}, [](const Array1<double>& v) { return 10 + 4 * v(1) * v(1) + 3 * v(2) * v(2); }};
+  LogFile log;
+  FrmMain main{desk};
+  FrmMenu menu{desk, t.state};
+  FrmAlgo algo{desk, t.state, log, main, menu};
+  FrmEditVS editValues{desk, t.state, algo};
+  Covariances covariances;
+  FrmCovData data{desk};
+  FrmCovDisplay display{desk, t.state, covariances, main, data};
+  CovarianceDialogue dialogue{desk, t.state, t.objective, covariances, main, algo, data, display};
+  std::optional<bool> calculated;
+};
+
+TEST_F(CovarianceDialogueTest, CancelAtTheFirstQuestionReturnsToTheMenu) {
+  host.windows.Reply(Answer::Cancel, "Covariance calculator");
+  Run();
+  EXPECT_EQ(calculated, false);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_EQ(t.calls.size(), 0U);
+  EXPECT_EQ(host.windows.messages[0].style, 35);
+  EXPECT_EQ(host.windows.LastText(),
+            "Do you want to calculate covariances analytically or numerically?  Numerical covariances are provided "
+            "automatically, whereas for analytical covariances you must have provided analytical derivatives in your "
+            "model code (i.e., in that section of Sub MODEL() accessed when NF=-2).\r\n\r\n"
+            "WARNING: Analytical covariances will fail if Bayesian prior probabilities contribute to the likelihood "
+            "function.\r\n\r\n"
+            "DO NOT USE ANALYTICAL COVARIANCES IN CONJUNCTION WITH BAYESIAN PRIOR DISTRIBUTIONS!\r\n"
+            "               THE PRIOR DISTRIBUTION FOR ALL PARAMETERS MUST BE UNIFORM-UNBOUNDED!\r\n\r\n"
+            "Choose 'Yes' if you have provided ANALYTICAL derivatives; else 'No' to calculate covariances "
+            "NUMERICALLY");
+}
+
+TEST_F(CovarianceDialogueTest, CancelAtTheNoticeReturnsToTheMenu) {
+  host.windows.No("Covariance calculator");
+  host.windows.Reply(Answer::Cancel, "Covariance calculator");
+  Run();
+  EXPECT_EQ(calculated, false);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_FALSE(algo.Loaded());
+  EXPECT_EQ(host.windows.messages[1].style, 65);
+  EXPECT_THAT(host.windows.LastText(), HasSubstr("to adjust the size of the grid.\r\n\r\nWhen interpreting the three"));
+  EXPECT_THAT(host.windows.LastText(), HasSubstr("you might have to carefully choose step sizes.\r\n"));
+}
+
+TEST_F(CovarianceDialogueTest, EmptyFactorReturnsToTheMenuAndKeepsTheEdits) {
+  host.windows.No();
+  host.windows.Reply(Answer::Ok);
+  host.windows.AtWait([this] {
+    t.state.algorithm.Step(2) = 0.7;
+    desk.Press(algo.cmdFinish);
+  });
+  host.windows.Enter("1");
+  host.windows.CancelInput("Covariance calculator");
+  Run();
+  EXPECT_EQ(calculated, false);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_EQ(t.state.algorithm.Step(2), 0.7);
+  EXPECT_EQ(t.calls.size(), 0U);
+}
+
+TEST_F(CovarianceDialogueTest, EditorOffersValuesAndStepsAlone) {
+  host.windows.No();
+  host.windows.Reply(Answer::Ok);
+  host.windows.AtWait([this] {
+    EXPECT_TRUE(algo.Visible());
+    EXPECT_TRUE(algo.Marks().Offered(EditItem::Values));
+    EXPECT_TRUE(algo.Marks().Offered(EditItem::Steps));
+    EXPECT_FALSE(algo.Marks().Offered(EditItem::Fuses));
+    EXPECT_FALSE(algo.Marks().Offered(EditItem::Tolerance));
+    EXPECT_FALSE(algo.Marks().Offered(EditItem::Log));
+    desk.Press(algo.cmdFinish);
+  });
+  host.windows.CancelInput();
+  Run();
+}
+
+TEST_F(CovarianceDialogueTest, FactorsAreAskedAgainUntilTheyPlease) {
+  AnswerUpToFactors();
+  host.windows.Enter("2", "Covariance calculator");
+  host.windows.Enter("-3", "Covariance calculator");    // not positive: stays
+  host.windows.Enter("none", "Covariance calculator");  // no number: stays
+  host.windows.No("Covariance calculator");
+  host.windows.Enter("4");
+  host.windows.Enter("0");
+  host.windows.Enter("0.05");
+  host.windows.Yes("Covariance calculator");
+  AnswerConstant();
+  host.windows.No();
+  Run();
+  EXPECT_EQ(calculated, true);
+  EXPECT_EQ(host.windows.inputs[0].prompt,
+            "Default grid factor for Grid 1 :\r\n\r\n Currently:   1) 1     2) 0.1     3) 0.01\r\n\r\nValue must be "
+            "positive for all factors");
+  EXPECT_EQ(host.windows.inputs[0].defaultText, "1.000E+00");
+  EXPECT_THAT(host.windows.inputs[1].prompt,
+              HasSubstr("Grid 2 :\r\n\r\n Currently:   1) 2     2) 0.1     3) 0.01\r\n"));
+  EXPECT_EQ(host.windows.inputs[3].defaultText, "2.000E+00");
+  EXPECT_EQ(covariances.grid(1).GridFactor, 4);
+  EXPECT_EQ(covariances.grid(2).GridFactor, 0.1);
+  EXPECT_EQ(covariances.grid(3).GridFactor, 0.05);
+  const Message& confirmation = host.windows.messages[4];
+  EXPECT_EQ(confirmation.text, "Are these default grid factors OK?\r\n\r\n 1) 4     2) 0.1     3) 0.05");
+  EXPECT_EQ(confirmation.style, 36);
+}
+
+TEST_F(CovarianceDialogueTest, NumericalCalculationTellsItsCourseAndOpensTheDisplay) {
+  RunNumerically();
+  EXPECT_EQ(calculated, true);
+  EXPECT_EQ(t.state.flags.ObjectiveConstant, 2);
+  EXPECT_EQ(covariances.CovConstantInverse, 2);
+  EXPECT_FALSE(covariances.OptimisticSE);
+  // Differences on the first grid: .04 .04 .07 .07 .03 .03.
+  EXPECT_THAT(data.rtbCovData.text, StartsWith("Now calculating -ln[likelihood] on grid #1\r\n"
+                                               "Average: 5.0233333E+00; Standard deviation: 8.4983659E-03\r\n"
+                                               "Now calculating Hessian matrix #1\r\n"
+                                               "Now inverting Hessian matrix #1\r\n"
+                                               "Determinant of covariance matrix: 8.3333333E-02\r\n\r\n"
+                                               "Now calculating -ln[likelihood] on grid #2\r\n"
+                                               "Average: 5.0002333E+00; Standard deviation: 8.4983659E-05\r\n"));
+  EXPECT_TRUE(display.Visible());
+  EXPECT_EQ(display.lblCovDisplay.text, "Calculation completed. Do you wish to:");
+  EXPECT_TRUE(display.cmdScreen.enabled);
+  EXPECT_FALSE(display.cmdFile.enabled);
+  EXPECT_FALSE(menu.Loaded());
+  EXPECT_THAT(host.windows.events, Contains("status stbMain5 1 One moment please..."));
+  EXPECT_THAT(host.windows.events, Contains("status stbMain5 1 Hessian function call 1 of 6"));
+  EXPECT_EQ(Status(1), "Hessian function call 6 of 6");
+  EXPECT_EQ(Status(2), "");
+  const Message& choice = host.windows.messages.back();
+  EXPECT_EQ(choice.title, "Calculate optimistic SEs only?");
+  EXPECT_EQ(choice.style, 292);
+  EXPECT_EQ(choice.text,
+            "Choose the quicker option to calculate under-estimated conditional SEs?\r\n"
+            "Each SE estimate assumes the SE of all other parameters to be zero (0).\r\n"
+            "(This is not recommended for final analyses, but can be a time-efficient way \r\n"
+            "to rapidly assess relative parameter uncertainty in preliminary analyses).");
+}
+
+TEST_F(CovarianceDialogueTest, ObjectiveIsCalledBeforeTheConstantIsAsked) {
+  AnswerUpToFactors();
+  AnswerFactors();
+  t.function = [this](const Array1<double>&) {
+    EXPECT_THAT(host.windows.inputs.size(), t.calls.size() == 1 ? 3U : 4U);
+    return 10.0 + static_cast<double>(t.calls.size());
+  };
+  AnswerConstant();
+  host.windows.No();
+  Run();
+}
+
+TEST_F(CovarianceDialogueTest, TimeRemainingIsForAllThreeGrids) {
+  t.function = [this](const Array1<double>& v) {
+    host.clock.now.second += 5;
+    while (host.clock.now.second >= 60) {
+      host.clock.now.second -= 60;
+      ++host.clock.now.minute;
+    }
+    return 4 * v(1) * v(1) + 3 * v(2) * v(2);
+  };
+  RunNumerically();
+  const std::string text = "status stbMain5 2 Estimated time remaining for all three grids (m:s): ";
+  EXPECT_THAT(host.windows.events, Contains(text + "1:25"));  // 17 calls of 5 s after the first
+  EXPECT_THAT(host.windows.events, Contains(text + "0:55"));  // 11 after the first of the second grid
+  EXPECT_THAT(host.windows.events, Contains(text + "0:05"));
+  EXPECT_THAT(host.windows.events, Contains(text + "0:00"));
+}
+
+TEST_F(CovarianceDialogueTest, TimeRemainingCountsTheFullCallsInOptimisticModeToo) {
+  t.function = [this](const Array1<double>& v) {
+    host.clock.now.second += 1;
+    return 4 * v(1) * v(1) + 3 * v(2) * v(2);
+  };
+  AnswerUpToFactors();
+  AnswerFactors();
+  AnswerConstant();
+  host.windows.Yes("Calculate optimistic SEs only?");
+  Run();
+  EXPECT_TRUE(covariances.OptimisticSE);
+  EXPECT_THAT(host.windows.events,
+              Contains("status stbMain5 2 Estimated time remaining for all three grids (m:s): 0:17"));
+  EXPECT_THAT(host.windows.events, Contains("status stbMain5 1 Hessian function call 6 of 6"));
+}
+
+TEST_F(CovarianceDialogueTest, InterruptAnsweredYesAbandonsTheGrid) {
+  AnswerUpToFactors();
+  AnswerFactors();
+  AnswerConstant();
+  host.windows.No();
+  t.function = [this](const Array1<double>& v) {
+    if (t.calls.size() == 3) {
+      EXPECT_TRUE(desk.Press(data.cmdStop));
+      EXPECT_FALSE(data.cmdStop.enabled);
+    }
+    return 4 * v(1) * v(1) + 3 * v(2) * v(2);
+  };
+  host.windows.Yes("Covariance calculations");
+  Run();
+  EXPECT_EQ(host.windows.LastText(), "Interrupt received. Do you want to quit calculating this grid?");
+  EXPECT_TRUE(data.cmdStop.enabled);
+  EXPECT_EQ(covariances.grid(1).ending, GridEnding::Abandoned);
+  EXPECT_EQ(covariances.grid(2).ending, GridEnding::Calculated);
+  EXPECT_THAT(
+      data.rtbCovData.text,
+      HasSubstr("Now calculating -ln[likelihood] on grid #1\r\nNow calculating -ln[likelihood] on grid #2\r\n"));
+}
+
+TEST_F(CovarianceDialogueTest, InterruptAnsweredNoGoesOn) {
+  AnswerUpToFactors();
+  AnswerFactors();
+  AnswerConstant();
+  host.windows.No();
+  t.function = [this](const Array1<double>& v) {
+    if (t.calls.size() == 3) desk.Press(data.cmdStop);
+    return 4 * v(1) * v(1) + 3 * v(2) * v(2);
+  };
+  host.windows.No("Covariance calculations");
+  Run();
+  EXPECT_EQ(covariances.grid(1).ending, GridEnding::Calculated);
+  EXPECT_EQ(t.calls.size(), 19U);
+}
+
+TEST_F(CovarianceDialogueTest, FailedTestNamesItsParameter) {
+  t.function = [](const Array1<double>& v) { return v(1) * v(1); };
+  RunNumerically();
+  const std::string told =
+      "Now calculating Hessian matrix #3\r\n"
+      "Sorry, this Hessian matrix is not positive-definite; a valid covariance matrix cannot be created.\r\n\r\n"
+      "Possible reasons: (1) you're not at a tight enough global minimum, or you're at a local minimum\r\n"
+      "                  (2) your model contains statistically dead parameters, i.e., the -ln[L] versus a parameter "
+      "is flat\r\n"
+      "                  (3) there is at least one parameter pair that is very highly correlated (e.g., ABS(rho) > "
+      "0.99)\r\n"
+      "                  (4) the likelihood profile is dramatically asymmetrical, perhaps due to a penalty "
+      "function\r\n"
+      "It might help you to know that the test for positive-definitiveness failed at parameter # 2\r\n\r\n";
+  EXPECT_EQ(Rightmost(data.rtbCovData.text, static_cast<int>(told.size())), told);
+}
+
+TEST_F(CovarianceDialogueTest, AnalyticalCalculationAsksForNoFactorsButForTheChoice) {
+  host.windows.Yes("Covariance calculator");
+  AnswerConstant();
+  host.windows.Yes("Calculate optimistic SEs only?");
+  Run();
+  EXPECT_EQ(calculated, true);
+  EXPECT_EQ(covariances.mode, CovarianceMode::Analytical);
+  EXPECT_THAT(host.windows.events, Contains("status stbMain5 1 One moment please while one function call is executed"));
+  EXPECT_EQ(Status(1), "Calculating covariances, one moment please...");
+  EXPECT_THAT(data.rtbCovData.text, HasSubstr("failed at parameter # 1\r\n"));
+  EXPECT_THAT(data.rtbCovData.text, Not(HasSubstr("Now calculating")));
+}
+
+TEST_F(CovarianceDialogueTest, FailureKeepsTheResultsOfBefore) {
+  RunNumerically();
+  const double kept = covariances.grid(1).standardErrors(1);
+  EXPECT_TRUE(desk.Press(display.cmdFinish));
+  menu.EnableAnalysis(true);
+  t.state.algorithm.Step = {0, 0};
+  AnswerUpToFactors();
+  AnswerFactors();
+  AnswerConstant();
+  host.windows.No();
+  host.windows.ExpectFailure("division by zero");
+  Run();
+  EXPECT_EQ(covariances.grid(1).standardErrors(1), kept);
+  EXPECT_TRUE(menu.Visible());
+}
+
+TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {
+  RunNumerically();
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_FALSE(display.cmdScreen.enabled);
+  EXPECT_TRUE(display.cmdFile.enabled);
+  EXPECT_EQ(data.rtbCovData.text, CovarianceReport(covariances, t.state.algorithm));
+  EXPECT_EQ(data.cmdStop.text,
+            "To save these results [restore or minimize this form then] choose 'Save covariance results as...'");
+  EXPECT_THAT(host.windows.events,
+              Contains("status stbMain5 1 Please be patient while covariance output is collated..."));
+  EXPECT_EQ(Status(1), "");
+  EXPECT_EQ(host.windows.events.back(), "front frmCovDisplay");
+  EXPECT_FALSE(desk.Press(display.cmdScreen));
+}
+
+TEST_F(CovarianceDialogueTest, FinishClosesBothFormsAndShowsTheMenu) {
+  RunNumerically();
+  EXPECT_TRUE(desk.Press(display.cmdFinish));
+  EXPECT_FALSE(display.Loaded());
+  EXPECT_FALSE(data.Loaded());
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_EQ(Status(1), "");
+}
+
+TEST_F(CovarianceDialogueTest, FrameOfTheDisplayClosesLikeFinish) {
+  RunNumerically();
+  EXPECT_TRUE(desk.Close(display));
+  EXPECT_FALSE(data.Loaded());
+  EXPECT_TRUE(menu.Visible());
+}
+
+TEST_F(CovarianceDialogueTest, StopButtonOfAReportClosesTheDisplay) {
+  RunNumerically();
+  desk.Press(display.cmdScreen);
+  EXPECT_TRUE(desk.Press(data.cmdStop));
+  EXPECT_FALSE(display.Loaded());
+  EXPECT_FALSE(data.Loaded());
+  EXPECT_EQ(data.cmdStop.text, "&Interrupt these calculations");
+}
+
+TEST_F(CovarianceDialogueTest, ClosingThePaneLeavesNothingToSave) {
+  RunNumerically();
+  desk.Press(display.cmdScreen);
+  EXPECT_TRUE(desk.Close(data));
+  EXPECT_FALSE(display.cmdFile.enabled);
+  EXPECT_EQ(data.cmdStop.text, "&Interrupt these calculations");
+  EXPECT_TRUE(display.Visible());
+}
+
+TEST_F(CovarianceDialogueTest, LastResultsAreOfferedAgain) {
+  RunNumerically();
+  desk.Press(display.cmdScreen);
+  const std::string report = data.rtbCovData.text;
+  desk.Press(display.cmdFinish);
+  display.OpenAgain();
+  EXPECT_EQ(display.lblCovDisplay.text, "Do you wish to:");
+  EXPECT_FALSE(display.cmdFile.enabled);
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_EQ(data.rtbCovData.text, report);
+}
+
+struct SavedReportTest : CovarianceDialogueTest {
+  SavedReportTest() {
+    RunNumerically();
+    desk.Press(display.cmdScreen);
+    report = data.rtbCovData.text;
+  }
+  ~SavedReportTest() override { std::filesystem::remove(path); }
+
+  std::string report;
+  const std::string path = ::testing::TempDir() + "merlane_saved_report.cov";
+};
+
+TEST_F(SavedReportTest, FileHasItsNameOnTop) {
+  host.windows.File(path);
+  EXPECT_TRUE(desk.Press(display.cmdFile));
+  EXPECT_EQ(ReadWholeFile(path), "Originally saved with the file name: " + path + "\r\n\r\n" + report);
+  EXPECT_THAT(host.windows.writes, ElementsAre(path));
+  const FileRequest& request = host.windows.files.back();
+  EXPECT_EQ(request.kind, FileRequest::Kind::Save);
+  EXPECT_EQ(request.filter,
+            "All files (*.*)|*.*|Covariance files (*.cov)|*.cov|Named for algorithm file (textbook.*)|textbook.*|");
+  EXPECT_EQ(request.startName, "06011030.cov");
+}
+
+TEST_F(SavedReportTest, FileCanBeReadBack) {
+  host.windows.File(path);
+  desk.Press(display.cmdFile);
+  const CovarianceFile file = ReadCovarianceFile(ReadWholeFile(path), 2, 2);
+  EXPECT_NEAR(file.rows(2).standardErrors[0], std::sqrt(1.0 / 3), 1e-7);
+}
+
+TEST_F(SavedReportTest, EditsOfThePaneAreSaved) {
+  EXPECT_TRUE(desk.SetText(data.rtbCovData, "A note of mine\nand what I kept"));
+  host.windows.File(path);
+  desk.Press(display.cmdFile);
+  EXPECT_EQ(ReadWholeFile(path),
+            "Originally saved with the file name: " + path + "\r\n\r\nA note of mine\r\nand what I kept");
+}
+
+TEST_F(SavedReportTest, SavedTwiceHasTwoHeads) {
+  host.windows.File(path);
+  desk.Press(display.cmdFile);
+  host.windows.File(path);
+  desk.Press(display.cmdFile);
+  const std::string head = "Originally saved with the file name: " + path + "\r\n\r\n";
+  EXPECT_EQ(ReadWholeFile(path), head + head + report);
+}
+
+TEST_F(SavedReportTest, CancelledSaveIsIgnored) {
+  host.windows.CancelFile();
+  EXPECT_TRUE(desk.Press(display.cmdFile));
+  EXPECT_EQ(data.rtbCovData.text, report);
+  EXPECT_TRUE(host.windows.writes.empty());
+}
+
+TEST_F(SavedReportTest, FileThatCannotBeWrittenLeavesThePaneAsItWas) {
+  host.windows.File("/no/such/folder/a.cov");
+  host.windows.ExpectFailure("/no/such/folder/a.cov");
+  desk.Press(display.cmdFile);
+  EXPECT_EQ(data.rtbCovData.text, report);
+}
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "control/run_state.h"
+#include "uncertainty/covariance.h"
+
+namespace merlane::test {
+
+/// Kept figures of one covariance calculation that followed a simplex run.
+struct GoldenCovariances {
+  std::string name;  // of the case
+  Covariances covariances;
+  AlgorithmData algorithm;  // fuses and names are there where a report is kept
+  std::string pane;         // what the pane showed during the calculation
+  std::string report;       // the .cov file; empty when none is kept
+};
+
+/// All that are kept, and those with a report.
+std::vector<GoldenCovariances> KeptCovariances();
+std::vector<GoldenCovariances> KeptReports();
+
+}  // namespace merlane::test
