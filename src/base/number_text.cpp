@@ -108,6 +108,13 @@ std::string Format(double x, std::string_view pattern) {
 
 std::string Shortest(double x) { return x == 0 ? "0" : fmt::format("{}", x); }
 
+std::string Plain(double x) {
+  if (x == 0) return "0";
+  char digits[400];  // the largest double has 309 of them, the smallest 326
+  const auto end = std::to_chars(digits, digits + sizeof digits, x, std::chars_format::fixed).ptr;
+  return std::string(digits, end);
+}
+
 double LenientNumber(std::string_view text) {
   std::string packed;
   for (const char c : text)

@@ -15,6 +15,9 @@ std::string Format(double x, std::string_view pattern);
 /// Shortest text that reads back as the same number; whole numbers have no point.
 std::string Shortest(double x);
 
+/// Shortest text that reads back as the same number, without an exponent however small or large it is.
+std::string Plain(double x);
+
 /// The lenient reading: drops blanks, takes the longest numeric prefix ([sign] digits [. digits] [E [sign] digits]), 0
 /// when there is none. RuntimeFailure ("overflow") only for a number too large for a double.
 double LenientNumber(std::string_view text);

@@ -28,7 +28,7 @@ struct Message {
   std::string title;
   std::string text;  // lines end with CR LF
   int style = style::Ok;
-  std::string details;  // what the fixed words cannot tell: file, line, column, what stood there
+  std::string details{};  // what the fixed words cannot tell: file, line, column, what stood there
 };
 
 /// A request for one line of text.

@@ -59,6 +59,14 @@ TEST(Shortest, WholeNumbersHaveNoPoint) {
   EXPECT_EQ(Shortest(0.1), "0.1");
 }
 
+TEST(Plain, NeverHasAnExponent) {
+  EXPECT_EQ(Plain(1e-6), "0.000001");
+  EXPECT_EQ(Plain(-2.5), "-2.5");
+  EXPECT_EQ(Plain(1995), "1995");
+  EXPECT_EQ(Plain(-0.0), "0");
+  EXPECT_EQ(Plain(1e22), "10000000000000000000000");
+}
+
 TEST(LenientNumber, TakesTheLongestPrefix) {
   EXPECT_EQ(LenientNumber("  12"), 12);
   EXPECT_EQ(LenientNumber("-11  "), -11);

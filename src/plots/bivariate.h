@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/array1.h"
+#include "forms/drawing.h"
+
+namespace merlane {
+
+/// A joint density of two parameters on a grid.
+struct BivariateDensity {
+  Array1<double> X, Y;
+  Matrix1<double> f;  // (Y index, X index)
+  double fmax = 0;    // the peak's density
+  int firstParameter = 0, secondParameter = 0;
+  double peakX = 0, peakY = 0;
+};
+
+/// What a bivariate plot shows: cells in bands of standard errors from the peak, lines at 0 and 1, and the texts beside
+/// it.
+struct BivariatePlot {
+  Drawing drawing;
+  Drawing legend;      // seven boxes in a unit square, the peak's band on top
+  bool drawn = false;  // false when a range or the peak is 0
+  std::string axes, maxima, minima, peak, note;
+  std::optional<double> correlation;  // over the cells painted
+};
+
+BivariatePlot DrawBivariate(const BivariateDensity& density);
+
+/// The empty canvas with its tick marks.
+Drawing EmptyBivariateDrawing();
+
+}  // namespace merlane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "forms/desk.h"
+
+namespace merlane {
+
+/// What a profile, a posterior or a prior profile hands over for one parameter: values of the parameter and the series
+/// over them.
+struct DistributionSeries {
+  enum class Source { LikelihoodProfile, Posterior, Prior };
+  Source source = Source::LikelihoodProfile;
+  int parameter = 0;
+  std::vector<double> values;  // X, in the order of the points
+  std::vector<double> negLnL;  // -ln[L]
+  std::vector<double> density;
+  std::vector<double> regionOnMode;  // confidence region
+  std::vector<double> regionOnMean;
+  std::vector<double> cumulative;  // from left to right
+  std::vector<double> normal;      // the normal density of the same mean and SD
+  double maximumLikelihood = 0;    // value at the lowest -ln[L]
+  double expected = 0;
+  double difference = 0;
+  double standardError = 0;
+};
+
+/// Plots the seven series of one parameter, one press over the other.
+class FrmDistPlot : public Form {
+ public:
+  explicit FrmDistPlot(Desk& d);
+
+  Canvas picGraph{*this, "picGraph"};
+  Label lblGraphMax{*this, "lblGraphMax", ""};
+  Label lblVar{*this, "lblVar", ""};
+  Label lblXStart{*this, "lblXStart", ""};
+  Label lblXEnd{*this, "lblXEnd", ""};
+  Label lblNote{*this, "lblNote", ""};
+  Label lblCI{*this, "lblCI", ""};
+  Label lblEstimateNames{*this, "lblEstimateNames", ""};
+  Label lblEstimateValues{*this, "lblEstimateValues", ""};
+  ListBox listVar{*this, "listVar"};
+  Label lblOptions{*this, "lblOptions", "Plot Options:"};
+  CheckBox Check_Line{*this, "Check_Line", "Draw lines"};
+  CheckBox Check_Scatter{*this, "Check_Scatter", "Draw points"};
+  CheckBox Check_Drop{*this, "Check_Drop", "Drop line plot"};
+  Button cmdPlot{*this, "cmdPlot", "&Plot it!"};
+  Button cmdClear{*this, "cmdClear", "Cl&ear"};
+  Button cmdDone{*this, "cmdDone", "&Done"};
+
+  /// Opens the form on a parameter's series.
+  void ShowDistPlot(DistributionSeries series);
+
+ private:
+  void Clear();
+  void Plot();
+  std::vector<double> Selected() const;
+  void DrawMarkers(int number);
+  void ShowEstimates();
+
+  DistributionSeries series_;
+};
+
+}  // namespace merlane
