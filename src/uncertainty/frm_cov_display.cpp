@@ -23,14 +23,14 @@ constexpr const char* Explanation =
 FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Covariances& covariances, FrmMain& main,
                              FrmCovData& data)
     : Form(d, "frmCovDisplay", "Covariance display"),
-      txtExplain{*this, "txtExplain", Explanation},
       state_(state),
       covariances_(covariances),
       main_(main),
       data_(data) {
   cmdFile.toolTip = "Saves the (possibly edited) covariance output";
   cmdFile.enabled = false;
-  txtExplain.readOnly = true;
+  txtExplain.text = Explanation;
+  txtExplain.fixedPitch = false;
   cmdScreen.onClick = [this] { DisplayOnScreen(); };
   cmdFile.onClick = [this] { SaveAs(); };
   cmdFinish.onClick = [this] { desk.Unload(*this); };
@@ -77,6 +77,7 @@ void FrmCovDisplay::SaveAs() {
 void FrmCovDisplay::OnUnload() {
   desk.Unload(data_);
   desk.Show("frmMenu");
+  main_.mnuApplication.enabled = true;  // the command that opened the display to view it again has left it disabled
   main_.stbMain5.Set(1, "");
 }
 

@@ -22,7 +22,7 @@ class FrmCovDisplay : public Form {
   Button cmdScreen{*this, "cmdScreen", "Display results on &screen"};
   Button cmdFile{*this, "cmdFile", "Save &covariance results as..."};
   Button cmdFinish{*this, "cmdFinish", "&Finish display"};
-  TextBox txtExplain;
+  Pane txtExplain{*this, "txtExplain"};
 
  protected:
   void OnUnload() override;

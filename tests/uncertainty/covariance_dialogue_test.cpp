@@ -203,6 +203,41 @@ TEST_F(CovarianceDialogueTest, NumericalCalculationTellsItsCourseAndOpensTheDisp
             "to rapidly assess relative parameter uncertainty in preliminary analyses).");
 }
 
+TEST_F(CovarianceDialogueTest, SumOfSquaresHasItsConstantFromItsDegreesOfFreedom) {
+  t.state.flags.NOBS = 23;
+  AnswerUpToFactors();
+  AnswerFactors();
+  host.windows.No("Calculate optimistic SEs only?");
+  Run();
+  EXPECT_EQ(calculated, true);
+  EXPECT_EQ(covariances.CovConstantInverse, t.state.flags.ObjectiveConstant);
+  EXPECT_EQ(host.windows.inputs.size(), 3U);
+}
+
+TEST_F(CovarianceDialogueTest, SumOfSquaresWithoutDegreesOfFreedomReturnsToTheMenu) {
+  t.state.flags.NOBS = 3;
+  AnswerUpToFactors();
+  AnswerFactors();
+  Run();
+  EXPECT_EQ(calculated, false);
+  EXPECT_EQ(host.windows.messages.back().title, "Insufficient degrees of freedom");
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_FALSE(data.Loaded());
+}
+
+TEST_F(CovarianceDialogueTest, DisplayExplainsItself) {
+  RunNumerically();
+  EXPECT_EQ(display.txtExplain.text,
+            "If the results for numerically calculated SEs etc. are similar for all three grids, then the model's "
+            "behaviour can be considered to be 'close-to-linear' and the uncertainty around the parameter estimates "
+            "can be considered to be represented by a normal distribution.  Else the SEs etc. are probably inaccurate "
+            "and parameter uncertainty is more difficult to interpret.  This problem tends to diminish as sample size "
+            "increases and the central limit theorem starts to apply.  Alternatively, you can choose the option "
+            "'Evaluate estimates' from the Main Menu, then use maximum-likelihood or Bayesian utilities to evaluate "
+            "parameter uncertainty.");
+  EXPECT_EQ(display.cmdFile.toolTip, "Saves the (possibly edited) covariance output");
+}
+
 TEST_F(CovarianceDialogueTest, ObjectiveIsCalledBeforeTheConstantIsAsked) {
   AnswerUpToFactors();
   AnswerFactors();
@@ -349,8 +384,10 @@ TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {
 
 TEST_F(CovarianceDialogueTest, FinishClosesBothFormsAndShowsTheMenu) {
   RunNumerically();
+  main.mnuApplication.enabled = false;
   EXPECT_TRUE(desk.Press(display.cmdFinish));
   EXPECT_FALSE(display.Loaded());
+  EXPECT_TRUE(main.mnuApplication.enabled);
   EXPECT_FALSE(data.Loaded());
   EXPECT_TRUE(menu.Visible());
   EXPECT_EQ(Status(1), "");
