@@ -114,6 +114,7 @@ Survivors ExpectedSurvivors(const SurvivalFunctions& functions, const SharesAliv
 }
 
 void BroodMortality::AddTo(double& Penalty) const {
+  if (PenaltyAlphaR == 0 && PenaltyBetaR == 0 && PenaltyAlphaC == 0 && PenaltyBetaC == 0) return;
   Penalty = Penalty + PenaltyAlphaR;
   Penalty = Penalty + PenaltyBetaR;
   Penalty = Penalty + PenaltyAlphaC;

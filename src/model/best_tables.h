@@ -1,0 +1,18 @@
+#pragma once
+
+#include <vector>
+
+#include "model/parameters.h"
+#include "model/survival_tables.h"
+
+namespace merlane {
+
+/// The state that produced the lowest objective since the first evaluation of a run: what the reports and plots read.
+struct BestTables {
+  Array1<double> Value;
+  Parameters parameters;
+  SurvivalTables survival;
+  std::vector<double> VisitDeviance, VarR, VarC;
+};
+
+}  // namespace merlane

@@ -1,0 +1,104 @@
+#include "model/count_distributions.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "base/gamma_ln.h"
+#include "model/distributions.h"
+
+namespace merlane {
+namespace {
+
+/// A binomial distribution, of which the logarithms are the same for all counts.
+struct BinomialLogs {
+  explicit BinomialLogs(double p) {
+    if (p < 1e-6) p = 1e-6;
+    if (p > 0.999999) p = 0.999999;
+    logP = std::log(p);
+    logQ = std::log(1 - p);
+  }
+  double Probability(double logChoices, int n, int k) const { return std::exp(logChoices + k * logP + (n - k) * logQ); }
+  double logP, logQ;
+};
+
+/// A beta-binomial distribution, likewise.
+struct BetaBinomialLogs {
+  BetaBinomialLogs() = default;
+  BetaBinomialLogs(int n, double& E, double theta) {
+    if (theta > 0.999999) theta = 0.999999;
+    if (theta < 1e-6) theta = 1e-6;
+    if (E / n > 0.999999) E = n * 0.999999;
+    if (E / n < 1e-6) E = n * 1e-6;
+    a = (E / n) * (1 - theta) / theta;
+    if (a > 1e7) {
+      a = 1e7;
+    } else if (a < 0) {
+      a = 0;
+    }
+    b = (n - E) * a / E;
+    logAB = GammaLn(a + b);
+    logA = GammaLn(a);
+    logB = GammaLn(b);
+    logNAB = GammaLn(n + a + b);
+  }
+  double Probability(double logChoices, int n, int k) const {
+    return std::exp(logChoices + logAB - logA - logB + GammaLn(k + a) + GammaLn(n - k + b) - logNAB);
+  }
+  double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
+};
+
+}  // namespace
+
+CountDistributions::CountDistributions(int maxCount) {
+  for (int i = 0; i <= maxCount; ++i) logFactorial_.push_back(GammaLn(i + 1));
+}
+
+double CountDistributions::Binomial(int n, int k, double p) const {
+  return BinomialLogs(p).Probability(LogChoices(n, k), n, k);
+}
+
+double CountDistributions::BetaBinomial(int n, int k, double& E, double theta) const {
+  return BetaBinomialLogs(n, E, theta).Probability(LogChoices(n, k), n, k);
+}
+
+double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) const {
+  if (k < 0 || k > n) return merlane::ProbVisit(Code, Theta, n, k, E, Var);  // not a count that can be looked up
+  if (Theta == 1.0) Theta = 0.999999;
+  const double p = E / n;
+  Var = Checked(n * p * (1 - p) * ((n - 1) * Theta + 1));
+  if (n == 1 || Code == 1 || Theta <= 1e-6) return Binomial(n, k, p);
+  return BetaBinomial(n, k, E, Theta);
+}
+
+bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
+                                              std::span<double> Pmf) const {
+  std::fill(Pmf.begin(), Pmf.end(), 0.0);
+  const double pE = EN / n;
+  const double pJ = Divide(EJ, EN);
+  const bool binomialEggs = n == 1 || Code == 1 || ThetaE <= 1e-6;
+  const bool binomialJuvs = Code == 1 || ThetaJ <= 1e-6;
+  double E = EN;
+  const BinomialLogs eggs(pE);
+  const BinomialLogs juvs(pJ);
+  const BetaBinomialLogs overdispersedEggs = binomialEggs ? BetaBinomialLogs() : BetaBinomialLogs(n, E, ThetaE);
+  for (int m = 0; m <= n; ++m) {  // alive at hatch
+    const double P1 =
+        binomialEggs ? eggs.Probability(LogChoices(n, m), n, m) : overdispersedEggs.Probability(LogChoices(n, m), n, m);
+    if (m == 1 || binomialJuvs) {
+      for (int k = 0; k <= m; ++k) Pmf[static_cast<std::size_t>(k)] += P1 * juvs.Probability(LogChoices(m, k), m, k);
+    } else if (m == 0) {
+      Pmf[0] += P1 * 1.0;
+    } else {
+      double EJuvs = m * pJ;
+      const BetaBinomialLogs overdispersedJuvs(m, EJuvs, ThetaJ);
+      for (int k = 0; k <= m; ++k)
+        Pmf[static_cast<std::size_t>(k)] += P1 * overdispersedJuvs.Probability(LogChoices(m, k), m, k);
+    }
+  }
+  double sum = 0;
+  for (const double probability : Pmf) sum = sum + probability;
+  return sum >= 0.999999 && sum <= 1.000001;
+}
+
+}  // namespace merlane

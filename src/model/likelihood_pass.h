@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "model/brood_data.h"
+#include "model/count_distributions.h"
+#include "model/evaluation_setting.h"
+#include "model/likelihood_state.h"
+#include "model/prepared_visits.h"
+
+namespace merlane {
+
+/// Judges the counts of all visits against what the survival tables expect. Predictions that recur, within a vector of
+/// parameters or from one vector to the next, are computed once; the tables hold the very bits that computing each anew
+/// would give.
+class LikelihoodPass {
+ public:
+  /// Keeps references to both.
+  LikelihoodPass(const BroodData& data, const PreparedVisits& prepared);
+
+  /// Adds -2 ln P of all predictions to `F`, in the order of the visits, and fills deviances, variances and individuals
+  /// at risk. A negative mixed probability adds P^2 1e20 to the penalty. `NF` = 1 also tests whether the probabilities
+  /// of a prediction over hatch sum to 1. RuntimeFailure when a deviance, variance or overdispersion overflows.
+  void Do_Likelihoods(const EvaluationSetting& setting, std::int32_t NF, LikelihoodState& state, double& F);
+
+ private:
+  /// What the predictions take from the parameters.
+  struct Settings {
+    std::int16_t CodeEggR = 0, CodeJuvR = 0, CodeEggC = 0, CodeJuvC = 0;
+    double ThetaEggR = 0, ThetaJuvR = 0, ThetaEggC = 0, ThetaJuvC = 0;
+    double v_N = 0, v_B = 0, LayAge = 0;
+    // Which fates a clutch and a brood may have.
+    bool eggsRandom = false, eggsCorrelated = false, juvsRandom = false, juvsCorrelated = false;
+
+    bool operator==(const Settings&) const = default;
+  };
+  /// A kept prediction of a clutch or brood. It is valid for the stamp of the settings, and for the expected numbers
+  /// and the probability of the correlated state from which it was computed.
+  struct KeptOutcome {
+    std::uint64_t stamp = 0;
+    double ER = 0, EC = 0, q = 0;
+    double VarR = 0, VarC = 0;
+    double clampedEC = 0;  // what the beta-binomial distribution leaves in the table
+    double P = 0, deviance = 0;
+  };
+  enum Component { RR, CR, RC, CC };
+  /// Kept distributions of the count over hatch, valid likewise.
+  struct KeptSpanning {
+    std::uint64_t stamp = 0;
+    double EHatchR = 0, EHatchC = 0;
+    double juveniles[4] = {};          // JuvRR, JuvCR, JuvRC, JuvCC
+    std::size_t firstProbability = 0;  // of the four distributions in probabilities_
+    bool accurate[4] = {true, true, true, true};
+  };
+
+  void TakeSettings(const Parameters& p);
+  double ThetaEggs(double age) const;
+  double ThetaJuvs(double age) const;
+  const KeptOutcome& Outcome(std::size_t visit, double ER, double EC, double q);
+  void JudgeOne(std::size_t visit, double q, LikelihoodState& state);
+  void JudgeSpanning(std::size_t visit, int n, const EvaluationSetting& setting, std::int32_t NF,
+                     LikelihoodState& state);
+  bool Possible(Component component) const;
+  void Distributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
+                     const LikelihoodState& state);
+
+  const BroodData& data_;
+  const PreparedVisits& prepared_;
+  CountDistributions distributions_;
+  Settings settings_;
+  std::uint64_t stamp_ = 0;
+  std::vector<KeptOutcome> outcomes_;
+  std::vector<KeptSpanning> spanning_;
+  std::vector<double> probabilities_;
+  // For a prediction over hatch from the count of another visit.
+  KeptSpanning passing_;
+  std::vector<double> passingProbabilities_;
+};
+
+}  // namespace merlane
