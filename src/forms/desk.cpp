@@ -117,7 +117,7 @@ bool Desk::Usable(const Control& control) const {
   return !Busy() || control.offeredWhileBusy;
 }
 
-void Desk::Run(const std::string& command, const std::function<void()>& handler) {
+void Desk::Run(Form& form, const std::string& command, const std::function<void()>& handler) {
   if (!handler) return;
   const Scoped<int> deeper(depth_, depth_ + 1);
   const Scoped<bool> computing(waiting_, false);
@@ -128,7 +128,8 @@ void Desk::Run(const std::string& command, const std::function<void()>& handler)
     endRaised_ = true;
   } catch (const std::exception& failure) {
     host.windows.OnFailure(command + ": " + failure.what());
-    if (depth_ == 1 && onFailed) onFailed();
+    form.enabled = true;
+    if (depth_ == 1 && onFailed) onFailed(form);
   }
   if (endRaised_ && depth_ == 1) {
     ended_ = true;
@@ -138,7 +139,7 @@ void Desk::Run(const std::string& command, const std::function<void()>& handler)
 
 bool Desk::Use(Control& control, const std::function<void()>& action) {
   if (!Usable(control)) return false;
-  Run(control.form.name + "." + control.name, action);
+  Run(control.form, control.form.name + "." + control.name, action);
   return true;
 }
 
@@ -235,7 +236,7 @@ bool Desk::Close(Form& form) {
     closeAsked_ = closeAsked_ || form.name == "frmMain";
     return false;
   }
-  Run(form.name, [&] {
+  Run(form, form.name, [&] {
     if (form.OnCloseRequest()) Unload(form);
   });
   return true;

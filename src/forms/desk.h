@@ -80,15 +80,16 @@ class Desk {
   /// The handler of the main window's close, run where a turn is given; asks the quit dialogue and raises EndProgram on
   /// Yes.
   std::function<void()> onCloseWhileBusy;
-  /// Called after a command failed at run time, when nothing else runs: brings the menu back to a usable state.
-  std::function<void()> onFailed;
+  /// Called after a command of this form failed at run time, when nothing else runs: brings the program back to a state
+  /// in which the user can go on.
+  std::function<void(Form& form)> onFailed;
 
  private:
   friend class Form;
   Form& Named(const std::string& formName) const;
-  /// Runs a handler as a command: a run-time failure becomes a message to the user, the end of the program is passed
-  /// on.
-  void Run(const std::string& command, const std::function<void()>& handler);
+  /// Runs a handler as a command of a form: a run-time failure becomes a message to the user and the form takes input
+  /// again, the end of the program is passed on.
+  void Run(Form& form, const std::string& command, const std::function<void()>& handler);
   bool Use(Control& control, const std::function<void()>& action);
   void EndIfRaised();
 

@@ -266,13 +266,16 @@ TEST_F(DeskTest, ClosingTheMainWindowDuringACalculationAsksBetweenTwoCalls) {
 
 TEST_F(DeskTest, RunTimeFailureIsToldOnceAndTheFormIsUsableAgain) {
   desk.Show(form);
-  int recovered = 0;
-  desk.onFailed = [&] { ++recovered; };
+  std::vector<std::string> recovered;
+  desk.onFailed = [&](Form& failed) { recovered.push_back(failed.name); };
   host.windows.ExpectFailure("frmSample.cmdGo: overflow");
-  form.cmdGo.onClick = [] { throw RuntimeFailure("overflow"); };
+  form.cmdGo.onClick = [&] {
+    form.enabled = false;
+    throw RuntimeFailure("overflow");
+  };
   EXPECT_TRUE(desk.Press(form.cmdGo));
   EXPECT_EQ(host.windows.failures.size(), 1U);
-  EXPECT_EQ(recovered, 1);
+  EXPECT_THAT(recovered, ElementsAre("frmSample"));
   EXPECT_TRUE(desk.Usable(form.cmdGo));
   EXPECT_FALSE(desk.Ended());
 }
@@ -280,7 +283,7 @@ TEST_F(DeskTest, RunTimeFailureIsToldOnceAndTheFormIsUsableAgain) {
 TEST_F(DeskTest, FailureInsideAWaitLeavesTheWaitingCommandWaiting) {
   desk.Show(form);
   bool done = false;
-  desk.onFailed = [] { FAIL() << "the waiting command still has the menu"; };
+  desk.onFailed = [](Form&) { FAIL() << "the waiting command still has the menu"; };
   form.txt.onLeave = [] { throw RuntimeFailure("no number"); };
   host.windows.ExpectFailure("no number");
   host.windows.AtWait([&] { desk.SetText(form.txt, "x"); });
