@@ -9,7 +9,7 @@ namespace merlane {
 FrmOneFunction::FrmOneFunction(Desk& d, RunState& state, Objective& objective, FrmMain& main)
     : Form(d, "frmOneFunction", "One function call"), state_(state), objective_(objective), main_(main) {}
 
-void FrmOneFunction::Run() {
+double FrmOneFunction::Run() {
   desk.Show(*this);
   main_.ShowProgress("One moment please...");
   desk.Turn();
@@ -20,6 +20,7 @@ void FrmOneFunction::Run() {
   rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds);
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
   main_.ShowProgress("");
+  return F;
 }
 
 void FrmOneFunction::OnLoad() { state_.flags.OneFunctionOpen = true; }

@@ -15,8 +15,8 @@ class FrmOneFunction : public Form {
   FrmOneFunction(Desk& d, RunState& state, Objective& objective, FrmMain& main);
 
   /// Shows the form, evaluates the objective once at Value as the first call of a run, and writes what it found and how
-  /// long it took.
-  void Run();
+  /// long it took. Returns the objective.
+  double Run();
 
   /// Shows the review of the priors; called at the end of a run while priors are on.
   std::function<void()> reviewPriors;
