@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "control/fuses.h"
 #include "platform/files.h"
+#include "platform/random_streams.h"
 
 namespace merlane {
 namespace {
@@ -253,6 +254,38 @@ TEST(AlgorithmFileTest, LinesMayEndWithLineFeedAlone) {
   std::erase(text, '\r');
   AlgorithmData a = Fresh();
   EXPECT_EQ(ReadAlgorithm(text, a).failure, Failure::None);
+}
+
+TEST(AlgorithmFileTest, BrokenFilesNeverDoMoreThanFail) {
+  RandomStream random(20240601, 0);
+  const auto upTo = [&](std::size_t n) { return static_cast<std::size_t>(random.Uniform() * static_cast<double>(n)); };
+  int failures = 0;
+  for (int round = 0; round < 5000; ++round) {
+    std::string text = Text();
+    for (std::size_t change = upTo(4) + 1; change > 0; --change) {
+      const std::size_t at = upTo(text.size());
+      switch (upTo(4)) {
+        case 0:
+          text[at] = static_cast<char>(upTo(256));
+          break;
+        case 1:
+          text.erase(at, upTo(40));
+          break;
+        case 2:
+          text.insert(at, std::string(upTo(20), "0E+\n~ "[upTo(6)]));
+          break;
+        default:
+          text.resize(at + 1);
+      }
+    }
+    AlgorithmData a = Fresh();
+    const bool failed = ReadAlgorithm(text, a).failure != Failure::None;
+    EXPECT_EQ(failed, a.AlgLoadFailed);
+    if (failed) ++failures;
+    EXPECT_TRUE(a.Value.Size() == a.Fuse.Size() && (failed || a.Value.Size() == 3));
+  }
+  EXPECT_GT(failures, 1000);
+  EXPECT_LT(failures, 5000);
 }
 
 TEST(AlgorithmFileTest, SmallToleranceIsRaisedAndZeroStays) {
