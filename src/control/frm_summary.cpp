@@ -1,6 +1,7 @@
 #include "control/frm_summary.h"
 
 #include "base/text.h"
+#include "control/save_pane.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -43,10 +44,7 @@ void FrmSummary::SaveResults() {
   const std::optional<std::string> chosen =
       desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start});
   if (!chosen) return;
-  const std::string path = chosen->ends_with(".tvo") ? *chosen : *chosen + ".tvo";
-  const std::string text = "Originally saved with the file name: " + path + "\r\n\r\n" + rtbOut.text;
-  desk.Write(path, WithCrLf(text));
-  rtbOut.text = text;
+  SavePane(desk, rtbOut, chosen->ends_with(".tvo") ? *chosen : *chosen + ".tvo");
 }
 
 }  // namespace merlane
