@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "control/objective.h"
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "model/brood_data.h"
+#include "model/brood_reader.h"
+#include "model/evaluation_setting.h"
+#include "model/frm_xls_worksheets.h"
+#include "model/initialisation.h"
+#include "model/likelihood.h"
+#include "model/likelihood_state.h"
+
+namespace merlane {
+
+/// The survival model as the framework reaches it: reads the data, evaluates the objective -2 ln[L] plus penalties,
+/// writes results or simulates. Holds the field data and all that the evaluations leave behind.
+class MerlaneModel {
+ public:
+  /// `choices` gives what the user has chosen to analyse, asked at each read of data outside a bootstrap.
+  MerlaneModel(Desk& desk, RunState& state, std::function<Initialisation()> choices);
+  MerlaneModel(const MerlaneModel&) = delete;
+  MerlaneModel& operator=(const MerlaneModel&) = delete;
+
+  /// 0 reads data, above 0 evaluates, -1 writes the results or simulates; any other code does nothing, -2 since the
+  /// model has no analytical derivatives. Raises EndProgram behind the message of a fatal data error.
+  void operator()(ModelCall& call);
+
+  BroodData data;
+  LikelihoodState likelihood;
+
+  // What other forms of the room do for the model.
+  std::function<void(ModelCall&)> writeResults;  // NF = -1 in an analysis
+  std::function<void(ModelCall&)> simulate;      // NF = -1 in a simulation
+  /// Turns a workbook into a text data file; none when the user cancelled.
+  std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
+
+ private:
+  void ReadBroodData(ModelCall& call);
+  void Evaluate(ModelCall& call);
+
+  void TakeChoices(const Initialisation& choices, ModelCall& call);
+  void TakeDataFileName(const std::string& path);
+  /// Leaves the run without visits.
+  void ForgetVisits();
+  /// Reads the data file of the run and says how it went; false when nothing was read.
+  bool ReadDataFile();
+  /// The text file to be read; none when the user cancelled the choice of a worksheet.
+  std::optional<std::string> FileToRead();
+  bool IsWorkbook() const;
+  /// Leaves the run without visits and tells the user; of a workbook nothing is told.
+  void EndFailedRead(const std::string& reason);
+  void TellWhileInactive(const Message& message);
+  void ActivateForms(bool menu, bool initialize);
+
+  Desk& desk_;
+  RunState& state_;
+  const std::function<Initialisation()> choices_;
+  EvaluationSetting setting_;
+  std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
+};
+
+}  // namespace merlane
