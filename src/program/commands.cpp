@@ -1,0 +1,136 @@
+#include <algorithm>
+
+#include "control/fuses.h"
+#include "program/program.h"
+
+namespace merlane {
+
+void Program::EditAlg() {
+  frmMenu.CloseTheThree();
+  frmAlgo.OpenFromMenu();
+  frmMenu.ApplyPattern(frmMenu.cmdOneFunction);
+  frmMenu.enabled = false;  // until the editor closes
+}
+
+void Program::SaveAlg() {
+  algorithmCommands.Save_Alg();
+  frmMenu.CloseTheThree();
+  frmMenu.ApplyPattern(frmMenu.cmdOneFunction);
+}
+
+void Program::OneFunction() {
+  frmMenu.CloseTheThree();
+  BeginLongCommand();
+  BuildFuseGroups(state);
+  PackFree(state);
+  state.flags.OneCallRun = true;
+  fit.objective = frmOneFunction.Run();
+  state.flags.OneCallRun = false;
+  EndLongCommand();
+}
+
+void Program::Simplex() {
+  if (!BeginMinimiser(state.flags.SimplexRunning)) return;
+  BuildFuseGroups(state);
+  PackFree(state);
+  if (state.free.NFREE == 0) {
+    TellNothingToDo();
+    return;
+  }
+  ForgetCovariances();
+  const SimplexResult result = frmSimplex.Minimise();
+  fit = {"simplex", EndingText(result.ending), result.F, result.calls, result.Iterations, result.Restarts};
+  desk.Show(frmMenu);
+  EndLongCommand();
+  state.flags.SimplexRunning = false;
+}
+
+void Program::Marquardt() {
+  if (!BeginMinimiser(state.flags.MarquardtRunning)) return;
+  if (frmMarquardt.ChooseDerivatives() == DerivativeMode::Cancelled) {
+    desk.Unload(frmMarquardt);
+    desk.Show(frmMenu);
+    return;
+  }
+  BuildFuseGroups(state);
+  PackFree(state);
+  if (state.free.NFREE == 0) {
+    desk.Unload(frmMarquardt);
+    TellNothingToDo();
+    return;
+  }
+  ForgetCovariances();
+  const std::int16_t terminalFreq = state.algorithm.TerminalFreq;
+  const MarquardtResult result = frmMarquardt.Minimise();
+  fit = {"Marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
+  state.flags.SimplexBuilt = false;
+  state.algorithm.TerminalFreq = terminalFreq;  // the run may change it
+  desk.Show(frmMenu);
+  EndLongCommand();
+  state.flags.MarquardtRunning = false;
+}
+
+void Program::Covariance() {
+  frmMenu.CloseTheThree();
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+  if (state.flags.CovarianceDone && desk.Ask("Covariance", "View the last set of calculated covariance results?",
+                                             style::YesNoQuestion) == Answer::Yes) {
+    frmCovDisplay.OpenAgain();
+    return;
+  }
+  if (covarianceDialogue.CalculateCovariances()) state.flags.CovarianceDone = true;
+  EndLongCommand();
+}
+
+void Program::UserSummary() {
+  const bool simulating = state.flags.SimulationMode;
+  if (!(simulating ? model.simulate : model.writeResults)) {
+    TellNotYet(simulating ? not_yet::Simulation : not_yet::Results);
+    return;
+  }
+  Array1<double>& Value = state.algorithm.Value;
+  const bool allZero = std::ranges::all_of(Value, [](double value) { return value == 0; });
+  frmMenu.CloseTheThree();
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+  if (!allZero) {
+    frmMain.ShowProgress("One moment please while one function call is executed...");
+    ApplyFuses(Value, state);
+    SummaryValue_ = objective.Call(Value, 1);
+    frmMain.ShowProgress("");
+  }
+  ApplyFuses(Value, state);
+  SummaryValue_ = objective.Call(Value, -1, SummaryValue_);
+  EndLongCommand();
+}
+
+void Program::BeginLongCommand() {
+  frmMenu.DisableAllButQuit();
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+}
+
+void Program::EndLongCommand() { frmMain.mnuApplication.enabled = true; }
+
+bool Program::BeginMinimiser(bool& running) {
+  if (desk.Ask("Just checking", "Have you run '1 Function Call' as required?", style::YesNoQuestion) != Answer::Yes)
+    return false;
+  running = true;
+  frmMenu.CloseTheThree();
+  BeginLongCommand();
+  return true;
+}
+
+void Program::TellNothingToDo() {
+  // The running flag stays set and the application menu disabled: the next command that ends enables it again.
+  desk.Show(frmMenu);
+  desk.Tell("There is nothing to do", "All step sizes are zero", style::Exclamation);
+}
+
+void Program::ForgetCovariances() {
+  state.flags.CovarianceDone = false;
+  state.flags.CovarianceGrid = 0;
+}
+
+}  // namespace merlane

@@ -1,0 +1,77 @@
+#include "base/runtime_failure.h"
+#include "control/fuses.h"
+#include "program/program.h"
+
+namespace merlane {
+
+void Program::Initialize() {
+  if (!state.algorithm.AlgName.empty()) {
+    const Answer answer = desk.Ask("Initialize",
+                                   "  Do you need to save current algorithm data?\r\n\r\n"
+                                   "Algorithm data will be lost during this initialization.",
+                                   style::YesNoCancelExclamation);
+    if (answer == Answer::Cancel) return;
+    if (answer == Answer::Yes) SaveAlg();
+    state.algorithm.AlgName.clear();
+    frmMenu.cmdLoadAlg.enabled = true;
+    frmMenu.EnableAnalysis(false);
+  }
+  desk.Show(frmInitialize);
+  desk.Hide(frmMenu);
+  desk.Unload(frmMenu);
+  state.flags.BootstrapMode = false;
+  state.flags.ReadOriginalFile = true;
+  state.flags.ReadSimulatedFile = false;
+}
+
+void Program::BeginRun() {
+  RunFlags& flags = state.flags;
+  desk.Load(frmMenu);  // so that what is written to its buttons stays when it is shown
+  frmMenu.enabled = true;
+  ReadData();
+
+  frmMenu.NameUserSummary();
+  frmMain.ShowDataFile(flags.SimulationMode ? "<< no data file, simulating data >>" : model.data.DataFileName);
+  frmMenu.EnableAnalysis(false);
+  frmMenu.cmdLoadAlg.enabled = frmMenu.cmdRank.enabled = true;
+
+  flags.PriorFileName.clear();
+  flags.BayesOn = false;
+  ForgetCovariances();
+  flags.SimplexBuilt = false;
+
+  DimensionRun();
+
+  frmMain.ShowPriorsFile("");
+  flags.ModelInitialised = true;
+  desk.Show(frmMenu);
+  frmMenu.focus = &frmMenu.cmdLoadAlg;
+  desk.Unload(frmInitialize);
+}
+
+void Program::ReadData() {
+  try {
+    ApplyFuses(state.algorithm.Value, state);
+    SummaryValue_ = objective.Call(state.algorithm.Value, 0, SummaryValue_);
+  } catch (const RuntimeFailure&) {
+    // The data are half taken: nothing may be calculated from them, and the parameters of the run before are gone.
+    DimensionRun();
+    state.flags.ModelInitialised = false;
+    desk.Unload(frmMenu);
+    throw;
+  }
+}
+
+void Program::DimensionRun() {
+  AlgorithmData& a = state.algorithm;
+  a.Value.Dimension(a.NPAR);
+  a.Step.Dimension(a.NPAR);
+  // Not a valid fuse: the load or default that must follow replaces it.
+  a.Fuse.Dimension(a.NPAR, "~");
+  state.free.FreeValue.Dimension(a.NPAR);
+  state.free.FreeStep.Dimension(a.NPAR);
+  state.free.FreeIndex.Dimension(a.NPAR);
+  priors.Reset(a.NPAR);
+}
+
+}  // namespace merlane

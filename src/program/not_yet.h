@@ -1,0 +1,34 @@
+#pragma once
+
+namespace merlane {
+
+/// A command of the main menu that this version of the program offers but cannot run.
+struct NotYet {
+  const char* title;
+  const char* text;
+};
+
+namespace not_yet {
+inline constexpr NotYet Priors{
+    "Set Bayesian priors",
+    "This version of the program cannot set or load prior distributions.  All parameters keep the unbounded uniform "
+    "prior, and estimates rest on the data alone."};
+inline constexpr NotYet SavePriors{"Save Bayesian priors",
+                                   "This version of the program cannot save prior distributions in a file."};
+inline constexpr NotYet Evaluations{
+    "Evaluate parameter estimates",
+    "This version of the program calculates neither likelihood profiles nor posterior distributions.  Standard errors "
+    "and correlations are at hand under 'Single model covariances'."};
+inline constexpr NotYet Ranking{"Multi-model statistics",
+                                "This version of the program cannot rank or average models.  Save the algorithm data "
+                                "of each model that you wish to "
+                                "compare."};
+inline constexpr NotYet Results{
+    "Results summary",
+    "This version of the program cannot write a summary of results.  The estimates are shown by '1 Function call' and "
+    "are saved with the algorithm data."};
+inline constexpr NotYet Simulation{"Simulate a data set",
+                                   "This version of the program cannot simulate counts of broods."};
+}  // namespace not_yet
+
+}  // namespace merlane

@@ -1,0 +1,92 @@
+#include "program/program.h"
+
+namespace merlane {
+
+Program::Program(const Host& host)
+    : desk(host),
+      model(desk, state, [this] { return frmInitialize.Choices(); }),
+      objective(state, [this](ModelCall& call) { model(call); }),
+      frmMain(desk),
+      frmMenu(desk, state),
+      frmInitialize(desk, frmMain),
+      frmXLSworksheets(desk),
+      algorithmCommands(desk, state, frmMain, frmMenu, [this] { return model.data.DataBaseName; }),
+      frmAlgo(desk, state, log, frmMain, frmMenu),
+      frmEditVS(desk, state, frmAlgo),
+      frmOneFunction(desk, state, objective, frmMain),
+      frmSummary(desk, state, frmMenu),
+      frmAbort(desk, state, frmMain),
+      frmHelp(desk),
+      frmDefaults(desk),
+      frmWisdom(desk),
+      frmCredits(desk),
+      frmSimplex(desk, frmMain, state, objective, simplex, log, profile),
+      frmMarquardt(desk, frmMain, state, objective, log, profile),
+      frmCovData(desk),
+      frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
+      covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay) {
+  objective.priorTerm = [this](const Array1<double>& vector) {
+    return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
+  };
+  desk.onCloseWhileBusy = [this] { Quit(); };
+  desk.onFailed = [this](const Form& failed) { Recover(failed); };
+  WireMenu();
+  WireMenuBar();
+  WireForms();
+}
+
+void Program::Start() {
+  desk.Show(frmMain);
+  desk.Show(frmMenu);
+}
+
+void Program::WireMenu() {
+  frmMenu.cmdInitialize.onClick = [this] { Initialize(); };
+  frmMenu.cmdLoadAlg.onClick = [this] { algorithmCommands.LoadAlg(); };
+  frmMenu.cmdEditAlg.onClick = [this] { EditAlg(); };
+  frmMenu.cmdSaveAlg.onClick = [this] { SaveAlg(); };
+  frmMenu.cmdOneFunction.onClick = [this] { OneFunction(); };
+  frmMenu.cmdSimplex.onClick = [this] { Simplex(); };
+  frmMenu.cmdMarquardt.onClick = [this] { Marquardt(); };
+  frmMenu.cmdCovariance.onClick = [this] { Covariance(); };
+  frmMenu.cmdBayesian.onClick = [this] { TellNotYet(not_yet::Priors); };
+  frmMenu.cmdParEstimate.onClick = [this] { TellNotYet(not_yet::Evaluations); };
+  frmMenu.cmdUserSummary.onClick = [this] { UserSummary(); };
+  frmMenu.cmdRank.onClick = [this] { TellNotYet(not_yet::Ranking); };
+  frmMenu.cmdQuit.onClick = [this] { Quit(); };
+}
+
+void Program::WireMenuBar() {
+  frmMain.onClose = [this] { Quit(); };
+  frmMain.mnuExit.onClick = [this] { Quit(); };
+  frmMain.mnuMenu.onClick = [this] { desk.Show(frmMenu); };
+  frmMain.mnuInterruptBayes.onClick = [this] { state.flags.InterruptBayes = true; };
+  frmMain.mnuInterruptML.onClick = [this] { state.flags.InterruptML = true; };
+  frmMain.mnuDefaultNames.onClick = [this] { desk.Show(frmDefaults); };
+  frmMain.mnuWisdom.onClick = [this] { desk.Show(frmWisdom); };
+  frmMain.mnuCredits.onClick = [this] { desk.Show(frmCredits); };
+}
+
+void Program::WireForms() {
+  frmInitialize.onDone = [this] { BeginRun(); };
+  frmAlgo.onExit = [this] { Quit(); };
+  frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
+  model.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
+  log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };
+}
+
+void Program::TellNotYet(const NotYet& command) { desk.Tell(command.title, command.text, style::Information); }
+
+void Program::Recover(const Form& failed) {
+  // A window that is still open leads back to the menu itself.
+  if (failed.Visible() && &failed != &frmMenu) return;
+  RunFlags& flags = state.flags;
+  flags.SimplexRunning = flags.MarquardtRunning = flags.OneCallRun = flags.BootstrapMode = false;
+  state.profile.ProfileOn = state.profile.IntegrationOn = state.profile.PriorPlotOn = false;
+  for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
+  desk.Unload(frmAbort);
+  frmMain.mnuApplication.enabled = true;
+  desk.Show(frmMenu);
+}
+
+}  // namespace merlane

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <string>
+
+#include "control/algorithm_commands.h"
+#include "control/frm_abort.h"
+#include "control/frm_algo.h"
+#include "control/frm_credits.h"
+#include "control/frm_defaults.h"
+#include "control/frm_edit_vs.h"
+#include "control/frm_help.h"
+#include "control/frm_main.h"
+#include "control/frm_menu.h"
+#include "control/frm_one_function.h"
+#include "control/frm_summary.h"
+#include "control/frm_wisdom.h"
+#include "control/log_file.h"
+#include "control/objective.h"
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "minimise/frm_marquardt.h"
+#include "minimise/frm_simplex.h"
+#include "model/frm_initialize.h"
+#include "model/frm_xls_worksheets.h"
+#include "model/merlane_model.h"
+#include "priors/distributions.h"
+#include "program/fit.h"
+#include "program/not_yet.h"
+#include "uncertainty/covariance_dialogue.h"
+#include "uncertainty/frm_cov_data.h"
+#include "uncertainty/frm_cov_display.h"
+
+namespace merlane {
+
+/// One run of the program: the run state, the model and all forms, put together on a host. Two programs can live in one
+/// process and share nothing.
+class Program {
+ public:
+  explicit Program(const Host& host);
+
+  /// Shows the main window and the menu.
+  void Start();
+
+  Desk desk;
+  RunState state;
+  LogFile log;
+  Priors priors;
+  Fit fit;
+
+  MerlaneModel model;
+  Objective objective;
+
+  FrmMain frmMain;
+  FrmMenu frmMenu;
+  FrmInitialize frmInitialize;
+  FrmXlsWorksheets frmXLSworksheets;
+  AlgorithmCommands algorithmCommands;
+  FrmAlgo frmAlgo;
+  FrmEditVS frmEditVS;
+  FrmOneFunction frmOneFunction;
+  FrmSummary frmSummary;
+  FrmAbort frmAbort;
+  FrmHelp frmHelp;
+  FrmDefaults frmDefaults;
+  FrmWisdom frmWisdom;
+  FrmCredits frmCredits;
+
+  SimplexState simplex;
+  ProfileRun profile;
+  FrmSimplex frmSimplex;
+  FrmMarquardt frmMarquardt;
+
+  Covariances covariances;
+  FrmCovData frmCovData;
+  FrmCovDisplay frmCovDisplay;
+  CovarianceDialogue covarianceDialogue;
+
+ private:
+  void WireMenu();
+  void WireMenuBar();
+  void WireForms();
+
+  // The buttons of the main menu.
+  void Initialize();
+  void EditAlg();
+  void SaveAlg();
+  void OneFunction();
+  void Simplex();
+  void Marquardt();
+  void Covariance();
+  void UserSummary();
+  /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns.
+  void Quit();
+
+  /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
+  void BeginRun();
+  void ReadData();
+  /// Gives everything that is kept for each parameter the size of the model; values and steps are 0, priors unset.
+  void DimensionRun();
+
+  /// The menu goes and the application menu is disabled until the command has ended.
+  void BeginLongCommand();
+  void EndLongCommand();
+  /// Asks for the go-ahead that both minimisers want; on Yes the command has begun and `running` is set.
+  bool BeginMinimiser(bool& running);
+  void TellNothingToDo();
+  void ForgetCovariances();
+  void TellNotYet(const NotYet& command);
+  /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
+  void Recover(const Form& failed);
+
+  double SummaryValue_ = 0;  // the objective behind the last results summary
+};
+
+}  // namespace merlane
