@@ -125,7 +125,7 @@ class PaneBinder : public Binder {
     view_->document()->setModified(false);
     QString edited = view_->toPlainText();
     if (shown_.find("\r\n") != std::string::npos) edited.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
-    shown_ = FromQt(edited);
+    shown_ = FromQt(edited, shown_);
     Act([&] { TheDesk().SetText(pane_, shown_); });
   }
 

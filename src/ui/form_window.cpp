@@ -15,6 +15,7 @@ bool StandsBeforeAll(const Form& form) { return form.name == "frmAbort"; }
 FormWindow::FormWindow(Form& form, Windows& windows)
     : binding(form, windows, this, new QMenuBar(this)), windows_(windows) {
   setObjectName(ToQt(form.name));
+  binding.Sync();  // a layout may look at what its pieces say
   LayOut(*this);
   SetTabOrder();
 }
@@ -92,16 +93,16 @@ void FormWindow::Dock(QMdiArea& area) {
 void FormWindow::FindPlace(QMdiArea& area) {
   const QSize room = area.viewport()->size();
   const QSize decoration = frame_->sizeHint() - sizeHint();
-  const QSize size = (SizeWithin(room - decoration) + decoration).boundedTo(room);
+  const QSize size = SizeWithin(room - decoration) + decoration;
   const auto others = std::ranges::count_if(area.subWindowList(), &QWidget::isVisible);
-  const QSize free = room - size;
+  const QSize free = (room - size).expandedTo(QSize(0, 0));
   const int step = 26 * static_cast<int>(others % 6);
   frame_->resize(size);
   frame_->move(std::min(free.width(), free.width() / 2 + step), std::min(free.height(), free.height() / 3 + step));
 }
 
 QSize FormWindow::SizeWithin(const QSize& room) const {
-  return sizeHint().expandedTo(preferredSize_).boundedTo(room).expandedTo(QSize(200, 80));
+  return sizeHint().expandedTo(preferredSize_).boundedTo(room).expandedTo(minimumSizeHint());
 }
 
 void FormWindow::Leave() {

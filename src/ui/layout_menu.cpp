@@ -28,7 +28,7 @@ void LayOutMenu(Layouter& layouter, QVBoxLayout& column) {
   auto* const table = new QGridLayout;
   table->setHorizontalSpacing(12);
   table->setVerticalSpacing(10);
-  int row = 0;
+  int row = 0, widest = 0, places = 2;
   for (const Stage& stage : stages) {
     auto* const number = new QLabel(QString::number(row + 1));
     number->setProperty("stage", true);
@@ -43,10 +43,16 @@ void LayOutMenu(Layouter& layouter, QVBoxLayout& column) {
         button->setProperty("worklist", true);
         button->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
         table->addWidget(button, row, place++);
+        button->ensurePolished();
+        widest = std::max(widest, button->sizeHint().width());
       }
+    places = std::max(places, place);
     ++row;
   }
-  for (int place = 2; place < 6; ++place) table->setColumnStretch(place, 1);
+  for (int place = 2; place < places; ++place) {
+    table->setColumnMinimumWidth(place, widest);
+    table->setColumnStretch(place, 1);
+  }
   column.addLayout(table, 1);
   column.addLayout(layouter.Buttons({"cmdQuit"}));
 }

@@ -49,6 +49,13 @@ void LayOut(FormWindow& window);
 // The layouts, each in a file of its own.
 void LayOutMenu(Layouter& layouter, QVBoxLayout& column);
 void LayOutInitialize(Layouter& layouter, QVBoxLayout& column);
+void LayOutText(Layouter& layouter, QVBoxLayout& column);
+void LayOutPage(Layouter& layouter, QVBoxLayout& column);
+void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column);
+void LayOutEditValues(Layouter& layouter, QVBoxLayout& column);
+void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column);
+void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column);
+void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutGeneric(Layouter& layouter, QVBoxLayout& column);
 
 }  // namespace merlane

@@ -26,7 +26,7 @@ QPalette Colours() {
 /// Little more than sizes, weights and distances; the rest is the style's own.
 constexpr const char* Sheet = R"(
 QPushButton { padding: 5px 14px; }
-QPushButton[worklist="true"] { padding: 8px 12px; min-width: 8.5em; }
+QPushButton[worklist="true"] { padding: 8px 14px; }
 QLabel[heading="true"] { font-size: 17pt; font-weight: 600; color: #2c6e63; }
 QLabel[stage="true"] { min-width: 1.7em; max-width: 1.7em; min-height: 1.7em; max-height: 1.7em;
                        border-radius: 0.85em; background: #dce8e3; color: #2c6e63; font-weight: 600; }
@@ -35,15 +35,39 @@ QLabel[quiet="true"] { color: #66706c; }
 QGroupBox { font-weight: 600; margin-top: 1.1em; border: 1px solid #d3dad5; border-radius: 5px; padding: 6px; }
 QGroupBox::title { subcontrol-origin: margin; left: 9px; padding: 0 4px; color: #2c6e63; }
 QFrame#footer { background: #e9eeea; border-top: 1px solid #cdd5d0; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QHeaderView::section { background: #e6ece8; border: none; border-right: 1px solid #d3dad5;
                        border-bottom: 1px solid #c6cfca; padding: 4px 6px; font-weight: 600; }
 )";
+
+/// An egg on a curve of survival.
+QIcon Icon() {
+  QPixmap picture(64, 64);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0x2c, 0x6e, 0x63));
+  painter.drawRoundedRect(2, 2, 60, 60, 14, 14);
+  painter.setBrush(QColor(0xf7, 0xf1, 0xe1));
+  QPainterPath egg(QPointF(32, 12));
+  egg.cubicTo(46, 14, 52, 52, 32, 52);
+  egg.cubicTo(12, 52, 18, 14, 32, 12);
+  painter.drawPath(egg);
+  QPainterPath curve(QPointF(10, 24));
+  curve.cubicTo(24, 26, 30, 46, 54, 48);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(QColor(0xc4, 0x6a, 0x2b), 4, Qt::SolidLine, Qt::RoundCap));
+  painter.drawPath(curve);
+  return picture;
+}
 
 }  // namespace
 
 void SetLook(QApplication& application) {
   application.setApplicationName(QStringLiteral("merlane"));
   application.setApplicationDisplayName(QString());
+  application.setWindowIcon(Icon());
   application.setStyle(QStringLiteral("Fusion"));
   application.setPalette(Colours());
   QFont font = application.font();

@@ -88,6 +88,8 @@ void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawin
   const Scale scale(target, drawing);
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(0xc6, 0xcf, 0xca), 1));
+  painter.drawRect(QRectF(scale.At(drawing.left, drawing.top), scale.At(drawing.right, drawing.bottom)));
   for (const Drawing::Item& item : drawing.items)
     std::visit([&](const auto& shape) { Paint(painter, scale, shape); }, item);
   painter.restore();

@@ -2,13 +2,28 @@
 
 namespace merlane {
 
-QString ToQt(const std::string& text) {
+namespace {
+
+/// The text if it is UTF-8; none otherwise.
+std::optional<QString> Utf8(const std::string& text) {
   QStringDecoder decoder(QStringDecoder::Utf8);
   const QString decoded = decoder(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-  return decoder.hasError() ? QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())) : decoded;
+  if (decoder.hasError()) return std::nullopt;
+  return decoded;
+}
+
+}  // namespace
+
+QString ToQt(const std::string& text) {
+  const auto decoded = Utf8(text);
+  return decoded ? *decoded : QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 std::string FromQt(const QString& text) { return text.toStdString(); }
+
+std::string FromQt(const QString& edited, const std::string& shown) {
+  return Utf8(shown) ? edited.toStdString() : edited.toLatin1().toStdString();
+}
 
 QString Caption(const std::string& caption) {
   static const QRegularExpression lineBreak(QStringLiteral(" {4,}"));

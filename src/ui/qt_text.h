@@ -5,9 +5,12 @@
 
 namespace merlane {
 
-/// The program's texts are UTF-8; one that is not, such as a tag code from an old data file, is taken as Latin-1.
+/// What a person types, and paths, are UTF-8. A text that is not, because a data file or the program itself put single
+/// bytes into it, is taken as Latin-1.
 QString ToQt(const std::string& text);
 std::string FromQt(const QString& text);
+/// The edited form of a text that was shown before, in the make of that text.
+std::string FromQt(const QString& edited, const std::string& shown);
 
 /// A caption as a person reads it on a button: runs of blanks, which once did the layout, become one blank or, where
 /// they are long, the end of a line.

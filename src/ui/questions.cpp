@@ -74,6 +74,14 @@ QString Patterns(const QString& patterns) {
   return split.join(QLatin1Char(' '));
 }
 
+/// Lets the lines of a message stand as they were written, as far as the screen is wide enough.
+void KeepLines(QMessageBox& box) {
+  const int widest = QGuiApplication::primaryScreen()->availableGeometry().width() * 7 / 10;
+  const int natural = box.fontMetrics().boundingRect(QRect(), Qt::TextExpandTabs, box.text()).width();
+  if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+    label->setMinimumWidth(std::min(natural + 4, widest));
+}
+
 }  // namespace
 
 Answer AskInBox(const Message& message, QWidget* parent) {
@@ -82,6 +90,7 @@ Answer AskInBox(const Message& message, QWidget* parent) {
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   if (!message.details.empty()) box.setInformativeText(Lines(message.details));
+  KeepLines(box);
   const bool secondIsDefault = (message.style & 256) != 0;
   const bool asksYesOrNo = (message.style & 0x7) == 4;
   if (secondIsDefault) box.setDefaultButton((message.style & 0x7) == 1 ? QMessageBox::Cancel : QMessageBox::No);

@@ -161,10 +161,10 @@ void Hand::ChooseFile(const std::string& path, const std::string& title) {
       [path](QWidget& dialog) {
         auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
         ASSERT_NE(name, nullptr) << dialog.windowTitle().toStdString();
-        name->setFocus();
-        QTest::keyClick(name, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(name, QString::fromStdString(path));
-        QTest::keyClick(name, Qt::Key_Return);
+        name->setText(QString::fromStdString(path));  // keys would be completed
+        auto* const buttons = dialog.findChild<QDialogButtonBox*>("buttonBox");
+        for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Save})
+          if (QPushButton* const button = buttons->button(which)) QTest::mouseClick(button, Qt::LeftButton);
       },
       title);
 }

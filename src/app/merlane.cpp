@@ -1,0 +1,28 @@
+// The desktop program: its windows and its program, put together.
+#include <QApplication>
+
+#include "platform/clock.h"
+#include "platform/freexl_workbooks.h"
+#include "platform/random_streams.h"
+#include "program/program.h"
+#include "ui/look.h"
+#include "ui/qt_host.h"
+#include "ui/windows.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  application.setQuitOnLastWindowClosed(false);  // the program's own dialogue decides
+  merlane::SetLook(application);
+
+  const merlane::SystemClock clock;
+  merlane::RandomStreams random(clock);
+  merlane::FreexlWorkbooks workbooks;
+  merlane::QtHost host;
+  merlane::Program program({host, clock, random, workbooks});
+  merlane::Windows windows(program.desk);
+  host.Use(&windows);
+  host.onEnd = [](int exitStatus) { QCoreApplication::exit(exitStatus); };
+  program.Start();
+  windows.Sync();
+  return application.exec();
+}

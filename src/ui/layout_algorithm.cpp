@@ -1,0 +1,46 @@
+// The editor of the algorithm data: the table, and beside it the options of the minimisers and the log.
+#include "ui/layouts.h"
+
+namespace merlane {
+
+void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
+  auto* const table = new QVBoxLayout;
+  if (QWidget* const grid = layouter.Take("grdVS")) table->addWidget(grid, 1);
+  for (const char* note : {"lblNote3", "lblNote1", "lblNote2"})
+    if (QLabel* const label = layouter.Note(note)) {
+      label->setProperty("quiet", true);
+      table->addWidget(label);
+    }
+
+  auto* const options = new QVBoxLayout;
+  options->setSpacing(14);
+  options->addWidget(
+      layouter.Group(QStringLiteral("Minimization"),
+                     layouter.Column({"lblAbsRel", "txtAbsRel", "lblSimplex", "lblMarquardt", "txtMaxFunctions",
+                                      "lblReduction", "txtReduction", "lblTerminalFreq", "txtTerminalFreq"})));
+  auto* const log = layouter.Column({"lblFileName", "txtFileName"});
+  log->addLayout(layouter.Row({"cmdOpenLog", "cmdCloseLog"}));
+  log->addLayout(layouter.Column({"lblFileFreq", "txtFileFreq"}));
+  options->addWidget(layouter.Group(QStringLiteral("Log file"), log));
+  options->addStretch(1);
+  for (const char* button : {"cmdUpdate", "cmdFinish"})
+    if (QWidget* const widget = layouter.Take(button)) options->addWidget(widget);
+
+  auto* const row = new QHBoxLayout;
+  row->setSpacing(16);
+  row->addLayout(table, 1);
+  row->addLayout(options);
+  column.addLayout(row, 1);
+  layouter.PreferText(146, 36);
+}
+
+void LayOutEditValues(Layouter& layouter, QVBoxLayout& column) {
+  column.addLayout(layouter.Column({"cmdFree", "cmdProp", "cmdNoProp", "Change_Fraction", "cmdUnFuse"}));
+  if (QLabel* const note = layouter.Note("lblNote")) {
+    note->setProperty("quiet", true);
+    column.addWidget(note);
+  }
+  column.addStretch(1);
+}
+
+}  // namespace merlane
