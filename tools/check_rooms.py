@@ -6,7 +6,7 @@ import pathlib
 import re
 import sys
 
-ROOMS = ["base", "platform", "forms", "control", "priors", "model", "minimise", "uncertainty", "inference", "plots",
+ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "model", "minimise", "uncertainty", "inference",
          "program", "ui", "batch", "app"]
 # The two ways to sit at the program do not know each other.
 APART = {"batch": {"ui"}, "ui": {"batch"}}

@@ -19,9 +19,10 @@ double Square(double x) { return x * x; }
 /// A wall so steep that no minimiser stays behind it.
 double Penalty(double excess) { return Checked(Square(excess) * 1e+20); }
 
-/// A second term as it was typed or read. Files put a blank between a minus and its number.
-double SecondTerm(const std::string& text) {
-  const std::string_view term = Trim(text);
+/// The number of a second term. Files put a blank between a minus and its number.
+double SecondTerm(const PriorTerm& secondTerm) {
+  if (const double* number = std::get_if<double>(&secondTerm)) return *number;
+  const std::string_view term = Trim(std::get<std::string>(secondTerm));
   if (term.starts_with("- ")) return -StrictNumber(term.substr(2));
   return StrictNumber(term);
 }
@@ -110,6 +111,16 @@ void Priors::Reset(int NPAR) {
   PriorSecondSD.Dimension(NPAR, PriorUnused);
   PriorNegLnL.Dimension(NPAR);
   PriorTotal = 0;
+}
+
+bool Priors::AnySet() const {
+  return std::ranges::any_of(PriorCode, [](const std::string& code) { return code != "U"; });
+}
+
+std::string PriorDistName(const std::string& code) {
+  for (const PriorDistribution& distribution : PriorDistributions)
+    if (code == distribution.code) return distribution.name;
+  return "";
 }
 
 double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Priors& priors) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <variant>
 
 #include "base/array1.h"
 
@@ -11,6 +12,9 @@ namespace merlane {
 inline constexpr double PriorUnset = 1e-100;
 /// What stands in a second term that a distribution does not have.
 inline constexpr const char* PriorUnused = "Unused";
+
+/// A second term: a number, or a text as it was typed or read (numeric for "T", else "Unused").
+using PriorTerm = std::variant<double, std::string>;
 
 /// The nine prior distributions, in the order in which they are offered.
 struct PriorDistribution {
@@ -29,17 +33,22 @@ inline constexpr std::array<PriorDistribution, 9> PriorDistributions = {{{"U", "
 
 /// The prior distribution of each parameter (1..NPAR), whether it is free, fused or fixed, and the last evaluation.
 struct Priors {
-  Array1<std::string> PriorCode;        // code of a distribution
-  Array1<double> PriorFirstMean;        // mean, or the location of the (left) foot
-  Array1<double> PriorFirstSD;          // standard deviation, there
-  Array1<std::string> PriorSecondMean;  // location of the right foot of "T" as numeric text, else "Unused"
-  Array1<std::string> PriorSecondSD;    // standard deviation there, else "Unused"
-  Array1<double> PriorNegLnL;           // -ln[L] of each parameter, 0 at the most likely value
-  double PriorTotal = 0;                // their sum on the scale of the objective
+  Array1<std::string> PriorCode;      // code of a distribution
+  Array1<double> PriorFirstMean;      // mean, or the location of the (left) foot
+  Array1<double> PriorFirstSD;        // standard deviation, there
+  Array1<PriorTerm> PriorSecondMean;  // location of the right foot of "T", else "Unused"
+  Array1<PriorTerm> PriorSecondSD;    // standard deviation there, else "Unused"
+  Array1<double> PriorNegLnL;         // -ln[L] of each parameter, 0 at the most likely value
+  double PriorTotal = 0;              // their sum on the scale of the objective
 
   /// Gives each of NPAR parameters the unbounded uniform distribution.
   void Reset(int NPAR);
+  /// True when at least one parameter has a code other than "U".
+  bool AnySet() const;
 };
+
+/// Name of the distribution with this code; empty for a code that is none of the nine.
+std::string PriorDistName(const std::string& code);
 
 /// Evaluates all priors at `values` (1..NPAR): leaves PriorNegLnL, and in PriorTotal the sum of the -ln[L] times
 /// `ObjectiveConstant`, which is also returned. Outside the domain of a gamma, exponential, ln-normal or beta

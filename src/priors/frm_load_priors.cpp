@@ -1,0 +1,106 @@
+#include "priors/frm_load_priors.h"
+
+#include "platform/files.h"
+#include "priors/priors_file.h"
+
+namespace merlane {
+namespace {
+
+constexpr const char* SettingText =
+    "You have the choice to set Bayesian prior probability distributions for the parameters in your model.  If you "
+    "choose to assume uniform-unbounded prior distributions for all parameters, then choose 'Yes' now.  Note that "
+    "uniform-unbounded is the default prior distribution when no priors are specified.\r\n\r\n"
+    "Note that although you can add prior probability distributions to your model with this routine, there is nothing "
+    "to stop you from doing the same as part of your model building in your subroutine MODEL.  For example, the "
+    "addition of penalty functions in your model routine to restrict a parameter value to greater than zero is "
+    "essentially adding a prior distribution equivalent to the 'cliff' distribution in this routine. \r\n\r\n"
+    "If you wish to assume uniform-unbounded prior distributions for all parameters then choose 'No', otherwise choose "
+    "'Yes' to set prior distributions for selected parameters.\r\n\r\n"
+    "Note that a priors file applies to all algorithm files associated with the analysis.";
+
+}  // namespace
+
+FrmLoadPriors::FrmLoadPriors(Desk& d, RunState& state, FrmMain& main, Priors& priors, PriorsCommands& commands,
+                             FrmSetPriors& editor)
+    : Form(d, "frmLoadPriors", "Bayesian priors"),
+      state_(state),
+      main_(main),
+      priors_(priors),
+      commands_(commands),
+      editor_(editor) {
+  cmdOpen.toolTip = "Reads the prior distributions of all parameters from a file";
+  cmdSet.toolTip = "Opens the editor of the prior distributions";
+  cmdUniform.toolTip = "Takes all prior information out of the analysis";
+  cmdCancel.toolTip = "Leaves the prior distributions as they are";
+  cmdOpen.onClick = [this] { OpenFile(); };
+  cmdSet.onClick = [this] { SetPriors(); };
+  cmdUniform.onClick = [this] { SetUniform(); };
+  cmdCancel.onClick = [this] { desk.Unload(*this); };
+}
+
+void FrmLoadPriors::Open(const std::string& caller) {
+  caller_ = caller;
+  state_.flags.BayesOn = true;
+  focus = priors_.AnySet() ? &cmdSet : &cmdOpen;
+  desk.Show(*this);
+  desk.Hide(caller_);
+}
+
+void FrmLoadPriors::OnUnload() {
+  state_.flags.BayesOn = priors_.AnySet();
+  BringCallerBack();
+}
+
+void FrmLoadPriors::BringCallerBack() { desk.Show(caller_); }
+
+void FrmLoadPriors::OpenFile() {
+  const auto path =
+      desk.AskFile({FileRequest::Kind::Open, "Load Bayesian Priors file",
+                    "All files (*.*)|*.*|Bayesian priors files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
+  if (!path) return;
+  // The chooser closes before anything is read: whether priors count is settled by those that stood until now.
+  desk.Unload(*this);
+  PriorsReading reading = ReadPriorsText(ReadWholeFile(*path), state_.algorithm.NPAR);
+  state_.flags.PriorFileName = *path;
+  fileRefused_ = reading.count != state_.algorithm.NPAR;
+  if (fileRefused_) {
+    desk.Tell(
+        "Bayes information",
+        fmt::format("Bayesian priors file  {}  has {} parameters, but your model specifies {}.\r\nTherefore default "
+                    "(uniform-unbounded) priors have been loaded instead.",
+                    *path, reading.count, state_.algorithm.NPAR),
+        style::MinimumFound);
+    state_.flags.BayesOn = false;
+    return;
+  }
+  priors_ = std::move(reading.priors);
+  desk.Hide(caller_);
+  desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);
+  editor_.Open(caller_);
+  commands_.ShowName();
+}
+
+void FrmLoadPriors::SetPriors() {
+  desk.Hide(*this);
+  if (!priors_.AnySet()) {
+    if (desk.Ask("Setting Bayesian Priors", SettingText, style::YesNoQuestion) != Answer::Yes) {
+      SetUniform();
+      return;
+    }
+    commands_.NameByClock();
+    commands_.ShowName();
+  }
+  editor_.Open(caller_);
+}
+
+void FrmLoadPriors::SetUniform() {
+  priors_.Reset(state_.algorithm.NPAR);
+  desk.Hide(*this);
+  state_.flags.BayesOn = false;
+  main_.ShowPriorsFile("");
+  desk.Tell("Default prior probabilities", "Prior probabilities have been set to default (uniform-unbounded) values",
+            style::Information);
+  BringCallerBack();
+}
+
+}  // namespace merlane

@@ -1,0 +1,27 @@
+#include "priors/frm_review_priors.h"
+
+#include "base/text.h"
+
+namespace merlane {
+
+FrmReviewPriors::FrmReviewPriors(Desk& d) : Form(d, "frmReviewPriors", "Review of Bayesian priors") {
+  rtbReview.readOnly = false;
+  cmdSave.toolTip = "Saves the (possibly edited) review appearing in the textbox below";
+  cmdSave.onClick = [this] { Save(); };
+}
+
+void FrmReviewPriors::Open(const std::string& text) {
+  desk.Load(*this);
+  rtbReview.text = text;
+  desk.Show(*this);
+}
+
+void FrmReviewPriors::Save() {
+  const auto path =
+      desk.AskFile({FileRequest::Kind::Save, "Save review in...",
+                    "All files (*.*)|*.*|Review priors files (*.rvp)|*.rvp", 2, ClockName(desk.host.clock) + ".rvp"});
+  if (!path) return;
+  desk.Write(*path, WithCrLf("Originally saved with the file name: " + *path + "\n\n" + rtbReview.text));
+}
+
+}  // namespace merlane

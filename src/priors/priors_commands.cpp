@@ -1,0 +1,30 @@
+#include "priors/priors_commands.h"
+
+#include "base/text.h"
+#include "priors/priors_file.h"
+
+namespace merlane {
+
+void PriorsCommands::NameByClock() {
+  std::string& name = state_.flags.PriorFileName;
+  if (name.empty()) name = ClockName(desk_.host.clock) + ".pri";
+}
+
+void PriorsCommands::SavePriors() {
+  NameByClock();
+  const auto path =
+      desk_.AskFile({FileRequest::Kind::Save, "Save Bayesian priors file in...",
+                     "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
+  if (!path) return;
+  state_.flags.PriorFileName = *path;
+  desk_.Write(*path, PriorsFileText(priors_));
+  ShowName();
+}
+
+void PriorsCommands::ShowName() {
+  std::string_view bare = FileName(state_.flags.PriorFileName);
+  bare.remove_suffix(std::min<std::size_t>(bare.size(), 4));
+  main_.ShowPriorsFile(std::string(bare));
+}
+
+}  // namespace merlane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "control/frm_main.h"
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "priors/distributions.h"
+
+namespace merlane {
+
+/// What the menu, the chooser and the editor share about the file of the priors.
+class PriorsCommands {
+ public:
+  PriorsCommands(Desk& desk, RunState& state, FrmMain& main, Priors& priors)
+      : desk_(desk), state_(state), main_(main), priors_(priors) {}
+
+  /// Asks for a file and writes the priors; a cancelled question writes nothing.
+  void SavePriors();
+  /// A file that has no name yet gets one from the clock.
+  void NameByClock();
+  /// Shows the bare name of the file, without folder and last four characters, in the main window.
+  void ShowName();
+
+ private:
+  Desk& desk_;
+  RunState& state_;
+  FrmMain& main_;
+  Priors& priors_;
+};
+
+}  // namespace merlane

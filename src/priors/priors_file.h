@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "priors/distributions.h"
+
+namespace merlane {
+
+/// The text of a .pri file: the count of parameters, then a line of fixed columns for each. A negative first term is
+/// one character too wide for its field and loses the last digit of its exponent; that belongs to the format.
+std::string PriorsFileText(const Priors& priors);
+
+/// What reading a .pri file found.
+struct PriorsReading {
+  std::int16_t count = 0;  // as its first line says
+  Priors priors;           // filled when the count is the expected one
+};
+
+/// Reads the text of a .pri file for a model of NPAR parameters. RuntimeFailure for a first line that is no whole
+/// number, or when there are fewer lines than parameters.
+PriorsReading ReadPriorsText(std::string_view text, int NPAR);
+
+/// True for a second term that equals PriorUnset, as a number or as the text of one.
+bool IsUnset(const PriorTerm& term);
+
+}  // namespace merlane
