@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ struct GoldenCovariances {
   std::string pane;         // what the pane showed during the calculation
   std::string report;       // the .cov file; empty when none is kept
 };
+
+inline void PrintTo(const GoldenCovariances& kept, std::ostream* out) { *out << kept.name; }
 
 /// All that are kept, and those with a report.
 std::vector<GoldenCovariances> KeptCovariances();
