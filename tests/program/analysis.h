@@ -1,0 +1,113 @@
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "program/program.h"
+#include "support/scripted_host.h"
+
+namespace merlane::test {
+
+/// A golden file's path.
+inline std::string Golden(const std::string& name) { return std::string(MERLANE_GOLDEN_DIR "/") + name; }
+
+/// What the user chooses when an analysis of a data file begins.
+struct DataChoices {
+  std::string path;
+  std::string startYear = "1995", endYear = "1995";
+  std::string covariates = "0", format = "O";
+  bool censorEggs = false, censorJuvs = false;
+};
+
+/// A program on a scripted host, and the hand of somebody who works down its menu.
+struct Analysis {
+  ScriptedHost host;
+  ScriptedWindows& windows = host.windows;
+  Program program{host.Get()};
+  Desk& desk = program.desk;
+  RunState& state = program.state;
+  FrmMenu& menu = program.frmMenu;
+
+  Analysis() { program.Start(); }
+
+  /// Fills the form of initialisation and presses Continue.
+  void Initialize(const DataChoices& choices) {
+    ASSERT_TRUE(desk.Press(menu.cmdInitialize));
+    FrmInitialize& form = program.frmInitialize;
+    windows.File(choices.path, "Load brood survival data file");
+    ASSERT_TRUE(desk.Press(form.cmdLoadData));
+    ASSERT_TRUE(desk.SetText(form.cboStartYear, choices.startYear));
+    ASSERT_TRUE(desk.SetText(form.cboEndYear, choices.endYear));
+    ASSERT_TRUE(desk.SetText(form.cboBroodCovs, choices.covariates));
+    if (choices.covariates != "0") {
+      ASSERT_TRUE(desk.SetText(form.cboFormat, choices.format));
+    }
+    if (choices.censorEggs) {
+      ASSERT_TRUE(desk.Tick(form.chkCensorEggs, true));
+    }
+    if (choices.censorJuvs) {
+      ASSERT_TRUE(desk.Tick(form.chkCensorJuvs, true));
+    }
+    ASSERT_TRUE(desk.Press(form.cmdDone));
+  }
+
+  /// Chooses the simulation of a data set as the form proposes it and presses Continue.
+  void InitializeSimulation() {
+    ASSERT_TRUE(desk.Press(menu.cmdInitialize));
+    ASSERT_TRUE(desk.Choose(program.frmInitialize.optSimulate));
+    ASSERT_TRUE(desk.Press(program.frmInitialize.cmdDone));
+  }
+
+  void LoadAlg(const std::string& path) {
+    windows.Yes("Load algorithm data");
+    windows.File(path, "Open algorithm data file");
+    ASSERT_TRUE(desk.Press(menu.cmdLoadAlg));
+  }
+
+  void LoadDefaults() {
+    windows.No("Load algorithm data");
+    ASSERT_TRUE(desk.Press(menu.cmdLoadAlg));
+  }
+
+  /// The run of a golden case of one year without covariates, up to its loaded algorithm data.
+  void Ready(const std::string& name) {
+    Initialize({.path = Golden(name + ".dat")});
+    LoadAlg(Golden(name + ".alg"));
+  }
+
+  /// One function call, its window closed again.
+  void OneFunction() {
+    ASSERT_TRUE(desk.Press(menu.cmdOneFunction));
+    ASSERT_TRUE(desk.Close(program.frmOneFunction));
+  }
+
+  /// The buttons of the menu that can be pressed at this moment, in the order of the form.
+  std::vector<std::string> Usable() const {
+    std::vector<std::string> names;
+    for (const Control* control : menu.Controls())
+      if (dynamic_cast<const Button*>(control) != nullptr && desk.Usable(*control)) names.push_back(control->name);
+    return names;
+  }
+
+  bool ApplicationMenuUsable() const { return program.frmMain.mnuApplication.enabled; }
+};
+
+/// An empty folder that goes when the test ends.
+class Folder {
+ public:
+  explicit Folder(const std::string& name) : path_(::testing::TempDir() + "merlane_" + name) {
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~Folder() { std::filesystem::remove_all(path_); }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  std::string operator/(const std::string& file) const { return path_ + "/" + file; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace merlane::test

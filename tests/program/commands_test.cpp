@@ -1,0 +1,179 @@
+// The commands that calculate, from the menu to their end.
+#include <gmock/gmock.h>
+
+#include "platform/files.h"
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using test::Golden;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+struct CommandsTest : ::testing::Test, Analysis {};
+
+// ---- One function call
+
+TEST_F(CommandsTest, OneCallShowsItsWindowAndLeavesTheMenuUnloaded) {
+  Ready("juveniles_only");
+  windows.events.clear();
+  desk.Press(menu.cmdOneFunction);
+  EXPECT_THAT(windows.events, ElementsAre("unloaded frmMenu", "shown frmOneFunction",
+                                          "status stbMain5 1 One moment please...", "status stbMain5 1 "));
+  EXPECT_TRUE(ApplicationMenuUsable());
+  EXPECT_FALSE(state.flags.OneCallRun);
+  desk.Close(program.frmOneFunction);
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(CommandsTest, OneCallWithAllStepsZeroStillEvaluatesAndShows) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  desk.Press(menu.cmdOneFunction);
+  EXPECT_EQ(state.free.NFREE, 0);
+  EXPECT_THAT(program.frmOneFunction.rtbOneFunction.text, HasSubstr("Current minimum of "));
+}
+
+TEST_F(CommandsTest, MenuCanBeCalledForWhileTheWindowOfACallIsOpenAndTheNextCommandClosesIt) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdOneFunction);
+  desk.Press(program.frmMain.mnuMenu);
+  windows.CancelFile();
+  desk.Press(menu.cmdSaveAlg);
+  EXPECT_FALSE(program.frmOneFunction.Loaded());
+}
+
+// ---- Simplex
+
+TEST_F(CommandsTest, SimplexAnsweredNoChangesNothing) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdOneFunction);
+  desk.Press(program.frmMain.mnuMenu);
+  windows.No("Just checking");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_EQ(windows.LastText(), "Have you run '1 Function Call' as required?");
+  EXPECT_FALSE(state.flags.SimplexRunning);
+  EXPECT_TRUE(program.frmOneFunction.Visible());
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(CommandsTest, SimplexWithoutAStepHasNothingToDoAndDoesNotCleanUp) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  windows.Yes("Just checking");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_EQ(windows.messages.back().title, "There is nothing to do");
+  EXPECT_EQ(windows.messages.back().text, "All step sizes are zero");
+  EXPECT_EQ(windows.messages.back().style, style::Exclamation);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_TRUE(state.flags.SimplexRunning);
+  EXPECT_FALSE(ApplicationMenuUsable());
+  OneFunction();
+  EXPECT_TRUE(ApplicationMenuUsable()) << "the next command that ends normally enables it";
+}
+
+// ---- Marquardt
+
+TEST_F(CommandsTest, MarquardtCancelledAtTheChoiceOfDerivativesDoesNotCleanUp) {
+  Ready("juveniles_only");
+  windows.Yes("Just checking");
+  windows.Reply(Answer::Cancel, "Marquardt minimization");
+  desk.Press(menu.cmdMarquardt);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_FALSE(program.frmMarquardt.Loaded());
+  EXPECT_TRUE(state.flags.MarquardtRunning);
+  EXPECT_FALSE(ApplicationMenuUsable());
+}
+
+TEST_F(CommandsTest, MarquardtWithoutAStepHasNothingToDo) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  windows.Yes("Just checking");
+  windows.No("Marquardt minimization");
+  windows.No("Marquardt minimization");
+  desk.Press(menu.cmdMarquardt);
+  EXPECT_EQ(windows.messages.back().title, "There is nothing to do");
+  EXPECT_TRUE(state.flags.MarquardtRunning);
+  EXPECT_FALSE(ApplicationMenuUsable());
+  EXPECT_TRUE(menu.Visible());
+}
+
+TEST_F(CommandsTest, MarquardtLeavesTheTerminalFrequencyAndNoSimplex) {
+  Ready("juveniles_only");
+  OneFunction();
+  state.algorithm.TerminalFreq = 7;
+  state.flags.SimplexBuilt = true;
+  windows.Yes("Just checking");
+  windows.No("Marquardt minimization");
+  windows.No("Marquardt minimization");
+  desk.Press(menu.cmdMarquardt);
+  EXPECT_EQ(state.algorithm.TerminalFreq, 7);
+  EXPECT_FALSE(state.flags.SimplexBuilt);
+}
+
+// ---- Covariances
+
+TEST_F(CommandsTest, CovarianceCancelledBringsTheMenuBackAndMarksNothing) {
+  Ready("juveniles_only");
+  windows.Reply(Answer::Cancel, "Covariance calculator");
+  desk.Press(menu.cmdCovariance);
+  EXPECT_FALSE(state.flags.CovarianceDone);
+  EXPECT_TRUE(ApplicationMenuUsable());
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(CommandsTest, CovariancesCanBeViewedAgainWithoutACalculation) {
+  Ready("juveniles_only");
+  state.flags.CovarianceDone = true;
+  windows.Yes("Covariance");
+  desk.Press(menu.cmdCovariance);
+  EXPECT_EQ(windows.LastText(), "View the last set of calculated covariance results?");
+  EXPECT_TRUE(program.frmCovDisplay.Visible());
+  EXPECT_FALSE(menu.Loaded());
+  desk.Close(program.frmCovDisplay);
+  EXPECT_EQ(Usable().size(), 13U);
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+// ---- Results and simulation
+
+TEST_F(CommandsTest, SummaryRestsOnAnEvaluationAtThePresentValues) {
+  Ready("juveniles_only");
+  double passed = 0;
+  program.model.writeResults = [&](ModelCall& call) {
+    EXPECT_EQ(call.NF, -1);
+    passed = call.F;
+    EXPECT_FALSE(menu.Loaded());
+  };
+  windows.events.clear();
+  desk.Press(menu.cmdUserSummary);
+  EXPECT_EQ(passed, nlohmann::json::parse(ReadWholeFile(Golden("juveniles_only.json")))["F"].get<double>());
+  EXPECT_THAT(windows.events, ElementsAre("unloaded frmMenu",
+                                          "status stbMain5 1 One moment please while one function call is executed...",
+                                          "status stbMain5 1 "));
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+TEST_F(CommandsTest, FreshSimulationWithAllValuesZeroMakesNoFirstCall) {
+  InitializeSimulation();
+  LoadDefaults();
+  state.algorithm.Value.Fill(0);
+  bool simulated = false;
+  program.model.simulate = [&](ModelCall&) { simulated = true; };
+  windows.events.clear();
+  desk.Press(menu.cmdUserSummary);
+  EXPECT_TRUE(simulated);
+  EXPECT_THAT(windows.events, ElementsAre("unloaded frmMenu")) << "no call, so no message about one";
+}
+
+TEST_F(CommandsTest, AnalyticalDerivativesLeaveEverythingAsItWas) {
+  Ready("juveniles_only");
+  state.Gradient.Dimension(2, 7);
+  EXPECT_EQ(program.objective.Call(state.algorithm.Value, -2, 3), 3);
+  EXPECT_EQ(state.Gradient, Array1<double>(2, 7));
+}
+
+}  // namespace
+}  // namespace merlane

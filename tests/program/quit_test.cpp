@@ -1,0 +1,134 @@
+// The ways out of the program, and what is asked on the way.
+#include <gmock/gmock.h>
+
+#include "platform/files.h"
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using test::Golden;
+using ::testing::ElementsAre;
+
+struct QuitTest : ::testing::Test, Analysis {};
+
+TEST_F(QuitTest, RunWithoutParametersEndsAfterTwoQuestions) {
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(menu.cmdQuit);
+  EXPECT_THAT(windows.Titles(), ElementsAre("Exit Tolvane", "What about algorithm data?"));
+  EXPECT_EQ(windows.messages[0].text, "Do you want to quit Tolvane?");
+  EXPECT_EQ(windows.messages[0].style, 292);
+  EXPECT_EQ(windows.messages[1].text, "Save algorithm data?");
+  EXPECT_EQ(windows.messages[1].style, 36);
+  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_TRUE(desk.Ended());
+}
+
+TEST_F(QuitTest, ButtonMenuEntryAndFrameAskAlikeAndNoKeepsTheProgram) {
+  windows.No("Exit Tolvane");
+  desk.Press(menu.cmdQuit);
+  windows.No("Exit Tolvane");
+  desk.Press(program.frmMain.mnuExit);
+  windows.No("Exit Tolvane");
+  desk.Close(program.frmMain);
+  EXPECT_TRUE(program.frmMain.Visible());
+  EXPECT_FALSE(desk.Ended());
+}
+
+TEST_F(QuitTest, FrameOfTheMainWindowEndsTheProgram) {
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Close(program.frmMain);
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(QuitTest, EditorsExitIsTheSameDialogue) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdEditAlg);
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(program.frmAlgo.mnuExit);
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(QuitTest, AlgorithmDataAreSavedOnTheWay) {
+  const test::Folder folder("quit");
+  Ready("juveniles_only");
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.File(folder / "kept.alg", "Save algorithm data in...");
+  desk.Press(menu.cmdQuit);
+  EXPECT_THAT(windows.writes, ElementsAre(folder / "kept.alg"));
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(QuitTest, CancelledSaveStillEnds) {
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.CancelFile("Save algorithm data in...");
+  desk.Press(menu.cmdQuit);
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(QuitTest, SaveThatFailsKeepsTheProgramAndTheData) {
+  const test::Folder folder("quit_fails");
+  Ready("juveniles_only");
+  const Array1<double> value = state.algorithm.Value;
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.File(folder / "missing/kept.alg", "Save algorithm data in...");
+  windows.ExpectFailure("missing/kept.alg");
+  desk.Press(menu.cmdQuit);
+  EXPECT_FALSE(desk.Ended());
+  EXPECT_EQ(state.algorithm.Value, value);
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(QuitTest, PriorsAreAskedForWhenThereAreAny) {
+  Ready("juveniles_only");
+  program.priors.PriorCode(17) = "N";
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.No("What about Bayesian priors?");
+  desk.Press(menu.cmdQuit);
+  EXPECT_EQ(windows.LastText(), "Save Bayesian priors?");
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(QuitTest, LogIsClosed) {
+  const test::Folder folder("quit_log");
+  program.log.Open(folder / "minimize.tvl");
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(menu.cmdQuit);
+  EXPECT_FALSE(program.log.IsOpen());
+}
+
+TEST_F(QuitTest, FrameDuringACalculationAsksAndUnwindsIt) {
+  Ready("juveniles_only");
+  OneFunction();
+  const Array1<double> value = state.algorithm.Value;
+  windows.AtTurn(20, [&] { EXPECT_FALSE(desk.Close(program.frmMain)); });
+  windows.Yes("Just checking");
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_EQ(state.algorithm.Value, value) << "a minimiser writes its point when it finishes";
+}
+
+TEST_F(QuitTest, FrameDuringACalculationAnsweredNoGoesOn) {
+  Ready("juveniles_only");
+  OneFunction();
+  windows.AtTurn(20, [&] { desk.Close(program.frmMain); });
+  windows.Yes("Just checking");
+  windows.No("Exit Tolvane");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_FALSE(desk.Ended());
+  EXPECT_EQ(program.fit.minimiser, "simplex");
+}
+
+}  // namespace
+}  // namespace merlane

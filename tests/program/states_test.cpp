@@ -1,0 +1,199 @@
+// The states of a run and what can be pressed in each.
+#include <gmock/gmock.h>
+
+#include "control/version.h"
+#include "platform/files.h"
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using test::Golden;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+struct StatesTest : ::testing::Test, Analysis {};
+
+TEST_F(StatesTest, StartShowsTheMainWindowAndTheMenu) {
+  EXPECT_THAT(windows.events, ElementsAre("shown frmMain", "shown frmMenu"));
+  EXPECT_EQ(program.frmMain.title, "Tolvane");
+  EXPECT_FALSE(state.flags.ModelInitialised || state.flags.BayesOn || state.flags.CovarianceDone);
+  EXPECT_EQ(state.algorithm.AlgName, "");
+  EXPECT_EQ(state.algorithm.Tolerance, 0);
+}
+
+TEST_F(StatesTest, Bare) { EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdQuit")); }
+
+TEST_F(StatesTest, Initialising) {
+  desk.Press(menu.cmdInitialize);
+  EXPECT_THAT(windows.messages, IsEmpty()) << "without algorithm data nothing is asked";
+  EXPECT_FALSE(menu.Loaded());
+  EXPECT_THAT(Usable(), IsEmpty());
+  EXPECT_TRUE(program.frmInitialize.Visible());
+  EXPECT_EQ(program.frmMain.title, "Merlane Survival Estimation Model: Version" + std::string(Version()));
+  EXPECT_TRUE(state.flags.ReadOriginalFile);
+  EXPECT_FALSE(state.flags.ReadSimulatedFile || state.flags.BootstrapMode);
+}
+
+TEST_F(StatesTest, InitialisingCancelledReturnsToTheMenu) {
+  desk.Press(menu.cmdInitialize);
+  desk.Press(program.frmInitialize.cmdCancel);
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdQuit"));
+  EXPECT_FALSE(program.frmInitialize.Loaded());
+}
+
+TEST_F(StatesTest, DataReadWithoutAlgorithmData) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdRank", "cmdQuit"));
+  EXPECT_EQ(menu.focus, &menu.cmdLoadAlg);
+  EXPECT_EQ(program.frmMain.stbMain0.Get(1), "Brood data file name: " + Golden("juveniles_only.dat"));
+  EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: ");
+  EXPECT_FALSE(program.frmInitialize.Loaded());
+  EXPECT_TRUE(state.flags.ModelInitialised);
+  EXPECT_EQ(state.algorithm.NPAR, 34);
+  EXPECT_EQ(state.algorithm.Fuse, (Array1<std::string>(34, "~")));
+  EXPECT_EQ(state.algorithm.Value, Array1<double>(34));
+  EXPECT_EQ(program.priors.PriorCode, (Array1<std::string>(34, "U")));
+}
+
+TEST_F(StatesTest, EndOfInitialisationVoidsWhatBelongedToTheRunBefore) {
+  state.flags.PriorFileName = "old.pri";
+  state.flags.BayesOn = state.flags.CovarianceDone = state.flags.SimplexBuilt = true;
+  state.flags.CovarianceGrid = 2;
+  Initialize({.path = Golden("juveniles_only.dat")});
+  EXPECT_EQ(state.flags.PriorFileName, "");
+  EXPECT_FALSE(state.flags.BayesOn || state.flags.CovarianceDone || state.flags.SimplexBuilt);
+  EXPECT_EQ(state.flags.CovarianceGrid, 0);
+}
+
+TEST_F(StatesTest, ReadyToAnalyse) {
+  Ready("juveniles_only");
+  EXPECT_EQ(Usable().size(), 13U);
+  EXPECT_EQ(menu.focus, &menu.cmdEditAlg);
+  EXPECT_EQ(program.frmMain.stbMain1.Get(1), "Algorithm file: juveniles_only");
+}
+
+TEST_F(StatesTest, ReadyToSimulate) {
+  InitializeSimulation();
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdRank", "cmdQuit"));
+  EXPECT_EQ(menu.cmdUserSummary.text, "S&imulate a data set");
+  EXPECT_EQ(program.frmMain.stbMain0.Get(1), "Brood data file name: << no data file, simulating data >>");
+  LoadDefaults();
+  EXPECT_THAT(Usable(),
+              ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdEditAlg", "cmdSaveAlg", "cmdUserSummary", "cmdQuit"));
+  EXPECT_EQ(menu.focus, &menu.cmdUserSummary);
+}
+
+TEST_F(StatesTest, ReloadOfTheMenuInASimulationEnablesAllUntilTheNextPattern) {
+  InitializeSimulation();
+  LoadDefaults();
+  desk.Unload(menu);
+  desk.Press(program.frmMain.mnuMenu);
+  EXPECT_EQ(Usable().size(), 13U);
+  windows.CancelFile("Save algorithm data in...");
+  desk.Press(menu.cmdSaveAlg);
+  EXPECT_EQ(Usable().size(), 6U);
+}
+
+TEST_F(StatesTest, BusyOffersNothingOfTheMenuNorTheApplicationMenu) {
+  Ready("juveniles_only");
+  bool looked = false;
+  windows.AtTurn(1, [&] {
+    looked = true;
+    EXPECT_THAT(Usable(), IsEmpty());
+    EXPECT_FALSE(menu.Loaded());
+    EXPECT_FALSE(desk.Press(program.frmMain.mnuMenu));
+    EXPECT_FALSE(desk.Press(program.frmMain.mnuExit));
+    EXPECT_FALSE(desk.Press(program.frmMain.mnuWisdom));
+    EXPECT_TRUE(desk.Press(program.frmMain.mnuInterruptML));
+    EXPECT_TRUE(desk.Press(program.frmMain.mnuInterruptBayes));
+  });
+  desk.Press(menu.cmdOneFunction);
+  EXPECT_TRUE(looked);
+  EXPECT_TRUE(state.flags.InterruptML && state.flags.InterruptBayes);
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+TEST_F(StatesTest, EditorDisablesTheMenuUntilItCloses) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdEditAlg);
+  EXPECT_TRUE(program.frmAlgo.Visible());
+  EXPECT_NE(program.frmAlgo.focus, nullptr);
+  EXPECT_THAT(Usable(), IsEmpty());
+  EXPECT_EQ(menu.focus, &menu.cmdOneFunction);
+  desk.Press(program.frmAlgo.cmdFinish);
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(StatesTest, InitializeAgainAndCancelLeavesAllAsItWas) {
+  Ready("juveniles_only");
+  const auto before = Usable();
+  windows.Reply(Answer::Cancel, "Initialize");
+  desk.Press(menu.cmdInitialize);
+  EXPECT_EQ(windows.LastText(),
+            "  Do you need to save current algorithm data?\r\n\r\n"
+            "Algorithm data will be lost during this initialization.");
+  EXPECT_EQ(windows.messages.back().style, 51);
+  EXPECT_EQ(Usable(), before);
+  EXPECT_EQ(state.algorithm.AlgName, Golden("juveniles_only.alg"));
+  EXPECT_FALSE(program.frmInitialize.Loaded());
+}
+
+TEST_F(StatesTest, InitializeAgainAndNoClearsTheNameEvenIfTheFormIsCancelled) {
+  Ready("juveniles_only");
+  windows.No("Initialize");
+  desk.Press(menu.cmdInitialize);
+  desk.Press(program.frmInitialize.cmdCancel);
+  EXPECT_EQ(state.algorithm.AlgName, "");
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdQuit"));
+}
+
+TEST_F(StatesTest, InitializeAgainAndYesSavesFirst) {
+  const test::Folder folder("initialize");
+  Ready("juveniles_only");
+  windows.Yes("Initialize");
+  windows.File(folder / "kept.alg", "Save algorithm data in...");
+  desk.Press(menu.cmdInitialize);
+  EXPECT_THAT(windows.writes, ElementsAre(folder / "kept.alg"));
+  EXPECT_EQ(state.algorithm.AlgName, "");
+  EXPECT_TRUE(program.frmInitialize.Visible());
+}
+
+TEST_F(StatesTest, FailedReadIsToldAndTheMenuOpensAsIfItHadSucceeded) {
+  Initialize({.path = Golden("no_such_file.dat")});
+  EXPECT_EQ(windows.messages.back().title, "Problem finding data file or reading data");
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdRank", "cmdQuit"));
+  EXPECT_EQ(program.model.data.Visits(), 0);
+  EXPECT_EQ(state.algorithm.NPAR, 34);
+}
+
+TEST_F(StatesTest, InformationWindowsHideTheMainWindowUntilTheyClose) {
+  const std::vector<std::pair<MenuEntry*, Form*>> windowsOf = {{&program.frmMain.mnuDefaultNames, &program.frmDefaults},
+                                                               {&program.frmMain.mnuWisdom, &program.frmWisdom},
+                                                               {&program.frmMain.mnuCredits, &program.frmCredits}};
+  for (const auto& [entry, form] : windowsOf) {
+    EXPECT_TRUE(desk.Press(*entry));
+    EXPECT_TRUE(form->Visible());
+    EXPECT_FALSE(program.frmMain.Visible());
+    EXPECT_TRUE(desk.Close(*form));
+    EXPECT_TRUE(program.frmMain.Visible());
+  }
+}
+
+TEST_F(StatesTest, CommandsThatAreNotThereSaySoAndDoNothingElse) {
+  Ready("juveniles_only");
+  const auto before = Usable();
+  std::vector<std::string> texts;
+  for (Button* button : {&menu.cmdBayesian, &menu.cmdParEstimate, &menu.cmdRank, &menu.cmdUserSummary}) {
+    EXPECT_TRUE(desk.Press(*button));
+    texts.push_back(windows.LastText());
+    EXPECT_EQ(Usable(), before);
+    EXPECT_TRUE(ApplicationMenuUsable());
+  }
+  std::ranges::sort(texts);
+  EXPECT_EQ(std::ranges::adjacent_find(texts), texts.end()) << "each has its own words";
+}
+
+}  // namespace
+}  // namespace merlane
