@@ -62,7 +62,7 @@ void Program::Marquardt() {
   ForgetCovariances();
   const std::int16_t terminalFreq = state.algorithm.TerminalFreq;
   const MarquardtResult result = frmMarquardt.Minimise();
-  fit = {"Marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
+  fit = {"marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
   state.flags.SimplexBuilt = false;
   state.algorithm.TerminalFreq = terminalFreq;  // the run may change it
   desk.Show(frmMenu);

@@ -7,7 +7,7 @@ namespace merlane {
 
 /// The objective that was reached last, and how the last minimisation ended.
 struct Fit {
-  std::string minimiser;  // "simplex" or "Marquardt"; empty when there was none
+  std::string minimiser;  // "simplex" or "marquardt"; empty when there was none
   std::string ending;
   double objective = 0;             // of the last function call or minimisation from the menu, priors included
   std::int32_t function_calls = 0;  // all evaluations

@@ -39,6 +39,7 @@ void Program::BeginRun() {
   flags.BayesOn = false;
   ForgetCovariances();
   flags.SimplexBuilt = false;
+  fit = {};
 
   DimensionRun();
 

@@ -1,0 +1,23 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "batch/run_batch.h"
+
+int main(int argc, char** argv) {
+  merlane::BatchOptions options;
+  CLI::App app("Replays an analysis from a batch file without a display.", "merlane-batch");
+  app.add_flag("--json", options.json, "Write the transcript as JSON lines");
+  app.add_option("--out", options.out, "Folder for the files written (default: the current folder)")->type_name("DIR");
+  app.add_option("FILE", options.file, "The batch file")->required();
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 1;
+  }
+  try {
+    return merlane::RunBatch(options, std::cout, std::cerr);
+  } catch (const std::exception& failure) {  // such as memory that is not there
+    std::cerr << "merlane-batch: " << failure.what() << '\n';
+    return 4;
+  }
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "control/run_state.h"
+#include "model/brood_data.h"
+#include "model/likelihood_state.h"
+#include "program/fit.h"
+
+namespace merlane {
+
+/// What a fit comes down to.
+struct FitFigures {
+  Fit fit;  // the objective and, when a minimiser has run, how it ended
+  double penalty = 0;
+  double prior = 0;  // the prior term, 0 without priors
+  std::int32_t sampleSize = 0;
+  std::int32_t eggsAtRisk = 0, juvenilesAtRisk = 0;
+  std::int32_t clutchIntervals = 0, broodIntervals = 0;
+  std::int32_t freeParameters = 0;
+};
+
+/// CSV, a line for each parameter: number,value,step,fuse,free,name. `free` is 1 for a step other than 0.
+std::string ParametersCsv(const AlgorithmData& algorithm);
+
+/// CSV, a line for each visit in the order year, brood, visit, with the figures at the lowest objective. A missing
+/// value is an empty field.
+std::string VisitsCsv(const BroodData& data, const BestTables& best);
+
+/// JSON, one object. Without a minimisation its figures are null.
+std::string FitJson(const FitFigures& fit);
+
+}  // namespace merlane

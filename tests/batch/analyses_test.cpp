@@ -1,0 +1,73 @@
+// Whole analyses: each NAME.batch in tests/batch/analyses and in examples is replayed, and its transcript and the files
+// it writes must be those kept in tests/batch/analyses/NAME.kept, byte for byte. Where a change of them is wanted, run
+// this test with MERLANE_KEEP=1 in the environment and look at the difference.
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "batch/replay.h"
+
+namespace merlane {
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path source = MERLANE_SOURCE_DIR;
+
+std::vector<fs::path> BatchFiles() {
+  std::vector<fs::path> files;
+  for (const fs::path& folder : {source / "examples", source / "tests/batch/analyses"})
+    for (const auto& entry : fs::directory_iterator(folder))
+      if (entry.path().extension() == ".batch") files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+/// The files of a folder with their bytes.
+std::map<std::string, std::string> Contents(const fs::path& folder) {
+  std::map<std::string, std::string> contents;
+  for (const auto& entry : fs::directory_iterator(folder)) contents[entry.path().filename()] = ReadFile(entry.path());
+  return contents;
+}
+
+std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t i = text.find(from); i != std::string::npos; i = text.find(from, i + to.size()))
+    text.replace(i, from.size(), to);
+  return text;
+}
+
+class Analysis : public testing::TestWithParam<fs::path> {};
+
+TEST_P(Analysis, LeavesTheTranscriptAndTheFilesThatAreKept) {
+  const fs::path file = GetParam();
+  const fs::path kept = source / "tests/batch/analyses" / (file.stem().string() + ".kept");
+  std::string out = testing::TempDir() + "merlane_analysis_XXXXXX";
+  ASSERT_NE(::mkdtemp(out.data()), nullptr);
+
+  // From its own folder, so that no path in the transcript depends on the machine.
+  const fs::path before = fs::current_path();
+  fs::current_path(file.parent_path());
+  std::ostringstream transcript, errors;
+  const int status = RunBatch({file.filename(), out, false}, transcript, errors);
+  fs::current_path(before);
+  EXPECT_EQ(status, 0) << errors.str();
+  WriteFile(fs::path(out) / "transcript.txt", Replaced(transcript.str(), out, "OUT"));
+
+  if (std::getenv("MERLANE_KEEP") != nullptr) {
+    fs::remove_all(kept);
+    fs::copy(out, kept, fs::copy_options::recursive);
+  }
+  const auto written = Contents(out), wanted = Contents(kept);
+  fs::remove_all(out);
+  for (const auto& [name, bytes] : wanted) {
+    ASSERT_TRUE(written.contains(name)) << name << " was not written";
+    EXPECT_EQ(written.at(name), bytes) << name;
+  }
+  for (const auto& [name, bytes] : written) EXPECT_TRUE(wanted.contains(name)) << name << " is not kept";
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Analysis, testing::ValuesIn(BatchFiles()),
+                         [](const auto& one) { return one.param.stem().string(); });
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,79 @@
+#include "batch/exports.h"
+
+namespace merlane {
+namespace {
+
+TEST(Exports, ParametersAreOneToALineInShortestForm) {
+  AlgorithmData algorithm;
+  algorithm.Value = {1, 0.1, -1e-100};
+  algorithm.Step = {0, 0.01, 2};
+  algorithm.Fuse = {"~~", "A", "AB"};
+  algorithm.ParName = {"plain", "a, b", "a \"b\""};
+  EXPECT_EQ(ParametersCsv(algorithm),
+            "number,value,step,fuse,free,name\n"
+            "1,1,0,~~,0,plain\n"
+            "2,0.1,0.01,A,1,\"a, b\"\n"
+            "3,-1e-100,2,AB,1,\"a \"\"b\"\"\"\n");
+}
+
+TEST(Exports, ParametersOfARunWithoutAlgorithmDataAreNone) {
+  AlgorithmData algorithm;
+  algorithm.ParName = {"a"};
+  EXPECT_EQ(ParametersCsv(algorithm), "number,value,step,fuse,free,name\n");
+}
+
+TEST(Exports, VisitsAreOneToALineWithMissingValuesEmpty) {
+  BroodData data;
+  data.FirstYear = 1995;
+  data.LastYear = 1996;
+  AllocateTables(data, {{2}, {1}});
+  data.BroodYear = {1995, 1996};
+  data.BroodCode = {"   A", "B,C"};
+  data.HatchDate = {172, Missing};
+  data.VisitDate = {161, 186, 170};
+  data.VisitAge = {-11, 14.5, Missing};
+  data.VisitStage = {-1, 1, -1};
+  data.VisitCount = {5, Missing, 4};
+  BestTables best;
+  best.survival.Dimension(data);
+  best.survival.Preset();
+  best.survival.EVisitR = {Missing, 4.25, -998.9999999999999};
+  best.VarR = best.VarC = {0, 0.1, 0};
+  best.VisitDeviance = {0, 1e-17, 0};
+  EXPECT_EQ(VisitsCsv(data, best),
+            "year,code,brood,visit,date,hatch_day,age,stage,count,E_R,E_C,E,pcorr_egg,pcorr_juv,var_R,var_C,deviance\n"
+            "1995,   A,1,1,161,172,-11,-1,5,,,,,,0,0,0\n"
+            "1995,   A,1,2,186,172,14.5,1,,4.25,,,,,0.1,0.1,1e-17\n"
+            "1996,\"B,C\",1,1,170,,,-1,4,-998.9999999999999,,,,,0,0,0\n");
+}
+
+TEST(Exports, VisitsThatWereNotEvaluatedHaveNoFigures) {
+  BroodData data;
+  data.FirstYear = data.LastYear = 1995;
+  AllocateTables(data, {{1}});
+  data.BroodYear = {1995};
+  EXPECT_THAT(VisitsCsv(data, BestTables()), testing::EndsWith(",,,,,,,,\n"));
+}
+
+TEST(Exports, AFitWithoutMinimisationHasNoneOfItsFigures) {
+  FitFigures figures;
+  figures.fit.objective = 790.6039292891389;
+  const nlohmann::json json = nlohmann::json::parse(FitJson(figures));
+  EXPECT_EQ(json["objective"], 790.6039292891389);
+  EXPECT_TRUE(json["minimiser"].is_null());
+  EXPECT_EQ(json.size(), 14U);
+}
+
+TEST(Exports, AFitTellsHowItEnded) {
+  FitFigures figures;
+  figures.fit = {"simplex", "minimum", 592.7, 56, 25, 0};
+  const nlohmann::json json = nlohmann::json::parse(FitJson(figures));
+  EXPECT_EQ(json["function_calls"], 56);
+  EXPECT_EQ(json["iterations"], 25);
+  EXPECT_EQ(json["restarts"], 0);
+  EXPECT_EQ(json["minimiser"], "simplex");
+  EXPECT_EQ(json["ending"], "minimum");
+}
+
+}  // namespace
+}  // namespace merlane

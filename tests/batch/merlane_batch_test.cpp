@@ -1,0 +1,188 @@
+// The batch runner as a person meets it: the program itself, its exact output, error text and exit status.
+
+#include <sys/wait.h>
+
+#include "batch/replay.h"
+
+namespace merlane {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+const std::string golden = MERLANE_GOLDEN_DIR "/";
+
+class MerlaneBatch : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder = testing::TempDir() + "merlane_batch_XXXXXX";
+    ASSERT_NE(::mkdtemp(folder.data()), nullptr);
+  }
+  void TearDown() override { std::filesystem::remove_all(folder); }
+
+  /// Runs the program in `folder`; leaves what it wrote.
+  int Run(const std::string& arguments) {
+    const std::string command = "cd '" + folder + "' && '" MERLANE_BUILD_DIR "/merlane-batch' " + arguments +
+                                " >stdout.txt 2>stderr.txt </dev/null";
+    const int result = std::system(command.c_str());
+    out = ReadFile(folder + "/stdout.txt");
+    err = ReadFile(folder + "/stderr.txt");
+    return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+  }
+  int RunText(const std::string& text, const std::string& options = "") {
+    WriteFile(folder + "/a.batch", text);
+    return Run(options + " a.batch");
+  }
+  /// The lines that read a golden data file.
+  static std::string Read(const std::string& data) {
+    return "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " + InQuotes(golden + data) +
+           "\npress frmInitialize.cmdDone\n";
+  }
+
+  std::string folder, out, err;
+};
+
+TEST_F(MerlaneBatch, AnEmptyFileShowsTheProgramAndEnds) {
+  EXPECT_EQ(RunText("# nothing\n"), 0);
+  EXPECT_EQ(out,
+            "      window frmMain shown\n"
+            "      window frmMenu shown\n"
+            "end: end of file\n");
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(MerlaneBatch, TheTranscriptForPeopleHasOneLineForEachThing) {
+  EXPECT_EQ(RunText("press frmMenu.cmdQuit   # leave\nreply yes at \"Exit Tolvane\"\nreply no\n"), 0);
+  EXPECT_EQ(out,
+            "      window frmMain shown\n"
+            "      window frmMenu shown\n"
+            "   1  press frmMenu.cmdQuit\n"
+            "      message \"Exit Tolvane\": \"Do you want to quit Tolvane?\" -> Yes\n"
+            "      message \"What about algorithm data?\": \"Save algorithm data?\" -> No\n"
+            "      status stbMain1 2: \"Bayesian priors file: \"\n"
+            "end: quit\n");
+}
+
+TEST_F(MerlaneBatch, TheTranscriptForProgramsHasOneObjectForEachThing) {
+  EXPECT_EQ(RunText("press cmdQuit\r\nreply yes\r\nreply no\r\n", "--json"), 0);
+  EXPECT_EQ(out,
+            "{\"window\":\"frmMain\",\"event\":\"shown\"}\n"
+            "{\"window\":\"frmMenu\",\"event\":\"shown\"}\n"
+            "{\"action\":\"press cmdQuit\",\"line\":1}\n"
+            "{\"message\":{\"title\":\"Exit Tolvane\",\"text\":\"Do you want to quit Tolvane?\",\"style\":292,"
+            "\"answer\":6}}\n"
+            "{\"message\":{\"title\":\"What about algorithm data?\",\"text\":\"Save algorithm data?\",\"style\":36,"
+            "\"answer\":7}}\n"
+            "{\"status\":{\"bar\":\"stbMain1\",\"panel\":2,\"text\":\"Bayesian priors file: \"}}\n"
+            "{\"end\":\"quit\"}\n");
+}
+
+TEST_F(MerlaneBatch, ShowWritesAFormForProgramsAndForPeople) {
+  EXPECT_EQ(RunText("show frmMenu\n", "--json"), 0);
+  EXPECT_THAT(out, HasSubstr("{\"form\":{\"name\":\"frmMenu\",\"title\":"));
+  EXPECT_THAT(out, HasSubstr("\"cmdQuit\":{\"caption\":\"&Quit\",\"enabled\":true,\"visible\":true}"));
+  EXPECT_THAT(out, HasSubstr("\"cmdSimplex\":{\"caption\":\"Simple&x\",\"enabled\":false,\"visible\":true}"));
+  EXPECT_EQ(RunText("show frmMenu\n"), 0);
+  EXPECT_THAT(out, HasSubstr("\n        cmdSimplex \"Simple&x\" disabled\n"));
+}
+
+TEST_F(MerlaneBatch, AQuestionWithoutAnAnswerStopsTheRunWithThree) {
+  EXPECT_EQ(RunText("\npress frmMenu.cmdQuit\n"), 3);
+  EXPECT_EQ(err,
+            "merlane-batch: a.batch: line 2: press frmMenu.cmdQuit: a question has no answer: \"Exit Tolvane\": \"Do "
+            "you want to quit Tolvane?\"\n");
+  EXPECT_THAT(out, EndsWith("   2  press frmMenu.cmdQuit\nend: stopped\n"));
+}
+
+TEST_F(MerlaneBatch, AnActionInThePlaceOfAnAnswerStopsTheRunWithThree) {
+  EXPECT_EQ(RunText("press frmMenu.cmdQuit\nshow frmMenu\n", "--json"), 3);
+  EXPECT_THAT(out, EndsWith("{\"end\":\"stopped\"}\n"));
+}
+
+TEST_F(MerlaneBatch, AnAnswerWithoutAQuestionStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("reply yes\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 1: reply yes: an answer without a question\n");
+}
+
+TEST_F(MerlaneBatch, AnAnswerToAnotherTitleStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("press frmMenu.cmdQuit\nreply yes at \"Quit\"\n"), 1);
+  EXPECT_EQ(
+      err,
+      "merlane-batch: a.batch: line 2: reply yes at \"Quit\": does not answer the question \"Exit Tolvane\": \"Do "
+      "you want to quit Tolvane?\"\n");
+}
+
+TEST_F(MerlaneBatch, AControlThatIsDisabledStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("press frmMenu.cmdSimplex\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 1: press frmMenu.cmdSimplex: cmdSimplex is not enabled\n");
+}
+
+TEST_F(MerlaneBatch, AControlThatIsNotThereStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("press frmMenu.cmdNone\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 1: press frmMenu.cmdNone: frmMenu has no control cmdNone\n");
+}
+
+TEST_F(MerlaneBatch, AControlThatIsHiddenStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("press frmMenu.cmdInitialize\nset frmInitialize.cboFormat A\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 2: set frmInitialize.cboFormat A: cboFormat is not visible\n");
+}
+
+TEST_F(MerlaneBatch, AFaultInTheFileIsFoundBeforeAnythingIsDone) {
+  EXPECT_EQ(RunText("press frmMenu.cmdQuit\n\npush frmMenu.cmdQuit\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 3: there is no action \"push\"\n");
+  EXPECT_EQ(out, "end: stopped\n");
+}
+
+TEST_F(MerlaneBatch, AFatalDataErrorEndsTheRunWithTwo) {
+  EXPECT_EQ(RunText(Read("count_rises.dat") + "press frmMenu.cmdLoadAlg\n"), 2);
+  EXPECT_THAT(out, HasSubstr("message \"Problem reading data - analysis stops\""));
+  EXPECT_THAT(out, EndsWith("end: fatal\n"));
+  EXPECT_EQ(err, "");
+}
+
+TEST_F(MerlaneBatch, ACommandThatFailsEndsTheRunWithFourAtItsEnd) {
+  EXPECT_EQ(RunText("save-text frmMenu.lblVersion x.txt\n"), 1);
+  EXPECT_EQ(RunText("export fit none/fit.json\nexport parameters p.csv\n"), 4);
+  EXPECT_THAT(out, HasSubstr("      failure export fit none/fit.json: cannot write the file ./none/fit.json: No such "
+                             "file or directory\n"));
+  EXPECT_THAT(out, EndsWith("      wrote p.csv\nend: end of file\n"));
+  EXPECT_EQ(ReadFile(folder + "/p.csv"), "number,value,step,fuse,free,name\n");
+}
+
+TEST_F(MerlaneBatch, RelativePathsAreReadBesideTheFileAndWrittenToTheOutputFolder) {
+  std::filesystem::create_directories(folder + "/analysis");
+  std::filesystem::copy_file(golden + "eggs_only.dat", folder + "/analysis/lake.dat");
+  WriteFile(folder + "/analysis/b.batch",
+            "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile lake.dat\n"
+            "press frmInitialize.cmdDone\nexport visits v.csv\n");
+  EXPECT_EQ(Run("--out results/deep analysis/b.batch"), 0);
+  EXPECT_THAT(out, HasSubstr(" -> \"analysis/lake.dat\"\n"));
+  EXPECT_THAT(out, HasSubstr("      wrote results/deep/v.csv\n"));
+  EXPECT_THAT(ReadFile(folder + "/results/deep/v.csv"), HasSubstr("\n1995,"));
+}
+
+TEST_F(MerlaneBatch, ABatchFileThatCannotBeReadIsTold) {
+  EXPECT_EQ(Run("none.batch"), 1);
+  EXPECT_EQ(err, "merlane-batch: cannot open the file none.batch: No such file or directory\n");
+  EXPECT_EQ(Run("."), 1);
+  EXPECT_EQ(err, "merlane-batch: cannot read the file .: Is a directory\n");
+}
+
+TEST_F(MerlaneBatch, AnOutputFolderThatCannotBeMadeIsTold) {
+  WriteFile(folder + "/taken", "");
+  EXPECT_EQ(RunText("", "--out taken"), 1);
+  EXPECT_THAT(err, HasSubstr("merlane-batch: cannot make the folder taken"));
+}
+
+TEST_F(MerlaneBatch, ArgumentsThatAreNoneOfOursAreTold) {
+  EXPECT_EQ(Run(""), 1);
+  EXPECT_THAT(err, HasSubstr("FILE is required"));
+  EXPECT_EQ(Run("--fast a.batch"), 1);
+  EXPECT_EQ(Run("a.batch b.batch"), 1);
+  EXPECT_EQ(Run("--out"), 1);
+  EXPECT_EQ(Run("--help"), 0);
+  EXPECT_THAT(out, HasSubstr("--json"));
+}
+
+}  // namespace
+}  // namespace merlane
