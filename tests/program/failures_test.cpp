@@ -53,6 +53,22 @@ TEST_F(FailuresTest, MinimisersThatOverflowBringTheMenuBack) {
   ExpectUsable();
 }
 
+TEST_F(FailuresTest, CovariancesWithoutAStepFailAndBringTheMenuBack) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  windows.No("Covariance calculator");
+  windows.Reply(Answer::Ok, "Covariance calculator");
+  windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
+  for (int grid = 1; grid <= 3; ++grid) windows.Enter("1", "Covariance calculator");
+  windows.Yes("Covariance calculator");
+  windows.Enter("0.5", "Enter constant");
+  windows.No("Calculate optimistic SEs only?");
+  windows.ExpectFailure("frmMenu.cmdCovariance");
+  desk.Press(menu.cmdCovariance);
+  EXPECT_FALSE(state.flags.CovarianceDone);
+  ExpectUsable();
+}
+
 TEST_F(FailuresTest, VanishedAlgorithmFileLeavesTheRunAsItWas) {
   Ready("juveniles_only");
   const Array1<double> value = state.algorithm.Value;

@@ -119,6 +119,20 @@ TEST_F(QuitTest, FrameDuringACalculationAsksAndUnwindsIt) {
   EXPECT_EQ(state.algorithm.Value, value) << "a minimiser writes its point when it finishes";
 }
 
+TEST_F(QuitTest, FrameWhileACommandWaitsForTheEditorUnwindsTheCommand) {
+  Ready("juveniles_only");
+  windows.No("Covariance calculator");
+  windows.Reply(Answer::Ok, "Covariance calculator");
+  windows.AtWait([&] {
+    windows.Yes("Exit Tolvane");
+    windows.No("What about algorithm data?");
+    EXPECT_TRUE(desk.Close(program.frmMain));
+  });
+  desk.Press(menu.cmdCovariance);
+  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_EQ(windows.waits, 1);
+}
+
 TEST_F(QuitTest, FrameDuringACalculationAnsweredNoGoesOn) {
   Ready("juveniles_only");
   OneFunction();
