@@ -1,0 +1,37 @@
+#include "base/gamma_ln.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+TEST(GammaLn, IsTheSixTermSeriesAndNotTheExactFunction) {
+  // ln Gamma(1) and ln Gamma(2) are 0; the series misses them.
+  EXPECT_NE(GammaLn(1), 0);
+  EXPECT_NEAR(GammaLn(1), 0, 1e-9);
+  EXPECT_NEAR(GammaLn(2), 0, 1e-9);
+  EXPECT_NE(GammaLn(7.5), std::lgamma(7.5));
+}
+
+TEST(GammaLn, IsCloseToTheExactFunctionAboveAndBelowOne) {
+  for (const double x : {1e-6, 0.01, 0.3, 0.999, 1.0, 1.5, 3.0, 12.0, 170.0, 1e4, 1e7})
+    EXPECT_NEAR(GammaLn(x), std::lgamma(x), 2e-9 * std::max(1.0, std::abs(std::lgamma(x)))) << x;
+}
+
+TEST(GammaLn, ReflectsBelowOne) {
+  const double pi = 4 * std::atan(1.0);
+  const double x = 0.25;
+  EXPECT_EQ(GammaLn(x), std::log(pi * (1 - x) / (std::sin(pi * (1 - x)) * std::exp(GammaLn(2 - x)))));
+}
+
+TEST(GammaLn, FailsWhereTheGammaFunctionIsNegativeOrVanishes) {
+  EXPECT_THROW(GammaLn(-0.5), RuntimeFailure);
+  EXPECT_THROW(GammaLn(-998), RuntimeFailure);
+}
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,535 @@
+#include "model/likelihood.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "base/runtime_failure.h"
+#include "model/analysis.h"
+#include "model/distributions.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A clutch seen twice before hatch and twice behind it.
+void TypeClutchOverHatch(Analysis& a) { a.Visit("A", -12, 6).Visit("A", -5, 5).Visit("A", 4, 4).Visit("A", 11, 3); }
+
+TEST(SurvivalTables, AClutchLastSeenBeforeHatchIsCarriedToHatchAndFromThereOn) {
+  Analysis a;
+  a.Visit("A", -3, 6).Visit("A", 4, 5).Read();
+  a.Value(15) = 0.02;
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  const Parameters& p = a.state.parameters;
+  const Survivors atHatch = ExpectedSurvivors(ClutchMortalityByAge(p), -3 + 28, 28, 6, false);
+  EXPECT_EQ(t.EHatch[0], atHatch.OutAll);
+  EXPECT_EQ(t.EHatchR[0], atHatch.OutR);
+  EXPECT_DOUBLE_EQ(t.EVisit[1], 6 * std::exp(-0.02 * 3) * std::exp(-0.03 * 4));
+  EXPECT_EQ(t.JuvRR[0], t.EVisitR[1]);
+  EXPECT_EQ(t.EVisitR[0], Missing) << "a first visit has no prediction";
+  EXPECT_EQ(t.PCorrEgg[1], Missing) << "the interval ends behind hatch";
+  EXPECT_EQ(t.ClutchIntervals, 1) << "an interval over hatch counts as the clutch's";
+  EXPECT_EQ(t.BroodIntervals, 0);
+  EXPECT_EQ(a.state.EggsAtRisk, 6);
+}
+
+TEST(SurvivalTables, AVisitAtFledgingOrBehindIsNotPredicted) {
+  Analysis a;
+  a.Visit("A", 2, 6).Visit("A", 9, 5).Visit("A", 10, 5).Visit("A", 15, 5).Read();
+  a.Value(10) = 10;
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  EXPECT_NE(t.EVisit[1], Missing);
+  EXPECT_EQ(t.EVisit[2], Missing);
+  EXPECT_EQ(t.EVisitR[2], Missing);
+  EXPECT_EQ(t.EVisitC[2], Missing);
+  EXPECT_EQ(t.PCorrJuv[2], Missing);
+  EXPECT_EQ(t.EVisit[3], Missing);
+  EXPECT_EQ(t.BroodIntervals, 1);
+  a.Value(10) = 0;
+  a.Evaluate();
+  EXPECT_EQ(t.BroodIntervals, 3) << "0 is no age of fledging";
+}
+
+TEST(SurvivalTables, AFirstVisitOnTheHatchDayHasASizeAtHatchAndNoSplitByTheFateOfEggs) {
+  Analysis a;
+  a.Visit("A", 0, 6).Visit("A", 5, 5).Read();
+  a.Value(15) = a.Value(17) = 0.03;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EHatch[0], 6);
+  EXPECT_EQ(a.state.survival.EHatchR[0], 0);
+  EXPECT_EQ(a.state.survival.EHatchC[0], 0);
+  EXPECT_DOUBLE_EQ(a.state.survival.EVisit[1], 6 * std::exp(-0.15));
+  EXPECT_EQ(a.state.JuvsAtRisk, 6);
+}
+
+TEST(SurvivalTables, AVisitYoungerThanLayingStillStartsTheNextInterval) {
+  Analysis a;
+  a.Visit("A", -25, 6).Visit("A", -21, 6).Visit("A", -10, 5).Read();
+  a.Value(9) = -20;
+  a.Value(15) = 0.02;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  EXPECT_EQ(t.EVisit[1], Missing);
+  EXPECT_DOUBLE_EQ(t.EVisit[2], 6 * std::exp(-0.02 * 11)) << "from a time of -1";
+  a.Value(16) = 1.5;
+  a.Evaluate();
+  EXPECT_EQ(t.EVisit[2], Missing) << "a negative time has no power with a fractional exponent";
+  EXPECT_EQ(t.ClutchIntervals, 1) << "though the interval counts";
+}
+
+TEST(SurvivalTables, OverHatchTheExpectedCountsAreMixedOverTheFateOfTheEggs) {
+  Analysis a;
+  a.Visit("A", -5, 6).Visit("A", 5, 4).Read();
+  a.Value(11) = a.Value(13) = 0.4;
+  a.Value(15) = a.Value(17) = 0.01;
+  a.Value(19) = a.Value(21) = 0.05;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  EXPECT_DOUBLE_EQ(t.PCorrJuv[1], 0.4);
+  const double q = t.PCorrHatch[0], r = t.PCorrJuv[1];
+  EXPECT_EQ(t.EVisitR[1], (1 - q) * t.JuvRR[0] + q * t.JuvCR[0]);
+  EXPECT_EQ(t.EVisitC[1], (1 - q) * t.JuvRC[0] + q * t.JuvCC[0]);
+  EXPECT_EQ(t.EVisit[1], (1 - r) * t.EVisitR[1] + r * t.EVisitC[1]);
+}
+
+TEST(SurvivalTables, ByDateTheShapeIs1WhateverTheVectorHolds) {
+  Analysis a;
+  a.UnknownAge("A", 140, "-?", 6)
+      .UnknownAge("A", 150, "-?", 5)
+      .UnknownAge("B", 160, "?", 6)
+      .UnknownAge("B", 165, "?", 6);
+  a.Read();
+  a.Value(15) = 0.02;
+  a.Value(16) = 3;
+  a.Value(17) = 0.01;
+  a.Value(18) = 2;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  EXPECT_DOUBLE_EQ(t.EVisit[1], 6 * std::exp(-0.2));
+  EXPECT_DOUBLE_EQ(t.EVisit[3], 6 * std::exp(-0.05));
+  EXPECT_EQ(t.EHatch[0], Missing) << "by date nothing is carried to hatch";
+  EXPECT_EQ(t.ClutchIntervals, 1);
+  EXPECT_EQ(t.BroodIntervals, 1);
+}
+
+TEST(SurvivalTables, AnIntervalFromAnUnknownAgePaysForItsRatesAndHasNoPrediction) {
+  Analysis a;
+  // The clutch's age is unknown at its first visit; the brood's ages are known.
+  a.UnknownAge("A", 150, "-?", 6).Visit("A", 5, 5).Read();
+  a.Value(17) = 30;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EVisit[1], Missing);
+  EXPECT_EQ(a.state.Penalty, (30.0 - 10) * (30.0 - 10) * 1e20);
+}
+
+TEST(SurvivalTables, TellWhichAttributesAreMissing) {
+  Analysis a;
+  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
+  a.Value(17) = 0.02;
+  a.Evaluate();
+  EXPECT_FALSE(a.state.survival.BroodSizeDeficient);
+  EXPECT_FALSE(a.state.survival.HatchDateDeficient);
+  a.Step(23) = 0.1;  // may be estimated
+  a.Evaluate();
+  EXPECT_TRUE(a.state.survival.BroodSizeDeficient);
+  EXPECT_FALSE(a.state.survival.HatchDateDeficient);
+  a.Step(23) = 0;
+  a.Value(30) = 0.1;
+  a.Evaluate();
+  EXPECT_FALSE(a.state.survival.BroodSizeDeficient);
+  EXPECT_TRUE(a.state.survival.HatchDateDeficient);
+}
+
+TEST(SurvivalTables, GiveOneTurnBetweenClutchesAndBroods) {
+  Analysis a;
+  a.Visit("A", -12, 6).Visit("A", -5, 5).Read();
+  a.Value(15) = 0.02;
+  a.setting.SimulationMode = true;  // no likelihood, but the tables for the check and for the objective
+  a.Evaluate();
+  EXPECT_EQ(a.turns, 2);
+}
+
+TEST(Likelihood, WithoutCorrelatedMortalityIsBinomial) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = 0.02;
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  const std::vector<double>& deviance = a.state.VisitDeviance;
+  EXPECT_EQ(deviance[0], 0);
+  EXPECT_EQ(deviance[1], -2 * std::log(ProbBinomial(6, 5, t.EVisitR[1] / 6)));
+  std::vector<double> Pmf(6);
+  Calc_Probs_and_Theta(1, 5, 0, 0, t.EHatchR[0], t.JuvRR[0], Pmf);
+  EXPECT_EQ(deviance[2], -2 * std::log(Pmf[4]));
+  EXPECT_EQ(deviance[3], -2 * std::log(ProbBinomial(4, 3, t.EVisitR[3] / 4)));
+  EXPECT_EQ(a.F, deviance[1] + deviance[2] + deviance[3]);
+  EXPECT_EQ(a.state.EggsAtRisk, 6 + 5);
+  EXPECT_EQ(a.state.JuvsAtRisk, 4);
+  EXPECT_EQ(a.SampleSize, 15);
+}
+
+TEST(Likelihood, MixesTheFourFatesOverHatch) {
+  Analysis a;
+  a.Visit("A", -5, 5).Visit("A", 4, 3).Read();
+  a.Value(11) = 0.4;
+  a.Value(13) = 0.3;
+  a.Value(15) = 0.01;
+  a.Value(19) = 0.05;
+  a.Value(17) = 0.02;
+  a.Value(21) = 0.04;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  const auto probability = [&](double EHatch, double Juv) {
+    std::vector<double> Pmf(6);
+    Calc_Probs_and_Theta(1, 5, 0, 0, EHatch, Juv, Pmf);
+    return Pmf[3];
+  };
+  const double q = t.PCorrHatch[0], r = t.PCorrJuv[1];
+  const double P = (1 - r) * (1 - q) * probability(t.EHatchR[0], t.JuvRR[0]) +
+                   (1 - r) * q * probability(t.EHatchC[0], t.JuvCR[0]) +
+                   (1 - q) * r * probability(t.EHatchR[0], t.JuvRC[0]) + q * r * probability(t.EHatchC[0], t.JuvCC[0]);
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(P));
+  EXPECT_EQ(a.state.VarR[1], 0) << "no variance over hatch";
+}
+
+TEST(Likelihood, ABroodFirstSeenAfterHatchHasItsFirstPredictionAtItsSecondVisit) {
+  Analysis a;
+  a.Visit("A", 3, 6).Visit("A", 8, 5).Read();
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EVisit[0], Missing);
+  EXPECT_EQ(a.state.VisitDeviance[0], 0);
+  EXPECT_EQ(a.F, -2 * std::log(ProbBinomial(6, 5, a.state.survival.EVisitR[1] / 6)));
+  EXPECT_EQ(a.state.EggsAtRisk, 0);
+  EXPECT_EQ(a.state.JuvsAtRisk, 6);
+}
+
+TEST(Likelihood, AVisitOnTheHatchDayIsACountOfEggsAndTheNextStartsFromItAsJuveniles) {
+  Analysis a;
+  a.Visit("A", -6, 6).Visit("A", 0, 5).Visit("A", 7, 4).Read();
+  a.Value(3) = 2;  // only the eggs are overdispersed
+  a.Value(5) = 0.2;
+  a.Value(6) = 0.03;
+  a.Value(11) = a.Value(13) = 0.4;
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Value(19) = a.Value(21) = 0.06;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  EXPECT_EQ(t.EVisit[1], t.EHatch[0]);
+  EXPECT_EQ(t.PCorrEgg[1], t.PCorrHatch[0]);
+  double EC = t.EVisitC[1];
+  const double q = t.PCorrHatch[0];
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log((1 - q) * ProbBinomial(6, 5, t.EVisitR[1] / 6) +
+                                                    q * ProbBetaBinomial(6, 5, EC, 0.2 * std::exp(-0.03 * (-6 + 28)))));
+  const double r = t.PCorrJuv[2];
+  EXPECT_EQ(a.state.VisitDeviance[2],
+            -2 * std::log((1 - r) * ProbBinomial(5, 4, t.EVisitR[2] / 5) + r * ProbBinomial(5, 4, t.EVisitC[2] / 5)));
+  EXPECT_EQ(a.state.EggsAtRisk, 6);
+  EXPECT_EQ(a.state.JuvsAtRisk, 5);
+}
+
+TEST(Likelihood, TheJuvenilesOverdispersionOverHatchIsAtTheNegativeAgeOfTheClutch) {
+  Analysis a;
+  a.Visit("A", -5, 5).Visit("A", 4, 3).Read();
+  a.Value(4) = 2;
+  a.Value(7) = 0.2;
+  a.Value(8) = 0.1;
+  a.Value(13) = 1;
+  a.Value(15) = 0.01;
+  a.Value(21) = 0.04;
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  std::vector<double> Pmf(6);
+  Calc_Probs_and_Theta(2, 5, 0, 0.2 * std::exp(0.1 * 5), t.EHatchR[0], t.JuvRC[0], Pmf);
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(Pmf[3]));
+}
+
+TEST(Likelihood, FromNoneLeftNothingIsPredicted) {
+  Analysis a, shorter;
+  a.Visit("A", 2, 6).Visit("A", 6, 0).Visit("A", 9, 0).Read();
+  shorter.Visit("A", 2, 6).Visit("A", 6, 0).Read();
+  for (Analysis* each : {&a, &shorter}) {
+    each->Value(17) = 0.05;
+    each->Evaluate();
+  }
+  EXPECT_EQ(a.F, shorter.F);
+  EXPECT_EQ(a.state.JuvsAtRisk, 6);
+  EXPECT_EQ(a.state.VisitDeviance[2], 0);
+  EXPECT_EQ(a.turns, shorter.turns) << "no turn where nothing is predicted";
+}
+
+TEST(Likelihood, ASecondEvaluationAtTheSameVectorLeavesTheBestUntouched) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  const double first = a.Evaluate();
+  a.state.best.VisitDeviance[1] = 77;
+  a.SampleSize = -5;
+  a.state.best.Value(15) = 0.5;
+  EXPECT_EQ(a.Evaluate(2), first);
+  EXPECT_EQ(a.state.BestObjective, first);
+  EXPECT_EQ(a.state.best.VisitDeviance[1], 77);
+  EXPECT_EQ(a.state.best.Value(15), 0.5);
+  EXPECT_EQ(a.SampleSize, -5) << "written at a new lowest objective only";
+}
+
+TEST(Likelihood, TheBestTablesAreThoseOfTheLowestObjectiveAndAFirstCallAlwaysSetsThem) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  const double good = a.Evaluate();
+  a.Value(15) = 0.3;
+  const double bad = a.Evaluate(2);
+  ASSERT_GT(bad, good);
+  EXPECT_EQ(a.state.BestObjective, good);
+  EXPECT_EQ(a.state.best.Value(15), 0.02);
+  EXPECT_EQ(a.state.best.parameters.Alpha_NR, 0.02);
+  EXPECT_NE(a.state.best.survival.EVisit[1], a.state.survival.EVisit[1]);
+  EXPECT_EQ(a.Evaluate(1), bad);
+  EXPECT_EQ(a.state.BestObjective, bad);
+  EXPECT_EQ(a.state.best.Value(15), 0.3);
+  EXPECT_EQ(a.state.best.survival.EVisit, a.state.survival.EVisit);
+  EXPECT_EQ(a.state.best.VisitDeviance, a.state.VisitDeviance);
+}
+
+TEST(Likelihood, AVectorOfZerosIsNotEvaluated) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value.Fill(0);
+  a.F = 5;
+  EXPECT_EQ(a.Evaluate(), 0);
+  EXPECT_EQ(a.Value(1), 0) << "not even decoded";
+  EXPECT_EQ(a.SampleSize, -1);
+}
+
+TEST(Likelihood, TheBetaBinomialLeavesItsBoundOfTheExpectedCountInTheTable) {
+  Analysis a;
+  a.Visit("A", 2, 6).Visit("A", 6, 6).Read();
+  a.Value(4) = 2;
+  a.Value(7) = 0.2;
+  a.Value(13) = 0.5;
+  a.Value(17) = 0.02;
+  a.Value(21) = 1e-9;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EVisitC[1], 6 * 0.999999);
+  EXPECT_EQ(a.state.best.survival.EVisitC[1], 6 * 0.999999);
+}
+
+TEST(Likelihood, AnEntryThatALaterVectorDoesNotFillKeepsItsNumberAndCounts) {
+  Analysis a;
+  a.Visit("A", -5, 6).Visit("A", 5, 4).Read();
+  a.Value(15) = 0.02;
+  a.Value(17) = 0.03;
+  const double before = a.Evaluate();
+  const double expected = a.state.survival.EVisit[1];
+  a.Value(15) = 0;  // no prediction to hatch, so none behind it
+  const double later = a.Evaluate(2);
+  EXPECT_EQ(a.state.survival.EHatch[0], Missing);
+  EXPECT_EQ(a.state.survival.EVisit[1], expected);
+  EXPECT_EQ(a.state.EggsAtRisk, 6) << "still counted";
+  EXPECT_NE(later, before) << "judged with what hatch now is";
+  EXPECT_EQ(a.Evaluate(1), 0) << "a first call forgets it";
+}
+
+TEST(Likelihood, AVisitWithoutPredictionHasADevianceThatIsNotCounted) {
+  Analysis a;
+  // Brood B's second visit is at fledging; the number at risk is carried over from brood A.
+  a.Visit("A", 2, 6).Visit("A", 6, 5).Visit("B", 8, 4).Visit("B", 12, 3).Read();
+  a.Value(10) = 10;
+  a.Value(17) = 0.03;
+  a.state.VisitDeviance[3] = 55;
+  a.Evaluate();
+  EXPECT_EQ(a.F, a.state.VisitDeviance[1]);
+  EXPECT_NEAR(a.state.VisitDeviance[3], 0, 1e-12) << "-2 ln 1";
+  EXPECT_EQ(a.state.MinDeviance, std::min(0.0, a.state.VisitDeviance[3]));
+}
+
+TEST(Likelihood, DeviancesAreNotPreset) {
+  Analysis a;
+  a.Visit("A", 8, 4).Visit("A", 12, 3).Read();
+  a.Value(10) = 10;
+  a.Value(17) = 0.03;
+  a.state.VisitDeviance[1] = 55;
+  a.Evaluate();
+  EXPECT_EQ(a.state.VisitDeviance[1], 55) << "no visit before it has had a prediction";
+  EXPECT_EQ(a.F, 0);
+  EXPECT_EQ(a.state.MaxDeviance, 55) << "the limits take all visits";
+}
+
+TEST(Likelihood, AProbabilityOf0CostsNothing) {
+  Analysis a;
+  a.Visit("A", -28, 6).Visit("A", 5, 4).Read();
+  a.Value(11) = 0.5;
+  a.Value(15) = a.Value(19) = 1000;  // nothing is expected to hatch
+  a.Value(17) = 0.02;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EHatchR[0], 0);
+  EXPECT_EQ(a.state.VisitDeviance[1], 0);
+  EXPECT_EQ(a.state.EggsAtRisk, 6);
+  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20) << "of the expected number at hatch alone";
+}
+
+TEST(Likelihood, PenaltiesOfTheTablesCountTwiceInOneFunctionCall) {
+  Analysis a;
+  a.Visit("A", 2, 6).Visit("A", 6, 5).Visit("A", 9, 4).Read();
+  a.Value(17) = 12;
+  a.Evaluate();
+  const double once = a.state.Penalty;
+  EXPECT_GE(once, 2 * (12.0 - 10) * (12.0 - 10) * 1e20);
+  EXPECT_NEAR(a.F, once, 1e-6 * once);
+  // Rates that the check of the hypothesis would repair are set as it wants them.
+  a.setting.OneCallRun = true;
+  a.Value(17) = 12;
+  a.Evaluate();
+  EXPECT_NEAR(a.state.Penalty, 2 * once, 1e-9 * once);
+  a.setting.OneCallRun = false;
+  a.Evaluate(2);
+  EXPECT_EQ(a.state.Penalty, once);
+}
+
+TEST(Likelihood, SimulationsHaveTablesAndNoDeviance) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  a.setting.SimulationMode = true;
+  EXPECT_EQ(a.Evaluate(), 0);
+  EXPECT_NE(a.state.survival.EVisit[1], Missing);
+  EXPECT_EQ(a.SampleSize, 0);
+}
+
+TEST(Likelihood, AnOverdispersionThatOverflowsAtAnUnknownAgeIsAFailure) {
+  Analysis a;
+  a.UnknownAge("A", 140, "-?", 6).UnknownAge("A", 150, "-?", 5).Read();
+  a.Value(3) = 2;
+  a.Value(5) = 0.2;
+  a.Value(6) = 0.8;
+  a.Value(11) = 0.5;
+  a.Value(15) = a.Value(19) = 0.02;
+  EXPECT_THROW(a.Evaluate(), RuntimeFailure);
+  a.Value(6) = 0.01;
+  EXPECT_GT(a.Evaluate(), 0) << "inflated, but a number";
+  EXPECT_GT(a.state.VarC[1], 6 * 0.25 * (5 * 1.0 + 1)) << "in the variance it is not limited";
+}
+
+TEST(Likelihood, AnOverdispersionThatNoComponentUsesCannotFail) {
+  Analysis a;
+  a.UnknownAge("A", 140, "-?", 6).UnknownAge("A", 150, "-?", 5).Read();
+  a.Value(6) = 0.8;
+  a.Value(15) = 0.02;
+  EXPECT_GT(a.Evaluate(), 0);
+}
+
+TEST(Likelihood, AMissingCountBehindAPredictionIsAFailure) {
+  Analysis a;
+  a.Visit("A", 2, 6).Visit("A", 6, -999).Read();
+  a.Value(17) = 0.03;
+  EXPECT_THROW(a.Evaluate(), RuntimeFailure);
+}
+
+TEST(Likelihood, GivesATurnForEachVisitThatCouldBePredicted) {
+  Analysis a;
+  a.Visit("A", 2, 6).Visit("A", 6, 5).Visit("B", 3, 6).Visit("B", 7, 6).Read();
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  // One between clutches and broods, none for the first visit, one for each visit behind it.
+  EXPECT_EQ(a.turns, 1 + 3);
+}
+
+// What the user hears.
+
+TEST(FirstEvaluation, TellsOfEachVisitYoungerThanLaying) {
+  Analysis a;
+  a.Visit("A", -22, 6).Visit("A", -12, 6).Visit("B", -21, 6).Visit("B", -10, 6).Visit("C", -25, 6).Read();
+  a.Value(9) = -20;
+  a.Value(15) = 0.02;
+  a.Value(17) = 0.02;
+  a.setting.OneCallRun = true;
+  a.Evaluate();
+  ASSERT_GE(a.told.size(), 3u);
+  EXPECT_EQ(a.told[0].title, "Warning: data record will be ignored!");
+  EXPECT_EQ(a.told[0].text,
+            "Visit #1 of clutch #1 in year 1995 is younger (-22 days) than the laying day of -20 set in the algorithm "
+            "data\r\n\r\nYoungest age so far is: -22 days.");
+  EXPECT_EQ(a.told[1].text,
+            "Visit #1 of clutch #2 in year 1995 is younger (-21 days) than the laying day of -20 set in the algorithm "
+            "data\r\n\r\nYoungest age so far is: -22 days.");
+  EXPECT_THAT(a.told[2].text, ::testing::HasSubstr("Youngest age so far is: -25 days."));
+}
+
+TEST(FirstEvaluation, AVectorThatNeedsNoRepairIsToldNothing) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  a.setting.OneCallRun = true;
+  a.Evaluate();
+  EXPECT_THAT(a.told, IsEmpty());
+}
+
+TEST(FirstEvaluation, SaysThatParametersWereAlteredAndEvaluatesTheAlteredVector) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Value(12) = 0.3;  // attenuation of a mortality that does not exist
+  a.setting.OneCallRun = true;
+  a.Evaluate();
+  ASSERT_EQ(a.told.size(), 1u);
+  EXPECT_EQ(a.told[0].title, "Parameters altered to suit hypothesis or data");
+  EXPECT_EQ(a.told[0].text,
+            "At least one parameter fixed at 0 or 1, or made > 0; altered values are unfused.  Click on '1 Function "
+            "call' once more.");
+  EXPECT_EQ(a.Value(12), 0);
+  EXPECT_EQ(a.state.parameters.f_N, 0);
+  EXPECT_EQ(a.state.best.Value(12), 0);
+}
+
+TEST(FirstEvaluation, WarnsOfAttributesThatAreMissing) {
+  Analysis a;
+  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
+  a.Value(13) = 0.3;
+  a.Value(17) = a.Value(21) = 0.02;
+  a.Value(23) = a.Value(24) = 1e-5;
+  a.setting.OneCallRun = true;
+  a.Evaluate();
+  a.told.clear();
+  a.Evaluate();  // after the repair of what concerns eggs
+  ASSERT_EQ(a.told.size(), 2u);
+  EXPECT_EQ(a.told[0].title, "Warning: Hypotheses concerning the E[brood size@hatch] are invalid!");
+  EXPECT_EQ(a.told[0].text,
+            "A data deficiency means the E[brood size@hatch] cannot be calculated for at least some broods.\r\nReview "
+            "your data or the Results Summary to locate the deficient broods.\r\n");
+  EXPECT_EQ(a.told[0].style, style::Critical);
+  EXPECT_EQ(a.told[1].title, "Warning: Hypotheses concerning Hatch Day are invalid!");
+  EXPECT_EQ(a.told[1].text,
+            "A data deficiency means that Hatch Day is not available for at least some broods.\r\nReview your data or "
+            "the Results Summary to locate the deficient broods.\r\n");
+}
+
+TEST(FirstEvaluation, OutsideAOneCallRunNothingIsCheckedOrRepaired) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(9) = -8;  // visits younger than laying
+  a.Value(12) = 0.3;
+  a.Value(17) = 0.02;
+  a.Evaluate();
+  EXPECT_THAT(a.told, IsEmpty());
+  EXPECT_EQ(a.Value(12), 0.3);
+}
+
+}  // namespace
+}  // namespace merlane

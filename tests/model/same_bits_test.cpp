@@ -1,0 +1,279 @@
+// The objective against its plain evaluation: same bits in everything that an evaluation leaves behind, from one vector
+// to the next, whatever the vector.
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <random>
+
+#include "base/runtime_failure.h"
+#include "control/algorithm_file.h"
+#include "field_data.h"
+#include "model/catalogue.h"
+#include "model/data_text.h"
+#include "model/golden_case.h"
+#include "model/likelihood.h"
+#include "model/same_bits.h"
+#include "plain_objective.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+/// One of the two ways to evaluate, with all that it keeps.
+struct Side {
+  Side(const BroodData& data, const Array1<double>& vector) : Value(vector), Step(vector.Size(), 0.1) {
+    Names.Dimension(vector.Size());
+    Fuse.Dimension(vector.Size(), "~~");
+    state.Dimension(data);
+    setting.tell = [this](const Message& message) { told.push_back(message.title + "|" + message.text); };
+    setting.turn = [this] { ++turns; };
+  }
+  LikelihoodState state;
+  EvaluationSetting setting;
+  Array1<double> Value, Step;
+  Array1<std::string> Names, Fuse;
+  std::vector<std::string> told;
+  long turns = 0;
+  double F = -1;
+  std::int32_t SampleSize = -1;
+  bool failed = false;
+};
+
+void ExpectSameColumn(const char* name, const std::vector<double>& a, const std::vector<double>& b) {
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t i = 0; i < a.size(); ++i)
+    ASSERT_PRED2(SameBits, a[i], b[i]) << name << " at " << i << ": " << a[i] << " and " << b[i];
+}
+
+void ExpectSameTables(const SurvivalTables& a, const SurvivalTables& b) {
+  ExpectSameColumn("EHatchR", a.EHatchR, b.EHatchR);
+  ExpectSameColumn("EHatchC", a.EHatchC, b.EHatchC);
+  ExpectSameColumn("EHatch", a.EHatch, b.EHatch);
+  ExpectSameColumn("PCorrHatch", a.PCorrHatch, b.PCorrHatch);
+  ExpectSameColumn("JuvRR", a.JuvRR, b.JuvRR);
+  ExpectSameColumn("JuvCR", a.JuvCR, b.JuvCR);
+  ExpectSameColumn("JuvRC", a.JuvRC, b.JuvRC);
+  ExpectSameColumn("JuvCC", a.JuvCC, b.JuvCC);
+  ExpectSameColumn("EVisitR", a.EVisitR, b.EVisitR);
+  ExpectSameColumn("EVisitC", a.EVisitC, b.EVisitC);
+  ExpectSameColumn("EVisit", a.EVisit, b.EVisit);
+  ExpectSameColumn("PCorrEgg", a.PCorrEgg, b.PCorrEgg);
+  ExpectSameColumn("PCorrJuv", a.PCorrJuv, b.PCorrJuv);
+  EXPECT_EQ(a.ClutchIntervals, b.ClutchIntervals);
+  EXPECT_EQ(a.BroodIntervals, b.BroodIntervals);
+  EXPECT_EQ(a.BroodSizeDeficient, b.BroodSizeDeficient);
+  EXPECT_EQ(a.HatchDateDeficient, b.HatchDateDeficient);
+}
+
+void ExpectSame(const Side& a, const Side& b) {
+  EXPECT_PRED2(SameBits, a.F, b.F);
+  EXPECT_PRED2(SameBits, a.state.Penalty, b.state.Penalty);
+  EXPECT_PRED2(SameBits, a.state.BestObjective, b.state.BestObjective);
+  EXPECT_PRED2(SameBits, a.state.MinDeviance, b.state.MinDeviance);
+  EXPECT_PRED2(SameBits, a.state.MaxDeviance, b.state.MaxDeviance);
+  EXPECT_EQ(a.state.EggsAtRisk, b.state.EggsAtRisk);
+  EXPECT_EQ(a.state.JuvsAtRisk, b.state.JuvsAtRisk);
+  EXPECT_EQ(a.SampleSize, b.SampleSize);
+  EXPECT_EQ(a.told, b.told);
+  EXPECT_EQ(a.turns, b.turns);
+  EXPECT_EQ(a.Value, b.Value);
+  EXPECT_EQ(a.state.best.Value, b.state.best.Value);
+  ExpectSameTables(a.state.survival, b.state.survival);
+  ExpectSameTables(a.state.best.survival, b.state.best.survival);
+  ExpectSameColumn("VisitDeviance", a.state.VisitDeviance, b.state.VisitDeviance);
+  ExpectSameColumn("VarR", a.state.VarR, b.state.VarR);
+  ExpectSameColumn("VarC", a.state.VarC, b.state.VarC);
+  ExpectSameColumn("best VisitDeviance", a.state.best.VisitDeviance, b.state.best.VisitDeviance);
+  ExpectSameColumn("best VarR", a.state.best.VarR, b.state.best.VarR);
+  ExpectSameColumn("best VarC", a.state.best.VarC, b.state.best.VarC);
+}
+
+/// Evaluates both ways at one vector after another and compares.
+class Pair {
+ public:
+  explicit Pair(const BroodData& data) : data_(data), product_(data, Zeros()), plain_(data, Zeros()), engine_(data) {}
+
+  void At(const Array1<double>& vector, bool oneCall = false, bool bootstrap = false) {
+    ++NF_;
+    for (Side* side : {&product_, &plain_}) {
+      side->Value = vector;
+      side->setting.OneCallRun = oneCall;
+      side->setting.BootstrapMode = bootstrap;
+      side->failed = false;
+    }
+    const auto NPAR = static_cast<std::int16_t>(vector.Size());
+    Guarded(product_, [&](Side& s) {
+      engine_.EvaluateObjective(s.setting, s.state, s.F, s.Value, s.Step, s.Names, s.Fuse, NPAR, NF_, s.SampleSize);
+    });
+    Guarded(plain_, [&](Side& s) {
+      plain::EvaluateObjective(data_, s.setting, s.state, s.F, s.Value, s.Step, s.Names, s.Fuse, NPAR, NF_,
+                               s.SampleSize);
+    });
+    ASSERT_EQ(product_.failed, plain_.failed);
+    if (product_.failed) {
+      ++failures;
+      NF_ = 0;  // a command that failed begins anew
+    } else {
+      ++evaluations;
+      ExpectSame(product_, plain_);
+    }
+  }
+  void BeginAnew() { NF_ = 0; }
+
+  int evaluations = 0, failures = 0;
+
+ private:
+  Array1<double> Zeros() const { return Array1<double>(ParameterCount(data_.NCov)); }
+  template <class Evaluate>
+  static void Guarded(Side& side, Evaluate evaluate) {
+    try {
+      evaluate(side);
+    } catch (const RuntimeFailure&) {
+      side.failed = true;
+    }
+  }
+
+  const BroodData& data_;
+  Side product_, plain_;
+  Likelihood engine_;
+  std::int32_t NF_ = 0;
+};
+
+/// Vectors around a start: small moves, parameters at and beyond their limits, hypotheses switched on and off, rates at
+/// which the arithmetic fails.
+class Wanderer {
+ public:
+  Wanderer(const Array1<double>& start, unsigned seed) : start_(start), random_(seed) {}
+
+  Array1<double> Next() {
+    Array1<double> vector = start_;
+    for (double& x : vector) x *= 1 + 0.1 * (Uniform() - 0.5);
+    for (const int i : {1, 2, 3, 4}) vector(i) = start_(i);
+    vector(9) = start_(9);
+    vector(10) = start_(10);
+    for (int changes = Pick(4); changes > 0; --changes) Change(vector);
+    return vector;
+  }
+
+ private:
+  double Uniform() { return static_cast<double>(random_() >> 8) / (1 << 24); }
+  int Pick(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
+
+  void Change(Array1<double>& v) {
+    switch (Pick(16)) {
+      case 0:
+        v(3) = v(4) = 1 + Pick(2);
+        v(5) = 0.3 * Uniform();
+        v(7) = 1.2 * Uniform();
+        break;
+      case 1:
+        v(6) = v(8) = 0.1 * Uniform();
+        break;
+      case 2:
+        v(9) = -Pick(35);
+        break;
+      case 3:
+        v(10) = Pick(30);
+        break;
+      case 4:
+        v(11) = Pick(2);
+        break;
+      case 5:
+        v(13) = Pick(2);
+        break;
+      case 6:
+        v(12) = v(14) = 0;
+        break;
+      case 7:
+        v(12) = v(14) = 0.3 * Uniform();
+        break;
+      case 8:
+        v(15) = v(19) = 0;
+        break;
+      case 9:
+        v(17) = v(21) = 0;
+        break;
+      case 10:
+        v(15 + 2 * Pick(4)) = 5;
+        break;  // too few survivors
+      case 11:
+        v(15 + 2 * Pick(4)) = 1e300;
+        break;  // overflows
+      case 12:
+        v(16 + 2 * Pick(4)) = 1 + Pick(3) + 0.5 * Pick(2);
+        break;
+      case 13:
+        v(23 + Pick(8)) = 0.01 * (Uniform() - 0.5);
+        break;
+      case 14:
+        v(23 + Pick(v.Size() - 22)) = Uniform() - 0.5;
+        break;  // also beyond the limit of 10
+      case 15:
+        v(11) = v(13) = 1.5 * Uniform();
+        break;
+    }
+  }
+
+  const Array1<double> start_;
+  std::mt19937 random_;
+};
+
+class SameBitsAsPlain : public testing::TestWithParam<test::GoldenCase> {};
+
+TEST_P(SameBitsAsPlain, FromVectorToVector) {
+  const test::GoldenCase& c = GetParam();
+  test::Reading reading(c.choices.FirstYear, c.choices.LastYear, c.choices.NCov);
+  reading.data.CensorEggs = c.choices.CensorEggs;
+  reading.data.CensorJuvs = c.choices.CensorJuvs;
+  reading.Of(ReadWholeFile(c.dataFile));
+  if (c.choices.CovariateFormat == "A") StandardiseCovariates(reading.data);
+  AlgorithmData a;
+  a.NPAR = static_cast<std::int16_t>(ParameterCount(c.choices.NCov));
+  SetDefaultAlgorithm(a);
+  ASSERT_EQ(ReadAlgorithm(ReadWholeFile(c.algFile), a).failure, AlgorithmReading::Failure::None);
+
+  Pair pair(reading.data);
+  pair.At(a.Value, true);
+  pair.At(a.Value, true);
+  Wanderer wanderer(a.Value, 7);
+  const int steps = reading.data.Visits() > 1000 ? 20 : 60;
+  for (int i = 0; i < steps && !HasFatalFailure(); ++i) {
+    if (i % 15 == 0) pair.BeginAnew();
+    pair.At(wanderer.Next(), i % 5 == 0, i % 11 == 3);
+  }
+  EXPECT_GT(pair.evaluations, steps / 4);
+}
+
+std::vector<test::GoldenCase> SoundCases() {
+  std::vector<test::GoldenCase> cases = test::GoldenCases();
+  std::erase_if(cases, [](const test::GoldenCase& c) { return c.exitStatus != 0; });
+  return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, SameBitsAsPlain, testing::ValuesIn(SoundCases()),
+                         [](const auto& c) { return c.param.name; });
+
+class SameBitsOnFieldData : public testing::TestWithParam<FieldDataPlan::Covariates> {};
+
+TEST_P(SameBitsOnFieldData, FromVectorToVector) {
+  const BroodData data = ReadFieldData({.years = 3, .broodsPerYear = 60, .covariates = GetParam()});
+  for (const bool overdispersed : {false, true}) {
+    Pair pair(data);
+    Wanderer wanderer(FieldVector(data, overdispersed), 11);
+    for (int i = 0; i < 40 && !HasFatalFailure(); ++i) pair.At(wanderer.Next());
+    EXPECT_GT(pair.evaluations, 10);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Covariates, SameBitsOnFieldData,
+                         testing::Values(FieldDataPlan::Covariates::None, FieldDataPlan::Covariates::Recurring,
+                                         FieldDataPlan::Covariates::Continuous),
+                         [](const auto& c) {
+                           return std::string(c.param == FieldDataPlan::Covariates::None        ? "None"
+                                              : c.param == FieldDataPlan::Covariates::Recurring ? "Recurring"
+                                                                                                : "Continuous");
+                         });
+
+}  // namespace
+}  // namespace merlane
