@@ -92,6 +92,8 @@ Matrix1<double> Inverse(Matrix1<double> H, double& determinant, CovarianceWatch&
 }
 
 void ClearResults(CovarianceGrid& grid, int count) {
+  grid.GridMean = -1;
+  grid.GridSD = -1;
   grid.failedAt = 0;
   grid.standardErrors.Dimension(count, -1);
   grid.covariances.Dimension(count, count, -1);

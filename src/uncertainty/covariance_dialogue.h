@@ -31,7 +31,6 @@ class CovarianceDialogue {
 
  private:
   std::optional<CovarianceOptions> AskOptions();
-  bool AskMode(CovarianceOptions& options);
   /// Lets the user edit values and steps; false when cancelled.
   bool EditSteps();
   /// Asks for the three factors until they please; false when cancelled.

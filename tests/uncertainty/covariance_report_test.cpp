@@ -255,6 +255,22 @@ TEST_F(ReportTest, FieldsAreReadLeniently) {
   EXPECT_EQ(ReadCovarianceFile(text, 3, 2).values(1), 0.25);
 }
 
+TEST_F(ReportTest, HostileBytesAreFailuresAndNothingWorse) {
+  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  for (std::size_t i = 0; i < text.size(); ++i)
+    for (const char byte : {'\0', '\n', '9', 'E', '-', '\xff'}) {
+      std::string broken = text;
+      broken[i] = byte;
+      for (const std::string& bytes : {broken, broken.substr(0, i)}) {
+        try {
+          const CovarianceFile file = ReadCovarianceFile(bytes, 3, 2);
+          for (const CovarianceFile::Row& row : file.rows) EXPECT_TRUE(row.parameter >= 1 && row.parameter <= 3);
+        } catch (const RuntimeFailure&) {
+        }
+      }
+    }
+}
+
 // The kept reports, rebuilt from the kept figures.
 class KeptReport : public ::testing::TestWithParam<test::GoldenCovariances> {};
 
