@@ -5,19 +5,15 @@ namespace merlane {
 FrmMain::FrmMain(Desk& d) : Form(d, "frmMain", "Tolvane") {
   mnuInterruptBayes.offeredWhileBusy = true;
   mnuInterruptML.offeredWhileBusy = true;
-  mnuCascade.onClick = [this] { Arrange(Arrangement::Cascade); };
-  mnuTileHorizontal.onClick = [this] { Arrange(Arrangement::TileHorizontal); };
-  mnuTileVertical.onClick = [this] { Arrange(Arrangement::TileVertical); };
-  mnuArrangeIcons.onClick = [this] { Arrange(Arrangement::Icons); };
+  mnuCascade.onClick = [this] { onArrange(Arrangement::Cascade); };
+  mnuTileHorizontal.onClick = [this] { onArrange(Arrangement::TileHorizontal); };
+  mnuTileVertical.onClick = [this] { onArrange(Arrangement::TileVertical); };
+  mnuArrangeIcons.onClick = [this] { onArrange(Arrangement::Icons); };
 }
 
 bool FrmMain::OnCloseRequest() {
   if (onClose) onClose();
   return false;
-}
-
-void FrmMain::Arrange(Arrangement arrangement) const {
-  if (onArrange) onArrange(arrangement);
 }
 
 }  // namespace merlane

@@ -46,15 +46,12 @@ class FrmMain : public Form {
   StatusBar stbMain5{*this, "stbMain5", 4};  // "status panel n" of a calculation is panel n of this bar
 
   /// Lays out the child windows; the desktop brings the layout, elsewhere nothing happens.
-  std::function<void(Arrangement)> onArrange;
+  std::function<void(Arrangement)> onArrange = [](Arrangement) {};
   /// The quit dialogue, asked before the window closes by its frame; it ends the program or returns.
   std::function<void()> onClose;
 
  protected:
   bool OnCloseRequest() override;
-
- private:
-  void Arrange(Arrangement arrangement) const;
 };
 
 }  // namespace merlane

@@ -83,6 +83,11 @@ void Program::Covariance() {
   EndLongCommand();
 }
 
+void Program::Bayesian() {
+  frmMenu.CloseTheThree();
+  frmLoadPriors.Open(frmMenu.name);
+}
+
 void Program::UserSummary() {
   const bool simulating = state.flags.SimulationMode;
   if (!(simulating ? model.simulate : model.writeResults)) {

@@ -9,12 +9,10 @@ struct NotYet {
 };
 
 namespace not_yet {
-inline constexpr NotYet Priors{
-    "Set Bayesian priors",
-    "This version of the program cannot set or load prior distributions.  All parameters keep the unbounded uniform "
-    "prior, and estimates rest on the data alone."};
-inline constexpr NotYet SavePriors{"Save Bayesian priors",
-                                   "This version of the program cannot save prior distributions in a file."};
+inline constexpr NotYet PriorProfile{"Profile prior distributions",
+                                     "This version of the program cannot plot prior distributions.  How far estimates "
+                                     "lie from the most likely values of "
+                                     "their priors is told in the review behind '1 Function call'."};
 inline constexpr NotYet Evaluations{
     "Evaluate parameter estimates",
     "This version of the program calculates neither likelihood profiles nor posterior distributions.  Standard errors "

@@ -20,6 +20,10 @@ Program::Program(const Host& host)
       frmDefaults(desk),
       frmWisdom(desk),
       frmCredits(desk),
+      priorsCommands(desk, state, frmMain, priors),
+      frmSetPriors(desk, state, objective, frmMain, priors, priorsCommands),
+      frmLoadPriors(desk, state, frmMain, priors, priorsCommands, frmSetPriors),
+      frmReviewPriors(desk),
       frmSimplex(desk, frmMain, state, objective, simplex, log, profile),
       frmMarquardt(desk, frmMain, state, objective, log, profile),
       frmCovData(desk),
@@ -49,7 +53,7 @@ void Program::WireMenu() {
   frmMenu.cmdSimplex.onClick = [this] { Simplex(); };
   frmMenu.cmdMarquardt.onClick = [this] { Marquardt(); };
   frmMenu.cmdCovariance.onClick = [this] { Covariance(); };
-  frmMenu.cmdBayesian.onClick = [this] { TellNotYet(not_yet::Priors); };
+  frmMenu.cmdBayesian.onClick = [this] { Bayesian(); };
   frmMenu.cmdParEstimate.onClick = [this] { TellNotYet(not_yet::Evaluations); };
   frmMenu.cmdUserSummary.onClick = [this] { UserSummary(); };
   frmMenu.cmdRank.onClick = [this] { TellNotYet(not_yet::Ranking); };
@@ -70,6 +74,11 @@ void Program::WireMenuBar() {
 void Program::WireForms() {
   frmInitialize.onDone = [this] { BeginRun(); };
   frmAlgo.onExit = [this] { Quit(); };
+  frmSetPriors.quit = [this] { Quit(); };
+  frmSetPriors.profile = [this] { TellNotYet(not_yet::PriorProfile); };
+  frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
+    frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
+  };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
   log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };

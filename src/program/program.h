@@ -24,6 +24,11 @@
 #include "model/frm_xls_worksheets.h"
 #include "model/merlane_model.h"
 #include "priors/distributions.h"
+#include "priors/frm_load_priors.h"
+#include "priors/frm_review_priors.h"
+#include "priors/frm_set_priors.h"
+#include "priors/prior_review.h"
+#include "priors/priors_commands.h"
 #include "program/fit.h"
 #include "program/not_yet.h"
 #include "uncertainty/covariance_dialogue.h"
@@ -65,6 +70,11 @@ class Program {
   FrmWisdom frmWisdom;
   FrmCredits frmCredits;
 
+  PriorsCommands priorsCommands;
+  FrmSetPriors frmSetPriors;
+  FrmLoadPriors frmLoadPriors;
+  FrmReviewPriors frmReviewPriors;
+
   SimplexState simplex;
   ProfileRun profile;
   FrmSimplex frmSimplex;
@@ -88,6 +98,7 @@ class Program {
   void Simplex();
   void Marquardt();
   void Covariance();
+  void Bayesian();
   void UserSummary();
   /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns.
   void Quit();

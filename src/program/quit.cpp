@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "program/program.h"
 
 namespace merlane {
@@ -8,10 +6,10 @@ void Program::Quit() {
   if (desk.Ask("Exit Tolvane", "Do you want to quit Tolvane?", style::YesNoQuestionDefaultNo) != Answer::Yes) return;
   if (desk.Ask("What about algorithm data?", "Save algorithm data?", style::YesNoQuestion) == Answer::Yes)
     algorithmCommands.Save_Alg();
-  if (std::ranges::all_of(priors.PriorCode, [](const std::string& code) { return code == "U"; }))
+  if (!priors.AnySet())
     frmMain.ShowPriorsFile("");
   else if (desk.Ask("What about Bayesian priors?", "Save Bayesian priors?", style::YesNoQuestion) == Answer::Yes)
-    TellNotYet(not_yet::SavePriors);
+    priorsCommands.SavePriors();
   log.Close();
   throw EndProgram{};
 }

@@ -77,6 +77,22 @@ struct Analysis {
     LoadAlg(Golden(name + ".alg"));
   }
 
+  /// Opens a priors file from the menu and closes the editor, with the constant that the model proposes.
+  void LoadPriors(const std::string& path) {
+    ASSERT_TRUE(desk.Press(menu.cmdBayesian));
+    windows.File(path, "Load Bayesian Priors file");
+    ASSERT_TRUE(desk.Press(program.frmLoadPriors.cmdOpen));
+    windows.No("Save Bayesian priors");
+    windows.Enter("0.5", "Enter constant");
+    ASSERT_TRUE(desk.Press(program.frmSetPriors.mnuFinished));
+  }
+
+  /// Opens the chooser of the priors and leaves it again.
+  void OpenAndCancelPriors() {
+    ASSERT_TRUE(desk.Press(menu.cmdBayesian));
+    ASSERT_TRUE(desk.Press(program.frmLoadPriors.cmdCancel));
+  }
+
   /// One function call, its window closed again.
   void OneFunction() {
     ASSERT_TRUE(desk.Press(menu.cmdOneFunction));

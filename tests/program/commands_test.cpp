@@ -11,6 +11,7 @@ using test::Analysis;
 using test::Golden;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 struct CommandsTest : ::testing::Test, Analysis {};
 
@@ -135,6 +136,39 @@ TEST_F(CommandsTest, CovariancesCanBeViewedAgainWithoutACalculation) {
   desk.Close(program.frmCovDisplay);
   EXPECT_EQ(Usable().size(), 13U);
   EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+// ---- Priors
+
+TEST_F(CommandsTest, PriorsHideTheMenuUntilTheyAreDone) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdBayesian);
+  EXPECT_TRUE(program.frmLoadPriors.Visible());
+  EXPECT_THAT(Usable(), IsEmpty());
+  desk.Press(program.frmLoadPriors.cmdCancel);
+  EXPECT_EQ(Usable().size(), 13U);
+  EXPECT_FALSE(state.flags.BayesOn);
+}
+
+TEST_F(CommandsTest, FirstPriorsFileCountsOnlyAfterTheChooserWasOpenedOnceMore) {
+  Ready("juveniles_only");
+  LoadPriors(Golden("priors.pri"));
+  EXPECT_FALSE(state.flags.BayesOn);
+  OpenAndCancelPriors();
+  EXPECT_TRUE(state.flags.BayesOn);
+  EXPECT_EQ(state.flags.ObjectiveConstant, 2);
+  EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: priors");
+}
+
+TEST_F(CommandsTest, InitialisationForgetsThePriors) {
+  Ready("juveniles_only");
+  LoadPriors(Golden("priors.pri"));
+  OpenAndCancelPriors();
+  windows.No("Initialize");
+  Initialize({.path = Golden("eggs_only.dat")});
+  EXPECT_FALSE(state.flags.BayesOn || program.priors.AnySet());
+  EXPECT_EQ(state.flags.PriorFileName, "");
+  EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: ");
 }
 
 // ---- Results and simulation

@@ -88,6 +88,19 @@ TEST_P(OneCallTest, FollowsTheGoldenFigures) {
 INSTANTIATE_TEST_SUITE_P(Golden, OneCallTest, ::testing::ValuesIn(GoldenCases()),
                          [](const auto& tested) { return tested.param.name; });
 
+TEST(GoldenPriorsTest, OneCallHoldsThePriorTerm) {
+  Analysis analysis;
+  const json golden = ReadJson("priors.json");
+  analysis.Initialize({.path = Golden(golden["data"])});
+  analysis.LoadAlg(Golden("priors.alg"));
+  analysis.LoadPriors(Golden("priors.pri"));
+  analysis.OpenAndCancelPriors();  // only now the priors count
+  ASSERT_TRUE(analysis.desk.Press(analysis.menu.cmdOneFunction));
+  EXPECT_EQ(analysis.program.fit.objective, golden["F"].get<double>());
+  EXPECT_EQ(analysis.program.priors.PriorTotal, golden["PriorTotal"].get<double>());
+  EXPECT_TRUE(analysis.program.frmReviewPriors.Visible());
+}
+
 // ---- Minimisations
 
 /// A golden minimisation, as it is begun from the menu.

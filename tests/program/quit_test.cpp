@@ -97,6 +97,19 @@ TEST_F(QuitTest, PriorsAreAskedForWhenThereAreAny) {
   EXPECT_EQ(windows.exitStatus, 0);
 }
 
+TEST_F(QuitTest, PriorsAreSavedOnTheWay) {
+  const test::Folder folder("quit_priors");
+  Ready("juveniles_only");
+  LoadPriors(Golden("priors.pri"));
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.Yes("What about Bayesian priors?");
+  windows.File(folder / "kept.pri", "Save Bayesian priors file in...");
+  desk.Press(menu.cmdQuit);
+  EXPECT_THAT(windows.writes, ElementsAre(folder / "kept.pri"));
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
 TEST_F(QuitTest, LogIsClosed) {
   const test::Folder folder("quit_log");
   program.log.Open(folder / "minimize.tvl");

@@ -185,7 +185,7 @@ TEST_F(StatesTest, CommandsThatAreNotThereSaySoAndDoNothingElse) {
   Ready("juveniles_only");
   const auto before = Usable();
   std::vector<std::string> texts;
-  for (Button* button : {&menu.cmdBayesian, &menu.cmdParEstimate, &menu.cmdRank, &menu.cmdUserSummary}) {
+  for (Button* button : {&menu.cmdParEstimate, &menu.cmdRank, &menu.cmdUserSummary}) {
     EXPECT_TRUE(desk.Press(*button));
     texts.push_back(windows.LastText());
     EXPECT_EQ(Usable(), before);
