@@ -102,7 +102,8 @@ void FormWindow::FindPlace(QMdiArea& area) {
 }
 
 QSize FormWindow::SizeWithin(const QSize& room) const {
-  return sizeHint().expandedTo(preferredSize_).boundedTo(room).expandedTo(minimumSizeHint());
+  const QSize title(fontMetrics().horizontalAdvance(windowTitle()) + 160, 0);
+  return sizeHint().expandedTo(preferredSize_).expandedTo(title).boundedTo(room).expandedTo(minimumSizeHint());
 }
 
 void FormWindow::Leave() {

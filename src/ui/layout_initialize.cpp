@@ -17,11 +17,10 @@ QGroupBox* Data(Layouter& layouter) {
   auto* const content = new QVBoxLayout;
   content->setSpacing(9);
   content->addLayout(layouter.Row({"lblReadOrSimulate", "optRead", "optSimulate"}));
-  auto* const file = new QHBoxLayout;
-  if (QWidget* const label = layouter.Take("lblDataInput")) file->addWidget(label);
-  if (QWidget* const path = layouter.Take("txtDataInput")) file->addWidget(path, 1);
+  auto* const file = layouter.Row({"lblDataInput"});
   if (QWidget* const choose = layouter.Take("cmdLoadData")) file->addWidget(choose);
   content->addLayout(file);
+  if (QWidget* const path = layouter.Take("txtDataInput")) content->addWidget(path);
   content->addLayout(layouter.Row({"lblStartYear", "cboStartYear", "lblEndYear", "cboEndYear"}));
   content->addLayout(layouter.Row({"lblBroodCovs", "cboBroodCovs"}));
   content->addLayout(layouter.Row({"lblFormat", "cboFormat"}));

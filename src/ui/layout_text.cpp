@@ -46,4 +46,9 @@ void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
   layouter.PreferText(96, 30);
 }
 
+void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
+  if (QWidget* const abort = layouter.Take("cmdAbort")) column.addWidget(abort, 1, Qt::AlignCenter);
+  layouter.PreferText(44, 1);
+}
+
 }  // namespace merlane

@@ -50,6 +50,7 @@ void LayOut(FormWindow& window);
 void LayOutMenu(Layouter& layouter, QVBoxLayout& column);
 void LayOutInitialize(Layouter& layouter, QVBoxLayout& column);
 void LayOutText(Layouter& layouter, QVBoxLayout& column);
+void LayOutAbort(Layouter& layouter, QVBoxLayout& column);
 void LayOutPage(Layouter& layouter, QVBoxLayout& column);
 void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column);
 void LayOutEditValues(Layouter& layouter, QVBoxLayout& column);

@@ -187,7 +187,7 @@ TEST_F(BinderTest, RefusedActionPutsTheWidgetRightAgain) {
 QLineEdit* EntryBox(const QTableView& table) { return table.viewport()->findChild<QLineEdit*>("txtValue"); }
 
 TEST_F(BinderTest, CellIsEditedByDoubleClickAndEnterMovesDown) {
-  hand.DoubleClick("frmDemo", "grdCells", 1, 1);
+  hand.DoubleClickCell("frmDemo", "grdCells", 2, 1);
   auto* const table = hand.Find<QTableView>("frmDemo", "grdCells");
   QLineEdit* const entry = EntryBox(*table);
   ASSERT_NE(entry, nullptr);
@@ -210,7 +210,7 @@ TEST_F(BinderTest, TypingInATypedColumnStartsTheEntryWithThatCharacter) {
 }
 
 TEST_F(BinderTest, EscapeGivesAnEntryUp) {
-  hand.DoubleClick("frmDemo", "grdCells", 0, 1);
+  hand.DoubleClickCell("frmDemo", "grdCells", 1, 1);
   auto* const table = hand.Find<QTableView>("frmDemo", "grdCells");
   QTest::keyClicks(EntryBox(*table), "99");
   QTest::keyClick(EntryBox(*table), Qt::Key_Escape);
@@ -219,14 +219,14 @@ TEST_F(BinderTest, EscapeGivesAnEntryUp) {
 }
 
 TEST_F(BinderTest, EntryIsCommittedWhenAnotherControlIsUsed) {
-  hand.DoubleClick("frmDemo", "grdCells", 0, 1);
+  hand.DoubleClickCell("frmDemo", "grdCells", 1, 1);
   QTest::keyClicks(EntryBox(*hand.Find<QTableView>("frmDemo", "grdCells")), "3");
   hand.Press("frmDemo", "cmdGo");
   EXPECT_THAT(demo.log, ElementsAre("double 1 1", "entry 1 1 3", "press"));
 }
 
 TEST_F(BinderTest, OtherColumnsAreDoubleClickedButNotTyped) {
-  hand.DoubleClick("frmDemo", "grdCells", 0, 2);
+  hand.DoubleClickCell("frmDemo", "grdCells", 1, 2);
   EXPECT_EQ(EntryBox(*hand.Find<QTableView>("frmDemo", "grdCells")), nullptr);
   EXPECT_THAT(demo.log, ElementsAre("double 1 2"));
 }

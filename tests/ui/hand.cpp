@@ -27,7 +27,10 @@ void Hand::LookForDialog() {
   const std::string title = dialog->windowTitle().toStdString();
   titles.push_back(title);
   if (!album.empty()) Grab(*dialog, std::to_string(titles.size()) + "_" + dialog->objectName().toStdString());
-  if (expected_.empty()) {
+  if (expected_.empty() && answers) {
+    handling_ = false;
+    answers(*qobject_cast<QDialog*>(dialog));
+  } else if (expected_.empty()) {
     ADD_FAILURE() << "a dialog that nobody expected: " << title << ": "
                   << (qobject_cast<QMessageBox*>(dialog) != nullptr
                           ? (qobject_cast<QMessageBox*>(dialog)->text() + " " +
@@ -103,11 +106,37 @@ void Hand::Type(const std::string& form, const std::string& control, const std::
   Settle();
 }
 
-void Hand::DoubleClick(const std::string& form, const std::string& grid, int row, int column) {
-  auto* const table = Find<QTableView>(form, grid);
-  const QRect cell = table->visualRect(table->model()->index(row, column));
-  QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell.center());
-  QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, cell.center());
+namespace {
+
+/// Where a cell or a heading is, and the widget that takes the mouse there.
+std::pair<QWidget*, QPoint> PlaceOf(QTableView& table, int row, int column) {
+  QHeaderView& header = *table.horizontalHeader();
+  if (row == 0) return {header.viewport(), {header.sectionViewportPosition(column) + 20, header.height() / 2}};
+  const QModelIndex cell = table.model()->index(row - 1, column);
+  table.scrollTo(cell);
+  return {table.viewport(), table.visualRect(cell).center()};
+}
+
+}  // namespace
+
+void Hand::ClickCell(const std::string& form, const std::string& grid, int row, int column) {
+  const auto [widget, at] = PlaceOf(*Find<QTableView>(form, grid), row, column);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, at);
+  Settle();
+}
+
+void Hand::DoubleClickCell(const std::string& form, const std::string& grid, int row, int column) {
+  const auto [widget, at] = PlaceOf(*Find<QTableView>(form, grid), row, column);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, at);
+  QTest::mouseDClick(widget, Qt::LeftButton, {}, at);
+  Settle();
+}
+
+void Hand::DoubleClickSelected(const std::string& form, const std::string& list) {
+  auto* const view = Find<QAbstractItemView>(form, list);
+  const QPoint at = view->visualRect(view->currentIndex()).center();
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at);
+  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
   Settle();
 }
 
@@ -129,48 +158,51 @@ void Hand::Expect(std::function<void(QWidget&)> action, const std::string& title
   expected_.push_back({std::move(action), title});
 }
 
+void Hand::Click(QWidget& dialog, QMessageBox::StandardButton button) {
+  auto* const box = qobject_cast<QMessageBox*>(&dialog);
+  ASSERT_NE(box, nullptr) << dialog.windowTitle().toStdString();
+  ASSERT_NE(box->button(button), nullptr) << box->text().toStdString();
+  QTest::mouseClick(box->button(button), Qt::LeftButton);
+}
+
+void Hand::TypeLine(QWidget& dialog, const std::string& text) {
+  auto* const entry = dialog.findChild<QLineEdit*>("entry");
+  ASSERT_NE(entry, nullptr) << dialog.windowTitle().toStdString();
+  QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(entry, Qt::Key_Delete);
+  QTest::keyClicks(entry, QString::fromStdString(text));
+  QTest::keyClick(entry, Qt::Key_Return);
+}
+
+void Hand::NameFile(QWidget& dialog, const std::string& path) {
+  auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+  ASSERT_NE(name, nullptr) << dialog.windowTitle().toStdString();
+  name->setText(QString::fromStdString(path));  // keys would be completed
+  auto* const buttons = dialog.findChild<QDialogButtonBox*>("buttonBox");
+  for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Save})
+    if (QPushButton* const button = buttons->button(which)) QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void Hand::Dismiss(QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }
+
 void Hand::Answer(QMessageBox::StandardButton button, const std::string& title) {
-  Expect(
-      [button](QWidget& dialog) {
-        auto* const box = qobject_cast<QMessageBox*>(&dialog);
-        ASSERT_NE(box, nullptr) << dialog.windowTitle().toStdString();
-        ASSERT_NE(box->button(button), nullptr) << box->text().toStdString();
-        QTest::mouseClick(box->button(button), Qt::LeftButton);
-      },
-      title);
+  Expect([this, button](QWidget& dialog) { Click(dialog, button); }, title);
 }
 
 void Hand::Enter(const std::string& text, const std::string& title) {
-  Expect(
-      [text](QWidget& dialog) {
-        auto* const entry = dialog.findChild<QLineEdit*>("entry");
-        ASSERT_NE(entry, nullptr) << dialog.windowTitle().toStdString();
-        QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(entry, QString::fromStdString(text));
-        QTest::keyClick(entry, Qt::Key_Return);
-      },
-      title);
+  Expect([this, text](QWidget& dialog) { TypeLine(dialog, text); }, title);
 }
 
 void Hand::CancelEntry(const std::string& title) {
-  Expect([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, title);
+  Expect([this](QWidget& dialog) { Dismiss(dialog); }, title);
 }
 
 void Hand::ChooseFile(const std::string& path, const std::string& title) {
-  Expect(
-      [path](QWidget& dialog) {
-        auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
-        ASSERT_NE(name, nullptr) << dialog.windowTitle().toStdString();
-        name->setText(QString::fromStdString(path));  // keys would be completed
-        auto* const buttons = dialog.findChild<QDialogButtonBox*>("buttonBox");
-        for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Save})
-          if (QPushButton* const button = buttons->button(which)) QTest::mouseClick(button, Qt::LeftButton);
-      },
-      title);
+  Expect([this, path](QWidget& dialog) { NameFile(dialog, path); }, title);
 }
 
 void Hand::CancelFile(const std::string& title) {
-  Expect([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, title);
+  Expect([this](QWidget& dialog) { Dismiss(dialog); }, title);
 }
 
 void Hand::Grab(QWidget& window, const std::string& picture) {

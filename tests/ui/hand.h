@@ -32,9 +32,18 @@ class Hand {
   /// Chooses an entry by clicking through the menus.
   void Choose(const std::string& form, const std::string& entry);
   void Type(const std::string& form, const std::string& control, const std::string& text);
-  void DoubleClick(const std::string& form, const std::string& grid, int row, int column);
+  /// Cells of a table count as those of its grid: row 0 is the heading.
+  void ClickCell(const std::string& form, const std::string& grid, int row, int column);
+  void DoubleClickCell(const std::string& form, const std::string& grid, int row, int column);
+  void DoubleClickSelected(const std::string& form, const std::string& list);
   void Key(const std::string& form, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   void CloseFrame(const std::string& form);
+
+  // At a dialog that is open.
+  void Click(QWidget& dialog, QMessageBox::StandardButton button);
+  void TypeLine(QWidget& dialog, const std::string& text);
+  void NameFile(QWidget& dialog, const std::string& path);
+  void Dismiss(QWidget& dialog);
 
   // At the dialogs to come.
   void Answer(QMessageBox::StandardButton button, const std::string& title = "");
@@ -43,6 +52,8 @@ class Hand {
   void ChooseFile(const std::string& path, const std::string& title = "");
   void CancelFile(const std::string& title = "");
   void Expect(std::function<void(QWidget& dialog)> action, const std::string& title);
+  /// Answers the dialogs that nothing was prepared for.
+  std::function<void(QDialog& dialog)> answers;
   /// True when every expected dialog has appeared.
   bool Done() const { return expected_.empty(); }
   std::vector<std::string> titles;  // of the dialogs seen

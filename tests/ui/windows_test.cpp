@@ -1,39 +1,14 @@
 // The windows of the program itself.
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <set>
 
-#include "platform/freexl_workbooks.h"
-#include "program/program.h"
-#include "ui/form_window.h"
-#include "ui/hand.h"
-#include "ui/main_window.h"
-#include "ui/qt_host.h"
+#include "ui/desktop.h"
 
 namespace merlane {
 namespace {
 
-/// The program on the desktop, as its main makes it.
-struct Desktop {
-  SystemClock clock;
-  RandomStreams random{clock};
-  FreexlWorkbooks workbooks;
-  QtHost host;
-  Program program{{host, clock, random, workbooks}};
-  Windows windows{program.desk};
-  test::Hand hand{windows};
-
-  Desktop() {
-    hand.album = MERLANE_BUILD_DIR "/screenshots";
-    host.Use(&windows);
-    program.Start();
-    windows.Sync();
-    windows.Main()->resize(1280, 690);  // of a screen of 1280 x 720
-    QCoreApplication::processEvents();
-  }
-  ~Desktop() { host.Use(nullptr); }
-};
+using test::Desktop;
 
 /// Forms whose load begins a command of its own are opened by that command alone.
 void ShowEvery(Desktop& desktop, const std::function<void(Form&, QWidget&)>& look) {

@@ -1,0 +1,197 @@
+#include "ui/batch_player.h"
+
+#include "batch/exports.h"
+#include "platform/files.h"
+
+namespace merlane::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool OffersOkAlone(const QDialog& dialog) {
+  const auto* const box = qobject_cast<const QMessageBox*>(&dialog);
+  return box != nullptr && box->standardButtons() == QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton ButtonOf(merlane::Answer answer) {
+  switch (answer) {
+    case merlane::Answer::Yes:
+      return QMessageBox::Yes;
+    case merlane::Answer::No:
+      return QMessageBox::No;
+    case merlane::Answer::Cancel:
+      return QMessageBox::Cancel;
+    case merlane::Answer::Ok:
+      break;
+  }
+  return QMessageBox::Ok;
+}
+
+}  // namespace
+
+BatchPlayer::BatchPlayer(Desktop& desktop, std::string readingFolder, std::string writingFolder)
+    : desktop_(desktop), reading_(std::move(readingFolder)), writing_(std::move(writingFolder)) {
+  desktop_.hand.answers = [this](QDialog& dialog) { Answer(dialog); };
+}
+
+void BatchPlayer::Play(const std::string& batch) {
+  lines_ = ParseBatch(batch);
+  next_ = 0;
+  // The timer looks again and again, in whatever loop of events the program is at the time; each step has a timer of
+  // its own, so that a step may wait for the next.
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, &timer, [this] {
+    if (stepping_ || next_ == lines_.size() || QApplication::activeModalWidget() != nullptr) return;
+    if (desktop_.program.desk.Busy()) return;
+    stepping_ = true;
+    QTimer::singleShot(0ms, [this] { Step(); });
+  });
+  timer.start(1ms);
+  const QDeadlineTimer patience(120s);
+  while ((next_ < lines_.size() || acting_ > 0) && !patience.hasExpired() && !testing::Test::HasFatalFailure())
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_EQ(next_, lines_.size()) << "stopped before: " << (next_ < lines_.size() ? lines_[next_].source : "");
+}
+
+void BatchPlayer::Step() {
+  stepping_ = false;
+  if (next_ == lines_.size() || desktop_.program.desk.Busy() || QApplication::activeModalWidget() != nullptr) return;
+  const BatchLine& line = lines_[next_++];
+  SCOPED_TRACE(line.source);
+  ++acting_;
+  Act(line);
+  --acting_;
+  if (!pictures.empty()) desktop_.hand.Grab(*desktop_.windows.Main(), pictures + "_" + std::to_string(line.number));
+}
+
+void BatchPlayer::Answer(QDialog& dialog) {
+  const bool okAlone = OffersOkAlone(dialog);
+  const bool answered = next_ < lines_.size() && IsAnswer(lines_[next_]) &&
+                        (!okAlone || (lines_[next_].verb == Verb::Reply && lines_[next_].answer == Answer::Ok));
+  if (!answered) {
+    EXPECT_TRUE(okAlone) << "no answer to " << dialog.windowTitle().toStdString();
+    okAlone ? dialog.accept() : dialog.reject();
+    return;
+  }
+  const BatchLine& line = lines_[next_++];
+  EXPECT_EQ(dialog.windowTitle().toStdString(), line.title.value_or(dialog.windowTitle().toStdString()));
+  Hand& hand = desktop_.hand;
+  switch (line.verb) {
+    case Verb::Reply:
+      return hand.Click(dialog, ButtonOf(line.answer));
+    case Verb::Enter:
+      return line.text ? hand.TypeLine(dialog, *line.text) : hand.Dismiss(dialog);
+    default:
+      break;
+  }
+  if (!line.text) return hand.Dismiss(dialog);
+  const auto* const files = qobject_cast<QFileDialog*>(&dialog);
+  ASSERT_NE(files, nullptr) << dialog.windowTitle().toStdString();
+  hand.NameFile(dialog, InFolder(files->acceptMode() == QFileDialog::AcceptOpen ? reading_ : writing_, *line.text));
+}
+
+std::string BatchPlayer::InFolder(const std::string& folder, const std::string& path) const {
+  return (std::filesystem::path(folder) / path).string();
+}
+
+std::pair<std::string, std::string> BatchPlayer::Target(const BatchLine& line) const {
+  const std::size_t dot = line.target.find('.');
+  if (dot != std::string::npos) return {line.target.substr(0, dot), line.target.substr(dot + 1)};
+  for (const Form* form : desktop_.program.desk.Forms())
+    if (form->Loaded() && form->Find(line.target) != nullptr) return {form->name, line.target};
+  return {line.target, ""};
+}
+
+void BatchPlayer::Act(const BatchLine& line) {
+  const auto [form, control] = Target(line);
+  Hand& hand = desktop_.hand;
+  switch (line.verb) {
+    case Verb::Press:
+    case Verb::Choose:
+      return Press(form, control);
+    case Verb::Tick:
+    case Verb::Untick:
+      if (hand.Find<QCheckBox>(form, control)->isChecked() != (line.verb == Verb::Tick)) hand.Press(form, control);
+      return;
+    case Verb::Set:
+      return hand.Type(form, control, *line.text);
+    case Verb::Select:
+      return SelectRow(line, form, control);
+    case Verb::DoubleClick:
+      if (!line.row) return hand.DoubleClickSelected(form, control);
+      return hand.DoubleClickCell(form, control, *line.row, line.column);
+    case Verb::Click:
+      return hand.ClickCell(form, control, *line.row, line.column);
+    case Verb::Type:
+      return Type(line, form, control);
+    case Verb::Close:
+      return hand.CloseFrame(line.target);
+    case Verb::Interrupt:
+      return desktop_.host.ActAt(line.turn, [this, target = std::pair(form, control)] {
+        desktop_.windows.Sync();
+        desktop_.hand.Press(target.first, target.second);
+      });
+    case Verb::Seed:
+      return desktop_.random.SetSeed(line.seed);
+    case Verb::Clock:
+      return desktop_.clock.StandAt(line.time);
+    case Verb::SaveText:
+      return SaveText(line, form, control);
+    case Verb::Export:
+      if (line.target == "parameters")
+        Write(*line.text, ParametersCsv(desktop_.program.state.algorithm));
+      else if (line.target == "visits")
+        Write(*line.text, VisitsCsv(desktop_.program.model.data, desktop_.program.model.likelihood.best));
+      return;
+    case Verb::Show:
+    case Verb::SavePlot:
+      return;  // of the forms, not of the windows
+    default:
+      FAIL() << "an answer without a question: " << line.source;
+  }
+}
+
+void BatchPlayer::Press(const std::string& form, const std::string& control) {
+  const Form* const owner = desktop_.program.desk.Find(form);
+  ASSERT_NE(owner, nullptr) << form;
+  if (dynamic_cast<const MenuEntry*>(owner->Find(control)) != nullptr) return desktop_.hand.Choose(form, control);
+  if (auto* const box = qobject_cast<QLineEdit*>(desktop_.hand.Find(form, control))) {
+    QTest::mouseClick(box, Qt::LeftButton);
+    return;
+  }
+  desktop_.hand.Press(form, control);
+}
+
+void BatchPlayer::Type(const BatchLine& line, const std::string& form, const std::string& control) {
+  desktop_.hand.DoubleClickCell(form, control, *line.row, line.column);
+  auto* const entry = desktop_.hand.Find<QLineEdit>(form, "txtValue");
+  ASSERT_NE(entry, nullptr);
+  QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(entry, Qt::Key_Delete);
+  QTest::keyClicks(entry, QString::fromStdString(*line.text));
+  QTest::keyClick(entry, Qt::Key_Return);
+}
+
+void BatchPlayer::SelectRow(const BatchLine& line, const std::string& form, const std::string& control) {
+  auto* const view = desktop_.hand.Find<QAbstractItemView>(form, control);
+  const QModelIndex item = view->model()->index(*line.row - 1, 0);
+  ASSERT_TRUE(item.isValid());
+  view->scrollTo(item);
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(item).center());
+}
+
+/// What the widget shows, with the line ends of the form's text.
+void BatchPlayer::SaveText(const BatchLine& line, const std::string& form, const std::string& control) {
+  desktop_.windows.Sync();
+  const auto* const pane = desktop_.hand.Find<QPlainTextEdit>(form, control);
+  ASSERT_TRUE(pane->isVisible());
+  const std::string& text = desktop_.program.desk.Find(form)->Find(control)->text;
+  const char* const lineEnd = text.find("\r\n") != std::string::npos ? "\r\n" : "\n";
+  Write(*line.text, pane->toPlainText().replace('\n', lineEnd).toStdString());
+}
+
+void BatchPlayer::Write(const std::string& path, const std::string& bytes) const {
+  WriteWholeFile(InFolder(writing_, path), bytes);
+}
+
+}  // namespace merlane::test
