@@ -4,7 +4,6 @@
 #include <string_view>
 
 #include "model/brood_data.h"
-#include "platform/random_streams.h"
 #include "platform/window_system.h"
 
 namespace merlane {
@@ -24,14 +23,5 @@ using MessageSink = std::function<void(const Message&)>;
 /// FatalDataError for too many visits or broods, a count that rises and an age that does not. RuntimeFailure for
 /// anything that cannot be read, naming line and columns.
 void ReadTextData(std::string_view bytes, bool bootstrap, BroodData& data, const MessageSink& tell);
-
-/// Replaces each covariate by its standard anomaly: its distance from the mean of all broods in (population) standard
-/// deviations. Missing values stay. RuntimeFailure for a covariate without values or without variation.
-void StandardiseCovariates(BroodData& data);
-
-/// Plans the visits of a simulated data set: in each year `broods` broods with one visit per day of age, hatch days and
-/// initial sizes drawn from the next random stream. Counts behind the first are left to the simulator. RuntimeFailure
-/// when a day is beyond the range of its field or the ages leave less than no visit.
-void PlanSimulation(BroodData& data, int broods, RandomStreams& random);
 
 }  // namespace merlane

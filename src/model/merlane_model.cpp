@@ -3,6 +3,8 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "model/catalogue.h"
+#include "model/simulation_plan.h"
+#include "model/standard_anomalies.h"
 #include "platform/files.h"
 
 namespace merlane {

@@ -12,6 +12,7 @@
 #include "model/data_text.h"
 #include "model/golden_case.h"
 #include "model/likelihood.h"
+#include "model/standard_anomalies.h"
 #include "platform/files.h"
 
 namespace merlane {

@@ -1,10 +1,11 @@
-// The counts of the reader over all known cases, and the plans of known simulations.
+// The counts of the reader over all known cases.
 
 #include <gmock/gmock.h>
 
 #include "base/runtime_failure.h"
 #include "model/data_text.h"
 #include "model/golden_case.h"
+#include "model/standard_anomalies.h"
 #include "platform/files.h"
 
 namespace merlane {
@@ -54,38 +55,6 @@ TEST_P(GoldenReader, FindsWhatIsKnownToStandInTheFile) {
     EXPECT_EQ(d.BroodsInYear[y], r["years"][y]["BroodsInYear"]);
     EXPECT_EQ(d.ClutchesInYear[y], r["years"][y]["ClutchesInYear"]);
     EXPECT_EQ(d.JuvBroodsInYear[y], r["years"][y]["JuvBroodsInYear"]);
-  }
-}
-
-TEST(GoldenPlan, HatchDaysAndInitialSizesAreThoseOfKnownSimulations) {
-  const nlohmann::json index = test::GoldenJson("results/index.json");
-  for (const auto& simulation : index["simulations"]) {
-    const nlohmann::json& settings = simulation["settings"];
-    BroodData plan;
-    plan.FirstYear = simulation["years"][0];
-    plan.LastYear = simulation["years"][1];
-    plan.simulator.MinInitSize = settings["min_size"];
-    plan.simulator.MaxInitSize = settings["max_size"];
-    plan.simulator.InitAge = settings["init_age"];
-    plan.simulator.FinalAge = settings["final_age"];
-    plan.simulator.MinHatchDay = settings["min_hatch"];
-    plan.simulator.MaxHatchDay = settings["max_hatch"];
-    SystemClock clock;
-    RandomStreams random(clock);
-    random.SetSeed(index["seed"]);
-    PlanSimulation(plan, settings["broods"], random);
-
-    test::Reading reading(plan.FirstYear, plan.LastYear);
-    const BroodData& known =
-        reading.Of(ReadWholeFile(test::GoldenPath("results/" + simulation["file"].get<std::string>()))).data;
-    EXPECT_EQ(plan.BroodCode, known.BroodCode);
-    EXPECT_EQ(plan.HatchDate, known.HatchDate);
-    for (std::size_t b = 0; b < known.FirstVisit.size(); ++b) {
-      const auto v = static_cast<std::size_t>(plan.FirstVisit[b]), w = static_cast<std::size_t>(known.FirstVisit[b]);
-      EXPECT_EQ(plan.VisitCount[v], known.VisitCount[w]) << b;
-      EXPECT_EQ(plan.VisitAge[v], known.VisitAge[w]) << b;
-      EXPECT_EQ(plan.VisitDate[v], known.VisitDate[w]) << b;
-    }
   }
 }
 

@@ -14,6 +14,7 @@
 #include "model/golden_case.h"
 #include "model/likelihood.h"
 #include "model/same_bits.h"
+#include "model/standard_anomalies.h"
 #include "plain_objective.h"
 #include "platform/files.h"
 
