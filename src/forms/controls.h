@@ -63,6 +63,7 @@ class Control {
 class Label : public Control {
  public:
   using Control::Control;
+  Colour fore = Colour::Default;
 };
 
 class Button : public Control {

@@ -1,0 +1,280 @@
+#include "inference/frm_rank.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "control/fuses.h"
+#include "control/objective_constant.h"
+#include "inference/averaging.h"
+#include "inference/multi_model_file.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+constexpr int OrderColumn = 0, CriterionColumn = 3, CovarianceColumn = 7, NotesColumn = 9, ColumnCount = 10;
+constexpr const char* Random = "Random";
+constexpr const char* Ranked = "Ranked";
+constexpr const char* Figure = "0.0000E+00";
+
+/// The row's position and the model's entry number, as in "   3)  12".
+std::string RowLabel(int position, int entry) {
+  return fmt::format("{}{}){}{}", position < 10 ? "   " : " ", position, entry < 10 ? "    " : "  ", entry);
+}
+
+}  // namespace
+
+FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, AlgorithmCommands& algorithm,
+                 FrmAlgo& editor, FrmLoadPriors& priors)
+    : Form(d, "frmRank", "Model selection, ranking and averaging"),
+      state_(state),
+      objective_(objective),
+      main_(main),
+      algorithm_(algorithm),
+      editor_(editor),
+      priors_(priors) {
+  grdRank.Resize(1, ColumnCount);
+  cmdAverage.enabled = false;
+  lblAverage.visible = txtAverage.visible = false;
+  cmdLoadAlg.toolTip = "Loads the algorithm data of the next competitor";
+  cmdEditAlg.toolTip = "Edits the algorithm data of the next competitor";
+  cmdSaveAlg.toolTip = "Saves the algorithm data as they stand";
+  cmdBayesian.toolTip = "Sets or loads the prior distributions of the next competitor";
+  cmdAICc.toolTip = "Adds the model of the present algorithm data to the table";
+  cmdQAICc.toolTip = "Corrects for overdispersion that the models do not explain";
+  cmdRank.toolTip =
+      "Ranks competing models in ascending order of their AICc values (Note: All AICc values must be positive)";
+  cmdAverage.toolTip =
+      "Averages parameter estimates and SEs over all models using their associated covariance file and according to "
+      "their AIC weight (Wt)";
+  cmdSaveRank.toolTip = "Saves the ranked table, and the averaging results if there are any";
+  cmdFinish.toolTip = "Goes back to the main menu";
+  cmdLoadAlg.onClick = [this] { LoadAlgorithm(); };
+  cmdEditAlg.onClick = [this] {
+    enabled = false;
+    editor_.OpenLocked(EditAllButLog, [this] { enabled = true; });
+  };
+  cmdSaveAlg.onClick = [this] { algorithm_.Save(AlgorithmForm::Ranking); };
+  cmdBayesian.onClick = [this] { OpenPriors(); };
+  cmdAICc.onClick = [this] { AddModel(); };
+  cmdQAICc.onClick = [this] { SetCHat(); };
+  cmdRank.onClick = [this] { RankModels(); };
+  cmdAverage.onClick = [this] { Average(); };
+  cmdSaveRank.onClick = [this] { Save(); };
+  cmdFinish.onClick = [this] { desk.Unload(*this); };
+  grdRank.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };
+}
+
+void FrmRank::OnLoad() {
+  ranking_ = Ranking{};
+  AveragedFlag = false;
+  txtCHat.fore = Colour::Green;
+  grdRank.Resize(1, ColumnCount);
+  SetOrderHeading(Random, Colour::Default);
+  NameColumns();
+  focus = &cmdAICc;
+}
+
+void FrmRank::OnUnload() {
+  if (grdRank.At(0, OrderColumn).text == Ranked &&
+      desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) ==
+          Answer::Yes)
+    Save();
+  main_.mnuApplication.enabled = true;
+  desk.Show("frmMenu");
+}
+
+void FrmRank::NameColumns() {
+  const bool q = ranking_.ByQAICc();
+  const char* names[] = {nullptr,
+                         "-ln[L]",
+                         "K",
+                         q ? "QAICc" : "AICc",
+                         q ? "dQAICc" : "dAICc",
+                         q ? "QAIC Wt" : "AIC Wt",
+                         "Algorithm file name",
+                         "Covariance file name",
+                         "Priors file name",
+                         "Notes:"};
+  for (int column = 1; column < ColumnCount; ++column) grdRank.At(0, column).text = names[column];
+}
+
+void FrmRank::SetOrderHeading(const char* text, Colour colour) {
+  grdRank.At(0, OrderColumn).text = text;
+  grdRank.At(0, OrderColumn).fore = colour;
+}
+
+void FrmRank::WriteRow(int position, const Competitor& model, int entry) {
+  const std::string cells[] = {RowLabel(position, entry),
+                               Format(model.RankNegLnL, Figure),
+                               std::to_string(model.RankK),
+                               Format(ranking_.Criterion(model), Figure),
+                               DefinedText(ranking_.Delta(model), Figure),
+                               DefinedText(ranking_.Weight(model), Figure),
+                               model.RankAlgFile,
+                               model.RankCovFile,
+                               model.RankPriFile,
+                               model.RankNotes};
+  for (int column = 0; column < ColumnCount; ++column)
+    grdRank.At(position, column) = {cells[column], Colour::Default, Colour::Default};
+}
+
+void FrmRank::WriteRows(const std::vector<Competitor>& models, bool byEntry) {
+  for (int position = 1; position <= ranking_.ModelCount(); ++position) {
+    const Competitor& model = models[static_cast<std::size_t>(position) - 1];
+    WriteRow(position, model, byEntry ? position : model.RankOrder);
+  }
+}
+
+void FrmRank::ForgetAveraging() {
+  AveragedFlag = false;
+  txtAverage.text.clear();
+  lblAverage.visible = txtAverage.visible = false;
+}
+
+std::string FrmRank::Readable(const Competitor& model, const std::string& file, const char* marker) const {
+  // A bare name lies beside the algorithm file.
+  return std::ifstream(std::filesystem::path(model.folder) / file).good() ? file : marker;
+}
+
+void FrmRank::LoadAlgorithm() {
+  if (algorithm_.LoadFile(*this)) algorithm_.ShowLoaded();
+}
+
+void FrmRank::OpenPriors() {
+  ForgetAveraging();
+  priors_.Open(name);
+}
+
+void FrmRank::AddModel() {
+  if (ranking_.ModelCount() == Ranking::MostModels) {
+    desk.Tell("Model limit reached", "Sorry, no more than 99 models can be ranked", style::Ok);
+    return;
+  }
+  Competitor& model = ranking_.Add();
+  const int position = ranking_.ModelCount();
+  grdRank.Resize(position + 1, ColumnCount);
+  main_.ShowProgress("One moment please while one function is executed...");
+  BuildFuseGroups(state_);
+  PackFree(state_);
+  const double F = objective_(state_.algorithm.Value, 1);
+  main_.ShowProgress("");
+  if (position == 1) {
+    desk.Hide(*this);
+    EnterObjectiveConstant(desk, main_, state_);
+    desk.Show(*this);
+  }
+  const std::string& path = state_.algorithm.AlgName;
+  if (path.find_last_of("/\\") == std::string::npos) return;
+  model.RankAlgFile = FileName(path);
+  model.folder = path.substr(0, path.size() - model.RankAlgFile.size());
+  const std::string bare =
+      model.RankAlgFile.substr(0, model.RankAlgFile.size() - std::min<std::size_t>(4, model.RankAlgFile.size()));
+  model.RankCovFile = Readable(model, bare + ".cov", NoCovarianceFile);
+  model.RankPriFile =
+      state_.flags.PriorFileName.empty() ? "No Priors loaded" : std::string(FileName(state_.flags.PriorFileName));
+  model.RankK =
+      static_cast<std::int16_t>(std::ranges::count_if(state_.algorithm.Step, [](double s) { return s != 0; }));
+  model.RankNegLnL = F / state_.flags.ObjectiveConstant;
+  ranking_.SetCriteria(model, state_.flags.SampleSize);
+  ranking_.VoidWeights();
+  WriteRows(ranking_.entered, false);
+  SetOrderHeading(Random, Colour::LightRed);
+  for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
+}
+
+void FrmRank::SetCHat() {
+  double cHat = 1;
+  do {
+    const std::string reply = desk.Input("Overdispersion correction",
+                                         "Input a value for C-hat (1 or greater) to correct for unexplained "
+                                         "overdispersion:",
+                                         Shortest(ranking_.CHat));
+    cHat = reply.empty() ? 1 : LenientNumber(reply);
+  } while (cHat < 1);
+  ranking_.CHat = cHat;
+  txtCHat.text = "C-hat: " + Format(cHat, "0.000");
+  txtCHat.fore = ranking_.ByQAICc() ? Colour::Blue : Colour::Green;
+  NameColumns();
+  ranking_.Recompute(state_.flags.SampleSize);
+  SetOrderHeading(Random, Colour::Default);
+  WriteRows(ranking_.entered, true);
+}
+
+void FrmRank::RankModels() {
+  ranking_.Rank();
+  SetOrderHeading(Ranked, ranking_.ByQAICc() ? Colour::Blue : Colour::Green);
+  WriteRows(ranking_.ranked, false);
+  cmdAverage.enabled =
+      ranking_.ModelCount() > 1 && std::ranges::all_of(ranking_.ranked, &Competitor::HasCovarianceFile);
+  ForgetAveraging();
+}
+
+void FrmRank::Average() {
+  if (!std::ranges::all_of(ranking_.ranked, &Competitor::HasCovarianceFile)) {
+    desk.Tell("Can't average models", "Sorry, the covariance file is missing for at least one ranked model", style::Ok);
+    cmdAverage.enabled = false;
+    return;
+  }
+  std::vector<CovarianceFile> files;
+  std::vector<double> weights;
+  for (const Competitor& model : ranking_.ranked) {
+    const std::filesystem::path path = std::filesystem::path(model.folder) / model.RankCovFile;
+    files.push_back(ReadCovarianceFile(ReadWholeFile(path.string()), state_.algorithm.NPAR, model.RankK));
+    weights.push_back(ranking_.Weight(model).value_or(0));
+  }
+  txtAverage.text = AveragingReport(AverageModels(files, weights, ranking_.CHat));
+  AveragedFlag = true;
+  lblAverage.visible = txtAverage.visible = true;
+}
+
+void FrmRank::DoubleClick(int row, int column) {
+  if (row < 1) return;
+  if (column == OrderColumn) DeleteModel(row);
+  if (column == CovarianceColumn) ChangeCovarianceFile(row);
+  if (column == NotesColumn) Annotate(row);
+}
+
+void FrmRank::DeleteModel(int position) {
+  ranking_.Delete(position);
+  for (int row = position; row < grdRank.Rows() - 1; ++row)
+    for (int column = 0; column < ColumnCount; ++column) grdRank.At(row, column) = grdRank.At(row + 1, column);
+  grdRank.Resize(ranking_.ModelCount() + 1, ColumnCount);
+  for (int row = 1; row < grdRank.Rows(); ++row)
+    for (const int column : {CriterionColumn + 1, CriterionColumn + 2}) grdRank.At(row, column).text = "undefined";
+  SetOrderHeading(Random, Colour::LightRed);
+  ForgetAveraging();
+  cmdAverage.enabled = false;
+}
+
+void FrmRank::ChangeCovarianceFile(int position) {
+  std::string& shown = grdRank.At(position, CovarianceColumn).text;
+  const std::string reply =
+      desk.Input("Choose an associated covariance file", "Please input the desired covariance file name", shown);
+  if (reply.empty()) return;
+  Competitor& entered = ranking_.entered[static_cast<std::size_t>(position) - 1];
+  shown = Readable(entered, reply, NoSuchFile);
+  entered.RankCovFile = ranking_.ranked[static_cast<std::size_t>(position) - 1].RankCovFile = shown;
+}
+
+void FrmRank::Annotate(int position) {
+  std::string& shown = grdRank.At(position, NotesColumn).text;
+  const std::string reply =
+      desk.Input("Model notes", "Enter your annotations concerning the selected model", "Add your notation here");
+  if (reply.empty()) return;
+  shown = reply;
+  ranking_.entered[static_cast<std::size_t>(position) - 1].RankNotes = shown;
+  ranking_.ranked[static_cast<std::size_t>(position) - 1].RankNotes = shown;
+}
+
+void FrmRank::Save() {
+  auto path = desk.AskFile({FileRequest::Kind::Save, "Save model ranking results in...",
+                            "All files (*.*)|*.*|Multi-model statistics files (*.mms)|*.mms", 2,
+                            ClockName(desk.host.clock) + ".mms"});
+  if (!path) return;
+  desk.Write(*path, MultiModelText(ranking_, AveragedFlag ? txtAverage.text : ""));
+}
+
+}  // namespace merlane

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "control/algorithm_commands.h"
+#include "control/frm_algo.h"
+#include "control/objective.h"
+#include "inference/ranking.h"
+#include "priors/frm_load_priors.h"
+
+namespace merlane {
+
+/// Collects competing models of the same data, ranks them by an information criterion and averages their estimates.
+class FrmRank : public Form {
+ public:
+  FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, AlgorithmCommands& algorithm, FrmAlgo& editor,
+          FrmLoadPriors& priors);
+
+  Label lblAdd{*this, "lblAdd", "Add competitors by sequentially loading or editing their associated algorithm files:"};
+  Button cmdLoadAlg{*this, "cmdLoadAlg", "&Load Algorithm Data"};
+  Button cmdEditAlg{*this, "cmdEditAlg", "&Edit Algorithm Data"};
+  Button cmdSaveAlg{*this, "cmdSaveAlg", "&Save Algorithm Data"};
+  Button cmdBayesian{*this, "cmdBayesian", "Set &Bayesian priors"};
+  Button cmdAICc{*this, "cmdAICc", "Calculate model AICc"};
+  Button cmdQAICc{*this, "cmdQAICc", "Calculate QAICc"};
+  Label txtCHat{*this, "txtCHat", "C-hat: 1.000"};
+  Button cmdRank{*this, "cmdRank", "&Rank competing models"};
+  Button cmdAverage{*this, "cmdAverage", "&Average across models"};
+  Button cmdSaveRank{*this, "cmdSaveRank", "&Save ranking and averaging results"};
+  Button cmdFinish{*this, "cmdFinish", "&Finish"};
+  Grid grdRank{*this, "grdRank"};
+  Label lblDelete{*this, "lblDelete", "Double-click a selected model's 'Ramdom/Ranked' cell to delete that model"};
+  Label lblCovariance{*this, "lblCovariance",
+                      "Double-click a selected model's 'Covariance file name' cell to change the covariance file"};
+  Label lblNotes{*this, "lblNotes", "Double-click a selected model's 'Notes' cell to annotate that model"};
+  Label lblAverage{*this, "lblAverage", "Averaging results >"};
+  Pane txtAverage{*this, "txtAverage"};
+
+  bool AveragedFlag = false;  // the pane holds averaging results
+
+  const Ranking& Models() const { return ranking_; }
+
+ protected:
+  void OnLoad() override;
+  void OnUnload() override;
+
+ private:
+  void AddModel();
+  void SetCHat();
+  void RankModels();
+  void Average();
+  void Save();
+  void OpenPriors();
+  void LoadAlgorithm();
+
+  void DoubleClick(int row, int column);
+  void DeleteModel(int position);
+  void ChangeCovarianceFile(int position);
+  void Annotate(int position);
+
+  void NameColumns();
+  void SetOrderHeading(const char* text, Colour colour);
+  void WriteRow(int position, const Competitor& model, int entry);
+  void WriteRows(const std::vector<Competitor>& models, bool byEntry);
+  void ForgetAveraging();
+  /// The name itself if that file can be read, else the marker.
+  std::string Readable(const Competitor& model, const std::string& file, const char* marker) const;
+
+  RunState& state_;
+  Objective& objective_;
+  FrmMain& main_;
+  AlgorithmCommands& algorithm_;
+  FrmAlgo& editor_;
+  FrmLoadPriors& priors_;
+  Ranking ranking_;
+};
+
+}  // namespace merlane

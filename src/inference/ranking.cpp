@@ -1,0 +1,103 @@
+#include "inference/ranking.h"
+
+#include <utility>
+
+#include "base/arithmetic.h"
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+void Void(Competitor& model) {
+  model.RankDeltaAICc = model.RankAICWt = model.RankDeltaQAICc = model.RankQAICWt = std::nullopt;
+}
+
+}  // namespace
+
+const std::optional<double>& Ranking::Delta(const Competitor& model) const {
+  return ByQAICc() ? model.RankDeltaQAICc : model.RankDeltaAICc;
+}
+
+const std::optional<double>& Ranking::Weight(const Competitor& model) const {
+  return ByQAICc() ? model.RankQAICWt : model.RankAICWt;
+}
+
+Competitor& Ranking::Add() {
+  ranked.emplace_back();
+  Competitor& model = entered.emplace_back();
+  model.RankOrder = static_cast<std::int16_t>(ModelCount());
+  return model;
+}
+
+void Ranking::SetCriteria(Competitor& model, std::int32_t n) const {
+  const double K = model.RankK;
+  const double size = Divide(2 * K * n, n - K - 1);
+  model.RankAICc = size + 2 * model.RankNegLnL;
+  if (ByQAICc()) model.RankQAICc = size + (2 * model.RankNegLnL) / CHat;
+}
+
+void Ranking::VoidWeights() {
+  for (Competitor& model : entered) {
+    model.RankDeltaAICc = model.RankAICWt = std::nullopt;
+    if (ByQAICc()) model.RankDeltaQAICc = model.RankQAICWt = std::nullopt;
+  }
+}
+
+void Ranking::Recompute(std::int32_t n) {
+  for (Competitor& model : entered) SetCriteria(model, n);
+  VoidWeights();
+}
+
+std::vector<int> Ranking::RankedPositions() const {
+  std::vector<int> positions;
+  std::vector<bool> taken(entered.size(), false);
+  for (std::size_t j = 0; j < entered.size(); ++j) {
+    double best = 1e+100;
+    int choice = -1;
+    for (std::size_t i = 0; i < entered.size(); ++i) {
+      const double criterion = Criterion(entered[i]);
+      if (taken[i] || criterion <= 0 || criterion >= best) continue;
+      best = criterion;
+      choice = static_cast<int>(i);
+    }
+    if (choice < 0) throw RuntimeFailure("all values of the criterion must be positive for a ranking");
+    taken[static_cast<std::size_t>(choice)] = true;
+    positions.push_back(choice);
+  }
+  return positions;
+}
+
+void Ranking::Rank() {
+  std::vector<Competitor> order;
+  for (const int position : RankedPositions()) order.push_back(entered[static_cast<std::size_t>(position)]);
+  // The columns of the mode that is not in force stay what they were at their position.
+  for (std::size_t j = 0; j < order.size(); ++j) {
+    const Competitor before = std::exchange(ranked[j], order[j]);
+    ranked[j].RankDeltaAICc = before.RankDeltaAICc;
+    ranked[j].RankAICWt = before.RankAICWt;
+    ranked[j].RankDeltaQAICc = before.RankDeltaQAICc;
+    ranked[j].RankQAICWt = before.RankQAICWt;
+  }
+  if (ModelCount() > 1) {
+    const double lowest = Criterion(ranked.front());
+    double sum = 0;
+    for (std::size_t j = 0; j < ranked.size(); ++j) {
+      const double delta = j == 0 ? 0 : Criterion(ranked[j]) - lowest;
+      (ByQAICc() ? ranked[j].RankDeltaQAICc : ranked[j].RankDeltaAICc) = delta;
+      sum += std::exp(-0.5 * delta);
+    }
+    for (Competitor& model : ranked)
+      (ByQAICc() ? model.RankQAICWt : model.RankAICWt) = std::exp(-0.5 * *Delta(model)) / sum;
+  }
+  entered = std::move(order);
+  for (Competitor& model : entered) Void(model);
+}
+
+void Ranking::Delete(int position) {
+  entered.erase(entered.begin() + position - 1);
+  ranked.erase(ranked.begin() + position - 1);
+  for (Competitor& model : entered) Void(model);
+  for (Competitor& model : ranked) Void(model);
+}
+
+}  // namespace merlane

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace merlane {
+
+/// The markers that stand where a model has no covariance file.
+inline constexpr const char* NoCovarianceFile = "No covariance file found";
+inline constexpr const char* NoSuchFile = "No such file exists";
+
+/// A model among its competitors. Differences and weights are none where they are undefined.
+struct Competitor {
+  std::int16_t RankOrder = 0;  // number of its entry
+  double RankNegLnL = 0;       // -ln[L]
+  std::int16_t RankK = 0;      // parameters counted
+  double RankAICc = 0;
+  std::optional<double> RankDeltaAICc, RankAICWt;
+  double RankQAICc = 0;
+  std::optional<double> RankDeltaQAICc, RankQAICWt;
+  std::string RankAlgFile;
+  std::string RankCovFile;
+  std::string RankPriFile;
+  std::string RankNotes;
+  std::string folder;  // where the algorithm file lies, with its last separator
+
+  bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
+};
+
+/// Competing models of the same data, in the order of entry (or, once ranked, of rank) and as they were last ranked.
+/// Information criteria after Burnham and Anderson, Model Selection and Multimodel Inference (2002), chapters 2.3
+/// to 2.6.
+class Ranking {
+ public:
+  static constexpr int MostModels = 99;
+
+  /// Overdispersion: 1 ranks by AICc, above 1 by QAICc.
+  double CHat = 1;
+  std::vector<Competitor> entered;
+  std::vector<Competitor> ranked;  // as long as `entered`; as the last ranking left it
+
+  int ModelCount() const { return static_cast<int>(entered.size()); }
+  bool ByQAICc() const { return CHat > 1; }
+  /// The criterion, difference and weight of the mode in force.
+  double Criterion(const Competitor& model) const { return ByQAICc() ? model.RankQAICc : model.RankAICc; }
+  const std::optional<double>& Delta(const Competitor& model) const;
+  const std::optional<double>& Weight(const Competitor& model) const;
+
+  /// Adds an empty model with the next entry number, and returns it.
+  Competitor& Add();
+  /// Computes the criteria of the mode in force from -ln[L], K and the sample size n. RuntimeFailure when n - K - 1 is
+  /// 0.
+  void SetCriteria(Competitor& model, std::int32_t n) const;
+  /// Makes the differences and weights of all entered models undefined, in the mode in force.
+  void VoidWeights();
+  /// Recomputes the criteria of all models and makes differences and weights undefined: after a change of CHat.
+  void Recompute(std::int32_t n);
+  /// Ranks by ascending criterion, ties by order of entry, into `ranked`; the entered models take the ranked order.
+  /// RuntimeFailure, with nothing changed, when a criterion is not positive.
+  void Rank();
+  /// Takes out the model at `position` (from 1). What is left is undefined.
+  void Delete(int position);
+
+ private:
+  std::vector<int> RankedPositions() const;
+};
+
+}  // namespace merlane
