@@ -241,7 +241,9 @@ TEST_P(SameBitsAsPlain, FromVectorToVector) {
   const int steps = reading.data.Visits() > 1000 ? 20 : 60;
   for (int i = 0; i < steps && !HasFatalFailure(); ++i) {
     if (i % 15 == 0) pair.BeginAnew();
-    pair.At(wanderer.Next(), i % 5 == 0, i % 11 == 3);
+    const Array1<double> vector = wanderer.Next();
+    pair.At(vector, i % 5 == 0);
+    if (i % 6 == 1) pair.At(vector, false, true);  // the same in a bootstrap
   }
   EXPECT_GT(pair.evaluations, steps / 4);
 }
