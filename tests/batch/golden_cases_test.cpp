@@ -213,5 +213,43 @@ INSTANTIATE_TEST_SUITE_P(All, GoldenFit, testing::ValuesIn(Fits()), [](const aut
   return one.param["case"].template get<std::string>() + "_" + one.param["what"].template get<std::string>();
 });
 
+/// The file without its first line, which holds the path it was saved in.
+std::string BehindFirstLine(const std::string& text) {
+  std::string behind = text.substr(text.find('\n') + 1);
+  std::erase(behind, '\r');
+  return behind;
+}
+
+class GoldenCovariances : public testing::TestWithParam<std::string> {};
+
+TEST_P(GoldenCovariances, TheSavedReportIsTheReferencesToTheLastCharacter) {
+  const std::string name = GetParam();
+  const json fits = Parse("fits.json");
+  const auto fit = std::find_if(fits["fits"].begin(), fits["fits"].end(), [&](const json& one) {
+    return one["case"] == name && one["what"] == "simplex, then covariances";
+  });
+  ASSERT_NE(fit, fits["fits"].end());
+  const std::vector<json> cases = Cases();
+  const auto golden_case =
+      std::find_if(cases.begin(), cases.end(), [&](const json& one) { return one["name"] == name; });
+
+  std::string text = BatchFor(*golden_case);
+  for (std::size_t call = 0; call < (*fit)["one_function_calls"].size(); ++call)
+    text += "press frmMenu.cmdOneFunction\nclose frmOneFunction\n";
+  const Replay replay(text +
+                      "press frmMenu.cmdSimplex\nreply yes at \"Just checking\"\n"
+                      "press frmMenu.cmdCovariance\nreply no at \"Covariance calculator\"\nreply ok\n"
+                      "press frmAlgo.cmdFinish\nenter 1\nenter 0.1\nenter 0.01\nreply yes\n"
+                      "enter 0.5 at \"Enter constant\"\nreply no at \"Calculate optimistic SEs only?\"\n"
+                      "press frmCovDisplay.cmdScreen\npress frmCovDisplay.cmdFile\nfile saved.cov\n");
+  ASSERT_EQ(replay.status, 0) << replay.errors;
+  EXPECT_EQ(BehindFirstLine(replay.File("saved.cov")), BehindFirstLine(ReadFile(golden + name + ".cov")));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, GoldenCovariances,
+                         testing::Values("juveniles_only", "spanning_random", "censored_eggs", "fuses_two_letters",
+                                         "single_individuals"),
+                         [](const auto& one) { return one.param; });
+
 }  // namespace
 }  // namespace merlane

@@ -21,7 +21,11 @@ TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
                       "press frmMenu.cmdOneFunction\nclose frmOneFunction\n"
                       "press frmMenu.cmdOneFunction\nclose frmOneFunction\n"
                       "press frmMenu.cmdSimplex\nreply yes at \"Just checking\"\n"
-                      "export fit fit.json\nexport parameters parameters.csv\n");
+                      "export fit fit.json\nexport parameters parameters.csv\n"
+                      "press frmMenu.cmdCovariance\nreply no at \"Covariance calculator\"\nreply ok\n"
+                      "press frmAlgo.cmdFinish\nenter 1\nenter 0.1\nenter 0.01\nreply yes\n"
+                      "enter 0.5 at \"Enter constant\"\nreply no at \"Calculate optimistic SEs only?\"\n"
+                      "press frmCovDisplay.cmdScreen\nsave-text frmCovData.rtbCovData covariances.txt\n");
   ASSERT_EQ(replay.status, 0) << replay.errors;
   const nlohmann::json fit = replay.Fit();
   EXPECT_EQ(fit["ending"], "minimum");
@@ -29,6 +33,12 @@ TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
   EXPECT_NEAR(fit["objective"].get<double>(), 42.510280, 1e-6);
   const double rate = std::stod(Csv(replay.File("parameters.csv"))[14].at("value"));
   EXPECT_NEAR(std::exp(-rate), 0.972267, 1e-6);
+
+  const std::string report = replay.File("covariances.txt");
+  std::istringstream row(report.substr(report.find("\n 15 ", report.find("Standard errors of the estimates"))));
+  std::string number, coarse, middle, fine;
+  ASSERT_TRUE(row >> number >> coarse >> middle >> fine);
+  EXPECT_NEAR(std::exp(-rate) * std::stod(fine), 0.011168, 1e-6);
 }
 
 }  // namespace
