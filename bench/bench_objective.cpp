@@ -29,7 +29,7 @@ struct Bench {
     setting.turn = [] {};
   }
 
-  /// Parameters 11 to 22 move with each call; upwards, since `climbs`, or back to a new lowest objective.
+  /// Parameters 11 to 22, those of both mortalities, move with each call.
   void Move(std::int32_t NF) {
     const double factor = 1 + 1e-7 * NF;
     for (int i = 11; i <= 22; ++i) Value(i) = start(i) * factor;
