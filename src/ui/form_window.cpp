@@ -146,7 +146,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 void FormWindow::keyPressEvent(QKeyEvent* event) {
   QAbstractButton* button = nullptr;
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    auto* const focused = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    auto* const focused = qobject_cast<QPushButton*>(window()->focusWidget());
     button = focused != nullptr ? focused : default_;
   } else if (event->key() == Qt::Key_Escape) {
     button = cancel_;

@@ -34,13 +34,4 @@ void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
   layouter.PreferText(146, 36);
 }
 
-void LayOutEditValues(Layouter& layouter, QVBoxLayout& column) {
-  column.addLayout(layouter.Column({"cmdFree", "cmdProp", "cmdNoProp", "Change_Fraction", "cmdUnFuse"}));
-  if (QLabel* const note = layouter.Note("lblNote")) {
-    note->setProperty("quiet", true);
-    column.addWidget(note);
-  }
-  column.addStretch(1);
-}
-
 }  // namespace merlane

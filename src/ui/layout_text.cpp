@@ -30,7 +30,7 @@ void LayOutText(Layouter& layouter, QVBoxLayout& column) {
   for (QWidget* pane : TakeKind(layouter, IsPane)) panes->addWidget(pane);
   for (int i = 0; i < panes->count(); ++i) panes->setStretchFactor(i, i + 1);
   column.addWidget(panes, 1);
-  layouter.PreferText(112, 34);
+  layouter.PreferText(120, 34);
 }
 
 void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
@@ -44,11 +44,6 @@ void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
   layouter.window.SetDefault(layouter.Take("cmdOK"));
   layouter.window.SetCancel(layouter.Take("cmdOK"));
   layouter.PreferText(96, 30);
-}
-
-void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
-  if (QWidget* const abort = layouter.Take("cmdAbort")) column.addWidget(abort, 1, Qt::AlignCenter);
-  layouter.PreferText(44, 1);
 }
 
 }  // namespace merlane

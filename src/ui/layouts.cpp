@@ -65,13 +65,15 @@ void Layouter::PreferText(int columns, int lines) {
 
 void LayOut(FormWindow& window) {
   static const std::map<std::string, Layout> layouts{
-      {"frmMenu", LayOutMenu},         {"frmInitialize", LayOutInitialize}, {"frmAlgo", LayOutAlgorithm},
-      {"frmEditVS", LayOutEditValues}, {"frmOneFunction", LayOutText},      {"frmSimplex", LayOutText},
-      {"frmMarquardt", LayOutText},    {"frmCovData", LayOutText},          {"frmSummary", LayOutText},
-      {"frmMaxLike", LayOutText},      {"frmBayesian", LayOutText},         {"frmReviewPriors", LayOutText},
-      {"frmPriorDists", LayOutText},   {"frmAbort", LayOutAbort},           {"frmHelp", LayOutPage},
-      {"frmDefaults", LayOutPage},     {"frmWisdom", LayOutPage},           {"frmCredits", LayOutPage},
-      {"frmXYPlot", LayOutXyPlot},     {"frmDistPlot", LayOutDistPlot},     {"frmBivarPlot", LayOutBivarPlot},
+      {"frmMenu", LayOutMenu},           {"frmInitialize", LayOutInitialize}, {"frmAlgo", LayOutAlgorithm},
+      {"frmRank", LayOutRank},           {"frmXYPlot", LayOutXyPlot},         {"frmDistPlot", LayOutDistPlot},
+      {"frmBivarPlot", LayOutBivarPlot}, {"frmAbort", LayOutAbort},           {"frmSetPriors", LayOutTable},
+      {"frmOneFunction", LayOutText},    {"frmSimplex", LayOutText},          {"frmMarquardt", LayOutText},
+      {"frmCovData", LayOutText},        {"frmSummary", LayOutText},          {"frmMaxLike", LayOutText},
+      {"frmBayesian", LayOutText},       {"frmReviewPriors", LayOutText},     {"frmPriorDists", LayOutText},
+      {"frmHelp", LayOutPage},           {"frmDefaults", LayOutPage},         {"frmWisdom", LayOutPage},
+      {"frmCredits", LayOutPage},        {"frmEditVS", LayOutCommands},       {"frmLoadPriors", LayOutCommands},
+      {"frmParEvals", LayOutCommands},
   };
   auto* const column = new QVBoxLayout(&window);
   column->setContentsMargins(16, 14, 16, 14);

@@ -46,17 +46,19 @@ using Layout = void (*)(Layouter& layouter, QVBoxLayout& column);
 /// Lays out the window's widgets by the layout of its form or, where the form has none, as they come.
 void LayOut(FormWindow& window);
 
-// The layouts, each in a file of its own.
+// The layouts.
 void LayOutMenu(Layouter& layouter, QVBoxLayout& column);
 void LayOutInitialize(Layouter& layouter, QVBoxLayout& column);
-void LayOutText(Layouter& layouter, QVBoxLayout& column);
-void LayOutAbort(Layouter& layouter, QVBoxLayout& column);
-void LayOutPage(Layouter& layouter, QVBoxLayout& column);
 void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column);
-void LayOutEditValues(Layouter& layouter, QVBoxLayout& column);
+void LayOutRank(Layouter& layouter, QVBoxLayout& column);
 void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column);
+void LayOutText(Layouter& layouter, QVBoxLayout& column);
+void LayOutPage(Layouter& layouter, QVBoxLayout& column);
+void LayOutTable(Layouter& layouter, QVBoxLayout& column);
+void LayOutCommands(Layouter& layouter, QVBoxLayout& column);
+void LayOutAbort(Layouter& layouter, QVBoxLayout& column);
 void LayOutGeneric(Layouter& layouter, QVBoxLayout& column);
 
 }  // namespace merlane

@@ -98,11 +98,13 @@ void Hand::Type(const std::string& form, const std::string& control, const std::
   if (widget == nullptr) return;
   auto* const combo = qobject_cast<QComboBox*>(widget);
   QWidget* const entry = combo != nullptr ? combo->lineEdit() : widget;
+  QApplication::setActiveWindow(entry->window());
   entry->setFocus();
   QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(entry, Qt::Key_Delete);
   QTest::keyClicks(entry, QString::fromStdString(text));
   QTest::keyClick(entry, Qt::Key_Tab);
+  if (entry->hasFocus()) entry->clearFocus();  // there is nowhere else to go
   Settle();
 }
 

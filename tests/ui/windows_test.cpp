@@ -4,6 +4,7 @@
 #include <set>
 
 #include "ui/desktop.h"
+#include "ui/elided_label.h"
 
 namespace merlane {
 namespace {
@@ -44,6 +45,207 @@ TEST(WindowsTest, EveryFormIsGrabbedToAPicture) {
     EXPECT_TRUE(window.isVisible()) << form.name;
     desktop.hand.Grab(*window.window(), "form_" + form.name);
   });
+}
+
+/// Takes a control's handlers away, so that what comes back is what was typed, ticked or chosen.
+void Silence(Control& control) {
+  if (auto* box = dynamic_cast<TextBox*>(&control)) box->onClick = box->onLeave = nullptr;
+  if (auto* combo = dynamic_cast<ComboBox*>(&control)) combo->onChange = nullptr;
+  if (auto* check = dynamic_cast<CheckBox*>(&control)) check->onClick = nullptr;
+  if (auto* option = dynamic_cast<OptionButton*>(&control)) option->onClick = nullptr;
+  if (auto* list = dynamic_cast<ListBox*>(&control)) list->onSelect = list->onDoubleClick = nullptr;
+}
+
+/// Writes to a control, looks at its widget, works the widget, looks at the control.
+void RoundTrip(Desktop& desktop, Control& control) {
+  const std::string& form = control.form.name;
+  test::Hand& hand = desktop.hand;
+  SCOPED_TRACE(form + "." + control.name);
+  Silence(control);
+  control.visible = control.enabled = true;
+  if (auto* list = dynamic_cast<ListBox*>(&control)) {
+    list->items = {"one", "two"};
+    list->selected = 0;
+  }
+  if (auto* box = dynamic_cast<TextBox*>(&control)) box->readOnly = false;
+  if (auto* pane = dynamic_cast<Pane*>(&control)) pane->readOnly = false;
+  if (dynamic_cast<Grid*>(&control) == nullptr) control.text = "written";
+  desktop.windows.Sync();
+  QCoreApplication::processEvents();
+  QWidget* const widget = hand.Find(form, control.name);
+  ASSERT_NE(widget, nullptr);
+  EXPECT_TRUE(widget->isVisible());
+
+  if (dynamic_cast<TextBox*>(&control) != nullptr) {
+    EXPECT_EQ(qobject_cast<QLineEdit*>(widget)->text(), "written");
+    hand.Type(form, control.name, "typed");
+    EXPECT_EQ(control.text, "typed");
+  } else if (dynamic_cast<ComboBox*>(&control) != nullptr) {
+    EXPECT_EQ(qobject_cast<QComboBox*>(widget)->currentText(), "written");
+    hand.Type(form, control.name, "17");
+    EXPECT_EQ(control.text, "17");
+  } else if (dynamic_cast<Pane*>(&control) != nullptr) {
+    EXPECT_EQ(qobject_cast<QPlainTextEdit*>(widget)->toPlainText(), "written");
+    hand.Type(form, control.name, "typed");
+    EXPECT_EQ(control.text, "typed");
+  } else if (auto* check = dynamic_cast<CheckBox*>(&control)) {
+    const bool before = check->value;
+    hand.Press(form, control.name);
+    EXPECT_NE(check->value, before);
+  } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
+    hand.Press(form, control.name);
+    EXPECT_TRUE(option->value);
+  } else if (auto* list = dynamic_cast<ListBox*>(&control)) {
+    auto* const view = qobject_cast<QListWidget*>(widget);
+    EXPECT_EQ(view->count(), 2);
+    EXPECT_EQ(view->currentRow(), 0);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(view->item(1)).center());
+    EXPECT_EQ(list->selected, 1);
+  } else if (dynamic_cast<Label*>(&control) != nullptr) {
+    EXPECT_EQ(qobject_cast<QLabel*>(widget)->text(), "written");
+  } else if (dynamic_cast<Button*>(&control) != nullptr) {
+    EXPECT_EQ(qobject_cast<QPushButton*>(widget)->text(), "written");
+  }
+  control.enabled = false;
+  control.toolTip = "tip";
+  desktop.windows.Sync();
+  EXPECT_FALSE(widget->isEnabled());
+  EXPECT_EQ(widget->toolTip(), "tip");
+  control.enabled = true;
+}
+
+TEST(WindowsTest, EveryValueMakesTheRoundTrip) {
+  Desktop desktop;
+  ShowEvery(desktop, [&](Form& form, QWidget&) {
+    form.enabled = true;
+    for (Control* control : form.Controls())
+      if (dynamic_cast<MenuEntry*>(control) == nullptr && dynamic_cast<StatusBar*>(control) == nullptr)
+        RoundTrip(desktop, *control);
+  });
+}
+
+TEST(WindowsTest, StatusPanelsShowTheirTexts) {
+  Desktop desktop;
+  desktop.program.frmMain.ShowDataFile("lake.dat");
+  desktop.program.frmMain.stbMain5.Set(3, "third");
+  desktop.windows.Sync();
+  const auto text = [&](const char* panel) {
+    return static_cast<ElidedLabel*>(desktop.windows.Main()->findChild<QWidget*>(panel))->Text();
+  };
+  EXPECT_EQ(text("stbMain0.1"), "Brood data file name: lake.dat");
+  EXPECT_EQ(text("stbMain5.3"), "third");
+  EXPECT_EQ(text("stbMain5.1"), "");
+}
+
+TEST(WindowsTest, MainMenuIsUsableWithinHalfASecond) {
+  QElapsedTimer timer;
+  timer.start();
+  Desktop desktop;
+  EXPECT_TRUE(desktop.hand.Find("frmMenu", "cmdInitialize")->isVisible());
+  std::cout << "start-up took " << timer.elapsed() << " ms\n";
+  EXPECT_LT(timer.elapsed(), 500);
+}
+
+TEST(WindowsTest, FirstFocusIsOnWhatCanBePressed) {
+  Desktop desktop;
+  EXPECT_TRUE(desktop.hand.Find("frmMenu", "cmdInitialize")->hasFocus());
+}
+
+TEST(WindowsTest, AcceleratorPresses) {
+  Desktop desktop;
+  desktop.hand.Answer(QMessageBox::No, "Exit Tolvane");
+  desktop.hand.Key("frmMenu", Qt::Key_Q, Qt::AltModifier);
+  QTest::qWait(200);  // a button that is pressed by its accelerator stays down for a moment
+  EXPECT_TRUE(desktop.hand.Done());
+}
+
+TEST(WindowsTest, EscapeCancels) {
+  Desktop desktop;
+  desktop.hand.Press("frmMenu", "cmdInitialize");
+  ASSERT_TRUE(desktop.program.frmInitialize.Visible());
+  EXPECT_FALSE(desktop.program.frmMenu.Visible());
+  desktop.hand.Key("frmInitialize", Qt::Key_Escape);
+  EXPECT_FALSE(desktop.program.frmInitialize.Visible());
+  EXPECT_TRUE(desktop.windows.Find("frmMenu")->isVisible());
+}
+
+TEST(WindowsTest, EnterPressesTheDefaultOrTheButtonThatHasTheFocus) {
+  Desktop desktop;
+  desktop.hand.Press("frmMenu", "cmdInitialize");
+  desktop.hand.Answer(QMessageBox::Ok, "Missing input");
+  desktop.hand.Find("frmInitialize", "cboStartYear")->setFocus();
+  desktop.hand.Key("frmInitialize", Qt::Key_Return);  // Continue, without a data file
+  EXPECT_TRUE(desktop.hand.Done());
+  desktop.hand.Find("frmInitialize", "cmdCancel")->setFocus();
+  desktop.hand.Key("frmInitialize", Qt::Key_Return);
+  EXPECT_FALSE(desktop.program.frmInitialize.Visible());
+}
+
+TEST(WindowsTest, TabOrderIsTheOrderOfTheControls) {
+  Desktop desktop;
+  ShowEvery(desktop, [&](const Form& form, QWidget& window) {
+    std::map<std::string, int> place;
+    int next = 0;
+    QWidget* widget = &window;
+    do {
+      place.try_emplace(widget->objectName().toStdString(), next++);
+      widget = widget->nextInFocusChain();
+    } while (widget != &window);
+    int before = -1;
+    for (const Control* control : form.Controls()) {
+      const auto* const own = window.findChild<QWidget*>(QString::fromStdString(control->name));
+      if (own == nullptr || !(own->focusPolicy() & Qt::TabFocus)) continue;
+      ASSERT_TRUE(place.contains(control->name)) << form.name << "." << control->name;
+      EXPECT_GT(place[control->name], before) << form.name << "." << control->name;
+      before = place[control->name];
+    }
+  });
+}
+
+TEST(WindowsTest, InformationHidesTheMainWindowWhileItIsOpen) {
+  Desktop desktop;
+  desktop.hand.Choose("frmMain", "mnuWisdom");
+  EXPECT_FALSE(desktop.windows.Main()->isVisible());
+  EXPECT_TRUE(desktop.windows.Find("frmWisdom")->isVisible());
+  EXPECT_TRUE(desktop.windows.Find("frmWisdom")->isWindow());
+  desktop.hand.Press("frmWisdom", "cmdOK");
+  EXPECT_TRUE(desktop.windows.Main()->isVisible());
+  EXPECT_FALSE(desktop.windows.Find("frmWisdom")->isVisible());
+  EXPECT_TRUE(desktop.windows.Find("frmMenu")->isVisible());
+}
+
+TEST(WindowsTest, ClosingTheMainWindowAsksAndNoKeepsIt) {
+  Desktop desktop;
+  desktop.hand.Answer(QMessageBox::No, "Exit Tolvane");
+  desktop.hand.CloseFrame("frmMain");
+  EXPECT_TRUE(desktop.windows.Main()->isVisible());
+  EXPECT_EQ(desktop.ended, -1);
+}
+
+TEST(WindowsTest, QuittingEndsWithStatusZero) {
+  Desktop desktop;
+  desktop.hand.Answer(QMessageBox::Yes, "Exit Tolvane");
+  desktop.hand.Answer(QMessageBox::No, "What about algorithm data?");
+  desktop.hand.CloseFrame("frmMain");
+  EXPECT_EQ(desktop.ended, 0);
+  EXPECT_TRUE(desktop.hand.Done());
+}
+
+TEST(WindowsTest, ChildWindowsAreArranged) {
+  Desktop desktop;
+  desktop.program.desk.Show(desktop.program.frmHelp);
+  desktop.windows.Sync();
+  const QWidget* const menu = desktop.windows.Find("frmMenu")->parentWidget();
+  const QWidget* const help = desktop.windows.Find("frmHelp")->parentWidget();
+  const QSize room = desktop.windows.Main()->Area().viewport()->size();
+  desktop.hand.Choose("frmMain", "mnuTileVertical");
+  EXPECT_FALSE(menu->geometry().intersects(help->geometry()));
+  EXPECT_EQ(help->height(), room.height());
+  desktop.hand.Choose("frmMain", "mnuTileHorizontal");
+  EXPECT_EQ(help->width(), room.width());
+  EXPECT_NE(help->y(), menu->y());
+  desktop.hand.Choose("frmMain", "mnuCascade");
+  EXPECT_TRUE(menu->geometry().intersects(help->geometry()));
 }
 
 }  // namespace

@@ -1,0 +1,24 @@
+// Small windows that offer a choice of commands, one below the other.
+#include "ui/layouts.h"
+
+namespace merlane {
+
+void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
+  for (const Control* control : layouter.window.binding.form.Controls())
+    if (dynamic_cast<const Button*>(control) != nullptr) column.addWidget(layouter.Take(control->name));
+  for (const Control* control : layouter.window.binding.form.Controls())
+    if (dynamic_cast<const Label*>(control) != nullptr) {
+      QLabel* const note = layouter.Note(control->name.c_str());
+      note->setProperty("quiet", true);
+      column.addWidget(note);
+    }
+  column.addStretch(1);
+  layouter.window.SetCancel(layouter.Take("cmdCancel"));
+}
+
+void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
+  if (QWidget* const abort = layouter.Take("cmdAbort")) column.addWidget(abort, 1, Qt::AlignCenter);
+  layouter.PreferText(44, 1);
+}
+
+}  // namespace merlane

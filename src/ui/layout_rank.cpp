@@ -1,0 +1,47 @@
+// Ranking and averaging: models are added at the top, compared in the table, and averaged below it.
+#include "ui/layouts.h"
+
+namespace merlane {
+
+void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
+  auto* const add = new QVBoxLayout;
+  if (QLabel* const how = layouter.Note("lblAdd")) add->addWidget(how);
+  add->addLayout(layouter.Row({"cmdLoadAlg", "cmdEditAlg", "cmdSaveAlg", "cmdBayesian"}));
+  auto* const compare = new QVBoxLayout;
+  compare->addLayout(layouter.Row({"cmdAICc", "cmdQAICc", "txtCHat"}));
+  compare->addLayout(layouter.Row({"cmdRank", "cmdAverage"}));
+  auto* const commands = new QHBoxLayout;
+  commands->setSpacing(14);
+  commands->addWidget(layouter.Group(QStringLiteral("Models"), add), 1);
+  commands->addWidget(layouter.Group(QStringLiteral("Statistics"), compare));
+  column.addLayout(commands);
+
+  auto* const models = new QWidget;
+  auto* const table = new QVBoxLayout(models);
+  table->setContentsMargins(0, 0, 0, 0);
+  table->setSpacing(4);
+  if (QWidget* const grid = layouter.Take("grdRank")) table->addWidget(grid, 1);
+  for (const char* name : {"lblDelete", "lblCovariance", "lblNotes"})
+    if (QWidget* const note = layouter.Take(name)) {
+      note->setProperty("quiet", true);
+      table->addWidget(note);
+    }
+  auto* const averages = new QWidget;
+  auto* const pane = new QVBoxLayout(averages);
+  pane->setContentsMargins(0, 0, 0, 0);
+  pane->setSpacing(4);
+  if (QWidget* const label = layouter.Take("lblAverage")) pane->addWidget(label);
+  if (QWidget* const text = layouter.Take("txtAverage")) pane->addWidget(text, 1);
+  auto* const parts = new QSplitter(Qt::Vertical);
+  parts->setChildrenCollapsible(false);
+  parts->setHandleWidth(8);
+  parts->addWidget(models);
+  parts->addWidget(averages);
+  parts->setStretchFactor(0, 3);
+  parts->setStretchFactor(1, 2);
+  column.addWidget(parts, 1);
+  column.addLayout(layouter.Buttons({"cmdSaveRank", "cmdFinish"}));
+  layouter.PreferText(150, 36);
+}
+
+}  // namespace merlane
