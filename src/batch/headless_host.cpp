@@ -135,6 +135,7 @@ void HeadlessHost::OnFailure(const std::string& text) {
 void HeadlessHost::OnEnd(int exitStatus) { endStatus_ = exitStatus; }
 
 void HeadlessHost::Turn() {
+  if (armed_.empty()) return;
   std::vector<BatchLine> due;
   for (Armed& armed : armed_)
     if (armed.counting && ++armed.turns == armed.line.turn) due.push_back(armed.line);
