@@ -11,7 +11,7 @@ namespace {
 
 const std::string golden = MERLANE_GOLDEN_DIR "/";
 constexpr auto TimeForEach = std::chrono::seconds(20);
-constexpr int MutationsEach = 150;
+constexpr int MutationsEach = 500;
 
 /// Changes texts, the same way for the same seed.
 class Mutator {
