@@ -41,21 +41,28 @@ void BatchPlayer::Play(const std::string& batch) {
   // its own, so that a step may wait for the next.
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, &timer, [this] {
-    if (stepping_ || next_ == lines_.size() || QApplication::activeModalWidget() != nullptr) return;
-    if (desktop_.program.desk.Busy()) return;
+    if (stepping_ || !MayAct()) return;
     stepping_ = true;
     QTimer::singleShot(0ms, [this] { Step(); });
   });
   timer.start(1ms);
-  const QDeadlineTimer patience(120s);
-  while ((next_ < lines_.size() || acting_ > 0) && !patience.hasExpired() && !testing::Test::HasFatalFailure())
+  QDeadlineTimer patience(20s);
+  for (std::size_t before = next_; (next_ < lines_.size() || acting_ > 0) && !patience.hasExpired();) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (std::exchange(before, next_) != next_) patience.setRemainingTime(20s);
+  }
   EXPECT_EQ(next_, lines_.size()) << "stopped before: " << (next_ < lines_.size() ? lines_[next_].source : "");
+}
+
+/// A line that is an answer waits for its dialog.
+bool BatchPlayer::MayAct() const {
+  return next_ < lines_.size() && !IsAnswer(lines_[next_]) && !desktop_.program.desk.Busy() &&
+         !desktop_.hand.Settling() && QApplication::activeModalWidget() == nullptr;
 }
 
 void BatchPlayer::Step() {
   stepping_ = false;
-  if (next_ == lines_.size() || desktop_.program.desk.Busy() || QApplication::activeModalWidget() != nullptr) return;
+  if (!MayAct()) return;
   const BatchLine& line = lines_[next_++];
   SCOPED_TRACE(line.source);
   ++acting_;
@@ -164,8 +171,9 @@ void BatchPlayer::Press(const std::string& form, const std::string& control) {
 
 void BatchPlayer::Type(const BatchLine& line, const std::string& form, const std::string& control) {
   desktop_.hand.DoubleClickCell(form, control, *line.row, line.column);
-  auto* const entry = desktop_.hand.Find<QLineEdit>(form, "txtValue");
+  auto* const entry = qobject_cast<QLineEdit*>(QApplication::focusWidget());
   ASSERT_NE(entry, nullptr);
+  ASSERT_EQ(entry->objectName(), "txtValue");
   QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(entry, Qt::Key_Delete);
   QTest::keyClicks(entry, QString::fromStdString(*line.text));

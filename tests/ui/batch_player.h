@@ -23,6 +23,7 @@ class BatchPlayer {
   /// Plays the next line where the program can take it: an answer when a dialog is open, an action when no command
   /// runs or one waits.
   void Step();
+  bool MayAct() const;
   void Answer(QDialog& dialog);
   void Act(const BatchLine& line);
   void Press(const std::string& form, const std::string& control);

@@ -7,9 +7,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void Settle() { QCoreApplication::processEvents(); }
-
 }  // namespace
+
+void Hand::Settle() {
+  const bool before = std::exchange(settling_, true);
+  QCoreApplication::processEvents();
+  settling_ = before;
+}
 
 Hand::Hand(Windows& windows) : windows_(windows) {
   QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { LookForDialog(); });
@@ -51,6 +55,8 @@ void Hand::LookForDialog() {
 QWidget* Hand::Window(const std::string& form) const {
   QWidget* const window = windows_.Find(form);
   EXPECT_NE(window, nullptr) << form;
+  // A desktop gives the focus back when a dialog has gone.
+  if (window != nullptr) QApplication::setActiveWindow(window->window());
   return window;
 }
 
@@ -98,7 +104,6 @@ void Hand::Type(const std::string& form, const std::string& control, const std::
   if (widget == nullptr) return;
   auto* const combo = qobject_cast<QComboBox*>(widget);
   QWidget* const entry = combo != nullptr ? combo->lineEdit() : widget;
-  QApplication::setActiveWindow(entry->window());
   entry->setFocus();
   QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(entry, Qt::Key_Delete);

@@ -58,6 +58,9 @@ class Hand {
   bool Done() const { return expected_.empty(); }
   std::vector<std::string> titles;  // of the dialogs seen
 
+  /// True while the windows are left to settle behind what was done; nothing should be done to them then.
+  bool Settling() const { return settling_; }
+
   /// Where grabbed windows go; empty: none are grabbed.
   std::string album;
   void Grab(QWidget& window, const std::string& picture);
@@ -69,11 +72,13 @@ class Hand {
   };
 
   void LookForDialog();
+  void Settle();
 
   Windows& windows_;
   std::deque<Expected> expected_;
   QTimer timer_;
   bool handling_ = false;
+  bool settling_ = false;
 };
 
 template <class W>
