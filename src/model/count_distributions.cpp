@@ -66,9 +66,20 @@ double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, doubl
   if (k < 0 || k > n) return merlane::ProbVisit(Code, Theta, n, k, E, Var);  // not a count that can be looked up
   if (Theta == 1.0) Theta = 0.999999;
   const double p = E / n;
-  Var = Checked(n * p * (1 - p) * ((n - 1) * Theta + 1));
+  // An absurd expectation may make it infinite: no objective rests on it, so it does not stop a minimisation.
+  Var = n * p * (1 - p) * ((n - 1) * Theta + 1);
   if (n == 1 || Code == 1 || Theta <= 1e-6) return Binomial(n, k, p);
   return BetaBinomial(n, k, E, Theta);
+}
+
+void CountDistributions::ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const {
+  const auto fill = [&](const auto& logs) {
+    for (int k = 0; k <= n; ++k) Pmf[static_cast<std::size_t>(k)] = logs.Probability(LogChoices(n, k), n, k);
+  };
+  if (n == 1 || Code == 1 || Theta <= 1e-6)
+    fill(BinomialLogs(E / n));
+  else
+    fill(BetaBinomialLogs(n, E, Theta));
 }
 
 bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,

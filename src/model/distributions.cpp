@@ -33,7 +33,8 @@ double ProbBetaBinomial(int n, int k, double& E, double theta) {
 double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) {
   if (Theta == 1.0) Theta = 0.999999;
   const double p = E / n;
-  Var = Checked(n * p * (1 - p) * ((n - 1) * Theta + 1));
+  // An absurd expectation may make it infinite: no objective rests on it, so it does not stop a minimisation.
+  Var = n * p * (1 - p) * ((n - 1) * Theta + 1);
   if (n == 1 || Code == 1 || Theta <= 1e-6) return ProbBinomial(n, k, p);
   return ProbBetaBinomial(n, k, E, Theta);
 }
@@ -64,6 +65,10 @@ bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double 
   double sum = 0;
   for (const double probability : Pmf) sum = sum + probability;
   return sum >= 0.999999 && sum <= 1.000001;
+}
+
+double Overdispersion(double Theta, double v, double days) {
+  return Checked(Theta * Checked(std::exp(Checked(-v * days))));
 }
 
 double PmfVariance(std::span<const double> Pmf) {
