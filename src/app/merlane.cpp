@@ -1,5 +1,6 @@
 // The desktop program: its windows and its program, put together.
 #include <QApplication>
+#include <clocale>
 
 #include "platform/clock.h"
 #include "platform/freexl_workbooks.h"
@@ -11,6 +12,7 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");               // Qt takes the user's; numbers in files have points everywhere
   application.setQuitOnLastWindowClosed(false);  // the program's own dialogue decides
   merlane::SetLook(application);
 

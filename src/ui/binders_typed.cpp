@@ -1,5 +1,6 @@
 // The controls that are typed into: boxes of one line, boxes with a list, and panes of text.
 #include "ui/binder.h"
+#include "ui/look.h"
 
 namespace merlane {
 namespace {
@@ -98,7 +99,7 @@ class PaneBinder : public Binder {
     view_ = new QPlainTextEdit(parent);
     view_->setLineWrapMode(pane.fixedPitch ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
     if (pane.fixedPitch) {
-      view_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+      view_->setFont(FixedPitchFont());
       view_->setTabStopDistance(8 * QFontMetricsF(view_->font()).horizontalAdvance(QLatin1Char(' ')));
     }
     view_->setTabChangesFocus(true);

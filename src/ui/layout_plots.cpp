@@ -1,5 +1,6 @@
 // The plots: the drawing at the left with what labels its axes, all that steers and explains it at the right.
 #include "ui/layouts.h"
+#include "ui/look.h"
 
 namespace merlane {
 namespace {
@@ -28,7 +29,7 @@ void SideBySide(QVBoxLayout& column, QLayout* graph, QLayout* side) {
 
 void AddFixedPitch(Layouter& layouter, QVBoxLayout& side, const char* name) {
   if (QWidget* const label = layouter.Take(name)) {
-    label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    label->setFont(FixedPitchFont());
     side.addWidget(label);
   }
 }
@@ -98,7 +99,7 @@ void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
   auto* const estimates = new QHBoxLayout;
   for (const char* name : {"lblEstimateNames", "lblEstimateValues"})
     if (QWidget* const label = layouter.Take(name)) {
-      label->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+      label->setFont(FixedPitchFont());
       estimates->addWidget(label);
     }
   estimates->addStretch(1);

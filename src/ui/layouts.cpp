@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "ui/look.h"
+
 namespace merlane {
 
 QWidget* Layouter::Take(const std::string& name) {
@@ -59,7 +61,7 @@ QLabel* Layouter::Note(const char* name) {
 }
 
 void Layouter::PreferText(int columns, int lines) {
-  const QFontMetrics metrics(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  const QFontMetrics metrics(FixedPitchFont());
   window.PreferSize({columns * metrics.horizontalAdvance(QLatin1Char('0')) + 60, lines * metrics.lineSpacing() + 60});
 }
 

@@ -76,4 +76,10 @@ void SetLook(QApplication& application) {
   application.setStyleSheet(QString::fromLatin1(Sheet));
 }
 
+QFont FixedPitchFont() {
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  font.setPointSizeF(QApplication::font().pointSizeF());
+  return font;
+}
+
 }  // namespace merlane

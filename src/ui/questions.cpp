@@ -82,6 +82,15 @@ void KeepLines(QMessageBox& box) {
     label->setMinimumWidth(std::min(natural + 4, widest));
 }
 
+/// Puts a dialog into the upper right corner of its parent: a walk through a table shows there, row by row, what is
+/// asked for.
+void StandAside(QDialog& dialog) {
+  const QWidget* const parent = dialog.parentWidget();
+  if (parent == nullptr) return;
+  dialog.adjustSize();
+  dialog.move(parent->mapToGlobal(QPoint(std::max(0, parent->width() - dialog.width() - 32), 72)));
+}
+
 }  // namespace
 
 Answer AskInBox(const Message& message, QWidget* parent) {
@@ -118,6 +127,7 @@ std::string AskForLine(const InputRequest& request, QWidget* parent) {
   column->addWidget(entry);
   column->addWidget(buttons);
   dialog.setMinimumWidth(34 * dialog.fontMetrics().averageCharWidth() + 200);
+  StandAside(dialog);
   entry->setFocus();
   return dialog.exec() == QDialog::Accepted ? FromQt(entry->text()) : std::string();
 }

@@ -30,7 +30,8 @@ void Hand::LookForDialog() {
   handling_ = true;
   const std::string title = dialog->windowTitle().toStdString();
   titles.push_back(title);
-  if (!album.empty()) Grab(*dialog, std::to_string(titles.size()) + "_" + dialog->objectName().toStdString());
+  if (!album.empty())
+    Grab(*dialog, "dialog_" + dialog->windowTitle().remove(QRegularExpression("[^A-Za-z]")).toStdString());
   if (expected_.empty() && answers) {
     handling_ = false;
     answers(*qobject_cast<QDialog*>(dialog));
