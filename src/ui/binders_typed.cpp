@@ -10,6 +10,7 @@ class TextBoxBinder : public Binder {
   TextBoxBinder(TextBox& box, Windows& allWindows, QWidget* parent) : Binder(box, allWindows), box_(box) {
     view_ = new QLineEdit(parent);
     view_->installEventFilter(this);
+    if (box.onClick) view_->setCursor(Qt::PointingHandCursor);
     connect(view_, &QLineEdit::editingFinished, this, [this] { Commit(); });
     Adopt(view_);
   }

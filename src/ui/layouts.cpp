@@ -14,6 +14,7 @@ QWidget* Layouter::Take(const std::string& name) {
 
 QHBoxLayout* Layouter::Row(std::initializer_list<const char*> names) {
   auto* const row = new QHBoxLayout;
+  row->setSpacing(10);
   for (const char* name : names)
     if (QWidget* const widget = Take(name)) row->addWidget(widget);
   row->addStretch(1);
@@ -22,6 +23,7 @@ QHBoxLayout* Layouter::Row(std::initializer_list<const char*> names) {
 
 QHBoxLayout* Layouter::Buttons(std::initializer_list<const char*> names) {
   auto* const row = new QHBoxLayout;
+  row->setSpacing(10);
   row->addStretch(1);
   for (const char* name : names)
     if (QWidget* const widget = Take(name)) row->addWidget(widget);

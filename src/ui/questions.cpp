@@ -152,6 +152,7 @@ std::optional<std::string> AskForFile(const FileRequest& request, const QString&
   dialog.setNameFilters(filters);
   if (request.filterIndex >= 1 && request.filterIndex <= filters.size())
     dialog.selectNameFilter(filters[request.filterIndex - 1]);
+  dialog.resize(860, 520);
   const QFileInfo start(ToQt(request.startName));
   dialog.setDirectory(start.path() != QLatin1String(".") ? start.path() : folder);
   if (!request.startName.empty()) dialog.selectFile(start.fileName());
