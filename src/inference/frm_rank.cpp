@@ -3,7 +3,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/objective_constant.h"
@@ -14,7 +16,8 @@
 namespace merlane {
 namespace {
 
-constexpr int OrderColumn = 0, CriterionColumn = 3, CovarianceColumn = 7, NotesColumn = 9, ColumnCount = 10;
+constexpr int OrderColumn = 0, DeltaColumn = 4, WeightColumn = 5, CovarianceColumn = 7, NotesColumn = 9,
+              ColumnCount = 10;
 constexpr const char* Random = "Random";
 constexpr const char* Ranked = "Ranked";
 constexpr const char* Figure = "0.0000E+00";
@@ -54,7 +57,10 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
   cmdLoadAlg.onClick = [this] { LoadAlgorithm(); };
   cmdEditAlg.onClick = [this] {
     enabled = false;
-    editor_.OpenLocked(EditAllButLog, [this] { enabled = true; });
+    editor_.OpenLocked(EditAllButLog, [this] {
+      enabled = true;
+      desk.ToFront(*this);
+    });
   };
   cmdSaveAlg.onClick = [this] { algorithm_.Save(AlgorithmForm::Ranking); };
   cmdBayesian.onClick = [this] { OpenPriors(); };
@@ -63,7 +69,10 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
   cmdRank.onClick = [this] { RankModels(); };
   cmdAverage.onClick = [this] { Average(); };
   cmdSaveRank.onClick = [this] { Save(); };
-  cmdFinish.onClick = [this] { desk.Unload(*this); };
+  cmdFinish.onClick = [this] {
+    OfferSaving();
+    desk.Unload(*this);
+  };
   grdRank.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };
 }
 
@@ -77,11 +86,20 @@ void FrmRank::OnLoad() {
   focus = &cmdAICc;
 }
 
-void FrmRank::OnUnload() {
+bool FrmRank::OnCloseRequest() {
+  OfferSaving();
+  return true;
+}
+
+void FrmRank::OfferSaving() {
+  // Asked while the form is still open: when the file cannot be written, the table is not lost.
   if (grdRank.At(0, OrderColumn).text == Ranked &&
       desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) ==
           Answer::Yes)
     Save();
+}
+
+void FrmRank::OnUnload() {
   main_.mnuApplication.enabled = true;
   desk.Show("frmMenu");
 }
@@ -128,6 +146,12 @@ void FrmRank::WriteRows(const std::vector<Competitor>& models, bool byEntry) {
   }
 }
 
+void FrmRank::ShowUndefined() {
+  for (int row = 1; row < grdRank.Rows(); ++row)
+    for (const int column : {DeltaColumn, WeightColumn})
+      grdRank.At(row, column).text = DefinedText(std::nullopt, Figure);
+}
+
 void FrmRank::ForgetAveraging() {
   AveragedFlag = false;
   txtAverage.text.clear();
@@ -135,8 +159,9 @@ void FrmRank::ForgetAveraging() {
 }
 
 std::string FrmRank::Readable(const Competitor& model, const std::string& file, const char* marker) const {
-  // A bare name lies beside the algorithm file.
-  return std::ifstream(std::filesystem::path(model.folder) / file).good() ? file : marker;
+  // A bare name lies beside the algorithm file. A folder can be opened on some systems, but not read.
+  const std::filesystem::path path = std::filesystem::path(model.folder) / file;
+  return !std::filesystem::is_directory(path) && std::ifstream(path).good() ? file : marker;
 }
 
 void FrmRank::LoadAlgorithm() {
@@ -161,11 +186,7 @@ void FrmRank::AddModel() {
   PackFree(state_);
   const double F = objective_(state_.algorithm.Value, 1);
   main_.ShowProgress("");
-  if (position == 1) {
-    desk.Hide(*this);
-    EnterObjectiveConstant(desk, main_, state_);
-    desk.Show(*this);
-  }
+  if (position == 1) AskConstant();
   const std::string& path = state_.algorithm.AlgName;
   if (path.find_last_of("/\\") == std::string::npos) return;
   model.RankAlgFile = FileName(path);
@@ -177,12 +198,24 @@ void FrmRank::AddModel() {
       state_.flags.PriorFileName.empty() ? "No Priors loaded" : std::string(FileName(state_.flags.PriorFileName));
   model.RankK =
       static_cast<std::int16_t>(std::ranges::count_if(state_.algorithm.Step, [](double s) { return s != 0; }));
-  model.RankNegLnL = F / state_.flags.ObjectiveConstant;
+  model.RankNegLnL = Divide(F, state_.flags.ObjectiveConstant);
   ranking_.SetCriteria(model, state_.flags.SampleSize);
   ranking_.VoidWeights();
-  WriteRows(ranking_.entered, false);
+  WriteRow(position, model, model.RankOrder);
+  ShowUndefined();
   SetOrderHeading(Random, Colour::LightRed);
   for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
+}
+
+void FrmRank::AskConstant() {
+  desk.Hide(*this);
+  try {
+    EnterObjectiveConstant(desk, main_, state_);
+  } catch (const RuntimeFailure&) {
+    desk.Show(*this);
+    throw;
+  }
+  desk.Show(*this);
 }
 
 void FrmRank::SetCHat() {
@@ -223,7 +256,8 @@ void FrmRank::Average() {
   for (const Competitor& model : ranking_.ranked) {
     const std::filesystem::path path = std::filesystem::path(model.folder) / model.RankCovFile;
     files.push_back(ReadCovarianceFile(ReadWholeFile(path.string()), state_.algorithm.NPAR, model.RankK));
-    weights.push_back(ranking_.Weight(model).value_or(0));
+    if (!ranking_.Weight(model)) throw RuntimeFailure("the models must be ranked before they are averaged");
+    weights.push_back(*ranking_.Weight(model));
   }
   txtAverage.text = AveragingReport(AverageModels(files, weights, ranking_.CHat));
   AveragedFlag = true;
@@ -239,11 +273,12 @@ void FrmRank::DoubleClick(int row, int column) {
 
 void FrmRank::DeleteModel(int position) {
   ranking_.Delete(position);
-  for (int row = position; row < grdRank.Rows() - 1; ++row)
+  for (int row = position; row < grdRank.Rows() - 1; ++row) {
     for (int column = 0; column < ColumnCount; ++column) grdRank.At(row, column) = grdRank.At(row + 1, column);
+    grdRank.At(row, OrderColumn).text = RowLabel(row, ranking_.entered[static_cast<std::size_t>(row) - 1].RankOrder);
+  }
   grdRank.Resize(ranking_.ModelCount() + 1, ColumnCount);
-  for (int row = 1; row < grdRank.Rows(); ++row)
-    for (const int column : {CriterionColumn + 1, CriterionColumn + 2}) grdRank.At(row, column).text = "undefined";
+  ShowUndefined();
   SetOrderHeading(Random, Colour::LightRed);
   ForgetAveraging();
   cmdAverage.enabled = false;

@@ -40,14 +40,18 @@ class FrmRank : public Form {
 
  protected:
   void OnLoad() override;
+  bool OnCloseRequest() override;
   void OnUnload() override;
 
  private:
   void AddModel();
+  void AskConstant();
   void SetCHat();
   void RankModels();
   void Average();
   void Save();
+  /// Asks, when the table is ranked, whether to save it.
+  void OfferSaving();
   void OpenPriors();
   void LoadAlgorithm();
 
@@ -60,6 +64,8 @@ class FrmRank : public Form {
   void SetOrderHeading(const char* text, Colour colour);
   void WriteRow(int position, const Competitor& model, int entry);
   void WriteRows(const std::vector<Competitor>& models, bool byEntry);
+  /// Writes "undefined" for all differences and weights.
+  void ShowUndefined();
   void ForgetAveraging();
   /// The name itself if that file can be read, else the marker.
   std::string Readable(const Competitor& model, const std::string& file, const char* marker) const;

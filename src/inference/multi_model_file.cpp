@@ -32,7 +32,7 @@ std::string MultiModelText(const Ranking& ranking, const std::string& averaging)
                 "Algorithm file                           Covariance file  Notes>\r\n";
   int position = 0;
   for (const Competitor& model : ranking.ranked) text += ModelLine(ranking, model, ++position);
-  if (!averaging.empty()) text += "\r\n" + averaging;
+  if (!averaging.empty()) text += "\r\n" + averaging + "\r\n";
   return text;
 }
 

@@ -37,10 +37,11 @@ void Ranking::SetCriteria(Competitor& model, std::int32_t n) const {
 }
 
 void Ranking::VoidWeights() {
-  for (Competitor& model : entered) {
-    model.RankDeltaAICc = model.RankAICWt = std::nullopt;
-    if (ByQAICc()) model.RankDeltaQAICc = model.RankQAICWt = std::nullopt;
-  }
+  for (std::vector<Competitor>* models : {&entered, &ranked})
+    for (Competitor& model : *models) {
+      model.RankDeltaAICc = model.RankAICWt = std::nullopt;
+      if (ByQAICc()) model.RankDeltaQAICc = model.RankQAICWt = std::nullopt;
+    }
 }
 
 void Ranking::Recompute(std::int32_t n) {

@@ -53,7 +53,7 @@ class Ranking {
   /// Computes the criteria of the mode in force from -ln[L], K and the sample size n. RuntimeFailure when n - K - 1 is
   /// 0.
   void SetCriteria(Competitor& model, std::int32_t n) const;
-  /// Makes the differences and weights of all entered models undefined, in the mode in force.
+  /// Makes the differences and weights of all models undefined, in both orders: AICc's, and QAICc's in its mode.
   void VoidWeights();
   /// Recomputes the criteria of all models and makes differences and weights undefined: after a change of CHat.
   void Recompute(std::int32_t n);

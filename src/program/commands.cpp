@@ -110,6 +110,12 @@ void Program::UserSummary() {
   EndLongCommand();
 }
 
+void Program::Rank() {
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+  desk.Show(frmRank);
+}
+
 void Program::BeginLongCommand() {
   frmMenu.DisableAllButQuit();
   desk.Unload(frmMenu);

@@ -17,10 +17,6 @@ inline constexpr NotYet Evaluations{
     "Evaluate parameter estimates",
     "This version of the program calculates neither likelihood profiles nor posterior distributions.  Standard errors "
     "and correlations are at hand under 'Single model covariances'."};
-inline constexpr NotYet Ranking{"Multi-model statistics",
-                                "This version of the program cannot rank or average models.  Save the algorithm data "
-                                "of each model that you wish to "
-                                "compare."};
 inline constexpr NotYet Results{
     "Results summary",
     "This version of the program cannot write a summary of results.  The estimates are shown by '1 Function call' and "

@@ -28,7 +28,8 @@ Program::Program(const Host& host)
       frmMarquardt(desk, frmMain, state, objective, log, profile),
       frmCovData(desk),
       frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
-      covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay) {
+      covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
+      frmRank(desk, state, objective, frmMain, algorithmCommands, frmAlgo, frmLoadPriors) {
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };
@@ -56,7 +57,7 @@ void Program::WireMenu() {
   frmMenu.cmdBayesian.onClick = [this] { Bayesian(); };
   frmMenu.cmdParEstimate.onClick = [this] { TellNotYet(not_yet::Evaluations); };
   frmMenu.cmdUserSummary.onClick = [this] { UserSummary(); };
-  frmMenu.cmdRank.onClick = [this] { TellNotYet(not_yet::Ranking); };
+  frmMenu.cmdRank.onClick = [this] { Rank(); };
   frmMenu.cmdQuit.onClick = [this] { Quit(); };
 }
 
@@ -87,12 +88,12 @@ void Program::WireForms() {
 void Program::TellNotYet(const NotYet& command) { desk.Tell(command.title, command.text, style::Information); }
 
 void Program::Recover(const Form& failed) {
+  for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
   // A window that is still open leads back to the menu itself.
   if (failed.Visible() && &failed != &frmMenu) return;
   RunFlags& flags = state.flags;
   flags.SimplexRunning = flags.MarquardtRunning = flags.OneCallRun = flags.BootstrapMode = false;
   state.profile.ProfileOn = state.profile.IntegrationOn = state.profile.PriorPlotOn = false;
-  for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
   desk.Unload(frmAbort);
   frmMain.mnuApplication.enabled = true;
   desk.Show(frmMenu);

@@ -18,6 +18,7 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "forms/desk.h"
+#include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
 #include "model/frm_initialize.h"
@@ -85,6 +86,8 @@ class Program {
   FrmCovDisplay frmCovDisplay;
   CovarianceDialogue covarianceDialogue;
 
+  FrmRank frmRank;
+
  private:
   void WireMenu();
   void WireMenuBar();
@@ -100,6 +103,7 @@ class Program {
   void Covariance();
   void Bayesian();
   void UserSummary();
+  void Rank();
   /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns.
   void Quit();
 

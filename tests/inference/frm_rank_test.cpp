@@ -1,0 +1,620 @@
+#include "inference/frm_rank.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <limits>
+
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "base/text.h"
+#include "control/frm_edit_vs.h"
+#include "inference/multi_model_file.h"
+#include "platform/files.h"
+#include "support/scripted_host.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr std::int16_t NPAR = 6;
+
+/// The form among those that it opens, over a model whose objective is its first parameter.
+struct FrmRankTest : ::testing::Test {
+  test::ScriptedHost host;
+  test::ScriptedWindows& windows = host.windows;
+  Desk desk{host.Get()};
+  RunState state;
+  Priors priors;
+  LogFile log;
+  std::int32_t sampleSize = 50;
+  Objective objective{state, [this](ModelCall& call) {
+                        call.F = call.X(1);
+                        call.K = sampleSize;
+                        if (call.X(1) == 13) throw RuntimeFailure("overflow");
+                      }};
+  FrmMain main{desk};
+  FrmMenu menu{desk, state};
+  AlgorithmCommands algorithm{desk, state, main, menu, [] { return "data"; }};
+  FrmAlgo editor{desk, state, log, main, menu};
+  FrmEditVS editAll{desk, state, editor};
+  PriorsCommands priorsCommands{desk, state, main, priors};
+  FrmSetPriors setPriors{desk, state, objective, main, priors, priorsCommands};
+  FrmLoadPriors loadPriors{desk, state, main, priors, priorsCommands, setPriors};
+  FrmRank form{desk, state, objective, main, algorithm, editor, loadPriors};
+  std::string folder = ::testing::TempDir() + "merlane_frm_rank/";
+
+  FrmRankTest() {
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    state.algorithm.NPAR = NPAR;
+    SetDefaultAlgorithm(state.algorithm);
+    state.algorithm.ParName.Dimension(NPAR, "a parameter");
+    state.flags.ObjectiveHint = 0.5;
+    priors.Reset(NPAR);
+    desk.Show(form);
+    windows.events.clear();
+  }
+  ~FrmRankTest() override { std::filesystem::remove_all(folder); }
+
+  /// Makes the model of that file the present one: its -ln[L] and its number of free parameters.
+  void Present(const std::string& file, double negLnL, int K) {
+    state.algorithm.AlgName = folder + file;
+    state.algorithm.Value(1) = 2 * negLnL;
+    for (int i = 1; i <= NPAR; ++i) state.algorithm.Step(i) = i <= K ? 0.1 : 0;
+  }
+  void Add(const std::string& file, double negLnL, int K) {
+    Present(file, negLnL, K);
+    if (form.Models().ModelCount() == 0) windows.Enter("0.5", "Enter constant");
+    ASSERT_TRUE(desk.Press(form.cmdAICc));
+  }
+  void Add(int count) {
+    for (int i = 1; i <= count; ++i) Add("m" + std::to_string(i) + ".alg", 100 - i, 2);
+  }
+  void SetCHat(const std::string& reply) {
+    windows.Enter(reply, "Overdispersion correction");
+    ASSERT_TRUE(desk.Press(form.cmdQAICc));
+  }
+  /// A covariance file by its columns, for K parameters with these values and errors.
+  void WriteCovariances(const std::string& file, int K, double value, double error, double errorOnGrid2) const {
+    std::string text(4, '\n');
+    for (int i = 1; i <= NPAR; ++i) text += "      " + RightSet(Format(value, "0.0000000E+00"), 14) + "\n";
+    text += std::string(15, '\n');
+    const auto field = [](double x, int width) { return RightSet(Format(x, "0.0000000E+00"), width); };
+    for (int i = 1; i <= K; ++i)
+      text += RightSet(std::to_string(i), 3) + field(error, 35) + field(errorOnGrid2, 18) + field(error, 18) + "\n";
+    WriteWholeFile(folder + file, text);
+  }
+  /// Two models with covariance files, ranked.
+  void RankTwo(double errorOnGrid2 = 0.5) {
+    WriteCovariances("m1.cov", 2, 1, 0.5, errorOnGrid2);
+    WriteCovariances("m2.cov", 2, 2, 0.5, 0.5);
+    Add(2);
+    ASSERT_TRUE(desk.Press(form.cmdRank));
+  }
+  std::string Text(int row, int column) const { return form.grdRank.At(row, column).text; }
+  Colour Fore(int row, int column) const { return form.grdRank.At(row, column).fore; }
+  std::vector<std::string> Column(int column) const {
+    std::vector<std::string> texts;
+    for (int row = 1; row < form.grdRank.Rows(); ++row) texts.push_back(Text(row, column));
+    return texts;
+  }
+};
+
+// ---- Opening
+
+TEST_F(FrmRankTest, OpensInAiccModeWithAnEmptyTable) {
+  EXPECT_EQ(form.title, "Model selection, ranking and averaging");
+  const char* headings[] = {
+      "Random",           "-ln[L]", "K", "AICc", "dAICc", "AIC Wt", "Algorithm file name", "Covariance file name",
+      "Priors file name", "Notes:"};
+  for (int column = 0; column < 10; ++column) EXPECT_EQ(Text(0, column), headings[column]);
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.000");
+  EXPECT_EQ(form.txtCHat.fore, Colour::Green);
+  EXPECT_FALSE(form.cmdAverage.enabled || form.txtAverage.visible || form.lblAverage.visible);
+}
+
+TEST_F(FrmRankTest, OpenedAgainForgetsModelsCHatAndAverages) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  SetCHat("2");
+  desk.Press(form.cmdFinish);
+  desk.Show(form);
+  EXPECT_EQ(form.Models().ModelCount(), 0);
+  EXPECT_EQ(form.Models().CHat, 1);
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.000");
+  EXPECT_EQ(form.txtCHat.fore, Colour::Green);
+  EXPECT_EQ(Text(0, 3), "AICc");
+  EXPECT_FALSE(form.AveragedFlag || form.cmdAverage.enabled || form.txtAverage.visible);
+}
+
+TEST_F(FrmRankTest, LabelsTellWhatADoubleClickDoes) {
+  EXPECT_EQ(form.lblDelete.text, "Double-click a selected model's 'Ramdom/Ranked' cell to delete that model");
+  EXPECT_EQ(form.lblCovariance.text,
+            "Double-click a selected model's 'Covariance file name' cell to change the covariance file");
+  EXPECT_EQ(form.lblNotes.text, "Double-click a selected model's 'Notes' cell to annotate that model");
+  EXPECT_EQ(form.lblAverage.text, "Averaging results >");
+}
+
+// ---- Adding models
+
+TEST_F(FrmRankTest, FirstModelAsksForTheConstantBehindTheHiddenFormAndLaterOnesDoNot) {
+  Add("first.alg", 40, 3);
+  EXPECT_THAT(windows.events,
+              ElementsAre("status stbMain5 1 One moment please while one function is executed...", "status stbMain5 1 ",
+                          "hidden frmRank", "input Enter constant", "shown frmRank"));
+  windows.events.clear();
+  Add("second.alg", 41, 2);
+  EXPECT_THAT(windows.events, ElementsAre("status stbMain5 1 One moment please while one function is executed...",
+                                          "status stbMain5 1 "));
+}
+
+TEST_F(FrmRankTest, ModelStandsInItsRowWithItsFilesAndItsCriterion) {
+  WriteWholeFile(folder + "lake.cov", "");
+  state.flags.PriorFileName = folder + "lake.pri";
+  Add("lake.alg", 40, 3);
+  const double aicc = 2.0 * 3 * 50 / (50 - 3 - 1) + 80;
+  const std::string cells[] = {
+      "   1)    1", "4.0000E+01", "3", Format(aicc, "0.0000E+00"), "undefined", "undefined", "lake.alg",
+      "lake.cov",   "lake.pri",   ""};
+  for (int column = 0; column < 10; ++column) {
+    EXPECT_EQ(Text(1, column), cells[column]) << column;
+    EXPECT_EQ(Fore(1, column), Colour::LightRed) << column;
+  }
+  EXPECT_EQ(Text(0, 0), "Random");
+  EXPECT_EQ(Fore(0, 0), Colour::LightRed);
+}
+
+TEST_F(FrmRankTest, ModelWithoutCovarianceFileOrPriorsSaysSo) {
+  Add("lake.alg", 40, 3);
+  EXPECT_EQ(Text(1, 7), "No covariance file found");
+  EXPECT_EQ(Text(1, 8), "No Priors loaded");
+}
+
+TEST_F(FrmRankTest, FolderInPlaceOfACovarianceFileIsNone) {
+  std::filesystem::create_directories(folder + "lake.cov");
+  Add("lake.alg", 40, 3);
+  EXPECT_EQ(Text(1, 7), "No covariance file found");
+}
+
+TEST_F(FrmRankTest, FollowersOfAFuseDoNotCountSinceTheirStepsAreTakenAway) {
+  state.algorithm.Fuse(2) = state.algorithm.Fuse(3) = "A";
+  Add("fused.alg", 40, 3);
+  EXPECT_EQ(Text(1, 2), "2");
+}
+
+TEST_F(FrmRankTest, PriorTermOfTheFirstModelIsZeroWhileNoConstantIsKnown) {
+  state.flags.BayesOn = true;
+  objective.priorTerm = [this](const Array1<double>&) { return 10 * state.flags.ObjectiveConstant; };
+  Add("first.alg", 40, 3);
+  Add("second.alg", 40, 3);
+  EXPECT_EQ(form.Models().entered[0].RankNegLnL, 40);
+  EXPECT_EQ(form.Models().entered[1].RankNegLnL, 50);
+}
+
+TEST_F(FrmRankTest, FileWithoutAFolderEndsTheCommandWithItsRowAdded) {
+  Present("", 40, 3);
+  state.algorithm.AlgName = "06011030.alg";
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(form.cmdAICc);
+  EXPECT_EQ(form.Models().ModelCount(), 1);
+  EXPECT_THAT(Column(0), ElementsAre(""));
+  EXPECT_EQ(form.Models().entered[0].RankAlgFile, "");
+}
+
+TEST_F(FrmRankTest, HundredthModelGivesTheMessageAndAddsNothing) {
+  Add(99);
+  EXPECT_THAT(windows.messages, IsEmpty());
+  Add("hundredth.alg", 1, 1);
+  ASSERT_EQ(windows.messages.size(), 1U);
+  EXPECT_EQ(windows.messages[0].title, "Model limit reached");
+  EXPECT_EQ(windows.messages[0].text, "Sorry, no more than 99 models can be ranked");
+  EXPECT_EQ(windows.messages[0].style, 0);
+  EXPECT_EQ(form.Models().ModelCount(), 99);
+  EXPECT_EQ(form.grdRank.Rows(), 100);
+}
+
+TEST_F(FrmRankTest, AnotherModelAfterARankingVoidsAllDeltasAndWeights) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(1, 4), "0.0000E+00");
+  Add("third.alg", 50, 2);
+  EXPECT_THAT(Column(4), ElementsAre("undefined", "undefined", "undefined"));
+  EXPECT_THAT(Column(5), ElementsAre("undefined", "undefined", "undefined"));
+  EXPECT_EQ(Text(0, 0), "Random");
+  EXPECT_EQ(Fore(0, 0), Colour::LightRed);
+  EXPECT_EQ(Fore(1, 6), Colour::Default) << "rows that were ranked keep their colour";
+  EXPECT_EQ(Fore(3, 6), Colour::LightRed);
+}
+
+TEST_F(FrmRankTest, NoDegreeOfFreedomEndsTheCommandWithItsRowHalfDone) {
+  sampleSize = 4;
+  windows.ExpectFailure("division by zero");
+  Add("small.alg", 40, 3);
+  EXPECT_EQ(form.Models().ModelCount(), 1);
+  EXPECT_TRUE(desk.Usable(form.cmdAICc));
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_EQ(form.Models().ModelCount(), 0) << "the row can be taken out";
+}
+
+TEST_F(FrmRankTest, EvaluationThatFailsLeavesTheFormUsable) {
+  Add(2);
+  Present("bad.alg", 6.5, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  EXPECT_TRUE(desk.Usable(form.cmdAICc));
+  desk.DoubleClick(form.grdRank, 3, 0);
+  desk.Press(form.cmdRank);
+  EXPECT_THAT(Column(6), ElementsAre("m2.alg", "m1.alg"));
+}
+
+TEST_F(FrmRankTest, ConstantThatIsTooLargeANumberBringsTheFormBack) {
+  Present("first.alg", 40, 3);
+  windows.Enter("1e999", "Enter constant");
+  windows.ExpectFailure("overflow");
+  desk.Press(form.cmdAICc);
+  EXPECT_TRUE(desk.Usable(form.cmdAICc));
+}
+
+// ---- C-hat
+
+TEST_F(FrmRankTest, CHatAsksUntilItIsAtLeastOne) {
+  windows.Enter("0.99", "Overdispersion correction");
+  windows.Enter("none", "Overdispersion correction");
+  SetCHat("1.5");
+  EXPECT_EQ(windows.inputs.size(), 3U);
+  EXPECT_EQ(windows.inputs[0].prompt,
+            "Input a value for C-hat (1 or greater) to correct for unexplained overdispersion:");
+  EXPECT_EQ(windows.inputs[0].defaultText, "1");
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.500");
+  EXPECT_EQ(form.txtCHat.fore, Colour::Blue);
+}
+
+TEST_F(FrmRankTest, EmptyReplyCountsAsACHatOfOne) {
+  SetCHat("2");
+  SetCHat("");
+  EXPECT_EQ(windows.inputs[1].defaultText, "2");
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.000");
+  EXPECT_EQ(form.txtCHat.fore, Colour::Green);
+}
+
+TEST_F(FrmRankTest, CHatAboveOneShowsQaiccUnderItsHeadingsAndBackAgain) {
+  Add("a.alg", 40, 3);
+  SetCHat("2");
+  EXPECT_EQ(Text(0, 3), "QAICc");
+  EXPECT_EQ(Text(0, 4), "dQAICc");
+  EXPECT_EQ(Text(0, 5), "QAIC Wt");
+  const double penalty = 2.0 * 3 * 50 / 46;
+  EXPECT_EQ(Text(1, 3), Format(penalty + 40, "0.0000E+00"));
+  EXPECT_EQ(Text(1, 4), "undefined");
+  SetCHat("1");
+  EXPECT_EQ(Text(0, 3), "AICc");
+  EXPECT_EQ(Text(1, 3), Format(penalty + 80, "0.0000E+00"));
+}
+
+TEST_F(FrmRankTest, CHatAfterARankingPutsTheLabelsBackInTheOrderOfTheTable) {
+  Add(3);
+  desk.Press(form.cmdRank);
+  EXPECT_THAT(Column(0), ElementsAre("   1)    3", "   2)    2", "   3)    1"));
+  SetCHat("1.2");
+  EXPECT_EQ(Text(0, 0), "Random");
+  EXPECT_THAT(Column(0), ElementsAre("   1)    1", "   2)    2", "   3)    3"));
+  EXPECT_THAT(Column(6), ElementsAre("m3.alg", "m2.alg", "m1.alg"));
+}
+
+// ---- Ranking
+
+TEST_F(FrmRankTest, RankedHeadingIsGreenByAiccAndBlueByQaicc) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(0, 0), "Ranked");
+  EXPECT_EQ(Fore(0, 0), Colour::Green);
+  EXPECT_EQ(Fore(1, 6), Colour::Default);
+  SetCHat("2");
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(0, 0), "Ranked");
+  EXPECT_EQ(Fore(0, 0), Colour::Blue);
+}
+
+TEST_F(FrmRankTest, RowLabelsKeepTheirWidthFromTenOn) {
+  Add(12);
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(1, 0), "   1)  12");
+  EXPECT_EQ(Text(3, 0), "   3)  10");
+  EXPECT_EQ(Text(4, 0), "   4)    9");
+  EXPECT_EQ(Text(12, 0), " 12)    1");
+}
+
+TEST_F(FrmRankTest, OneModelRanksFirstWithoutDeltaOrWeight) {
+  Add(1);
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(1, 0), "   1)    1");
+  EXPECT_EQ(Text(1, 4), "undefined");
+  EXPECT_EQ(Text(1, 5), "undefined");
+  EXPECT_FALSE(form.cmdAverage.enabled);
+}
+
+TEST_F(FrmRankTest, CriterionThatIsNotPositiveEndsTheRankingAndChangesNothing) {
+  Add("good.alg", 40, 2);
+  Add("negative.alg", -40, 2);
+  windows.ExpectFailure("must be positive");
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(0, 0), "Random");
+  EXPECT_THAT(Column(6), ElementsAre("good.alg", "negative.alg"));
+  EXPECT_TRUE(desk.Usable(form.cmdRank));
+}
+
+TEST_F(FrmRankTest, AveragingIsOfferedWhenMoreThanOneModelIsRankedAndAllHaveCovariances) {
+  WriteCovariances("m1.cov", 2, 1, 0.5, 0.5);
+  Add(2);
+  desk.Press(form.cmdRank);
+  EXPECT_FALSE(form.cmdAverage.enabled);
+  windows.Enter("m1.cov", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  desk.Press(form.cmdRank);
+  EXPECT_TRUE(form.cmdAverage.enabled);
+}
+
+// ---- Double-clicks
+
+TEST_F(FrmRankTest, DoubleClicksElsewhereDoNothing) {
+  Add(2);
+  for (int column = 0; column < 10; ++column) desk.DoubleClick(form.grdRank, 0, column);
+  for (const int column : {1, 2, 3, 4, 5, 6, 8}) desk.DoubleClick(form.grdRank, 1, column);
+  EXPECT_FALSE(desk.DoubleClick(form.grdRank, 3, 0)) << "below the models";
+  EXPECT_EQ(form.Models().ModelCount(), 2);
+}
+
+TEST_F(FrmRankTest, DoubleClickOnTheOrderDeletesTheModel) {
+  RankTwo();
+  Add("m3.alg", 90, 2);
+  desk.Press(form.cmdRank);
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_THAT(Column(6), ElementsAre("m2.alg", "m1.alg"));
+  EXPECT_THAT(Column(0), ElementsAre("   1)    2", "   2)    1"));
+  EXPECT_THAT(Column(4), ElementsAre("undefined", "undefined"));
+  EXPECT_EQ(Text(0, 0), "Random");
+  EXPECT_EQ(Fore(0, 0), Colour::LightRed);
+  EXPECT_FALSE(form.cmdAverage.enabled);
+  EXPECT_EQ(form.Models().ranked.size(), 2U);
+}
+
+TEST_F(FrmRankTest, DeletionClearsTheAverages) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+  desk.DoubleClick(form.grdRank, 2, 0);
+  EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
+  EXPECT_EQ(form.txtAverage.text, "");
+}
+
+TEST_F(FrmRankTest, CovarianceFileNamedByTheUserIsLookedForBesideTheAlgorithmFile) {
+  WriteWholeFile(folder + "other.cov", "");
+  Add(1);
+  windows.Enter("other.cov", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  EXPECT_EQ(windows.inputs.back().prompt, "Please input the desired covariance file name");
+  EXPECT_EQ(windows.inputs.back().defaultText, "No covariance file found");
+  EXPECT_EQ(Text(1, 7), "other.cov");
+  windows.Enter("none.cov", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  EXPECT_EQ(Text(1, 7), "No such file exists");
+  EXPECT_EQ(form.Models().entered[0].RankCovFile, "No such file exists");
+  EXPECT_EQ(form.Models().ranked[0].RankCovFile, "No such file exists");
+}
+
+TEST_F(FrmRankTest, NotesGoToTheCellAndIntoTheFile) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  windows.Enter("constant survival", "Model notes");
+  desk.DoubleClick(form.grdRank, 2, 9);
+  EXPECT_EQ(windows.inputs.back().prompt, "Enter your annotations concerning the selected model");
+  EXPECT_EQ(windows.inputs.back().defaultText, "Add your notation here");
+  EXPECT_EQ(Text(2, 9), "constant survival");
+  windows.File(folder + "kept.mms");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(Lines(ReadWholeFile(folder + "kept.mms"))[3], HasSubstr("  constant survival"));
+}
+
+TEST_F(FrmRankTest, CancelledBoxesChangeNothing) {
+  Add(1);
+  windows.Enter("a note", "Model notes");
+  desk.DoubleClick(form.grdRank, 1, 9);
+  windows.CancelInput("Model notes");
+  desk.DoubleClick(form.grdRank, 1, 9);
+  EXPECT_EQ(Text(1, 9), "a note");
+  windows.CancelInput("Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  EXPECT_EQ(Text(1, 7), "No covariance file found");
+}
+
+// ---- Averaging
+
+TEST_F(FrmRankTest, AveragesStandInThePaneUntilTheNextRanking) {
+  RankTwo();
+  EXPECT_TRUE(form.cmdAverage.enabled);
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag && form.txtAverage.visible && form.lblAverage.visible);
+  const std::vector<std::string> lines = Lines(form.txtAverage.text);
+  ASSERT_EQ(lines.size(), 5U + NPAR);
+  // m2 lies 2 below m1: weights 0.7311 and 0.2689, values 2 and 1.
+  EXPECT_THAT(lines[5], HasSubstr("      1.7311E+00"));
+  desk.Press(form.cmdRank);
+  EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
+  EXPECT_EQ(form.txtAverage.text, "");
+}
+
+TEST_F(FrmRankTest, MissingErrorOnGridTwoOfOneModelSetsAllOfGridTwo) {
+  RankTwo(-1);
+  desk.Press(form.cmdAverage);
+  const std::vector<std::string> lines = Lines(form.txtAverage.text);
+  for (std::size_t line = 5; line < lines.size(); ++line) {
+    EXPECT_EQ(lines[line].substr(44, 16), "     -1.0000E+00");
+    EXPECT_NE(lines[line].substr(28, 16), "     -1.0000E+00");
+  }
+}
+
+TEST_F(FrmRankTest, AveragesByQaiccTakeItsWeightsAndItsCHat) {
+  WriteCovariances("a.cov", 2, 1, 0.5, 0.5);
+  WriteCovariances("b.cov", 2, 1, 0.5, 0.5);
+  Add("a.alg", 40, 2);
+  Add("b.alg", 41, 2);
+  SetCHat("4");
+  desk.Press(form.cmdRank);
+  desk.Press(form.cmdAverage);
+  EXPECT_THAT(Lines(form.txtAverage.text)[5], HasSubstr("      1.0000E+00      1.0000E+00"));
+  EXPECT_NEAR(form.Models().ranked[0].RankQAICWt.value(), 1 / (1 + std::exp(-0.25)), 1e-12);
+}
+
+TEST_F(FrmRankTest, CovarianceFileLostAfterTheRankingStopsTheAveraging) {
+  RankTwo();
+  windows.Enter("none.cov", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 2, 7);
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.messages.back().title, "Can't average models");
+  EXPECT_EQ(windows.messages.back().text, "Sorry, the covariance file is missing for at least one ranked model");
+  EXPECT_EQ(windows.messages.back().style, 0);
+  EXPECT_FALSE(form.cmdAverage.enabled || form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, AveragingOfATableThatIsNoLongerRankedFails) {
+  RankTwo();
+  SetCHat("2");
+  windows.ExpectFailure("must be ranked");
+  desk.Press(form.cmdAverage);
+  EXPECT_FALSE(form.AveragedFlag);
+  desk.Press(form.cmdRank);
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileThatIsTooShortFailsAndLeavesTheFormUsable) {
+  RankTwo();
+  WriteWholeFile(folder + "m1.cov", "four\nlines\nand no\nmore\n");
+  windows.ExpectFailure("frmRank.cmdAverage");
+  desk.Press(form.cmdAverage);
+  EXPECT_FALSE(form.AveragedFlag);
+  EXPECT_TRUE(desk.Usable(form.cmdAverage));
+}
+
+// ---- Saving and closing
+
+TEST_F(FrmRankTest, SaveProposesANameByTheClockAndWritesTheRankedTable) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  windows.File(folder + "kept.mms", "Save model ranking results in...");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_EQ(windows.files.back().startName, "06011030.mms");
+  EXPECT_EQ(windows.files.back().filter, "All files (*.*)|*.*|Multi-model statistics files (*.mms)|*.mms");
+  const std::string text = ReadWholeFile(folder + "kept.mms");
+  EXPECT_EQ(text, MultiModelText(form.Models(), ""));
+  EXPECT_TRUE(text.ends_with("\r\n"));
+}
+
+TEST_F(FrmRankTest, AveragesAreSavedBehindAnEmptyLine) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  windows.File(folder + "kept.mms");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(ReadWholeFile(folder + "kept.mms"), testing::EndsWith("\r\n\r\n" + form.txtAverage.text + "\r\n"));
+}
+
+TEST_F(FrmRankTest, CancelledSaveWritesNothingAndLeavesEverything) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  windows.CancelFile();
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(windows.writes, IsEmpty());
+  EXPECT_TRUE(form.AveragedFlag);
+  EXPECT_EQ(Text(0, 0), "Ranked");
+}
+
+TEST_F(FrmRankTest, UnrankedTableClosesWithoutAQuestion) {
+  Add(2);
+  desk.Press(form.cmdFinish);
+  EXPECT_FALSE(form.Loaded());
+  EXPECT_THAT(windows.messages, IsEmpty());
+}
+
+TEST_F(FrmRankTest, RankedTableAsksBeforeItIsClosedByButtonOrFrame) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  windows.No("What about ranking results!");
+  desk.Press(form.cmdFinish);
+  EXPECT_EQ(windows.LastText(), "Do you want to save ranking results?");
+  EXPECT_FALSE(form.Loaded());
+  desk.Show(form);
+  Add(2);
+  desk.Press(form.cmdRank);
+  windows.Yes("What about ranking results!");
+  windows.File(folder + "kept.mms");
+  desk.Close(form);
+  EXPECT_FALSE(form.Loaded());
+  EXPECT_TRUE(std::filesystem::exists(folder + "kept.mms"));
+}
+
+TEST_F(FrmRankTest, TableThatCannotBeSavedAtTheEndIsNotLost) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  windows.Yes("What about ranking results!");
+  windows.File(folder + "none/kept.mms");
+  windows.ExpectFailure("none/kept.mms");
+  desk.Press(form.cmdFinish);
+  EXPECT_TRUE(desk.Usable(form.cmdSaveRank));
+  EXPECT_EQ(form.Models().ModelCount(), 2);
+}
+
+// ---- Algorithm data and priors
+
+TEST_F(FrmRankTest, EditorOpensWithTheLogLockedAndGivesTheFormBack) {
+  desk.Press(form.cmdEditAlg);
+  EXPECT_TRUE(editor.Visible());
+  EXPECT_FALSE(editor.cmdOpenLog.enabled || editor.txtFileName.visible);
+  EXPECT_TRUE(editor.txtReduction.enabled);
+  EXPECT_FALSE(desk.Usable(form.cmdAICc));
+  windows.events.clear();
+  desk.Press(editor.cmdFinish);
+  EXPECT_TRUE(desk.Usable(form.cmdAICc));
+  EXPECT_EQ(windows.events.back(), "front frmRank");
+}
+
+TEST_F(FrmRankTest, SavedAlgorithmDataKeepTwoLettersOfAFuse) {
+  state.algorithm.Fuse(2) = state.algorithm.Fuse(3) = "AB";
+  windows.File(folder + "kept.alg");
+  desk.Press(form.cmdSaveAlg);
+  windows.File(folder + "kept.alg", "Open algorithm data file");
+  desk.Press(form.cmdLoadAlg);
+  EXPECT_EQ(state.algorithm.Fuse(2), "AB");
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: kept");
+}
+
+TEST_F(FrmRankTest, AlgorithmFileThatFailsIsToldAndLeavesTheFormUsable) {
+  WriteWholeFile(folder + "bad.alg", "     7\r\n");
+  windows.File(folder + "bad.alg");
+  desk.Press(form.cmdLoadAlg);
+  EXPECT_EQ(windows.messages.back().title, "Algorithm file - information input failed");
+  EXPECT_TRUE(desk.Usable(form.cmdLoadAlg));
+  windows.ExpectFailure("vanished.alg");
+  windows.File(folder + "vanished.alg");
+  desk.Press(form.cmdLoadAlg);
+  EXPECT_TRUE(desk.Usable(form.cmdLoadAlg));
+}
+
+TEST_F(FrmRankTest, ChooserOfPriorsClearsTheAveragesAndBringsTheFormBack) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  desk.Press(form.cmdBayesian);
+  EXPECT_TRUE(loadPriors.Visible());
+  EXPECT_FALSE(form.Visible() || form.AveragedFlag);
+  EXPECT_EQ(form.txtAverage.text, "");
+  desk.Press(loadPriors.cmdCancel);
+  EXPECT_TRUE(form.Visible());
+  EXPECT_FALSE(menu.Visible());
+  EXPECT_EQ(Text(0, 0), "Ranked") << "the table stays";
+}
+
+}  // namespace
+}  // namespace merlane
