@@ -142,8 +142,9 @@ void Actions::Type(const BatchLine& line) {
 
 void Actions::Close(const BatchLine& line) {
   Form& form = FormOf(line);
-  if (!desk_.Close(form))
-    Fault(line, form.name + (form.Visible() ? " cannot be closed while a calculation runs" : " is not shown"));
+  if (desk_.Close(form)) return;
+  if (!form.Visible()) Fault(line, form.name + " is not shown");
+  Fault(line, form.name + (form.enabled ? " cannot be closed while a calculation runs" : " takes no input now"));
 }
 
 void Actions::Arm(const BatchLine& line) {

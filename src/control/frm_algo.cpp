@@ -61,8 +61,7 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
   grdVS.widths = {10, 13, 13, 6, 90};
   grdVS.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };
   grdVS.onEntry = [this](int row, int column, const std::string& text) {
-    if (!entry_ || entry_->row != row || entry_->column != column) BeginEntry(row, column);
-    LeaveEntry(text);
+    if (entry_ && entry_->row == row && entry_->column == column) LeaveEntry(text);
   };
 
   txtAbsRel.readOnly = txtFileName.readOnly = true;

@@ -37,8 +37,16 @@ void FrmMenu::OnLoad() {
     cmdLoadAlg.enabled = true;
     if (!state_.algorithm.AlgName.empty()) EnableAnalysis(true);
   }
+  // The menu can be called for while a new analysis is described, but begins nothing until that is done.
+  if (const Form* const describing = desk.Find("frmInitialize")) enabled = !describing->Loaded();
   lblVersion.text = "Version: " + std::string(Version());
   lblModelname.text = "Merlane Survivorship Model";
+}
+
+bool FrmMenu::OnCloseRequest() {
+  const Form* const main = desk.Find("frmMain");
+  const Control* const callsBack = main == nullptr ? nullptr : main->Find("mnuApplication");
+  return callsBack == nullptr || callsBack->enabled;
 }
 
 void FrmMenu::ApplyPattern() {

@@ -44,6 +44,8 @@ class FrmMenu : public Form {
 
  protected:
   void OnLoad() override;
+  /// Stays open while the application menu, which would bring it back, is disabled.
+  bool OnCloseRequest() override;
 
  private:
   const RunState& state_;

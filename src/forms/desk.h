@@ -67,7 +67,7 @@ class Desk {
   bool Click(Grid& grid, int row, int column);
   bool DoubleClick(Grid& grid, int row, int column);
   bool Enter(Grid& grid, int row, int column, const std::string& entry);
-  /// Closes a form as its frame does.
+  /// Closes a form as its frame does; an inactive form stays.
   bool Close(Form& form);
 
   /// True when a person could use the control at this moment.

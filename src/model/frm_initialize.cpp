@@ -94,6 +94,10 @@ void FrmInitialize::OnLoad() {
   txtLimits.text = ExampleData();
 }
 
+void FrmInitialize::OnUnload() {
+  if (Form* const menu = desk.Find("frmMenu")) menu->enabled = true;
+}
+
 void FrmInitialize::ShowWhatApplies() {
   const bool read = optRead.value;
   cmdLoadData.enabled = read;

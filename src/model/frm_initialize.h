@@ -70,6 +70,7 @@ class FrmInitialize : public Form {
 
  protected:
   void OnLoad() override;
+  void OnUnload() override;
   bool OnCloseRequest() override;
 
  private:

@@ -220,6 +220,8 @@ TEST_F(BatchRunTest, TheMessageSaysWhyAControlCannotBeUsed) {
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "press cmdGo"), "line 2: press cmdGo: frmTest is not shown");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "close frmTest"),
             "line 2: close frmTest: frmTest is not shown");
+  EXPECT_EQ(problemOf([](FrmTest& f) { f.enabled = false; }, "close frmTest"),
+            "line 2: close frmTest: frmTest takes no input now");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.mnuMenu.enabled = false; }, "press mnuEntry"),
             "line 2: press mnuEntry: the menu mnuMenu is not enabled or not visible");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.txtText.readOnly = true; }, "set txtText x"),

@@ -80,6 +80,28 @@ TEST_F(MenuTest, ReloadReturnsToTheDesignState) {
   EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdQuit"));
 }
 
+TEST_F(MenuTest, CalledForWhileAnAnalysisIsDescribedItTakesNoInput) {
+  Form describing{desk, "frmInitialize", ""};
+  desk.Show(describing);
+  desk.Show(menu);
+  EXPECT_FALSE(desk.Usable(menu.cmdInitialize));
+  desk.Unload(menu);
+  desk.Unload(describing);
+  desk.Show(menu);
+  EXPECT_TRUE(desk.Usable(menu.cmdInitialize));
+}
+
+TEST_F(MenuTest, FrameKeepsItWhileTheApplicationMenuCannotBringItBack) {
+  desk.Show(main);
+  desk.Show(menu);
+  main.mnuApplication.enabled = false;
+  desk.Close(menu);
+  EXPECT_TRUE(menu.Visible());
+  main.mnuApplication.enabled = true;
+  desk.Close(menu);
+  EXPECT_FALSE(menu.Loaded());
+}
+
 TEST_F(MenuTest, WindowEntriesAskTheDesktopForTheLayout) {
   desk.Show(main);
   std::vector<Arrangement> asked;

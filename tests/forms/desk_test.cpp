@@ -166,6 +166,13 @@ TEST_F(DeskTest, FrameClosesAFormUnlessItRefuses) {
   EXPECT_FALSE(desk.Close(form));
 }
 
+TEST_F(DeskTest, FrameDoesNotCloseAnInactiveForm) {
+  desk.Show(form);
+  form.enabled = false;
+  EXPECT_FALSE(desk.Close(form));
+  EXPECT_TRUE(form.Visible());
+}
+
 TEST_F(DeskTest, FrameDoesNotCloseAFormDuringACalculation) {
   desk.Show(form);
   host.windows.AtTurn(1, [&] { EXPECT_FALSE(desk.Close(form)); });

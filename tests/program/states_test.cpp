@@ -36,6 +36,28 @@ TEST_F(StatesTest, Initialising) {
   EXPECT_FALSE(state.flags.ReadSimulatedFile || state.flags.BootstrapMode);
 }
 
+TEST_F(StatesTest, InitializeWithoutAlgorithmDataAsksNothing) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  windows.messages.clear();
+  desk.Press(menu.cmdInitialize);
+  EXPECT_THAT(windows.messages, IsEmpty());
+  EXPECT_TRUE(program.frmInitialize.Visible());
+}
+
+TEST_F(StatesTest, MenuCalledForWhileInitialisingTakesNoInputUntilThatIsOver) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  for (Button* const ending : {&program.frmInitialize.cmdCancel, &program.frmInitialize.cmdDone}) {
+    desk.Press(menu.cmdInitialize);
+    desk.Press(program.frmMain.mnuMenu);
+    EXPECT_TRUE(menu.Visible());
+    EXPECT_THAT(Usable(), IsEmpty());
+    desk.Choose(program.frmInitialize.optSimulate);
+    desk.Press(*ending);
+    EXPECT_FALSE(program.frmInitialize.Loaded());
+    EXPECT_TRUE(desk.Usable(menu.cmdLoadAlg));
+  }
+}
+
 TEST_F(StatesTest, InitialisingCancelledReturnsToTheMenu) {
   desk.Press(menu.cmdInitialize);
   desk.Press(program.frmInitialize.cmdCancel);
@@ -121,6 +143,7 @@ TEST_F(StatesTest, EditorDisablesTheMenuUntilItCloses) {
   EXPECT_TRUE(program.frmAlgo.Visible());
   EXPECT_NE(program.frmAlgo.focus, nullptr);
   EXPECT_THAT(Usable(), IsEmpty());
+  EXPECT_FALSE(desk.Close(menu)) << "called for again it would be active";
   EXPECT_EQ(menu.focus, &menu.cmdOneFunction);
   desk.Press(program.frmAlgo.cmdFinish);
   EXPECT_EQ(Usable().size(), 13U);
