@@ -68,6 +68,8 @@ class WindowSystem {
   virtual void OnStatus(const std::string& bar, int panel, const std::string& text) = 0;
   /// Tells that a file has been written.
   virtual void OnWrote(const std::string& path) = 0;
+  /// A sound that calls the user back to a long calculation.
+  virtual void Beep() {}
   /// Tells the user that a command failed at run time.
   virtual void OnFailure(const std::string& text) = 0;
   /// The program has ended, with this exit status.

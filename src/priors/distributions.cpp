@@ -10,22 +10,10 @@
 namespace merlane {
 namespace {
 
-// The open ends of the domains of distributions that live on positive numbers or on (0, 1).
-constexpr double LowerEnd = 1e-06;
-constexpr double UpperEnd = 0.999999;
-
 double Square(double x) { return x * x; }
 
 /// A wall so steep that no minimiser stays behind it.
 double Penalty(double excess) { return Checked(Square(excess) * 1e+20); }
-
-/// The number of a second term. Files put a blank between a minus and its number.
-double SecondTerm(const PriorTerm& secondTerm) {
-  if (const double* number = std::get_if<double>(&secondTerm)) return *number;
-  const std::string_view term = Trim(std::get<std::string>(secondTerm));
-  if (term.starts_with("- ")) return -StrictNumber(term.substr(2));
-  return StrictNumber(term);
-}
 
 double Normal(double x, double m, double s) { return Checked(0.5 * Square(Divide(x - m, s))); }
 
@@ -48,7 +36,7 @@ double LnNormal(double x, double m, double s) {
 double Beta(double x, double m, double s) {
   const double a = Divide(((m - Square(m)) - Square(s)) * m, Square(s));
   const double b = Divide(((m - Square(m)) - Square(s)) * (1 - m), Square(s));
-  const double mode = std::clamp(Divide(1 - a, (2 - a) - b), LowerEnd, UpperEnd);
+  const double mode = std::clamp(Divide(1 - a, (2 - a) - b), PriorLowerEnd, PriorUpperEnd);
   const double ref = Checked((1 - a) * CheckedLog(mode) + (1 - b) * CheckedLog(1 - mode));
   return Checked((1 - a) * CheckedLog(x) + (1 - b) * CheckedLog(1 - x) - ref);
 }
@@ -85,23 +73,30 @@ double NegLnL(const Priors& priors, int i, double x, double& c, bool& counts) {
   };
   if (code == "U") return 0;
   if (code == "N") return Normal(x, m, s);
-  if (code == "G") return x < LowerEnd ? outside(Penalty(x - LowerEnd)) : Gamma(x, m, s);
+  if (code == "G") return x < PriorLowerEnd ? outside(Penalty(x - PriorLowerEnd)) : Gamma(x, m, s);
   // The first term is multiplied as it stands, although it is entered as the mean.
   if (code == "E") return x <= 0 ? outside(Penalty(x)) : Checked(std::fabs(m) * x);
-  if (code == "L") return x < LowerEnd ? outside(Penalty(x - LowerEnd)) : LnNormal(x, m, s);
+  if (code == "L") return x < PriorLowerEnd ? outside(Penalty(x - PriorLowerEnd)) : LnNormal(x, m, s);
   if (code == "B") {
-    if (x < LowerEnd) return outside(Penalty(x - LowerEnd));
-    if (x > UpperEnd) return outside(Penalty(x - UpperEnd));
+    if (x < PriorLowerEnd) return outside(Penalty(x - PriorLowerEnd));
+    if (x > PriorUpperEnd) return outside(Penalty(x - PriorUpperEnd));
     return Beta(x, m, s);
   }
   if (code == "S") return LeftCliff(x, m, s, c);
   if (code == "D") return RightCliff(x, m, s, c);
-  if (code == "T")
-    return Bounded(x, m, s, SecondTerm(priors.PriorSecondMean(i)), SecondTerm(priors.PriorSecondSD(i)), c);
+  if (code == "T") return Bounded(x, m, s, NumberOf(priors.PriorSecondMean(i)), NumberOf(priors.PriorSecondSD(i)), c);
   return 0;
 }
 
 }  // namespace
+
+double NumberOf(const PriorTerm& secondTerm) {
+  if (const double* number = std::get_if<double>(&secondTerm)) return *number;
+  // Files put a blank between a minus and its number.
+  const std::string_view term = Trim(std::get<std::string>(secondTerm));
+  if (term.starts_with("- ")) return -StrictNumber(term.substr(2));
+  return StrictNumber(term);
+}
 
 void Priors::Reset(int NPAR) {
   PriorCode.Dimension(NPAR, "U");

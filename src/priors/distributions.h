@@ -15,6 +15,12 @@ inline constexpr const char* PriorUnused = "Unused";
 
 /// A second term: a number, or a text as it was typed or read (numeric for "T", else "Unused").
 using PriorTerm = std::variant<double, std::string>;
+/// The number of a second term. RuntimeFailure for a text that is none.
+double NumberOf(const PriorTerm& secondTerm);
+
+/// The open ends of the domains of distributions that live on positive numbers or on (0, 1).
+inline constexpr double PriorLowerEnd = 1e-06;
+inline constexpr double PriorUpperEnd = 0.999999;
 
 /// The nine prior distributions, in the order in which they are offered.
 struct PriorDistribution {

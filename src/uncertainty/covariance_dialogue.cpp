@@ -1,8 +1,8 @@
 #include "uncertainty/covariance_dialogue.h"
 
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "control/objective_constant.h"
+#include "uncertainty/time_left.h"
 
 namespace merlane {
 namespace {
@@ -61,7 +61,7 @@ class Progress : public CovarianceWatch {
   Progress(Desk& desk, FrmMain& main, FrmCovData& data) : desk_(desk), main_(main), data_(data) {}
 
   void OnGrid(int g) override {
-    start_ = Timer(desk_.host.clock);
+    timeLeft_.Start();
     Append(fmt::format("Now calculating -ln[likelihood] on grid #{}\r\n", g));
   }
 
@@ -78,10 +78,7 @@ class Progress : public CovarianceWatch {
 
   void OnCalled(int g, int call, int calls) override {
     const int all = (3 - g + 1) * calls;
-    const double elapsed = Timer(desk_.host.clock) - start_;
-    const int remaining = ToInt32(elapsed / call * (all - call));
-    main_.stbMain5.Set(
-        2, fmt::format("Estimated time remaining for all three grids (m:s): {}:{:02}", remaining / 60, remaining % 60));
+    main_.stbMain5.Set(2, "Estimated time remaining for all three grids (m:s): " + timeLeft_.Text(call, all - call));
     desk_.Turn();
   }
 
@@ -106,7 +103,7 @@ class Progress : public CovarianceWatch {
   Desk& desk_;
   FrmMain& main_;
   FrmCovData& data_;
-  double start_ = 0;
+  TimeLeft timeLeft_{desk_.host.clock};
 };
 
 }  // namespace

@@ -1,0 +1,125 @@
+#include "uncertainty/evaluation_dialogue.h"
+
+#include "base/text.h"
+#include "control/fuses.h"
+#include "control/objective_constant.h"
+#include "uncertainty/evaluation_questions.h"
+#include "uncertainty/evaluation_table.h"
+#include "uncertainty/flag_on.h"
+#include "uncertainty/pinned_parameter.h"
+
+namespace merlane {
+namespace {
+
+constexpr const char* CovarianceSteps =
+    "Base step sizes on SD's from covariance grid 1, 2, 3, No or Quit?\r\nPlease enter 1, 2, 3, N, or Q";
+constexpr const char* ZeroStep = "The parameter chosen has a step size of zero; please try again";
+
+}  // namespace
+
+double StepAcross(double standardError, const EvaluationSetup& setup) {
+  return standardError * 24 / ((setup.ProfilePoints - 1) * 3);
+}
+
+void EvaluationDialogue::Evaluate(bool& on) {
+  edited_ = false;
+  {
+    const FlagOn flag(on);
+    Converse();
+  }
+  p_.desk.Unload("frmParEvals");  // which brings the menu back
+  for (int panel = 1; panel <= p_.main.stbMain5.Panels(); ++panel) SetPanel(panel, "");
+  if (edited_)
+    p_.desk.Tell("A friendly reminder", "Your algorithm file may have been automatically edited", style::Exclamation);
+}
+
+void EvaluationDialogue::Converse() {
+  p_.desk.Tell(texts_.title, texts_.notice, style::Information);
+  if (p_.desk.Ask(texts_.title, texts_.introduction, style::YesNoQuestion) != Answer::Yes) return;
+  if (HasEarlierResults() && p_.desk.Ask(texts_.title, texts_.again, style::YesNoQuestion) != Answer::Yes) {
+    const PinnedParameter pinned(p_.state, p_.last.ProfileParameter);
+    ShowLast();
+    return;
+  }
+  if (p_.state.flags.NOBS == 0) EnterObjectiveConstant(p_.desk, p_.main, p_.state);
+  BuildFuseGroups(p_.state);
+  PackFree(p_.state);
+  if (const auto setup = AskSetup()) Run(*setup);
+}
+
+bool EvaluationDialogue::HasEarlierResults() const {
+  const Evaluation& last = p_.last;
+  return p_.state.profile.ProfileState == 1 && last.LastProfileKind == kind_ && last.series &&
+         *last.series->ProfileX.begin() != *(last.series->ProfileX.end() - 1);
+}
+
+std::optional<EvaluationSetup> EvaluationDialogue::AskSetup() {
+  const AlgorithmData& a = p_.state.algorithm;
+  for (;;) {
+    const auto parameter = AskParameterNumber(
+        p_.desk, texts_.title, fmt::format("{}\r\n0 < parameter # <= {}", texts_.parameterPrompt, a.NPAR), a.NPAR);
+    if (!parameter) return std::nullopt;
+    const auto points = AskPointCount(p_.desk, texts_.title, texts_.pointsPrompt, texts_.leastPoints, 25);
+    if (!points) return std::nullopt;
+    EvaluationSetup setup{*parameter, *points, 0};
+    p_.last.series.reset();  // the points of the last evaluation have gone
+    const Reply reply = AskMethod(setup);
+    if (reply == Reply::AskAgain) continue;
+    if (reply == Reply::Quit || !AskSteps(setup)) return std::nullopt;
+    EditSteps();
+    if (a.Step(*parameter) != 0) return setup;
+    p_.desk.Tell(texts_.zeroStepTitle, ZeroStep, style::Exclamation);
+  }
+}
+
+bool EvaluationDialogue::AskSteps(const EvaluationSetup& setup) {
+  if (!p_.state.flags.CovarianceDone) return true;
+  for (;;) {
+    const std::string answer = UpperCase(Trim(p_.desk.Input(texts_.title, CovarianceSteps, "N")));
+    if (answer.empty() || answer == "Q") return false;
+    if (answer == "N") return true;
+    if (answer != "1" && answer != "2" && answer != "3") continue;
+    const Covariances& c = p_.covariances;
+    const CovarianceGrid& grid = c.grid(answer[0] - '0');
+    for (int a = 1; a <= c.CovCount; ++a) {
+      const std::int16_t parameter = c.CovIndex(a);
+      p_.state.algorithm.Step(parameter) = StepFrom(grid.standardErrors(a), parameter, setup);
+    }
+    return true;
+  }
+}
+
+void EvaluationDialogue::EditSteps() {
+  edited_ = true;
+  p_.algo.OpenLocked(EditValuesAndSteps);
+  p_.desk.WaitUntil([this] { return p_.algo.EditClosed; });
+}
+
+void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoints& points,
+                              std::optional<BivariateDensity> bivariate) {
+  Evaluation& last = p_.last;
+  last.LastProfileKind = kind_;
+  last.ProfileParameter = setup.ProfileParameter;
+  last.series.reset();
+  if (points.Count() >= 3 && points.HasMinimum()) last.series = MakeConfidenceSeries(points);
+  last.bivariate = std::move(bivariate);
+}
+
+void EvaluationDialogue::ShowLast() {
+  p_.state.flags.SimplexBuilt = false;
+  p_.state.profile.ProfileState = 1;
+  const Evaluation& last = p_.last;
+  if (!last.series) return;
+  const auto source = kind_ == EvaluationKind::Profile ? DistributionSeries::Source::LikelihoodProfile
+                                                       : DistributionSeries::Source::Posterior;
+  p_.distPlot.ShowDistPlot(ForPlots(source, last.ProfileParameter, *last.series));
+  p_.desk.WaitUntil([this] { return !p_.distPlot.Loaded(); });
+  ShowMore();
+  table_.Open(Table());
+}
+
+bool EvaluationDialogue::AskQuit(const char* boxTitle) const {
+  return p_.desk.Ask(boxTitle, "Interrupt received.  Quit calculations?", style::YesNoQuestion) == Answer::Yes;
+}
+
+}  // namespace merlane

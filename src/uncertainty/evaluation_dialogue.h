@@ -1,0 +1,111 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "control/frm_algo.h"
+#include "control/frm_main.h"
+#include "control/objective.h"
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "plots/bivariate.h"
+#include "plots/frm_dist_plot.h"
+#include "uncertainty/confidence_series.h"
+#include "uncertainty/covariance.h"
+#include "uncertainty/frm_distribution_table.h"
+
+namespace merlane {
+
+enum class EvaluationKind { None, Profile, Posterior };
+
+/// What the last profile or posterior left. It can be looked at again while ProfileState is 1, that is, until free
+/// parameters are packed for another command.
+struct Evaluation {
+  EvaluationKind LastProfileKind = EvaluationKind::None;
+  std::int16_t ProfileParameter = 0;
+  std::optional<ConfidenceSeries> series;     // none when fewer than three points were kept
+  std::optional<BivariateDensity> bivariate;  // of a posterior with one other free parameter
+  double ReferenceF = 0;                      // of a posterior; kept from run to run
+};
+
+/// What both evaluations work with.
+struct EvaluationParts {
+  Desk& desk;
+  RunState& state;
+  Objective& objective;
+  Covariances& covariances;
+  Evaluation& last;
+  FrmMain& main;
+  FrmAlgo& algo;
+  FrmDistPlot& distPlot;
+};
+
+/// What an evaluation of a parameter has been told to do.
+struct EvaluationSetup {
+  std::int16_t ProfileParameter = 0;
+  std::int16_t ProfilePoints = 0;
+  std::int16_t GridPoints = 0;  // of a posterior
+};
+
+/// The step with which the points span eight standard errors.
+double StepAcross(double standardError, const EvaluationSetup& setup);
+
+/// The course that a likelihood profile and a posterior have in common: what is told and asked before, the plots, the
+/// table, and the way back to the menu.
+class EvaluationDialogue {
+ protected:
+  /// What the two differ in.
+  struct Texts {
+    const char* title;
+    const char* notice;
+    const char* introduction;
+    const char* again;  // asked when earlier results can be seen
+    const char* parameterPrompt;
+    const char* pointsPrompt;
+    const char* zeroStepTitle;
+    int leastPoints;  // that the answer may be
+  };
+
+  EvaluationDialogue(EvaluationParts& parts, EvaluationKind kind, const Texts& texts, FrmDistributionTable& table)
+      : p_(parts), kind_(kind), texts_(texts), table_(table) {}
+  ~EvaluationDialogue() = default;
+
+  /// The whole command; `on` is the flag that tells which of the two is at work.
+  void Evaluate(bool& on);
+
+  /// Asks how the points are to be evaluated.
+  enum class Reply { GoOn, AskAgain, Quit };
+  virtual Reply AskMethod(EvaluationSetup& setup) = 0;
+  /// What the step of a parameter becomes from its standard error.
+  virtual double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const = 0;
+  /// Evaluates; the parameter is to be pinned here. Shows what comes of it.
+  virtual void Run(const EvaluationSetup& setup) = 0;
+  /// The table of the last evaluation, and what else is shown of it behind the plots.
+  virtual std::string Table() const = 0;
+  virtual void ShowMore() {}
+
+  /// Keeps what was evaluated as the last evaluation.
+  void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);
+  /// Shows the last evaluation, if there is something to be seen: the plots until they are closed, then the table.
+  void ShowLast();
+  /// Asks whether an interrupt means to quit.
+  bool AskQuit(const char* boxTitle) const;
+  void SetPanel(int panel, const std::string& text) { p_.main.stbMain5.Set(panel, text); }
+
+  EvaluationParts& p_;
+
+ private:
+  void Converse();
+  bool HasEarlierResults() const;
+  std::optional<EvaluationSetup> AskSetup();
+  /// Offers steps from the standard errors of the last covariances. False when the user quits.
+  bool AskSteps(const EvaluationSetup& setup);
+  void EditSteps();
+
+  const EvaluationKind kind_;
+  const Texts& texts_;
+  FrmDistributionTable& table_;
+  bool edited_ = false;  // the editor was opened by this command
+};
+
+}  // namespace merlane

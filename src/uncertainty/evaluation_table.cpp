@@ -1,0 +1,92 @@
+#include "uncertainty/evaluation_table.h"
+
+#include "base/arithmetic.h"
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "base/text.h"
+
+namespace merlane {
+namespace {
+
+std::string Number(double x) { return RightSet(Format(x, "0.0000E+000   "), 15); }
+
+std::string PointRows(const Array1<double>& x, std::initializer_list<const Array1<double>*> columns) {
+  std::string text;
+  for (int i = 1; i <= x.Size(); ++i) {
+    text += RightSet(Format(i, "##0"), 5) + "    " + Number(x(i));
+    for (const Array1<double>* column : columns) text += Number((*column)(i));
+    text += "\n";
+  }
+  return text;
+}
+
+double PercentDiff(const ConfidenceSeries& s) {
+  if (s.ExpectedValue == 0)
+    throw RuntimeFailure("division by zero: the expected value is 0, of which the difference is told in percent");
+  return Checked(s.EstimatedDiff * 100 / s.ExpectedValue);
+}
+
+std::string Estimates(const ConfidenceSeries& s) {
+  return "Max Likelihood: " + Number(s.ModeValue) + "\nExpected Value: " + Number(s.ExpectedValue) +
+         "\nEstimated Diff: " + Number(s.EstimatedDiff) + "\nPercent Diff:   " + Number(PercentDiff(s)) +
+         "\nEstimated SE:   " + Number(s.EstimatedSE) + "\n";
+}
+
+std::string RegionTable(const char* heading, const ConfidenceSeries& s) {
+  return std::string(heading) +
+         "\n\n  Point       Value         -ln[L]           PDF        CI on mode     CI on mean     Normal PDF\n\n" +
+         PointRows(s.ProfileX, {&s.ProfileF, &s.ProfilePDF, &s.ProfileCIMode, &s.ProfileCIMean, &s.ProfileNormal}) +
+         "\n" + Estimates(s);
+}
+
+std::vector<double> Vector(const Array1<double>& array) { return {array.begin(), array.end()}; }
+
+}  // namespace
+
+std::string LikelihoodProfileTable(const ConfidenceSeries& series) {
+  return RegionTable("Maximum-likelihood confidence distribution data", series);
+}
+
+std::string PosteriorTable(const ConfidenceSeries& series) {
+  return RegionTable("Bayesian posterior distribution data", series);
+}
+
+std::string PriorProfileTable(const ConfidenceSeries& s) {
+  Array1<double> attenuated = s.ProfileCum;
+  for (double& y : attenuated) y = 1 - y;
+  return "Bayesian prior distribution data\n"
+         "  Point       Value         -ln[L]           PDF        Cumulative     Attenuated     Normal PDF\n" +
+         PointRows(s.ProfileX, {&s.ProfileF, &s.ProfilePDF, &s.ProfileCum, &attenuated, &s.ProfileNormal}) +
+         Estimates(s);
+}
+
+std::string GridFileText(const BivariateDensity& d) {
+  std::string text =
+      fmt::format("Bivariate plot data for parameters {} and {} \n", d.firstParameter, d.secondParameter);
+  text += "        X_Coord,        Y_Coord,  Prob_Density\n";
+  for (int i = 1; i <= d.X.Size(); ++i)
+    for (int j = 1; j <= d.Y.Size(); ++j)
+      text += Format(d.X(i), "    0.0000E+000") + Format(d.Y(j), "     0.0000E+000") +
+              Format(d.f(j, i), "    0.0000E+000") + "\n";
+  return text;
+}
+
+DistributionSeries ForPlots(DistributionSeries::Source source, int parameter, const ConfidenceSeries& s) {
+  DistributionSeries plots;
+  plots.source = source;
+  plots.parameter = parameter;
+  plots.values = Vector(s.ProfileX);
+  plots.negLnL = Vector(s.ProfileF);
+  plots.density = Vector(s.ProfilePDF);
+  plots.regionOnMode = Vector(s.ProfileCIMode);
+  plots.regionOnMean = Vector(s.ProfileCIMean);
+  plots.cumulative = Vector(s.ProfileCum);
+  plots.normal = Vector(s.ProfileNormal);
+  plots.maximumLikelihood = s.ModeValue;
+  plots.expected = s.ExpectedValue;
+  plots.difference = s.EstimatedDiff;
+  plots.standardError = s.EstimatedSE;
+  return plots;
+}
+
+}  // namespace merlane

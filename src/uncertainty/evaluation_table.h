@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "plots/bivariate.h"
+#include "plots/frm_dist_plot.h"
+#include "uncertainty/confidence_series.h"
+
+namespace merlane {
+
+/// The tables of a likelihood profile, a posterior and a prior profile: a line for each point in fixed columns, and the
+/// estimates below. RuntimeFailure when the expected value is 0, of which the difference is told in percent.
+std::string LikelihoodProfileTable(const ConfidenceSeries& series);
+std::string PosteriorTable(const ConfidenceSeries& series);
+std::string PriorProfileTable(const ConfidenceSeries& series);
+
+/// A joint density as the text of a .grd file: a line for each pair of X, the slower, and Y.
+std::string GridFileText(const BivariateDensity& density);
+
+/// The series as the distribution plots take them.
+DistributionSeries ForPlots(DistributionSeries::Source source, int parameter, const ConfidenceSeries& series);
+
+}  // namespace merlane

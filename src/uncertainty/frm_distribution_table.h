@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "forms/desk.h"
+
+namespace merlane {
+
+/// A window with the table of a likelihood profile, a posterior or a prior profile, which may be edited and saved.
+class FrmDistributionTable : public Form {
+ public:
+  /// What the three windows differ in.
+  struct Texts {
+    const char* form;
+    const char* title;
+    const char* pane;
+    const char* button;
+    const char* caption;
+    const char* fileTitle;  // of the question for the file
+    const char* files;      // what such files are called, in the filter
+    const char* extension;
+  };
+  static const Texts MaxLike, Bayesian, PriorDists;
+
+  FrmDistributionTable(Desk& d, const Texts& texts);
+
+  /// Shows the window with this table.
+  void Open(const std::string& table);
+
+  Button cmdSave;
+  Pane rtbTable;
+
+ private:
+  void Save();
+
+  const Texts& texts_;
+};
+
+}  // namespace merlane

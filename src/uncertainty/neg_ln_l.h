@@ -1,0 +1,23 @@
+#pragma once
+
+#include "control/objective.h"
+#include "control/run_state.h"
+
+namespace merlane {
+
+/// Why a sum of squares gives no likelihood, and where that is told.
+class ConstantWatch {
+ public:
+  virtual ~ConstantWatch() = default;
+  /// No degree of freedom is left: the constant is not positive.
+  virtual void OnBadConstant() {}
+};
+
+/// -ln[L] at `vector` (1..NPAR), which the fuses and the model may rewrite: the objective, called as the first of a
+/// run, over the run's ObjectiveConstant, plus the prior term when priors are on. That term is on the scale of the
+/// objective and is not divided, so that a prior counts ObjectiveConstant times as much as in a minimisation. A sum of
+/// squares (NOBS above 0) sets the constant from its degrees of freedom each time. RuntimeFailure when there is no
+/// finite result.
+double NegLnL(Array1<double>& vector, RunState& state, Objective& objective, ConstantWatch& watch);
+
+}  // namespace merlane

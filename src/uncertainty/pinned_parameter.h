@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cmath>
+
+#include "control/fuses.h"
+#include "control/run_state.h"
+
+namespace merlane {
+
+/// Takes a parameter out of the free ones, which are packed without it, so that an evaluation can set its value. When
+/// this goes the parameter has its value and step again, whatever has happened in between, and NFREE counts it.
+class PinnedParameter {
+ public:
+  PinnedParameter(RunState& state, std::int16_t parameter)
+      : ProfileParameter(parameter),
+        X0(state.algorithm.Value(parameter)),
+        H(state.algorithm.Step(parameter)),
+        state_(state),
+        restoredStep_(H) {
+    state_.profile.ProfileParameter = parameter;
+    state_.algorithm.Step(parameter) = 0;
+    PackFree(state_);
+  }
+  ~PinnedParameter() {
+    state_.algorithm.Value(ProfileParameter) = X0;
+    state_.algorithm.Step(ProfileParameter) = restoredStep_;
+    ++state_.free.NFREE;
+  }
+  PinnedParameter(const PinnedParameter&) = delete;
+  PinnedParameter& operator=(const PinnedParameter&) = delete;
+
+  /// A negative step will come back positive.
+  void DropSign() { restoredStep_ = std::fabs(H); }
+
+  const std::int16_t ProfileParameter;
+  const double X0;  // its value
+  const double H;   // its step
+
+ private:
+  RunState& state_;
+  double restoredStep_;
+};
+
+}  // namespace merlane

@@ -1,0 +1,137 @@
+#include "uncertainty/posterior.h"
+
+#include <cmath>
+#include <new>
+
+#include "base/arithmetic.h"
+
+namespace merlane {
+namespace {
+
+class PosteriorRun {
+ public:
+  PosteriorRun(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state, Objective& objective,
+               double& ReferenceF, PosteriorWatch& watch)
+      : pinned_(pinned),
+        options_(options),
+        state_(state),
+        Value_(state.algorithm.Value),
+        NFREE_(state.free.NFREE),
+        objective_(objective),
+        ReferenceF_(ReferenceF),
+        watch_(watch),
+        calls_(std::pow(options.GridPoints, NFREE_) * options.ProfilePoints),
+        GridMid_((options.GridPoints - 1) / 2 + 1) {}
+
+  Posterior Run() {
+    if (NFREE_ == 1) PrepareBivariate();
+    result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.H);
+    watch_.OnStart(calls_);
+    for (int point = 1; point <= options_.ProfilePoints; ++point)
+      if (!EvaluatePoint(point)) {
+        result_.points.Keep(std::max(0, point - 2));
+        break;
+      }
+    result_.points.Ascend();
+    return std::move(result_);
+  }
+
+ private:
+  void PrepareBivariate() {
+    ReferenceF_ = NegLnL(Value_, state_, objective_, watch_);
+    try {
+      BivariateDensity& b = result_.bivariate.emplace();
+      b.X.Dimension(options_.ProfilePoints);
+      b.Y.Dimension(options_.GridPoints);
+      b.f.Dimension(options_.GridPoints, options_.ProfilePoints);
+      b.firstParameter = pinned_.ProfileParameter;
+      b.secondParameter = state_.free.FreeIndex(1);
+    } catch (const std::bad_alloc&) {
+      result_.bivariate.reset();
+      watch_.OnBivariateTooLarge();
+    }
+  }
+
+  /// False when the user quits.
+  bool EvaluatePoint(int point) {
+    const double x = result_.points.At(pinned_.X0, point);
+    Value_(pinned_.ProfileParameter) = x;
+    point_ = point;
+    watch_.OnPoint(point);
+    double f = 0;
+    if (NFREE_ == 0) {
+      f = Evaluate(Value_);
+      if (watch_.Quits()) return false;
+    } else {
+      PointSum_ = 0;
+      GridVector_ = Value_;
+      if (!SumOver(1)) return false;
+      f = PointSum_ != 0 ? -std::log(PointSum_) : 1E+20;
+    }
+    result_.points.Add(point, x, f);
+    return true;
+  }
+
+  /// Sums over the grid of the free parameters from position `depth` on. False when the user quits.
+  bool SumOver(int depth) {
+    const std::int16_t k = state_.free.FreeIndex(depth);
+    for (int j = 1; j <= options_.GridPoints; ++j) {
+      watch_.OnGridPoint(k, j);
+      if (watch_.Quits()) return false;
+      GridVector_(k) = Value_(k) - (GridMid_ - j) * state_.algorithm.Step(k);
+      if (depth < NFREE_) {
+        if (!SumOver(depth + 1)) return false;
+      } else {
+        AddNode(j);
+      }
+    }
+    return true;
+  }
+
+  void AddNode(int j) {
+    const double D = Checked(std::exp(-(Evaluate(GridVector_) - ReferenceF_)));
+    PointSum_ = Checked(PointSum_ + D);
+    if (result_.bivariate) KeepDensity(*result_.bivariate, j, D);
+  }
+
+  void KeepDensity(BivariateDensity& b, int j, double D) {
+    b.f(j, point_) = D;
+    b.X(point_) = Value_(pinned_.ProfileParameter);
+    b.Y(j) = GridVector_(b.secondParameter);
+    if (D > b.fmax) {
+      b.fmax = D;
+      b.peakX = b.X(point_);
+      b.peakY = b.Y(j);
+    }
+  }
+
+  double Evaluate(Array1<double>& vector) {
+    const double f = NegLnL(vector, state_, objective_, watch_);
+    watch_.OnCall(++result_.NodeCounter, calls_);
+    return f;
+  }
+
+  const PinnedParameter& pinned_;
+  const PosteriorOptions& options_;
+  RunState& state_;
+  Array1<double>& Value_;
+  const int NFREE_;
+  Objective& objective_;
+  double& ReferenceF_;
+  PosteriorWatch& watch_;
+  const double calls_;
+  const int GridMid_;
+  int point_ = 0;
+  double PointSum_ = 0;
+  Array1<double> GridVector_;
+  Posterior result_;
+};
+
+}  // namespace
+
+Posterior EvaluatePosterior(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state,
+                            Objective& objective, double& ReferenceF, PosteriorWatch& watch) {
+  return PosteriorRun(pinned, options, state, objective, ReferenceF, watch).Run();
+}
+
+}  // namespace merlane

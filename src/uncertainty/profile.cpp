@@ -1,0 +1,29 @@
+#include "uncertainty/profile.h"
+
+namespace merlane {
+
+EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t ProfilePoints, RunState& state,
+                                Objective& objective, const ProfileMinimiser& minimise, ProfileWatch& watch) {
+  EvaluatedPoints points(ProfilePoints, pinned.H);
+  Array1<double>& Value = state.algorithm.Value;
+  for (int point = 1; point <= ProfilePoints; ++point) {
+    const double x = points.At(pinned.X0, point);
+    Value(pinned.ProfileParameter) = x;
+    watch.OnPoint(point);
+    bool quit = state.free.NFREE > 0 && !minimise();
+    if (!quit) {
+      const double f = NegLnL(Value, state, objective, watch);
+      quit = watch.Quits();
+      if (!quit) points.Add(point, x, f);
+    }
+    if (quit) {
+      points.Keep(std::max(0, point - 2));
+      break;
+    }
+    watch.OnPointDone(point);
+  }
+  points.Ascend();
+  return points;
+}
+
+}  // namespace merlane
