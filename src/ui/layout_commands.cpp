@@ -4,16 +4,20 @@
 namespace merlane {
 
 void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
-  for (const Control* control : layouter.window.binding.form.Controls())
-    if (dynamic_cast<const Button*>(control) != nullptr) column.addWidget(layouter.Take(control->name));
-  for (const Control* control : layouter.window.binding.form.Controls())
-    if (dynamic_cast<const Label*>(control) != nullptr) {
+  bool belowCommands = false;
+  for (const Control* control : layouter.window.binding.form.Controls()) {
+    if (dynamic_cast<const Button*>(control) != nullptr) {
+      column.addWidget(layouter.Take(control->name));
+      belowCommands = true;
+    } else if (dynamic_cast<const Label*>(control) != nullptr) {
       QLabel* const note = layouter.Note(control->name.c_str());
-      note->setProperty("quiet", true);
+      note->setProperty("quiet", belowCommands);
       column.addWidget(note);
     }
+  }
   column.addStretch(1);
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
+  layouter.PreferText(60, 1);
 }
 
 void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
