@@ -13,6 +13,7 @@ struct BestTables {
   Parameters parameters;
   SurvivalTables survival;
   std::vector<double> VisitDeviance, VarR, VarC;
+  std::vector<double> VarAll;  // over both kinds of mortality; filled by the simulator alone, Missing before
 };
 
 }  // namespace merlane

@@ -14,6 +14,8 @@ class CountDistributions {
 
   /// n at most maxCount.
   double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) const;
+  /// ProbVisit for all counts: their probabilities to `Pmf`[0..n].
+  void ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const;
   bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
                             std::span<double> Pmf) const;
 

@@ -24,6 +24,10 @@ double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var);
 /// probabilities is not 1 to six digits.
 bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ, std::span<double> Pmf);
 
+/// Overdispersion of correlated mortality, which fades with age: Theta exp(-v days), of eggs since laying and of
+/// juveniles since hatch. RuntimeFailure on an overflow.
+double Overdispersion(double Theta, double v, double days);
+
 /// Variance of a count with the probabilities `Pmf`[0..n].
 double PmfVariance(std::span<const double> Pmf);
 

@@ -1,6 +1,7 @@
 #include "model/frm_xls_worksheets.h"
 
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "model/workbook_conversion.h"
 
 namespace merlane {
@@ -26,6 +27,7 @@ std::optional<FrmXlsWorksheets::Converted> FrmXlsWorksheets::ConvertWorkbook(con
   if (choice == -1) return std::nullopt;
   // The list leaves out empty sheets while the number counts them all: behind an empty sheet the choice is off by one.
   const Worksheet& sheet = sheets.at(static_cast<std::size_t>(choice));
+  if (sheet.rows.empty()) throw RuntimeFailure("worksheet " + sheet.name + " is empty");
   desk.host.random.BeginNext();
   const double n = std::floor(desk.host.random.Uniform() * 1000000 + 0.5);
   const std::string textFile = desk.host.outputFolder + "/EXCEL_to_TEXT_DataFormat_" + Format(n, "000000") + ".dat";

@@ -5,6 +5,7 @@
 #include "base/arithmetic.h"
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
+#include "model/distributions.h"
 #include "model/same_bits.h"
 
 namespace merlane {
@@ -36,22 +37,20 @@ void LikelihoodPass::TakeSettings(const Parameters& p) {
                           .v_N = p.v_N,
                           .v_B = p.v_B,
                           .LayAge = static_cast<double>(p.LayAge),
-                          .eggsRandom = !(p.c_N >= 1 && p.f_N <= 0),
-                          .eggsCorrelated = !(p.c_N <= 0),
-                          .juvsRandom = !(p.c_B >= 1 && p.f_B <= 0),
-                          .juvsCorrelated = !(p.c_B <= 0)};
+                          .eggsRandom = p.EggsRandom(),
+                          .eggsCorrelated = p.EggsCorrelated(),
+                          .juvsRandom = p.JuvsRandom(),
+                          .juvsCorrelated = p.JuvsCorrelated()};
   if (stamp_ != 0 && settings == settings_) return;
   settings_ = settings;
   ++stamp_;
 }
 
 double LikelihoodPass::ThetaEggs(double age) const {
-  return Checked(settings_.ThetaEggC * Checked(std::exp(Checked(-settings_.v_N * (age - settings_.LayAge)))));
+  return Overdispersion(settings_.ThetaEggC, settings_.v_N, age - settings_.LayAge);
 }
 
-double LikelihoodPass::ThetaJuvs(double age) const {
-  return Checked(settings_.ThetaJuvC * Checked(std::exp(Checked(-settings_.v_B * age))));
-}
+double LikelihoodPass::ThetaJuvs(double age) const { return Overdispersion(settings_.ThetaJuvC, settings_.v_B, age); }
 
 void LikelihoodPass::Do_Likelihoods(const EvaluationSetting& setting, std::int32_t NF, LikelihoodState& state,
                                     double& F) {

@@ -25,14 +25,15 @@ void LikelihoodState::Dimension(const BroodData& data) {
   const auto visits = static_cast<std::size_t>(data.Visits());
   survival.Dimension(data);
   best.survival.Dimension(data);
-  for (auto* column : {&VisitDeviance, &VarR, &VarC, &best.VisitDeviance, &best.VarR, &best.VarC})
+  for (auto* column : {&VisitDeviance, &VarR, &VarC, &best.VisitDeviance, &best.VarR, &best.VarC, &best.VarAll})
     column->assign(visits, 0.0);
 }
 
 void LikelihoodState::Preset() {
   survival.Preset();
   best.survival.Preset();
-  for (auto* column : {&best.VarR, &best.VarC}) std::fill(column->begin(), column->end(), static_cast<double>(Missing));
+  for (auto* column : {&best.VarR, &best.VarC, &best.VarAll})
+    std::fill(column->begin(), column->end(), static_cast<double>(Missing));
 }
 
 void LikelihoodState::KeepBest(const Array1<double>& Value) {

@@ -41,7 +41,7 @@ void MerlaneModel::ReadBroodData(ModelCall& call) {
     if (choices.Simulate) PlanSimulation(data, choices.SimulatedBroods, desk_.host.random);
   }
   if (!state_.flags.SimulationMode && !ReadDataFile()) return;
-  likelihood.Dimension(data);
+  DimensionResults();
   FillParameterDescriptions(call.Names, call.N, data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
 }
@@ -72,7 +72,13 @@ void MerlaneModel::ForgetVisits() {
   const auto years = static_cast<std::size_t>(std::max(0, data.LastYear - data.FirstYear + 1));
   AllocateTables(data, std::vector<std::vector<int>>(years));
   data.TotalRecords = 0;
+  DimensionResults();
+}
+
+void MerlaneModel::DimensionResults() {
   likelihood.Dimension(data);
+  estimates.Preset(data);
+  simulation.Preset(data);
 }
 
 void MerlaneModel::TakeDataFileName(const std::string& path) {
@@ -129,7 +135,9 @@ bool MerlaneModel::IsWorkbook() const { return LowerCase(data.DataExt) == "xls";
 
 void MerlaneModel::EndFailedRead(const std::string& reason) {
   ForgetVisits();
-  if (!IsWorkbook())
+  if (IsWorkbook())
+    showStatus("No data: " + (reason.empty() ? "no worksheet was chosen" : reason));
+  else
     TellWhileInactive({"Problem finding data file or reading data",
                        "Most likely the file doesn't exist or is incorrectly formatted", style::Critical, reason});
   ActivateForms(true, true);

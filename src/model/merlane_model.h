@@ -14,6 +14,8 @@
 #include "model/initialisation.h"
 #include "model/likelihood.h"
 #include "model/likelihood_state.h"
+#include "model/simulator.h"
+#include "model/survival_estimates.h"
 
 namespace merlane {
 
@@ -32,12 +34,17 @@ class MerlaneModel {
 
   BroodData data;
   LikelihoodState likelihood;
+  // What results and simulations leave behind.
+  SurvivalEstimates estimates;
+  Simulation simulation;
 
   // What other forms of the room do for the model.
   std::function<void(ModelCall&)> writeResults;  // NF = -1 in an analysis
   std::function<void(ModelCall&)> simulate;      // NF = -1 in a simulation
   /// Turns a workbook into a text data file; none when the user cancelled.
   std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
+  /// Says in passing why a workbook has left no data, which no message tells.
+  std::function<void(const std::string& text)> showStatus = [](const std::string&) {};
 
  private:
   void ReadBroodData(ModelCall& call);
@@ -47,12 +54,14 @@ class MerlaneModel {
   void TakeDataFileName(const std::string& path);
   /// Leaves the run without visits.
   void ForgetVisits();
+  /// Gives all results the shape of the data, without values.
+  void DimensionResults();
   /// Reads the data file of the run and says how it went; false when nothing was read.
   bool ReadDataFile();
   /// The text file to be read; none when the user cancelled the choice of a worksheet.
   std::optional<std::string> FileToRead();
   bool IsWorkbook() const;
-  /// Leaves the run without visits and tells the user; of a workbook nothing is told.
+  /// Leaves the run without visits and tells the user; of a workbook no message is shown.
   void EndFailedRead(const std::string& reason);
   void TellWhileInactive(const Message& message);
   void ActivateForms(bool menu, bool initialize);

@@ -23,6 +23,12 @@ struct Parameters {
   /// (a, k): interaction of attribute a, 1 or 2, with attribute or covariate k, 2..NCov+2; for k = 2 only (1, 2).
   Matrix1<double> ZetaBRx, GammaBRx, ZetaBCx, GammaBCx;
   bool UsesBroodSize = false, UsesHatchDate = false;  // a coefficient that needs the attribute is in play
+
+  // Which kinds of mortality can befall a clutch and a brood.
+  bool EggsRandom() const { return !(c_N >= 1 && f_N <= 0); }
+  bool EggsCorrelated() const { return !(c_N <= 0); }
+  bool JuvsRandom() const { return !(c_B >= 1 && f_B <= 0); }
+  bool JuvsCorrelated() const { return !(c_B <= 0); }
 };
 
 }  // namespace merlane

@@ -173,18 +173,10 @@ class Preparation {
     if (!first) {
       judgement.countBefore = data_.VisitCount[static_cast<std::size_t>(visit) - 1];
       judgement.stageBefore = static_cast<std::int8_t>(Stage(visit - 1));
-      judgement.prediction = PredictionOf(visit);
+      judgement.prediction = PredictionOf(data_, visit);
       judgement.outcome = Outcome(judgement.prediction, visit);
     }
     prepared_.Judgements.push_back(judgement);
-  }
-
-  Prediction PredictionOf(int visit) const {
-    const int before = Stage(visit - 1), stage = Stage(visit);
-    if (before == -1 && (stage == -1 || Age(visit) == 0)) return Prediction::Clutch;
-    if (before == 1 && stage == 1) return Prediction::Brood;
-    if (before == -1 && stage == 1) return Prediction::Spanning;
-    return Prediction::None;
   }
 
   int Outcome(Prediction prediction, int visit) {
@@ -209,6 +201,15 @@ class Preparation {
 };
 
 }  // namespace
+
+PreparedVisits::Prediction PredictionOf(const BroodData& data, int visit) {
+  const auto v = static_cast<std::size_t>(visit);
+  const int before = data.VisitStage[v - 1], stage = data.VisitStage[v];
+  if (before == -1 && (stage == -1 || data.VisitAge[v] == 0)) return Prediction::Clutch;
+  if (before == 1 && stage == 1) return Prediction::Brood;
+  if (before == -1 && stage == 1) return Prediction::Spanning;
+  return Prediction::None;
+}
 
 PreparedVisits::PreparedVisits(const BroodData& data) { Preparation(data, *this).Run(); }
 

@@ -90,4 +90,8 @@ struct PreparedVisits {
   int MaxCount = 0;  // largest count of all visits, at least 0
 };
 
+/// How the count of a visit behind the first of its brood is predicted from the visit before. A count on the hatch day
+/// is one of eggs when a clutch visit comes before.
+PreparedVisits::Prediction PredictionOf(const BroodData& data, int visit);
+
 }  // namespace merlane

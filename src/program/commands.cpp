@@ -89,11 +89,6 @@ void Program::Bayesian() {
 }
 
 void Program::UserSummary() {
-  const bool simulating = state.flags.SimulationMode;
-  if (!(simulating ? model.simulate : model.writeResults)) {
-    TellNotYet(simulating ? not_yet::Simulation : not_yet::Results);
-    return;
-  }
   Array1<double>& Value = state.algorithm.Value;
   const bool allZero = std::ranges::all_of(Value, [](double value) { return value == 0; });
   frmMenu.CloseTheThree();

@@ -17,12 +17,6 @@ inline constexpr NotYet Evaluations{
     "Evaluate parameter estimates",
     "This version of the program calculates neither likelihood profiles nor posterior distributions.  Standard errors "
     "and correlations are at hand under 'Single model covariances'."};
-inline constexpr NotYet Results{
-    "Results summary",
-    "This version of the program cannot write a summary of results.  The estimates are shown by '1 Function call' and "
-    "are saved with the algorithm data."};
-inline constexpr NotYet Simulation{"Simulate a data set",
-                                   "This version of the program cannot simulate counts of broods."};
 }  // namespace not_yet
 
 }  // namespace merlane

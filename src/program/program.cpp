@@ -16,6 +16,8 @@ Program::Program(const Host& host)
       frmOneFunction(desk, state, objective, frmMain),
       frmSummary(desk, state, frmMenu),
       frmAbort(desk, state, frmMain),
+      resultsCommand(desk, state, model, frmMain, frmAbort, frmSummary),
+      simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       frmHelp(desk),
       frmDefaults(desk),
       frmWisdom(desk),
@@ -82,6 +84,9 @@ void Program::WireForms() {
   };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
+  model.showStatus = [this](const std::string& text) { frmMain.ShowProgress(text); };
+  model.writeResults = [this](ModelCall& call) { resultsCommand.WriteResults(call); };
+  model.simulate = [this](ModelCall& call) { simulationCommand.Simulate(call); };
   log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };
 }
 

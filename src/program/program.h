@@ -24,6 +24,8 @@
 #include "model/frm_initialize.h"
 #include "model/frm_xls_worksheets.h"
 #include "model/merlane_model.h"
+#include "model/results_command.h"
+#include "model/simulation_command.h"
 #include "priors/distributions.h"
 #include "priors/frm_load_priors.h"
 #include "priors/frm_review_priors.h"
@@ -66,6 +68,8 @@ class Program {
   FrmOneFunction frmOneFunction;
   FrmSummary frmSummary;
   FrmAbort frmAbort;
+  ResultsCommand resultsCommand;
+  SimulationCommand simulationCommand;
   FrmHelp frmHelp;
   FrmDefaults frmDefaults;
   FrmWisdom frmWisdom;

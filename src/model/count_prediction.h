@@ -1,0 +1,55 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "model/best_tables.h"
+#include "model/brood_data.h"
+#include "model/count_distributions.h"
+
+namespace merlane {
+
+/// What is expected of the count at a visit, given the count at the visit before.
+struct CountExpectation {
+  // Within one stage, or from a clutch to its hatch day: expected counts under random and correlated mortality.
+  double ER = Missing, EC = Missing;
+  // Over hatch: expected numbers at hatch, and at the visit by the fate of the eggs and then of the juveniles.
+  double EHatchR = Missing, EHatchC = Missing;
+  double JuvRR = Missing, JuvCR = Missing, JuvRC = Missing, JuvCC = Missing;
+  double q = 0;  // probability of the correlated state: of the stage or, over hatch, of the eggs
+  double r = 0;  // of the juveniles, over hatch
+};
+
+/// The expectation of the best state, one visit ahead of the real counts.
+CountExpectation BestExpectation(const BroodData& data, const SurvivalTables& best, int brood, int visit);
+
+/// The distribution of one count k = 0..n.
+struct CountPrediction {
+  std::vector<double> Pmf;                // mixed over both kinds of mortality
+  std::vector<double> Cum;                // P[count <= k]; exactly 1 at n unless the probabilities are inaccurate
+  double VarR = 0, VarC = 0, VarAll = 0;  // variances under random, under correlated mortality and of the mixture
+  int inaccurateComponents = 0;           // distributions over hatch whose probabilities do not sum to 1
+  int inaccurateSums = 0;                 // of the random, the correlated and the mixed distribution, likewise
+};
+
+/// Builds the distributions from which counts are picked: the mixtures of the likelihood, at the best parameters.
+class CountPredictor {
+ public:
+  /// Keeps references to both.
+  CountPredictor(const BroodData& data, const Parameters& best);
+
+  /// The distribution of the count at a visit when `n` >= 1 were counted at the visit before. RuntimeFailure on an
+  /// overflow.
+  void Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
+
+ private:
+  void MixOneStage(int visit, int n, const CountExpectation& expected, bool brood, CountPrediction& prediction);
+  void MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
+
+  const BroodData& data_;
+  const Parameters& best_;
+  CountDistributions distributions_;
+  std::vector<double> PmfR_, PmfC_, component_;
+};
+
+}  // namespace merlane

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/best_tables.h"
+#include "model/brood_data.h"
+#include "model/calculation_watch.h"
+#include "model/count_prediction.h"
+#include "platform/random_streams.h"
+
+namespace merlane {
+
+/// Counts drawn from a fitted model, brood by brood from the first real count on. Columns have the shape of the data's
+/// visits and broods.
+struct Simulation {
+  std::vector<std::int16_t> SimCount;                     // Missing: none
+  std::vector<double> SimEHatchR, SimEHatchC, SimEHatch;  // expected numbers at hatch of the simulated clutches
+  bool SimBroodSizeDeficient = false;                     // a brood needed its E[brood size@hatch] and had none
+  bool SimHatchDateDeficient = false;                     // a brood needed its hatch day and had none
+
+  /// Gives the columns the shape of the data; every entry becomes Missing.
+  void Preset(const BroodData& data);
+};
+
+/// What counts are simulated for.
+struct SimulationSetting {
+  bool SimulationMode = false;  // a planned data set, which has no counts of its own to predict
+  /// Data to be read and fitted again: a count that cannot be predicted is the real one, so that each stretch of
+  /// predictions begins at a real count. An expected number of 0 stays 0.
+  bool BootstrapMode = false;
+};
+
+/// What the user is told where a simulation fails.
+Message SimulationError(const std::string& reason);
+
+/// Picks a count by one uniform number and adds the Pearson deviate (1 - P) / P and the deviance -2 ln P of its
+/// probability P to the sums. Tells of inaccurate probabilities at each pick. RuntimeFailure when P is 0.
+int Simulate_Pick_ChiSq(const CountPrediction& prediction, RandomStreams& random, const CalculationWatch& watch,
+                        double& SumPearson, double& SumDeviance);
+
+/// Keeps the variances of a prediction in the best tables; those of a count on the hatch day are not kept.
+void KeepVariances(const BroodData& data, int visit, const CountPrediction& prediction, BestTables& best);
+
+/// Fills `simulation` with counts drawn from the next random stream, each from the one before it in its brood. A brood
+/// ends at a count of 0 and, outside a bootstrap, at a count that cannot be predicted. Refreshes the variances of the
+/// best tables. A failing calculation is told and ends the simulation with what there is; an abort does outside a
+/// bootstrap.
+void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
+                  const CalculationWatch& watch, Simulation& simulation);
+
+}  // namespace merlane

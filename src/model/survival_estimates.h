@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/brood_data.h"
+#include "model/calculation_watch.h"
+#include "model/likelihood_state.h"
+
+namespace merlane {
+
+/// Probabilities of survival of one juvenile from a visit on, under random (R) and correlated (C) mortality and over
+/// both. Columns have the shape of the data's visits; Missing for visits before hatch, at or past the age that limits
+/// the estimate, and of broods without known age.
+struct SurvivalEstimates {
+  std::vector<double> LiveDayR, LiveDayC, LiveDay;           // one day
+  std::vector<double> LiveNextR, LiveNextC, LiveNext;        // to the next visit
+  std::vector<double> FledgeFromR, FledgeFromC, FledgeFrom;  // from the visit's age to the target age
+  std::vector<double> FledgeZeroR, FledgeZeroC, FledgeZero;  // from hatch to it: one value per brood at all its visits
+
+  /// Gives the columns the shape of the data; every entry becomes Missing.
+  void Preset(const BroodData& data);
+};
+
+/// Fills LiveDay and LiveNext from the last evaluation's parameters, for ages below the age at fledging. Numbers too
+/// small are floored as in the objective, other than in a bootstrap. RuntimeFailure when a brood's attributes drive a
+/// rate or shape to an overflow.
+void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
+                            const CalculationWatch& watch, SurvivalEstimates& estimates);
+
+/// Fills FledgeFrom and FledgeZero likewise, for a target age in days.
+void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
+                              std::int16_t TargetAge, const CalculationWatch& watch, SurvivalEstimates& estimates);
+
+}  // namespace merlane
