@@ -189,13 +189,15 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
     case MarquardtEnding::Stopped:
       cmdStop.enabled = true;
       ClearPanels(2, 3);
-      desk.Tell("Marquart minimization stopped", "Maximum number of iterations reached or an interrupt was received",
-                style::Information);
+      TellUnlessBootstrap("Marquart minimization stopped",
+                          "Maximum number of iterations reached or an interrupt was received", style::Information);
       break;
     case MarquardtEnding::FrustratedByTrials:
     case MarquardtEnding::FrustratedByLambda:
     case MarquardtEnding::FrustratedByVerifications:
-      TellFrustration();
+      SetPanel(1, "");
+      SetPanel(3, "");
+      TellUnlessBootstrap("Marquardt quits in frustration", FrustrationText, style::Information);
       desk.Unload(*this);
       break;
     case MarquardtEnding::MatrixFailed:
@@ -206,8 +208,8 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
       desk.Unload(*this);
       break;
     case MarquardtEnding::DerivativesMissing:
-      desk.Tell("Analytical derivatives missing", "Sorry, analytical derivatives seem not to have been provided",
-                style::Information);
+      TellUnlessBootstrap("Analytical derivatives missing",
+                          "Sorry, analytical derivatives seem not to have been provided", style::Information);
       break;
     case MarquardtEnding::Interrupted:
       break;
@@ -222,24 +224,17 @@ void FrmMarquardt::FinalReport(const MarquardtProgress& progress) {
   rtbMarquardt.text = WithDerivatives(MarquardtFinalPane(state_, progress), progress);
   ShowDerivatives_ = false;
   if (state_.algorithm.FileFreq > 0) log_.Write(MarquardtFinalLog(state_, progress));
-  if (!state_.flags.BootstrapMode) desk.Tell("Marquardt minimum", "Minimum found using Marquardt!", style::Information);
+  TellUnlessBootstrap("Marquardt minimum", "Minimum found using Marquardt!", style::Information);
   MarquardtInterrupt_ = false;
   ReviewPriors();
 }
 
-void FrmMarquardt::TellFrustration() {
-  SetPanel(1, "");
-  SetPanel(3, "");
-  if (!state_.flags.BootstrapMode) desk.Tell("Marquardt quits in frustration", FrustrationText, style::Information);
-}
-
 void FrmMarquardt::TellMatrixFailure(int row) {
-  if (state_.flags.BootstrapMode) return;
-  desk.Tell(fmt::format("Matrix decompositon failure at parameter #{}!", state_.free.FreeIndex(row)),
-            DerivativeMode_ == DerivativeMode::Analytical
-                ? "Look for statistically dead parameters and/or suspect your analytical derivatives"
-                : "Look for statistically dead model parameters",
-            style::Exclamation);
+  TellUnlessBootstrap(fmt::format("Matrix decompositon failure at parameter #{}!", state_.free.FreeIndex(row)),
+                      DerivativeMode_ == DerivativeMode::Analytical
+                          ? "Look for statistically dead parameters and/or suspect your analytical derivatives"
+                          : "Look for statistically dead model parameters",
+                      style::Exclamation);
 }
 
 void FrmMarquardt::OnUnload() {

@@ -49,11 +49,9 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   void OnEnd(MarquardtEnding ending, const MarquardtProgress& progress) override;
   void Turn() override;
 
-  bool AskShowDerivatives();
   MarquardtInterrupt AskInterrupt();
   void TerminalReport(const MarquardtProgress& progress);
   void FinalReport(const MarquardtProgress& progress);
-  void TellFrustration();
   bool DerivativesWanted() const;
   /// The text with the derivatives appended, when they are wanted.
   std::string WithDerivatives(const std::string& text, const MarquardtProgress& progress);

@@ -85,10 +85,9 @@ void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& p
   if (state_.profile.ProfileOn) return;
   rtbSimplex.text = SimplexFinalPane(state_, simplex, progress);
   if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress));
-  if (!state_.flags.BootstrapMode) desk.Tell("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound);
+  TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound);
   InterruptFlag_ = false;
   ClearPanels(1, 4);
-  ReviewPriors();
 }
 
 void FrmSimplex::OnZeroValue() {
@@ -127,7 +126,11 @@ void FrmSimplex::AnnounceEnd() {
   ClearPanels(2, 4);
 }
 
-void FrmSimplex::OnEnd() { ClearPanels(1, 4); }
+void FrmSimplex::OnEnd(SimplexEnding ending) {
+  ClearPanels(1, 4);
+  // Not before the estimates stand in Value, which are what is reviewed.
+  if (ending == SimplexEnding::Minimum && !state_.profile.ProfileOn) ReviewPriors();
+}
 
 void FrmSimplex::OnUnload() {
   rtbSimplexInitial.text.clear();

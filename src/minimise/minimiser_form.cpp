@@ -13,6 +13,10 @@ void MinimiserForm::ReviewPriors() {
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
 }
 
+void MinimiserForm::TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle) {
+  if (!state_.flags.BootstrapMode) desk.Tell(boxTitle, text, boxStyle);
+}
+
 void MinimiserForm::ShowProfilePoint() {
   if (!state_.profile.ProfileOn) return;
   const std::int16_t p = state_.profile.ProfileParameter;

@@ -38,6 +38,8 @@ class MinimiserForm : public Form {
   void SetPanel(int panel, const std::string& text) { stbMain5_.Set(panel, text); }
   void ClearPanels(int first, int last);
   void ReviewPriors();
+  /// A message with OK alone; nothing interrupts a bootstrap's replicates but what the user has to answer.
+  void TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle);
   /// Names, in panel 1, the point that the profile has come to.
   void ShowProfilePoint();
   /// Asks what an interrupt during a profile shall end, and tells the profile to end if the answer is all of it.

@@ -66,7 +66,7 @@ class SimplexRun {
     } while (!halt_);
     state_.flags.SimplexBuilt = true;
     if (ending_ != SimplexEnding::ZeroValue) KeepBest();
-    watch_.OnEnd();
+    watch_.OnEnd(ending_);
     return Result();
   }
 

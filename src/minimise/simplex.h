@@ -77,7 +77,7 @@ class SimplexWatch {
   /// Lets pending events run and asks the user if an interrupt is among them.
   virtual SimplexInterrupt Turn() { return {}; }
   /// The run is over and Value holds the best vertex; after ZeroValue it is what it was.
-  virtual void OnEnd() {}
+  virtual void OnEnd(SimplexEnding) {}
 };
 
 /// Minimises the objective over the free parameters (PackFree has been called and NFREE is at least 1) by the polytope

@@ -98,6 +98,28 @@ TEST_F(FrmSimplexTest, ARestartNamesTheParameterAndASecondOneWarns) {
   EXPECT_THAT(Panel(4), testing::Contains("Multiple restarts indicate a tuning problem!"));
 }
 
+TEST_F(FrmSimplexTest, OneRestartIsNoTuningProblem) {
+  OpenOnValues({10, 8, 9, 8.5, 6, 6, 6.5, 6.4, 6.3, 7}, 1);
+  Minimise();
+  EXPECT_EQ(result.Restarts, 1);
+  EXPECT_THAT(Panel(4), testing::IsEmpty());
+}
+
+TEST_F(FrmSimplexTest, ANewSimplexMakesItsButtonAndPanelsReady) {
+  OpenOnValues({10, 8, 9, 8.5}, 1);
+  windows().AtTurn(2, [&] { desk.Press(frmSimplex->cmdStop); });
+  Minimise();
+  EXPECT_FALSE(frmSimplex->cmdStop.enabled) << "the interrupt was swallowed";
+  run->state.flags.SimplexBuilt = false;
+  frmMain.stbMain5.Set(2, "something");
+  windows().AtTurn(1, [&] {
+    EXPECT_TRUE(frmSimplex->cmdStop.enabled);
+    EXPECT_EQ(frmMain.stbMain5.Get(1), "Building initial simplex...");
+    EXPECT_EQ(frmMain.stbMain5.Get(2), "");
+  });
+  Minimise();
+}
+
 TEST_F(FrmSimplexTest, TheCallLimitAsksAndNoEndsTheRun) {
   Open({-1.2, 1}, Rosenbrock);
   run->state.algorithm.MaxCalls = 20;
@@ -110,6 +132,31 @@ TEST_F(FrmSimplexTest, TheCallLimitAsksAndNoEndsTheRun) {
   EXPECT_THAT(Panel(1), testing::Contains("One moment please..."));
   ExpectPanelsEmpty();
   EXPECT_EQ(run->state.algorithm.Value(1), simplex.Simplex(simplex.ILow)(1));
+}
+
+TEST_F(FrmSimplexTest, AnEndThatIsAskedForEmptiesThePanelsWhileItComes) {
+  Open({-1.2, 1}, Rosenbrock);
+  run->state.algorithm.MaxCalls = 20;
+  windows().AtTurn(2, [&] {
+    for (int panel = 2; panel <= 4; ++panel) frmMain.stbMain5.Set(panel, "something");
+  });
+  windows().No("Simplex minimization");
+  Minimise();
+  EXPECT_THAT(std::vector<std::string>(windows().events.end() - 5, windows().events.end()),
+              ElementsAre("status stbMain5 1 One moment please...", "status stbMain5 2 ", "status stbMain5 3 ",
+                          "status stbMain5 4 ", "status stbMain5 1 "));
+}
+
+TEST_F(FrmSimplexTest, EachRunBeginsWithEmptyPanes) {
+  Open({0, 0}, Quadratic);
+  Minimise();
+  run->state.flags.SimplexBuilt = false;
+  run->state.algorithm.TerminalFreq = 0;
+  windows().AtTurn(1, [&] {
+    EXPECT_EQ(frmSimplex->rtbSimplexInitial.text, "");
+    EXPECT_EQ(frmSimplex->rtbSimplex.text, "");
+  });
+  Minimise();
 }
 
 TEST_F(FrmSimplexTest, TheCallLimitOverriddenShowsTheCountFromOneAgain) {
@@ -155,7 +202,10 @@ TEST_F(FrmSimplexTest, AnInterruptAnsweredYesEndsTheRunWithOneMoreReport) {
 
 TEST_F(FrmSimplexTest, AnInterruptAnsweredNoLetsTheRunGoOn) {
   Open({-1.2, 1}, Rosenbrock);
+  run->state.algorithm.TerminalFreq = 100;
   windows().AtTurn(7, [&] { desk.Press(frmSimplex->cmdStop); });
+  windows().AtTurn(8,
+                   [&] { EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("\nNote: 1 ")) << "no report for it"; });
   windows().No("Simplex interrupt");
   Minimise();
   EXPECT_EQ(result.ending, SimplexEnding::Minimum);
@@ -222,6 +272,7 @@ TEST_F(FrmSimplexTest, WithPriorsOnTheReviewFollowsTheMinimum) {
   frmSimplex->reviewPriors = [&] {
     ++reviews;
     EXPECT_EQ(windows().messages.size(), 1u) << "behind the box";
+    EXPECT_EQ(run->state.algorithm.Value(1), simplex.Simplex(simplex.ILow)(1)) << "of the estimates, not of the start";
   };
   Minimise();
   EXPECT_EQ(reviews, 0);
@@ -270,6 +321,11 @@ class FrmSimplexInProfile : public FrmSimplexTest {
     profile.ProfilePoint = 4;
     profile.ProfilePoints = 25;
   }
+  /// Interrupts the fourth iteration, between reports: each report gives a turn, too.
+  void InterruptAtIteration4() {
+    run->state.algorithm.TerminalFreq = 100;
+    windows().AtTurn(7, [&] { desk.Press(frmSimplex->cmdStop); });
+  }
 };
 
 TEST_F(FrmSimplexInProfile, NamesThePointAtEachReportAndSaysNothingAtItsMinimum) {
@@ -284,32 +340,37 @@ TEST_F(FrmSimplexInProfile, NamesThePointAtEachReportAndSaysNothingAtItsMinimum)
 
 TEST_F(FrmSimplexInProfile, AnInterruptCanEndTheWholeProcedure) {
   OpenPoint();
-  windows().AtTurn(9, [&] { desk.Press(frmSimplex->cmdStop); });
+  InterruptAtIteration4();
   windows().Yes("Simplex interrupt");
   Minimise();
   EXPECT_EQ(result.ending, SimplexEnding::Interrupted);
   EXPECT_TRUE(profile.QuitAsked);
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("\nNote: 4 iterations, ")) << "with one more report";
   EXPECT_EQ(windows().messages[0].text, "Interrupt received. Do you want to quit the ML procedure?");
   EXPECT_EQ(windows().messages[0].style, 36);
 }
 
 TEST_F(FrmSimplexInProfile, AnInterruptCanEndThisPointAlone) {
   OpenPoint();
-  windows().AtTurn(9, [&] { desk.Press(frmSimplex->cmdStop); });
+  InterruptAtIteration4();
   windows().No("Simplex interrupt");
   windows().Yes("Simplex interrupt");
   Minimise();
   EXPECT_EQ(result.ending, SimplexEnding::Interrupted);
   EXPECT_FALSE(profile.QuitAsked);
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("\nNote: 1 iterations, ")) << "without another report";
   EXPECT_EQ(windows().messages[1].text, "Do you want to continue starting with the NEXT point?");
   EXPECT_EQ(windows().messages[1].style, 292);
 }
 
 TEST_F(FrmSimplexInProfile, AnInterruptTakenBackLetsThePointGoOn) {
   OpenPoint();
-  windows().AtTurn(9, [&] { desk.Press(frmSimplex->cmdStop); });
+  InterruptAtIteration4();
   windows().No("Simplex interrupt");
   windows().No("Simplex interrupt");
+  windows().AtTurn(9, [&] {
+    EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("\nNote: 4 iterations, ")) << "reported in passing";
+  });
   Minimise();
   EXPECT_EQ(result.ending, SimplexEnding::Minimum);
   EXPECT_EQ(result.Iterations, 78);

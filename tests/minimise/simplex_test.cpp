@@ -47,7 +47,7 @@ class Recorder : public SimplexWatch {
     if (haltAfter > 0 && turns >= haltAfter) return {true, reportAtHalt};
     return {};
   }
-  void OnEnd() override { ++ends; }
+  void OnEnd(SimplexEnding) override { ++ends; }
 };
 
 /// Runs on objective values from a list, whatever the point; the last value goes on for ever.
@@ -168,6 +168,13 @@ TEST(SimplexStart, ATieOfVerticesStaysWithTheLowerColumn) {
   EXPECT_EQ(t.simplex.ILow, 1);
 }
 
+TEST(SimplexStart, ATieOfWorstVerticesStaysWithTheLowerColumn) {
+  SimplexOnValues t({10, 10, 8, 9}, 2);
+  t.OneIteration();
+  EXPECT_EQ(t.simplex.SimplexF(1), 9) << "the reflected point took its place";
+  EXPECT_EQ(t.simplex.SimplexF(2), 10);
+}
+
 TEST(SimplexConvergence, ADifferenceOfExactlyTheToleranceIsNotConverged) {
   // After the first step the vertices hold 8.5 and 8.
   SimplexOnValues exact({10, 8, 9, 8.5});
@@ -259,6 +266,39 @@ TEST(SimplexReports, AHaltBetweenReportsMakesOneMore) {
   EXPECT_THAT(reports(5, 3), ElementsAre(1, 4, 5));
   EXPECT_THAT(reports(4, 3), ElementsAre(1, 4)) << "none since the report of the same iteration";
   EXPECT_THAT(reports(3, 1), ElementsAre(1, 2, 3)) << "with a frequency of 1 every iteration has had its report";
+}
+
+TEST(SimplexReports, AMinimumBetweenReportsMakesNone) {
+  FunctionRun run({-1.2, 1}, Rosenbrock);
+  run.state.algorithm.TerminalFreq = 5;
+  run.Pack();
+  SimplexState simplex;
+  Recorder watch;
+  EXPECT_EQ(MinimiseSimplex(run.state, run.objective, simplex, watch).Iterations, 78);
+  EXPECT_EQ(watch.terminalReports.back(), 76);
+}
+
+TEST(SimplexReports, TheCallLimitMakesOneMore) {
+  FunctionRun run({-1.2, 1}, Rosenbrock);
+  run.state.algorithm.TerminalFreq = 1000;
+  run.state.algorithm.MaxCalls = 20;
+  run.Pack();
+  SimplexState simplex;
+  Recorder watch;
+  const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
+  EXPECT_THAT(watch.terminalReports, ElementsAre(1, result.Iterations));
+}
+
+TEST(SimplexCallLimit, YesAndAHaltInTheSameIterationReportNoCalls) {
+  SimplexOnValues t({10, 8, 9, 8.5});
+  t.run.state.algorithm.MaxCalls = 4;
+  t.run.state.algorithm.TerminalFreq = 3;
+  t.watch.continueAtLimit = true;
+  t.watch.haltAfter = 2;
+  t.watch.reportAtHalt = true;
+  EXPECT_EQ(t.Minimise().NF, 0);
+  EXPECT_THAT(t.watch.terminalReports, ElementsAre(1, 2));
+  EXPECT_EQ(t.watch.progress.back().NF, 0);
 }
 
 TEST(SimplexCallLimit, YesStartsTheCountAgainFromOne) {
@@ -368,6 +408,21 @@ TEST(SimplexRestart, IsCountedAndTheRunGoesOnToASecondVerification) {
   EXPECT_THAT(watch.restarts, ElementsAre(1));
   EXPECT_EQ(watch.minima, 1);
   EXPECT_EQ(result.ending, SimplexEnding::Minimum);
+}
+
+TEST(SimplexRestart, MoreThanAnI16CanCountIsARuntimeFailure) {
+  // Each verification finds at once something better than all there was.
+  struct AlwaysBetter : Recorder {
+    void OnVerifying() override { level -= 1; }
+    double level = 0;
+  } watch;
+  FunctionRun run({0}, [&](Array1<double>&) { return watch.level; });
+  run.state.algorithm.TerminalFreq = 0;
+  run.state.algorithm.MaxCalls = 1000000;
+  run.Pack();
+  SimplexState simplex;
+  EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, watch), RuntimeFailure);
+  EXPECT_EQ(watch.restarts.size(), 32767u);
 }
 
 TEST(SimplexResumed, GoesOnFromTheSimplexThatStands) {
