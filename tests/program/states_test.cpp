@@ -204,18 +204,13 @@ TEST_F(StatesTest, InformationWindowsHideTheMainWindowUntilTheyClose) {
   }
 }
 
-TEST_F(StatesTest, CommandsThatAreNotThereSaySoAndDoNothingElse) {
+TEST_F(StatesTest, CommandThatIsNotThereSaysSoAndDoesNothingElse) {
   Ready("juveniles_only");
   const auto before = Usable();
-  std::vector<std::string> texts;
-  for (Button* button : {&menu.cmdParEstimate, &menu.cmdRank, &menu.cmdUserSummary}) {
-    EXPECT_TRUE(desk.Press(*button));
-    texts.push_back(windows.LastText());
-    EXPECT_EQ(Usable(), before);
-    EXPECT_TRUE(ApplicationMenuUsable());
-  }
-  std::ranges::sort(texts);
-  EXPECT_EQ(std::ranges::adjacent_find(texts), texts.end()) << "each has its own words";
+  EXPECT_TRUE(desk.Press(menu.cmdParEstimate));
+  EXPECT_THAT(windows.LastText(), testing::HasSubstr("This version"));
+  EXPECT_EQ(Usable(), before);
+  EXPECT_TRUE(ApplicationMenuUsable());
 }
 
 }  // namespace
