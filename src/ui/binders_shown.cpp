@@ -68,7 +68,10 @@ class CanvasWidget : public QWidget {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::white);
-    PaintDrawing(painter, QRectF(rect()).adjusted(8, 8, -8, -8), canvas_.drawing);
+    const bool stretches = property("stretches").toBool();  // set by the layout
+    const double margin = stretches ? 4 : 8;                // for points on the edge
+    const QRectF target = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    PaintDrawing(painter, target, canvas_.drawing, stretches ? Qt::IgnoreAspectRatio : Qt::KeepAspectRatio);
   }
 
  private:

@@ -5,7 +5,8 @@
 namespace merlane {
 namespace {
 
-/// The drawing with its limits above and the ends of its X axis below.
+/// The drawing with its limits above and the ends of its X axis below; these stand under the ends where the drawing
+/// fills its place.
 QVBoxLayout* Graph(Layouter& layouter, std::initializer_list<const char*> above) {
   auto* const graph = new QVBoxLayout;
   graph->setSpacing(4);
@@ -17,6 +18,10 @@ QVBoxLayout* Graph(Layouter& layouter, std::initializer_list<const char*> above)
   if (QWidget* const end = layouter.Take("lblXEnd")) ends->addWidget(end);
   graph->addLayout(ends);
   return graph;
+}
+
+void Stretch(Layouter& layouter) {
+  if (QWidget* const picture = layouter.window.binding.Find("picGraph")) picture->setProperty("stretches", true);
 }
 
 void SideBySide(QVBoxLayout& column, QLayout* graph, QLayout* side) {
@@ -37,6 +42,7 @@ void AddFixedPitch(Layouter& layouter, QVBoxLayout& side, const char* name) {
 }  // namespace
 
 void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column) {
+  Stretch(layouter);
   QVBoxLayout* const graph = Graph(layouter, {"lblYMaxMin", "lblXMaxMin"});
   graph->addLayout(layouter.Row({"lblYZero", "lblXZero"}));
 
@@ -88,6 +94,7 @@ void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column) {
 }
 
 void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
+  Stretch(layouter);
   QVBoxLayout* const graph = Graph(layouter, {"lblGraphMax", "lblVar"});
   graph->addLayout(layouter.Row({"lblNote", "lblCI"}));
 
@@ -122,8 +129,10 @@ void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column) {
   side->addLayout(layouter.Column({"lblHighDensity", "lblLegendHead"}));
   auto* const legend = new QHBoxLayout;
   if (QWidget* const boxes = layouter.Take("LegendBox")) {
+    boxes->setProperty("stretches", true);  // to the height of the text beside it
     boxes->setMinimumSize(60, 0);
-    boxes->setMaximumWidth(90);
+    boxes->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+    boxes->setFixedWidth(60);
     legend->addWidget(boxes);
   }
   if (QWidget* const bands = layouter.Take("lblLegend")) legend->addWidget(bands);

@@ -9,18 +9,20 @@ namespace {
 /// Takes logical coordinates to the target.
 class Scale {
  public:
-  Scale(const QRectF& target, const Drawing& drawing)
-      : left_(drawing.left),
-        top_(drawing.top),
-        factor_(std::min(target.width() / (drawing.right - drawing.left),
-                         target.height() / (drawing.bottom - drawing.top))),
-        origin_(target.center() - QPointF(drawing.right - drawing.left, drawing.bottom - drawing.top) * factor_ / 2) {}
+  Scale(const QRectF& target, const Drawing& drawing, Qt::AspectRatioMode proportions)
+      : left_(drawing.left), top_(drawing.top) {
+    const QSizeF logical(drawing.right - drawing.left, drawing.bottom - drawing.top);
+    const QSizeF size = logical.scaled(target.size(), proportions);
+    across_ = size.width() / logical.width();
+    down_ = size.height() / logical.height();
+    origin_ = target.center() - QPointF(size.width(), size.height()) / 2;
+  }
 
-  QPointF At(double x, double y) const { return origin_ + QPointF(x - left_, y - top_) * factor_; }
-  double Length(double logical) const { return logical * factor_; }
+  QPointF At(double x, double y) const { return origin_ + QPointF((x - left_) * across_, (y - top_) * down_); }
+  double Length(double logical) const { return logical * std::min(across_, down_); }
 
  private:
-  double left_, top_, factor_;
+  double left_, top_, across_, down_;
   QPointF origin_;
 };
 
@@ -83,9 +85,9 @@ void Paint(QPainter& painter, const Scale& scale, const Drawing::Text& text) {
 
 QColor PaletteColour(int index) { return QColor(QRgb(0xff000000 | PaletteRgb(index))); }
 
-void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawing) {
+void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawing, Qt::AspectRatioMode proportions) {
   if (drawing.right <= drawing.left || drawing.bottom <= drawing.top) return;
-  const Scale scale(target, drawing);
+  const Scale scale(target, drawing, proportions);
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(QColor(0xc6, 0xcf, 0xca), 1));

@@ -1,0 +1,135 @@
+// The windows of the plots, with something in them.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "control/frm_main.h"
+#include "platform/freexl_workbooks.h"
+#include "plots/frm_bivar_plot.h"
+#include "plots/frm_dist_plot.h"
+#include "plots/frm_xy_plot.h"
+#include "ui/hand.h"
+#include "ui/main_window.h"
+#include "ui/paint_drawing.h"
+#include "ui/qt_host.h"
+
+namespace merlane {
+namespace {
+
+double Bell(double x) { return std::exp(-x * x / 2); }
+
+struct PlotWindowsTest : testing::Test {
+  SystemClock clock;
+  RandomStreams random{clock};
+  FreexlWorkbooks workbooks;
+  QtHost host;
+  Desk desk{{host, clock, random, workbooks}};
+  FrmMain main{desk};
+  FrmXyPlot xy{desk};
+  FrmDistPlot dist{desk};
+  FrmBivarPlot bivar{desk};
+  Windows windows{desk};
+  test::Hand hand{windows};
+
+  PlotWindowsTest() {
+    hand.album = MERLANE_BUILD_DIR "/screenshots";
+    host.Use(&windows);
+    desk.Show(main);
+    windows.Sync();
+    windows.Main()->resize(1280, 690);
+    QCoreApplication::processEvents();
+  }
+  ~PlotWindowsTest() override { host.Use(nullptr); }
+
+  /// How many pixels of the graph have that colour of the palette.
+  int Painted(const char* form, int colour) {
+    windows.Sync();
+    const QImage image = hand.Find(form, "picGraph")->grab().toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) count += image.pixelColor(x, y) == PaletteColour(colour);
+    return count;
+  }
+};
+
+TEST_F(PlotWindowsTest, XyPlotIsDrawnByItsButtonAndByADoubleClick) {
+  PlotTable table;
+  table.PlotData.Dimension(2, 40);
+  table.PlotYMin.Dimension(2, 0);
+  table.PlotYMax.Dimension(2, 0);
+  table.PlotVarName.Dimension(2);
+  table.PlotVarName(1) = "Observed number of juveniles";
+  table.PlotVarName(2) = "Expected number of juveniles";
+  for (int i = 1; i <= 40; ++i) {
+    table.PlotData(1, i) = 12 * std::exp(-0.05 * i) + std::sin(i);
+    table.PlotData(2, i) = 12 * std::exp(-0.05 * i);
+  }
+  table.PlotXName = "Data Record";
+  table.PlotXMax = table.PlotXLabelMax = 40;
+  table.PlotPageText = "1 of 2";
+  xy.ShowXYPlot(table);
+  windows.Sync();
+  EXPECT_EQ(Painted("frmXYPlot", 1), 0);
+  hand.Press("frmXYPlot", "cmdPlot");
+  EXPECT_GT(Painted("frmXYPlot", 1), 50);
+  auto* const list = hand.Find<QListWidget>("frmXYPlot", "listYVar");
+  const QPoint second = list->visualItemRect(list->item(1)).center();
+  QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, second);
+  QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, second);
+  EXPECT_GT(Painted("frmXYPlot", 2), 50);
+  hand.Grab(*windows.Main(), "plot_xy");
+}
+
+TEST_F(PlotWindowsTest, DistributionsAreDrawnOneOverTheOther) {
+  DistributionSeries series;
+  series.parameter = 17;
+  double sum = 0;
+  for (int i = 0; i < 25; ++i) {
+    const double x = (i - 12) / 4.0;
+    series.values.push_back(0.05 + 0.01 * x);
+    series.negLnL.push_back(x * x / 2);
+    series.density.push_back(Bell(x));
+    series.regionOnMode.push_back(1 - Bell(x));
+    series.regionOnMean.push_back(1 - Bell(x + 0.2));
+    series.cumulative.push_back(sum += Bell(x) / 10.03);
+    series.normal.push_back(Bell(x));
+  }
+  series.maximumLikelihood = series.expected = 0.05;
+  series.standardError = 0.01;
+  dist.ShowDistPlot(series);
+  windows.Sync();
+  hand.Press("frmDistPlot", "cmdPlot");
+  auto* const list = hand.Find<QListWidget>("frmDistPlot", "listVar");
+  for (const int row : {1, 4}) {
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+    hand.Press("frmDistPlot", "cmdPlot");
+  }
+  EXPECT_GT(Painted("frmDistPlot", 2), 50);
+  EXPECT_GT(Painted("frmDistPlot", 3), 50);
+  hand.Grab(*windows.Main(), "plot_distribution");
+  hand.Press("frmDistPlot", "cmdClear");
+  EXPECT_EQ(Painted("frmDistPlot", 2), 0);
+}
+
+TEST_F(PlotWindowsTest, BivariateDensityIsPaintedInItsBands) {
+  BivariateDensity density;
+  density.X.Dimension(41);
+  density.Y.Dimension(41);
+  density.f.Dimension(41, 41);
+  for (int i = 1; i <= 41; ++i) density.X(i) = density.Y(i) = (i - 21) / 5.0;
+  for (int j = 1; j <= 41; ++j)
+    for (int i = 1; i <= 41; ++i) density.f(j, i) = Bell(density.X(i)) * Bell(density.Y(j) - 0.6 * density.X(i));
+  density.fmax = 1;
+  density.firstParameter = 17;
+  density.secondParameter = 18;
+  bivar.ShowBivarPlot(density);
+  windows.Sync();
+  EXPECT_GT(Painted("frmBivarPlot", 12), 50);   // the peak
+  EXPECT_GT(Painted("frmBivarPlot", 14), 500);  // a band around it
+  hand.Grab(*windows.Main(), "plot_bivariate");
+  hand.Key("frmBivarPlot", Qt::Key_Escape);
+  EXPECT_FALSE(bivar.Visible());
+}
+
+}  // namespace
+}  // namespace merlane
