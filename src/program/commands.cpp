@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "program/program.h"
 
@@ -88,6 +89,14 @@ void Program::Bayesian() {
   frmLoadPriors.Open(frmMenu.name);
 }
 
+void Program::ParEstimate() {
+  frmMenu.CloseTheThree();
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+  state.profile.PriorPlotOn = false;
+  desk.Show(frmParEvals);
+}
+
 void Program::UserSummary() {
   Array1<double>& Value = state.algorithm.Value;
   const bool allZero = std::ranges::all_of(Value, [](double value) { return value == 0; });
@@ -109,6 +118,29 @@ void Program::Rank() {
   desk.Unload(frmMenu);
   frmMain.mnuApplication.enabled = false;
   desk.Show(frmRank);
+}
+
+void Program::FollowSummary(const std::function<void()>& command) {
+  desk.Unload(frmMenu);
+  frmMain.mnuApplication.enabled = false;
+  try {
+    command();
+  } catch (const RuntimeFailure&) {
+    EndLongCommand();
+    throw;
+  }
+  EndLongCommand();
+}
+
+bool Program::BootstrapSimplex() {
+  state.flags.SimplexBuilt = false;
+  frmSimplex.Minimise();
+  return true;
+}
+
+bool Program::BootstrapMarquardt() {
+  frmMarquardt.TakeNumericalDerivatives();
+  return frmMarquardt.Minimise().ending != MarquardtEnding::MatrixFailed;
 }
 
 void Program::BeginLongCommand() {

@@ -28,6 +28,7 @@ void Program::BeginRun() {
   RunFlags& flags = state.flags;
   desk.Load(frmMenu);  // so that what is written to its buttons stays when it is shown
   frmMenu.enabled = true;
+  frmSummary.ForgetResults();
   ReadData();
 
   frmMenu.NameUserSummary();
@@ -73,6 +74,7 @@ void Program::DimensionRun() {
   state.free.FreeStep.Dimension(a.NPAR);
   state.free.FreeIndex.Dimension(a.NPAR);
   priors.Reset(a.NPAR);
+  state.profile.ProfileState = 0;
 }
 
 }  // namespace merlane

@@ -18,6 +18,10 @@ Program::Program(const Host& host)
       frmAbort(desk, state, frmMain),
       resultsCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
+      frmXYPlot(desk),
+      detailPlots(desk, model, frmSummary, frmXYPlot),
+      parametricBootstrap(desk, state, objective, model, frmMain),
+      bootstrapCommand(desk, state, model, parametricBootstrap, frmAbort, frmSummary),
       frmHelp(desk),
       frmDefaults(desk),
       frmWisdom(desk),
@@ -31,6 +35,16 @@ Program::Program(const Host& host)
       frmCovData(desk),
       frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
       covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
+      frmDistPlot(desk),
+      frmBivarPlot(desk),
+      evaluationParts{desk, state, objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot},
+      frmParEvals(desk, frmMain),
+      frmMaxLike(desk, FrmDistributionTable::MaxLike),
+      frmBayesian(desk, FrmDistributionTable::Bayesian),
+      frmPriorDists(desk, FrmDistributionTable::PriorDists),
+      profileDialogue(evaluationParts, frmMaxLike, frmSimplex, frmMarquardt, profile),
+      posteriorDialogue(evaluationParts, frmBayesian, frmBivarPlot),
+      priorProfileDialogue(desk, state, priors, frmMain, frmDistPlot, frmPriorDists),
       frmRank(desk, state, objective, frmMain, algorithmCommands, frmAlgo, frmLoadPriors) {
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
@@ -57,7 +71,7 @@ void Program::WireMenu() {
   frmMenu.cmdMarquardt.onClick = [this] { Marquardt(); };
   frmMenu.cmdCovariance.onClick = [this] { Covariance(); };
   frmMenu.cmdBayesian.onClick = [this] { Bayesian(); };
-  frmMenu.cmdParEstimate.onClick = [this] { TellNotYet(not_yet::Evaluations); };
+  frmMenu.cmdParEstimate.onClick = [this] { ParEstimate(); };
   frmMenu.cmdUserSummary.onClick = [this] { UserSummary(); };
   frmMenu.cmdRank.onClick = [this] { Rank(); };
   frmMenu.cmdQuit.onClick = [this] { Quit(); };
@@ -77,8 +91,10 @@ void Program::WireMenuBar() {
 void Program::WireForms() {
   frmInitialize.onDone = [this] { BeginRun(); };
   frmAlgo.onExit = [this] { Quit(); };
+  frmParEvals.evaluateProfile = [this] { profileDialogue.EvaluateProfile(); };
+  frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };
   frmSetPriors.quit = [this] { Quit(); };
-  frmSetPriors.profile = [this] { TellNotYet(not_yet::PriorProfile); };
+  frmSetPriors.profile = [this] { priorProfileDialogue.ProfilePrior(); };
   frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
     frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
   };
@@ -87,10 +103,17 @@ void Program::WireForms() {
   model.showStatus = [this](const std::string& text) { frmMain.ShowProgress(text); };
   model.writeResults = [this](ModelCall& call) { resultsCommand.WriteResults(call); };
   model.simulate = [this](ModelCall& call) { simulationCommand.Simulate(call); };
+  resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
+  frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
+  frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
+  parametricBootstrap.minimiseSimplex = [this] { return BootstrapSimplex(); };
+  parametricBootstrap.minimiseMarquardt = [this] { return BootstrapMarquardt(); };
+  bootstrapCommand.closeMinimisers = [this] {
+    desk.Unload(frmSimplex);
+    desk.Unload(frmMarquardt);
+  };
   log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };
 }
-
-void Program::TellNotYet(const NotYet& command) { desk.Tell(command.title, command.text, style::Information); }
 
 void Program::Recover(const Form& failed) {
   for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");

@@ -21,11 +21,17 @@
 #include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
+#include "model/bootstrap_command.h"
+#include "model/detail_plots.h"
 #include "model/frm_initialize.h"
 #include "model/frm_xls_worksheets.h"
 #include "model/merlane_model.h"
+#include "model/parametric_bootstrap.h"
 #include "model/results_command.h"
 #include "model/simulation_command.h"
+#include "plots/frm_bivar_plot.h"
+#include "plots/frm_dist_plot.h"
+#include "plots/frm_xy_plot.h"
 #include "priors/distributions.h"
 #include "priors/frm_load_priors.h"
 #include "priors/frm_review_priors.h"
@@ -33,10 +39,14 @@
 #include "priors/prior_review.h"
 #include "priors/priors_commands.h"
 #include "program/fit.h"
-#include "program/not_yet.h"
 #include "uncertainty/covariance_dialogue.h"
 #include "uncertainty/frm_cov_data.h"
 #include "uncertainty/frm_cov_display.h"
+#include "uncertainty/frm_distribution_table.h"
+#include "uncertainty/frm_par_evals.h"
+#include "uncertainty/posterior_dialogue.h"
+#include "uncertainty/prior_profile_dialogue.h"
+#include "uncertainty/profile_dialogue.h"
 
 namespace merlane {
 
@@ -70,6 +80,10 @@ class Program {
   FrmAbort frmAbort;
   ResultsCommand resultsCommand;
   SimulationCommand simulationCommand;
+  FrmXyPlot frmXYPlot;
+  DetailPlots detailPlots;
+  ParametricBootstrap parametricBootstrap;
+  BootstrapCommand bootstrapCommand;
   FrmHelp frmHelp;
   FrmDefaults frmDefaults;
   FrmWisdom frmWisdom;
@@ -90,6 +104,18 @@ class Program {
   FrmCovDisplay frmCovDisplay;
   CovarianceDialogue covarianceDialogue;
 
+  FrmDistPlot frmDistPlot;
+  FrmBivarPlot frmBivarPlot;
+  Evaluation evaluation;
+  EvaluationParts evaluationParts;
+  FrmParEvals frmParEvals;
+  FrmDistributionTable frmMaxLike;
+  FrmDistributionTable frmBayesian;
+  FrmDistributionTable frmPriorDists;
+  ProfileDialogue profileDialogue;
+  PosteriorDialogue posteriorDialogue;
+  PriorProfileDialogue priorProfileDialogue;
+
   FrmRank frmRank;
 
  private:
@@ -106,8 +132,14 @@ class Program {
   void Marquardt();
   void Covariance();
   void Bayesian();
+  void ParEstimate();
   void UserSummary();
   void Rank();
+  /// Runs what follows upon a results summary, without the menu.
+  void FollowSummary(const std::function<void()>& command);
+  // The minimisers of a bootstrap; false when a matrix could not be inverted.
+  bool BootstrapSimplex();
+  bool BootstrapMarquardt();
   /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns.
   void Quit();
 
@@ -124,7 +156,6 @@ class Program {
   bool BeginMinimiser(bool& running);
   void TellNothingToDo();
   void ForgetCovariances();
-  void TellNotYet(const NotYet& command);
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
   void Recover(const Form& failed);
 

@@ -204,11 +204,14 @@ TEST_F(StatesTest, InformationWindowsHideTheMainWindowUntilTheyClose) {
   }
 }
 
-TEST_F(StatesTest, CommandThatIsNotThereSaysSoAndDoesNothingElse) {
+TEST_F(StatesTest, EvaluationIsBusyUntilItsChoiceIsCancelled) {
   Ready("juveniles_only");
   const auto before = Usable();
   EXPECT_TRUE(desk.Press(menu.cmdParEstimate));
-  EXPECT_THAT(windows.LastText(), testing::HasSubstr("This version"));
+  EXPECT_TRUE(program.frmParEvals.Visible());
+  EXPECT_FALSE(menu.Loaded());
+  EXPECT_FALSE(ApplicationMenuUsable());
+  EXPECT_TRUE(desk.Press(program.frmParEvals.cmdCancel));
   EXPECT_EQ(Usable(), before);
   EXPECT_TRUE(ApplicationMenuUsable());
 }
