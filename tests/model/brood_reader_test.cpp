@@ -231,6 +231,34 @@ TEST(BroodReader, ARecordThatLacksAnyCovariateIsDroppedWholeAndToldOnce) {
   EXPECT_THAT(r.messages[0].details, HasSubstr("line 2, columns 68 to 79"));
 }
 
+TEST(BroodReader, SkippedRecordsAreNotToldInABootstrap) {
+  Reading r(1995, 1995, 1);
+  r.Of(Header + "\n" + Record(1995, "A", 160, 170, -10, 5) + Record(1995, "B", 160, 170, -10, 5, {"1"}), true);
+  EXPECT_THAT(r.messages, IsEmpty());
+  EXPECT_THAT(r.data.BroodCode, ElementsAre("       B"));
+}
+
+TEST(BroodReader, DaysCountsAndAgesAreRoundedOutwardsForPlotsUnlessTheyAreRoundAlready) {
+  Reading r;
+  r.Of(Header + "\n" + Record("1995", "A", "153", "170", "-17", "7") + Record("1995", "A", "166", "170", "-4", "3"));
+  EXPECT_EQ(r.data.MinDate, 150);
+  EXPECT_EQ(r.data.MaxDate, 170);
+  EXPECT_EQ(r.data.MaxCount, 8);
+  EXPECT_EQ(r.data.MinAge, -18);
+  r.Of(Header + "\n" + Record("1995", "A", "155", "170", "-18", "8") + Record("1995", "A", "165", "170", "-5", "3"));
+  EXPECT_EQ(r.data.MinDate, 155);
+  EXPECT_EQ(r.data.MaxDate, 165);
+  EXPECT_EQ(r.data.MaxCount, 8);
+  EXPECT_EQ(r.data.MinAge, -18);
+}
+
+TEST(BroodReader, ADayBelow0IsRoundedTowards0) {
+  Reading r;
+  r.Of(Header + "\n" + Record("1995", "A", "-7", "10", "-17", "7"));
+  EXPECT_EQ(r.data.MinDate, -5);
+  EXPECT_EQ(r.data.MaxDate, 0);
+}
+
 TEST(BroodReader, ARecordOfAnUnwantedYearMayCauseTheMessageOnSkippedRecords) {
   Reading r(1995, 1995, 1);
   r.Of(Header + "\n" + Record(1990, "A", 160, 170, -10, 5) + Record(1995, "B", 160, 170, -10, 5, {"1"}));

@@ -119,6 +119,25 @@ TEST(CalcProbsAndTheta, TakesNoneHatchedForNoneAliveWithOverdispersion) {
   EXPECT_EQ(Pmf[0], expected);
 }
 
+// The sum is 1 whatever is expected: shares are kept within 1e-6 and 0.999999, so that both distributions are proper
+// ones, and an overdispersion within the same bounds keeps the arguments of ln Gamma between 1e-12 and 1e6, where the
+// rounding of their sum stays below 1e-8 of each probability that matters. So no model can be told of poor accuracy
+// here.
+TEST(CalcProbsAndTheta, SumsTo1AtEveryExtreme) {
+  constexpr double tiny = 5e-324, huge = 1e300;
+  for (const int n : {1, 2, 3, 17, 60})
+    for (const int code : {1, 2})
+      for (const double thetaE : {0.0, 1.0000001e-6, 0.3, 0.999999, huge})
+        for (const double thetaJ : {0.0, 1.0000001e-6, 0.3, 0.999999, huge})
+          for (const double EN : {tiny, 1e-6, 0.4 * n, 1.0 * n, huge, -3.0})
+            for (const double EJ : {tiny, 1e-6, 0.3 * n, 1.0 * n}) {
+              if (EJ / EN > 1e307) continue;  // no number
+              std::vector<double> Pmf(static_cast<std::size_t>(n) + 1);
+              EXPECT_TRUE(Calc_Probs_and_Theta(code, n, thetaE, thetaJ, EN, EJ, Pmf))
+                  << n << ' ' << code << ' ' << thetaE << ' ' << thetaJ << ' ' << EN << ' ' << EJ;
+            }
+}
+
 TEST(PmfVariance, IsTheVarianceOfTheCount) {
   const double Pmf[] = {0.5, 0.0, 0.5};
   EXPECT_EQ(PmfVariance(Pmf), 1);

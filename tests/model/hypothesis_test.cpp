@@ -6,6 +6,11 @@
 namespace merlane {
 namespace {
 
+constexpr const char* T5 = "DO NOT ESTIMATE (MUST=0) Overdispersion Theta_NC^2 for eggs";
+constexpr const char* T6 = "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient for Theta_NC^2";
+constexpr const char* T7 = "DO NOT ESTIMATE (MUST=0) Overdispersion Theta_BC^2 for juveniles";
+constexpr const char* T8 = "DO NOT ESTIMATE (MUST=0) Brood age attenuation coefficient for Theta_BC^2";
+
 /// One brood with one juvenile interval that the model uses, and a vector that needs no repair: both mortalities random
 /// alone.
 struct Hypothesis {
@@ -72,6 +77,57 @@ TEST(Hypothesis, OverdispersionOfBinomialEggsBecomes0AndIsUnfused) {
   EXPECT_TRUE(h.Validate());
   h.ExpectFixed(5, 0, "DO NOT ESTIMATE (MUST=0) Overdispersion Theta_NC^2 for eggs");
   EXPECT_EQ(h.Fuse(5), "~");
+}
+
+TEST(Hypothesis, RandomMortalityHasNoBetaBinomialForm) {
+  Hypothesis h;
+  h.Value(1) = h.Value(2) = 2;
+  h.Step(1) = h.Step(2) = 0.1;
+  const Array1<std::string> names = h.Names;
+  EXPECT_TRUE(h.Validate());
+  for (const int i : {1, 2}) h.ExpectFixed(i, 1, names(i));
+}
+
+TEST(Hypothesis, ABinomialStageHasNoOverdispersionAndNoAttenuationOfIt) {
+  for (const bool eggs : {true, false}) {
+    Hypothesis h;
+    h.Value(3) = eggs ? 1 : 2;
+    h.Value(4) = eggs ? 2 : 1;
+    h.Value(11) = h.Value(13) = 0.5;
+    h.Value(19) = h.Value(21) = 0.02;
+    for (int i = 5; i <= 8; ++i) h.Value(i) = h.Step(i) = 0.3;
+    EXPECT_TRUE(h.Validate());
+    const int fixed = eggs ? 5 : 7, kept = eggs ? 7 : 5;
+    h.ExpectFixed(fixed, 0, fixed == 5 ? T5 : T7);
+    h.ExpectFixed(fixed + 1, 0, fixed == 5 ? T6 : T8);
+    for (const int i : {kept, kept + 1}) EXPECT_EQ(h.Value(i), 0.3) << i;
+  }
+}
+
+TEST(Hypothesis, AnOverdispersionOf0HasNoAttenuation) {
+  Hypothesis h;
+  h.Value(3) = h.Value(4) = 2;
+  h.Value(11) = h.Value(13) = 0.5;
+  h.Value(19) = h.Value(21) = 0.02;
+  h.Step(5) = h.Step(7) = 0.1;  // may become one
+  h.Value(6) = h.Value(8) = h.Step(6) = h.Step(8) = 0.1;
+  EXPECT_TRUE(h.Validate());
+  h.ExpectFixed(6, 0, T6);
+  h.ExpectFixed(8, 0, T8);
+  EXPECT_EQ(h.Step(5), 0.1);
+  EXPECT_EQ(h.Step(7), 0.1);
+  EXPECT_EQ(h.Fuse(6), "~");
+}
+
+TEST(Hypothesis, WithoutCorrelatedMortalityThereIsNoOverdispersionWhateverTheCode) {
+  Hypothesis h;
+  h.Value(3) = h.Value(4) = 2;
+  for (int i = 5; i <= 8; ++i) h.Value(i) = h.Step(i) = 0.3;
+  EXPECT_TRUE(h.Validate());
+  h.ExpectFixed(5, 0, T5);
+  h.ExpectFixed(6, 0, T6);
+  h.ExpectFixed(7, 0, T7);
+  h.ExpectFixed(8, 0, T8);
 }
 
 TEST(Hypothesis, OnlyTheFirstChangedParameterIsUnfused) {
@@ -195,6 +251,27 @@ TEST(Hypothesis, ABroodWithoutAJuvenileIntervalMayLackItsSizeAtHatch) {
   EXPECT_EQ(h.Value(23), 0.1);
 }
 
+TEST(Hypothesis, WhatTheRulesOnCorrelatedJuvenilesSayReplacesWhatThoseOnMissingAttributesSaid) {
+  Hypothesis h(1);
+  h.tables.EHatch[0] = Missing;
+  h.data.HatchDate[0] = Missing;
+  h.Validate();
+  h.ExpectFixed(26, 0, "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date");
+  for (int i = 27; i <= 30; ++i) h.ExpectFixed(i, 0, "DO NOT ESTIMATE (MUST=0) Brood covariates");
+  EXPECT_EQ(h.Names(36), "DO NOT ESTIMATE (MUST=0) Interaction term coefficients Gamma_BR(01) x Gamma_BR(02)");
+  for (const int i : {37, 38, 43, 44, 45, 46})
+    h.ExpectFixed(i, 0, "DO NOT ESTIMATE (MUST=0) Brood covariate interactions  (correlated mortality)");
+}
+
+TEST(Hypothesis, APredictionOfTheHatchDayIsNoJuvenileInterval) {
+  Hypothesis h;
+  h.data.VisitAge = {-5, 0};
+  h.data.HatchDate[0] = Missing;
+  h.Value(24) = 0.1;
+  h.Validate();
+  EXPECT_EQ(h.Value(24), 0.1);
+}
+
 TEST(Hypothesis, JuvenilesWithBothMortalitiesGiveEachRateAStart) {
   Hypothesis h;
   h.Value(13) = 0.4;
@@ -226,15 +303,61 @@ TEST(Hypothesis, BroodVisitsAloneFixAllEggParameters) {
   h.ExpectFixed(12, 0, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (f_N)");
 }
 
+TEST(Hypothesis, WithoutIntervalsOverdispersionAndShapesAreFixedToo) {
+  Hypothesis h;
+  h.tables.ClutchIntervals = h.tables.BroodIntervals = 0;
+  h.Value(3) = h.Value(4) = 2;
+  for (int i = 5; i <= 22; ++i) h.Value(i) = h.Step(i) = 0.4;
+  EXPECT_TRUE(h.Validate());
+  h.ExpectFixed(5, 0, T5);
+  h.ExpectFixed(6, 0, T6);
+  h.ExpectFixed(7, 0, T7);
+  h.ExpectFixed(8, 0, T8);
+  h.ExpectFixed(14, 0, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coefficient (f_B)");
+  h.ExpectFixed(15, 0, "DO NOT ESTIMATE (MUST=0) Alpha_NR for egg survival");
+  h.ExpectFixed(16, 1, "DO NOT ESTIMATE (MUST=1) Beta_NR  for egg survival");
+  h.ExpectFixed(17, 0, "DO NOT ESTIMATE (MUST=0) Alpha_BR for juvenile survival");
+  h.ExpectFixed(18, 1, "DO NOT ESTIMATE (MUST=1) Beta_BR for juvenile survival");
+  h.ExpectFixed(19, 0, "DO NOT ESTIMATE (MUST=0) Alpha_NC for egg survival");
+  h.ExpectFixed(20, 1, "DO NOT ESTIMATE (MUST=1) Beta_NC  for egg survival");
+  h.ExpectFixed(21, 0, "DO NOT ESTIMATE (MUST=0) Alpha_BC for juvenile survival");
+  h.ExpectFixed(22, 1, "DO NOT ESTIMATE (MUST=1) Beta_BC for juvenile survival");
+  for (const int i : {3, 4}) EXPECT_EQ(h.Value(i), 2) << "the codes stay";
+  for (const int i : {9, 10}) EXPECT_EQ(h.Step(i), 0.4) << "and so do the ages";
+}
+
+TEST(Hypothesis, TheLastRuleToTouchAParameterWins) {
+  Hypothesis h(1);
+  h.tables.ClutchIntervals = h.tables.BroodIntervals = 0;
+  h.data.AllClutchAgesKnown = h.data.AllBroodAgesKnown = false;
+  h.Validate();
+  h.ExpectFixed(16, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR");
+  h.ExpectFixed(20, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC");
+  h.ExpectFixed(18, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR");
+  h.ExpectFixed(22, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC");
+  h.ExpectFixed(23, 0, "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]");
+  h.ExpectFixed(30, 0, "DO NOT ESTIMATE (MUST=0) Gamma_BC(02) (on Beta_BC):  Hatch date");
+  h.ExpectFixed(31, 0, "DO NOT ESTIMATE (MUST=0) Brood covariates & interactions (random & correlated mortality)");
+}
+
 TEST(Hypothesis, UnknownAgesFixWhatNeedsThem) {
   Hypothesis clutch, brood(1);
   clutch.data.AllClutchAgesKnown = false;
-  clutch.Value(16) = 1.5;
+  clutch.Value(11) = 0.5;
+  for (const int i : {12, 16, 19, 20}) clutch.Value(i) = clutch.Step(i) = 1.5;
   EXPECT_TRUE(clutch.Validate());
+  clutch.ExpectFixed(12, 0, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (f_N)");
   clutch.ExpectFixed(16, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR");
+  clutch.ExpectFixed(20, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC");
+  EXPECT_EQ(clutch.Value(19), 1.5);
   brood.data.AllBroodAgesKnown = false;
   brood.Value(26) = brood.Value(46) = 0.1;
+  brood.Value(13) = 0.5;
+  for (const int i : {14, 18, 21, 22}) brood.Value(i) = brood.Step(i) = 1.5;
   EXPECT_TRUE(brood.Validate());
+  brood.ExpectFixed(14, 0, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coefficient (f_B)");
+  brood.ExpectFixed(22, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC");
+  EXPECT_EQ(brood.Value(21), 1.5);
   brood.ExpectFixed(18, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR");
   brood.ExpectFixed(26, 0, "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date");
   brood.ExpectFixed(46, 0, "DO NOT ESTIMATE (MUST=0) Brood covariates & interactions (random & correlated mortality)");

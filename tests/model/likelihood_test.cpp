@@ -99,6 +99,24 @@ TEST(SurvivalTables, OverHatchTheExpectedCountsAreMixedOverTheFateOfTheEggs) {
   EXPECT_EQ(t.EVisit[1], (1 - r) * t.EVisitR[1] + r * t.EVisitC[1]);
 }
 
+TEST(SurvivalTables, AnExpectedNumberAtHatchThatIsMissingIsNotCarriedOn) {
+  for (const bool random : {true, false}) {
+    Analysis a;
+    a.Visit("A", -5, Missing).Visit("A", 5, 4).Read();  // the number of eggs is not known
+    a.Value(11) = 0.4;
+    a.Value(17) = 0.02;
+    a.Value(15) = random ? 1e-300 : 0.05;  // a rate so small that the mark of a missing number survives
+    a.Value(19) = random ? 0.05 : 1e-300;
+    a.Evaluate();
+    const SurvivalTables& t = a.state.survival;
+    ASSERT_NE(t.EHatch[0], Missing);
+    ASSERT_EQ(random ? t.EHatchR[0] : t.EHatchC[0], Missing);
+    EXPECT_EQ(random ? t.JuvRR[0] : t.JuvCR[0], Missing);
+    EXPECT_NE(random ? t.JuvCR[0] : t.JuvRR[0], Missing);
+    EXPECT_EQ(a.F, 0);
+  }
+}
+
 TEST(SurvivalTables, ByDateTheShapeIs1WhateverTheVectorHolds) {
   Analysis a;
   a.UnknownAge("A", 140, "-?", 6)
@@ -117,6 +135,19 @@ TEST(SurvivalTables, ByDateTheShapeIs1WhateverTheVectorHolds) {
   EXPECT_EQ(t.EHatch[0], Missing) << "by date nothing is carried to hatch";
   EXPECT_EQ(t.ClutchIntervals, 1);
   EXPECT_EQ(t.BroodIntervals, 1);
+}
+
+TEST(SurvivalTables, ByDateAMissingCountEndsNoInterval) {
+  Analysis a;
+  a.UnknownAge("A", 140, "-?", 6).UnknownAge("A", 150, "-?", Missing);
+  a.UnknownAge("B", 160, "?", 6).UnknownAge("B", 165, "?", Missing);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Evaluate();
+  EXPECT_EQ(a.state.survival.EVisit[1], Missing);
+  EXPECT_EQ(a.state.survival.EVisit[3], Missing);
+  EXPECT_EQ(a.state.survival.ClutchIntervals, 0);
+  EXPECT_EQ(a.state.survival.BroodIntervals, 0);
 }
 
 TEST(SurvivalTables, AnIntervalFromAnUnknownAgePaysForItsRatesAndHasNoPrediction) {
@@ -253,6 +284,29 @@ TEST(Likelihood, TheJuvenilesOverdispersionOverHatchIsAtTheNegativeAgeOfTheClutc
   EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(Pmf[3]));
 }
 
+TEST(Likelihood, OverdispersionTakesTheAgeAlsoOfAClutchThatIsFollowedByDate) {
+  Analysis a;
+  for (const char* code : {"A", "B"}) {
+    const int older = *code == 'A' ? 0 : 4;
+    a.UnknownAge(code, 140, "-?", 6);
+    a.WithoutHatchDay(code, 150, -14 + older, 6).WithoutHatchDay(code, 155, -9 + older, 5);
+  }
+  a.Read();
+  a.Value(3) = 2;
+  a.Value(5) = 0.2;
+  a.Value(6) = 0.05;
+  a.Value(11) = 1;
+  a.Value(19) = 0.03;
+  a.Evaluate();
+  for (const int brood : {0, 1}) {
+    const auto v = static_cast<std::size_t>(3 * brood + 2);
+    double EC = a.state.survival.EVisitC[v];
+    EXPECT_EQ(EC, a.state.survival.EVisitC[2]) << "both broods have the same dates and counts";
+    EXPECT_EQ(a.state.VisitDeviance[v],
+              -2 * std::log(0 * 1.0 + ProbBetaBinomial(6, 5, EC, 0.2 * std::exp(-0.05 * (-14 + 4 * brood + 28)))));
+  }
+}
+
 TEST(Likelihood, FromNoneLeftNothingIsPredicted) {
   Analysis a, shorter;
   a.Visit("A", 2, 6).Visit("A", 6, 0).Visit("A", 9, 0).Read();
@@ -381,6 +435,125 @@ TEST(Likelihood, AProbabilityOf0CostsNothing) {
   EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20) << "of the expected number at hatch alone";
 }
 
+TEST(Likelihood, AProbabilityThatUnderflowsTo0CostsNothing) {
+  Analysis a;
+  a.Visit("A", 2, 1000).Visit("A", 6, 1000).Read();
+  a.Value(17) = 0.01;
+  EXPECT_GT(a.Evaluate(), 0);
+  a.Value(17) = 5;  // an expected share of e^-20, kept at 1e-6; its power of 1000 is no number
+  EXPECT_EQ(a.Evaluate(), 0);
+  EXPECT_EQ(a.state.VisitDeviance[1], 0);
+  EXPECT_EQ(a.state.JuvsAtRisk, 1000);
+}
+
+/// From a visit younger than laying the time is negative, the random function may be too, and so the probability of the
+/// correlated state lies outside 0 and 1.
+void LetTheCorrelatedProbabilityBeNegative(Analysis& a) {
+  a.Value(9) = -20;
+  a.Value(11) = 1;
+  a.Value(12) = 0.3;
+  a.Value(15) = 1;
+  a.Value(19) = 0.01;
+  a.Value(17) = 0.02;
+}
+
+TEST(Likelihood, ANegativeProbabilityIsPenalised) {
+  Analysis a;
+  a.Visit("A", -23, 6).Visit("A", -20, 3).Read();
+  LetTheCorrelatedProbabilityBeNegative(a);
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  const double q = t.PCorrEgg[1];
+  ASSERT_LT(q, 0);
+  EXPECT_EQ(t.EVisitR[1], 0);
+  const double P = (1 - q) * ProbBinomial(6, 3, 0) + q * ProbBinomial(6, 3, t.EVisitC[1] / 6);
+  ASSERT_LT(P, 0);
+  EXPECT_EQ(a.state.VisitDeviance[1], 0);
+  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20 + P * P * 1e20) << "beside that of too few survivors";
+  EXPECT_EQ(a.state.EggsAtRisk, 6);
+}
+
+TEST(Likelihood, ANegativeProbabilityOverHatchIsPenalisedToo) {
+  Analysis a;
+  a.Visit("A", -23, 6).Visit("A", 5, 3).Read();
+  LetTheCorrelatedProbabilityBeNegative(a);
+  a.Evaluate();
+  const SurvivalTables& t = a.state.survival;
+  const double q = t.PCorrHatch[0];
+  ASSERT_LT(q, 0);
+  std::vector<double> Pmf(7);
+  Calc_Probs_and_Theta(1, 6, 0, 0, t.EHatchC[0], t.JuvCR[0], Pmf);
+  const double P = q * Pmf[3];
+  EXPECT_EQ(a.state.VisitDeviance[1], 0);
+  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20 + P * P * 1e20);
+}
+
+TEST(Likelihood, AFirstCallSaysThatTheProbabilitiesOverHatchDoNotSumTo1) {
+  Analysis a;
+  a.Visit("A", -28, 6).Visit("A", 5, 4).Read();
+  a.Value(11) = 0.5;
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Value(19) = 1000;  // of the correlated half nothing is expected to hatch, so it has no distribution
+  a.Evaluate();
+  ASSERT_EQ(a.told.size(), 1u);
+  EXPECT_EQ(a.told[0].title, "Calculation problem: Sum of probabilities <> 1 @ 0.50000000");
+  EXPECT_EQ(a.told[0].text,
+            "Unacceptably poor numerical accuracy in probability calculation in procedure 'Do_Likelihoods'");
+  EXPECT_EQ(a.told[0].style, style::Critical);
+  EXPECT_GT(a.state.VisitDeviance[1], 0) << "and the evaluation carries on";
+  a.Evaluate(2);
+  EXPECT_EQ(a.told.size(), 1u) << "told at a first call only";
+}
+
+/// A brood over hatch with both kinds of mortality, at a first vector; there the age at fledging limits nothing.
+void TypeBroodOverHatch(Analysis& a) {
+  a.Visit("A", -28, 6).Visit("A", 5, 4).Read();
+  a.Value(11) = 0.4;
+  a.Value(13) = 0.3;
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Value(19) = a.Value(21) = 0.05;
+}
+
+TEST(Likelihood, ANewExpectedNumberAtHatchActsThoughThoseBehindHatchAreOld) {
+  for (const int rate : {15, 19}) {  // of random mortality, of correlated mortality
+    Analysis a;
+    TypeBroodOverHatch(a);
+    a.Evaluate();
+    const SurvivalTables before = a.state.survival;
+    a.Value(rate) = 0.06;
+    a.Value(10) = 5;  // fledged when visited: the entries behind hatch stay
+    a.Evaluate(2);
+    const SurvivalTables& t = a.state.survival;
+    ASSERT_EQ(t.JuvCR, before.JuvCR);
+    ASSERT_EQ(t.JuvRC, before.JuvRC);
+    ASSERT_EQ(t.EHatchR == before.EHatchR, rate == 19);
+    ASSERT_EQ(t.EHatchC == before.EHatchC, rate == 15);
+    const auto probability = [](double EHatch, double Juv) {
+      std::vector<double> Pmf(7);
+      Calc_Probs_and_Theta(1, 6, 0, 0, EHatch, Juv, Pmf);
+      return Pmf[4];
+    };
+    const double q = t.PCorrHatch[0], r = t.PCorrJuv[1];
+    const double P = (1 - r) * (1 - q) * probability(t.EHatchR[0], t.JuvRR[0]) +
+                     (1 - r) * q * probability(t.EHatchC[0], t.JuvCR[0]) +
+                     (1 - q) * r * probability(t.EHatchR[0], t.JuvRC[0]) +
+                     q * r * probability(t.EHatchC[0], t.JuvCC[0]);
+    EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(P)) << rate;
+  }
+}
+
+TEST(Likelihood, AFailureOverHatchLeavesNothingToTheNextEvaluation) {
+  Analysis a;
+  TypeBroodOverHatch(a);
+  const double first = a.Evaluate();
+  a.Value(19) = 1000;  // nothing is expected to hatch, though old entries expect some behind hatch
+  a.Value(10) = 5;
+  EXPECT_THROW(a.Evaluate(2), RuntimeFailure);
+  a.Value(19) = 0.05;
+  a.Value(10) = 0;
+  EXPECT_EQ(a.Evaluate(2), first);
+}
+
 TEST(Likelihood, PenaltiesOfTheTablesCountTwiceInOneFunctionCall) {
   Analysis a;
   a.Visit("A", 2, 6).Visit("A", 6, 5).Visit("A", 9, 4).Read();
@@ -467,6 +640,24 @@ TEST(FirstEvaluation, TellsOfEachVisitYoungerThanLaying) {
             "Visit #1 of clutch #2 in year 1995 is younger (-21 days) than the laying day of -20 set in the algorithm "
             "data\r\n\r\nYoungest age so far is: -22 days.");
   EXPECT_THAT(a.told[2].text, ::testing::HasSubstr("Youngest age so far is: -25 days."));
+  const std::string firstText = a.told[0].text;
+  a.told.clear();
+  a.Evaluate();
+  EXPECT_EQ(a.told[0].text, firstText) << "each first evaluation begins anew";
+}
+
+TEST(FirstEvaluation, WritesTheDescriptionsAnewBeforeTheHypothesisIsChecked) {
+  Analysis a;
+  TypeClutchOverHatch(a);
+  a.Read();
+  a.Value(15) = a.Value(17) = 0.02;
+  a.Names.Fill("DO NOT ESTIMATE what an earlier repair said");
+  a.Evaluate();
+  EXPECT_EQ(a.Names(9), "DO NOT ESTIMATE what an earlier repair said") << "nothing is checked";
+  a.setting.OneCallRun = true;
+  a.Evaluate();
+  EXPECT_EQ(a.Names(9), "Age @ laying (I, a negative number of days prior to hatch day) Fix and DNE    [0]");
+  EXPECT_EQ(a.Names(12), "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (c_N)");
 }
 
 TEST(FirstEvaluation, AVectorThatNeedsNoRepairIsToldNothing) {
@@ -517,6 +708,22 @@ TEST(FirstEvaluation, WarnsOfAttributesThatAreMissing) {
   EXPECT_EQ(a.told[1].text,
             "A data deficiency means that Hatch Day is not available for at least some broods.\r\nReview your data or "
             "the Results Summary to locate the deficient broods.\r\n");
+}
+
+TEST(FirstEvaluation, ASimulationIsCheckedWithoutAOneCallRunAndHearsNothingOfMissingAttributes) {
+  Analysis a;
+  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
+  a.Value(13) = 0.3;
+  a.Value(17) = a.Value(21) = 0.02;
+  a.Value(23) = a.Value(24) = 1e-5;
+  a.setting.SimulationMode = true;
+  a.Evaluate();
+  EXPECT_THAT(a.told, IsEmpty());
+  EXPECT_TRUE(a.state.survival.BroodSizeDeficient && a.state.survival.HatchDateDeficient);
+  a.Value(5) = 0.2;
+  a.Evaluate();
+  ASSERT_EQ(a.told.size(), 1u);
+  EXPECT_EQ(a.told[0].title, "Parameters altered to suit hypothesis or data");
 }
 
 TEST(FirstEvaluation, OutsideAOneCallRunNothingIsCheckedOrRepaired) {

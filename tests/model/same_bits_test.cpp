@@ -269,6 +269,26 @@ TEST_P(SameBitsOnFieldData, FromVectorToVector) {
   }
 }
 
+/// Whatever is kept from one vector to the next depends on each parameter that goes into it. With an age at fledging,
+/// entries of vectors before stay in the tables beside those that follow the parameter.
+TEST_P(SameBitsOnFieldData, WhenOneParameterMovesAtATime) {
+  const BroodData data = ReadFieldData({.years = 2, .broodsPerYear = 25, .covariates = GetParam()});
+  for (const double fledging : {0.0, 8.0}) {
+    Array1<double> start = FieldVector(data, true);
+    for (int i = 23; i <= start.Size(); ++i) start(i) = 0;
+    start(10) = 0;
+    Pair pair(data);
+    for (int i = 1; i <= start.Size() && !HasFatalFailure(); ++i) {
+      pair.At(start);
+      Array1<double> moved = start;
+      moved(10) = fledging;
+      moved(i) = i <= 4 ? 3 - start(i) : i == 9 ? start(i) - 1 : i >= 23 ? 0.001 : 1.05 * start(i);
+      pair.At(moved);
+    }
+    EXPECT_EQ(pair.failures, 0);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Covariates, SameBitsOnFieldData,
                          testing::Values(FieldDataPlan::Covariates::None, FieldDataPlan::Covariates::Recurring,
                                          FieldDataPlan::Covariates::Continuous),
@@ -277,6 +297,41 @@ INSTANTIATE_TEST_SUITE_P(Covariates, SameBitsOnFieldData,
                                               : c.param == FieldDataPlan::Covariates::Recurring ? "Recurring"
                                                                                                 : "Continuous");
                          });
+
+/// Broods such as no biologist would enter: ages and counts that are missing, rise, fall or stand still, clutches
+/// behind broods, several visits on the hatch day.
+std::string OddData(unsigned seed) {
+  std::mt19937 random(seed);
+  const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  const std::vector<std::string> oddAges = {"-?", "?", "-999", "0", "-5", "3"};
+  std::string text = test::Header + "\n";
+  for (int brood = 1; brood <= 3; ++brood) {
+    int age = -25 + pick(20);
+    int count = 1 + pick(9);
+    const int hatchDay = brood % 7 == 0 ? 0 : 150 + pick(20);
+    for (int visit = 1; visit <= 6; ++visit) {
+      text += test::Record("1995", std::to_string(brood), std::to_string(150 + age), std::to_string(hatchDay),
+                           pick(5) == 0 ? oddAges[random() % oddAges.size()] : std::to_string(age),
+                           pick(40) == 0 ? "-999" : std::to_string(count));
+      age += 1 + pick(9);
+      if (pick(3) == 0) count += pick(20) == 0 ? 1 : -std::min(count, pick(3));
+    }
+  }
+  return text;
+}
+
+TEST(SameBitsOnOddData, FromVectorToVector) {
+  int evaluations = 0;
+  for (unsigned seed = 1; seed <= 400 && !HasFatalFailure(); ++seed) {
+    test::Reading reading;
+    reading.Of(OddData(seed), true);
+    Pair pair(reading.data);
+    Wanderer wanderer(FieldVector(reading.data, seed % 2 == 0), seed);
+    for (int i = 0; i < 12 && !HasFatalFailure(); ++i) pair.At(wanderer.Next(), i % 8 == 0);
+    evaluations += pair.evaluations;
+  }
+  EXPECT_GT(evaluations, 2000);
+}
 
 }  // namespace
 }  // namespace merlane

@@ -132,11 +132,25 @@ TEST(ExpectedSurvivors, InABootstrapAnExpectedNumberOf0StaysAndIsPenalised) {
 }
 
 TEST(ExpectedSurvivors, NobodyAtTheStartIsNoPenalty) {
-  EXPECT_EQ(ExpectedSurvivors(Random, 0, 10, 0, false).Penalty, 0);
+  for (const bool bootstrap : {false, true}) {
+    const Survivors out = ExpectedSurvivors(Random, 0, 10, 0, bootstrap);
+    EXPECT_EQ(out.OutAll, 0);
+    EXPECT_EQ(out.Penalty, 0);
+  }
+}
+
+TEST(ExpectedSurvivors, ExactlyTheLeastNumberIsNotTooFew) {
+  const Survivors out = ExpectedSurvivors({.BetaR = 1, .BetaC = 1, .f = 1}, 0, 10, 1e-8, false);
+  EXPECT_EQ(out.OutAll, 1e-8);
+  EXPECT_EQ(out.Penalty, 0);
 }
 
 TEST(ExpectedSurvivors, AMissingNumberIsTestedForOneKindOfMortalityOnly) {
   EXPECT_EQ(ExpectedSurvivors(Random, 0, 10, Missing, false).OutAll, 0);
+  const Survivors correlated = ExpectedSurvivors({.AlphaC = 0.03, .BetaC = 1, .c = 1}, 0, 10, Missing, false);
+  EXPECT_EQ(correlated.OutAll, 0);
+  EXPECT_EQ(correlated.OutC, 0);
+  EXPECT_EQ(correlated.PCorr, 0) << "though nobody is exposed to anything else";
   const Survivors mixed =
       ExpectedSurvivors({.AlphaR = 0.01, .BetaR = 1, .AlphaC = 0.05, .BetaC = 1, .c = 0.3}, 0, 10, Missing, false);
   EXPECT_LT(mixed.OutAll, -600);
@@ -171,20 +185,21 @@ TEST(BroodMortality, IsTheBaseWithoutCoefficients) {
 }
 
 TEST(BroodMortality, SumsTheEffectsInOneRunningSum) {
-  OneBrood b(150, {0.5, -2});
-  b.p.ZetaBR = {0.01, 0.002, 0.3, 0.04};
-  b.p.ZetaBRx(1, 2) = 1e-4;
-  b.p.ZetaBRx(1, 3) = 0.01;
-  b.p.ZetaBRx(2, 3) = 0.001;
-  b.p.ZetaBRx(1, 4) = 0.02;
-  b.p.ZetaBRx(2, 4) = 0.0003;
-  const double E = 4.5, H = 150;
-  double X = E * 0.01 + H * 0.002;
-  X = X + 0.5 * 0.3;
-  X = X + -2 * 0.04;
-  X = X + 1e-4 * E * H;
-  X = X + (0.01 * E * 0.5 + 0.001 * H * 0.5);
-  X = X + (0.02 * E * -2 + 0.0003 * H * -2);
+  // Numbers for which every other order of the terms and of their factors that comes to mind has another last digit.
+  OneBrood b(179, {0.294, -0.895});
+  b.p.ZetaBR = {0.00771, 0.0008, 0.453, 0.0404};
+  b.p.ZetaBRx(1, 2) = 3.26e-05;
+  b.p.ZetaBRx(1, 3) = 0.0057;
+  b.p.ZetaBRx(2, 3) = 0.00022;
+  b.p.ZetaBRx(1, 4) = 0.0016;
+  b.p.ZetaBRx(2, 4) = 0.00079;
+  const double E = 4.99, H = 179;
+  double X = E * 0.00771 + H * 0.0008;
+  X = X + 0.294 * 0.453;
+  X = X + -0.895 * 0.0404;
+  X = X + 3.26e-05 * E * H;
+  X = X + (0.0057 * E * 0.294 + 0.00022 * H * 0.294);
+  X = X + (0.0016 * E * -0.895 + 0.00079 * H * -0.895);
   EXPECT_EQ(BroodMortalityByAge(b.p, b.data, 0, E).mortality.AlphaR, 0.1 * std::exp(X));
 }
 
