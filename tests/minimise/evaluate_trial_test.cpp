@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "base/runtime_failure.h"
-#include "minimise/textbook.h"
+#include "support/function_run.h"
+#include "support/textbook.h"
 
 namespace merlane::test {
 namespace {
@@ -48,7 +49,7 @@ TEST(EvaluateTrial, PassesTheRunningCountToTheModel) {
   Array1<double> whole{3};
   evaluator.Evaluate(whole, 1);
   evaluator.EvaluateTrial({4});
-  EXPECT_THAT(run.codes, ElementsAre(1, 2, 1, 3));
+  EXPECT_THAT(run.Codes(), ElementsAre(1, 2, 1, 3));
   EXPECT_EQ(evaluator.NF, 3);
   EXPECT_EQ(evaluator.calls, 4);
 }

@@ -8,9 +8,10 @@
 #include "forms/desk.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
-#include "minimise/textbook.h"
 #include "platform/files.h"
+#include "support/function_run.h"
 #include "support/scripted_host.h"
+#include "support/textbook.h"
 
 namespace merlane::test {
 

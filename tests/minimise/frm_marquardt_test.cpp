@@ -28,8 +28,8 @@ class FrmMarquardtTest : public MinimiserForms {
   /// A function whose trials are all as bad as can be, once two steps were accepted: 25 are rejected.
   void OpenFrustrating() {
     Open({1.0}, [this](Array1<double>& x) {
-      const std::int32_t code = run->codes.back();
-      if (code == 1) return run->codes.size() == 1 ? 10.0 : 50.0;
+      const std::int32_t code = run->calls.back().NF;
+      if (code == 1) return run->calls.size() == 1 ? 10.0 : 50.0;
       const double base = run->state.algorithm.Value(1);
       if (x(1) == base + base * 0.001 || x(1) == base - base * 0.001) return best_ + (x(1) > base ? 0.5 : 0.4);
       return ++trials_ <= 2 ? best_ -= 1 : 50.0;
@@ -356,7 +356,7 @@ TEST_F(FrmMarquardtTest, AFailedVerificationNamesItsParameter) {
   double best = 10;
   Open({1.0}, [&](Array1<double>& x) {
     const double base = run->state.algorithm.Value(1);
-    if (run->codes.back() == 1) return ++firstCalls == 2 ? best = 9.0 : firstCalls == 1 ? best : best + 5;
+    if (run->calls.back().NF == 1) return ++firstCalls == 2 ? best = 9.0 : firstCalls == 1 ? best : best + 5;
     return x(1) == base + base * 0.001 || x(1) == base - base * 0.001 ? best + 1 : best;
   });
   Choose(Answer::No, false);

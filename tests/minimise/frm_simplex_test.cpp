@@ -17,7 +17,7 @@ class FrmSimplexTest : public MinimiserForms {
   /// The values that an objective takes one after the other, the last for ever.
   void OpenOnValues(std::vector<double> values, double Tolerance, int NPAR = 1) {
     Open(std::vector<double>(static_cast<std::size_t>(NPAR), 0.0),
-         [this, values](Array1<double>&) { return values[std::min(run->codes.size(), values.size()) - 1]; });
+         [this, values](Array1<double>&) { return values[std::min(run->calls.size(), values.size()) - 1]; });
     run->state.algorithm.Tolerance = Tolerance;
   }
   void Minimise() {

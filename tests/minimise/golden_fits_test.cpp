@@ -1,15 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "control/algorithm_file.h"
 #include "control/frm_menu.h"
-#include "control/fuses.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
-#include "model/golden_case.h"
-#include "model/merlane_model.h"
-#include "platform/files.h"
-#include "support/scripted_host.h"
+#include "support/survival_run.h"
 
 // The survival model fitted to data sets whose fits are known from an implementation in another language by another
 // author: counts, actions and messages exactly, values to 1e-12 after a simplex and 1e-9 after a Marquardt run.
@@ -19,56 +14,25 @@ namespace {
 
 using nlohmann::json;
 
-/// A golden case, read and checked by function calls as a user would, ready to be minimised.
-class Analysis {
+/// A golden case and the windows of both minimisers.
+class Analysis : public SurvivalRun {
  public:
-  explicit Analysis(const GoldenCase& c)
-      : choices_(c.choices),
-        model(desk, state, [this] { return choices_; }),
-        objective(state, [this](ModelCall& call) { model(call); }),
-        frmMain(desk),
-        frmMenu(desk, state),
-        frmSimplex(desk, frmMain, state, objective, simplex, log, profile),
-        frmMarquardt(desk, frmMain, state, objective, log, profile) {
-    state.flags.ReadOriginalFile = true;
-    objective.Call(state.algorithm.Value, 0);
-    ReadAlgorithm(ReadWholeFile(c.algFile), state.algorithm);
-    RaiseTolerance(state.algorithm);
-  }
+  using SurvivalRun::SurvivalRun;
 
+  /// Checks the case by function calls as a user would, so that it is ready to be minimised.
   void OneFunctionCalls(std::size_t times) {
-    for (std::size_t i = 0; i < times; ++i) {
-      Pack();
-      state.flags.OneCallRun = true;
-      objective(state.algorithm.Value, 1);
-      state.flags.OneCallRun = false;
-    }
+    for (std::size_t i = 0; i < times; ++i) OneFunctionCall();
     host.windows.messages.clear();
     Pack();
   }
 
-  ScriptedHost host;
-  RunState state;
-  Desk desk{host.Get()};
-
- private:
-  Initialisation choices_;
-
-  void Pack() {
-    BuildFuseGroups(state);
-    PackFree(state);
-  }
-
- public:
-  MerlaneModel model;
-  Objective objective;
-  FrmMain frmMain;
-  FrmMenu frmMenu;
+  FrmMain frmMain{desk};
+  FrmMenu frmMenu{desk, state};
   LogFile log;
   ProfileRun profile;
   SimplexState simplex;
-  FrmSimplex frmSimplex;
-  FrmMarquardt frmMarquardt;
+  FrmSimplex frmSimplex{desk, frmMain, state, objective, simplex, log, profile};
+  FrmMarquardt frmMarquardt{desk, frmMain, state, objective, log, profile};
 };
 
 /// One entry of the file of fits, with its case.
@@ -80,13 +44,11 @@ struct GoldenFit {
 void PrintTo(const GoldenFit& fit, std::ostream* out) { *out << fit.golden.name; }
 
 std::vector<GoldenFit> Fits(const std::string& what, bool traced = false) {
-  const std::vector<GoldenCase> cases = GoldenCases();
   std::vector<GoldenFit> fits;
   const json all = GoldenJson("fits.json");
   for (const json& fit : all["fits"]) {
     if (fit["what"] != what || (traced && !fit["fit"].contains("trace"))) continue;
-    const auto golden = std::ranges::find(cases, fit["case"].get<std::string>(), &GoldenCase::name);
-    fits.push_back({*golden, fit});
+    fits.push_back({GoldenCaseNamed(fit["case"]), fit});
   }
   return fits;
 }
@@ -204,8 +166,7 @@ INSTANTIATE_TEST_SUITE_P(, MarquardtFit, testing::ValuesIn(Fits("marquardt")), C
 // A rejected trial of this run has so absurd an exponent that a visit's variance overflows; no objective rests on it.
 // The case is not among the kept runs because its steps hang on last bits, so the figure is held loosely.
 TEST(MarquardtRun, GoesOnWhenATrialMakesAVarianceOverflow) {
-  const std::vector<GoldenCase> cases = GoldenCases();
-  Analysis a(*std::ranges::find(cases, "beyond_the_ages", &GoldenCase::name));
+  Analysis a(GoldenCaseNamed("beyond_the_ages"));
   a.OneFunctionCalls(1);
   a.host.windows.No("Marquardt minimization");
   a.host.windows.No("Marquardt minimization");
@@ -265,9 +226,8 @@ struct KnownCounts {
 class LargeSimplexFit : public testing::TestWithParam<KnownCounts> {};
 
 TEST_P(LargeSimplexFit, TakesTheSameNumberOfStepsToTheSameMinimum) {
-  const std::vector<GoldenCase> cases = GoldenCases();
   const KnownCounts& known = GetParam();
-  Analysis a(*std::ranges::find(cases, known.name, &GoldenCase::name));
+  Analysis a(GoldenCaseNamed(known.name));
   a.OneFunctionCalls(1);
   const SimplexResult result = a.frmSimplex.Minimise();
   EXPECT_EQ(result.Iterations, known.Iterations);

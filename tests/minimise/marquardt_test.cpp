@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "base/runtime_failure.h"
-#include "minimise/textbook.h"
+#include "support/function_run.h"
+#include "support/textbook.h"
 
 namespace merlane::test {
 namespace {
@@ -45,8 +46,8 @@ class ScriptedTrials {
  public:
   ScriptedTrials(std::vector<double> trials, double axial)
       : run({1.0}, [this, trials = std::move(trials), axial](Array1<double>& x) {
-          const std::int32_t code = run.codes.back();
-          if (code == 1) return run.codes.size() == 1 ? current = 10.0 : axial;
+          const std::int32_t code = run.calls.back().NF;
+          if (code == 1) return run.calls.size() == 1 ? current = 10.0 : axial;
           const double base = run.state.algorithm.Value(1);
           if (x(1) == base + base * 0.001 || x(1) == base - base * 0.001) return current + (x(1) > base ? 0.5 : 0.4);
           const double F = trials[std::min(trialsMade, trials.size() - 1)];
@@ -115,9 +116,9 @@ TEST(MarquardtFrustration, AtTheFifthVerificationTheImprovementStandsInValueAlon
   double best = 100;
   FunctionRun* that = nullptr;
   FunctionRun run({1.0}, [&](Array1<double>& x) {
-    const std::int32_t code = that->codes.back();
+    const std::int32_t code = that->calls.back().NF;
     const double base = that->state.algorithm.Value(1);
-    if (code == 1 && that->codes.size() > 1) return x(1) > base ? best -= 1 : best + 50;
+    if (code == 1 && that->calls.size() > 1) return x(1) > base ? best -= 1 : best + 50;
     return x(1) == base + base * 0.001 || x(1) == base - base * 0.001 ? best + 1 : best;
   });
   that = &run;
@@ -136,9 +137,9 @@ TEST(MarquardtFrustration, InABootstrapVerificationMayBeRepeatedPracticallyWitho
   int verified = 0;
   FunctionRun* that = nullptr;
   FunctionRun run({1.0}, [&](Array1<double>& x) {
-    const std::int32_t code = that->codes.back();
+    const std::int32_t code = that->calls.back().NF;
     const double base = that->state.algorithm.Value(1);
-    if (code == 1 && that->codes.size() > 1) return x(1) > base && ++verified <= 40 ? best -= 1 : best + 50;
+    if (code == 1 && that->calls.size() > 1) return x(1) > base && ++verified <= 40 ? best -= 1 : best + 50;
     return x(1) == base + base * 0.001 || x(1) == base - base * 0.001 ? best + 1 : best;
   });
   that = &run;
@@ -290,7 +291,7 @@ TEST(MarquardtAnalytical, AModelWithoutDerivativesEndsTheRun) {
   const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
   EXPECT_EQ(result.ending, MarquardtEnding::DerivativesMissing);
   EXPECT_EQ(result.NF, 1);
-  EXPECT_THAT(run.codes, testing::ElementsAre(1, -2));
+  EXPECT_THAT(run.Codes(), testing::ElementsAre(1, -2));
 }
 
 TEST(MarquardtAnalytical, DerivativesAreTakenByTheNumbersOfTheParameters) {
@@ -342,8 +343,9 @@ TEST(MarquardtAxial, CallsPassTheCodeOfAFirstCallAndAreNotCounted) {
   EXPECT_EQ(result.NF, 15);
   EXPECT_EQ(result.axialCalls, 4);
   EXPECT_EQ(result.calls, 15 + 4 + 1) << "the last is that of the success";
-  EXPECT_EQ(std::count(run.codes.begin(), run.codes.end(), 1), 1 + 4 + 1);
-  EXPECT_EQ(*std::max_element(run.codes.begin(), run.codes.end()), 15);
+  const std::vector<std::int32_t> codes = run.Codes();
+  EXPECT_EQ(std::count(codes.begin(), codes.end(), 1), 1 + 4 + 1);
+  EXPECT_EQ(*std::max_element(codes.begin(), codes.end()), 15);
 }
 
 TEST(MarquardtAxial, TakesTheBestOfAllDirections) {
@@ -352,8 +354,8 @@ TEST(MarquardtAxial, TakesTheBestOfAllDirections) {
   std::vector<double> axial = {9, 20, 20, 7};  // plus and minus of parameter 1, then of 2
   std::size_t used = 0;
   FunctionRun run({1, 2}, [&](Array1<double>& x) {
-    const std::int32_t code = that->codes.back();
-    if (code == 1 && that->codes.size() > 1) return used < axial.size() ? axial[used++] : 50.0;
+    const std::int32_t code = that->calls.back().NF;
+    if (code == 1 && that->calls.size() > 1) return used < axial.size() ? axial[used++] : 50.0;
     if (code == 1 || used == 4 || code == 8) return used == 4 ? 7.0 : 10.0;
     return 10 + Square(x(1) - 1) + Square(x(2) - 2);
   });

@@ -1,4 +1,5 @@
-#include "minimise/nist.h"
+#include "support/nist.h"
+#include "support/function_run.h"
 
 #include <gtest/gtest.h>
 

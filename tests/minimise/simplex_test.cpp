@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "base/runtime_failure.h"
-#include "minimise/textbook.h"
+#include "support/function_run.h"
+#include "support/textbook.h"
 
 namespace merlane::test {
 namespace {
@@ -314,7 +315,8 @@ TEST(SimplexCallLimit, YesStartsTheCountAgainFromOne) {
   EXPECT_EQ(result.calls, 145);
   EXPECT_GT(watch.limitQuestions, 3);
   EXPECT_LT(result.NF, 25);
-  EXPECT_EQ(std::count(run.codes.begin(), run.codes.end(), 1), watch.limitQuestions + 1)
+  const std::vector<std::int32_t> codes = run.Codes();
+  EXPECT_EQ(std::count(codes.begin(), codes.end(), 1), watch.limitQuestions + 1)
       << "each new count begins with the code of a first call";
 }
 

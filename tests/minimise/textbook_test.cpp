@@ -1,4 +1,5 @@
-#include "minimise/textbook.h"
+#include "support/textbook.h"
+#include "support/function_run.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -63,6 +64,11 @@ inline std::vector<GoldenCase> GoldenCases() {
   const nlohmann::json all = GoldenJson("cases.json");
   for (const auto& entry : all["cases"]) cases.push_back(MakeGoldenCase(entry));
   return cases;
+}
+
+inline GoldenCase GoldenCaseNamed(const std::string& name) {
+  const std::vector<GoldenCase> cases = GoldenCases();
+  return *std::ranges::find(cases, name, &GoldenCase::name);
 }
 
 inline void PrintTo(const GoldenCase& c, std::ostream* out) { *out << c.name; }

@@ -9,9 +9,9 @@
 #include "control/frm_edit_vs.h"
 #include "control/frm_menu.h"
 #include "platform/files.h"
+#include "support/function_run.h"
 #include "support/scripted_host.h"
 #include "uncertainty/covariance_report.h"
-#include "uncertainty/textbook.h"
 
 namespace merlane {
 namespace {
@@ -65,7 +65,8 @@ struct CovarianceDialogueTest : ::testing::Test {
 
   test::ScriptedHost host;
   Desk desk{host.Get()};
-  test::Textbook t{{0, 0}, {0.1, 0.1}, [](const Array1<double>& v) { return 10 + 4 * v(1) * v(1) + 3 * v(2) * v(2); }};
+  test::FunctionRun t{
+      {0, 0}, {0.1, 0.1}, [](const Array1<double>& v) { return 10 + 4 * v(1) * v(1) + 3 * v(2) * v(2); }};
   LogFile log;
   FrmMain main{desk};
   FrmMenu menu{desk, t.state};
@@ -450,7 +451,7 @@ TEST_F(SavedReportTest, FileHasItsNameOnTop) {
   const FileRequest& request = host.windows.files.back();
   EXPECT_EQ(request.kind, FileRequest::Kind::Save);
   EXPECT_EQ(request.filter,
-            "All files (*.*)|*.*|Covariance files (*.cov)|*.cov|Named for algorithm file (textbook.*)|textbook.*|");
+            "All files (*.*)|*.*|Covariance files (*.cov)|*.cov|Named for algorithm file (function.*)|function.*|");
   EXPECT_EQ(request.startName, "06011030.cov");
 }
 

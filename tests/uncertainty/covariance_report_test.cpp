@@ -6,8 +6,8 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "support/function_run.h"
 #include "uncertainty/golden_covariances.h"
-#include "uncertainty/textbook.h"
 
 namespace merlane {
 namespace {
@@ -215,7 +215,7 @@ TEST_F(ReportTest, ReadsBackWhatItWrote) {
   Abandon(2);
   const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
   const CovarianceFile file = ReadCovarianceFile(text, 3, 2);
-  EXPECT_THAT(test::Elements(file.values), ElementsAre(0.5, 0, -1));
+  EXPECT_EQ(file.values, (Array1<double>{0.5, 0, -1}));
   ASSERT_EQ(file.rows.Size(), 2);
   EXPECT_EQ(file.rows(1).parameter, 1);
   EXPECT_THAT(file.rows(1).standardErrors, ElementsAre(0.25, -1, 0.75));

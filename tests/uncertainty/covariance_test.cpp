@@ -8,20 +8,19 @@
 #include <cmath>
 
 #include "base/runtime_failure.h"
-#include "uncertainty/textbook.h"
+#include "support/function_run.h"
 
 namespace merlane {
 namespace {
 
-using test::Elements;
-using test::Textbook;
+using test::FunctionRun;
 using ::testing::ElementsAre;
 
 constexpr double RelativeOfGrid[] = {0, 1e-9, 1e-7, 1e-6};
 
 #define EXPECT_RELATIVE(actual, expected, tolerance) EXPECT_NEAR(actual, expected, std::fabs(expected) * (tolerance))
 
-Covariances Calculate(Textbook& t, const CovarianceOptions& options = {}, bool optimistic = false,
+Covariances Calculate(FunctionRun& t, const CovarianceOptions& options = {}, bool optimistic = false,
                       CovarianceWatch&& watch = CovarianceWatch()) {
   Covariances c = PrepareCovariances(options, t.state, t.objective);
   CalculateCovariances(c, optimistic, t.state, t.objective, watch);
@@ -43,8 +42,8 @@ double Quadratic(const Array1<double>& v) {
   const double y = v(3) + 2;
   return 10 + 4 * x * x + 2 * x * y + 3 * y * y;
 }
-struct QuadraticRun : Textbook {
-  QuadraticRun() : Textbook({1, 5, -2}, {0.1, 0, 0.2}, Quadratic) {}
+struct QuadraticRun : FunctionRun {
+  QuadraticRun() : FunctionRun({1, 5, -2}, {0.1, 0, 0.2}, Quadratic) {}
 };
 
 TEST(Covariance, QuadraticGivesItsInverseHessianOnEveryGrid) {
@@ -75,7 +74,7 @@ TEST(Covariance, QuadraticGivesItsInverseHessianOnEveryGrid) {
 
 // The differences of this quartic have a closed form: 802 + 200 h^2, -400 and 200 for steps h and any k.
 TEST(Covariance, RosenbrockAtItsMinimum) {
-  Textbook t({1, 1}, {0.1, 0.2}, [](const Array1<double>& v) {
+  FunctionRun t({1, 1}, {0.1, 0.2}, [](const Array1<double>& v) {
     const double bend = v(2) - v(1) * v(1);
     const double rest = 1 - v(1);
     return 100 * bend * bend + rest * rest;
@@ -105,15 +104,15 @@ TEST(Covariance, NormalRegressionHasItsClosedFormStandardErrors) {
     sxy += x[i] * y[i];
   }
   const double determinant = n * sxx - sx * sx;
-  Textbook t({(sxx * sy - sx * sxy) / determinant, (n * sxy - sx * sy) / determinant}, {0.05, 0.01},
-             [&](const Array1<double>& v) {
-               double sum = 0;
-               for (std::size_t i = 0; i < x.size(); ++i) {
-                 const double residual = (y[i] - v(1) - v(2) * x[i]) / sigma;
-                 sum += residual * residual;
-               }
-               return sum;
-             });
+  FunctionRun t({(sxx * sy - sx * sxy) / determinant, (n * sxy - sx * sy) / determinant}, {0.05, 0.01},
+                [&](const Array1<double>& v) {
+                  double sum = 0;
+                  for (std::size_t i = 0; i < x.size(); ++i) {
+                    const double residual = (y[i] - v(1) - v(2) * x[i]) / sigma;
+                    sum += residual * residual;
+                  }
+                  return sum;
+                });
   t.state.flags.ObjectiveConstant = 2;
   const Covariances c = Calculate(t);
   for (int g = 1; g <= 3; ++g) {
@@ -128,14 +127,14 @@ TEST(Covariance, StepMovesOneParameterOnTheDiagonalAndTwoOffIt) {
   t.state.algorithm.Step = {0.1, 0, 0.1};
   Calculate(t);
   ASSERT_EQ(t.calls.size(), 1U + 3 * 6);
-  EXPECT_THAT(Elements(t.calls[0].X), ElementsAre(1, 5, -2));
-  EXPECT_THAT(Elements(t.calls[1].X), ElementsAre(1 + 0.1, 5, -2));
-  EXPECT_THAT(Elements(t.calls[2].X), ElementsAre(1 - 0.1, 5, -2));
-  EXPECT_THAT(Elements(t.calls[3].X), ElementsAre(1 + 0.1, 5, -2 + 0.1));
-  EXPECT_THAT(Elements(t.calls[4].X), ElementsAre(1 - 0.1, 5, -2 - 0.1));
-  EXPECT_THAT(Elements(t.calls[5].X), ElementsAre(1, 5, -2 + 0.1));
-  EXPECT_THAT(Elements(t.calls[6].X), ElementsAre(1, 5, -2 - 0.1));
-  for (const Textbook::Call& call : t.calls) EXPECT_EQ(call.NF, 1);
+  EXPECT_EQ(t.calls[0].X, (Array1<double>{1, 5, -2}));
+  EXPECT_EQ(t.calls[1].X, (Array1<double>{1 + 0.1, 5, -2}));
+  EXPECT_EQ(t.calls[2].X, (Array1<double>{1 - 0.1, 5, -2}));
+  EXPECT_EQ(t.calls[3].X, (Array1<double>{1 + 0.1, 5, -2 + 0.1}));
+  EXPECT_EQ(t.calls[4].X, (Array1<double>{1 - 0.1, 5, -2 - 0.1}));
+  EXPECT_EQ(t.calls[5].X, (Array1<double>{1, 5, -2 + 0.1}));
+  EXPECT_EQ(t.calls[6].X, (Array1<double>{1, 5, -2 - 0.1}));
+  for (const FunctionRun::Call& call : t.calls) EXPECT_EQ(call.NF, 1);
 }
 
 TEST(Covariance, GridsTakeTheFactorsOfTheirOptions) {
@@ -150,7 +149,7 @@ TEST(Covariance, GridsTakeTheFactorsOfTheirOptions) {
 
 TEST(Covariance, MeanAndDeviationAreOverAllCallsOfAGrid) {
   // F = x^2 at 0: both calls give h^2, so the deviation is 0.
-  Textbook one({0}, {0.5}, [](const Array1<double>& v) { return 7 + v(1) * v(1); });
+  FunctionRun one({0}, {0.5}, [](const Array1<double>& v) { return 7 + v(1) * v(1); });
   const Covariances flat = Calculate(one);
   EXPECT_EQ(flat.grid(1).GridMean, 7.25);
   EXPECT_EQ(flat.grid(1).GridSD, 0);
@@ -167,14 +166,14 @@ TEST(Covariance, RoundedNegativeVarianceGivesANegativeDeviation) {
   // The differences of both sides are alike, so the variance is rounding alone; some are negative.
   int negative = 0;
   for (int k = 1; k <= 200; ++k) {
-    Textbook t({0}, {0.1 * k}, [](const Array1<double>& v) { return v(1) * v(1) / 3; });
+    FunctionRun t({0}, {0.1 * k}, [](const Array1<double>& v) { return v(1) * v(1) / 3; });
     negative += Calculate(t).grid(1).GridSD < 0 ? 1 : 0;
     EXPECT_NEAR(Calculate(t).grid(1).GridSD, 0, 1e-6 * k * k);
   }
   // Sums of two equal terms halve exactly, so this needs three and more.
   EXPECT_EQ(negative, 0);
   for (int k = 1; k <= 200; ++k) {
-    Textbook t({0, 0, 0}, {0.1 * k, 0.1 * k, 0.1 * k}, [](const Array1<double>& v) {
+    FunctionRun t({0, 0, 0}, {0.1 * k, 0.1 * k, 0.1 * k}, [](const Array1<double>& v) {
       return std::max({std::fabs(v(1)), std::fabs(v(2)), std::fabs(v(3))}) / 3;  // the same on the whole grid
     });
     const double sd = Calculate(t).grid(1).GridSD;
@@ -222,7 +221,7 @@ TEST(Covariance, AbandonedGridIsMinusOneAndTheOthersGoOn) {
 
 TEST(Covariance, GridThatIsNotPositiveDefiniteIsMinusOneAndTheOthersGoOn) {
   // Falls off again beyond 1: the largest grid sees a maximum in parameter 2.
-  Textbook t({0, 0}, {0.1, 2}, [](const Array1<double>& v) {
+  FunctionRun t({0, 0}, {0.1, 2}, [](const Array1<double>& v) {
     const double y = v(2) * v(2);
     return v(1) * v(1) + y - y * y;
   });
@@ -237,29 +236,29 @@ TEST(Covariance, GridThatIsNotPositiveDefiniteIsMinusOneAndTheOthersGoOn) {
 }
 
 TEST(Covariance, DeadParameterIsToldByItsNumber) {
-  Textbook t({1, 2, 3}, {0.1, 0, 0.1}, [](const Array1<double>& v) { return v(1) * v(1); });
+  FunctionRun t({1, 2, 3}, {0.1, 0, 0.1}, [](const Array1<double>& v) { return v(1) * v(1); });
   EXPECT_EQ(Calculate(t).grid(1).failedAt, 3);
 }
 
 TEST(Covariance, SaddleFails) {
-  Textbook t({0, 0}, {0.1, 0.1}, [](const Array1<double>& v) { return v(1) * v(2); });
+  FunctionRun t({0, 0}, {0.1, 0.1}, [](const Array1<double>& v) { return v(1) * v(2); });
   EXPECT_EQ(Calculate(t).grid(3).failedAt, 1);
 }
 
 TEST(Covariance, FollowersOfAFuseMoveWithTheirLeaderAndTakeNoPart) {
-  Textbook t({1, 1, 4}, {0.1, 0.3, 0.1},
-             [](const Array1<double>& v) { return v(1) * v(1) + 2 * v(2) * v(2) + (v(3) - 4) * (v(3) - 4); });
+  FunctionRun t({1, 1, 4}, {0.1, 0.3, 0.1},
+                [](const Array1<double>& v) { return v(1) * v(1) + 2 * v(2) * v(2) + (v(3) - 4) * (v(3) - 4); });
   t.state.algorithm.Fuse = {"A", "A", Unfused};
   BuildFuseGroups(t.state);
   const Covariances c = Calculate(t);
   EXPECT_EQ(c.CovCount, 2);
   EXPECT_EQ(c.CovIndex(2), 3);
-  EXPECT_THAT(Elements(t.calls[1].X), ElementsAre(1.1, 1.1, 4));
+  EXPECT_EQ(t.calls[1].X, (Array1<double>{1.1, 1.1, 4}));
   EXPECT_RELATIVE(c.grid(1).standardErrors(1), std::sqrt(1.0 / 6), 1e-9);
 }
 
 TEST(Covariance, BasePointIsRewrittenByTheModelAndValueIsNot) {
-  Textbook t({-3, 1}, {0.1, 0.1}, [](Array1<double>& v) {
+  FunctionRun t({-3, 1}, {0.1, 0.1}, [](Array1<double>& v) {
     v(1) = std::fabs(v(1));
     return v(1) * v(1) + v(2) * v(2);
   });
@@ -352,12 +351,12 @@ TEST(Covariance, NoParameterTakingPartIsAFailure) {
 }
 
 TEST(Covariance, ObjectiveThatOverflowsIsAFailure) {
-  Textbook t({0}, {1}, [](const Array1<double>& v) { return v(1) == 0 ? 0 : HUGE_VAL; });
+  FunctionRun t({0}, {1}, [](const Array1<double>& v) { return v(1) == 0 ? 0 : HUGE_VAL; });
   EXPECT_THROW(Calculate(t), RuntimeFailure);
 }
 
 TEST(Covariance, StepThatUnderflowsIsAFailure) {
-  Textbook t({0}, {1e-200}, [](const Array1<double>& v) { return v(1) * v(1); });
+  FunctionRun t({0}, {1e-200}, [](const Array1<double>& v) { return v(1) * v(1); });
   EXPECT_THROW(Calculate(t), RuntimeFailure);
 }
 
@@ -382,7 +381,7 @@ struct Recorder : CovarianceWatch {
 };
 
 TEST(Covariance, TellsItsCourse) {
-  Textbook t({0}, {1}, [](const Array1<double>& v) { return 8 + 2 * v(1) * v(1); });
+  FunctionRun t({0}, {1}, [](const Array1<double>& v) { return 8 + 2 * v(1) * v(1); });
   t.state.flags.ObjectiveConstant = 2;
   CovarianceOptions options;
   options.GridFactor = {1, 0.5, 0.25};

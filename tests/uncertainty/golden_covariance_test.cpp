@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "control/frm_edit_vs.h"
+#include "support/survival_run.h"
 #include "uncertainty/covariance_dialogue.h"
 #include "uncertainty/covariance_report.h"
 #include "uncertainty/golden_covariances.h"
-#include "uncertainty/survival_run.h"
 
 namespace merlane {
 namespace {
@@ -16,11 +16,6 @@ using test::GoldenCovariances;
 
 // Rounding in the objective is magnified by the small steps: what agrees on another compiler is this much.
 constexpr double RelativeOfGrid[] = {0, 1e-9, 1e-7, 1e-6};
-
-test::GoldenCase CaseNamed(const std::string& name) {
-  const std::vector<test::GoldenCase> cases = test::GoldenCases();
-  return *std::ranges::find(cases, name, &test::GoldenCase::name);
-}
 
 /// The covariance command over the survival model behind a simplex, as its figures and texts were kept.
 class GoldenCovariance : public ::testing::TestWithParam<GoldenCovariances> {
@@ -39,7 +34,7 @@ class GoldenCovariance : public ::testing::TestWithParam<GoldenCovariances> {
     ASSERT_TRUE(dialogue_.CalculateCovariances());
   }
 
-  test::SurvivalRun run_{CaseNamed(GetParam().name)};
+  test::SurvivalRun run_{test::GoldenCaseNamed(GetParam().name)};
   LogFile log_;
   FrmMain main_{run_.desk};
   FrmMenu menu_{run_.desk, run_.state};

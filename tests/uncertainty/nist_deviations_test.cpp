@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "minimise/nist.h"
+#include "support/function_run.h"
+#include "support/nist.h"
 #include "uncertainty/covariance.h"
 
 namespace merlane::test {

@@ -3,8 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include "support/function_run.h"
 #include "uncertainty/covariance.h"
-#include "uncertainty/textbook.h"
 
 // Regressions with certified results: Statistical Reference Datasets of the National Institute of Standards and
 // Technology, https://www.itl.nist.gov/div898/strd: Norris (linear), Misra1a (nonlinear).
@@ -50,7 +50,7 @@ double SumOfSquares(const Points& points, const Curve& curve) {
 }
 
 /// Covariances at the certified estimates, with one hundredth of the certified deviations on the smallest grid.
-Covariances AtTheMinimum(test::Textbook& t, std::size_t points) {
+Covariances AtTheMinimum(test::FunctionRun& t, std::size_t points) {
   CovarianceOptions options;
   Covariances c = PrepareCovariances(options, t.state, t.objective);
   const double freedom = static_cast<double>(points) - c.CovCount;
@@ -62,9 +62,9 @@ Covariances AtTheMinimum(test::Textbook& t, std::size_t points) {
 
 TEST(CertifiedRegression, NorrisStandardDeviations) {
   const double deviation[] = {0.232818234301152, 0.429796848199937E-03};
-  test::Textbook t({-0.262323073774029, 1.00211681802045}, {deviation[0], deviation[1]}, [](const Array1<double>& v) {
-    return SumOfSquares(Norris, [&](double x) { return v(1) + v(2) * x; });
-  });
+  test::FunctionRun t(
+      {-0.262323073774029, 1.00211681802045}, {deviation[0], deviation[1]},
+      [](const Array1<double>& v) { return SumOfSquares(Norris, [&](double x) { return v(1) + v(2) * x; }); });
   const Covariances c = AtTheMinimum(t, Norris.size());
   EXPECT_NEAR(c.CovF0, 26.6173985294224, 1e-10);
   const double tolerance[] = {0, 1e-10, 1e-8, 1e-6};  // the sum of squares changes by 1e-4 of itself on the third grid
@@ -79,7 +79,7 @@ TEST(CertifiedRegression, Misra1aStandardDeviations) {
   const double deviation[] = {2.7070075241E+00, 7.2668688436E-06};
   const double b1 = 2.3894212918E+02;
   const double b2 = 5.5015643181E-04;
-  test::Textbook t({b1, b2}, {deviation[0], deviation[1]}, [](const Array1<double>& v) {
+  test::FunctionRun t({b1, b2}, {deviation[0], deviation[1]}, [](const Array1<double>& v) {
     return SumOfSquares(Misra1a, [&](double x) { return v(1) * (1 - std::exp(-v(2) * x)); });
   });
   const Covariances c = AtTheMinimum(t, Misra1a.size());

@@ -1,48 +1,10 @@
 #pragma once
 
 #include <cmath>
-#include <functional>
-#include <string>
-#include <vector>
 
-#include "control/fuses.h"
-#include "control/objective.h"
-#include "control/run_state.h"
+#include "base/array1.h"
 
 namespace merlane::test {
-
-/// A function of a vector, brought to the framework as a model: it knows nothing of the data behind it.
-using Function = std::function<double(Array1<double>&)>;
-
-/// A run state whose model is a function, with steps of 0.1 and all parameters free unless told otherwise.
-struct FunctionRun {
-  FunctionRun(const std::vector<double>& start, Function f, double step = 0.1)
-      : objective(state, [this, f = std::move(f)](ModelCall& call) {
-          codes.push_back(call.NF);
-          if (call.NF > 0) call.F = f(call.X);
-        }) {
-    AlgorithmData& a = state.algorithm;
-    a.NPAR = static_cast<std::int16_t>(start.size());
-    a.Value.Dimension(a.NPAR);
-    std::copy(start.begin(), start.end(), a.Value.begin());
-    a.Step.Dimension(a.NPAR, step);
-    a.Fuse.Dimension(a.NPAR, Unfused);
-    a.ParName.Dimension(a.NPAR);
-    a.Tolerance = 1e-4;
-  }
-  FunctionRun(const FunctionRun&) = delete;
-  FunctionRun& operator=(const FunctionRun&) = delete;
-
-  /// What every command does before it minimises.
-  void Pack() {
-    BuildFuseGroups(state);
-    PackFree(state);
-  }
-
-  RunState state;
-  Objective objective;
-  std::vector<std::int32_t> codes;  // function-call codes that the model has seen
-};
 
 inline double Square(double x) { return x * x; }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "minimise/textbook.h"
+#include "support/textbook.h"
 
 namespace merlane::test {
 
