@@ -2,7 +2,10 @@
 
 #include <freexl.h>
 
+#include <cstring>
+
 #include "base/runtime_failure.h"
+#include "platform/apart.h"
 
 namespace merlane {
 namespace {
@@ -73,22 +76,106 @@ Rows UsedRange(const void* handle) {
   return used;
 }
 
-}  // namespace
+/// Worksheets as bytes and back: counts and numbers as they lie in memory, texts behind their lengths.
+class Packed {
+ public:
+  Packed() = default;
+  explicit Packed(std::string bytes) : bytes_(std::move(bytes)) {}
+  const std::string& Bytes() const { return bytes_; }
 
-std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
+  template <class Number>
+  void Put(Number number) {
+    bytes_.append(reinterpret_cast<const char*>(&number), sizeof number);
+  }
+  void Put(const std::string& text) {
+    Put(text.size());
+    bytes_ += text;
+  }
+  template <class Number>
+  Number Take() {
+    Number number;
+    std::memcpy(&number, Next(sizeof number), sizeof number);
+    return number;
+  }
+  std::string TakeText() {
+    const auto length = Take<std::size_t>();
+    return std::string(Next(length), length);
+  }
+
+ private:
+  const char* Next(std::size_t length) {
+    if (bytes_.size() - at_ < length) throw RuntimeFailure("the worksheets came over incomplete");
+    at_ += length;
+    return bytes_.data() + at_ - length;
+  }
+  std::string bytes_;
+  std::size_t at_ = 0;
+};
+
+std::string Pack(const std::vector<Worksheet>& sheets) {
+  Packed packed;
+  packed.Put(sheets.size());
+  for (const Worksheet& sheet : sheets) {
+    packed.Put(sheet.name);
+    packed.Put(sheet.rows.size());
+    for (const auto& row : sheet.rows) {
+      packed.Put(row.size());
+      for (const WorkbookCell& cell : row) {
+        packed.Put(cell.index());
+        if (const double* number = std::get_if<double>(&cell)) packed.Put(*number);
+        if (const std::string* text = std::get_if<std::string>(&cell)) packed.Put(*text);
+      }
+    }
+  }
+  return packed.Bytes();
+}
+
+WorkbookCell TakeCell(Packed& packed) {
+  switch (packed.Take<std::size_t>()) {
+    case 1:
+      return packed.Take<double>();
+    case 2:
+      return packed.TakeText();
+    default:
+      return std::monostate();
+  }
+}
+
+std::vector<Worksheet> Unpack(std::string bytes) {
+  Packed packed(std::move(bytes));
+  std::vector<Worksheet> sheets(packed.Take<std::size_t>());
+  for (Worksheet& sheet : sheets) {
+    sheet.name = packed.TakeText();
+    sheet.rows.resize(packed.Take<std::size_t>());
+    for (auto& row : sheet.rows) {
+      row.resize(packed.Take<std::size_t>());
+      for (WorkbookCell& cell : row) cell = TakeCell(packed);
+    }
+  }
+  return sheets;
+}
+
+std::vector<Worksheet> ReadHere(const std::string& path) {
   const OpenWorkbook workbook(path);
   unsigned int count = 0;
   if (freexl_get_info(workbook.Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)
     throw RuntimeFailure("the worksheets of " + path + " cannot be counted");
   std::vector<Worksheet> sheets;
-  for (unsigned short i = 0; i < count; ++i) {
+  for (unsigned int i = 0; i < count; ++i) {
     const char* name = nullptr;
-    if (freexl_get_worksheet_name(workbook.Get(), i, &name) != FREEXL_OK ||
-        freexl_select_active_worksheet(workbook.Get(), i) != FREEXL_OK)
+    if (freexl_get_worksheet_name(workbook.Get(), static_cast<unsigned short>(i), &name) != FREEXL_OK ||
+        freexl_select_active_worksheet(workbook.Get(), static_cast<unsigned short>(i)) != FREEXL_OK)
       throw RuntimeFailure(fmt::format("worksheet {} of {} cannot be read", i + 1, path));
     sheets.push_back({name == nullptr ? "" : name, UsedRange(workbook.Get())});
   }
   return sheets;
+}
+
+}  // namespace
+
+std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
+  // The library trusts what a damaged file says of itself, and reads beyond its own buffers.
+  return Unpack(RunApart([&] { return Pack(ReadHere(path)); }));
 }
 
 }  // namespace merlane

@@ -1,0 +1,44 @@
+#include "platform/apart.h"
+
+#include <csignal>
+#include <stdexcept>
+
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+using testing::HasSubstr;
+using testing::ThrowsMessage;
+
+TEST(RunApart, ReturnsTheBytes) {
+  EXPECT_EQ(RunApart([] { return std::string("a\0b", 3); }), std::string("a\0b", 3));
+  EXPECT_EQ(RunApart([] { return std::string(); }), "");
+  const std::string large(3'000'000, 'x');
+  EXPECT_EQ(RunApart([&] { return large; }), large);
+}
+
+TEST(RunApart, PassesAFailureOn) {
+  EXPECT_THAT([] { RunApart([]() -> std::string { throw std::runtime_error("no such sheet"); }); },
+              ThrowsMessage<RuntimeFailure>(HasSubstr("no such sheet")));
+}
+
+TEST(RunApart, ACrashThereIsAFailureHere) {
+  EXPECT_THAT(
+      [] {
+        RunApart([]() -> std::string {
+          std::signal(SIGABRT, SIG_DFL);
+          std::abort();
+        });
+      },
+      ThrowsMessage<RuntimeFailure>(HasSubstr("damaged")));
+}
+
+TEST(RunApart, WhatIsChangedThereStaysThere) {
+  int here = 1;
+  EXPECT_EQ(RunApart([&] { return std::to_string(++here); }), "2");
+  EXPECT_EQ(here, 1);
+}
+
+}  // namespace
+}  // namespace merlane
