@@ -19,7 +19,10 @@ class BatchRun {
   BatchRun(std::vector<BatchLine> lines, const Folders& folders, Transcript& transcript);
 
   /// What the program is made from.
-  Host MachineHost() { return {windows_, clock_, random_, workbooks_, windows_.GetFolders().writing}; }
+  Host MachineHost() {
+    const std::string& folder = windows_.GetFolders().writing;
+    return {windows_, clock_, random_, workbooks_, folder, folder};
+  }
 
   /// Starts the program whose forms stand on `desk` and plays the lines. Returns the exit status.
   int Play(Desk& desk, const std::function<void()>& start, Exporter exporter);

@@ -10,12 +10,19 @@ FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
     : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
   rtbOut.readOnly = false;
   cmdSaveSummary.toolTip = "Saves the (possibly edited) output appearing in the textbox below";
+  cmdPlots.toolTip = "Shows plots of data and predictions, for each brood and for whole years";
+  cmdBootstrap.toolTip =
+      "Fits the saved model to data sets simulated from it, and adds what comes of it to the summary";
   cmdSaveSummary.onClick = [this] { state_.flags.SimulationMode ? SaveSimulatedData() : SaveResults(); };
 }
 
 void FrmSummary::Open(const std::string& text) {
   desk.Load(*this);
   rtbOut.text = text;
+  for (Button* follows : {&cmdPlots, &cmdBootstrap}) {
+    follows->enabled = true;
+    follows->visible = !state_.flags.SimulationMode;
+  }
   desk.Show(*this);
 }
 

@@ -17,8 +17,13 @@ class FrmSummary : public Form {
   void Open(const std::string& text);
   /// The name proposed for simulated data; empty: none.
   std::string simulatedDataName;
+  /// The results behind the summary are gone: nothing can follow upon it.
+  void ForgetResults() { cmdPlots.enabled = cmdBootstrap.enabled = false; }
 
   Button cmdSaveSummary{*this, "cmdSaveSummary", ""};
+  // What follows upon a results summary; assigned where the program is put together.
+  Button cmdPlots{*this, "cmdPlots", "&Plots..."};
+  Button cmdBootstrap{*this, "cmdBootstrap", "Parametric &bootstrap..."};
   Pane rtbOut{*this, "rtbOut"};
 
  protected:

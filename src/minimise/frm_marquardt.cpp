@@ -75,6 +75,11 @@ DerivativeMode FrmMarquardt::ChooseDerivatives() {
   return DerivativeMode_ = analytical ? DerivativeMode::Analytical : DerivativeMode::Numerical;
 }
 
+void FrmMarquardt::TakeNumericalDerivatives() {
+  DerivativeMode_ = DerivativeMode::Numerical;
+  ShowDerivatives_ = false;
+}
+
 MarquardtResult FrmMarquardt::Minimise() {
   desk.Show(*this);
   cmdStop.enabled = false;

@@ -14,6 +14,8 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   /// Asks which derivatives to use and whether to show them; they stay until asked again. Returns what was chosen;
   /// Cancelled makes the caller give up.
   DerivativeMode ChooseDerivatives();
+  /// The same without a question: numerical ones, not shown. For a bootstrap.
+  void TakeNumericalDerivatives();
 
   /// Shows the window and minimises with the derivatives chosen. The caller has asked for them, has built the fuse
   /// groups and packed the free parameters (NFREE at least 1); it need not dimension anything. The menu's command also

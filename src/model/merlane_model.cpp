@@ -81,6 +81,14 @@ void MerlaneModel::DimensionResults() {
   simulation.Preset(data);
 }
 
+void MerlaneModel::PutBack(Kept kept) {
+  evaluator_.reset();
+  data = std::move(kept.data);
+  likelihood = std::move(kept.likelihood);
+  estimates = std::move(kept.estimates);
+  simulation = std::move(kept.simulation);
+}
+
 void MerlaneModel::TakeDataFileName(const std::string& path) {
   data.DataFileName = path;
   data.DataExt = Rightmost(path, 3);

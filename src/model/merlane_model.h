@@ -38,6 +38,16 @@ class MerlaneModel {
   SurvivalEstimates estimates;
   Simulation simulation;
 
+  /// Data and results, to be put back after other data have been read.
+  struct Kept {
+    BroodData data;
+    LikelihoodState likelihood;
+    SurvivalEstimates estimates;
+    Simulation simulation;
+  };
+  Kept Keep() const { return {data, likelihood, estimates, simulation}; }
+  void PutBack(Kept kept);
+
   // What other forms of the room do for the model.
   std::function<void(ModelCall&)> writeResults;  // NF = -1 in an analysis
   std::function<void(ModelCall&)> simulate;      // NF = -1 in a simulation

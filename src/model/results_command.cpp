@@ -36,10 +36,12 @@ void ResultsCommand::WriteResults(ModelCall& call) {
   std::string text = ResultsHead(subject, sizes) + ResultsRules() + ResultsParameters(subject);
   text += JudgeFit(randomisations);
   EstimateSurvival();
-  if (const std::optional<Listing> listing = AskForListing()) text += List(subject, *listing, sizes);
+  const std::optional<Listing> listing = AskForListing();
+  if (listing) text += List(subject, *listing, sizes);
   main_.ShowProgress("");
   summary_.Open(text);
   desk_.Tell("Results Summary", "Summary complete", style::Information);
+  if (!listing) offerPlots();
 }
 
 int ResultsCommand::AskForRandomisations() {

@@ -25,6 +25,9 @@ class ResultsCommand {
   /// state to report.
   void WriteResults(ModelCall& call);
 
+  /// Offers the plots of the fit; called behind the summary when the user chose them instead of a listing.
+  std::function<void()> offerPlots = [] {};
+
  private:
   int AskForRandomisations();
   /// The lines about the fit; none when nothing was predicted or the randomisations were aborted.

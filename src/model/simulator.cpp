@@ -114,17 +114,20 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
   best.VarAll[v] = prediction.VarAll;
 }
 
-void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
+bool SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
                   const CalculationWatch& watch, Simulation& simulation) {
   simulation.Preset(data);
   random.BeginNext();
   if (!setting.BootstrapMode) watch.progress("Simulating data, one moment please...");
+  bool done = true;
   try {
     Simulator(data, setting, best, random, watch, simulation).Run();
   } catch (const RuntimeFailure& failure) {
     watch.tell(SimulationError(failure.what()));
+    done = false;
   }
   if (!setting.BootstrapMode) watch.progress("");
+  return done;
 }
 
 }  // namespace merlane

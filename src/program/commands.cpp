@@ -134,11 +134,15 @@ void Program::FollowSummary(const std::function<void()>& command) {
 
 bool Program::BootstrapSimplex() {
   state.flags.SimplexBuilt = false;
+  BuildFuseGroups(state);
+  PackFree(state);
   frmSimplex.Minimise();
   return true;
 }
 
 bool Program::BootstrapMarquardt() {
+  BuildFuseGroups(state);
+  PackFree(state);
   frmMarquardt.TakeNumericalDerivatives();
   return frmMarquardt.Minimise().ending != MarquardtEnding::MatrixFailed;
 }

@@ -108,7 +108,7 @@ void Program::WireForms() {
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
   parametricBootstrap.minimiseSimplex = [this] { return BootstrapSimplex(); };
   parametricBootstrap.minimiseMarquardt = [this] { return BootstrapMarquardt(); };
-  bootstrapCommand.closeMinimisers = [this] {
+  parametricBootstrap.closeMinimisers = [this] {
     desk.Unload(frmSimplex);
     desk.Unload(frmMarquardt);
   };

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "model/bootstrap.h"
+#include "model/brood_data.h"
+
+namespace merlane {
+
+/// The lines about a bootstrap at the end of a results summary. The lines of all these texts end with CR LF.
+std::string BootstrapSummary(const BootstrapResults& results);
+
+/// The text of a .bpv file: deviance and parameters of each replicate.
+std::string BootstrapParameterText(const BootstrapResults& results);
+
+/// The text of a .bse file: each record of the real data, with mean, standard error, minimum and maximum of the
+/// survival from there.
+std::string BootstrapSurvivalText(const BootstrapResults& results, const BroodData& data);
+
+/// Simulated counts as the text of a data file, in the order of the records of `data`: 0 behind a brood's death.
+std::string BootstrapDataText(const BroodData& data, const std::vector<std::int16_t>& SimCount);
+
+}  // namespace merlane

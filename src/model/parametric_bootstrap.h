@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "control/frm_main.h"
+#include "control/objective.h"
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "model/bootstrap.h"
+#include "model/merlane_model.h"
+
+namespace merlane {
+
+struct BootstrapOptions {
+  std::int16_t BootstrapCount = 0;  // replicates wanted
+  std::int16_t TargetAge = 0;       // D, days
+  BootstrapResults::Minimiser minimiser = BootstrapResults::Minimiser::Simplex;
+};
+
+/// Simulates data sets from the fit that is saved in the algorithm file, fits the model to each, and records what comes
+/// of it: the parametric bootstrap (Efron and Tibshirani 1993). Each data set is written beside the real data and read
+/// back like these.
+class ParametricBootstrap {
+ public:
+  ParametricBootstrap(Desk& desk, RunState& state, Objective& objective, MerlaneModel& model, FrmMain& main);
+
+  /// What minimises the objective over the free parameters, from the present values, and leaves its result there; false
+  /// when it failed to invert a matrix.
+  std::function<bool()> minimiseSimplex, minimiseMarquardt;
+  /// Closes the windows of both.
+  std::function<void()> closeMinimisers = [] {};
+
+  /// Replicates until as many are kept as are wanted, or the user aborts; an attempt that meets a penalty or a matrix
+  /// that cannot be inverted is rejected. A failure ends the bootstrap with a message and what it has so far. In any
+  /// case data, parameters and results are as they were before. Under a seed all is repeated to the last digit.
+  BootstrapResults Run(const BootstrapOptions& options);
+
+ private:
+  void Replicate(const BootstrapOptions& options, BootstrapResults& results);
+  void Attempt(const BootstrapOptions& options, BootstrapResults& results);
+  std::string NameDataFile(int replicate);
+  void SimulateInto(const std::string& path);
+  void ReadData(const std::string& simulatedFile);
+  void ReadAlgorithmFile();
+  double Evaluate();
+  void Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
+
+  void Tell(const std::string& status) { main_.ShowProgress(status); }
+  /// A status that stays while the minimiser writes its own.
+  void TellTime(const std::string& status) { main_.stbMain2.Set(1, status); }
+
+  Desk& desk_;
+  RunState& state_;
+  Objective& objective_;
+  MerlaneModel& model_;
+  FrmMain& main_;
+};
+
+/// Estimates how long a number of attempts will take from the time that the first ones took. Seconds since midnight.
+class RemainingTime {
+ public:
+  explicit RemainingTime(double start) : start_(start), previous_(start) {}
+
+  /// "h:mm:ss" that the `planned` attempts will still take, when `done` of them have been made by `now`, which may be
+  /// past midnight.
+  std::string After(double now, int done, int planned);
+
+ private:
+  double start_, previous_;
+};
+
+}  // namespace merlane
