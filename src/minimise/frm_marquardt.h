@@ -24,9 +24,6 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   /// RuntimeFailure as MinimiseMarquardt.
   MarquardtResult Minimise();
 
-  /// Tells that row `row` of the matrix, of the free parameters, holds nothing but zeros; a bootstrap is not told.
-  void TellMatrixFailure(int row);
-
   Button cmdIteration{*this, "cmdIteration", "&Next iteration"};
   Button cmdContinue{*this, "cmdContinue", "&Continue"};
   Button cmdStop{*this, "cmdStop", "&Interrupt"};
@@ -54,6 +51,8 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   MarquardtInterrupt AskInterrupt();
   void TerminalReport(const MarquardtProgress& progress);
   void FinalReport(const MarquardtProgress& progress);
+  /// Tells that row `row` of the matrix, of the free parameters, holds nothing but zeros.
+  void TellMatrixFailure(int row);
   bool DerivativesWanted() const;
   /// The text with the derivatives appended, when they are wanted.
   std::string WithDerivatives(const std::string& text, const MarquardtProgress& progress);

@@ -26,6 +26,18 @@ TEST(EvaluateTrial, PutsTheFreeParametersInTheirPlaces) {
   EXPECT_EQ(run.state.algorithm.Value, (Array1<double>{1, 2, 3, 4}));
 }
 
+TEST(EvaluateTrial, BeginsAtValueWhateverTheModelMadeOfTheTrialBefore) {
+  FunctionRun run({-2, 5}, {0, 0.1}, [](Array1<double>& x) {
+    x(1) *= 2;
+    return 0.0;
+  });
+  run.Pack();
+  TrialEvaluator evaluator(run.state, run.objective);
+  evaluator.EvaluateTrial({6});
+  evaluator.EvaluateTrial({7});
+  EXPECT_EQ(run.calls[1].X, (Array1<double>{-2, 7}));
+}
+
 TEST(EvaluateTrial, GivesFollowersTheValueOfTheirLeader) {
   Array1<double> seen;
   FunctionRun run({1, 2, 3}, [&](Array1<double>& x) {

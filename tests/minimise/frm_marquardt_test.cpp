@@ -25,11 +25,12 @@ class FrmMarquardtTest : public MinimiserForms {
   void Minimise() {
     Command([this] { result = frmMarquardt->Minimise(); });
   }
-  /// A function whose trials are all as bad as can be, once two steps were accepted: 25 are rejected.
-  void OpenFrustrating() {
-    Open({1.0}, [this](Array1<double>& x) {
+  /// A function whose trials are all as bad as can be, once two steps were accepted: 25 are rejected. `axial` is what
+  /// the verification finds.
+  void OpenFrustrating(double axial = 50) {
+    Open({1.0}, [this, axial](Array1<double>& x) {
       const std::int32_t code = run->calls.back().NF;
-      if (code == 1) return run->calls.size() == 1 ? 10.0 : 50.0;
+      if (code == 1) return run->calls.size() == 1 ? 10.0 : axial;
       const double base = run->state.algorithm.Value(1);
       if (x(1) == base + base * 0.001 || x(1) == base - base * 0.001) return best_ + (x(1) > base ? 0.5 : 0.4);
       return ++trials_ <= 2 ? best_ -= 1 : 50.0;
@@ -58,6 +59,9 @@ TEST_F(FrmMarquardtTest, LooksAsItIsDescribed) {
   EXPECT_EQ(frmMarquardt->cmdIteration.toolTip, "Click to pause minimization after each iteration");
   EXPECT_EQ(frmMarquardt->cmdContinue.toolTip, "Click to continue minimizing without pausing after each iteration");
   EXPECT_EQ(frmMarquardt->cmdStop.toolTip, "Click here to interrupt the current minimization");
+  EXPECT_FALSE(frmMarquardt->cmdIteration.visible);
+  EXPECT_FALSE(frmMarquardt->cmdContinue.visible);
+  EXPECT_TRUE(frmMarquardt->rtbMarquardt.fixedPitch);
 }
 
 TEST_F(FrmMarquardtTest, TheChoiceOfDerivativesAsksThreeTimes) {
@@ -139,10 +143,51 @@ TEST_F(FrmMarquardtTest, AMinimumIsToldAndReported) {
   EXPECT_THAT(text, testing::EndsWith("\r\n\r\n\r\nafter 2 iterations and 15 function calls\r\n\r\n"));
 }
 
+TEST_F(FrmMarquardtTest, AFileFrequencyOfZeroGivesNoLog) {
+  Open({0, 0}, Quadratic);
+  OpenLog();
+  run->state.algorithm.FileFreq = 0;
+  Choose(Answer::No, false);
+  Minimise();
+  EXPECT_EQ(LogText(), "");
+}
+
+TEST_F(FrmMarquardtTest, EachRunBeginsWithAnEmptyPaneAndItsButtonDisabled) {
+  Open({0, 0}, Quadratic);
+  Choose(Answer::No, false);
+  run->state.algorithm.MaxCalls = 1;
+  Minimise();
+  EXPECT_TRUE(frmMarquardt->cmdStop.enabled);
+  windows().AtTurn(1, [&] {
+    EXPECT_EQ(frmMarquardt->rtbMarquardt.text, "");
+    EXPECT_FALSE(frmMarquardt->cmdStop.enabled);
+    EXPECT_EQ(frmMain.stbMain5.Get(1), "Initial function call, one moment please...");
+    frmMain.stbMain5.Set(2, "something");
+  });
+  windows().AtTurn(2, [&] { EXPECT_EQ(frmMain.stbMain5.Get(2), ""); });
+  Minimise();
+}
+
+TEST_F(FrmMarquardtTest, AnInterruptLeftOverFromARunBeforeIsForgotten) {
+  Open({0, 0}, Quadratic);
+  Choose(Answer::No, false);
+  run->state.algorithm.MaxCalls = 1;
+  Minimise();
+  EXPECT_TRUE(desk.Press(frmMarquardt->cmdStop)) << "the run was stopped, which offers its button again";
+  run->state.algorithm.MaxCalls = 9999;
+  windows().messages.clear();
+  Minimise();
+  EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Marquardt minimum"});
+}
+
 TEST_F(FrmMarquardtTest, StatusPanelsFollowTheRun) {
   Open({0, 0}, Quadratic);
   Choose(Answer::No, false);
+  std::size_t statusesAtLastTurn = 0;
+  for (int turn = 1; turn <= 1000; ++turn)
+    windows().AtTurn(turn, [&] { statusesAtLastTurn = windows().statuses.size(); });
   Minimise();
+  EXPECT_EQ(statusesAtLastTurn, windows().statuses.size()) << "a turn ends the run, so that the empty panels are seen";
   const std::vector<std::string> first = Panel(1);
   ASSERT_GE(first.size(), 9u);
   EXPECT_EQ(first[0], "Initial function call, one moment please...");
@@ -256,19 +301,61 @@ TEST_F(FrmMarquardtTest, AnInterruptAnsweredNoLetsTheRunGoOn) {
   Open({-1.2, 1}, Rosenbrock);
   run->state.algorithm.Tolerance = 1e-6;
   Choose(Answer::No, false);
-  windows().AtTurn(DuringFirstDerivatives, [&] { desk.Press(frmMarquardt->cmdStop); });
+  windows().AtTurn(DuringFirstDerivatives, [&] {
+    desk.Press(frmMarquardt->cmdStop);
+    frmMain.stbMain5.Set(2, "something");
+  });
+  bool offeredAgain = false;
+  for (int turn = DuringFirstDerivatives + 1; turn <= 1000; ++turn)
+    windows().AtTurn(turn, [&] {
+      if (windows().messages.empty()) return;
+      offeredAgain = offeredAgain || frmMarquardt->cmdStop.enabled;
+      EXPECT_EQ(frmMain.stbMain5.Get(2), "");
+    });
   windows().No("Marquardt interrupt");
   Minimise();
+  EXPECT_TRUE(offeredAgain);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   EXPECT_EQ(result.Iterations, 27);
 }
 
 TEST_F(FrmMarquardtTest, TheLimitOfIterationsIsToldLikeAnInterrupt) {
-  Open({-1.2, 1}, Rosenbrock);
+  // The first trial comes behind the start and six calls for derivatives; an interrupt while it is evaluated is too
+  // late.
+  Open({-1.2, 1}, [this](Array1<double>& x) {
+    if (run->calls.back().NF == 8) {
+      EXPECT_TRUE(desk.Press(frmMarquardt->cmdStop));
+      frmMain.stbMain5.Set(2, "something");
+    }
+    return Rosenbrock(x);
+  });
   run->state.algorithm.MaxCalls = 1;
   Choose(Answer::No, false);
   Minimise();
+  EXPECT_EQ(result.NF, 8);
   EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Marquart minimization stopped"});
+  EXPECT_TRUE(frmMarquardt->cmdStop.enabled);
+  const std::vector<std::string>& events = windows().events;
+  EXPECT_LT(std::ranges::find(events, "status stbMain5 2 "),
+            std::ranges::find(events, "message " + windows().Titles()[0]))
+      << "emptied before the box";
+}
+
+TEST_F(FrmMarquardtTest, InABootstrapNoBoxInterruptsTheReplicate) {
+  Open({-1.2, 1}, Rosenbrock);
+  run->state.flags.BootstrapMode = true;
+  run->state.algorithm.MaxCalls = 1;
+  Choose(Answer::No, false);
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::Stopped);
+  Choose(Answer::Yes, false);
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::DerivativesMissing);
+  run->state.algorithm.MaxCalls = 9999;
+  Choose(Answer::No, false);
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
+  EXPECT_TRUE(windows().messages.empty());
 }
 
 TEST_F(FrmMarquardtTest, TwentyFiveRejectionsWithTheAxialSearchFindingNothingEndInTheFrustrationBox) {
@@ -290,6 +377,19 @@ TEST_F(FrmMarquardtTest, TwentyFiveRejectionsWithTheAxialSearchFindingNothingEnd
             "      (6) the model, or its implementation, is flawed");
   EXPECT_FALSE(frmMarquardt->Loaded());
   EXPECT_FALSE(frmMenu->Visible());
+  ExpectPanelsEmpty();
+}
+
+TEST_F(FrmMarquardtTest, AnInterruptAmongRejectionsClosesTheWindowBehindTheirVerification) {
+  OpenFrustrating(5);
+  Choose(Answer::No, false);
+  windows().AtTurn(DuringFirstDerivatives + 15, [&] { EXPECT_TRUE(desk.Press(frmMarquardt->cmdStop)); });
+  windows().Yes("Marquardt interrupt");
+  run->state.flags.MarquardtRunning = true;
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::InterruptedInTrials);
+  EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Marquardt interrupt"});
+  EXPECT_FALSE(frmMarquardt->Loaded());
   ExpectPanelsEmpty();
 }
 
@@ -331,8 +431,10 @@ TEST_F(FrmMarquardtTest, InABootstrapAMatrixThatFailsIsNotTold) {
 
 TEST_F(FrmMarquardtTest, AnalyticalDerivativesThatFailAreSuspected) {
   Open({1, 2}, Quadratic);
+  run->derivatives = [](ModelCall& call) { call.H(1, 1) = 2; };
   Choose(Answer::Yes, false);
-  frmMarquardt->TellMatrixFailure(2);
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::MatrixFailed);
   EXPECT_EQ(windows().messages[0].title, "Matrix decompositon failure at parameter #2!");
   EXPECT_EQ(windows().messages[0].text,
             "Look for statistically dead parameters and/or suspect your analytical derivatives");
@@ -364,6 +466,9 @@ TEST_F(FrmMarquardtTest, AFailedVerificationNamesItsParameter) {
   EXPECT_EQ(result.verifications, 2);
   EXPECT_THAT(Panel(1), Contains("Convergence rejected"));
   EXPECT_THAT(Panel(4), Contains("Last failure of convergence verification caused by parameter # 1"));
+  const std::vector<std::string> second = {"status stbMain5 1 Verifying convergence by performing an axial search",
+                                           "status stbMain5 4 "};
+  EXPECT_FALSE(std::ranges::search(windows().events, second).empty()) << "forgotten at the next verification";
 }
 
 TEST_F(FrmMarquardtTest, WithPriorsOnTheReviewFollowsTheMinimum) {
@@ -372,7 +477,11 @@ TEST_F(FrmMarquardtTest, WithPriorsOnTheReviewFollowsTheMinimum) {
   run->state.flags.BayesOn = true;
   run->objective.priorTerm = [](const Array1<double>&) { return 0.0; };
   int reviews = 0;
-  frmMarquardt->reviewPriors = [&] { ++reviews; };
+  frmMarquardt->reviewPriors = [&] {
+    ++reviews;
+    EXPECT_EQ(windows().messages.size(), 1u) << "behind the box";
+    EXPECT_NEAR(run->state.algorithm.Value(1), 3, 1e-3) << "of the estimates, not of the start";
+  };
   Minimise();
   EXPECT_EQ(reviews, 1);
 }

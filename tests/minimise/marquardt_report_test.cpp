@@ -26,7 +26,8 @@ class MarquardtReport : public testing::Test {
     now.GradientShown = {-0.22833675, 1e-7};
     now.HessianShown.Dimension(2, 2);
     now.HessianShown(1, 1) = 1234567;
-    now.HessianShown(1, 2) = now.HessianShown(2, 1) = -98.5;
+    now.HessianShown(1, 2) = -98.5;
+    now.HessianShown(2, 1) = 99;  // only the upper triangle is shown
     now.HessianShown(2, 2) = 0;
   }
   RunState state;

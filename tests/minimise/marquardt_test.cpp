@@ -16,7 +16,8 @@ class Recorder : public MarquardtWatch {
   std::vector<double> lambdas;            // at each pass
   std::vector<std::int16_t> trialCounts;  // at each pass
   std::vector<double> accepted;           // FTrial of accepted trials
-  std::vector<int> axialCalls;
+  std::vector<double> secondDerivatives;  // the first of those shown, as each trial is accepted
+  std::vector<int> axialImprovements;
   int rejectedConvergences = 0;
   int interruptAtPass = 0;
   MarquardtInterrupt answer = MarquardtInterrupt::QuitAfterStep;
@@ -29,8 +30,11 @@ class Recorder : public MarquardtWatch {
   MarquardtInterrupt Interrupt() override {
     return static_cast<int>(lambdas.size()) == interruptAtPass ? answer : MarquardtInterrupt::None;
   }
-  void OnAccepted(const MarquardtProgress& now) override { accepted.push_back(now.FTrial); }
-  void OnAxialCall(int call, int) override { axialCalls.push_back(call); }
+  void OnAccepted(const MarquardtProgress& now) override {
+    accepted.push_back(now.FTrial);
+    secondDerivatives.push_back(now.HessianShown(1, 1));
+  }
+  void OnAxialImprovement(int parameter) override { axialImprovements.push_back(parameter); }
   void OnRejectedConvergence() override { ++rejectedConvergences; }
   void OnEnd(MarquardtEnding, const MarquardtProgress& now) override { atEnd = now; }
 };
@@ -82,6 +86,21 @@ TEST(MarquardtTrial, ARejectionMultipliesTheDampingByTenAndAnAcceptanceDividesIt
   EXPECT_THAT(t.watch.trialCounts, testing::ElementsAre(0, 1, 2, 3, 1, 1));
 }
 
+TEST(MarquardtTrial, DampingBeginsAnewBehindARejectedVerification) {
+  ScriptedTrials t({12, 10}, 5.0);
+  Minimise(t.run, t.watch);
+  ASSERT_GT(t.watch.lambdas.size(), 4u);
+  EXPECT_EQ(t.watch.lambdas[2], 0.01);
+  EXPECT_EQ(t.watch.lambdas[3], 0.001);
+  EXPECT_EQ(t.watch.rejectedConvergences, 1);
+}
+
+TEST(MarquardtTrial, ARejectionLeavesTheDerivativesToBeShownAsTheyWere) {
+  ScriptedTrials t({12, 9, 9}, 11.0);
+  Minimise(t.run, t.watch);
+  EXPECT_EQ(t.watch.secondDerivatives[0], ((10.4 - 10) + (10.5 - 10)) / (0.001 * 0.001));
+}
+
 TEST(MarquardtFrustration, LambdaPassesItsLimitAtTrial24WhenNoStepWasAcceptedBefore) {
   ScriptedTrials t({20.0}, 11.0);
   const MarquardtResult result = Minimise(t.run, t.watch);
@@ -130,6 +149,28 @@ TEST(MarquardtFrustration, AtTheFifthVerificationTheImprovementStandsInValueAlon
   EXPECT_EQ(result.F, 95);
   EXPECT_DOUBLE_EQ(run.state.algorithm.Value(1), 1 + 5 * 0.01);
   EXPECT_DOUBLE_EQ(run.state.free.FreeValue(1), 1 + 4 * 0.01);
+}
+
+TEST(MarquardtFrustration, TheFifthVerificationMayFollowRejections) {
+  // Two trials are accepted, 25 rejected, and the verification improves on the best; this over and over.
+  double best = 100;
+  int trials = 0;
+  FunctionRun* that = nullptr;
+  FunctionRun run({1.0}, [&](Array1<double>& x) {
+    const double base = that->state.algorithm.Value(1);
+    if (that->calls.size() == 1) return best;
+    if (that->calls.back().NF == 1) return x(1) > base ? best -= 1 : best + 50;
+    if (x(1) == base + base * 0.001 || x(1) == base - base * 0.001) return best + (x(1) > base ? 0.5 : 0.4);
+    return trials++ % 27 < 2 ? best -= 1 : 1000.0;
+  });
+  that = &run;
+  Recorder watch;
+  const MarquardtResult result = Minimise(run, watch);
+  EXPECT_EQ(result.ending, MarquardtEnding::FrustratedByVerifications);
+  EXPECT_EQ(result.verifications, 5);
+  EXPECT_EQ(result.Iterations, 10);
+  EXPECT_EQ(watch.rejectedConvergences, 4);
+  EXPECT_EQ(result.F, 100 - 10 - 5);
 }
 
 TEST(MarquardtFrustration, InABootstrapVerificationMayBeRepeatedPracticallyWithoutLimit) {
@@ -260,6 +301,18 @@ TEST(MarquardtDerivatives, AParameterAtExactlyZeroIsMovedByAnAbsoluteThousandth)
   EXPECT_EQ(points[6], (Array1<double>{0, 5 - 5 * 0.001}));
 }
 
+// As a profile leaves it: an improvement that ended in frustration stands in Value alone.
+TEST(MarquardtDerivatives, AreTakenAtFreeValueThoughTheRunBeginsAtValue) {
+  FunctionRun run({1}, [](Array1<double>& x) { return Square(x(1) - 3) + 1; });
+  run.Pack();
+  run.state.free.FreeValue(1) = 2;
+  Recorder watch;
+  MinimiseMarquardt(run.state, run.objective, DerivativeMode::Numerical, watch);
+  EXPECT_EQ(run.calls[0].X(1), 1);
+  EXPECT_EQ(run.calls[1].X(1), 2 + 2 * 0.001);
+  EXPECT_EQ(run.calls[2].X(1), 2 - 2 * 0.001);
+}
+
 TEST(MarquardtDerivatives, AFullSetTakesTheSquareOfTheParametersPlusTheirNumber) {
   FunctionRun run({-3, -1, -3, -1}, Wood);
   run.state.algorithm.MaxCalls = 1;
@@ -294,37 +347,48 @@ TEST(MarquardtAnalytical, AModelWithoutDerivativesEndsTheRun) {
   EXPECT_THAT(run.Codes(), testing::ElementsAre(1, -2));
 }
 
+TEST(MarquardtAnalytical, DerivativesBelowTheDiagonalAloneAreMissing) {
+  FunctionRun run({0, 0}, Quadratic);
+  run.derivatives = [](ModelCall& call) { call.G(1) = call.H(2, 1) = 1; };
+  Recorder watch;
+  EXPECT_EQ(Minimise(run, watch, DerivativeMode::Analytical).ending, MarquardtEnding::DerivativesMissing);
+}
+
 TEST(MarquardtAnalytical, DerivativesAreTakenByTheNumbersOfTheParameters) {
   // Parameter 1 is fixed, 2 and 3 move; the model fills the derivatives of all.
-  RunState state;
-  Objective objective(state, [](ModelCall& call) {
-    Array1<double>& x = call.X;
-    if (call.NF > 0) {
-      call.F = Square(x(1)) + Square(x(2) - 3) + 4 * Square(x(3) + 1) + 5;
-      return;
-    }
-    call.G(1) = 2 * x(1);
-    call.G(2) = 2 * (x(2) - 3);
-    call.G(3) = 8 * (x(3) + 1);
-    call.H(1, 1) = 2;
-    call.H(2, 2) = 2;
+  FunctionRun run({1, 0, 0}, {0, 0.1, 0.1},
+                  [](Array1<double>& x) { return Square(x(1)) + Square(x(2) - 3) + 4 * Square(x(3) + 1) + 5; });
+  run.derivatives = [](ModelCall& call) {
+    const Array1<double>& x = call.X;
+    call.G = {2 * x(1), 2 * (x(2) - 3), 8 * (x(3) + 1)};
+    call.H(1, 1) = call.H(2, 2) = 2;
     call.H(3, 3) = 8;
-  });
-  AlgorithmData& a = state.algorithm;
-  a.NPAR = 3;
-  a.Value = {1, 0, 0};
-  a.Step = {0, 0.1, 0.1};
-  a.Fuse.Dimension(3, Unfused);
-  a.Tolerance = 1e-9;
-  BuildFuseGroups(state);
-  PackFree(state);
+  };
+  run.state.algorithm.Tolerance = 1e-9;
   Recorder watch;
-  const MarquardtResult result = MinimiseMarquardt(state, objective, DerivativeMode::Analytical, watch);
+  const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
-  EXPECT_EQ(a.Value(1), 1);
-  EXPECT_NEAR(a.Value(2), 3, 1e-4);
-  EXPECT_NEAR(a.Value(3), -1, 1e-4);
+  const Array1<double>& Value = run.state.algorithm.Value;
+  EXPECT_EQ(Value(1), 1);
+  EXPECT_NEAR(Value(2), 3, 1e-4);
+  EXPECT_NEAR(Value(3), -1, 1e-4);
   EXPECT_EQ(result.NF, 1 + static_cast<int>(watch.lambdas.size()) - 1) << "derivatives cost no function calls";
+}
+
+TEST(MarquardtAnalytical, DerivativesAreAskedForWithFollowersBroughtAlong) {
+  FunctionRun run({1, 5, 2}, [](Array1<double>& x) { return Square(x(1) + x(2) - 6) + Square(x(3) - 4) + 1; });
+  run.state.algorithm.Fuse(1) = run.state.algorithm.Fuse(2) = "A";
+  run.derivatives = [](ModelCall& call) {
+    const Array1<double>& x = call.X;
+    EXPECT_EQ(x(2), x(1));
+    call.G = {4 * (x(1) + x(2) - 6), 0, 2 * (x(3) - 4)};
+    call.H(1, 1) = 8;
+    call.H(3, 3) = 2;
+  };
+  Recorder watch;
+  const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
+  EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
+  EXPECT_GT(result.Iterations, 1);
 }
 
 TEST(MarquardtMatrix, ADeadParameterMakesARowOfZeros) {
@@ -348,39 +412,60 @@ TEST(MarquardtAxial, CallsPassTheCodeOfAFirstCallAndAreNotCounted) {
   EXPECT_EQ(*std::max_element(codes.begin(), codes.end()), 15);
 }
 
-TEST(MarquardtAxial, TakesTheBestOfAllDirections) {
-  // The first step lands on the trial value at once; both parameters then improve, the second more.
-  FunctionRun* that = nullptr;
-  std::vector<double> axial = {9, 20, 20, 7};  // plus and minus of parameter 1, then of 2
+/// The first step of two parameters lands on the start's value; the axial calls then give these values: plus and minus
+/// of parameter 1, then of 2.
+struct AxialSearch {
+  explicit AxialSearch(std::vector<double> axial)
+      : run({1, 2}, [this, axial](Array1<double>& x) {
+          const std::int32_t code = run.calls.back().NF;
+          if (code == 1 && run.calls.size() > 1) return used < axial.size() ? axial[used++] : 50.0;
+          if (code == 1 || code == 8) return 10.0;
+          return used == axial.size() ? 7.0 : 10 + Square(x(1) - 1) + Square(x(2) - 2);
+        }) {
+    run.state.algorithm.MaxCalls = 1;
+    result = Minimise(run, watch);
+  }
+
   std::size_t used = 0;
-  FunctionRun run({1, 2}, [&](Array1<double>& x) {
-    const std::int32_t code = that->calls.back().NF;
-    if (code == 1 && that->calls.size() > 1) return used < axial.size() ? axial[used++] : 50.0;
-    if (code == 1 || used == 4 || code == 8) return used == 4 ? 7.0 : 10.0;
-    return 10 + Square(x(1) - 1) + Square(x(2) - 2);
-  });
-  that = &run;
-  run.state.algorithm.MaxCalls = 1;
+  FunctionRun run;
   Recorder watch;
-  const MarquardtResult result = Minimise(run, watch);
-  EXPECT_EQ(watch.rejectedConvergences, 1);
-  EXPECT_DOUBLE_EQ(run.state.algorithm.Value(2), 2 - 0.1 * 0.1);
-  EXPECT_EQ(result.verifications, 1);
+  MarquardtResult result;
+};
+
+TEST(MarquardtAxial, TakesTheBestOfAllDirections) {
+  const AxialSearch last({9, 20, 20, 7});
+  EXPECT_EQ(last.watch.rejectedConvergences, 1);
+  EXPECT_DOUBLE_EQ(last.run.state.algorithm.Value(1), 1);
+  EXPECT_DOUBLE_EQ(last.run.state.algorithm.Value(2), 2 - 0.1 * 0.1);
+  EXPECT_THAT(last.watch.axialImprovements, testing::ElementsAre(1, 2));
+  EXPECT_EQ(last.result.verifications, 1);
+
+  const AxialSearch first({20, 7, 9, 20});
+  EXPECT_DOUBLE_EQ(first.run.state.algorithm.Value(1), 1 - 0.1 * 0.1);
+  EXPECT_DOUBLE_EQ(first.run.state.algorithm.Value(2), 2);
+  EXPECT_THAT(first.watch.axialImprovements, testing::ElementsAre(1, 1)) << "the best so far is named";
 }
 
 TEST(MarquardtAxial, AnImprovementOfExactlyTheToleranceIsNone) {
-  const auto rejections = [](double axial) {
+  const auto improves = [](double Tolerance, double axial) {
     ScriptedTrials t({10}, axial);
-    t.run.state.algorithm.Tolerance = 2;
-    t.watch.interruptAtPass = 1;  // so that a rejection ends the run
-    Minimise(t.run, t.watch);
-    return t.watch.rejectedConvergences;
+    t.run.state.algorithm.Tolerance = Tolerance;
+    t.watch.interruptAtPass = 1;  // so that an improvement ends the run
+    return Minimise(t.run, t.watch).ending == MarquardtEnding::Interrupted;
   };
-  EXPECT_EQ(rejections(8), 0);
-  ScriptedTrials t({10}, std::nextafter(8, 0));
-  t.run.state.algorithm.Tolerance = 2;
-  t.watch.interruptAtPass = 1;
-  EXPECT_EQ(Minimise(t.run, t.watch).ending, MarquardtEnding::Interrupted);
+  EXPECT_FALSE(improves(2, 8));
+  EXPECT_TRUE(improves(2, std::nextafter(8, 0)));
+  EXPECT_FALSE(improves(-0.25, 7.5));
+  EXPECT_TRUE(improves(-0.25, std::nextafter(7.5, 0)));
+}
+
+TEST(MarquardtAxial, AfterRejectionsSearchesAroundTheAcceptedPoint) {
+  ScriptedTrials t({9.0, 8.0, 20.0}, 11.0);
+  ASSERT_EQ(Minimise(t.run, t.watch).ending, MarquardtEnding::FrustratedByTrials);
+  const std::size_t n = t.run.calls.size();
+  const double accepted = t.run.state.algorithm.Value(1);
+  EXPECT_EQ(t.run.calls[n - 2].X(1), accepted + 0.1 * 0.1);
+  EXPECT_EQ(t.run.calls[n - 1].X(1), accepted - 0.1 * 0.1);
 }
 
 TEST(Marquardt, TakesOverWhatTheModelMadeOfTheTrialVector) {
