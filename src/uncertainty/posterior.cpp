@@ -3,7 +3,7 @@
 #include <cmath>
 #include <new>
 
-#include "base/arithmetic.h"
+#include "base/runtime_failure.h"
 
 namespace merlane {
 namespace {
@@ -89,8 +89,10 @@ class PosteriorRun {
   }
 
   void AddNode(int j) {
-    const double D = Checked(std::exp(-(Evaluate(GridVector_) - ReferenceF_)));
-    PointSum_ = Checked(PointSum_ + D);
+    const double D = std::exp(-(Evaluate(GridVector_) - ReferenceF_));
+    PointSum_ += D;
+    if (!std::isfinite(PointSum_))
+      throw RuntimeFailure("overflow: the likelihood around the parameter values is too large beside the one there");
     if (result_.bivariate) KeepDensity(*result_.bivariate, j, D);
   }
 
