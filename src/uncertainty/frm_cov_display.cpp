@@ -38,15 +38,18 @@ FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Covariances& 
   data_.onClosed = [this] { cmdFile.enabled = false; };
 }
 
-void FrmCovDisplay::OpenCalculated() {
-  desk.Load(*this);
-  lblCovDisplay.text = "Calculation completed. Do you wish to:";
-  desk.Show(*this);
-}
+void FrmCovDisplay::OpenCalculated() { Open("Calculation completed. Do you wish to:"); }
 
 void FrmCovDisplay::OpenAgain() {
-  desk.Show(*this);
+  Open("Do you wish to:");
   desk.ToFront(*this);
+}
+
+void FrmCovDisplay::Open(const char* label) {
+  desk.Load(*this);
+  lblCovDisplay.text = label;
+  cmdScreen.enabled = true;  // it may still be open from before
+  desk.Show(*this);
 }
 
 void FrmCovDisplay::DisplayOnScreen() {

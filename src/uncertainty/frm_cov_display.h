@@ -28,6 +28,7 @@ class FrmCovDisplay : public Form {
   void OnUnload() override;
 
  private:
+  void Open(const char* label);
   void DisplayOnScreen();
   void SaveAs();
 

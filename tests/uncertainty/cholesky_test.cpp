@@ -37,6 +37,12 @@ TEST(Cholesky, NotANumberFails) {
   EXPECT_EQ(FirstNotPositive(Symmetric({{1, std::numeric_limits<double>::quiet_NaN()}, {0, 1}})), 2);
 }
 
+// Of a matrix on the edge the order of subtraction decides: running forwards, this one would pass.
+TEST(Cholesky, SumsRunBackwards) {
+  EXPECT_EQ(
+      FirstNotPositive(Symmetric({{8.6, -3.8, 6.3, -0.8}, {0, 7.4, -2.7, 6.4}, {0, 0, 8.1, 2.7}, {0, 0, 0, 9.4}})), 4);
+}
+
 TEST(Cholesky, NoRowsPass) { EXPECT_EQ(FirstNotPositive(Matrix1<double>(0, 0)), 0); }
 
 }  // namespace

@@ -106,8 +106,19 @@ TEST_F(CovarianceDialogueTest, CancelAtTheNoticeReturnsToTheMenu) {
   EXPECT_TRUE(menu.Visible());
   EXPECT_FALSE(algo.Loaded());
   EXPECT_EQ(host.windows.messages[1].style, 65);
-  EXPECT_THAT(host.windows.LastText(), HasSubstr("to adjust the size of the grid.\r\n\r\nWhen interpreting the three"));
-  EXPECT_THAT(host.windows.LastText(), HasSubstr("you might have to carefully choose step sizes.\r\n"));
+  EXPECT_EQ(host.windows.LastText(),
+            "A covariance matrix is calculated by inverting the numerically calculated Hessian matrix of second "
+            "partial derivatives of the likelihood function.  Three grids are used to calculate the derivatives.  "
+            "Each grid is formed using the current parameter values and (non-zero) step sizes. Three scale factors "
+            "are required. The initial steps will be multiplied by these scale factors to adjust the size of the "
+            "grid.\r\n\r\n"
+            "When interpreting the three grid results under the multinormal assumption, the standard deviations of "
+            "the -ln[likelihood] should span a range from near zero for the smallest step to about 5 for the largest "
+            "step.  This should reassure the user that the multinormal assumption holds over the entire posterior "
+            "distributions of the parameters if the model is parsimonious, 'close-to linear', and there are no "
+            "extraordinarily high correlations.\r\n\r\n"
+            "You can now edit the parameter values and step sizes (if so desired); realizing that for meaningful "
+            "results you might have to carefully choose step sizes.\r\n");
 }
 
 TEST_F(CovarianceDialogueTest, EmptyFactorReturnsToTheMenuAndKeepsTheEdits) {
@@ -429,6 +440,28 @@ TEST_F(CovarianceDialogueTest, LastResultsAreOfferedAgain) {
   EXPECT_FALSE(display.cmdFile.enabled);
   EXPECT_TRUE(desk.Press(display.cmdScreen));
   EXPECT_EQ(data.rtbCovData.text, report);
+}
+
+TEST_F(CovarianceDialogueTest, DisplayThatIsStillOpenIsMadeReadyAgain) {
+  RunNumerically();
+  desk.Press(display.cmdScreen);
+  desk.Show(menu);
+  menu.EnableAnalysis(true);
+  display.OpenAgain();
+  EXPECT_EQ(display.lblCovDisplay.text, "Do you wish to:");
+  RunNumerically();
+  EXPECT_EQ(display.lblCovDisplay.text, "Calculation completed. Do you wish to:");
+  EXPECT_FALSE(display.cmdFile.enabled) << "the pane holds no report";
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+}
+
+TEST_F(CovarianceDialogueTest, InterruptBehindTheLastCallIsForgotten) {
+  data.OpenForCalculation();
+  EXPECT_TRUE(desk.Press(data.cmdStop));
+  data.OpenForReport();
+  EXPECT_TRUE(data.cmdStop.enabled) << "to close the display";
+  RunNumerically();
+  EXPECT_EQ(covariances.grid(1).ending, GridEnding::Calculated);
 }
 
 struct SavedReportTest : CovarianceDialogueTest {

@@ -166,6 +166,11 @@ TEST_F(ReportTest, TwentyStandardErrorsAreBelowOneInTenThousand) {
   EXPECT_THAT(FileLines()[27], HasSubstr("1                    <0.0001 <0.0001"));
 }
 
+TEST_F(ReportTest, SmallestProbabilityIsTwoInTenThousand) {
+  c.CovBaseValue(1) = 3.8 * 0.25;
+  EXPECT_EQ(Columns(FileLines()[27], 21, 30), "    0.0002");
+}
+
 TEST_F(ReportTest, NegativeStandardErrorIsTestedByItsDistance) {
   c.grid(1).standardErrors(1) = -0.25;
   const std::vector<std::string> lines = FileLines();

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "base/runtime_failure.h"
+#include "minimise/lu.h"
 #include "support/function_run.h"
 
 namespace merlane {
@@ -135,6 +136,32 @@ TEST(Covariance, StepMovesOneParameterOnTheDiagonalAndTwoOffIt) {
   EXPECT_EQ(t.calls[5].X, (Array1<double>{1, 5, -2 + 0.1}));
   EXPECT_EQ(t.calls[6].X, (Array1<double>{1, 5, -2 - 0.1}));
   for (const FunctionRun::Call& call : t.calls) EXPECT_EQ(call.NF, 1);
+}
+
+// Where last bits decide, the figures of two computers agree only if the operations have one order.
+TEST(Covariance, OperationsHaveTheirOrder) {
+  FunctionRun t({0.1, 0.2}, {0.3, 0.7},
+                [](const Array1<double>& v) { return 1.1 * v(1) * v(1) + 0.7 * v(1) * v(2) + 0.9 * v(2) * v(2); });
+  const Covariances c = Calculate(t);
+  for (int g = 1; g <= 3; ++g) {
+    // Plus and minus of the pairs (1, 1), (1, 2) and (2, 2).
+    double E[6];
+    for (std::size_t i = 0; i < 6; ++i) {
+      Array1<double> x = t.calls[static_cast<std::size_t>(6 * (g - 1)) + i + 1].X;
+      E[i] = t.function(x) - c.CovF0;
+    }
+    const double f = c.grid(g).GridFactor;
+    Matrix1<double> H(2, 2);
+    H(1, 1) = (E[1] + E[0]) / ((0.3 * f) * (0.3 * f));
+    H(2, 2) = (E[5] + E[4]) / ((0.7 * f) * (0.7 * f));
+    H(1, 2) = H(2, 1) = (E[3] + E[2] - E[0] - E[1] - E[4] - E[5]) / (((2 * (f * f)) * 0.3) * 0.7);
+    const LUPermutation permutation = LUDecompose(2, H);
+    Array1<double> column{1, 0};
+    LUBackSubstitute(2, H, permutation, column);
+    EXPECT_EQ(c.grid(g).covariances(1, 1), column(1)) << g;
+    EXPECT_EQ(c.grid(g).covariances(2, 1), column(2)) << g;
+    EXPECT_EQ(c.grid(g).determinant, permutation.sign / H(1, 1) / H(2, 2)) << g;
+  }
 }
 
 TEST(Covariance, GridsTakeTheFactorsOfTheirOptions) {
@@ -342,6 +369,16 @@ TEST(Covariance, OptimisticChoiceMeansNothingToAnalyticalDerivatives) {
     call.H(3, 3) = 6;
   };
   EXPECT_DOUBLE_EQ(Calculate(t, Analytical(), true).grid(1).standardErrors(1), std::sqrt(6.0 / 44));
+}
+
+TEST(Covariance, VarianceThatUnderflowsToZeroHasNoStandardError) {
+  FunctionRun t({0}, {1}, [](const Array1<double>&) { return 0.0; });
+  t.state.flags.ObjectiveConstant = 1e-20;
+  t.derivatives = [](ModelCall& call) { call.H(1, 1) = 1e307; };
+  const Covariances c = Calculate(t, Analytical());
+  EXPECT_EQ(c.grid(1).covariances(1, 1), 0);
+  EXPECT_EQ(c.grid(1).standardErrors(1), -1);
+  EXPECT_EQ(c.grid(1).CorrelationDeterminant(), -1);
 }
 
 TEST(Covariance, NoParameterTakingPartIsAFailure) {
