@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "base/runtime_failure.h"
 #include "base/text.h"
+#include "control/algorithm_file.h"
 #include "model/bootstrap_reports.h"
 #include "platform/files.h"
 #include "program/analysis.h"
@@ -132,6 +134,528 @@ TEST_F(BootstrapTest, FirstUniformNumbersAreTheKnownOnes) {
     RandomStream random(KeptSeed, static_cast<std::uint64_t>(stream.back() - '0'));
     for (const json& number : numbers) EXPECT_EQ(random.Uniform(), std::stod(number.get<std::string>()));
   }
+}
+
+// ---- The loop
+
+TEST_F(BootstrapTest, SameSeedRepeatsItToTheLastDigit) {
+  Ready("spanning_random");
+  host.random.SetSeed(7);
+  const BootstrapResults first = Run(3);
+  const std::string data = ReadWholeFile(folder / DataFiles()[2]);
+  host.random.SetSeed(7);
+  const BootstrapResults second = Run(3);
+  EXPECT_EQ(BootstrapParameterText(first), BootstrapParameterText(second));
+  EXPECT_EQ(BootstrapSurvivalText(first, program.model.data), BootstrapSurvivalText(second, program.model.data));
+  EXPECT_THAT(DataFiles(), SizeIs(3)) << "under the same names";
+  EXPECT_EQ(ReadWholeFile(folder / DataFiles()[2]), data);
+  const BootstrapResults third = Run(3);
+  EXPECT_NE(BootstrapParameterText(first), BootstrapParameterText(third)) << "streams go on";
+}
+
+TEST_F(BootstrapTest, EachAttemptTellsItsSteps) {
+  Ready("juveniles_only");
+  windows.statuses.clear();
+  Run(1);
+  std::vector<std::string> steps;
+  for (const std::string& text : Statuses("stbMain5"))
+    if (text.ends_with("data") || text.starts_with("Performing")) steps.push_back(text);
+  EXPECT_THAT(steps, ElementsAre("Performing parametric bootstrap 1 of 1", "Reading original data",
+                                 "Simulating new data", "Writing simulated data", "Reading simulated data",
+                                 "Estimating parameters for simulated data"));
+  EXPECT_THAT(Statuses("stbMain2"),
+              ElementsAre("Estimated time remaining (h:mm:ss) will be calculated after the 1st bootstrap estimate is "
+                          "complete",
+                          "Estimated time remaining (h:mm:ss) is 0:00:00", ""));
+}
+
+TEST_F(BootstrapTest, RunAcrossMidnightKeepsAPositiveEstimateOfTheTimeRemaining) {
+  Ready("juveniles_only");
+  host.clock.now = {2024, 6, 1, 23, 59, 50};
+  program.parametricBootstrap.minimiseSimplex = [this, attempt = 0]() mutable {
+    host.clock.now =
+        ++attempt == 1 ? DateTime{2024, 6, 1, 23, 59, 55} : DateTime{2024, 6, 2, 0, 0, 5.0 * (attempt - 2)};
+    return true;
+  };
+  Run(4);
+  EXPECT_THAT(Statuses("stbMain2"), IsSupersetOf({"Estimated time remaining (h:mm:ss) is 0:00:15",
+                                                  "Estimated time remaining (h:mm:ss) is 0:00:10",
+                                                  "Estimated time remaining (h:mm:ss) is 0:00:05"}));
+}
+
+TEST_F(BootstrapTest, PenaltyRejectsTheAttemptAndTheReplicateKeepsItsNumber) {
+  Ready("juveniles_only");
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
+    minimise();
+    if (++attempt == 2) state.algorithm.Value(13) = 1.5;  // a probability above 1
+    return attempt != 2;                                  // a penalty comes before a failed matrix
+  };
+  const BootstrapResults results = Run(2);
+  EXPECT_EQ(results.BootCount(), 2);
+  EXPECT_EQ(results.BootPenaltyRejects, 1);
+  EXPECT_EQ(results.BootMatrixRejects, 0);
+  EXPECT_GT(results.BootPenaltySum, 1e19);
+  EXPECT_THAT(DataFiles(), ElementsAre(StartsWith("BootstrappedData00001_"), StartsWith("BootstrappedData00002_"),
+                                       StartsWith("BootstrappedData00002_")));
+  EXPECT_THAT(Statuses("stbMain5"), Contains("Last bootstrap attempt rejected due to a penalty added to the Deviance"));
+}
+
+TEST_F(BootstrapTest, MatrixThatCannotBeInvertedRejectsTheAttemptAndIsForgottenAtTheNext) {
+  Ready("juveniles_only");
+  const auto minimise = program.parametricBootstrap.minimiseMarquardt;
+  program.parametricBootstrap.minimiseMarquardt = [minimise, attempt = 0]() mutable {
+    return minimise() && ++attempt > 2;
+  };
+  const BootstrapResults results = Run(1, Minimiser::Marquardt);
+  EXPECT_EQ(results.BootCount(), 1);
+  EXPECT_EQ(results.BootMatrixRejects, 2);
+  EXPECT_EQ(results.BootPenaltySum, 0);
+  EXPECT_THAT(Statuses("stbMain5"), Contains("Last bootstrap attempt rejected due to a matrix inversion failure"));
+}
+
+TEST_F(BootstrapTest, DeadParameterMakesMarquardtRejectEachAttemptUntilTheUserAborts) {
+  Ready("juveniles_only");
+  state.algorithm.Step(15) = 0.1;  // mortality of eggs that the data do not have
+  windows.File(folder / "dead.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  AnswerOptions("3", "40", false);
+  const auto minimise = program.parametricBootstrap.minimiseMarquardt;
+  program.parametricBootstrap.minimiseMarquardt = [this, minimise, attempt = 0]() mutable {
+    if (++attempt == 4) desk.Press(program.frmAbort.cmdAbort);
+    return minimise();
+  };
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 0 parametric bootstraps:"));
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("due to a maxtrix inversion failure was 4\r\n"));
+}
+
+TEST_F(BootstrapTest, AbortAfterTwoKeptReplicatesLeavesTwoForTheReports) {
+  Ready("juveniles_only");
+  Summary();
+  AnswerOptions("5", "40", true);
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
+    if (++attempt == 2) desk.Press(program.frmAbort.cmdAbort);
+    EXPECT_LE(attempt, 2) << "the present replicate finishes, no other begins";
+    return minimise();
+  };
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bpv");
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bse");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(Statuses("stbMain2"), Contains("Bootstrap procedure will stop when this bootstrap has completed!"));
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 2 parametric bootstraps:"));
+  EXPECT_THAT(Lines(ReadWholeFile(folder / "kept.bpv")), SizeIs(3));
+  EXPECT_FALSE(state.flags.AbortRun || state.flags.BootstrapMode);
+}
+
+TEST_F(BootstrapTest, UnsavedValuesAreNotUsed) {
+  Ready("juveniles_only");
+  const std::string saved = BootstrapParameterText(Run(2));
+  state.algorithm.Value(17) = 0.2;
+  state.algorithm.Step(18) = 0;
+  host.random.SetSeed(KeptSeed);
+  EXPECT_EQ(BootstrapParameterText(Run(2)), saved);
+  EXPECT_EQ(state.algorithm.Value(17), 0.2);
+  EXPECT_EQ(state.algorithm.Step(18), 0);
+}
+
+TEST_F(BootstrapTest, PriorsDoNotEnterTheDeviances) {
+  Ready("juveniles_only");
+  const BootstrapResults plain = Run(1);
+  state.flags.ObjectiveConstant = 2;
+  program.priors.Reset(state.algorithm.NPAR);
+  program.priors.PriorCode(17) = "N";
+  program.priors.PriorFirstMean(17) = 0.05;
+  program.priors.PriorFirstSD(17) = 0.01;
+  state.flags.BayesOn = true;
+  host.random.SetSeed(KeptSeed);
+  const BootstrapResults informed = Run(1);
+  EXPECT_EQ(informed.originalDeviance, plain.originalDeviance);
+  EXPECT_NE(informed.BootEstimates[0](1), plain.BootEstimates[0](1));
+  EXPECT_NEAR(informed.BootDeviance[0], plain.BootDeviance[0], 1);
+}
+
+TEST_F(BootstrapTest, ToleranceTooSmallBecomesAnAbsoluteOneOfAMillionth) {
+  Ready("juveniles_only");
+  for (const double tolerance : {1e-9, -1e-7, 0.0}) {
+    state.algorithm.Tolerance = tolerance;
+    windows.File(folder / "small.alg");
+    desk.Press(menu.cmdSaveAlg);
+    EXPECT_EQ(Run(1).Tolerance, 1e-6);
+    EXPECT_EQ(state.algorithm.Tolerance, tolerance);
+  }
+}
+
+TEST_F(BootstrapTest, AgeThatTheUserEntersIsTheTargetOfFledgingAndTheFittedOneLimitsADay) {
+  Ready("juveniles_only");
+  const BootstrapResults results = Run(1, Minimiser::Simplex, 20);
+  const BroodData& data = program.model.data;
+  for (std::size_t v = 0; v < data.VisitAge.size(); ++v) {
+    EXPECT_EQ(results.survival[3][v].Count() == 1, data.VisitAge[v] < 20) << data.VisitAge[v];
+    EXPECT_EQ(results.survival[0][v].Count() == 1, data.VisitAge[v] < 40) << data.VisitAge[v];
+  }
+  EXPECT_THAT(Lines(BootstrapSurvivalText(results, data))[0], HasSubstr("Mean p[Fledge(a;020)]_R"));
+}
+
+TEST_F(BootstrapTest, CovariatesAreSimulatedWithAndTheirNamesComeBack) {
+  for (const std::string format : {"O", "A"}) {
+    const bool original = format == "O";
+    const std::string name = original ? "covariates_original" : "covariates_anomaly";
+    if (!original) windows.No("Initialize");
+    Initialize({.path = Golden(name + ".dat"),
+                .endYear = original ? "1996" : "1997",
+                .covariates = original ? "3" : "2",
+                .format = format});
+    LoadAlg(Golden(name + ".alg"));
+    const Array1<std::string> names = program.model.data.CovariateName;
+    const std::vector<double> covariates = program.model.data.Covariate;
+    // The likelihood of these data needs many calls; what is tested is the way of the covariates.
+    program.parametricBootstrap.minimiseSimplex = [this, covariates] {
+      const std::vector<double>& simulated = program.model.data.Covariate;
+      EXPECT_EQ(simulated.size(), covariates.size());
+      for (std::size_t i = 0; i < covariates.size(); ++i)
+        EXPECT_NEAR(simulated[i], covariates[i], 1e-5 * std::max(1.0, std::fabs(covariates[i])));
+      return true;
+    };
+    const BootstrapResults results = Run(1);
+    EXPECT_EQ(results.BootCount(), 1);
+    EXPECT_GT(results.BootDeviance[0], 0);
+    EXPECT_EQ(program.model.data.CovariateName, names);
+    EXPECT_EQ(program.model.data.Covariate, covariates);
+  }
+}
+
+// ---- What comes back
+
+/// Everything a bootstrap replaces on its way.
+struct RunAsItStands {
+  std::string algorithm;
+  std::vector<std::string> names;
+  std::vector<std::int16_t> counts;
+  std::vector<double> expected, deviances, fledging;
+  Array1<double> best;
+  bool flags;
+  explicit RunAsItStands(const Program& p)
+      : algorithm(AlgorithmText(p.state.algorithm, AlgorithmForm::Ranking) + p.state.algorithm.AlgName),
+        names(p.state.algorithm.ParName.begin(), p.state.algorithm.ParName.end()),
+        counts(p.model.data.VisitCount),
+        expected(p.model.likelihood.best.survival.EVisit),
+        deviances(p.model.likelihood.best.VisitDeviance),
+        fledging(p.model.estimates.FledgeFrom),
+        best(p.model.likelihood.best.Value),
+        flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode &&
+              !p.state.flags.SimplexBuilt) {}
+  bool operator==(const RunAsItStands&) const = default;
+};
+
+struct RestoreTest : BootstrapTest {
+  void SetUp() override {
+    Ready("juveniles_only");
+    OneFunction();
+    state.algorithm.Value(17) = 0.05;
+    state.algorithm.ParName(17) = "changed by the first call";
+    Summary();
+    ASSERT_FALSE(state.flags.SimplexBuilt);
+  }
+  /// Presses for a bootstrap of three replicates that will end after `kept` of them with this reason.
+  void EndsWith(int kept, const std::string& reason) {
+    const RunAsItStands before(program);
+    AnswerOptions("3", "40", true);
+    if (kept > 0) DeclineReports();
+    desk.Press(program.frmSummary.cmdBootstrap);
+    EXPECT_TRUE(RunAsItStands(program) == before);
+    ExpectWindowsBack();
+    const auto message = std::find_if(windows.messages.begin(), windows.messages.end(),
+                                      [](const Message& m) { return m.title == "Parametric bootstrap"; });
+    ASSERT_NE(message, windows.messages.end());
+    EXPECT_THAT(message->text, StartsWith("The bootstrap cannot go on and ends with " + std::to_string(kept) +
+                                          " of 3 replicates:\r\n"));
+    EXPECT_THAT(message->text, HasSubstr(reason));
+    EXPECT_THAT(program.frmSummary.rtbOut.text,
+                HasSubstr("Results from execution of " + std::to_string(kept) + " parametric bootstraps:"));
+  }
+  void ExpectWindowsBack() {
+    EXPECT_TRUE(desk.Usable(program.frmSummary.cmdBootstrap));
+    EXPECT_FALSE(program.frmAbort.Loaded() || program.frmSimplex.Loaded() || program.frmMarquardt.Loaded());
+    EXPECT_FALSE(menu.Visible());
+    EXPECT_TRUE(ApplicationMenuUsable());
+    EXPECT_EQ(program.frmMain.stbMain5.Get(1), "");
+    EXPECT_EQ(program.frmMain.stbMain2.Get(1), "");
+  }
+};
+
+TEST_F(RestoreTest, DataParametersResultsAndWindowsAreAsTheyWereBehindABootstrap) {
+  const RunAsItStands before(program);
+  for (const bool simplex : {true, false}) {
+    AnswerOptions("2", "40", simplex);
+    DeclineReports();
+    windows.events.clear();
+    desk.Press(program.frmSummary.cmdBootstrap);
+    EXPECT_TRUE(RunAsItStands(program) == before);
+    ExpectWindowsBack();
+    EXPECT_THAT(windows.events,
+                IsSupersetOf({"shown frmAbort", "hidden frmSummary", "unloaded frmAbort", "shown frmSummary"}));
+  }
+}
+
+TEST_F(RestoreTest, UnwritableFolderEndsItWithAMessage) {
+  desk.host.bootstrapFolder = folder / "missing";
+  EndsWith(0, "missing/BootstrappedData00001_");
+}
+
+TEST_F(RestoreTest, FolderThatIsLostOnTheWayEndsItWithWhatItHas) {
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
+    if (++attempt == 2) desk.host.bootstrapFolder = "/dev/full";  // like a disk that has filled up
+    return minimise();
+  };
+  EndsWith(2, "/dev/full/BootstrappedData00003_");
+}
+
+TEST_F(RestoreTest, MinimiserThatFailsEndsItWithWhatItHas) {
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
+    if (++attempt == 2) state.algorithm.Value(17) = state.free.FreeValue(1) = 1e300;
+    if (attempt == 2) throw RuntimeFailure("overflow in the minimiser");
+    return minimise();
+  };
+  EndsWith(1, "overflow in the minimiser");
+}
+
+TEST_F(RestoreTest, RealDataThatAreLostEndIt) {
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
+    program.model.data.TextFileName = folder / "vanished.dat";  // the real data are read again at the next attempt
+    return minimise();
+  };
+  EndsWith(1, "the data could not be read");
+  EXPECT_THAT(windows.Titles(), Contains("Problem finding data file or reading data"));
+}
+
+TEST_F(RestoreTest, ClosingTheProgramOnTheWayEndsIt) {
+  AnswerOptions("3", "40", true);
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
+    desk.Close(program.frmMain);
+    return minimise();
+  };
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
+// ---- Algorithm files
+
+struct AlgorithmFileOfABootstrap : BootstrapTest {
+  void ExpectNoAlgorithmFile() {
+    const std::string text = program.frmSummary.rtbOut.text;
+    AnswerOptions("3", "40", true);
+    desk.Press(program.frmSummary.cmdBootstrap);
+    EXPECT_EQ(windows.messages.back().title, "No Algorithm File");
+    EXPECT_EQ(windows.messages.back().text, "Please try again and choose an existing algorithm file name.");
+    EXPECT_EQ(program.frmSummary.rtbOut.text, text);
+    EXPECT_TRUE(desk.Usable(program.frmSummary.cmdBootstrap));
+    EXPECT_FALSE(program.frmAbort.Loaded());
+  }
+};
+
+TEST_F(AlgorithmFileOfABootstrap, ThatWasNeverSavedStopsIt) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  Summary();
+  ExpectNoAlgorithmFile();
+}
+
+TEST_F(AlgorithmFileOfABootstrap, ThatIsBrokenStopsItAndTheRunKeepsItsParameters) {
+  Ready("juveniles_only");
+  Summary();
+  WriteWholeFile(folder / "broken.alg", "            34\r\n 0.1\r\n");
+  state.algorithm.AlgName = folder / "broken.alg";
+  const Array1<double> value = state.algorithm.Value;
+  ExpectNoAlgorithmFile();
+  EXPECT_EQ(state.algorithm.Value, value);
+}
+
+TEST_F(AlgorithmFileOfABootstrap, ThatVanishesOnTheWayEndsItWithWhatItHas) {
+  Ready("juveniles_only");
+  windows.File(folder / "own.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  const auto minimise = program.parametricBootstrap.minimiseSimplex;
+  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
+    std::filesystem::remove(folder / "own.alg");
+    return minimise();
+  };
+  AnswerOptions("3", "40", true);
+  DeclineReports();
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(windows.Titles(), Contains("No Algorithm File"));
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 1 parametric bootstraps:"));
+}
+
+TEST_F(AlgorithmFileOfABootstrap, WithoutAFreeParameterEndsItAtOnce) {
+  Initialize({.path = Golden("juveniles_only.dat")});
+  LoadDefaults();
+  windows.File(folder / "fixed.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  AnswerOptions("3", "40", true);
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(windows.LastText(), HasSubstr("All step sizes are zero"));
+  EXPECT_THAT(DataFiles(), ElementsAre("fixed.alg"));
+}
+
+// ---- Questions and reports
+
+struct BootstrapQuestions : BootstrapTest {
+  void SetUp() override {
+    Ready("juveniles_only");
+    Summary();
+    // Nothing here is about the replicates themselves.
+    program.parametricBootstrap.minimiseSimplex = [] { return true; };
+    windows.messages.clear();
+    windows.inputs.clear();
+    windows.files.clear();
+  }
+  void Press() { ASSERT_TRUE(desk.Press(program.frmSummary.cmdBootstrap)); }
+};
+
+TEST_F(BootstrapQuestions, AskForTheNumberTheAgeAndTheMinimiser) {
+  AnswerOptions("1", "40", true);
+  DeclineReports();
+  Press();
+  EXPECT_EQ(windows.inputs[0].defaultText, "100");
+  EXPECT_EQ(windows.inputs[1].defaultText, "40") << "the fitted age at fledging";
+  EXPECT_EQ(windows.messages[0].text, "Choose 'Yes' to minimize with Simplex, 'No' for Marquardt");
+  EXPECT_EQ(windows.messages[0].style, style::YesNoQuestion);
+}
+
+TEST_F(BootstrapQuestions, CancelledBoxBeginsNothing) {
+  const std::string text = program.frmSummary.rtbOut.text;
+  windows.CancelInput();
+  Press();
+  windows.Enter("5");
+  windows.CancelInput();
+  Press();
+  EXPECT_EQ(program.frmSummary.rtbOut.text, text);
+  EXPECT_THAT(DataFiles(), IsEmpty());
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+TEST_F(BootstrapQuestions, NumbersTooSmallAreAskedForAgain) {
+  windows.Enter("0");
+  windows.Enter("-3");
+  windows.Enter("1");
+  windows.Enter("-1");
+  windows.Enter("0");
+  windows.Yes("Choose minimization algorithm");
+  DeclineReports();
+  Press();
+  EXPECT_THAT(windows.inputs, SizeIs(5));
+}
+
+TEST_F(BootstrapQuestions, NumberTooLargeToCountFailsAndCanBeTriedAgain) {
+  windows.Enter("40000");
+  windows.ExpectFailure("frmSummary.cmdBootstrap");
+  Press();
+  EXPECT_TRUE(desk.Usable(program.frmSummary.cmdBootstrap));
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+TEST_F(BootstrapQuestions, ReportsAreSavedUnderTheNameOfTheAlgorithmFile) {
+  AnswerOptions("1", "40", true);
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept", "Save bootstrapped parameter values (*.bpv) in...");
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.txt", "Save bootstrapped survival estimates (*.bse) in...");
+  Press();
+  EXPECT_EQ(windows.messages[1].text, "Save the bootstrapped parameter values in a text file?");
+  EXPECT_EQ(windows.messages[2].text, "Save the bootstrapped survival estimates and statistics in a text file?");
+  EXPECT_EQ(windows.files[0].filter,
+            "All files (*.*)|*.*|Bootstrapped parameter value files (*.bpv)|*.bpv|Named for algorithm file "
+            "(juveniles_only.*)|juveniles_only.*|");
+  EXPECT_EQ(windows.files[1].filter,
+            "All files (*.*)|*.*|Bootstrapped parameter value files (*.bse)|*.bse|Named for algorithm file "
+            "(juveniles_only.*)|juveniles_only.*|");
+  EXPECT_EQ(windows.files[0].startName, "juveniles_only.bpv");
+  EXPECT_THAT(ReadWholeFile(folder / "kept.bpv"), StartsWith("Parameter # etc. >,"));
+  EXPECT_THAT(ReadWholeFile(folder / "kept.txt"), StartsWith("    Year,    Code,"));
+}
+
+TEST_F(BootstrapQuestions, NoLeadsToTheQuestionWhetherTheEstimatesAreSaved) {
+  AnswerOptions("1", "40", true);
+  windows.No("Confirmation request");
+  windows.No("Confirmation request");  // not certain: asked again
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bpv");
+  windows.No("Confirmation request");
+  windows.Yes("Confirmation request");  // certain
+  Press();
+  EXPECT_EQ(windows.messages[2].text,
+            "Are you certain you have successfully saved your hard-won bootstrapped estimates?");
+  EXPECT_TRUE(std::filesystem::exists(folder / "kept.bpv"));
+  EXPECT_THAT(windows.files, SizeIs(1));
+}
+
+TEST_F(BootstrapQuestions, CancelledSaveDialogueLeavesTheFileUnwrittenAndAsksWhetherThatIsMeant) {
+  AnswerOptions("1", "40", true);
+  windows.Yes("Confirmation request");
+  windows.CancelFile();
+  windows.Yes("Confirmation request");
+  windows.No("Confirmation request");
+  windows.Yes("Confirmation request");
+  windows.writes.clear();
+  Press();
+  EXPECT_THAT(windows.writes, ElementsAre(HasSubstr("BootstrappedData00001_")));
+}
+
+TEST_F(BootstrapQuestions, ReportThatCannotBeWrittenIsOfferedAgain) {
+  AnswerOptions("1", "40", true);
+  windows.Yes("Confirmation request");
+  windows.File(folder / "missing/kept.bpv");
+  windows.No("Confirmation request");
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bpv");
+  windows.No("Confirmation request");
+  windows.Yes("Confirmation request");
+  Press();
+  EXPECT_THAT(windows.messages[2].text, HasSubstr("missing/kept.bpv"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "kept.bpv"));
+}
+
+TEST_F(BootstrapQuestions, LinesAreAddedBelowTheSummaryAsItStands) {
+  desk.SetText(program.frmSummary.rtbOut, "edited\r\n");
+  AnswerOptions("1", "40", true);
+  DeclineReports();
+  Press();
+  EXPECT_THAT(program.frmSummary.rtbOut.text,
+              StartsWith("edited\r\n\r\nResults from execution of 1 parametric bootstraps:\r\n"));
+}
+
+TEST_F(BootstrapQuestions, DataFilesStandBesideTheDataUnlessTheHostHasAnotherPlace) {
+  std::filesystem::copy(Golden("juveniles_only.dat"), folder / "own.dat");
+  desk.Close(program.frmSummary);
+  windows.No("Initialize");
+  Initialize({.path = folder / "own.dat"});
+  LoadAlg(Golden("juveniles_only.alg"));
+  const std::string place = desk.host.bootstrapFolder;
+  desk.host.bootstrapFolder.clear();
+  Run(1);
+  desk.host.bootstrapFolder = place;
+  EXPECT_THAT(DataFiles(), ElementsAre(StartsWith("BootstrappedData00001_"), "own.dat"));
+}
+
+TEST_F(BootstrapQuestions, NothingFollowsUponTheSummaryOfDataThatAreGone) {
+  desk.Press(program.frmMain.mnuMenu);
+  windows.No("Initialize");
+  Initialize({.path = Golden("eggs_only.dat")});
+  EXPECT_FALSE(desk.Usable(program.frmSummary.cmdBootstrap) || desk.Usable(program.frmSummary.cmdPlots));
+  EXPECT_TRUE(desk.Usable(program.frmSummary.cmdSaveSummary));
 }
 
 }  // namespace
