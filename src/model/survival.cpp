@@ -26,22 +26,39 @@ struct Effective {
   double value = 0, Penalty = 0;
 };
 
-/// Base * exp(X), where X sums the effects of the attributes E[brood size@hatch] E and hatch date H and of the
+/// What a brood's properties make of a rate or shape: the attributes E[brood size@hatch] E and hatch date H, and the
 /// covariates.
-Effective EffectiveValue(double base, const Array1<double>& Z, const Matrix1<double>& Zx, double E, double H,
-                         const double* Covariate, int NCov, bool mainTerms) {
-  double X = mainTerms ? E * Z(1) + H * Z(2) : 0.0;
-  for (int m = 1; m <= NCov; ++m) X = X + Covariate[m - 1] * Z(m + 2);
-  X = X + Zx(1, 2) * E * H;
-  for (int m = 1; m <= NCov; ++m) X = X + (Zx(1, m + 2) * E * Covariate[m - 1] + Zx(2, m + 2) * H * Covariate[m - 1]);
+class BroodEffects {
+ public:
+  BroodEffects(const BroodData& data, int brood, double E, bool mainTerms)
+      : E_(E),
+        H_(data.HatchDate[static_cast<std::size_t>(brood)]),
+        covariates_(data.CovariatesOf(brood)),
+        NCov_(data.NCov),
+        mainTerms_(mainTerms) {}
 
-  Effective effective{Checked(base * std::exp(std::min(Checked(X), 10.0))), 0};
-  if (effective.value > 10) {
-    const double excess = effective.value - 10;
-    effective = {10, Checked(excess * excess * 1e20)};
+  /// base * exp(X), where X sums the effects.
+  Effective On(double base, const Array1<double>& Z, const Matrix1<double>& Zx) const {
+    const auto Covariate = [this](int m) { return covariates_[m - 1]; };
+    double X = mainTerms_ ? E_ * Z(1) + H_ * Z(2) : 0.0;
+    for (int m = 1; m <= NCov_; ++m) X = X + Covariate(m) * Z(m + 2);
+    X = X + Zx(1, 2) * E_ * H_;
+    for (int m = 1; m <= NCov_; ++m) X = X + (Zx(1, m + 2) * E_ * Covariate(m) + Zx(2, m + 2) * H_ * Covariate(m));
+
+    Effective effective{Checked(base * std::exp(std::min(Checked(X), 10.0))), 0};
+    if (effective.value > 10) {
+      const double excess = effective.value - 10;
+      effective = {10, Checked(excess * excess * 1e20)};
+    }
+    return effective;
   }
-  return effective;
-}
+
+ private:
+  const double E_, H_;
+  const double* const covariates_;
+  const int NCov_;
+  const bool mainTerms_;
+};
 
 }  // namespace
 
@@ -122,15 +139,11 @@ void BroodMortality::AddTo(double& Penalty) const {
 }
 
 BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, int brood, double E) {
-  const double H = data.HatchDate[static_cast<std::size_t>(brood)];
-  const double* covariates = data.CovariatesOf(brood);
-  const auto effective = [&](double base, const Array1<double>& Z, const Matrix1<double>& Zx) {
-    return EffectiveValue(base, Z, Zx, E, H, covariates, data.NCov, true);
-  };
-  const Effective AlphaR = effective(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective BetaR = effective(p.Beta_BR, p.GammaBR, p.GammaBRx);
-  const Effective AlphaC = effective(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
-  const Effective BetaC = effective(p.Beta_BC, p.GammaBC, p.GammaBCx);
+  const BroodEffects effects(data, brood, E, true);
+  const Effective AlphaR = effects.On(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective BetaR = effects.On(p.Beta_BR, p.GammaBR, p.GammaBRx);
+  const Effective AlphaC = effects.On(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective BetaC = effects.On(p.Beta_BC, p.GammaBC, p.GammaBCx);
   return {{AlphaR.value, BetaR.value, AlphaC.value, BetaC.value, p.c_B, p.f_B},
           AlphaR.Penalty,
           BetaR.Penalty,
@@ -139,13 +152,9 @@ BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, i
 }
 
 BroodMortality BroodMortalityByDate(const Parameters& p, const BroodData& data, int brood, double E) {
-  const double H = data.HatchDate[static_cast<std::size_t>(brood)];
-  const double* covariates = data.CovariatesOf(brood);
-  const auto effective = [&](double base, const Array1<double>& Z, const Matrix1<double>& Zx) {
-    return EffectiveValue(base, Z, Zx, E, H, covariates, data.NCov, false);
-  };
-  const Effective AlphaR = effective(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective AlphaC = effective(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const BroodEffects effects(data, brood, E, false);
+  const Effective AlphaR = effects.On(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective AlphaC = effects.On(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
   return {{AlphaR.value, 1, AlphaC.value, 1, p.c_B, p.f_B}, AlphaR.Penalty, 0, AlphaC.Penalty, 0};
 }
 

@@ -170,22 +170,16 @@ void SurvivalPass::FillFromClutch(const PreparedVisits::BroodStep& step, const S
                                   double& Penalty) {
   const auto v = static_cast<std::size_t>(step.visit);
   const auto b = static_cast<std::size_t>(step.brood);
-  if (tables.EHatchR[b] != Missing) {
-    const Survivors& out = SurvivorsOf(step.interval, stage, tables.EHatchR[b]);
+  const auto carryOn = [&](double EHatch, int interval, double& JuvR, double& JuvC) {
+    if (EHatch == Missing) return;
+    const Survivors& out = SurvivorsOf(interval, stage, EHatch);
     if (out.Penalty != 0) Penalty = Penalty + out.Penalty;
     tables.PCorrJuv[v] = out.PCorr;
-    tables.JuvRR[b] = out.OutR;
-    tables.JuvRC[b] = out.OutC;
-    tables.EVisitR[v] = out.OutAll;
-  }
-  if (tables.EHatchC[b] != Missing) {
-    const Survivors& out = SurvivorsOf(step.intervalCorrelated, stage, tables.EHatchC[b]);
-    if (out.Penalty != 0) Penalty = Penalty + out.Penalty;
-    tables.PCorrJuv[v] = out.PCorr;
-    tables.JuvCR[b] = out.OutR;
-    tables.JuvCC[b] = out.OutC;
-    tables.EVisitC[v] = out.OutAll;
-  }
+    JuvR = out.OutR;
+    JuvC = out.OutC;
+  };
+  carryOn(tables.EHatchR[b], step.interval, tables.JuvRR[b], tables.JuvRC[b]);
+  carryOn(tables.EHatchC[b], step.intervalCorrelated, tables.JuvCR[b], tables.JuvCC[b]);
   const double q = tables.PCorrHatch[b];
   const double r = tables.PCorrJuv[v];
   tables.EVisitR[v] = (1 - q) * tables.JuvRR[b] + q * tables.JuvCR[b];

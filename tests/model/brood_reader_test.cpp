@@ -194,6 +194,14 @@ TEST(BroodReader, AQuestionMarkBehindAnythingElseIsABroodWithoutAMessage) {
   EXPECT_THAT(r.messages, IsEmpty());
 }
 
+TEST(BroodReader, AQuestionMarkInAnyOtherColumnIsNoUnknownAge) {
+  Reading r;
+  r.Of(Header + "\n" + Record("1995", "A", "180", "170", "? ", "5") + Record("1995", "B", "180", "170", "-3?  ", "5"));
+  EXPECT_THAT(r.data.VisitAge, ElementsAre(0, -3));
+  EXPECT_THAT(r.data.VisitStage, ElementsAre(1, -1));
+  EXPECT_TRUE(r.data.AllClutchAgesKnown && r.data.AllBroodAgesKnown);
+}
+
 TEST(BroodReader, UnknownAgesAreNotToldInABootstrap) {
   Reading r;
   r.Of(Header + "\n" + Record("1995", "A", "180", "170", "-?", "5") + Record("1995", "B", "180", "170", "?", "5"),

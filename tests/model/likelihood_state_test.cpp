@@ -39,5 +39,28 @@ TEST(LikelihoodState, WithoutVisitsTheLimitsAreThoseOfNothing) {
   EXPECT_EQ(state.MaxDeviance, -1e100);
 }
 
+TEST(LikelihoodState, APresetLeavesNothingButTheDeviances) {
+  BroodData data;
+  data.FirstYear = data.LastYear = 1995;
+  AllocateTables(data, {{2}});
+  LikelihoodState state;
+  state.Dimension(data);
+  state.VisitDeviance = state.best.VisitDeviance = {1, 2};
+  state.VarR = {3, 4};
+  state.Preset();
+  const std::vector<double> perBrood = {Missing}, perVisit = {Missing, Missing};
+  for (const SurvivalTables* t : {&state.survival, &state.best.survival}) {
+    for (const auto* column :
+         {&t->EHatchR, &t->EHatchC, &t->EHatch, &t->PCorrHatch, &t->JuvRR, &t->JuvCR, &t->JuvRC, &t->JuvCC})
+      EXPECT_EQ(*column, perBrood);
+    for (const auto* column : {&t->EVisitR, &t->EVisitC, &t->EVisit, &t->PCorrEgg, &t->PCorrJuv})
+      EXPECT_EQ(*column, perVisit);
+  }
+  for (const auto* column : {&state.best.VarR, &state.best.VarC, &state.best.VarAll}) EXPECT_EQ(*column, perVisit);
+  EXPECT_EQ(state.VisitDeviance, (std::vector<double>{1, 2}));
+  EXPECT_EQ(state.best.VisitDeviance, (std::vector<double>{1, 2}));
+  EXPECT_EQ(state.VarR, (std::vector<double>{3, 4})) << "each evaluation clears them itself";
+}
+
 }  // namespace
 }  // namespace merlane

@@ -475,7 +475,7 @@ TEST(Likelihood, ANegativeProbabilityIsPenalised) {
 
 TEST(Likelihood, ANegativeProbabilityOverHatchIsPenalisedToo) {
   Analysis a;
-  a.Visit("A", -23, 6).Visit("A", 5, 3).Read();
+  a.Visit("A", -23, 6).Visit("A", 5, 0).Read();
   LetTheCorrelatedProbabilityBeNegative(a);
   a.Evaluate();
   const SurvivalTables& t = a.state.survival;
@@ -483,7 +483,7 @@ TEST(Likelihood, ANegativeProbabilityOverHatchIsPenalisedToo) {
   ASSERT_LT(q, 0);
   std::vector<double> Pmf(7);
   Calc_Probs_and_Theta(1, 6, 0, 0, t.EHatchC[0], t.JuvCR[0], Pmf);
-  const double P = q * Pmf[3];
+  const double P = q * Pmf[0];
   EXPECT_EQ(a.state.VisitDeviance[1], 0);
   EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20 + P * P * 1e20);
 }

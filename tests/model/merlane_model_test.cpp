@@ -271,6 +271,21 @@ TEST(MerlaneModel, WithFormatAMissingCovariatesStayMissing) {
   EXPECT_THAT(run.model.data.Covariate, ElementsAre(-1, -999, 1));
 }
 
+TEST(MerlaneModel, WithFormatACovariatesAreStandardisedAfterEachReadOfABootstrapToo) {
+  ModelRun run;
+  run.choices.NCov = 1;
+  run.choices.CovariateFormat = "A";
+  const std::string text = Header + ",       Depth\n" + Record(1995, "A", 160, 170, -10, 5, {"1"}) +
+                           Record(1995, "B", 160, 170, -10, 5, {"3"});
+  run.ReadText(text);
+  run.model.data.SimulatedFileName = run.choices.DataFileName;
+  run.state.flags.BootstrapMode = true;
+  run.state.flags.ReadOriginalFile = false;
+  run.state.flags.ReadSimulatedFile = true;
+  run.ReadData();
+  EXPECT_THAT(run.model.data.Covariate, ElementsAre(-1, 1));
+}
+
 TEST(MerlaneModel, AConstantCovariateFailsBehindTheMessageThatTheDataWereRead) {
   ModelRun run;
   run.choices.NCov = 1;

@@ -215,6 +215,14 @@ TEST(BroodMortality, ASumOf12ActsAs10AndTheRateEndsAtItsLimitWithAPenalty) {
   EXPECT_EQ(Penalty, 3 + excess * excess * 1e20);
 }
 
+TEST(BroodMortality, ItsPenaltiesAreAddedInTheirOrder) {
+  const BroodMortality effective{{}, 1, 1e16, 2, 4};
+  double Penalty = 1;
+  effective.AddTo(Penalty);
+  EXPECT_EQ(Penalty, 1.0 + 1.0 + 1e16 + 2 + 4);
+  EXPECT_NE(Penalty, 1.0 + 1e16 + 1.0 + 2 + 4) << "a case in which the order matters";
+}
+
 TEST(BroodMortality, AMissingSizeAtHatchEntersAsItStands) {
   OneBrood b(150, {});
   b.p.ZetaBR(1) = 0.001;
