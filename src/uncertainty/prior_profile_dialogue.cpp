@@ -22,6 +22,19 @@ constexpr const char* Notice =
     "Choose plot 6 to get a left to right descending cumulative plot. \r\n"
     "Choose plot 7 to get a mode-centered Gaussian distribution plot. ";
 
+/// The status line of the editor, which comes back behind the points.
+class StatusKept {
+ public:
+  explicit StatusKept(FrmMain& main) : main_(main), text_(main.stbMain5.Get(1)) {}
+  ~StatusKept() { main_.ShowProgress(text_); }
+  StatusKept(const StatusKept&) = delete;
+  StatusKept& operator=(const StatusKept&) = delete;
+
+ private:
+  FrmMain& main_;
+  std::string text_;
+};
+
 }  // namespace
 
 void PriorProfileDialogue::ProfilePrior() {
@@ -40,16 +53,19 @@ void PriorProfileDialogue::ProfilePrior() {
   if (!asked) return;
   parameter_ = *parameter;
   points_ = *asked;
-  const std::string shown = main_.stbMain5.Get(1);
   const FlagOn on(state_.profile.PriorPlotOn);
-  const EvaluatedPoints points = merlane::ProfilePrior(state_.algorithm.Value, parameter_, points_,
-                                                       state_.flags.ObjectiveConstant, priors_, *this);
-  main_.ShowProgress(shown);
+  const EvaluatedPoints points = Evaluate();
   if (!points.HasMinimum()) return;
   const ConfidenceSeries series = MakeConfidenceSeries(points);
   distPlot_.ShowDistPlot(ForPlots(DistributionSeries::Source::Prior, parameter_, series));
   table_.Open(PriorProfileTable(series));
   desk_.ToFront(distPlot_);
+}
+
+EvaluatedPoints PriorProfileDialogue::Evaluate() {
+  const StatusKept status(main_);
+  return merlane::ProfilePrior(state_.algorithm.Value, parameter_, points_, state_.flags.ObjectiveConstant, priors_,
+                               *this);
 }
 
 void PriorProfileDialogue::OnPoint(int point, double value) {

@@ -20,6 +20,7 @@ class PriorProfileDialogue : private PriorProfileWatch {
   void ProfilePrior();
 
  private:
+  EvaluatedPoints Evaluate();
   void OnPoint(int point, double value) override;
 
   Desk& desk_;
