@@ -108,7 +108,11 @@ void Hand::Type(const std::string& form, const std::string& control, const std::
   entry->setFocus();
   QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(entry, Qt::Key_Delete);
-  QTest::keyClicks(entry, QString::fromStdString(text));
+  const QStringList lines = QString::fromStdString(text).split('\n');
+  for (int i = 0; i < lines.size(); ++i) {
+    if (i > 0) QTest::keyClick(entry, Qt::Key_Return);
+    QTest::keyClicks(entry, lines[i]);
+  }
   QTest::keyClick(entry, Qt::Key_Tab);
   if (entry->hasFocus()) entry->clearFocus();  // there is nowhere else to go
   Settle();
