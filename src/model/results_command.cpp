@@ -62,12 +62,10 @@ std::string ResultsCommand::JudgeFit(int randomisations) {
   abort_.Open("Abort randomizations?");
   const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_);
   desk_.Unload(abort_);
-  state_.flags.AbortRun = false;  // the randomisations alone were aborted
   return fit ? GoodnessOfFitText(*fit) : "";
 }
 
 void ResultsCommand::EstimateSurvival() {
-  model_.estimates.Preset(model_.data);
   const std::int16_t FledgeAge = model_.likelihood.parameters.FledgeAge;
   if (FledgeAge <= 0) return;
   main_.ShowProgress("Please be patient while survival probabilities are calculated, it can take a while...");
@@ -91,6 +89,7 @@ std::optional<Listing> ResultsCommand::AskForListing() {
 
 std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes) {
   main_.ShowProgress("One moment please...");
+  state_.flags.AbortRun = false;  // whoever aborted the randomisations may want the listing
   const std::string head = ListingHead(model_.data, listing);
   if (listing == Listing::SimulatedAndSurvival) {
     abort_.Open("Abort randomizations?");
