@@ -28,6 +28,10 @@ std::vector<std::string> Lines(std::string_view text);
 /// lines.
 std::string WithCrLf(std::string_view text);
 
+/// A text of unknown make as UTF-8: texts of the program, paths and what people type are UTF-8 and come back as they
+/// are; one that is not, because a data file put single bytes into it, is taken as Latin-1.
+std::string Utf8(std::string_view text);
+
 /// The part of a path behind the last slash or backslash; the whole when there is none.
 std::string_view FileName(std::string_view path);
 

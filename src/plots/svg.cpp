@@ -1,6 +1,7 @@
 #include "plots/svg.h"
 
 #include "base/number_text.h"
+#include "base/text.h"
 #include "forms/palette.h"
 
 namespace merlane {
@@ -11,14 +12,14 @@ constexpr double TextHeight = 195;  // the canvas's font of 8 points, in units
 
 std::string ColourOf(int index) { return fmt::format("#{:06x}", PaletteRgb(index)); }
 
-/// Bytes are characters of Latin-1, as everywhere in the program's texts; control characters have no place in XML.
+/// Control characters have no place in XML.
 std::string Escaped(const std::string& text) {
   std::string escaped;
-  for (const char c : text) {
+  for (const char c : Utf8(text)) {
     const auto code = static_cast<unsigned char>(c);
-    if (code < 0x20)
+    if (code < 0x20 || code == 0x7F)
       escaped += ' ';
-    else if (code >= 0x7F || c == '&' || c == '<' || c == '>' || c == '"')
+    else if (c == '&' || c == '<' || c == '>' || c == '"')
       escaped += fmt::format("&#{};", code);
     else
       escaped += c;

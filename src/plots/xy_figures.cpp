@@ -30,7 +30,7 @@ std::optional<std::string> XyFigures::Correlation() const {
   const double r = (sxy_ - sx_ * sy_ / n_) / std::sqrt(d);
   // The root covers the numerator alone.
   const double s = 1 - r * r > 0 ? std::sqrt(1 - r * r) / (n_ - 2) : 0.0;
-  return "r  = " + Format(r, FourDecimals) + "\ns\xB0 = " + Format(s, FourDecimals);
+  return "r  = " + Format(r, FourDecimals) + "\ns\u00B0 = " + Format(s, FourDecimals);
 }
 
 std::string XyFigures::ScatterOfY() const {

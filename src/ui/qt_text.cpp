@@ -1,28 +1,18 @@
 #include "ui/qt_text.h"
 
+#include "base/text.h"
+
 namespace merlane {
 
-namespace {
-
-/// The text if it is UTF-8; none otherwise.
-std::optional<QString> Utf8(const std::string& text) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
-  const QString decoded = decoder(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-  if (decoder.hasError()) return std::nullopt;
-  return decoded;
-}
-
-}  // namespace
-
-QString ToQt(const std::string& text) {
-  const auto decoded = Utf8(text);
-  return decoded ? *decoded : QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
+QString ToQt(const std::string& text) { return QString::fromStdString(Utf8(text)); }
 
 std::string FromQt(const QString& text) { return text.toStdString(); }
 
 std::string FromQt(const QString& edited, const std::string& shown) {
-  return Utf8(shown) ? edited.toStdString() : edited.toLatin1().toStdString();
+  const bool singleBytes = Utf8(shown) != shown;
+  const auto beyond = [](QChar c) { return c.unicode() > 0xFF; };
+  if (!singleBytes || std::ranges::any_of(edited, beyond)) return edited.toStdString();
+  return edited.toLatin1().toStdString();
 }
 
 QString Caption(const std::string& caption) {

@@ -5,11 +5,10 @@
 
 namespace merlane {
 
-/// What a person types, and paths, are UTF-8. A text that is not, because a data file or the program itself put single
-/// bytes into it, is taken as Latin-1.
+/// Texts are UTF-8. One that is not, because a data file put single bytes into it, is taken as Latin-1.
 QString ToQt(const std::string& text);
 std::string FromQt(const QString& text);
-/// The edited form of a text that was shown before, in the make of that text.
+/// The edited form of a text that was shown before, in the make of that text as far as it has the characters.
 std::string FromQt(const QString& edited, const std::string& shown);
 
 /// A caption as a person reads it on a button: runs of blanks, which once did the layout, become one blank or, where

@@ -50,5 +50,20 @@ TEST(WithCrLf, MakesEveryLineEndCrLf) {
   EXPECT_EQ(WithCrLf(""), "");
 }
 
+TEST(Utf8, LeavesWhatIsUtf8AndTakesTheRestAsLatin1) {
+  EXPECT_EQ(Utf8("plain"), "plain");
+  EXPECT_EQ(Utf8("s\u00B0 \u20AC \U0001F95A"), "s\u00B0 \u20AC \U0001F95A");
+  EXPECT_EQ(Utf8("s\xB0"), "s\u00B0");
+  EXPECT_EQ(Utf8("\xFF\x80"), "\u00FF\u0080");
+}
+
+TEST(Utf8, MalformedSequencesAreNotUtf8) {
+  EXPECT_EQ(Utf8("\xC3"), "\u00C3") << "cut off";
+  EXPECT_EQ(Utf8("\xC0\xAF"), "\u00C0\u00AF") << "longer than need be";
+  EXPECT_EQ(Utf8("\xE0\x80\xAF"), "\u00E0\u0080\u00AF") << "longer than need be";
+  EXPECT_EQ(Utf8("\xED\xA0\x80"), "\u00ED\u00A0\u0080") << "half of a surrogate pair";
+  EXPECT_EQ(Utf8("\xF4\x90\x80\x80"), "\u00F4\u0090\u0080\u0080") << "beyond the last character";
+}
+
 }  // namespace
 }  // namespace merlane

@@ -50,7 +50,13 @@ TEST(Svg, BrokenLinesAreDottedOrDashed) {
 TEST(Svg, TextThatXmlCannotHoldIsEscaped) {
   Drawing drawing;
   drawing.items.push_back(Drawing::Text{0, 0, "a<b & \"c\"\n\xE9"});
-  EXPECT_THAT(Svg(drawing), testing::HasSubstr(">a&#60;b &#38; &#34;c&#34; &#233;</text>"));
+  EXPECT_THAT(Svg(drawing), testing::HasSubstr(">a&#60;b &#38; &#34;c&#34; \u00E9</text>"));
+}
+
+TEST(Svg, TextsAreUtf8AndStayTheirCharacters) {
+  Drawing drawing;
+  drawing.items.push_back(Drawing::Text{0, 0, "Gel\u00E4nde s\u00B0 \u20AC"});
+  EXPECT_THAT(Svg(drawing), testing::HasSubstr(">Gel\u00E4nde s\u00B0 \u20AC</text>"));
 }
 
 TEST(Svg, AColourOutsideThePaletteIsBlack) {

@@ -13,6 +13,7 @@ TEST(QtTextTest, SingleBytesBeyondAsciiAreLatin1) {
 TEST(QtTextTest, EditedTextKeepsTheMakeOfTheTextThatWasShown) {
   EXPECT_EQ(FromQt(QString::fromUtf8("s° = 2"), "s\xB0 = 1"), "s\xB0 = 2");
   EXPECT_EQ(FromQt(QString::fromUtf8("s° = 2"), "plain"), "s\xC2\xB0 = 2");
+  EXPECT_EQ(FromQt(QString::fromUtf8("€"), "s\xB0 = 1"), "\u20AC") << "no Latin-1 character";
 }
 
 TEST(QtTextTest, CaptionsLoseTheBlanksThatDidTheirLayout) {
