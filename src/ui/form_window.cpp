@@ -10,6 +10,8 @@ namespace {
 /// Must be seen whatever else is on the screen: it ends what runs.
 bool StandsBeforeAll(const Form& form) { return form.name == "frmAbort"; }
 
+constexpr int MenuMargin = 8;  // around the menu
+
 }  // namespace
 
 FormWindow::FormWindow(Form& form, Windows& windows)
@@ -89,16 +91,31 @@ void FormWindow::Dock(QMdiArea& area) {
   frame_->show();
 }
 
-/// In the middle, each window a little lower than the one before it.
+/// The part of the area in which the window opens.
+QRect FormWindow::RoomIn(QMdiArea& area) const {
+  const QRect whole = area.viewport()->rect();
+  if (room_ == Room::Whole) return whole;
+  if (room_ == Room::Left) return whole.adjusted(MenuMargin, MenuMargin, -MenuMargin, -MenuMargin);
+  // The menu comes back behind each command, so its place is kept free while it is away too.
+  const FormWindow* const menu = windows_.FindForm("frmMenu");
+  if (menu == nullptr || !menu->frame_ || menu->frame_->geometry().right() > whole.width() / 2) return whole;
+  return whole.adjusted(menu->frame_->geometry().right() + MenuMargin, 0, 0, 0);
+}
+
+/// In the middle of its room, each window a little lower than the one before it; one that needs more room than there is
+/// takes it from the left.
 void FormWindow::FindPlace(QMdiArea& area) {
-  const QSize room = area.viewport()->size();
+  const QRect room = RoomIn(area);
   const QSize decoration = frame_->sizeHint() - sizeHint();
-  const QSize size = SizeWithin(room - decoration) + decoration;
-  const auto others = std::ranges::count_if(area.subWindowList(), &QWidget::isVisible);
-  const QSize free = (room - size).expandedTo(QSize(0, 0));
-  const int step = 26 * static_cast<int>(others % 6);
+  const QSize size = SizeWithin(room.size() - decoration) + decoration;
   frame_->resize(size);
-  frame_->move(std::min(free.width(), free.width() / 2 + step), std::min(free.height(), free.height() / 3 + step));
+  if (room_ == Room::Left) return frame_->move(room.topLeft());
+  const auto others = std::ranges::count_if(area.subWindowList(), &QWidget::isVisible);
+  const QSize free = (room.size() - size).expandedTo(QSize(0, 0));
+  const int step = 26 * static_cast<int>(others % 6);
+  const int left = std::min(room.left(), std::max(0, room.right() + 1 - size.width()));
+  frame_->move(left + std::min(free.width(), free.width() / 2 + step),
+               std::min(free.height(), free.height() / 3 + step));
 }
 
 QSize FormWindow::SizeWithin(const QSize& room) const {

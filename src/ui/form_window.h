@@ -21,6 +21,9 @@ class FormWindow : public QWidget {
   void PreferSize(QSize size) { preferredSize_ = size; }
   void SetDefault(QWidget* button);                                                      // pressed by Enter
   void SetCancel(QWidget* button) { cancel_ = qobject_cast<QAbstractButton*>(button); }  // pressed by Escape
+  /// Where the window opens: at the left, where the menu stands; in the room beside the menu; or over all of it.
+  enum class Room { Left, BesideMenu, Whole };
+  void Stand(Room room) { room_ = room; }
   /// A frame that is seen only while one of these is.
   void ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members);
 
@@ -43,10 +46,12 @@ class FormWindow : public QWidget {
   void Undock();
   void Dock(QMdiArea& area);
   void FindPlace(QMdiArea& area);
+  QRect RoomIn(QMdiArea& area) const;
   QSize SizeWithin(const QSize& room) const;
 
   Windows& windows_;
   QSize preferredSize_;
+  Room room_ = Room::BesideMenu;
   QAbstractButton* default_ = nullptr;
   QAbstractButton* cancel_ = nullptr;
   std::vector<std::pair<QWidget*, std::vector<QWidget*>>> frames_;

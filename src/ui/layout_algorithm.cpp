@@ -32,6 +32,7 @@ void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
   row->addLayout(options);
   column.addLayout(row, 1);
   layouter.PreferText(146, 36);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 }  // namespace merlane

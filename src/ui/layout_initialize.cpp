@@ -86,6 +86,7 @@ void LayOutInitialize(Layouter& layouter, QVBoxLayout& column) {
   layouter.window.SetDefault(layouter.Take("cmdDone"));
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
   layouter.PreferText(150, 36);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 }  // namespace merlane

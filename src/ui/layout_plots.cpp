@@ -1,6 +1,7 @@
 // The plots: the drawing at the left with what labels its axes, all that steers and explains it at the right.
 #include "ui/layouts.h"
 #include "ui/look.h"
+#include "ui/save_picture.h"
 
 namespace merlane {
 namespace {
@@ -24,12 +25,20 @@ void Stretch(Layouter& layouter) {
   if (QWidget* const picture = layouter.window.binding.Find("picGraph")) picture->setProperty("stretches", true);
 }
 
-void SideBySide(QVBoxLayout& column, QLayout* graph, QLayout* side) {
+/// The widget that a picture is saved of.
+QWidget* Picture(QLayout* content) {
+  auto* const picture = new QWidget;
+  content->setContentsMargins(0, 0, 0, 0);
+  picture->setLayout(content);
+  return picture;
+}
+
+QHBoxLayout* SideBySide(QWidget* graph, QLayout* side) {
   auto* const row = new QHBoxLayout;
   row->setSpacing(18);
-  row->addLayout(graph, 3);
+  row->addWidget(graph, 3);
   row->addLayout(side, 2);
-  column.addLayout(row, 1);
+  return row;
 }
 
 void AddFixedPitch(Layouter& layouter, QVBoxLayout& side, const char* name) {
@@ -82,8 +91,10 @@ void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column) {
       buttons->addWidget(widget, button / 2, button % 2);
       ++button;
     }
+  QWidget* const picture = Picture(graph);
+  buttons->addWidget(SavePictureButton(*picture), 2, 0);
   side->addLayout(buttons);
-  SideBySide(column, graph, side);
+  column.addLayout(SideBySide(picture, side), 1);
   if (QLabel* const note = layouter.Note("lblNote")) {
     note->setProperty("quiet", true);
     column.addWidget(note);
@@ -91,6 +102,7 @@ void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column) {
   layouter.window.SetDefault(layouter.Take("cmdPlot"));
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
   layouter.PreferText(126, 37);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
@@ -111,11 +123,15 @@ void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
     }
   estimates->addStretch(1);
   side->addLayout(estimates);
-  side->addLayout(layouter.Row({"cmdPlot", "cmdClear", "cmdDone"}));
-  SideBySide(column, graph, side);
+  QWidget* const picture = Picture(graph);
+  QHBoxLayout* const buttons = layouter.Row({"cmdPlot", "cmdClear", "cmdDone"});
+  buttons->addWidget(SavePictureButton(*picture));
+  side->addLayout(buttons);
+  column.addLayout(SideBySide(picture, side), 1);
   layouter.window.SetDefault(layouter.Take("cmdPlot"));
   layouter.window.SetCancel(layouter.Take("cmdDone"));
   layouter.PreferText(120, 34);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column) {
@@ -140,11 +156,15 @@ void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column) {
   side->addLayout(legend);
   if (QWidget* const low = layouter.Take("lblLowDensity")) side->addWidget(low);
   side->addStretch(1);
-  side->addLayout(layouter.Row({"cmdClear", "cmdDone"}));
-  SideBySide(column, graph, side);
+  QWidget* const graphAndLegend = Picture(SideBySide(Picture(graph), side));
+  column.addWidget(graphAndLegend, 1);
+  QHBoxLayout* const buttons = layouter.Buttons({"cmdClear", "cmdDone"});
+  buttons->insertWidget(1, SavePictureButton(*graphAndLegend));
+  column.addLayout(buttons);
   layouter.window.SetDefault(layouter.Take("cmdDone"));
   layouter.window.SetCancel(layouter.Take("cmdDone"));
   layouter.PreferText(116, 34);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 }  // namespace merlane

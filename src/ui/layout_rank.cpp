@@ -42,6 +42,7 @@ void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
   column.addWidget(parts, 1);
   column.addLayout(layouter.Buttons({"cmdSaveRank", "cmdFinish"}));
   layouter.PreferText(150, 36);
+  layouter.window.Stand(FormWindow::Room::Whole);
 }
 
 }  // namespace merlane

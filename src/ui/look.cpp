@@ -26,10 +26,9 @@ QPalette Colours() {
 /// Little more than sizes, weights and distances; the rest is the style's own.
 constexpr const char* Sheet = R"(
 QPushButton { padding: 5px 14px; }
-QPushButton[worklist="true"] { padding: 8px 14px; }
-QLabel[heading="true"] { font-size: 17pt; font-weight: 600; color: #2c6e63; }
-QLabel[stage="true"] { min-width: 1.7em; max-width: 1.7em; min-height: 1.7em; max-height: 1.7em;
-                       border-radius: 0.85em; background: #dce8e3; color: #2c6e63; font-weight: 600; }
+QLabel[heading="true"] { font-size: 16pt; font-weight: 600; color: #2c6e63; }
+QLabel[stage="true"] { min-width: 1.6em; max-width: 1.6em; min-height: 1.6em; max-height: 1.6em;
+                       border-radius: 0.8em; background: #dce8e3; color: #2c6e63; font-weight: 600; }
 QLabel[stageTitle="true"] { font-weight: 600; padding-right: 12px; }
 QLabel[quiet="true"] { color: #66706c; }
 QGroupBox { font-weight: 600; margin-top: 1.1em; border: 1px solid #d3dad5; border-radius: 5px; padding: 6px; }

@@ -78,6 +78,10 @@ QWidget* Windows::OnScreen() const {
 
 QWidget* Windows::Find(const std::string& formName) const {
   if (formName == "frmMain") return main_.get();
+  return FindForm(formName);
+}
+
+FormWindow* Windows::FindForm(const std::string& formName) const {
   for (const auto& [form, window] : windows_)
     if (form->name == formName) return window.get();
   return nullptr;

@@ -41,6 +41,7 @@ class Windows {
   QWidget* OnScreen() const;
   /// The window of a form; null when it has not been shown yet.
   QWidget* Find(const std::string& formName) const;
+  FormWindow* FindForm(const std::string& formName) const;  // the same, but for the main window
   MainWindow* Main() const { return main_.get(); }
 
  private:

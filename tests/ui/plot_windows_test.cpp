@@ -111,6 +111,80 @@ TEST_F(PlotWindowsTest, DistributionsAreDrawnOneOverTheOther) {
   EXPECT_EQ(Painted("frmDistPlot", 2), 0);
 }
 
+struct SavedPictureTest : PlotWindowsTest {
+  SavedPictureTest() {
+    DistributionSeries series;
+    series.parameter = 17;
+    for (auto* values : {&series.values, &series.negLnL, &series.density, &series.regionOnMode, &series.regionOnMean,
+                         &series.cumulative, &series.normal})
+      *values = {0.1, 0.2, 0.4};
+    dist.ShowDistPlot(series);
+    windows.Sync();
+    hand.Press("frmDistPlot", "cmdPlot");
+    windows.Sync();
+  }
+  /// Saves under that name in the temporary folder; returns the path.
+  QString Save(const QString& name) {
+    const QString path = folder.filePath(name);
+    hand.ChooseFile(path.toStdString(), "Save picture in...");
+    hand.Press("frmDistPlot", "savePicture");
+    return path;
+  }
+  static QByteArray Bytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+
+  QTemporaryDir folder;
+};
+
+TEST_F(SavedPictureTest, SvgKeepsLettersAndLines) {
+  const QByteArray svg = Bytes(Save("plot.svg"));
+  EXPECT_TRUE(svg.contains("<svg"));
+  EXPECT_TRUE(svg.contains("Values for parameter #17"));
+  EXPECT_FALSE(svg.contains("<image")) << "the drawing has become pixels";
+}
+
+TEST_F(SavedPictureTest, PdfAndPngHaveTheirOwnMake) {
+  EXPECT_TRUE(Bytes(Save("plot.pdf")).startsWith("%PDF-"));
+  const QImage image(Save("plot.png"));
+  const QWidget* const graph = hand.Find("frmDistPlot", "picGraph")->parentWidget();
+  EXPECT_EQ(image.size(), graph->size() * 3);
+  EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::white));
+}
+
+TEST_F(SavedPictureTest, ANameWithoutAnEndingGetsTheOneThatIsChosen) {
+  hand.Expect(
+      [this](QWidget& dialog) {
+        auto* const files = qobject_cast<QFileDialog*>(&dialog);
+        files->selectNameFilter("PNG pictures (*.png)");
+        emit files->filterSelected("PNG pictures (*.png)");
+        hand.NameFile(dialog, folder.filePath("first").toStdString());
+      },
+      "Save picture in...");
+  hand.Press("frmDistPlot", "savePicture");
+  EXPECT_FALSE(QImage(folder.filePath("first.png")).isNull());
+  Save("second");
+  EXPECT_FALSE(QImage(folder.filePath("second.png")).isNull()) << "the ending is remembered";
+}
+
+TEST_F(SavedPictureTest, AFailedWriteIsTold) {
+  hand.ChooseFile(folder.filePath("plot.svg").toStdString(), "Save picture in...");
+  hand.Answer(QMessageBox::Ok, "The command could not be completed");
+  folder.remove();
+  hand.Press("frmDistPlot", "savePicture");
+  EXPECT_TRUE(hand.Done());
+}
+
+TEST_F(SavedPictureTest, OfferedByTheContextMenuToo) {
+  const QWidget* const picture = hand.Find("frmDistPlot", "picGraph")->parentWidget();
+  EXPECT_EQ(picture->contextMenuPolicy(), Qt::ActionsContextMenu);
+  ASSERT_EQ(picture->actions().size(), 1);
+  hand.CancelFile("Save picture in...");
+  picture->actions()[0]->trigger();
+  EXPECT_TRUE(hand.Done());
+}
+
 TEST_F(PlotWindowsTest, BivariateDensityIsPaintedInItsBands) {
   BivariateDensity density;
   density.X.Dimension(41);

@@ -151,6 +151,34 @@ TEST(WindowsTest, FirstFocusIsOnWhatCanBePressed) {
   EXPECT_TRUE(desktop.hand.Find("frmMenu", "cmdInitialize")->hasFocus());
 }
 
+TEST(WindowsTest, ResultsOpenBesideTheMenu) {
+  Desktop desktop;
+  const QWidget* const menu = desktop.windows.Find("frmMenu")->parentWidget();
+  const QRect area = desktop.windows.Main()->Area().viewport()->rect();
+  EXPECT_TRUE(area.contains(menu->geometry()));
+  EXPECT_LT(menu->geometry().right(), area.width() / 3);
+  for (const char* name : {"frmOneFunction", "frmSimplex", "frmMarquardt", "frmCovDisplay", "frmSummary", "frmMaxLike",
+                           "frmBayesian", "frmReviewPriors"}) {
+    desktop.program.desk.Show(name);
+    desktop.windows.Sync();
+    const QRect results = desktop.windows.Find(name)->parentWidget()->geometry();
+    EXPECT_FALSE(results.intersects(menu->geometry())) << name;
+    EXPECT_TRUE(area.contains(results)) << name;
+    desktop.program.desk.Hide(name);
+  }
+}
+
+TEST(WindowsTest, InterruptMenusStandOnlyWhileTheyInterrupt) {
+  Desktop desktop;
+  QAction* const profile = desktop.hand.Entry("frmMain", "mnuMLInt");
+  QAction* const posterior = desktop.hand.Entry("frmMain", "mnuBayesianInt");
+  EXPECT_FALSE(profile->isVisible() || posterior->isVisible());
+  desktop.program.frmMain.mnuMLInt.visible = true;
+  desktop.windows.Sync();
+  EXPECT_TRUE(profile->isVisible());
+  EXPECT_FALSE(posterior->isVisible());
+}
+
 TEST(WindowsTest, AcceleratorPresses) {
   Desktop desktop;
   desktop.hand.Answer(QMessageBox::No, "Exit Tolvane");
