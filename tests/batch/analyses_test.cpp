@@ -2,7 +2,6 @@
 // it writes must be those kept in tests/batch/analyses/NAME.kept, byte for byte. Where a change of them is wanted, run
 // this test with MERLANE_KEEP=1 in the environment and look at the difference.
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "batch/replay.h"
@@ -13,15 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 const fs::path source = MERLANE_SOURCE_DIR;
-
-std::vector<fs::path> BatchFiles() {
-  std::vector<fs::path> files;
-  for (const fs::path& folder : {source / "examples", source / "tests/batch/analyses"})
-    for (const auto& entry : fs::directory_iterator(folder))
-      if (entry.path().extension() == ".batch") files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-  return files;
-}
 
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   for (std::size_t i = text.find(from); i != std::string::npos; i = text.find(from, i + to.size()))
@@ -69,7 +59,7 @@ TEST_P(Analysis, LeavesTheTranscriptAndTheFilesThatAreKept) {
   for (const auto& [name, bytes] : written) EXPECT_TRUE(wanted.contains(name)) << name << " is not kept";
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Analysis, testing::ValuesIn(BatchFiles()),
+INSTANTIATE_TEST_SUITE_P(All, Analysis, testing::ValuesIn(KeptBatchFiles()),
                          [](const auto& one) { return one.param.stem().string(); });
 
 }  // namespace

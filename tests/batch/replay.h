@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -19,6 +20,17 @@ inline std::string ReadFile(const std::filesystem::path& path) {
 
 inline void WriteFile(const std::filesystem::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
+}
+
+/// The analyses that are kept with what they write, and the examples.
+inline std::vector<std::filesystem::path> KeptBatchFiles() {
+  const std::filesystem::path source = MERLANE_SOURCE_DIR;
+  std::vector<std::filesystem::path> files;
+  for (const auto& folder : {source / "examples", source / "tests/batch/analyses"})
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+      if (entry.path().extension() == ".batch") files.push_back(entry.path());
+  std::ranges::sort(files);
+  return files;
 }
 
 /// The lines of a CSV without quoted line ends, as fields by heading.

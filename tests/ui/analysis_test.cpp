@@ -12,15 +12,6 @@ namespace fs = std::filesystem;
 
 const fs::path source = MERLANE_SOURCE_DIR;
 
-std::vector<fs::path> BatchFiles() {
-  std::vector<fs::path> files;
-  for (const fs::path& folder : {source / "examples", source / "tests/batch/analyses"})
-    for (const auto& entry : fs::directory_iterator(folder))
-      if (entry.path().extension() == ".batch") files.push_back(entry.path());
-  std::ranges::sort(files);
-  return files;
-}
-
 /// Written by the batch runner itself and not by the program.
 bool IsTheRunners(const fs::path& file) {
   return file.filename() == "transcript.txt" || file.extension() == ".json" || file.extension() == ".svg";
@@ -56,7 +47,7 @@ TEST_P(AnalysisTest, WritesTheSameWithWindowsAsWithout) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, AnalysisTest, testing::ValuesIn(BatchFiles()),
+INSTANTIATE_TEST_SUITE_P(All, AnalysisTest, testing::ValuesIn(KeptBatchFiles()),
                          [](const auto& one) { return one.param.stem().string(); });
 
 }  // namespace
