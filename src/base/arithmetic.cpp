@@ -1,5 +1,7 @@
 #include "base/arithmetic.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
 
@@ -8,12 +10,13 @@
 namespace merlane {
 namespace {
 
-template <class Integer>
-Integer Rounded(double x) {
-  const double rounded = RoundHalfEven(x);
-  if (!(rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max()))
-    throw RuntimeFailure("overflow");
-  return static_cast<Integer>(rounded);
+/// `x`, a whole number, as one of the type.
+template <class Integer, class Wider>
+Integer InRange(Wider x) {
+  constexpr Integer least = std::numeric_limits<Integer>::min(), most = std::numeric_limits<Integer>::max();
+  if (!(x >= least && x <= most))
+    throw RuntimeFailure(fmt::format("overflow: {} does not lie between {} and {}", x, least, most));
+  return static_cast<Integer>(x);
 }
 
 }  // namespace
@@ -40,14 +43,10 @@ double CheckedLog(double x) {
 
 double RoundHalfEven(double x) { return std::nearbyint(x); }
 
-std::int16_t ToInt16(double x) { return Rounded<std::int16_t>(x); }
+std::int16_t ToInt16(double x) { return InRange<std::int16_t>(RoundHalfEven(x)); }
 
-std::int32_t ToInt32(double x) { return Rounded<std::int32_t>(x); }
+std::int32_t ToInt32(double x) { return InRange<std::int32_t>(RoundHalfEven(x)); }
 
-std::int16_t CheckedInt16(std::int64_t x) {
-  if (x < std::numeric_limits<std::int16_t>::min() || x > std::numeric_limits<std::int16_t>::max())
-    throw RuntimeFailure("overflow");
-  return static_cast<std::int16_t>(x);
-}
+std::int16_t CheckedInt16(std::int64_t x) { return InRange<std::int16_t>(x); }
 
 }  // namespace merlane
