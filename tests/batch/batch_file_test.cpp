@@ -132,6 +132,7 @@ TEST(BatchFile, MalformedLinesAreToldByNumberAndFault) {
   EXPECT_EQ(Fault("press \"\""), "1: a name is missing; write press FORM.CONTROL");
   EXPECT_EQ(Fault("press a.b c"), "1: \"c\" is too much; write press FORM.CONTROL");
   EXPECT_EQ(Fault("set a.b x y"), "1: \"y\" is too much; write set FORM.CONTROL TEXT");
+  EXPECT_EQ(Fault("enter \"at\" \"T\""), "1: \"T\" is too much; write enter [TEXT] [at \"title\"]");
   EXPECT_EQ(Fault("set a.b"), "1: something is missing; write set FORM.CONTROL TEXT");
   EXPECT_EQ(Fault("set a.b \"x"), "1: a text in double quotes that does not end");
   EXPECT_EQ(Fault("set a.b \"x\\\""), "1: a text in double quotes that does not end");

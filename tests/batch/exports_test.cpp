@@ -6,14 +6,14 @@ namespace {
 TEST(Exports, ParametersAreOneToALineInShortestForm) {
   AlgorithmData algorithm;
   algorithm.Value = {1, 0.1, -1e-100};
-  algorithm.Step = {0, 0.01, 2};
+  algorithm.Step = {0, 0.01, -2};
   algorithm.Fuse = {"~~", "A", "AB"};
   algorithm.ParName = {"plain", "a, b", "a \"b\""};
   EXPECT_EQ(ParametersCsv(algorithm),
             "number,value,step,fuse,free,name\n"
             "1,1,0,~~,0,plain\n"
             "2,0.1,0.01,A,1,\"a, b\"\n"
-            "3,-1e-100,2,AB,1,\"a \"\"b\"\"\"\n");
+            "3,-1e-100,-2,AB,1,\"a \"\"b\"\"\"\n");
 }
 
 TEST(Exports, ParametersOfARunWithoutAlgorithmDataAreNone) {
