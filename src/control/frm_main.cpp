@@ -3,6 +3,7 @@
 namespace merlane {
 
 FrmMain::FrmMain(Desk& d) : Form(d, "frmMain", "Tolvane") {
+  mnuBayesianInt.visible = mnuMLInt.visible = false;
   mnuInterruptBayes.offeredWhileBusy = true;
   mnuInterruptML.offeredWhileBusy = true;
   mnuCascade.onClick = [this] { onArrange(Arrangement::Cascade); };

@@ -26,6 +26,7 @@ class FrmMain : public Form {
   MenuEntry mnuApplication{*this, "mnuApplication", "&Application"};
   MenuEntry mnuMenu{*this, "mnuMenu", "Main &menu", &mnuApplication};
   MenuEntry mnuExit{*this, "mnuExit", "E&xit", &mnuApplication};
+  // Each interrupt menu is visible while that calculation runs, a posterior or a profile, and only then.
   MenuEntry mnuBayesianInt{*this, "mnuBayesianInt", "&Interrupt "};
   MenuEntry mnuInterruptBayes{*this, "mnuInterruptBayes", "I&nterrupt calculations", &mnuBayesianInt};
   MenuEntry mnuMLInt{*this, "mnuMLInt", "&Interrupt"};

@@ -9,6 +9,7 @@
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
+#include "uncertainty/flag_on.h"
 #include "uncertainty/time_left.h"
 
 namespace merlane {
@@ -138,8 +139,11 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   }
   p_.state.flags.InterruptBayes = false;
   Progress progress(*this, setup);
-  Posterior posterior = merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state,
-                                                   p_.objective, p_.last.ReferenceF, progress);
+  Posterior posterior = [&] {
+    const FlagOn interruptOffered(p_.main.mnuBayesianInt.visible);
+    return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
+                                      p_.last.ReferenceF, progress);
+  }();
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
   Keep(setup, posterior.points, std::move(posterior.bivariate));

@@ -6,6 +6,7 @@
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
+#include "uncertainty/flag_on.h"
 #include "uncertainty/time_left.h"
 
 namespace merlane {
@@ -96,8 +97,11 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   p_.state.flags.InterruptML = false;
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};
   Progress progress(*this, setup);
-  const EvaluatedPoints points = merlane::EvaluateProfile(
-      pinned, setup.ProfilePoints, p_.state, p_.objective, [this] { return Minimise(); }, progress);
+  const EvaluatedPoints points = [&] {
+    const FlagOn interruptOffered(p_.main.mnuMLInt.visible);
+    return merlane::EvaluateProfile(
+        pinned, setup.ProfilePoints, p_.state, p_.objective, [this] { return Minimise(); }, progress);
+  }();
   pinned.DropSign();
   p_.desk.host.windows.Beep();
   Keep(setup, points, std::nullopt);

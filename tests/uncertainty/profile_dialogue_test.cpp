@@ -416,6 +416,34 @@ TEST_F(ProfileDialogueTest, AnInterruptOfTheRunKeepsThePointsDone) {
   ExpectBackAtMenu();
 }
 
+TEST_F(ProfileDialogueTest, TheInterruptMenuStandsWhileTheProfileRunsAndNoLonger) {
+  FreezeTheOther();
+  AnswerUpToMinimiser("1", "5");
+  windows.Yes(Title);
+  bool stood = false;
+  windows.AtTurn(1 + 2, [&] { stood = frmMain.mnuMLInt.visible && !frmMain.mnuBayesianInt.visible; });
+  Edit([this] { EXPECT_FALSE(frmMain.mnuMLInt.visible); });
+  SeePlots([this] { EXPECT_FALSE(frmMain.mnuMLInt.visible); });
+  Choose(frmParEvals.cmdML);
+  EXPECT_TRUE(stood);
+}
+
+TEST_F(ProfileDialogueTest, AFailureTakesTheInterruptMenuAway) {
+  FreezeTheOther();
+  AnswerUpToMinimiser("1", "5");
+  windows.Yes(Title);
+  bool stood = false;
+  windows.AtTurn(1 + 2, [&] {
+    stood = frmMain.mnuMLInt.visible;
+    throw RuntimeFailure("broken");
+  });
+  windows.ExpectFailure("broken");
+  Edit();
+  Choose(frmParEvals.cmdML);
+  EXPECT_TRUE(stood);
+  EXPECT_FALSE(frmMain.mnuMLInt.visible);
+}
+
 TEST_F(ProfileDialogueTest, NoAtTheInterruptGoesOn) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "5");
@@ -459,7 +487,7 @@ TEST_F(ProfileDialogueTest, ALowestPointThatIsNotKeptGivesNoPlots) {
 
 TEST_F(ProfileDialogueTest, AnInterruptFromBeforeTheRunIsNone) {
   FreezeTheOther();
-  desk.Press(frmMain.mnuInterruptML);
+  state.flags.InterruptML = true;
   ProfileBySimplex("3");
   EXPECT_EQ(evaluation.series->ProfileX.Size(), 3);
 }
