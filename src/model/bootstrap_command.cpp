@@ -17,7 +17,7 @@ constexpr int ProposedCount = 100;
 
 }  // namespace
 
-BootstrapCommand::BootstrapCommand(Desk& desk, const RunState& state, const MerlaneModel& model,
+BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model,
                                    ParametricBootstrap& bootstrap, FrmAbort& abort, FrmSummary& summary)
     : desk_(desk), state_(state), model_(model), bootstrap_(bootstrap), abort_(abort), summary_(summary) {}
 
@@ -61,6 +61,7 @@ std::optional<std::int16_t> BootstrapCommand::AskForNumber(const std::string& pr
 }
 
 BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options) {
+  state_.flags.AbortRun = false;  // here, since from here on the user can abort
   abort_.Open("Abort all bootstraps?");
   desk_.Hide(summary_);
   const BootstrapResults results = bootstrap_.Run(options);

@@ -14,7 +14,7 @@ namespace merlane {
 /// summary hidden, adds its lines to the summary, and offers its two reports to be saved.
 class BootstrapCommand {
  public:
-  BootstrapCommand(Desk& desk, const RunState& state, const MerlaneModel& model, ParametricBootstrap& bootstrap,
+  BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model, ParametricBootstrap& bootstrap,
                    FrmAbort& abort, FrmSummary& summary);
 
   void Bootstrap();
@@ -35,7 +35,7 @@ class BootstrapCommand {
   bool Save(const Report& report);
 
   Desk& desk_;
-  const RunState& state_;
+  RunState& state_;
   const MerlaneModel& model_;
   ParametricBootstrap& bootstrap_;
   FrmAbort& abort_;

@@ -84,7 +84,6 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapRe
   if (state_.free.NFREE == 0) throw RuntimeFailure("All step sizes are zero");
 
   state_.flags.BootstrapMode = true;
-  state_.flags.AbortRun = false;
   const Clock& clock = desk_.host.clock;
   RemainingTime remaining(Timer(clock));
   for (int attempt = 1; results.BootCount() < options.BootstrapCount; ++attempt) {

@@ -118,6 +118,7 @@ void Program::Rank() {
   desk.Unload(frmMenu);
   frmMain.mnuApplication.enabled = false;
   desk.Show(frmRank);
+  frmRank.enabled = true;  // also when the editor that it waited for was taken over by another command
 }
 
 void Program::FollowSummary(const std::function<void()>& command) {

@@ -252,6 +252,16 @@ TEST_F(BootstrapTest, AbortAfterTwoKeptReplicatesLeavesTwoForTheReports) {
   EXPECT_FALSE(state.flags.AbortRun || state.flags.BootstrapMode);
 }
 
+TEST_F(BootstrapTest, AbortBeforeTheFirstReplicateIsNotLost) {
+  Ready("juveniles_only");
+  Summary();
+  AnswerOptions("5", "40", true);
+  DeclineReports();
+  windows.AtTurn(1, [this] { EXPECT_TRUE(desk.Press(program.frmAbort.cmdAbort)); });
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 1 parametric bootstraps:"));
+}
+
 TEST_F(BootstrapTest, UnsavedValuesAreNotUsed) {
   Ready("juveniles_only");
   const std::string saved = BootstrapParameterText(Run(2));
