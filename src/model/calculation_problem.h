@@ -6,17 +6,15 @@
 
 namespace merlane {
 
-/// The warnings about probabilities that do not sum to 1. The calculation goes on behind each.
-inline Message InaccurateProbabilities(const std::string& title, const std::string& procedure) {
-  return {title, "Unacceptably poor numerical accuracy in probability calculation in procedure '" + procedure + "'",
-          style::Critical};
-}
+// The warnings about probabilities that do not sum to 1. The calculation goes on behind each.
 
-inline Message InaccurateSpanningDistribution() {
-  return InaccurateProbabilities("Calculation problem", "Calc_Probs_and_Theta");
-}
+/// Of a distribution formed in the procedure of that name.
+Message InaccurateProbabilities(const std::string& title, const std::string& procedure);
 
-/// `sum` is that of a prediction over hatch, mixed over the four fates.
+/// Of one fate over hatch.
+Message InaccurateSpanningDistribution();
+
+/// Of a prediction over hatch, mixed over the four fates, whose probabilities add up to `sum`.
 Message SumOfProbabilitiesNotOne(double sum);
 
 }  // namespace merlane

@@ -83,6 +83,19 @@ TEST(MerlaneModel, AVectorOfZerosIsNotEvaluated) {
   EXPECT_EQ(run.objective.Call(run.state.algorithm.Value, 1, 99), 0);
 }
 
+TEST(MerlaneModel, AFirstEvaluationForgetsTheSurvivalEstimatesAndNoOtherDoes) {
+  ModelRun run;
+  run.ReadText(Header + "\n" + Record(1995, "A", 180, 170, 10, 5) + Record(1995, "A", 185, 170, 15, 4));
+  run.state.algorithm.Fuse.Dimension(run.state.algorithm.NPAR, "~~");
+  run.state.algorithm.Value.Fill(0.1);
+  run.model.estimates.LiveDay = run.model.estimates.FledgeZeroC = {0.5, 0.25};
+  run.objective.Call(run.state.algorithm.Value, 2);
+  EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(0.5, 0.25));
+  run.objective.Call(run.state.algorithm.Value, 1);
+  EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(Missing, Missing));
+  EXPECT_THAT(run.model.estimates.FledgeZeroC, ElementsAre(Missing, Missing));
+}
+
 // --- Reading ----------------------------------------------------------------------------------------------------
 
 TEST(MerlaneModel, AReadFixesTheNumberOfParametersAndFillsTheCatalogue) {
@@ -260,6 +273,43 @@ TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
   EXPECT_EQ(run.model.data.TotalRecords, 2);
   EXPECT_EQ(run.state.algorithm.NPAR, 34);
   EXPECT_EQ(run.state.algorithm.Value(20), 0.25) << "the vector is not dimensioned anew";
+}
+
+TEST(MerlaneModel, InABootstrapAWorkbookIsNotConvertedAgain) {
+  ModelRun run;
+  const std::string textFile = testing::TempDir() + "converted_once.dat";
+  WriteWholeFile(textFile, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
+  int conversions = 0;
+  run.model.convertWorkbook = [&](const std::string&) {
+    ++conversions;
+    return FrmXlsWorksheets::Converted{textFile, "Ducks"};
+  };
+  run.choices.DataFileName = "/data/lake.xls";
+  run.ReadData();
+  run.state.flags.BootstrapMode = true;  // which reads the real data, too
+  run.ReadData();
+  EXPECT_EQ(conversions, 1);
+  EXPECT_TRUE(run.model.data.ReadOK);
+  EXPECT_EQ(run.model.data.TotalRecords, 1);
+}
+
+TEST(MerlaneModel, OtherDataAreEvaluatedAsIfTheyHadBeenReadFirst) {
+  const std::string first = Header + "\n" + Record(1995, "A", 180, 170, 10, 9) + Record(1995, "A", 185, 170, 15, 7) +
+                            Record(1995, "B", 180, 170, 10, 9);
+  const std::string second = Header + "\n" + Record(1995, "C", 160, 170, -10, 5) + Record(1995, "C", 165, 170, -5, 4);
+  const auto evaluate = [](ModelRun& run) {
+    run.state.algorithm.Fuse.Dimension(run.state.algorithm.NPAR, "~~");
+    run.state.algorithm.Value.Fill(0.1);
+    run.state.algorithm.Value(9) = -28;
+    return run.objective.Call(run.state.algorithm.Value, 1);
+  };
+  ModelRun both, secondAlone;
+  both.ReadText(first);
+  evaluate(both);
+  both.ReadText(second);
+  secondAlone.ReadText(second);
+  EXPECT_EQ(evaluate(both), evaluate(secondAlone));
+  EXPECT_EQ(both.state.flags.SampleSize, 5);
 }
 
 TEST(MerlaneModel, WithFormatAMissingCovariatesStayMissing) {

@@ -103,6 +103,11 @@ TEST(GammaPrior, IsZeroAtItsMode) {
   EXPECT_NEAR(t.At(9), (9 / 1.5 - 3 * std::log(9.0)) - (3 - 3 * std::log(4.5)), 1e-14);
 }
 
+TEST(GammaPrior, ANegativeMeanHasTheScaleOfItsMagnitude) {
+  OnePrior negative("G", -6, 3), positive("G", 6, 3);
+  EXPECT_EQ(negative.At(2.5), positive.At(2.5));
+}
+
 TEST(GammaPrior, OutsideItsDomainThePenaltyIsShownButNotAdded) {
   OnePrior t("G", 6, 3);
   EXPECT_EQ(t.At(5e-07), 0);
@@ -251,6 +256,14 @@ TEST(BoundedPrior, ASharpRightFootIsJudgedByWhatTheLeftFootLeft) {
   EXPECT_DOUBLE_EQ(t.At(0.5), -std::log(inside) - std::log(1 - inside));
 }
 
+TEST(BoundedPrior, ThePenaltyOfASharpRightFootReplacesWhatTheLeftFootGaveBehindItOnly) {
+  // Both feet at 0, and so near them that a penalty is no larger than what the left foot gives.
+  OnePrior t("T", 0, 1, "0", "0");
+  const double left = -std::log(NormalCDF(0)), right = -std::log(1 - NormalCDF(0));
+  EXPECT_EQ(t.At(0), left + right);
+  EXPECT_NEAR(t.At(1e-10), 1 + right, 1e-9) << "not the sum of all three";
+}
+
 TEST(BoundedPrior, ReadsItsSecondTermsAsTextWithABlankBehindTheSign) {
   OnePrior t("T", -100, 1, "- 1.000E+001", " 2 ");
   EXPECT_NEAR(t.At(-8), 1.841, 5e-4);
@@ -272,6 +285,8 @@ TEST(BoundedPrior, AnUnusedSecondTermIsARuntimeFailure) {
 TEST(Cliffs, ANegativeDeviationUsesWhatAnEarlierParameterLeft) {
   OnePrior t("D", 5, -1);
   EXPECT_EQ(t.At(6), 0);
+  OnePrior left("S", 5, -1);
+  EXPECT_EQ(left.At(6), 1e20) << "none left anything: the penalty of the distance";
 }
 
 TEST(Priors, AnOverflowIsARuntimeFailure) {
@@ -288,6 +303,23 @@ TEST(NormalCDF, AgreesWithTheErrorFunctionToWithinTheErrorOfTheFit) {
     EXPECT_NEAR(NormalCDF(z), exact, 1.2e-7 * smaller + 2e-16) << z;
   }
 }
+
+#ifdef __GLIBC__
+// Every digit follows from the order of operations; computed once more by an independent program on this C library.
+
+TEST(NormalCDF, HasTheBitsOfItsStepsInTheirOrder) {
+  const std::pair<double, double> known[] = {{0, 0x1.fffffefe4d4d2p-2},     {1.33, 0x1.d104f229c167ep-1},
+                                             {-2.11, 0x1.1d8f438e173bap-6}, {0.7, 0x1.841d579c29f35p-1},
+                                             {-0.31, 0x1.835bf5e0fc01bp-2}, {5.5, 0x1.ffffff5ce1835p-1}};
+  for (const auto& [z, p] : known) EXPECT_EQ(NormalCDF(z), p) << z;
+}
+
+TEST(EvaluatePrior, HasTheBitsOfItsFormulasInTheirOrder) {
+  EXPECT_EQ(OnePrior("G", 7.65, 1.54).At(1.92), 0x1.c88d037f29932p+3);
+  EXPECT_EQ(OnePrior("L", 2.25, 1.71).At(1.31), 0x1.6f346e6e55f90p-6);
+  EXPECT_EQ(OnePrior("B", 0.63, 0.2).At(0.46), 0x1.97ce1f1b3e01cp-2);
+}
+#endif
 
 TEST(NormalCDF, ReachesOneSomeEightDeviationsAboveAndZeroOnlyWhereTheExponentialUnderflows) {
   EXPECT_LT(NormalCDF(8), 1);
