@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "batch/batch_clock.h"
@@ -17,25 +18,25 @@ namespace merlane::test {
 class CountingHost : public QtHost {
  public:
   void Turn() override {
-    if (++turns == actAt && act) act();
+    ++turns_;
+    while (!acts_.empty() && acts_.begin()->first <= turns_) acts_.extract(acts_.begin()).mapped()();
     QtHost::Turn();
   }
-  /// Does `action` at the turn with that number, counted from here.
+  /// Does `action` at the turn with that number, counted from here; several may be asked for before the turns begin.
   void ActAt(int turn, std::function<void()> action) {
-    turns = 0;
-    actAt = turn;
-    act = std::move(action);
+    if (std::exchange(turns_, 0) > 0) acts_.clear();
+    acts_.emplace(turn, std::move(action));
   }
 
  private:
-  int turns = 0, actAt = 0;
-  std::function<void()> act;
+  int turns_ = 0;
+  std::multimap<int, std::function<void()>> acts_;
 };
 
 /// The program on the desktop, put together as its main does it.
 class Desktop {
  public:
-  explicit Desktop(const std::string& folder = ".") : program({host, clock, random, workbooks, folder}) {
+  explicit Desktop(const std::string& folder = ".") : program({host, clock, random, workbooks, folder, folder}) {
     hand.album = MERLANE_BUILD_DIR "/screenshots";
     host.Use(&windows);
     host.onEnd = [this](int exitStatus) { ended = exitStatus; };
