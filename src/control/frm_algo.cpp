@@ -96,17 +96,15 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
 
 // ---- Opening and closing
 
-void FrmAlgo::OpenFromMenu() {
-  EditorFromMenu_ = true;
-  marks_ = EditEverything;
-  whenClosed_ = {};
-  EditClosed = false;
-  desk.Show(*this);
-  focus = &grdVS;
-}
+void FrmAlgo::OpenFromMenu() { Open(EditEverything, true, {}); }
 
 void FrmAlgo::OpenLocked(const EditMarks& marks, std::function<void()> whenClosed) {
-  EditorFromMenu_ = false;
+  Open(marks, false, std::move(whenClosed));
+}
+
+void FrmAlgo::Open(const EditMarks& marks, bool fromMenu, std::function<void()> whenClosed) {
+  desk.Unload(*this);  // a command that it may be open for gets its control back first
+  EditorFromMenu_ = fromMenu;
   marks_ = marks;
   whenClosed_ = std::move(whenClosed);
   EditClosed = false;

@@ -134,6 +134,8 @@ class FrmAlgo : public Form {
     Grid::Cell before;
   };
 
+  void Open(const EditMarks& marks, bool fromMenu, std::function<void()> whenClosed);
+
   AlgorithmData& Data() { return state_.algorithm; }
   bool Offered(EditItem item) const { return marks_.Offered(item); }
   bool Editable(int row, int column) const;

@@ -26,6 +26,7 @@ void Program::Initialize() {
 
 void Program::BeginRun() {
   RunFlags& flags = state.flags;
+  CloseEditors();
   desk.Load(frmMenu);  // so that what is written to its buttons stays when it is shown
   frmMenu.enabled = true;
   frmSummary.ForgetResults();
@@ -49,6 +50,10 @@ void Program::BeginRun() {
   desk.Show(frmMenu);
   frmMenu.focus = &frmMenu.cmdLoadAlg;
   desk.Unload(frmInitialize);
+}
+
+void Program::CloseEditors() {
+  for (Form* const editor : std::initializer_list<Form*>{&frmAlgo, &frmSetPriors, &frmLoadPriors}) desk.Unload(*editor);
 }
 
 void Program::ReadData() {

@@ -145,6 +145,8 @@ class Program {
 
   /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
   void BeginRun();
+  /// Closes the windows in which the parameters of the run before can be edited; what they ask is asked.
+  void CloseEditors();
   void ReadData();
   /// Gives everything that is kept for each parameter the size of the model; values and steps are 0, priors unset.
   void DimensionRun();

@@ -913,6 +913,18 @@ TEST_F(AlgorithmEditor, OpenedForAnotherCommandGivesControlBackToIt) {
   EXPECT_NE(host.windows.events.back(), "front frmMenu");
 }
 
+TEST_F(AlgorithmEditor, OpenedForOneCommandWhileOpenForAnotherItGivesTheFirstItsControlBack) {
+  int givenBack = 0;
+  editor.OpenLocked(EditAllButLog, [&] { ++givenBack; });
+  Open();
+  EXPECT_EQ(givenBack, 1);
+  EXPECT_TRUE(editor.Visible());
+  EXPECT_FALSE(editor.EditClosed);
+  desk.Press(editor.cmdFinish);
+  EXPECT_EQ(givenBack, 1);
+  EXPECT_TRUE(menu.enabled);
+}
+
 TEST_F(AlgorithmEditor, ACommandCanWaitForTheClosing) {
   Button start{menu, "cmdStart", ""};
   std::vector<std::string> order;

@@ -171,6 +171,22 @@ TEST_F(CommandsTest, InitialisationForgetsThePriors) {
   EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: ");
 }
 
+TEST_F(CommandsTest, EditorsLeftOpenCloseBeforeTheParametersOfAnotherModelCome) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdBayesian);
+  windows.Yes("Setting Bayesian Priors");
+  desk.Press(program.frmLoadPriors.cmdSet);
+  desk.Press(program.frmSetPriors.mnuMenu);
+  bool givenBack = false;
+  program.frmAlgo.OpenLocked(EditAllButLog, [&] { givenBack = true; });
+  windows.No("Initialize");
+  Initialize({.path = Golden("attributes.dat"), .covariates = "3"});
+  EXPECT_FALSE(program.frmSetPriors.Loaded() || program.frmAlgo.Loaded());
+  EXPECT_TRUE(givenBack);
+  EXPECT_EQ(state.algorithm.Value.Size(), 34 + 12 * 3);
+  EXPECT_TRUE(desk.Usable(menu.cmdLoadAlg));
+}
+
 // ---- Results and simulation
 
 TEST_F(CommandsTest, SummaryRestsOnAnEvaluationAtThePresentValues) {
