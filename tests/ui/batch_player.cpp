@@ -136,7 +136,7 @@ void BatchPlayer::Act(const BatchLine& line) {
     case Verb::Interrupt:
       return desktop_.host.ActAt(line.turn, [this, target = std::pair(form, control)] {
         desktop_.windows.Sync();
-        desktop_.hand.Press(target.first, target.second);
+        Press(target.first, target.second);
       });
     case Verb::Seed:
       return desktop_.random.SetSeed(line.seed);

@@ -1,0 +1,36 @@
+#!/bin/bash
+# Makes docs/pictures from the real windows: the tests of the windows grab them behind each line of the kept analyses.
+# Needs a built tree (build/) and ImageMagick.
+set -eu
+cd "$(dirname "$0")/.."
+grabbed=build/screenshots
+analyses=tests/batch/analyses
+
+QT_QPA_PLATFORM=offscreen build/tests/test_ui --gtest_brief=1 --gtest_filter=\
+'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
+
+# Keeps a grabbed window under a name, without the line of file names below it, which are those of one machine. Few
+# colours make a small file of a window without harming it.
+keep() {
+  convert "$grabbed/$2.png" -crop 1280x640+0+0 +repage -strip +dither -colors 96 -define png:compression-level=9 "docs/pictures/$1.png"
+}
+# Keeps the window behind the first (or n-th) line of an analysis that fits the pattern.
+behind() {
+  local line
+  line=$(grep -n -m"${5:-1}" -e "$4" "$3/$2.batch" | tail -1 | cut -d: -f1)
+  keep "$1" "$2_$line"
+}
+
+behind main first_fit examples 'close frmOneFunction'
+keep initialize form_frmInitialize
+behind editor editing $analyses 'type grdVS'
+behind one_function first_fit examples 'save-text frmOneFunction'
+behind simplex first_fit examples 'save-text frmSimplex'
+behind covariance covariances $analyses 'save-text frmCovData'
+behind summary bootstrap $analyses 'save-text frmSummary'
+behind priors priors $analyses 'select frmSetPriors.grdPriors 8'
+behind profile estimates $analyses 'doubleclick frmDistPlot.listVar'
+behind posterior estimates $analyses 'show frmDistPlot' 3
+behind rank ranking $analyses 'press frmRank.cmdAverage'
+behind xy_plot detail_plots $analyses 'save-plot frmXYPlot observed'
+keep bivariate plot_bivariate
