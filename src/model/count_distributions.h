@@ -10,6 +10,7 @@ namespace merlane {
 /// same names in distributions.h, which define them.
 class CountDistributions {
  public:
+  /// For counts of up to `maxCount` individuals.
   explicit CountDistributions(int maxCount);
 
   /// n at most maxCount.
