@@ -108,14 +108,14 @@ void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoint
 void EvaluationDialogue::ShowLast() {
   p_.state.flags.SimplexBuilt = false;
   p_.state.profile.ProfileState = 1;
-  const Evaluation& last = p_.last;
-  if (!last.series) return;
+  if (!p_.last.series) return;
+  const Evaluation shown = p_.last;  // a copy: another command may replace it while the plots are open
   const auto source = kind_ == EvaluationKind::Profile ? DistributionSeries::Source::LikelihoodProfile
                                                        : DistributionSeries::Source::Posterior;
-  p_.distPlot.ShowDistPlot(ForPlots(source, last.ProfileParameter, *last.series));
+  p_.distPlot.ShowDistPlot(ForPlots(source, shown.ProfileParameter, *shown.series));
   p_.desk.WaitUntil([this] { return !p_.distPlot.Loaded(); });
-  ShowMore();
-  table_.Open(Table());
+  ShowMore(shown);
+  table_.Open(Table(*shown.series));
 }
 
 bool EvaluationDialogue::AskQuit(const char* boxTitle) const {

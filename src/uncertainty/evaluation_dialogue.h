@@ -80,9 +80,9 @@ class EvaluationDialogue {
   virtual double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const = 0;
   /// Evaluates; the parameter is to be pinned here. Shows what comes of it.
   virtual void Run(const EvaluationSetup& setup) = 0;
-  /// The table of the last evaluation, and what else is shown of it behind the plots.
-  virtual std::string Table() const = 0;
-  virtual void ShowMore() {}
+  /// The table of an evaluation, and what else is shown of it behind the plots.
+  virtual std::string Table(const ConfidenceSeries& series) const = 0;
+  virtual void ShowMore(const Evaluation& /*evaluation*/) {}
 
   /// Keeps what was evaluated as the last evaluation.
   void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);

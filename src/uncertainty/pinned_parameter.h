@@ -16,12 +16,14 @@ class PinnedParameter {
         X0(state.algorithm.Value(parameter)),
         H(state.algorithm.Step(parameter)),
         state_(state),
+        parameters_(state.algorithm.Value.Size()),
         restoredStep_(H) {
     state_.profile.ProfileParameter = parameter;
     state_.algorithm.Step(parameter) = 0;
     PackFree(state_);
   }
   ~PinnedParameter() {
+    if (state_.algorithm.Value.Size() != parameters_) return;  // another model has been initialised meanwhile
     state_.algorithm.Value(ProfileParameter) = X0;
     state_.algorithm.Step(ProfileParameter) = restoredStep_;
     ++state_.free.NFREE;
@@ -38,6 +40,7 @@ class PinnedParameter {
 
  private:
   RunState& state_;
+  const int parameters_;
   double restoredStep_;
 };
 

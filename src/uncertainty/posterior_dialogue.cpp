@@ -150,11 +150,11 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   ShowLast();
 }
 
-std::string PosteriorDialogue::Table() const { return PosteriorTable(*p_.last.series); }
+std::string PosteriorDialogue::Table(const ConfidenceSeries& series) const { return PosteriorTable(series); }
 
-void PosteriorDialogue::ShowMore() {
-  if (!p_.last.bivariate) return;
-  const BivariateDensity& density = *p_.last.bivariate;
+void PosteriorDialogue::ShowMore(const Evaluation& evaluation) {
+  if (!evaluation.bivariate) return;
+  const BivariateDensity& density = *evaluation.bivariate;
   if (p_.desk.Ask("Bivariate plot",
                   fmt::format("Do you want to view a bivariate plot of parameters {} and {}?", density.firstParameter,
                               density.secondParameter),
@@ -162,14 +162,14 @@ void PosteriorDialogue::ShowMore() {
     return;
   bivarPlot_.ShowBivarPlot(density);
   p_.desk.WaitUntil([this] { return !bivarPlot_.Loaded(); });
-  SaveGrid();
+  SaveGrid(density);
 }
 
-void PosteriorDialogue::SaveGrid() {
+void PosteriorDialogue::SaveGrid(const BivariateDensity& density) {
   const auto path =
       p_.desk.AskFile({FileRequest::Kind::Save, "Save grid values in...",
                        "All files (*.*)|*.*|Grid files (*.grd)|*.grd", 2, ClockName(p_.desk.host.clock) + ".grd"});
-  if (path) p_.desk.Write(*path, WithCrLf(GridFileText(*p_.last.bivariate)));
+  if (path) p_.desk.Write(*path, WithCrLf(GridFileText(density)));
 }
 
 }  // namespace merlane

@@ -21,12 +21,12 @@ class PosteriorDialogue : private EvaluationDialogue {
   Reply AskMethod(EvaluationSetup& setup) override;
   double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const override;
   void Run(const EvaluationSetup& setup) override;
-  std::string Table() const override;
-  void ShowMore() override;
+  std::string Table(const ConfidenceSeries& series) const override;
+  void ShowMore(const Evaluation& evaluation) override;
 
   /// Asks for the points on the axes of the other free parameters; none when the user quits.
   std::optional<std::int16_t> AskGridPoints();
-  void SaveGrid();
+  void SaveGrid(const BivariateDensity& density);
 
   FrmBivarPlot& bivarPlot_;
 };

@@ -126,6 +126,6 @@ bool ProfileDialogue::MinimiseByMarquardt() {
   return !run_.QuitAsked;
 }
 
-std::string ProfileDialogue::Table() const { return LikelihoodProfileTable(*p_.last.series); }
+std::string ProfileDialogue::Table(const ConfidenceSeries& series) const { return LikelihoodProfileTable(series); }
 
 }  // namespace merlane

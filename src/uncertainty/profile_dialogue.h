@@ -25,7 +25,7 @@ class ProfileDialogue : private EvaluationDialogue {
   Reply AskMethod(EvaluationSetup& setup) override;
   double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const override;
   void Run(const EvaluationSetup& setup) override;
-  std::string Table() const override;
+  std::string Table(const ConfidenceSeries& series) const override;
 
   /// Minimises at the present point. False when the user has quit, or has chosen no derivatives.
   bool Minimise();
