@@ -84,8 +84,8 @@ std::string Desk::Input(const std::string& title, const std::string& prompt, con
 
 std::optional<std::string> Desk::AskFile(const FileRequest& request) { return host.windows.AskFile(request); }
 
-void Desk::Write(const std::string& path, std::string_view bytes) {
-  WriteWholeFile(path, bytes);
+void Desk::Write(const std::string& path, std::string_view bytes, bool lasting) {
+  WriteWholeFile(path, bytes, lasting);
   host.windows.OnWrote(path);
 }
 

@@ -42,8 +42,8 @@ class Desk {
   std::string Input(const std::string& title, const std::string& prompt, const std::string& defaultText);
   std::optional<std::string> AskFile(const FileRequest& request);
 
-  /// Writes a file whole and tells the host.
-  void Write(const std::string& path, std::string_view bytes);
+  /// Writes a file whole and tells the host; `lasting` as WriteWholeFile.
+  void Write(const std::string& path, std::string_view bytes, bool lasting = true);
 
   /// Gives the window system a turn. A turn inside a turn does nothing. Raises EndProgram when the user has closed the
   /// program meanwhile.

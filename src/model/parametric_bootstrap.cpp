@@ -133,7 +133,7 @@ void ParametricBootstrap::SimulateInto(const std::string& path) {
                     model_.simulation))
     throw RuntimeFailure("no data could be simulated");
   Tell("Writing simulated data");
-  desk_.Write(path, BootstrapDataText(model_.data, model_.simulation.SimCount));
+  desk_.Write(path, BootstrapDataText(model_.data, model_.simulation.SimCount), false);
 }
 
 /// Reads the real data or, given its file, a simulated data set.

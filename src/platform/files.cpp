@@ -60,7 +60,7 @@ std::string ReadWholeFile(const std::string& path) {
   }
 }
 
-void WriteWholeFile(const std::string& path, std::string_view bytes) {
+void WriteWholeFile(const std::string& path, std::string_view bytes, bool lasting) {
   std::string temporary = path + ".XXXXXX";
   const Descriptor file(::mkstemp(temporary.data()));
   if (file.Get() < 0) Fail("write", path);
@@ -77,7 +77,7 @@ void WriteWholeFile(const std::string& path, std::string_view bytes) {
     else if (errno != EINTR)
       fail();
   }
-  if (::fchmod(file.Get(), ModeFor(path)) != 0 || ::fsync(file.Get()) != 0) fail();
+  if (::fchmod(file.Get(), ModeFor(path)) != 0 || (lasting && ::fsync(file.Get()) != 0)) fail();
   if (::rename(temporary.c_str(), path.c_str()) != 0) fail();
 }
 

@@ -10,7 +10,8 @@ namespace merlane {
 std::string ReadWholeFile(const std::string& path);
 
 /// Writes a file whole: to a temporary name in the same folder, then renamed into place, so that a full disk or a
-/// missing folder leaves an old file as it was. RuntimeFailure, naming the file and the reason.
-void WriteWholeFile(const std::string& path, std::string_view bytes);
+/// missing folder leaves an old file as it was. A `lasting` file survives a power cut right behind the call; one that
+/// can be made again need not, and is written many times faster. RuntimeFailure, naming the file and the reason.
+void WriteWholeFile(const std::string& path, std::string_view bytes, bool lasting = true);
 
 }  // namespace merlane
