@@ -1,0 +1,187 @@
+// Somebody presses whatever can be pressed, in any order, and gives any answer: the program neither breaks nor leaves
+// its user without a way on.
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Golden;
+
+/// Windows whose user does and answers anything. What was done is kept, to be told when something goes wrong.
+class AnyHand : public WindowSystem {
+ public:
+  AnyHand(unsigned seed, const test::Folder& folder) : random_(seed), folder_(folder) {}
+
+  Desk* desk = nullptr;
+  std::vector<std::string> done;
+  bool ended = false;
+
+  std::string Story() const {
+    std::string story;
+    for (const std::string& line : done) story += line + "\n";
+    return story;
+  }
+
+  /// Comes to an analysis, or a simulation, with default algorithm data.
+  void Begin(Program& program, bool analysis) {
+    desk->Press(program.frmMenu.cmdInitialize);
+    if (analysis)
+      program.frmInitialize.txtDataInput.text = Golden("juveniles_only.dat");
+    else
+      desk->Choose(program.frmInitialize.optSimulate);
+    desk->Press(program.frmInitialize.cmdDone);
+    while (program.state.algorithm.AlgName.empty()) desk->Press(program.frmMenu.cmdLoadAlg);
+  }
+
+  /// Uses one thing that can be used now; false when there is none.
+  bool Act() {
+    std::vector<std::function<void()>> choices;
+    for (int look = 0; look < 100 && choices.empty(); ++look) choices = Choices();
+    if (choices.empty()) return false;
+    choices[Below(choices.size())]();
+    return true;
+  }
+
+  Answer MsgBox(const Message& message) override {
+    const int buttons = message.style & 15;
+    const Answer answer = buttons == 0   ? Answer::Ok
+                          : buttons == 1 ? Pick({Answer::Ok, Answer::Ok, Answer::Cancel})
+                          : buttons == 3 ? Pick({Answer::Yes, Answer::No, Answer::Cancel})
+                                         : Pick({Answer::Yes, Answer::No});
+    // Who always quits sees little of the program.
+    const bool quits = message.title == "Exit Tolvane" && Below(20) != 0;
+    Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(quits ? Answer::No : answer)));
+    return quits ? Answer::No : answer;
+  }
+  std::string InputBox(const InputRequest& request) override {
+    const std::string answer =
+        Pick<std::string>({request.defaultText, "", "0.5", "1", "2", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
+    Note("  input " + request.title + " -> " + answer);
+    return answer;
+  }
+  std::optional<std::string> AskFile(const FileRequest& request) override {
+    const bool open = request.kind == FileRequest::Kind::Open;
+    const std::string path =
+        open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"), Golden("priors.pri"),
+                                  Golden("attributes.dat"), Golden("priors.alg"), folder_ / "a", folder_ / "missing"})
+             : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
+    Note("  file " + request.title + " -> " + path);
+    if (path.empty()) return std::nullopt;
+    return path;
+  }
+  void OnForm(Form&, FormEvent) override {}
+  void OnStatus(const std::string&, int, const std::string&) override {}
+  void OnWrote(const std::string&) override {}
+  void OnFailure(const std::string& text) override { Note("  failure " + text); }
+  void OnEnd(int) override { ended = true; }
+  void Turn() override {
+    // Now and then somebody interrupts a calculation, or tries to do something else meanwhile.
+    if (Below(50) == 0) Act();
+  }
+  void Wait() override {
+    if (!Act()) ADD_FAILURE() << "a command waits and nothing can be done:\n" << Story();
+  }
+
+ private:
+  std::size_t Below(std::size_t n) { return random_() % n; }
+  template <class T>
+  T Pick(std::initializer_list<T> from) {
+    return from.begin()[Below(from.size())];
+  }
+  void Note(const std::string& line) { done.push_back(line); }
+
+  /// Everything that a person could do at this moment.
+  std::vector<std::function<void()>> Choices() {
+    std::vector<std::function<void()>> choices;
+    for (Form* form : desk->Forms()) {
+      if (!form->Visible()) continue;
+      for (Control* control : form->Controls())
+        if (desk->Usable(*control) && (form->name != "frmMain" || Below(8) == 0)) AddChoices(*control, choices);
+      if (Below(4) == 0 && !desk->Busy())
+        choices.push_back([this, form] {
+          Note("close " + form->name);
+          desk->Close(*form);
+        });
+    }
+    return choices;
+  }
+
+  void AddChoices(Control& control, std::vector<std::function<void()>>& choices) {
+    const auto add = [&](const std::function<void()>& use) {
+      choices.push_back([this, &control, use] {
+        Note(control.form.name + "." + control.name);
+        use();
+      });
+    };
+    if (auto* button = dynamic_cast<Button*>(&control)) {
+      const bool leaves = button->name == "cmdQuit";
+      if (!leaves || Below(10) == 0) add([this, button] { desk->Press(*button); });
+    } else if (auto* entry = dynamic_cast<MenuEntry*>(&control)) {
+      if (entry->onClick) add([this, entry] { desk->Press(*entry); });
+    } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
+      add([this, option] { desk->Choose(*option); });
+    } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
+      add([this, box] { desk->Tick(*box, !box->value); });
+    } else if (auto* text = dynamic_cast<TextBox*>(&control)) {
+      add([this, text] {
+        if (!desk->Click(*text) || !text->onClick) desk->SetText(*text, AnyText());
+      });
+    } else if (auto* combo = dynamic_cast<ComboBox*>(&control)) {
+      add([this, combo] {
+        desk->SetText(*combo,
+                      combo->items.empty() || Below(3) == 0 ? AnyText() : combo->items[Below(combo->items.size())]);
+      });
+    } else if (auto* list = dynamic_cast<ListBox*>(&control)) {
+      if (list->items.empty()) return;
+      add([this, list] { desk->Select(*list, static_cast<int>(Below(list->items.size()))); });
+      add([this, list] { desk->DoubleClick(*list); });
+    } else if (auto* grid = dynamic_cast<Grid*>(&control)) {
+      if (grid->Rows() == 0) return;
+      const int row = static_cast<int>(Below(static_cast<std::size_t>(grid->Rows())));
+      const int column = static_cast<int>(Below(static_cast<std::size_t>(grid->Columns())));
+      add([this, grid, row, column] { desk->Click(*grid, row, column); });
+      add([this, grid, row, column] { desk->DoubleClick(*grid, row, column); });
+      add([this, grid, row, column] {
+        if (desk->DoubleClick(*grid, row, column)) desk->Enter(*grid, row, column, AnyText());
+      });
+    }
+  }
+
+  std::string AnyText() {
+    return Pick<std::string>({"", "0", "1", "2.5", "-3", "abc", "A", "BB", "1e400", "40000", "1995", "0.4"});
+  }
+
+  std::mt19937 random_;
+  const test::Folder& folder_;
+};
+
+class AnyOrderTest : public ::testing::TestWithParam<unsigned> {};
+
+TEST_P(AnyOrderTest, NeitherBreaksNorStrandsItsUser) {
+  const test::Folder folder("any_order_" + std::to_string(GetParam()));
+  test::FixedClock clock;
+  RandomStreams random(clock);
+  test::NoWorkbooks workbooks;
+  AnyHand hand(GetParam(), folder);
+  Program program({hand, clock, random, workbooks, folder / "", folder / ""});
+  hand.desk = &program.desk;
+  program.Start();
+  if (GetParam() % 3 != 0) hand.Begin(program, GetParam() % 3 == 1);
+  for (int i = 0; i < 400 && !hand.ended; ++i) {
+    ASSERT_TRUE(hand.Act()) << hand.Story();
+    if (hand.ended) break;
+    bool wayOn = program.desk.Usable(program.frmMain.mnuMenu) && program.frmMain.mnuApplication.enabled;
+    for (const Form* form : program.desk.Forms())
+      wayOn = wayOn || (form != &program.frmMain && form->Visible() && form->enabled);
+    ASSERT_TRUE(wayOn) << hand.Story();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, AnyOrderTest, ::testing::Range(1U, 61U));
+
+}  // namespace
+}  // namespace merlane
