@@ -1,0 +1,134 @@
+// Parametric bootstraps of the example analysis with both minimisers, as the program runs them, windows and files
+// included. Prints for each the replicates per minute, the function calls, and how much of the time was spent where.
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+
+#include "program/program.h"
+
+namespace {
+
+using namespace merlane;
+
+using Seconds = std::chrono::duration<double>;
+
+Seconds Now() { return std::chrono::steady_clock::now().time_since_epoch(); }
+
+/// Windows that nobody looks at; every box is acknowledged.
+class NoWindows : public WindowSystem {
+ public:
+  std::string dataFile;
+  Answer MsgBox(const Message&) override { return Answer::Yes; }
+  std::string InputBox(const InputRequest& request) override { return request.defaultText; }
+  std::optional<std::string> AskFile(const FileRequest&) override { return dataFile; }
+  void OnForm(Form&, FormEvent) override {}
+  void OnStatus(const std::string&, int, const std::string&) override {}
+  void OnWrote(const std::string&) override {}
+  void OnFailure(const std::string& text) override { fmt::print("a command failed: {}\n", text); }
+  void OnEnd(int) override {}
+  void Turn() override {}
+  void Wait() override {}
+};
+
+class NoWorkbooks : public Workbooks {
+ public:
+  std::vector<Worksheet> Read(const std::string&) override { return {}; }
+};
+
+/// The example, read and ready, with an objective that keeps the time.
+class Example {
+ public:
+  explicit Example(const std::string& folder) : program_({windows_, clock_, random_, workbooks_, folder, folder}) {
+    program_.Start();
+    Desk& desk = program_.desk;
+    FrmInitialize& form = program_.frmInitialize;
+    desk.Press(program_.frmMenu.cmdInitialize);
+    windows_.dataFile = MERLANE_SOURCE_DIR "/examples/first_fit.dat";
+    desk.Press(form.cmdLoadData);
+    desk.SetText(form.cboBroodCovs, "3");
+    desk.SetText(form.cboStartYear, "1995");
+    desk.SetText(form.cboEndYear, "1997");
+    desk.Press(form.cmdDone);
+    windows_.dataFile = MERLANE_SOURCE_DIR "/examples/first_fit.alg";
+    desk.Press(program_.frmMenu.cmdLoadAlg);
+    bootstrap_.minimiseSimplex = [this] {
+      return Minimising([this] {
+        program_.state.flags.SimplexBuilt = false;
+        simplexForm_.Minimise();
+        return true;
+      });
+    };
+    bootstrap_.minimiseMarquardt = [this] {
+      return Minimising([this] {
+        marquardtForm_.TakeNumericalDerivatives();
+        return marquardtForm_.Minimise().ending != MarquardtEnding::MatrixFailed;
+      });
+    };
+  }
+  Example(const Example&) = delete;
+  Example& operator=(const Example&) = delete;
+
+  void Run(const char* name, BootstrapResults::Minimiser minimiser, std::int16_t replicates) {
+    random_.SetSeed(1);
+    calls_ = 0;
+    inObjective_ = inReading_ = minimising_ = Seconds(0);
+    const Seconds begin = Now();
+    const BootstrapResults results = bootstrap_.Run({replicates, 40, minimiser});
+    const double all = (Now() - begin).count();
+    fmt::print(
+        "{:<10}{:4} replicates in {:6.2f} s: {:7.0f} per minute, {:5.0f} function calls each; objective {:3.0f} %, "
+        "rest "
+        "of the minimiser {:3.0f} %, reading data {:3.0f} %\n",
+        name, results.BootCount(), all, 60 * results.BootCount() / all,
+        static_cast<double>(calls_) / results.BootCount(), 100 * inObjective_.count() / all,
+        100 * (minimising_ - inMinimiser_).count() / all, 100 * inReading_.count() / all);
+    inMinimiser_ = Seconds(0);
+  }
+
+ private:
+  bool Minimising(const std::function<bool()>& minimise) {
+    BuildFuseGroups(program_.state);
+    PackFree(program_.state);
+    const Seconds begin = Now(), before = inObjective_;
+    const bool done = minimise();
+    minimising_ += Now() - begin;
+    inMinimiser_ += inObjective_ - before;
+    return done;
+  }
+
+  NoWindows windows_;
+  SystemClock clock_;
+  RandomStreams random_{clock_};
+  NoWorkbooks workbooks_;
+  Program program_;
+  Seconds inObjective_{0}, inReading_{0}, minimising_{0}, inMinimiser_{0};
+  int calls_ = 0;
+  Objective objective_{program_.state, [this](ModelCall& call) {
+                         const Seconds begin = Now();
+                         program_.model(call);
+                         (call.NF == 0 ? inReading_ : inObjective_) += Now() - begin;
+                         if (call.NF > 0) ++calls_;
+                       }};
+  SimplexState simplex_;
+  FrmSimplex simplexForm_{program_.desk, program_.frmMain, program_.state,  objective_,
+                          simplex_,      program_.log,     program_.profile};
+  FrmMarquardt marquardtForm_{program_.desk, program_.frmMain, program_.state,
+                              objective_,    program_.log,     program_.profile};
+  ParametricBootstrap bootstrap_{program_.desk, program_.state, objective_, program_.model, program_.frmMain};
+};
+
+}  // namespace
+
+int main() {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "merlane_bench_bootstrap";
+  std::filesystem::create_directories(folder);
+  {
+    Example example(folder.string());
+    example.Run("simplex", BootstrapResults::Minimiser::Simplex, 100);
+    example.Run("Marquardt", BootstrapResults::Minimiser::Marquardt, 100);
+  }
+  std::filesystem::remove_all(folder);
+}
