@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "base/text.h"
+
 namespace merlane {
 namespace {
 
@@ -77,15 +79,20 @@ Json StateOf(const Control& control) {
   return state;
 }
 
-void WriteLine(std::ostream& out, const Json& object) {
-  // Texts of data files are bytes of unknown make; what is no UTF-8 becomes the replacement character.
-  out << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+/// Texts of data files are bytes of unknown make; what is no UTF-8 is taken as Latin-1, as the windows do.
+Json AsUtf8(Json value) {
+  if (value.is_string()) return Utf8(value.get_ref<const std::string&>());
+  if (value.is_structured())
+    for (Json& part : value) part = AsUtf8(std::move(part));
+  return value;
 }
+
+void WriteLine(std::ostream& out, Json object) { out << AsUtf8(std::move(object)).dump() << '\n' << std::flush; }
 
 void WriteLine(std::ostream& out, const char* key, Json value) {
   Json object;
   object[key] = std::move(value);
-  WriteLine(out, object);
+  WriteLine(out, std::move(object));
 }
 
 }  // namespace
@@ -104,7 +111,7 @@ std::string Quoted(const std::string& text) {
   return quoted + '"';
 }
 
-void PeopleTranscript::Write(const std::string& line) { out_ << "      " << line << '\n' << std::flush; }
+void PeopleTranscript::Write(const std::string& line) { out_ << "      " << Utf8(line) << '\n' << std::flush; }
 
 void PeopleTranscript::Action(const std::string& action, int line) {
   out_ << fmt::format("{:4}  {}\n", line, action) << std::flush;
@@ -141,8 +148,7 @@ void PeopleTranscript::State(const Form& form) {
     if (!control->enabled) line += " disabled";
     if (!control->visible) line += " hidden";
     for (const char* key : {"value", "items", "selected", "cells", "panels"})
-      if (state.contains(key))
-        line += fmt::format(" {} {}", key, state[key].dump(-1, ' ', false, Json::error_handler_t::replace));
+      if (state.contains(key)) line += fmt::format(" {} {}", key, AsUtf8(state[key]).dump());
     Write(line);
   }
 }

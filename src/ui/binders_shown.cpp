@@ -8,7 +8,7 @@ namespace {
 
 class LabelBinder : public Binder {
  public:
-  LabelBinder(Label& label, Windows& allWindows, QWidget* parent) : Binder(label, allWindows) {
+  LabelBinder(Label& label, Windows& allWindows, QWidget* parent) : Binder(label, allWindows), label_(label) {
     view_ = new QLabel(parent);
     view_->setTextFormat(Qt::PlainText);
     view_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -17,13 +17,19 @@ class LabelBinder : public Binder {
 
   void Sync() override {
     Binder::Sync();
-    if (shown_ == control.text) return;
-    view_->setText(ToQt(shown_ = control.text).remove(QLatin1Char('\r')));
+    if (shown_ != control.text) view_->setText(ToQt(shown_ = control.text).remove(QLatin1Char('\r')));
+    if (fore_ == label_.fore) return;
+    fore_ = label_.fore;
+    QPalette palette;
+    if (fore_ != Colour::Default) palette.setColor(QPalette::WindowText, PaletteColour(static_cast<int>(fore_)));
+    view_->setPalette(palette);
   }
 
  private:
+  Label& label_;
   QLabel* view_;
   std::string shown_;
+  Colour fore_ = Colour::Default;
 };
 
 class StatusBarBinder : public Binder {

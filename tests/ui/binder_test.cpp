@@ -102,6 +102,17 @@ TEST_F(BinderTest, ButtonIsPressedAndShowsItsState) {
   EXPECT_TRUE(button->isHidden());
 }
 
+TEST_F(BinderTest, LabelTakesItsColour) {
+  auto* const label = hand.Find<QLabel>("frmDemo", "lblBox");
+  const QColor usual = label->palette().color(QPalette::WindowText);
+  demo.label.fore = Colour::Blue;
+  windows.Sync();
+  EXPECT_NE(label->palette().color(QPalette::WindowText), usual);
+  demo.label.fore = Colour::Default;
+  windows.Sync();
+  EXPECT_EQ(label->palette().color(QPalette::WindowText), usual);
+}
+
 TEST_F(BinderTest, TextIsHandedOverWhenTheBoxIsLeft) {
   hand.Type("frmDemo", "txtBox", "typed");
   EXPECT_EQ(demo.box.text, "typed");
