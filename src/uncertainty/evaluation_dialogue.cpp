@@ -27,7 +27,8 @@ void EvaluationDialogue::Evaluate(bool& on) {
     const FlagOn flag(on);
     Converse();
   }
-  p_.desk.Unload("frmParEvals");  // which brings the menu back
+  p_.desk.Unload("frmParEvals");  // which brings the menu back, unless both were closed on the way
+  if (const Form* const menu = p_.desk.Find("frmMenu"); menu != nullptr && !menu->Visible()) p_.desk.Show("frmMenu");
   for (int panel = 1; panel <= p_.main.stbMain5.Panels(); ++panel) SetPanel(panel, "");
   if (edited_)
     p_.desk.Tell("A friendly reminder", "Your algorithm file may have been automatically edited", style::Exclamation);

@@ -87,6 +87,19 @@ TEST_F(ProfileDialogueTest, ChoiceCanBeCancelled) {
   EXPECT_THAT(windows.messages, IsEmpty());
 }
 
+TEST_F(ProfileDialogueTest, MenuComesBackThoughTheChoiceAndTheMenuWereClosedMeanwhile) {
+  AnswerUpToMinimiser("1", "5");
+  windows.No(Title);
+  Edit([this] {
+    desk.Show(frmParEvals);
+    desk.Press(frmParEvals.cmdCancel);
+    desk.Close(frmMenu);
+  });
+  windows.Reply(Answer::Cancel, "Marquardt minimization");
+  Choose(frmParEvals.cmdML);
+  ExpectBackAtMenu();
+}
+
 TEST_F(ProfileDialogueTest, AnEmptyParameterEndsTheCommand) {
   AnswerUpToParameter();
   windows.CancelInput(Title);
