@@ -1,0 +1,208 @@
+// The evaluation of estimates and the profile of priors, from the menu to the menu.
+#include <gmock/gmock.h>
+
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+/// The juveniles at the minimum of a simplex.
+struct EvaluationTest : ::testing::Test, test::Analysis {
+  EvaluationTest() {
+    Ready("juveniles_only");
+    OneFunction();
+    windows.Yes("Just checking");
+    desk.Press(menu.cmdSimplex);
+  }
+  void Open() {
+    ASSERT_TRUE(desk.Press(menu.cmdParEstimate));
+    ASSERT_TRUE(program.frmParEvals.Visible());
+  }
+  /// A profile of parameter 17 by simplex, up to the editor.
+  void AnswerProfile(const std::string& points) {
+    windows.Yes("ML parameter estimate evaluation");
+    windows.Enter("0.5", "Enter constant");
+    windows.Enter("17", "ML parameter estimate evaluation");
+    windows.Enter(points, "ML parameter estimate evaluation");
+    windows.Yes("ML parameter estimate evaluation");
+  }
+  void FinishEditing() {
+    windows.AtWait([this] { EXPECT_TRUE(desk.Press(program.frmAlgo.cmdFinish)); });
+  }
+  void ClosePlots() {
+    windows.AtWait([this] { EXPECT_TRUE(desk.Press(program.frmDistPlot.cmdDone)); });
+  }
+  void ProfileShortly() {
+    Open();
+    AnswerProfile("3");
+    FinishEditing();
+    ClosePlots();
+    ASSERT_TRUE(desk.Press(program.frmParEvals.cmdML));
+  }
+};
+
+TEST_F(EvaluationTest, ComesBackToTheMenuWithEverythingThatCouldBePressed) {
+  const auto before = Usable();
+  ProfileShortly();
+  EXPECT_EQ(Usable(), before);
+  EXPECT_TRUE(ApplicationMenuUsable());
+  EXPECT_TRUE(program.frmMaxLike.Visible());
+  EXPECT_FALSE(state.profile.ProfileOn);
+}
+
+TEST_F(EvaluationTest, SwitchesAPlotOfPriorsOff) {
+  state.profile.PriorPlotOn = true;
+  Open();
+  EXPECT_FALSE(state.profile.PriorPlotOn);
+}
+
+TEST_F(EvaluationTest, ClosesTheWindowOfTheMinimiser) {
+  EXPECT_TRUE(program.frmSimplex.Visible());
+  Open();
+  EXPECT_FALSE(program.frmSimplex.Loaded());
+}
+
+TEST_F(EvaluationTest, ChoiceClosedByItsFrameComesBackToTheMenu) {
+  Open();
+  EXPECT_TRUE(desk.Close(program.frmParEvals));
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_TRUE(ApplicationMenuUsable());
+}
+
+TEST_F(EvaluationTest, NextSimplexBeginsAnew) {
+  ProfileShortly();
+  EXPECT_FALSE(state.flags.SimplexBuilt);
+}
+
+TEST_F(EvaluationTest, AnotherModelVoidsTheEarlierResults) {
+  ProfileShortly();
+  EXPECT_EQ(state.profile.ProfileState, 1);
+  windows.No("Initialize");
+  Ready("eggs_only");
+  EXPECT_EQ(state.profile.ProfileState, 0);
+  Open();
+  windows.Yes("ML parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  windows.CancelInput("ML parameter estimate evaluation");
+  EXPECT_TRUE(desk.Press(program.frmParEvals.cmdML)) << "is not asked whether the earlier plots shall be seen";
+}
+
+TEST_F(EvaluationTest, ProgramCanBeQuitWhileThePlotsAreOpen) {
+  const double step = state.algorithm.Step(17);
+  Open();
+  AnswerProfile("3");
+  FinishEditing();
+  windows.AtWait([this] {
+    windows.Yes("Exit Tolvane");
+    windows.No("What about algorithm data?");
+    desk.Close(program.frmMain);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_EQ(state.algorithm.Step(17), step);
+  EXPECT_FALSE(state.profile.ProfileOn);
+}
+
+TEST_F(EvaluationTest, ProgramCanBeQuitWhileAProfileRuns) {
+  Open();
+  AnswerProfile("25");
+  FinishEditing();
+  windows.AtTurn(5000, [this] {
+    windows.Yes("Exit Tolvane");
+    windows.No("What about algorithm data?");
+    desk.Close(program.frmMain);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_EQ(state.algorithm.Value(17), 0.04954023599624641);
+  EXPECT_NE(state.algorithm.Step(17), 0);
+}
+
+TEST_F(EvaluationTest, NothingOfTheMenuCanBePressedWhileAProfileRuns) {
+  Open();
+  AnswerProfile("3");
+  FinishEditing();
+  ClosePlots();
+  windows.AtTurn(2000, [this] {
+    EXPECT_FALSE(menu.Loaded());
+    EXPECT_FALSE(desk.Press(program.frmMain.mnuMenu));
+    EXPECT_FALSE(desk.Press(program.frmParEvals.cmdBP));
+    EXPECT_FALSE(desk.Press(program.frmMain.mnuInterruptBayes));
+    EXPECT_TRUE(state.profile.ProfileOn);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+}
+
+TEST_F(EvaluationTest, AFailureLeavesTheMenu) {
+  Open();
+  AnswerProfile("3");
+  windows.AtWait([this] {
+    state.algorithm.Value(17) = 1e300;
+    state.algorithm.Step(17) = 1e300;
+    desk.Press(program.frmAlgo.cmdFinish);
+  });
+  windows.ExpectFailure("frmParEvals.cmdML");
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_TRUE(ApplicationMenuUsable());
+  EXPECT_FALSE(state.profile.ProfileOn);
+  EXPECT_EQ(state.algorithm.Value(17), 1e300) << "what was typed stays";
+  EXPECT_EQ(state.algorithm.Step(17), 1e300);
+}
+
+TEST_F(EvaluationTest, APosteriorIsReachedFromTheMenu) {
+  Open();
+  windows.Yes("Bayesian parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  for (const char* answer : {"17", "5", "5"}) windows.Enter(answer, "Bayesian parameter estimate evaluation");
+  FinishEditing();
+  ClosePlots();
+  windows.No("Bivariate plot");
+  EXPECT_TRUE(desk.Press(program.frmParEvals.cmdBP));
+  EXPECT_TRUE(program.frmBayesian.Visible());
+  EXPECT_TRUE(menu.Visible());
+}
+
+TEST_F(EvaluationTest, ADoubledPriorDrawsThePosteriorToItself) {
+  // On the scale of this model's objective a prior counts twice in profiles and posteriors.
+  program.priors.PriorCode(17) = "N";
+  program.priors.PriorFirstMean(17) = 0.03;
+  program.priors.PriorFirstSD(17) = 0.0001;  // so narrow that the data hardly matter
+  state.flags.BayesOn = true;
+  state.algorithm.Step(18) = 0;
+  state.algorithm.Value(17) = 0.03;
+  state.algorithm.Step(17) = 0.00002;
+  Open();
+  windows.Yes("Bayesian parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  for (const char* answer : {"17", "41"}) windows.Enter(answer, "Bayesian parameter estimate evaluation");
+  FinishEditing();
+  ClosePlots();
+  EXPECT_TRUE(desk.Press(program.frmParEvals.cmdBP));
+  EXPECT_NEAR(program.evaluation.series->EstimatedSE, 0.0001 / std::sqrt(2), 1e-7);
+}
+
+TEST_F(EvaluationTest, ThePriorsOfTheEditorCanBeProfiled) {
+  ASSERT_TRUE(desk.Press(menu.cmdBayesian));
+  windows.Yes("Setting Bayesian Priors");
+  ASSERT_TRUE(desk.Press(program.frmLoadPriors.cmdSet));
+  desk.SelectRow(program.frmSetPriors.grdPriors, 18);
+  windows.Enter("0.05", "Gaussian (i.e., Normal)");
+  windows.Enter("0.01", "Gaussian (i.e., Normal)");
+  desk.Press(program.frmSetPriors.mnuN);
+  windows.Enter("17", "Evaluation of prior distributions");
+  windows.Enter("101", "Evaluation of prior distributions");
+  EXPECT_TRUE(desk.Press(program.frmSetPriors.mnuProfile));
+  EXPECT_TRUE(program.frmDistPlot.Visible());
+  EXPECT_THAT(program.frmPriorDists.rtbTable.text, HasSubstr("Expected Value:  5.0000E-002"));
+  EXPECT_FALSE(menu.Visible()) << "the editor is still open";
+  EXPECT_TRUE(desk.Press(program.frmDistPlot.cmdDone));
+  EXPECT_THAT(windows.Titles(), Not(Contains("Bivariate plot")));
+}
+
+}  // namespace
+}  // namespace merlane
