@@ -41,8 +41,7 @@ TEST_P(GoldenSummary, IsTheReferencesToTheLastCharacter) {
   text += "seed " + Index()["seed"].dump() + "\npress frmMenu.cmdUserSummary\nenter " +
           Index()["randomisations"].dump() +
           " at \"More simulations improve the goodness-of-fit (GOF) estimate\"\nreply " +
-          summary["answer"].get<std::string>() +
-          " at \"Choose among output options\"\n";
+          summary["answer"].get<std::string>() + " at \"Choose among output options\"\n";
   if (summary["answer"] == "cancel") text += "reply no\nreply no\n";  // no plots either
   text += "save-text frmSummary.rtbOut summary.txt\n";
   const Replay replay(text);

@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "minimise/marquardt.h"
+#include "support/survival_run.h"
 #include "uncertainty/posterior.h"
 #include "uncertainty/profile.h"
-#include "support/survival_run.h"
 
 namespace merlane {
 namespace {
