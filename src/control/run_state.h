@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/array1.h"
@@ -44,11 +45,17 @@ struct FreeParameters {
 
 /// What a likelihood profile, prior plot or posterior integration has under evaluation.
 struct ProfileStatus {
+  /// A parameter that is held at values other than its own, without a step.
+  struct Pinned {
+    std::int16_t parameter;
+    double value, step;  // its own
+  };
   bool ProfileOn = false;
   bool IntegrationOn = false;
   bool PriorPlotOn = false;
   std::int16_t ProfileParameter = 0;  // 0 when none
   std::int16_t ProfileState = 0;      // 1 when a profile or integration has left its results
+  std::optional<Pinned> pinned;       // while a profile or integration runs or shows its plots
 };
 
 /// Where the run stands; lives as long as the program.

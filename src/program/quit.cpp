@@ -4,6 +4,11 @@ namespace merlane {
 
 void Program::Quit() {
   if (desk.Ask("Exit Tolvane", "Do you want to quit Tolvane?", style::YesNoQuestionDefaultNo) != Answer::Yes) return;
+  if (const auto& pinned = state.profile.pinned) {
+    // Leaving in the middle of an evaluation shall not cost its parameter the value and step in the file.
+    state.algorithm.Value(pinned->parameter) = pinned->value;
+    state.algorithm.Step(pinned->parameter) = pinned->step;
+  }
   if (desk.Ask("What about algorithm data?", "Save algorithm data?", style::YesNoQuestion) == Answer::Yes)
     algorithmCommands.Save_Alg();
   if (!priors.AnySet())

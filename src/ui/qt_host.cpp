@@ -40,6 +40,8 @@ void QtHost::OnWrote(const std::string& path) {
   if (windows_ != nullptr && windows_->Main() != nullptr) windows_->Main()->TellWritten(ToQt(path));
 }
 
+void QtHost::Beep() { QApplication::beep(); }
+
 void QtHost::OnFailure(const std::string& text) { TellFailure(text, Parent()); }
 
 void QtHost::OnEnd(int exitStatus) {

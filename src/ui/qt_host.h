@@ -26,6 +26,7 @@ class QtHost : public WindowSystem {
   void OnForm(Form& form, FormEvent event) override;
   void OnStatus(const std::string&, int, const std::string&) override {}
   void OnWrote(const std::string& path) override;
+  void Beep() override;
   void OnFailure(const std::string& text) override;
   void OnEnd(int exitStatus) override;
 

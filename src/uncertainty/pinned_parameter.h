@@ -19,10 +19,12 @@ class PinnedParameter {
         parameters_(state.algorithm.Value.Size()),
         restoredStep_(H) {
     state_.profile.ProfileParameter = parameter;
+    state_.profile.pinned = {parameter, X0, H};
     state_.algorithm.Step(parameter) = 0;
     PackFree(state_);
   }
   ~PinnedParameter() {
+    state_.profile.pinned.reset();
     if (state_.algorithm.Value.Size() != parameters_) return;  // another model has been initialised meanwhile
     state_.algorithm.Value(ProfileParameter) = X0;
     state_.algorithm.Step(ProfileParameter) = restoredStep_;

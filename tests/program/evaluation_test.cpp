@@ -1,6 +1,7 @@
 // The evaluation of estimates and the profile of priors, from the menu to the menu.
 #include <gmock/gmock.h>
 
+#include "platform/files.h"
 #include "program/analysis.h"
 
 namespace merlane {
@@ -105,6 +106,27 @@ TEST_F(EvaluationTest, ProgramCanBeQuitWhileThePlotsAreOpen) {
   EXPECT_EQ(windows.exitStatus, 0);
   EXPECT_EQ(state.algorithm.Step(17), step);
   EXPECT_FALSE(state.profile.ProfileOn);
+}
+
+TEST_F(EvaluationTest, AlgorithmDataSavedOnTheWayOutOfAnEvaluationHaveItsParameterFree) {
+  const test::Folder folder("evaluation_quit");
+  const double value = state.algorithm.Value(17), step = state.algorithm.Step(17);
+  Open();
+  AnswerProfile("3");
+  FinishEditing();
+  windows.AtWait([&] {
+    EXPECT_EQ(state.algorithm.Step(17), 0);
+    windows.Yes("Exit Tolvane");
+    windows.Yes("What about algorithm data?");
+    windows.File(folder / "left.alg");
+    desk.Close(program.frmMain);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  AlgorithmData left = state.algorithm;
+  left.Step(17) = 0;
+  ASSERT_EQ(ReadAlgorithm(ReadWholeFile(folder / "left.alg"), left).failure, AlgorithmReading::Failure::None);
+  EXPECT_NEAR(left.Value(17), value, 1e-7 * value);
+  EXPECT_NEAR(left.Step(17), step, 1e-7 * step);
 }
 
 TEST_F(EvaluationTest, ProgramCanBeQuitWhileAProfileRuns) {
