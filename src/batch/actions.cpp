@@ -144,7 +144,7 @@ void Actions::Close(const BatchLine& line) {
   Form& form = FormOf(line);
   if (desk_.Close(form)) return;
   if (!form.Visible()) Fault(line, form.name + " is not shown");
-  Fault(line, form.name + (form.enabled ? " cannot be closed while a calculation runs" : " takes no input now"));
+  Fault(line, form.name + (form.TakesInput() ? " cannot be closed while a calculation runs" : " takes no input now"));
 }
 
 void Actions::Arm(const BatchLine& line) {
@@ -221,7 +221,7 @@ void Actions::Check(bool done, const BatchLine& line, const Control& control) co
 
 std::string Actions::WhyUnusable(const Control& control) const {
   if (!control.form.Visible()) return control.form.name + " is not shown";
-  if (!control.form.enabled) return control.form.name + " takes no input now";
+  if (!control.form.TakesInput()) return control.form.name + " takes no input now";
   if (!control.visible) return control.name + " is not visible";
   if (!control.enabled) return control.name + " is not enabled";
   if (desk_.Busy() && !control.offeredWhileBusy) return control.name + " is not offered while a calculation runs";

@@ -30,6 +30,7 @@ FrmMenu::FrmMenu(Desk& d, const RunState& state) : Form(d, "frmMenu", "Main menu
 
   EnableAnalysis(false);
   cmdLoadAlg.enabled = false;
+  restsDuringCommands = true;
 }
 
 void FrmMenu::OnLoad() {

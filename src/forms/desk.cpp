@@ -113,7 +113,8 @@ void Desk::EndIfRaised() {
 
 bool Desk::Usable(const Control& control) const {
   const Form& form = control.form;
-  if (ended_ || !form.loaded_ || !form.visible_ || !form.enabled || !control.visible || !control.enabled) return false;
+  if (ended_ || !form.loaded_ || !form.visible_ || !form.TakesInput() || !control.visible || !control.enabled)
+    return false;
   return !Busy() || control.offeredWhileBusy;
 }
 
@@ -230,7 +231,7 @@ bool Desk::Enter(Grid& grid, int row, int column, const std::string& entry) {
 }
 
 bool Desk::Close(Form& form) {
-  if (ended_ || !form.loaded_ || !form.visible_ || !form.enabled) return false;
+  if (ended_ || !form.loaded_ || !form.visible_ || !form.TakesInput()) return false;
   if (Busy() && !form.closableWhileBusy) {
     // The window goes when the calculation has unwound; only the main window's close can end the calculation itself.
     closeAsked_ = closeAsked_ || form.name == "frmMain";

@@ -74,6 +74,8 @@ class Desk {
   bool Usable(const Control& control) const;
   /// True while a calculation runs that has not asked for input.
   bool Busy() const { return depth_ > 0 && !waiting_; }
+  /// True while a command runs or waits.
+  bool CommandUnderWay() const { return depth_ > 0; }
   /// Set once the program has ended.
   bool Ended() const { return ended_; }
 

@@ -11,6 +11,8 @@ Form::Form(Desk& d, std::string formName, std::string formTitle)
 
 Form::~Form() { std::erase(desk.forms_, this); }
 
+bool Form::TakesInput() const { return enabled && !(restsDuringCommands && desk.CommandUnderWay()); }
+
 Control* Form::Find(const std::string& controlName) const {
   const auto found = std::ranges::find(controls_, controlName, &Control::name);
   return found == controls_.end() ? nullptr : *found;

@@ -22,6 +22,11 @@ class Form {
   const std::string name;
   std::string title;
   bool enabled = true;  // an inactive form takes no input
+  /// The form begins commands that do not mix with others: it rests while one is under way, even one that waits.
+  bool restsDuringCommands = false;
+
+  /// True when a person can use the form, as far as the form goes.
+  bool TakesInput() const;
 
   bool Loaded() const { return loaded_; }
   bool Visible() const { return visible_; }

@@ -49,7 +49,7 @@ void FormWindow::Sync() {
   binding.Sync();
   for (const auto& [frame, members] : frames_)
     frame->setVisible(std::ranges::any_of(members, [](const QWidget* member) { return !member->isHidden(); }));
-  if (isEnabled() != binding.form.enabled) setEnabled(binding.form.enabled);
+  if (isEnabled() != binding.form.TakesInput()) setEnabled(binding.form.TakesInput());
 }
 
 void FormWindow::Place(MainWindow* main) {

@@ -6,6 +6,7 @@ FrmParEvals::FrmParEvals(Desk& d, FrmMain& main) : Form(d, "frmParEvals", "Evalu
   cmdML.onClick = [this] { Evaluate(evaluateProfile); };
   cmdBP.onClick = [this] { Evaluate(evaluatePosterior); };
   cmdCancel.onClick = [this] { desk.Unload(*this); };
+  restsDuringCommands = true;
 }
 
 void FrmParEvals::Evaluate(const std::function<void()>& evaluation) {
