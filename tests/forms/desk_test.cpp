@@ -82,6 +82,23 @@ TEST_F(DeskTest, WhileACalculationRunsOnlyWhatItOffersCanBeUsed) {
   EXPECT_FALSE(desk.Busy());
 }
 
+TEST_F(DeskTest, FormThatRestsDuringCommandsTakesNoInputWhileOneWaits) {
+  Sample menu{desk, "frmResting"};
+  menu.restsDuringCommands = true;
+  menu.cmdGo.onClick = [] { FAIL() << "a second command began inside the first"; };
+  desk.Show(form);
+  desk.Show(menu);
+  bool done = false;
+  form.cmdGo.onClick = [&] { desk.WaitUntil([&] { return done; }); };
+  host.windows.AtWait([&] {
+    EXPECT_FALSE(desk.Press(menu.cmdGo));
+    EXPECT_FALSE(desk.Close(menu));
+    done = true;
+  });
+  desk.Press(form.cmdGo);
+  EXPECT_TRUE(desk.Usable(menu.cmdGo));
+}
+
 TEST_F(DeskTest, ActionsReachTheControls) {
   desk.Show(form);
   std::vector<std::string> seen;
