@@ -81,8 +81,7 @@ std::string Block(const FitStatistic& s, const Words& words) {
   const char* const share = " #0.000";
   std::string text =
       "The randomization test that follows is that of Roff, D.A. and P. Bentzen (1989), Molecular Biology and "
-      "Evolution "
-      "6: 539-545\r\n";
+      "Evolution 6: 539-545\r\n";
   text += fmt::format(
       "You can reject this model if the cumulative p[{}] is outside your acceptance range (e.g., 0.025 < p < "
       "0.975)\r\n",

@@ -23,14 +23,12 @@ std::string ModelHelp() {
       "- correlated mortality: deaths in a nest are linked, as when a predator finds the whole nest.",
       "",
       "Each kind has a modified Weibull survival function of age, with a rate Alpha and a shape Beta (Beta = 1: the "
-      "same "
-      "mortality every day). Eggs and juveniles have parameters of their own.",
+      "same mortality every day). Eggs and juveniles have parameters of their own.",
       "A clutch is in the correlated state at laying with probability c_N, a brood at hatch with probability c_B; f_N "
       "and f_B let that share fall with age.",
       "",
       "Counts are binomial; under correlated mortality they may be beta-binomial, with an overdispersion Theta that "
-      "may "
-      "fall with age.",
+      "may fall with age.",
       "",
       "The survival of juveniles may depend on the expected brood size at hatch, on the hatch date, on up to 50 brood "
       "covariates that you supply, and on the interactions of the first two with each other and with the covariates.",
@@ -65,8 +63,7 @@ std::string DataFormatHelp() {
       "A blank number is read as 0. So a blank age makes a brood record of age 0.",
       "",
       "Sort the records by year, then code, then day. Records that follow one another with the same code in the same "
-      "year "
-      "are one brood; a code that returns behind another code is a new brood.",
+      "year are one brood; a code that returns behind another code is a new brood.",
       "Within a brood the counts must never rise and the ages must always rise: otherwise I stop.",
       "",
       "The covariates of a brood are those of its first record, its hatch day is that of its last.",
@@ -78,9 +75,8 @@ std::string DataFormatHelp() {
       "Note that the program has a limit of 32000 visits to a single brood and 32000 broods per year.",
       "",
       "EXCEL workbooks (.xls): put the columns in the order decribed above, with the field identifiers in the first "
-      "row. "
-      "You choose the worksheet, and I write it to a text file of this format. Codes keep their last 8 characters, "
-      "covariates five significant digits.",
+      "row. You choose the worksheet, and I write it to a text file of this format. Codes keep their last 8 "
+      "characters, covariates five significant digits.",
   });
 }
 

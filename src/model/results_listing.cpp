@@ -132,8 +132,7 @@ constexpr const char* NotesOfBoth[] = {
 
 constexpr const char* NoteOnSimulation =
     "    Note 6: Simulated data reported here are by brood and are conditional on the number of eggs or juveniles seen "
-    "on "
-    "the first visit";
+    "on the first visit";
 
 constexpr const char* NoteOnFit =
     "    Note 7: Goodness-of-fit statistics are calculated based on one-visit-ahead predictions; i.e., conditional on "
@@ -155,19 +154,15 @@ constexpr const char* HeadingOfPartitioning[] = {
     "        ,      ,    ,      ,      ,      ,      ,          ,            ,      Random,      Random,            ,  "
     "Correlated,  Correlated,",
     "        ,      ,    ,      ,   Day,      ,      ,   Obsd_#:,      Random,     Pred_#:,      SD[#]:,  Correlated,  "
-    "  "
-    " Pred_#:,      SD[#]:,          ,   Pred_#:,      SD[#]:,     Mixture",
+    "   Pred_#:,      SD[#]:,          ,   Pred_#:,      SD[#]:,     Mixture",
     "        ,      ,    ,      ,    of, Hatch, Brood,   Eggs_or,     Pred_#:,     Eggs_or,     Eggs_or,     Pred_#:,  "
-    "  "
-    " Eggs_or,     Eggs_or,   Pred_#:,   Eggs_or,     Eggs_or,  Proportion,        , Pearson",
+    "   Eggs_or,     Eggs_or,   Pred_#:,   Eggs_or,     Eggs_or,  Proportion,        , Pearson",
     " ID_Code,  Year, Mom, Visit,  Year,   Day,   Age, Juveniles,     Hatched,   Juveniles,   Juveniles,     Hatched,  "
-    " "
-    "Juveniles,   Juveniles,   Hatched, Juveniles,   Juveniles,  Correlated, -2ln[L], deviate,    #"};
+    " Juveniles,   Juveniles,   Hatched, Juveniles,   Juveniles,  Correlated, -2ln[L], deviate,    #"};
 
 constexpr const char* HeadingOfSurvival[] = {
     "        ,      ,    ,      ,   Day,      ,      ,  Obsd_#:,        ,  Pred_#:,   SD[#]:,       ,       , "
-    "Juveniles, "
-    "Juveniles, Juveniles, Juveniles,          ,  Simd_#:,     ",
+    "Juveniles, Juveniles, Juveniles, Juveniles,          ,  Simd_#:,     ",
     "        ,      ,    ,      ,    of, Hatch, Brood,  Eggs_or, Pred_#:,  Eggs_or,  Eggs_or,       "
     ",Pearson,Next_visit, Age(a->D), Age(0->D),   One_day,          ,  Eggs_or,     ",
     " ID_Code,  Year, Mom, Visit,  Year,   Day,   Age,Juveniles, "
