@@ -3,20 +3,9 @@
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
-#include "model/desk_watch.h"
 #include "model/goodness_of_fit.h"
 
 namespace merlane {
-
-ResultsCommand::ResultsCommand(Desk& desk, RunState& state, MerlaneModel& model, FrmMain& main, FrmAbort& abort,
-                               FrmSummary& summary)
-    : desk_(desk),
-      state_(state),
-      model_(model),
-      main_(main),
-      abort_(abort),
-      summary_(summary),
-      watch_(DeskWatch(desk, main, state.flags)) {}
 
 void ResultsCommand::WriteResults(ModelCall& call) {
   if (std::ranges::all_of(call.X, [](double value) { return value == 0; }))

@@ -1,25 +1,19 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
-#include "control/frm_abort.h"
-#include "control/frm_main.h"
-#include "control/frm_summary.h"
-#include "control/objective.h"
-#include "control/run_state.h"
-#include "forms/desk.h"
-#include "model/calculation_watch.h"
-#include "model/merlane_model.h"
 #include "model/results_summary.h"
+#include "model/summary_command.h"
 
 namespace merlane {
 
 /// Writes the results summary of the best state: asks how many randomisations shall judge the fit and what shall be
 /// listed, and shows the text to be edited and saved.
-class ResultsCommand {
+class ResultsCommand : SummaryCommand {
  public:
-  ResultsCommand(Desk& desk, RunState& state, MerlaneModel& model, FrmMain& main, FrmAbort& abort, FrmSummary& summary);
+  using SummaryCommand::SummaryCommand;
 
   /// The model's answer to the request for results. RuntimeFailure when all parameters are 0, so that there is no
   /// state to report.
@@ -36,14 +30,6 @@ class ResultsCommand {
   /// None: the user wants no listing.
   std::optional<Listing> AskForListing();
   std::string List(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes);
-
-  Desk& desk_;
-  RunState& state_;
-  MerlaneModel& model_;
-  FrmMain& main_;
-  FrmAbort& abort_;
-  FrmSummary& summary_;
-  const CalculationWatch watch_;
 };
 
 }  // namespace merlane

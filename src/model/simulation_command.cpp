@@ -1,19 +1,8 @@
 #include "model/simulation_command.h"
 
-#include "model/desk_watch.h"
 #include "model/simulated_data_text.h"
 
 namespace merlane {
-
-SimulationCommand::SimulationCommand(Desk& desk, RunState& state, MerlaneModel& model, FrmMain& main, FrmAbort& abort,
-                                     FrmSummary& summary)
-    : desk_(desk),
-      state_(state),
-      model_(model),
-      main_(main),
-      abort_(abort),
-      summary_(summary),
-      watch_(DeskWatch(desk, main, state.flags)) {}
 
 void SimulationCommand::Simulate(ModelCall& call) {
   state_.flags.AbortRun = false;
