@@ -4,8 +4,10 @@
 
 namespace merlane {
 
+std::string SavedUnder(const std::string& path) { return "Originally saved with the file name: " + path + "\r\n\r\n"; }
+
 void SavePane(Desk& desk, Pane& pane, const std::string& path) {
-  const std::string text = "Originally saved with the file name: " + path + "\r\n\r\n" + pane.text;
+  const std::string text = SavedUnder(path) + pane.text;
   desk.Write(path, WithCrLf(text));
   pane.text = text;
 }

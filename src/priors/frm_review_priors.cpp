@@ -1,6 +1,6 @@
 #include "priors/frm_review_priors.h"
 
-#include "base/text.h"
+#include "control/save_pane.h"
 
 namespace merlane {
 
@@ -17,11 +17,9 @@ void FrmReviewPriors::Open(const std::string& text) {
 }
 
 void FrmReviewPriors::Save() {
-  const auto path =
-      desk.AskFile({FileRequest::Kind::Save, "Save review in...",
-                    "All files (*.*)|*.*|Review priors files (*.rvp)|*.rvp", 2, ClockName(desk.host.clock) + ".rvp"});
-  if (!path) return;
-  desk.Write(*path, WithCrLf("Originally saved with the file name: " + *path + "\n\n" + rtbReview.text));
+  const auto path = desk.AskFile({FileRequest::Kind::Save, "Save review in...", "Review priors files (*.rvp)|*.rvp", 1,
+                                  ClockName(desk.host.clock) + ".rvp"});
+  if (path) SavePane(desk, rtbReview, *path);
 }
 
 }  // namespace merlane

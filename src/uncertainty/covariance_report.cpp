@@ -158,10 +158,6 @@ std::string CovarianceReport(const Covariances& c, const AlgorithmData& a, const
   return Report(c, a).Build(turn);
 }
 
-std::string CovarianceFileHead(std::string_view name) {
-  return fmt::format("Originally saved with the file name: {}\r\n\r\n", name);
-}
-
 CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
   constexpr int Heading = 4;   // lines above the parameters
   constexpr int Between = 15;  // lines between the parameters and the standard errors

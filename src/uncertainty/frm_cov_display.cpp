@@ -1,6 +1,6 @@
 #include "uncertainty/frm_cov_display.h"
 
-#include "base/text.h"
+#include "control/save_pane.h"
 #include "forms/desk.h"
 #include "uncertainty/covariance_report.h"
 
@@ -71,10 +71,7 @@ void FrmCovDisplay::SaveAs() {
       "All files (*.*)|*.*|Covariance files (*.cov)|*.cov|Named for algorithm file (" + base + ".*)|" + base + ".*|";
   request.startName = ClockName(desk.host.clock) + ".cov";
   const std::optional<std::string> path = desk.AskFile(request);
-  if (!path) return;
-  const std::string text = CovarianceFileHead(*path) + data_.rtbCovData.text;
-  desk.Write(*path, WithCrLf(text));
-  data_.rtbCovData.text = text;
+  if (path) SavePane(desk, data_.rtbCovData, *path);
 }
 
 void FrmCovDisplay::OnUnload() {

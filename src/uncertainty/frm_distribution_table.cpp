@@ -10,17 +10,20 @@ const FrmDistributionTable::Texts FrmDistributionTable::MaxLike{"frmMaxLike",
                                                                 "cmdSaveML",
                                                                 "&Save maximum-likelihood data as...",
                                                                 "Save maximum-likelihood values in...",
-                                                                "Max-like files",
+                                                                "All files (*.*)|*.*|Max-like files (*.mlc)|*.mlc",
+                                                                2,
                                                                 ".mlc"};
 
-const FrmDistributionTable::Texts FrmDistributionTable::Bayesian{"frmBayesian",
-                                                                 "Bayesian statistics",
-                                                                 "rtbBayesian",
-                                                                 "cmdSaveBayesian",
-                                                                 "&Save Bayesian posterior distribution data as...",
-                                                                 "Save Bayesian posterior values in...",
-                                                                 "Bayesian posterior files",
-                                                                 ".pos"};
+const FrmDistributionTable::Texts FrmDistributionTable::Bayesian{
+    "frmBayesian",
+    "Bayesian statistics",
+    "rtbBayesian",
+    "cmdSaveBayesian",
+    "&Save Bayesian posterior distribution data as...",
+    "Save Bayesian posterior values in...",
+    "All files (*.*)|*.*|Bayesian posterior files (*.pos)|*.pos",
+    2,
+    ".pos"};
 
 const FrmDistributionTable::Texts FrmDistributionTable::PriorDists{"frmPriorDists",
                                                                    "Bayesian prior distributions",
@@ -28,7 +31,8 @@ const FrmDistributionTable::Texts FrmDistributionTable::PriorDists{"frmPriorDist
                                                                    "cmdSavePriorDists",
                                                                    "&Save Bayesian prior distribution data as...",
                                                                    "Save Bayesian prior values in...",
-                                                                   "Bayesian prior distribution files",
+                                                                   "Bayesian prior distribution files (*.pdp)|*.pdp",
+                                                                   1,
                                                                    ".pdp"};
 
 FrmDistributionTable::FrmDistributionTable(Desk& d, const Texts& texts)
@@ -48,9 +52,8 @@ void FrmDistributionTable::Open(const std::string& table) {
 }
 
 void FrmDistributionTable::Save() {
-  const std::string filter = fmt::format("All files (*.*)|*.*|{0} (*{1})|*{1}", texts_.files, texts_.extension);
-  const auto path = desk.AskFile(
-      {FileRequest::Kind::Save, texts_.fileTitle, filter, 2, ClockName(desk.host.clock) + texts_.extension});
+  const auto path = desk.AskFile({FileRequest::Kind::Save, texts_.fileTitle, texts_.filter, texts_.filterIndex,
+                                  ClockName(desk.host.clock) + texts_.extension});
   if (path) SavePane(desk, rtbTable, *path);
 }
 

@@ -17,7 +17,8 @@ class FrmDistributionTable : public Form {
     const char* button;
     const char* caption;
     const char* fileTitle;  // of the question for the file
-    const char* files;      // what such files are called, in the filter
+    const char* filter;
+    int filterIndex;  // of the files of this kind
     const char* extension;
   };
   static const Texts MaxLike, Bayesian, PriorDists;

@@ -6,6 +6,7 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "control/save_pane.h"
 #include "support/function_run.h"
 #include "uncertainty/golden_covariances.h"
 
@@ -46,7 +47,7 @@ struct ReportTest : ::testing::Test {
 
   /// Lines of the .cov file, counted from 1.
   std::vector<std::string> FileLines() const {
-    std::vector<std::string> lines = Lines(CovarianceFileHead("three.cov") + CovarianceReport(c, a));
+    std::vector<std::string> lines = Lines(SavedUnder("three.cov") + CovarianceReport(c, a));
     lines.insert(lines.begin(), "");
     return lines;
   }
@@ -218,7 +219,7 @@ TEST_F(ReportTest, GivesATurnForEachParameter) {
 
 TEST_F(ReportTest, ReadsBackWhatItWrote) {
   Abandon(2);
-  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   const CovarianceFile file = ReadCovarianceFile(text, 3, 2);
   EXPECT_EQ(file.values, (Array1<double>{0.5, 0, -1}));
   ASSERT_EQ(file.rows.Size(), 2);
@@ -230,24 +231,24 @@ TEST_F(ReportTest, ReadsBackWhatItWrote) {
 
 TEST_F(ReportTest, CutExponentReadsBackTooLarge) {
   c.CovBaseValue(2) = -2e-100;
-  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   EXPECT_EQ(ReadCovarianceFile(text, 3, 2).values(2), -2e-10);
 }
 
 TEST_F(ReportTest, FileSavedTwiceIsReadOneHeadTooLate) {
-  const std::string text = CovarianceFileHead("again.cov") + CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("again.cov") + SavedUnder("three.cov") + CovarianceReport(c, a);
   EXPECT_THROW(ReadCovarianceFile(text, 3, 2), RuntimeFailure);
 }
 
 TEST_F(ReportTest, FileThatEndsTooSoonIsAFailure) {
-  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   EXPECT_THROW(ReadCovarianceFile(text, 3, 30), RuntimeFailure);
   EXPECT_THROW(ReadCovarianceFile(text, 34, 2), RuntimeFailure);
   EXPECT_THROW(ReadCovarianceFile("", 3, 2), RuntimeFailure);
 }
 
 TEST_F(ReportTest, RowThatNamesNoParameterIsAFailure) {
-  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   EXPECT_THROW(ReadCovarianceFile(text, 3, 3), RuntimeFailure);  // the row behind the last is empty
   std::string beyond = text;
   beyond.replace(beyond.find("\r\n  3       ") + 2, 3, "  4");
@@ -255,13 +256,13 @@ TEST_F(ReportTest, RowThatNamesNoParameterIsAFailure) {
 }
 
 TEST_F(ReportTest, FieldsAreReadLeniently) {
-  std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   text.replace(text.find(" 5.0000000E-01"), 14, "         0.25x");
   EXPECT_EQ(ReadCovarianceFile(text, 3, 2).values(1), 0.25);
 }
 
 TEST_F(ReportTest, HostileBytesAreFailuresAndNothingWorse) {
-  const std::string text = CovarianceFileHead("three.cov") + CovarianceReport(c, a);
+  const std::string text = SavedUnder("three.cov") + CovarianceReport(c, a);
   for (std::size_t i = 0; i < text.size(); ++i)
     for (const char byte : {'\0', '\n', '9', 'E', '-', '\xff'}) {
       std::string broken = text;
@@ -281,7 +282,7 @@ class KeptReport : public ::testing::TestWithParam<test::GoldenCovariances> {};
 
 TEST_P(KeptReport, ComesOutByteForByte) {
   const test::GoldenCovariances& kept = GetParam();
-  EXPECT_EQ(CovarianceFileHead(kept.name + ".cov") + CovarianceReport(kept.covariances, kept.algorithm), kept.report);
+  EXPECT_EQ(SavedUnder(kept.name + ".cov") + CovarianceReport(kept.covariances, kept.algorithm), kept.report);
 }
 
 TEST_P(KeptReport, IsReadBack) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "control/frm_edit_vs.h"
+#include "control/save_pane.h"
 #include "support/survival_run.h"
 #include "uncertainty/covariance_dialogue.h"
 #include "uncertainty/covariance_report.h"
@@ -84,7 +85,7 @@ TEST_P(GoldenCovariance, PaneToldTheSameCourse) { EXPECT_EQ(data_.rtbCovData.tex
 
 TEST_P(GoldenReport, AgreesByteForByte) {
   EXPECT_TRUE(run_.desk.Press(display_.cmdScreen));
-  EXPECT_EQ(CovarianceFileHead(GetParam().name + ".cov") + data_.rtbCovData.text, GetParam().report);
+  EXPECT_EQ(SavedUnder(GetParam().name + ".cov") + data_.rtbCovData.text, GetParam().report);
 }
 
 INSTANTIATE_TEST_SUITE_P(AfterSimplex, GoldenCovariance, ::testing::ValuesIn(test::KeptCovariances()),

@@ -159,7 +159,8 @@ TEST_F(PriorProfileDialogueTest, TableIsSavedWithItsNameOnTop) {
   const std::string path = ::testing::TempDir() + "merlane_prior.pdp";
   windows.File(path, "Save Bayesian prior values in...");
   EXPECT_TRUE(desk.Press(frmPriorDists.cmdSave));
-  EXPECT_EQ(windows.files[0].filter, "All files (*.*)|*.*|Bayesian prior distribution files (*.pdp)|*.pdp");
+  EXPECT_EQ(windows.files[0].filterIndex, 1);
+  EXPECT_EQ(windows.files[0].filter, "Bayesian prior distribution files (*.pdp)|*.pdp");
   std::string kept = KeptPlot("prior_profile_normal")["file"];
   kept.replace(kept.find("prior.pdp"), 9, path);
   EXPECT_EQ(ReadWholeFile(path), kept);
