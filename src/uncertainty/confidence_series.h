@@ -19,8 +19,6 @@ struct EvaluatedPoints {
   /// True when a confidence distribution can be had from the points.
   bool HasMinimum() const { return IMin >= 1 && IMin <= Count(); }
 
-  /// The value of a point when the middle one is `centre`.
-  double At(double centre, int point) const { return centre - ((Count() - 1) / 2 + 1 - point) * H; }
   /// Notes the -ln[L] of a further point.
   void Add(int point, double x, double f);
   /// Keeps the first `count` points.
@@ -35,8 +33,7 @@ struct ConfidenceSeries {
   Array1<double> ProfileF;       // -ln[L] less its lowest value
   Array1<double> ProfilePDF;     // density
   Array1<double> ProfileNormal;  // normal density of the same deviation around the mode
-  Array1<double>
-      ProfileCIMode;  // confidence region: from 0 at the mode to 1 at the ends; all 0 with the mode at point 1
+  Array1<double> ProfileCIMode;  // from 0 at the mode to 1 at the ends; 0 throughout when the mode is point 1
   Array1<double> ProfileCIMean;  // likewise around the mean
   Array1<double> ProfileCum;     // from left to right, cut at 1
   double ModeValue = 0;          // value at the lowest -ln[L]

@@ -24,17 +24,26 @@ class PinnedParameter {
     PackFree(state_);
   }
   ~PinnedParameter() {
-    state_.profile.pinned.reset();
-    if (state_.algorithm.Value.Size() != parameters_) return;  // another model has been initialised meanwhile
-    state_.algorithm.Value(ProfileParameter) = X0;
-    state_.algorithm.Step(ProfileParameter) = restoredStep_;
-    ++state_.free.NFREE;
+    if (Restore()) ++state_.free.NFREE;
   }
   PinnedParameter(const PinnedParameter&) = delete;
   PinnedParameter& operator=(const PinnedParameter&) = delete;
 
+  /// Gives value and step back already, though NFREE does not yet count the parameter. False when another model has
+  /// been initialised meanwhile.
+  bool Restore() {
+    state_.profile.pinned.reset();
+    if (state_.algorithm.Value.Size() != parameters_) return false;
+    state_.algorithm.Value(ProfileParameter) = X0;
+    state_.algorithm.Step(ProfileParameter) = restoredStep_;
+    return true;
+  }
+
   /// A negative step will come back positive.
   void DropSign() { restoredStep_ = std::fabs(H); }
+
+  /// The value it is given at a point of `points`, the middle one of which is its own.
+  double ValueAt(int point, int points) const { return X0 - ((points - 1) / 2 + 1 - point) * H; }
 
   const std::int16_t ProfileParameter;
   const double X0;  // its value

@@ -54,7 +54,7 @@ class PosteriorRun {
 
   /// False when the user quits.
   bool EvaluatePoint(int point) {
-    const double x = result_.points.At(pinned_.X0, point);
+    const double x = pinned_.ValueAt(point, options_.ProfilePoints);
     Value_(pinned_.ProfileParameter) = x;
     point_ = point;
     watch_.OnPoint(point);
@@ -62,6 +62,7 @@ class PosteriorRun {
     if (NFREE_ == 0) {
       f = Evaluate(Value_);
       if (watch_.Quits()) return false;
+      TellCall();
     } else {
       PointSum_ = 0;
       GridVector_ = Value_;
@@ -90,6 +91,7 @@ class PosteriorRun {
 
   void AddNode(int j) {
     const double D = std::exp(-(Evaluate(GridVector_) - ReferenceF_));
+    TellCall();
     PointSum_ += D;
     if (!std::isfinite(PointSum_))
       throw RuntimeFailure("overflow: the likelihood around the parameter values is too large beside the one there");
@@ -109,9 +111,11 @@ class PosteriorRun {
 
   double Evaluate(Array1<double>& vector) {
     const double f = NegLnL(vector, state_, objective_, watch_);
-    watch_.OnCall(++result_.NodeCounter, calls_);
+    ++result_.NodeCounter;
     return f;
   }
+
+  void TellCall() { watch_.OnCall(result_.NodeCounter, calls_); }
 
   const PinnedParameter& pinned_;
   const PosteriorOptions& options_;

@@ -125,7 +125,7 @@ double PosteriorDialogue::StepFrom(double standardError, std::int16_t parameter,
 }
 
 void PosteriorDialogue::Run(const EvaluationSetup& asked) {
-  const PinnedParameter pinned(p_.state, asked.ProfileParameter);
+  PinnedParameter pinned(p_.state, asked.ProfileParameter);
   if (p_.state.free.NFREE > MostGridParameters) {
     p_.desk.Tell("Problem with setup", "Too many free parameters - maximum is 6", style::Exclamation);
     return;
@@ -144,6 +144,7 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
     return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
                                       p_.last.ReferenceF, progress);
   }();
+  pinned.Restore();  // unlike a profile, which holds the parameter while its plots are open
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
   Keep(setup, posterior.points, std::move(posterior.bivariate));

@@ -7,7 +7,7 @@ EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t Prof
   EvaluatedPoints points(ProfilePoints, pinned.H);
   Array1<double>& Value = state.algorithm.Value;
   for (int point = 1; point <= ProfilePoints; ++point) {
-    const double x = points.At(pinned.X0, point);
+    const double x = pinned.ValueAt(point, ProfilePoints);
     Value(pinned.ProfileParameter) = x;
     watch.OnPoint(point);
     bool quit = state.free.NFREE > 0 && !minimise();

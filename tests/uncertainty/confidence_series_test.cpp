@@ -164,13 +164,6 @@ TEST(EvaluatedPoints, AscendTurnsThemEndForEnd) {
   EXPECT_EQ(points.IMin, 4);
 }
 
-TEST(EvaluatedPoints, KnowTheirPlacesAroundACentre) {
-  const EvaluatedPoints points(5, 0.25);
-  EXPECT_EQ(points.At(10, 1), 9.5);
-  EXPECT_EQ(points.At(10, 3), 10);
-  EXPECT_EQ(points.At(10, 5), 10.5);
-}
-
 TEST(EvaluatedPoints, AMinimumThatIsNotKeptIsNone) {
   EvaluatedPoints points = Points(7, 0, 1, [](double x) { return -x; });
   points.Keep(5);

@@ -125,7 +125,6 @@ TEST_F(PosteriorDialogueTest, WithTheChosenParameterAloneFreeIsAPlainCurveWithou
   SeePlots([this] {
     EXPECT_TRUE(state.profile.IntegrationOn);
     EXPECT_FALSE(state.profile.ProfileOn);
-    EXPECT_EQ(algorithm.Step(1), 0);
     EXPECT_THAT(frmDistPlot.listVar.items, Contains("Bayesian Posterior Distribution"));
   });
   Choose(frmParEvals.cmdBP);
@@ -140,6 +139,19 @@ TEST_F(PosteriorDialogueTest, WithTheChosenParameterAloneFreeIsAPlainCurveWithou
   EXPECT_THAT(Panel(1), Contains("Function calls remaining: 12"));
   EXPECT_TRUE(frmBayesian.Visible());
   ExpectBackAtMenu();
+}
+
+TEST_F(PosteriorDialogueTest, TheParameterHasItsValueAndStepAgainWhileThePlotsAreOpenAndCountsAsFreeBehindThem) {
+  AnswerSetup("1", "3", "3");
+  Edit();
+  SeePlots([this] {
+    EXPECT_EQ(algorithm.Value(1), 3);
+    EXPECT_EQ(algorithm.Step(1), 0.25);
+    EXPECT_EQ(state.free.NFREE, 1);
+  });
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+  EXPECT_EQ(state.free.NFREE, 2);
 }
 
 TEST_F(PosteriorDialogueTest, WithOneOtherFreeShowsItsProgressAndOffersABivariatePlot) {
@@ -445,7 +457,7 @@ TEST_F(PosteriorDialogueTest, AnInterruptOfAPlainCurveKeepsThePointsDone) {
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(LastBox(), "Interrupt received.  Quit calculations?");
   ASSERT_TRUE(evaluation.series);
-  EXPECT_EQ(evaluation.series->ProfileX.Size(), 7) << "asked at point 9";
+  EXPECT_EQ(evaluation.series->ProfileX.Size(), 8) << "asked behind the call of point 10";
 }
 
 TEST_F(PosteriorDialogueTest, FewerThanThreePointsGiveNoPlots) {

@@ -189,6 +189,21 @@ TEST(Posterior, QuittingKeepsThePointsUpToTheOneBeforeTheLastThatWasDone) {
   }
 }
 
+TEST(Posterior, OfAPlainCurveTheUserIsAskedBehindACallBeforeItIsTold) {
+  struct QuitsOnceFourAreTold : PosteriorWatch {
+    void OnCall(double call, double) override { told = call; }
+    bool Quits() override { return told == 4; }
+    double told = 0;
+  } watch;
+  FunctionRun run({2}, {0.5}, [](Array1<double>& v) { return v(1); });
+  run.Pack();
+  const PinnedParameter pinned(run.state, 1);
+  double ReferenceF = 0;
+  const Posterior posterior = EvaluatePosterior(pinned, {9, 0}, run.state, run.objective, ReferenceF, watch);
+  EXPECT_EQ(posterior.NodeCounter, 5);
+  EXPECT_EQ(posterior.points.Count(), 3);
+}
+
 TEST(Posterior, IsAskedAtEveryDepthWhetherTheUserQuits) {
   FunctionRun run({0, 0, 0}, {1, 1, 1}, [](Array1<double>& v) { return v(1); });
   Integrated p(run);

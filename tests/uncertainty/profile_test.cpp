@@ -68,6 +68,14 @@ double Square(double x) { return x * x; }
 /// x fixed, the best y is x / 2, and there the function is 3 x^2 / 4.
 double Valley(Array1<double>& v) { return v(1) * v(1) - v(1) * v(2) + v(2) * v(2); }
 
+TEST(PinnedParameter, IsGivenValuesAroundItsOwn) {
+  FunctionRun run({10}, {0.25}, Valley);
+  const PinnedParameter pinned(run.state, 1);
+  EXPECT_EQ(pinned.ValueAt(1, 5), 9.5);
+  EXPECT_EQ(pinned.ValueAt(3, 5), 10);
+  EXPECT_EQ(pinned.ValueAt(5, 5), 10.5);
+}
+
 TEST(Profile, WithOnlyTheProfiledParameterFreeMinimisesNothingAndTakesOneCallAPoint) {
   FunctionRun run({2, 7}, {0.5, 0}, [](Array1<double>& v) { return 10 + v(1) + v(2); });
   Profiled p(run);
