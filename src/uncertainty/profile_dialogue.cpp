@@ -113,6 +113,7 @@ bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseB
 bool ProfileDialogue::MinimiseBySimplex() {
   if (run_.ProfilePoint == 1) {
     p_.state.flags.CovarianceDone = false;
+    p_.state.flags.CovarianceGrid = 0;
     p_.covariances.OptimisticSE = false;
   }
   p_.state.flags.SimplexBuilt = false;

@@ -223,6 +223,7 @@ TEST_F(ProfileDialogueTest, TableHasItsColumns) {
 
 TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
   state.flags.CovarianceDone = true;
+  state.flags.CovarianceGrid = 2;
   covariances.OptimisticSE = true;
   AnswerUpToMinimiser("1", "3");
   windows.Yes(Title);
@@ -231,6 +232,7 @@ TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
   SeePlots();
   Choose(frmParEvals.cmdML);
   EXPECT_FALSE(state.flags.CovarianceDone);
+  EXPECT_EQ(state.flags.CovarianceGrid, 0);
   EXPECT_FALSE(covariances.OptimisticSE);
 }
 
