@@ -186,7 +186,8 @@ void FrmRank::AddModel() {
   PackFree(state_);
   const double F = objective_(state_.algorithm.Value, 1);
   main_.ShowProgress("");
-  if (position == 1) AskConstant();
+  // Also behind a first model that failed before it could ask.
+  if (position == 1 || state_.flags.ObjectiveConstant == 0) AskConstant();
   const std::string& path = state_.algorithm.AlgName;
   if (path.find_last_of("/\\") == std::string::npos) return;
   model.RankAlgFile = FileName(path);
@@ -227,11 +228,10 @@ void FrmRank::SetCHat() {
                                          Shortest(ranking_.CHat));
     cHat = reply.empty() ? 1 : LenientNumber(reply);
   } while (cHat < 1);
-  ranking_.CHat = cHat;
+  ranking_.Correct(cHat, state_.flags.SampleSize);
   txtCHat.text = "C-hat: " + Format(cHat, "0.000");
   txtCHat.fore = ranking_.ByQAICc() ? Colour::Blue : Colour::Green;
   NameColumns();
-  ranking_.Recompute(state_.flags.SampleSize);
   SetOrderHeading(Random, Colour::Default);
   WriteRows(ranking_.entered, true);
 }

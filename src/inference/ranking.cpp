@@ -44,9 +44,12 @@ void Ranking::VoidWeights() {
     }
 }
 
-void Ranking::Recompute(std::int32_t n) {
-  for (Competitor& model : entered) SetCriteria(model, n);
-  VoidWeights();
+void Ranking::Correct(double cHat, std::int32_t n) {
+  Ranking corrected = *this;
+  corrected.CHat = cHat;
+  for (Competitor& model : corrected.entered) corrected.SetCriteria(model, n);
+  corrected.VoidWeights();
+  *this = std::move(corrected);
 }
 
 std::vector<int> Ranking::RankedPositions() const {

@@ -55,8 +55,9 @@ class Ranking {
   void SetCriteria(Competitor& model, std::int32_t n) const;
   /// Makes the differences and weights of all models undefined, in both orders: AICc's, and QAICc's in its mode.
   void VoidWeights();
-  /// Recomputes the criteria of all models and makes differences and weights undefined: after a change of CHat.
-  void Recompute(std::int32_t n);
+  /// Takes another CHat: recomputes the criteria of all models and makes differences and weights undefined.
+  /// RuntimeFailure, with nothing changed, when n - K - 1 is 0 for one of them.
+  void Correct(double cHat, std::int32_t n);
   /// Ranks by ascending criterion, ties by order of entry, into `ranked`; the entered models take the ranked order.
   /// RuntimeFailure, with nothing changed, when a criterion is not positive.
   void Rank();

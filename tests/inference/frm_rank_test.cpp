@@ -251,6 +251,39 @@ TEST_F(FrmRankTest, EvaluationThatFailsLeavesTheFormUsable) {
   EXPECT_THAT(Column(6), ElementsAre("m2.alg", "m1.alg"));
 }
 
+TEST_F(FrmRankTest, CommandThatFailsLeavesTheTableWholeUpToItsRow) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  const auto cells = [this](int row) {
+    std::vector<std::string> texts;
+    for (int column = 0; column < 10; ++column) texts.push_back(Text(row, column));
+    return texts;
+  };
+  const auto heading = cells(0), first = cells(1), second = cells(2);
+  Present("bad.alg", 6.5, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  sampleSize = 4;
+  windows.ExpectFailure("frmRank.cmdAICc: division by zero");
+  Add("small.alg", 40, 3);
+  EXPECT_EQ(cells(0), heading);
+  EXPECT_EQ(cells(1), first);
+  EXPECT_EQ(cells(2), second);
+  EXPECT_THAT(cells(3), testing::Each(""));
+  EXPECT_THAT(cells(4), testing::Each(""));
+}
+
+TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNext) {
+  Present("bad.alg", 6.5, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  EXPECT_THAT(windows.inputs, IsEmpty());
+  Present("good.alg", 40, 2);
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(form.cmdAICc);
+  EXPECT_EQ(Text(2, 1), "4.0000E+01");
+}
+
 TEST_F(FrmRankTest, ConstantThatIsTooLargeANumberBringsTheFormBack) {
   Present("first.alg", 40, 3);
   windows.Enter("1e999", "Enter constant");
@@ -293,6 +326,23 @@ TEST_F(FrmRankTest, CHatAboveOneShowsQaiccUnderItsHeadingsAndBackAgain) {
   SetCHat("1");
   EXPECT_EQ(Text(0, 3), "AICc");
   EXPECT_EQ(Text(1, 3), Format(penalty + 80, "0.0000E+00"));
+}
+
+TEST_F(FrmRankTest, CHatThatFailsLeavesTheTableAsItWas) {
+  Add("a.alg", 40, 2);
+  sampleSize = 4;
+  windows.ExpectFailure("division by zero");
+  Add("small.alg", 40, 3);
+  const std::string criterion = Text(1, 3);
+  windows.ExpectFailure("frmRank.cmdQAICc: division by zero");
+  SetCHat("2");
+  EXPECT_EQ(form.Models().CHat, 1);
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.000");
+  EXPECT_EQ(Text(0, 3), "AICc");
+  EXPECT_EQ(Text(1, 3), criterion);
+  desk.DoubleClick(form.grdRank, 2, 0);
+  SetCHat("2");
+  EXPECT_EQ(Text(0, 3), "QAICc");
 }
 
 TEST_F(FrmRankTest, CHatAfterARankingPutsTheLabelsBackInTheOrderOfTheTable) {
@@ -459,14 +509,19 @@ TEST_F(FrmRankTest, MissingErrorOnGridTwoOfOneModelSetsAllOfGridTwo) {
 
 TEST_F(FrmRankTest, AveragesByQaiccTakeItsWeightsAndItsCHat) {
   WriteCovariances("a.cov", 2, 1, 0.5, 0.5);
-  WriteCovariances("b.cov", 2, 1, 0.5, 0.5);
+  WriteCovariances("b.cov", 2, 3, 0.5, 0.5);
   Add("a.alg", 40, 2);
   Add("b.alg", 41, 2);
   SetCHat("4");
   desk.Press(form.cmdRank);
   desk.Press(form.cmdAverage);
-  EXPECT_THAT(Lines(form.txtAverage.text)[5], HasSubstr("      1.0000E+00      1.0000E+00"));
-  EXPECT_NEAR(form.Models().ranked[0].RankQAICWt.value(), 1 / (1 + std::exp(-0.25)), 1e-12);
+  const double weight = 1 / (1 + std::exp(-0.25));  // of the better model; the difference of 2 is divided by 4
+  EXPECT_NEAR(form.Models().ranked[0].RankQAICWt.value(), weight, 1e-12);
+  const double average = weight * 1 + (1 - weight) * 3;
+  const double error = weight * std::sqrt(0.25 * 4 + (1 - average) * (1 - average)) +
+                       (1 - weight) * std::sqrt(0.25 * 4 + (3 - average) * (3 - average));
+  EXPECT_THAT(Lines(form.txtAverage.text)[5],
+              HasSubstr("      " + Format(average, "0.0000E+00") + "      " + Format(error, "0.0000E+00")));
 }
 
 TEST_F(FrmRankTest, CovarianceFileLostAfterTheRankingStopsTheAveraging) {

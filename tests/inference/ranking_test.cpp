@@ -156,6 +156,30 @@ TEST(MultiModelFile, HasALineOfFixedFieldsForEachModel) {
                           field("No covariance file found") + "  a note");
 }
 
+TEST(Ranking, CHatThatMeetsNoDegreesOfFreedomFailsAndChangesNothing) {
+  Ranking ranking;
+  AddModel(ranking, "a", 50, 2, 4);
+  AddModel(ranking, "b", 51, 2, 4);
+  ranking.entered[1].RankK = 3;
+  ranking.Rank();
+  EXPECT_THROW(ranking.Correct(2, 4), RuntimeFailure);
+  EXPECT_EQ(ranking.CHat, 1);
+  EXPECT_EQ(ranking.entered[0].RankQAICc, 0);
+  EXPECT_TRUE(ranking.ranked[0].RankAICWt);
+}
+
+TEST(MultiModelFile, NamesTooLongForTheirFieldKeepTheirFirstCharacters) {
+  Ranking ranking;
+  const std::string name = "survival_of_clutches_and_broods_in_1995_and_1996.alg";
+  AddModel(ranking, name, 50, 3, 100);
+  ranking.entered[0].RankCovFile = "shorter.cov";
+  ranking.entered[0].RankNotes = std::string(50, 'n');
+  ranking.Rank();
+  EXPECT_THAT(
+      Lines(MultiModelText(ranking, ""))[2],
+      testing::EndsWith("  " + name.substr(0, 40) + "  " + RightSet("shorter.cov", 40) + "  " + std::string(50, 'n')));
+}
+
 TEST(MultiModelFile, TellsTheCHatAndHoldsTheAveragingBehindAnEmptyLine) {
   Ranking ranking;
   ranking.CHat = 1.5;
