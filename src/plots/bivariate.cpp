@@ -106,18 +106,17 @@ void DrawLines(const Extent& e, const Limits& x, const Limits& y, double kx, dou
 
 }  // namespace
 
-Drawing EmptyBivariateDrawing() { return Ticked(Extent{}); }
-
 BivariatePlot DrawBivariate(const BivariateDensity& density) {
   const int nx = density.X.Size(), ny = density.Y.Size();
   BivariatePlot plot;
   Extent e;
   const Limits x(density.X), y(density.Y);
   e.Widen(nx, ny);
+  plot.empty = Ticked(e);
   plot.drawing = Drawing{e.left, e.top, e.right, e.bottom, {}};
   if (x.max == x.min || y.max == y.min || density.fmax == 0) return plot;
   plot.drawn = true;
-  plot.drawing = Ticked(e);
+  plot.drawing = plot.empty;
   plot.legend = Legend();
 
   const double kx = (e.right - e.left) / (x.max - x.min);

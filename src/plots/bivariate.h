@@ -21,16 +21,14 @@ struct BivariateDensity {
 /// What a bivariate plot shows: cells in bands of standard errors from the peak, lines at 0 and 1, and the texts beside
 /// it.
 struct BivariatePlot {
-  Drawing drawing;
-  Drawing legend;      // seven boxes in a unit square, the peak's band on top
-  bool drawn = false;  // false when a range or the peak is 0
+  Drawing drawing;  // without anything on it, tick marks included, when a range or the peak is 0
+  Drawing empty;    // the canvas with its tick marks alone
+  Drawing legend;   // seven boxes in a unit square, the peak's band on top
+  bool drawn = false;
   std::string axes, maxima, minima, peak, note;
   std::optional<double> correlation;  // over the cells painted
 };
 
 BivariatePlot DrawBivariate(const BivariateDensity& density);
-
-/// The empty canvas with its tick marks.
-Drawing EmptyBivariateDrawing();
 
 }  // namespace merlane

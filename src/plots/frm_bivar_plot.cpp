@@ -11,10 +11,11 @@ FrmBivarPlot::FrmBivarPlot(Desk& d) : Form(d, "frmBivarPlot", "Bivariate pdf plo
 
 void FrmBivarPlot::ShowBivarPlot(const BivariateDensity& density) {
   desk.Load(*this);
-  Clear();
   const BivariatePlot plot = DrawBivariate(density);
+  empty_ = plot.empty;
+  Clear();
+  picGraph.drawing = plot.drawing;
   if (plot.drawn) {
-    picGraph.drawing = plot.drawing;
     LegendBox.drawing = plot.legend;
     lblLegendHead.text = "SE's";
     lblLegend.text = "   0.0  \r\n\n< 0.5\r\n\n< 1.0\r\n\n< 1.5\r\n\n< 2.0\r\n\n< 2.5\r\n\n< 3.0";
@@ -30,7 +31,7 @@ void FrmBivarPlot::ShowBivarPlot(const BivariateDensity& density) {
 }
 
 void FrmBivarPlot::Clear() {
-  picGraph.drawing = EmptyBivariateDrawing();
+  picGraph.drawing = empty_;
   LegendBox.drawing = {};
   ++picGraph.version;
   ++LegendBox.version;

@@ -30,6 +30,8 @@ class FrmBivarPlot : public Form {
 
  private:
   void Clear();
+
+  Drawing empty_;  // the canvas of the present density with its tick marks alone
 };
 
 }  // namespace merlane

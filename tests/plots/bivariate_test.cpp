@@ -88,5 +88,34 @@ TEST(Bivariate, AGridWhoseXRangeIsZeroDrawsNothing) {
   EXPECT_TRUE(plot.drawing.items.empty());
 }
 
+struct BivarForm : testing::Test {
+  ScriptedHost host;
+  Desk desk{host.Get()};
+  FrmBivarPlot form{desk};
+};
+
+TEST_F(BivarForm, ADegenerateDensityShowsAnEmptyCanvas) {
+  form.ShowBivarPlot(DensityOf({2, 3, 4}, {5, 6, 7}, {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}}, 0));
+  EXPECT_TRUE(form.picGraph.drawing.items.empty());
+  EXPECT_EQ(form.lblVar.text, "");
+}
+
+TEST_F(BivarForm, ClearLeavesTheTickMarksOfTheWidenedCanvas) {
+  const BivariateDensity density = DensityOf({2, 3, 4}, {5, 6, 7}, {{1, 1, 1}, {1, 1, 1}, {1, 1, 1}}, 1);
+  form.ShowBivarPlot(density);
+  const Drawing drawn = form.picGraph.drawing;
+  desk.Press(form.cmdClear);
+  const Drawing& cleared = form.picGraph.drawing;
+  EXPECT_EQ(cleared.left, drawn.left);
+  EXPECT_EQ(cleared.bottom, drawn.bottom);
+  ASSERT_EQ(cleared.items.size(), 20U);
+  for (std::size_t i = 0; i < cleared.items.size(); ++i) {
+    const auto &tick = std::get<Drawing::Line>(cleared.items[i]), &before = std::get<Drawing::Line>(drawn.items[i]);
+    EXPECT_EQ(tick.x1, before.x1);
+    EXPECT_EQ(tick.y1, before.y1);
+  }
+  EXPECT_EQ(form.lblLegend.text, "");
+}
+
 }  // namespace
 }  // namespace merlane::test
