@@ -182,6 +182,36 @@ TEST_F(XyPlot, LimitsTypedTheWrongWayRoundAreBothWidened) {
   EXPECT_EQ(form.txtYmax.text, "7");
 }
 
+TEST_F(XyPlot, AnOptionThatIsSetClearsTheOthersInItsRowAndUnsettingClearsNothing) {
+  Open({{1, 2, 3}, {1, 2, 3}});
+  desk.Select(form.listXVar, 1);
+  const std::vector<CheckBox*> all = {&form.Check_Line,    &form.Check_Line_LtoR, &form.Check_Line_RtoL,
+                                      &form.Check_Scatter, &form.Check_Drop,      &form.Check_8X8,
+                                      &form.Check_10X10};
+  const std::map<CheckBox*, std::vector<CheckBox*>> left = {
+      {&form.Check_Line, {&form.Check_Line, &form.Check_Scatter}},
+      {&form.Check_Line_LtoR, {&form.Check_Line_LtoR, &form.Check_Scatter}},
+      {&form.Check_Line_RtoL, {&form.Check_Line_RtoL, &form.Check_Scatter}},
+      {&form.Check_Scatter, {&form.Check_Line, &form.Check_Line_LtoR, &form.Check_Line_RtoL, &form.Check_Scatter}},
+      {&form.Check_Drop, {&form.Check_Drop}},
+      {&form.Check_8X8, {&form.Check_8X8}},
+      {&form.Check_10X10, {&form.Check_10X10}}};
+  const auto set = [&all] {
+    std::vector<CheckBox*> boxes;
+    for (CheckBox* box : all)
+      if (box->value) boxes.push_back(box);
+    return boxes;
+  };
+  for (const auto& [pressed, remaining] : left) {
+    for (CheckBox* box : all) box->value = box != pressed;
+    Set(*pressed, true);
+    EXPECT_EQ(set(), remaining) << pressed->text;
+    for (CheckBox* box : all) box->value = true;
+    Set(*pressed, false);
+    EXPECT_EQ(set().size(), all.size() - 1) << pressed->text;
+  }
+}
+
 TEST_F(XyPlot, ADoubleClickInEitherListPlots) {
   Open({{1, 2, 3}});
   desk.DoubleClick(form.listYVar);
