@@ -13,12 +13,6 @@ namespace fs = std::filesystem;
 
 const fs::path source = MERLANE_SOURCE_DIR;
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t i = text.find(from); i != std::string::npos; i = text.find(from, i + to.size()))
-    text.replace(i, from.size(), to);
-  return text;
-}
-
 /// The files of a folder with their bytes.
 std::map<std::string, std::string> Contents(const fs::path& folder) {
   std::map<std::string, std::string> contents;

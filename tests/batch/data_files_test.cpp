@@ -50,12 +50,6 @@ class DataFile : public testing::Test {
   json fit;
 };
 
-std::string Replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t i = text.find(from); i != std::string::npos; i = text.find(from, i + to.size()))
-    text.replace(i, from.size(), to);
-  return text;
-}
-
 TEST_F(DataFile, LinesMayEndWithCrLfLfOrCr) {
   const std::string lf = Replaced(sound, "\r\n", "\n");
   for (const char* end : {"\n", "\r\n", "\r"}) {

@@ -18,6 +18,12 @@ inline std::string ReadFile(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+inline std::string Replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t i = text.find(from); i != std::string::npos; i = text.find(from, i + to.size()))
+    text.replace(i, from.size(), to);
+  return text;
+}
+
 inline void WriteFile(const std::filesystem::path& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
