@@ -13,21 +13,19 @@ FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
   cmdPlots.toolTip = "Shows plots of data and predictions, for each brood and for whole years";
   cmdBootstrap.toolTip =
       "Fits the saved model to data sets simulated from it, and adds what comes of it to the summary";
-  cmdSaveSummary.onClick = [this] { state_.flags.SimulationMode ? SaveSimulatedData() : SaveResults(); };
+  cmdSaveSummary.onClick = [this] { simulatedData_ ? SaveSimulatedData() : SaveResults(); };
 }
 
 void FrmSummary::Open(const std::string& text) {
   desk.Load(*this);
   rtbOut.text = text;
+  simulatedData_ = state_.flags.SimulationMode;
+  cmdSaveSummary.text = simulatedData_ ? "Save simulated data as..." : "Save results summary as...";
   for (Button* follows : {&cmdPlots, &cmdBootstrap}) {
     follows->enabled = true;
-    follows->visible = !state_.flags.SimulationMode;
+    follows->visible = !simulatedData_;
   }
   desk.Show(*this);
-}
-
-void FrmSummary::OnLoad() {
-  cmdSaveSummary.text = state_.flags.SimulationMode ? "Save simulated data as..." : "Save results summary as...";
 }
 
 void FrmSummary::OnUnload() {
@@ -38,7 +36,7 @@ void FrmSummary::OnUnload() {
 void FrmSummary::SaveSimulatedData() {
   const std::optional<std::string> chosen =
       desk.AskFile({FileRequest::Kind::Save, "Save simulated data in...",
-                    "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim", 2, simulatedDataName});
+                    "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim", 2, ClockName(desk.host.clock)});
   if (chosen) desk.Write(*chosen + ".sim", WithCrLf(rtbOut.text));
 }
 

@@ -15,8 +15,6 @@ class FrmSummary : public Form {
 
   /// Shows the form with this text.
   void Open(const std::string& text);
-  /// The name proposed for simulated data; empty: none.
-  std::string simulatedDataName;
   /// The results behind the summary are gone: nothing can follow upon it.
   void ForgetResults() { cmdPlots.enabled = cmdBootstrap.enabled = false; }
 
@@ -27,7 +25,6 @@ class FrmSummary : public Form {
   Pane rtbOut{*this, "rtbOut"};
 
  protected:
-  void OnLoad() override;
   void OnUnload() override;
 
  private:
@@ -36,6 +33,7 @@ class FrmSummary : public Form {
 
   const RunState& state_;
   FrmMenu& menu_;
+  bool simulatedData_ = false;  // what the pane shows, also when the run has meanwhile become another
 };
 
 }  // namespace merlane

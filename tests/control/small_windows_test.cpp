@@ -87,7 +87,6 @@ TEST_F(Summary, ANameTypedWithItsExtensionIsNotExtended) {
 
 TEST_F(Summary, SimulatedDataAlwaysGetTheirExtensionAdded) {
   state.flags.SimulationMode = true;
-  summary.simulatedDataName = "06011030";
   summary.Open("Year\n1995\n");
   EXPECT_EQ(summary.cmdSaveSummary.text, "Save simulated data as...");
   host.windows.File(Path("lake.sim"), "Save simulated data in...");
@@ -96,6 +95,19 @@ TEST_F(Summary, SimulatedDataAlwaysGetTheirExtensionAdded) {
   EXPECT_EQ(summary.rtbOut.text, "Year\n1995\n");
   EXPECT_EQ(host.windows.files[0].filter, "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim");
   EXPECT_EQ(host.windows.files[0].startName, "06011030");
+}
+
+TEST_F(Summary, WhatIsShownIsSavedAsWhatItIsThoughTheRunHasBecomeAnother) {
+  summary.Open("a summary");
+  state.flags.SimulationMode = true;
+  host.windows.File(Path("lake"), "Save results summary in (*.tvo)...");
+  desk.Press(summary.cmdSaveSummary);
+  EXPECT_TRUE(std::filesystem::exists(Path("lake.tvo")));
+  summary.Open("data");
+  EXPECT_EQ(summary.cmdSaveSummary.text, "Save simulated data as...");
+  host.windows.File(Path("lake"), "Save simulated data in...");
+  desk.Press(summary.cmdSaveSummary);
+  EXPECT_EQ(ReadWholeFile(Path("lake.sim")), "data");
 }
 
 TEST_F(Summary, ACancelledDialogueChangesNothing) {
