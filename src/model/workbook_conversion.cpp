@@ -30,11 +30,27 @@ std::string CellText(const WorkbookCell& cell) {
   return "";
 }
 
+// Columns are bytes, and a character of a workbook may have several: where a text is cut, none is cut in half.
+bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }
+
+std::string_view LastColumns(std::string_view text, int columns) {
+  text = Rightmost(text, columns);
+  while (!text.empty() && !BeginsCharacter(text.front())) text.remove_prefix(1);
+  return text;
+}
+
+std::string_view FirstColumns(std::string_view text, int columns) {
+  auto end = static_cast<std::size_t>(columns);
+  if (text.size() <= end) return text;
+  while (end > 0 && !BeginsCharacter(text[end])) --end;
+  return text.substr(0, end);
+}
+
 std::string FieldText(const WorkbookCell& cell, const Field& field) {
   const std::string whole = CellText(cell);
-  const std::string_view cut = Rightmost(whole, field.rightmost);
+  const std::string_view cut = LastColumns(whole, field.rightmost);
   if (*field.pattern != '\0' && IsNumber(cut)) return RightSet(Format(StrictNumber(cut), field.pattern), field.width);
-  return RightSet(cut, field.width);
+  return RightSet(FirstColumns(cut, field.width), field.width);
 }
 
 }  // namespace

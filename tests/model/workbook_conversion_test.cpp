@@ -29,6 +29,13 @@ TEST(BroodDataText, ATextCodeLongerThanEightCharactersKeepsItsLastEight) {
   EXPECT_EQ(Columns(SecondLine({1995.0, "VERYLONGCODE", 1.0, 1.0, 1.0, 1.0}), 10, 17), "LONGCODE");
 }
 
+TEST(BroodDataText, NoCharacterIsCutInHalf) {
+  EXPECT_EQ(Columns(SecondLine({1995.0, "\u00D6stlich7", 1.0, 1.0, 1.0, 1.0}), 10, 17), " stlich7");
+  EXPECT_EQ(Columns(SecondLine({1995.0, "M\u00F6we-12", 1.0, 1.0, 1.0, 1.0}), 10, 17), "M\u00F6we-12");
+  EXPECT_EQ(Rightmost(SecondLine({1995.0, "A", 1.0, 1.0, 1.0, 1.0, "Seefl\u00E4che_\u00FC_km"}), 13),
+            ", Seefl\u00E4che_");
+}
+
 TEST(BroodDataText, UnknownAgesComeThrough) {
   EXPECT_EQ(Columns(SecondLine({1995.0, "A", 1.0, 1.0, "-?", 1.0}), 37, 44), "      -?");
   EXPECT_EQ(Columns(SecondLine({1995.0, "A", 1.0, 1.0, "?", 1.0}), 37, 44), "       ?");
