@@ -5,6 +5,7 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 
 namespace merlane {
@@ -123,7 +124,11 @@ double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Pri
   priors.PriorTotal = 0;
   for (int i = 1; i <= priors.PriorCode.Size(); ++i) {
     bool counts = true;
-    priors.PriorNegLnL(i) = NegLnL(priors, i, values(i), c, counts);
+    try {
+      priors.PriorNegLnL(i) = NegLnL(priors, i, values(i), c, counts);
+    } catch (const RuntimeFailure& failure) {
+      throw RuntimeFailure(fmt::format("the prior of parameter {} cannot be computed: {}", i, failure.what()));
+    }
     if (counts) priors.PriorTotal = Checked(priors.PriorTotal + priors.PriorNegLnL(i));
   }
   priors.PriorTotal = Checked(ObjectiveConstant * priors.PriorTotal);

@@ -59,8 +59,8 @@ std::string PriorDistName(const std::string& code);
 /// Evaluates all priors at `values` (1..NPAR): leaves PriorNegLnL, and in PriorTotal the sum of the -ln[L] times
 /// `ObjectiveConstant`, which is also returned. Outside the domain of a gamma, exponential, ln-normal or beta
 /// distribution a penalty stands in PriorNegLnL but is not in the total; the penalties of the cliffs are.
-/// RuntimeFailure where a formula cannot be computed: a standard deviation of 0, a logarithm of a number that is not
-/// positive, a second term of "T" that is no number.
+/// RuntimeFailure, which names the parameter, where a formula cannot be computed: a standard deviation of 0, a
+/// logarithm of a number that is not positive, a second term of "T" that is no number.
 double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Priors& priors);
 
 /// Standard normal distribution function by the Chebyshev fit `erfcc` of W. H. Press, B. P. Flannery, S. A. Teukolsky

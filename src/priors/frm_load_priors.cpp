@@ -82,15 +82,15 @@ void FrmLoadPriors::OpenFile() {
 
 void FrmLoadPriors::SetPriors() {
   desk.Hide(*this);
-  if (!priors_.AnySet()) {
-    if (desk.Ask("Setting Bayesian Priors", SettingText, style::YesNoQuestion) != Answer::Yes) {
-      SetUniform();
-      return;
-    }
-    commands_.NameByClock();
-    commands_.ShowName();
+  const bool first = !priors_.AnySet();
+  if (first && desk.Ask("Setting Bayesian Priors", SettingText, style::YesNoQuestion) != Answer::Yes) {
+    SetUniform();
+    return;
   }
   editor_.Open(caller_);
+  if (!first) return;
+  commands_.NameByClock();
+  commands_.ShowName();
 }
 
 void FrmLoadPriors::SetUniform() {

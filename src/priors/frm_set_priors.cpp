@@ -118,11 +118,14 @@ void FrmSetPriors::OnUnload() {
     commands_.SavePriors();
   if (state_.flags.NOBS == 0) {
     EnterObjectiveConstant(desk, main_, state_);
+  } else if (state_.flags.NOBS - state_.free.NFREE - 1 <= 0) {
+    ReportBadConstant(desk);
+    return;
   } else {
     main_.ShowProgress("One moment please...");
     Array1<double> vector = state_.algorithm.Value;
     ApplyFuses(vector, state_);
-    if (!SetObjectiveConstant(desk, main_, state_, objective_.Call(vector, 1))) return;
+    SetObjectiveConstant(desk, main_, state_, objective_.Call(vector, 1));
   }
   main_.ShowProgress("");
   desk.Show(caller_);

@@ -34,6 +34,7 @@ std::string PriorsFileText(const Priors& priors) {
 PriorsReading ReadPriorsText(std::string_view text, int NPAR) {
   const std::vector<std::string> lines = Lines(text);
   if (lines.empty()) throw RuntimeFailure("the priors file is empty");
+  if (!IsNumber(lines[0])) throw RuntimeFailure("the file does not begin with the number of its parameters");
   PriorsReading reading;
   reading.count = StrictInt16(lines[0]);
   if (reading.count != NPAR) return reading;

@@ -294,6 +294,18 @@ TEST(Priors, AnOverflowIsARuntimeFailure) {
   EXPECT_THROW(OnePrior("E", 1, 1).At(-1e200), RuntimeFailure);
 }
 
+TEST(Priors, AFailureNamesTheParameterWhosePriorCannotBeComputed) {
+  OnePrior t("U");
+  t.priors.Reset(3);
+  t.Set(2, "N", 7, 0);
+  try {
+    EvaluatePrior(Array1<double>{0, 8, 0}, 1, t.priors);
+    FAIL() << "a deviation of 0";
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_STREQ(failure.what(), "the prior of parameter 2 cannot be computed: division by zero");
+  }
+}
+
 TEST(NormalCDF, IsAHalfAtZeroToWithinTheErrorOfTheFit) { EXPECT_NEAR(NormalCDF(0), 0.5, 1e-7); }
 
 TEST(NormalCDF, AgreesWithTheErrorFunctionToWithinTheErrorOfTheFit) {

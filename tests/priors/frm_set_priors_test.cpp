@@ -42,7 +42,11 @@ class PriorsEditor : public testing::Test {
   Desk desk{host.Get()};
   RunState state;
   Priors priors;
-  Objective objective{state, [](ModelCall&) {}};
+  Objective objective{state, [this](ModelCall& call) {
+                        ++calls;
+                        call.F = 20;
+                      }};
+  int calls = 0;
   FrmMain frmMain{desk};
   Caller caller{desk};
   PriorsCommands commands{desk, state, frmMain, priors};
@@ -267,11 +271,82 @@ TEST_F(PriorsEditor, LeavingTheEditorWithAllCodesUSetsBayesOffAndOffersNoSaving)
 TEST_F(PriorsEditor, OpeningAValidFileForAModelOfAnotherSizeLeavesBayesOffAndTheOldPriors) {
   Begin(2);
   priors.PriorCode(1) = "N";
+  state.flags.PriorFileName = "kept.pri";
+  commands.ShowName();
   chooser.Open("frmMenu");
   windows.File(File("other.pri", "1\r\n  1   G 2.000E+000 5.000E-001     Unused     Unused\r\n"));
   desk.Press(chooser.cmdOpen);
   EXPECT_FALSE(state.flags.BayesOn);
   EXPECT_EQ(priors.PriorCode(1), "N");
+  EXPECT_EQ(state.flags.PriorFileName, folder + "other.pri") << "the path is the refused file's";
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: kept") << "but the bare name is the old one";
+}
+
+TEST_F(PriorsEditor, ReadingAFileHidesTheMenuBehindTheEditorAndShowsTheBareName) {
+  Begin(1);
+  const std::string path = File("read.pri", "1\r\n  1   N 5.000E-001 1.000E-001     Unused     Unused\r\n");
+  chooser.Open("frmMenu");
+  windows.File(path);
+  desk.Press(chooser.cmdOpen);
+  EXPECT_EQ(windows.files[0].title, "Load Bayesian Priors file");
+  EXPECT_EQ(windows.files[0].filter, "All files (*.*)|*.*|Bayesian priors files (*.pri)|*.pri");
+  EXPECT_EQ(windows.messages.back().title, "Bayes information");
+  EXPECT_EQ(windows.messages.back().text, "Bayesian Priors file " + path + " has been loaded");
+  EXPECT_EQ(windows.messages.back().style, 64);
+  EXPECT_TRUE(editor.Visible());
+  EXPECT_FALSE(caller.Visible());
+  EXPECT_FALSE(chooser.Loaded());
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: read");
+}
+
+TEST_F(PriorsEditor, ACancelledFileLeavesTheChooser) {
+  Begin(1);
+  chooser.Open("frmMenu");
+  windows.CancelFile("Load Bayesian Priors file");
+  desk.Press(chooser.cmdOpen);
+  EXPECT_TRUE(chooser.Visible());
+  EXPECT_TRUE(state.flags.BayesOn);
+}
+
+TEST_F(PriorsEditor, WithPriorsSetTheEditorOpensAtOnceAndTheFileKeepsItsName) {
+  Begin(1);
+  priors.PriorCode(1) = "E";
+  chooser.Open("frmMenu");
+  EXPECT_TRUE(desk.Press(chooser.cmdSet));
+  EXPECT_TRUE(editor.Visible());
+  EXPECT_TRUE(windows.messages.empty());
+  EXPECT_EQ(state.flags.PriorFileName, "");
+}
+
+TEST_F(PriorsEditor, SettingTheFirstPriorsAsksInTheseWordsAndNamesTheFileByTheClock) {
+  Begin(1);
+  OpenEditor();
+  EXPECT_EQ(windows.messages[0].title, Kept("priors_state")["messages"][0]["title"].get<std::string>());
+  EXPECT_EQ(windows.messages[0].text, Told(Kept("priors_state")["messages"][0]["text"]));
+  EXPECT_EQ(windows.messages[0].style, 36);
+  EXPECT_EQ(state.flags.PriorFileName, "06011030.pri");
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: 06011030");
+}
+
+TEST_F(PriorsEditor, SettingAllUniformEmptiesTheTermsTheStatusAndBayesOn) {
+  Begin(2);
+  priors.PriorCode(2) = "T";
+  priors.PriorFirstMean(2) = priors.PriorFirstSD(2) = 1;
+  priors.PriorSecondMean(2) = priors.PriorSecondSD(2) = "2";
+  frmMain.ShowPriorsFile("kept");
+  chooser.Open("frmMenu");
+  EXPECT_TRUE(desk.Press(chooser.cmdUniform));
+  EXPECT_FALSE(state.flags.BayesOn);
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: ");
+  EXPECT_EQ(windows.messages.back().title, "Default prior probabilities");
+  EXPECT_EQ(windows.messages.back().style, 64);
+  EXPECT_TRUE(caller.Visible());
+  EXPECT_FALSE(chooser.Visible());
+  EXPECT_EQ(priors.PriorCode(2), "U");
+  EXPECT_EQ(priors.PriorFirstMean(2), PriorUnset);
+  EXPECT_EQ(priors.PriorFirstSD(2), PriorUnset);
+  EXPECT_EQ(priors.PriorSecondMean(2), PriorTerm(PriorUnused));
+  EXPECT_EQ(priors.PriorSecondSD(2), PriorTerm(PriorUnused));
 }
 
 TEST_F(PriorsEditor, AnEmptyFirstReplyOfTheNormalStillAsksForTheSecond) {
@@ -317,6 +392,21 @@ TEST_F(PriorsEditor, AFileThatIsShortOrHoldsNoCountLeavesThePriorsAndTheirName) 
   }
 }
 
+TEST_F(PriorsEditor, AFileThatIsNoTextIsNotRecited) {
+  Begin(1);
+  chooser.Open("frmMenu");
+  windows.File(File("picture.pri", std::string(100000, '\xFF')));
+  windows.ExpectFailure("the file does not begin with the number of its parameters");
+  desk.Press(chooser.cmdOpen);
+}
+
+TEST_F(PriorsEditor, LettersWhereNumbersBelongCountAsZero) {
+  const Priors read = ReadPriorsText("1\n  1   n       mean         SD     Unused     Unused\n", 1).priors;
+  EXPECT_EQ(read.PriorCode(1), "N");
+  EXPECT_EQ(read.PriorFirstMean(1), 0);
+  EXPECT_EQ(read.PriorFirstSD(1), 0);
+}
+
 TEST_F(PriorsEditor, SavingGivesAFileWithoutANameTheClocks) {
   Begin(1);
   windows.CancelFile("Save Bayesian priors file in...");
@@ -326,6 +416,62 @@ TEST_F(PriorsEditor, SavingGivesAFileWithoutANameTheClocks) {
   commands.SavePriors();
   EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: saved");
   EXPECT_EQ(windows.writes.back(), folder + "saved.pri");
+}
+
+// Closing.
+
+TEST_F(PriorsEditor, ClosingWithPriorsSetOffersToSaveThemAndAsksForTheConstant) {
+  Begin(1);
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  windows.Yes("Save Bayesian priors");
+  windows.CancelFile("Save Bayesian priors file in...");
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(editor.mnuFinished);
+  const std::size_t last = windows.messages.size() - 1;
+  EXPECT_EQ(windows.messages[last - 1].title, "Just so you know");
+  EXPECT_EQ(windows.messages[last - 1].style, 64);
+  EXPECT_EQ(windows.messages[last].text, "Save Bayesian priors now?");
+  EXPECT_EQ(windows.messages[last].style, 36);
+  EXPECT_EQ(windows.files.back().filter, "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri");
+  EXPECT_THAT(windows.writes, testing::IsEmpty());
+  EXPECT_EQ(state.flags.PriorFileName, "06011030.pri") << "a cancelled question keeps the name";
+  EXPECT_EQ(state.flags.ObjectiveConstant, 2);
+  EXPECT_EQ(calls, 0);
+  EXPECT_TRUE(caller.Visible());
+  EXPECT_FALSE(editor.Loaded());
+}
+
+TEST_F(PriorsEditor, ClosingOverASumOfSquaresTakesTheConstantFromItsDegreesOfFreedom) {
+  Begin(1);
+  state.algorithm.Value.Dimension(1);
+  state.flags.NOBS = 13;
+  state.free.NFREE = 2;
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  windows.No("Save Bayesian priors");
+  windows.statuses.clear();
+  desk.Press(editor.mnuFinished);
+  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(state.flags.ObjectiveConstant, 10.0 / (20 + 20));
+  ASSERT_EQ(windows.statuses.size(), 3U);
+  EXPECT_EQ(windows.statuses[1].text, "One moment please...");
+  EXPECT_EQ(windows.statuses[2].text, "");
+  EXPECT_TRUE(caller.Visible());
+}
+
+TEST_F(PriorsEditor, ClosingOverASumOfSquaresWithoutADegreeOfFreedomEndsThereWithoutACall) {
+  Begin(1);
+  state.flags.NOBS = 3;
+  state.free.NFREE = 2;
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  windows.No("Save Bayesian priors");
+  desk.Press(editor.mnuFinished);
+  EXPECT_EQ(windows.messages.back().title, "Insufficient degrees of freedom");
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(frmMain.stbMain5.Get(1), "");
+  EXPECT_FALSE(caller.Visible()) << "the form that called does not come back";
 }
 
 TEST_F(PriorsEditor, TheMainMenuComesBackWithoutClosingTheEditor) {
