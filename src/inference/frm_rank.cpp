@@ -27,6 +27,12 @@ std::string RowLabel(int position, int entry) {
   return fmt::format("{}{}){}{}", position < 10 ? "   " : " ", position, entry < 10 ? "    " : "  ", entry);
 }
 
+/// The label of a row that moves to another position; a row without one stays without.
+std::string MovedLabel(const std::string& label, int position) {
+  const std::size_t end = label.find(')');
+  return end == std::string::npos ? label : RowLabel(position, std::stoi(label.substr(end + 1)));
+}
+
 }  // namespace
 
 FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, AlgorithmCommands& algorithm,
@@ -275,7 +281,7 @@ void FrmRank::DeleteModel(int position) {
   ranking_.Delete(position);
   for (int row = position; row < grdRank.Rows() - 1; ++row) {
     for (int column = 0; column < ColumnCount; ++column) grdRank.At(row, column) = grdRank.At(row + 1, column);
-    grdRank.At(row, OrderColumn).text = RowLabel(row, ranking_.entered[static_cast<std::size_t>(row) - 1].RankOrder);
+    grdRank.At(row, OrderColumn).text = MovedLabel(grdRank.At(row, OrderColumn).text, row);
   }
   grdRank.Resize(ranking_.ModelCount() + 1, ColumnCount);
   ShowUndefined();

@@ -432,6 +432,27 @@ TEST_F(FrmRankTest, DoubleClickOnTheOrderDeletesTheModel) {
   EXPECT_EQ(form.Models().ranked.size(), 2U);
 }
 
+TEST_F(FrmRankTest, DeletionMovesTheEntryNumbersUpAsTheyAreShown) {
+  Add(3);
+  desk.Press(form.cmdRank);
+  SetCHat("1.2");
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_THAT(Column(0), ElementsAre("   1)    2", "   2)    3"));
+  desk.Press(form.cmdRank);
+  EXPECT_THAT(Column(0), ElementsAre("   1)    2", "   2)    1"));
+}
+
+TEST_F(FrmRankTest, DeletionLeavesAHalfDoneRowWithoutALabel) {
+  Add(1);
+  Present("bad.alg", 6.5, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_THAT(Column(0), ElementsAre(""));
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_EQ(form.Models().ModelCount(), 0);
+}
+
 TEST_F(FrmRankTest, DeletionClearsTheAverages) {
   RankTwo();
   desk.Press(form.cmdAverage);
