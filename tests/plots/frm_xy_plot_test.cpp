@@ -173,6 +173,18 @@ TEST_F(XyPlot, WithAllYPositiveAndTheYMinBoxEmptyTheRangeStillStartsAtZero) {
   EXPECT_EQ(form.lblYMaxMin.text, "Y-Max =  7\nY-Min =  0");
 }
 
+TEST_F(XyPlot, APageWithoutRecordsShowsItsZeroLineAndNothingFails) {
+  Open({{}});
+  const std::size_t before = Items();
+  Press();
+  EXPECT_EQ(Items(), before + 1);
+  EXPECT_EQ(form.lblXStart.text, "1");
+  EXPECT_EQ(form.lblXEnd.text, "0");
+  desk.Select(form.listXVar, 1);
+  Press();
+  EXPECT_EQ(form.lblCorr.text, "");
+}
+
 TEST_F(XyPlot, LimitsTypedTheWrongWayRoundAreBothWidened) {
   Open({{7, 7, 7}});
   desk.SetText(form.txtYmin, "10");
