@@ -1,11 +1,15 @@
 // Parametric bootstraps of the example analysis with both minimisers, as the program runs them, windows and files
-// included. Prints for each the replicates per minute, the function calls, and how much of the time was spent where.
+// included: on one core and on all. Prints for each the replicates per minute, the function calls, how much of the time
+// some evaluation of the objective was under way, and on one core what else it was spent on.
 
 #include <fmt/format.h>
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <mutex>
 #include <string>
+#include <thread>
 
 #include "program/program.h"
 
@@ -38,6 +42,30 @@ class NoWorkbooks : public Workbooks {
   std::vector<Worksheet> Read(const std::string&) override { return {}; }
 };
 
+/// The time in which at least one thread evaluates the objective.
+class ObjectiveTime {
+ public:
+  void Reset() { sum_ = Seconds(0); }
+  Seconds Sum() const { return sum_; }
+  template <class Evaluation>
+  void Of(const Evaluation& evaluate) {
+    Count(+1);
+    evaluate();
+    Count(-1);
+  }
+
+ private:
+  void Count(int change) {
+    const std::lock_guard lock(mutex_);
+    if (active_ == 0) begin_ = Now();
+    active_ += change;
+    if (active_ == 0) sum_ += Now() - begin_;
+  }
+  std::mutex mutex_;
+  int active_ = 0;
+  Seconds begin_{0}, sum_{0};
+};
+
 /// The example, read and ready, with an objective that keeps the time.
 class Example {
  public:
@@ -67,35 +95,46 @@ class Example {
         return marquardtForm_.Minimise().ending != MarquardtEnding::MatrixFailed;
       });
     };
+    bootstrap_.minimiseAhead = [this](BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
+      Objective timed(run, [&](ModelCall& call) {
+        inObjective_.Of([&] { call.F = objective.Call(call.X, call.NF); });
+        ++calls_;
+      });
+      timed.priorTerm = objective.priorTerm;
+      Program::MinimiseAhead(minimiser, run, timed);
+    };
   }
   Example(const Example&) = delete;
   Example& operator=(const Example&) = delete;
 
-  void Run(const char* name, BootstrapResults::Minimiser minimiser, std::int16_t replicates) {
-    random_.SetSeed(1);
+  void Run(const char* name, BootstrapResults::Minimiser minimiser, std::int16_t replicates, int cores) {
+    random_.SetSeed(++seed_);  // or the data files would have the names of the last run's
+    bootstrap_.cores = cores;
     calls_ = 0;
-    inObjective_ = inReading_ = minimising_ = Seconds(0);
+    inObjective_.Reset();
+    inReading_ = minimising_ = inMinimiser_ = Seconds(0);
     const Seconds begin = Now();
     const BootstrapResults results = bootstrap_.Run({replicates, 40, minimiser});
     const double all = (Now() - begin).count();
     fmt::print(
-        "{:<10}{:4} replicates in {:6.2f} s: {:7.0f} per minute, {:5.0f} function calls each; objective {:3.0f} %, "
-        "rest "
-        "of the minimiser {:3.0f} %, reading data {:3.0f} %\n",
-        name, results.BootCount(), all, 60 * results.BootCount() / all,
-        static_cast<double>(calls_) / results.BootCount(), 100 * inObjective_.count() / all,
-        100 * (minimising_ - inMinimiser_).count() / all, 100 * inReading_.count() / all);
-    inMinimiser_ = Seconds(0);
+        "{:<10}{:4} replicates on {} core{} in {:6.2f} s: {:7.0f} per minute, {:5.0f} function calls each; objective "
+        "{:3.0f} %",
+        name, results.BootCount(), cores, cores == 1 ? " " : "s", all, 60 * results.BootCount() / all,
+        static_cast<double>(calls_.load()) / results.BootCount(), 100 * inObjective_.Sum().count() / all);
+    if (cores == 1)
+      fmt::print(", rest of the minimiser {:3.0f} %, reading data {:3.0f} %",
+                 100 * (minimising_ - inMinimiser_).count() / all, 100 * inReading_.count() / all);
+    fmt::print("\n");
   }
 
  private:
   bool Minimising(const std::function<bool()>& minimise) {
     BuildFuseGroups(program_.state);
     PackFree(program_.state);
-    const Seconds begin = Now(), before = inObjective_;
+    const Seconds begin = Now(), before = inObjective_.Sum();
     const bool done = minimise();
     minimising_ += Now() - begin;
-    inMinimiser_ += inObjective_ - before;
+    inMinimiser_ += inObjective_.Sum() - before;
     return done;
   }
 
@@ -104,12 +143,17 @@ class Example {
   RandomStreams random_{clock_};
   NoWorkbooks workbooks_;
   Program program_;
-  Seconds inObjective_{0}, inReading_{0}, minimising_{0}, inMinimiser_{0};
-  int calls_ = 0;
+  ObjectiveTime inObjective_;
+  Seconds inReading_{0}, minimising_{0}, inMinimiser_{0};  // of the bootstrap itself, not of what goes ahead of it
+  std::atomic<int> calls_ = 0;  // those made ahead, and those of the bootstrap itself that nobody was ahead of
+  std::uint64_t seed_ = 0;
   Objective objective_{program_.state, [this](ModelCall& call) {
                          const Seconds begin = Now();
-                         program_.model(call);
-                         (call.NF == 0 ? inReading_ : inObjective_) += Now() - begin;
+                         if (call.NF > 0)
+                           inObjective_.Of([&] { program_.model(call); });
+                         else
+                           program_.model(call);
+                         if (call.NF == 0) inReading_ += Now() - begin;
                          if (call.NF > 0) ++calls_;
                        }};
   SimplexState simplex_;
@@ -127,8 +171,11 @@ int main() {
   std::filesystem::create_directories(folder);
   {
     Example example(folder.string());
-    example.Run("simplex", BootstrapResults::Minimiser::Simplex, 100);
-    example.Run("Marquardt", BootstrapResults::Minimiser::Marquardt, 100);
+    using enum BootstrapResults::Minimiser;
+    for (const int cores : {1, static_cast<int>(std::thread::hardware_concurrency())}) {
+      example.Run("simplex", Simplex, 200, cores);
+      example.Run("Marquardt", Marquardt, 200, cores);
+    }
   }
   std::filesystem::remove_all(folder);
 }

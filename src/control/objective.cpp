@@ -23,7 +23,7 @@ double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {
                  state_.Gradient,
                  state_.Hessian,
                  state_.flags.SampleSize};
-  model_(call);
+  if (!known || !known(call)) model_(call);
   return F;
 }
 

@@ -38,6 +38,8 @@ class Objective {
 
   /// The prior term of a vector, already multiplied by the run's constant; asked only while BayesOn.
   std::function<double(const Array1<double>&)> priorTerm;
+  /// Answers a call whose outcome is known without the model, and says whether it did; nobody knows one by default.
+  std::function<bool(ModelCall&)> known;
 
  private:
   RunState& state_;

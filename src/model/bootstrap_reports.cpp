@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -10,9 +12,10 @@ namespace {
 
 constexpr const char* RecordHeader = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
 constexpr const char* LineEnd = "\r\n";
+constexpr int CountWidth = 8;
 
-/// The six fields of a data record, with the count given.
-std::string Record(const BroodData& data, std::size_t b, std::size_t v, int count) {
+/// The fields of a data record before its count.
+std::string Circumstances(const BroodData& data, std::size_t b, std::size_t v) {
   const std::string age = data.VisitAge[v] != Missing ? Format(data.VisitAge[v], "###0")
                           : data.VisitStage[v] == -1  ? "-?"
                                                       : "?";
@@ -20,8 +23,10 @@ std::string Record(const BroodData& data, std::size_t b, std::size_t v, int coun
   for (const std::string& field : {Format(data.VisitYear[v], "###0"), data.BroodCode[b],
                                    Format(data.VisitDate[v], "###0"), Format(data.HatchDate[b], "###0"), age})
     line += RightSet(field, 8) + ",";
-  return line + RightSet(Format(count, "####0"), 8);
+  return line;
 }
+
+std::string CountField(int count) { return RightSet(Format(count, "####0"), CountWidth); }
 
 /// Calls `action`(brood, visit) for each record in the order of the file.
 template <class Action>
@@ -110,22 +115,32 @@ std::string BootstrapSurvivalText(const BootstrapResults& r, const BroodData& da
       text += "," + RightSet(figure + quantity.name, quantity.width);
   text += LineEnd;
   ForEachRecord(data, [&](std::size_t b, std::size_t v) {
-    text += Record(data, b, v, data.VisitCount[v]);
+    text += Circumstances(data, b, v) + CountField(data.VisitCount[v]);
     for (std::size_t q = 0; q < quantities.size(); ++q) text += Figures(r.survival[q][v], quantities[q].width);
     text += LineEnd;
   });
   return text;
 }
 
-std::string BootstrapDataText(const BroodData& data, const std::vector<std::int16_t>& SimCount) {
-  std::string text = std::string(RecordHeader) + LineEnd;
+ReplicateDataText::ReplicateDataText(const BroodData& data) : end_(std::string(RecordHeader) + LineEnd) {
   ForEachRecord(data, [&](std::size_t b, std::size_t v) {
-    text += Record(data, b, v, SimCount[v] == Missing ? 0 : SimCount[v]);
+    visits_.push_back(v);
+    before_.push_back(std::exchange(end_, "") + Circumstances(data, b, v));
     for (int m = 1; m <= data.NCov; ++m)
-      text += "," + RightSet(Format(data.CovariatesOf(static_cast<int>(b))[m - 1], "0.00000E+00"), 12);
-    text += LineEnd;
+      end_ += "," + RightSet(Format(data.CovariatesOf(static_cast<int>(b))[m - 1], "0.00000E+00"), 12);
+    end_ += LineEnd;
   });
-  return text;
+}
+
+std::string ReplicateDataText::Of(const std::vector<std::int16_t>& SimCount) const {
+  std::string text;
+  for (std::size_t i = 0; i < visits_.size(); ++i) {
+    const int simulated = SimCount[visits_[i]];
+    const fmt::format_int count(simulated == Missing ? 0 : simulated);
+    text += before_[i];
+    text.append(static_cast<std::size_t>(CountWidth) - count.size(), ' ').append(count.data(), count.size());
+  }
+  return text += end_;
 }
 
 }  // namespace merlane

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "model/bootstrap.h"
 #include "model/brood_data.h"
@@ -17,7 +19,19 @@ std::string BootstrapParameterText(const BootstrapResults& results);
 /// survival from there.
 std::string BootstrapSurvivalText(const BootstrapResults& results, const BroodData& data);
 
-/// Simulated counts as the text of a data file, in the order of the records of `data`: 0 behind a brood's death.
-std::string BootstrapDataText(const BroodData& data, const std::vector<std::int16_t>& SimCount);
+/// The texts of replicates' data files: the records of the real data with simulated counts. All but the counts is the
+/// same in every replicate and put into words once.
+class ReplicateDataText {
+ public:
+  explicit ReplicateDataText(const BroodData& data);
+
+  /// The text with these counts (of the shape of the data's visits): 0 behind a brood's death.
+  std::string Of(const std::vector<std::int16_t>& SimCount) const;
+
+ private:
+  std::vector<std::size_t> visits_;  // in the order of the records
+  std::vector<std::string> before_;  // what stands before the count of each
+  std::string end_;
+};
 
 }  // namespace merlane

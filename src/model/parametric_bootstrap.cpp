@@ -1,6 +1,8 @@
 #include "model/parametric_bootstrap.h"
 
+#include <algorithm>
 #include <cmath>
+#include <thread>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
@@ -8,7 +10,6 @@
 #include "base/text.h"
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
-#include "model/bootstrap_reports.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -40,11 +41,28 @@ class RunKept {
   MerlaneModel::Kept results_;
 };
 
+/// Does something when the scope ends, however it ends.
+class AtEnd {
+ public:
+  explicit AtEnd(std::function<void()> action) : action_(std::move(action)) {}
+  ~AtEnd() { action_(); }
+  AtEnd(const AtEnd&) = delete;
+  AtEnd& operator=(const AtEnd&) = delete;
+
+ private:
+  const std::function<void()> action_;
+};
+
 }  // namespace
 
 ParametricBootstrap::ParametricBootstrap(Desk& desk, RunState& state, Objective& objective, MerlaneModel& model,
                                          FrmMain& main)
-    : desk_(desk), state_(state), objective_(objective), model_(model), main_(main) {}
+    : cores(static_cast<int>(std::thread::hardware_concurrency())),
+      desk_(desk),
+      state_(state),
+      objective_(objective),
+      model_(model),
+      main_(main) {}
 
 BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
   BootstrapResults results;
@@ -53,6 +71,11 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
   std::string failure;
   {
     const RunKept kept(state_, model_);
+    const AtEnd forget([this] {
+      objective_.known = nullptr;
+      ahead_.reset();
+      original_.reset();
+    });
     try {
       Replicate(options, results);
     } catch (const NoAlgorithmFile&) {
@@ -87,7 +110,7 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapRe
   const Clock& clock = desk_.host.clock;
   RemainingTime remaining(Timer(clock));
   for (int attempt = 1; results.BootCount() < options.BootstrapCount; ++attempt) {
-    Attempt(options, results);
+    Attempt(options, attempt, results);
     TellTime("Estimated time remaining (h:mm:ss) is " +
              remaining.After(Timer(clock), attempt, options.BootstrapCount + results.Rejects()));
     desk_.Turn();
@@ -95,22 +118,23 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapRe
   }
 }
 
-void ParametricBootstrap::Attempt(const BootstrapOptions& options, BootstrapResults& results) {
+void ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results) {
   const int b = results.BootCount() + 1;
   const std::string path = NameDataFile(b);
   Tell(fmt::format("Performing parametric bootstrap {} of {}", b, options.BootstrapCount));
   Tell("Reading original data");
-  ReadData("");
-  ReadAlgorithmFile();
-  Evaluate();
-  SimulateInto(path);
+  TakeOriginal();
+  if (attempt == 1) BeginAhead(options.minimiser);
+  if (ahead_) ahead_->Begin(attempt, attempt + options.BootstrapCount - b);
+  const std::string dataText = Simulate();
+  Tell("Writing simulated data");
+  desk_.Write(path, dataText, false);
   Tell("Reading simulated data");
   ReadData(path);
   ReadAlgorithmFile();
   Tell("Estimating parameters for simulated data");
   Evaluate();
-  const bool simplex = options.minimiser == BootstrapResults::Minimiser::Simplex;
-  const bool inverted = simplex ? minimiseSimplex() : minimiseMarquardt();
+  const bool inverted = Minimise(options.minimiser, attempt, dataText);
   Judge(options, Evaluate(), !inverted, results);
 }
 
@@ -125,15 +149,43 @@ std::string ParametricBootstrap::NameDataFile(int replicate) {
   return folder + "/BootstrappedData" + Format(replicate, "00000") + "_" + Format(number, "000000") + ".dat";
 }
 
-void ParametricBootstrap::SimulateInto(const std::string& path) {
+/// The real data and the tables of the fit: read and evaluated once, put back from then on. The algorithm file is read
+/// again, so that its loss is told before a replicate is made from it.
+void ParametricBootstrap::TakeOriginal() {
+  if (original_) {
+    model_.PutBack(original_->tables);
+    ReadAlgorithmFile();
+    return;
+  }
+  ReadData("");
+  ReadAlgorithmFile();
+  RunState run = state_;
+  Evaluate();
+  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run)});
+}
+
+void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
+  if (cores < 2 || !minimiseAhead) return;
+  const auto minimise = [this, minimiser](RunState& run, Objective& objective) {
+    minimiseAhead(minimiser, run, objective);
+  };
+  ahead_ = std::make_unique<FitsAhead>(
+      FitsAhead::Origin{original_->tables.data, original_->tables.likelihood, original_->text, desk_.host.random,
+                        original_->run, priorTermAhead(), minimise},
+      FitsAhead::Watch{[this] { desk_.Turn(); },
+                       [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
+      cores);
+  objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
+}
+
+std::string ParametricBootstrap::Simulate() {
   Tell("Simulating new data");
   const CalculationWatch watch{.tell = [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); },
                                .turn = [this] { desk_.Turn(); }};
   if (!SimulateData(model_.data, {.BootstrapMode = true}, model_.likelihood.best, desk_.host.random, watch,
                     model_.simulation))
     throw RuntimeFailure("no data could be simulated");
-  Tell("Writing simulated data");
-  desk_.Write(path, BootstrapDataText(model_.data, model_.simulation.SimCount), false);
+  return original_->text.Of(model_.simulation.SimCount);
 }
 
 /// Reads the real data or, given its file, a simulated data set.
@@ -162,6 +214,14 @@ void ParametricBootstrap::ReadAlgorithmFile() {
 double ParametricBootstrap::Evaluate() {
   ApplyFuses(state_.algorithm.Value, state_);
   return objective_.Call(state_.algorithm.Value, 1);
+}
+
+/// Minimises over the free parameters of these data; false when a matrix could not be inverted.
+bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText) {
+  if (ahead_) ahead_->Follow(attempt, dataText);
+  const bool inverted = minimiser == BootstrapResults::Minimiser::Simplex ? minimiseSimplex() : minimiseMarquardt();
+  if (ahead_) ahead_->Leave();
+  return inverted;
 }
 
 void ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool matrixFailed,

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "control/frm_main.h"
@@ -8,6 +10,8 @@
 #include "control/run_state.h"
 #include "forms/desk.h"
 #include "model/bootstrap.h"
+#include "model/bootstrap_reports.h"
+#include "model/fits_ahead.h"
 #include "model/merlane_model.h"
 
 namespace merlane {
@@ -31,19 +35,35 @@ class ParametricBootstrap {
   /// Closes the windows of both.
   std::function<void()> closeMinimisers = [] {};
 
+  /// What works ahead of them on the other cores (see FitsAhead): the same minimisation of any run and objective
+  /// without a window, and the prior term as it is now. Without them every replicate waits for the one before.
+  std::function<void(BootstrapResults::Minimiser, RunState&, Objective&)> minimiseAhead;
+  std::function<std::function<double(const Array1<double>&)>()> priorTermAhead = [] { return nullptr; };
+  int cores;  // those of the machine, unless a test wants others
+
   /// Replicates until as many are kept as are wanted, or the user aborts; an attempt that meets a penalty or a matrix
   /// that cannot be inverted is rejected. A failure ends the bootstrap with a message and what it has so far. In any
   /// case data, parameters and results are as they were before. Under a seed all is repeated to the last digit.
   BootstrapResults Run(const BootstrapOptions& options);
 
  private:
+  /// The real data as a bootstrap reads them, and the fit that is bootstrapped: each replicate begins with them.
+  struct Original {
+    MerlaneModel::Kept tables;
+    ReplicateDataText text;
+    RunState run;  // with the algorithm data as they are in the file
+  };
+
   void Replicate(const BootstrapOptions& options, BootstrapResults& results);
-  void Attempt(const BootstrapOptions& options, BootstrapResults& results);
+  void Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results);
   std::string NameDataFile(int replicate);
-  void SimulateInto(const std::string& path);
+  void TakeOriginal();
+  void BeginAhead(BootstrapResults::Minimiser minimiser);
+  std::string Simulate();
   void ReadData(const std::string& simulatedFile);
   void ReadAlgorithmFile();
   double Evaluate();
+  bool Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText);
   void Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
 
   void Tell(const std::string& status) { main_.ShowProgress(status); }
@@ -55,6 +75,10 @@ class ParametricBootstrap {
   Objective& objective_;
   MerlaneModel& model_;
   FrmMain& main_;
+
+  // While a bootstrap runs.
+  std::optional<Original> original_;
+  std::unique_ptr<FitsAhead> ahead_;
 };
 
 /// Estimates how long a number of attempts will take from the time that the first ones took. Seconds since midnight.

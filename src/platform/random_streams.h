@@ -31,6 +31,8 @@ class RandomStreams {
   void SetSeed(std::uint64_t seed);
   /// Begins the next stream; this is what "seed from the clock" does.
   void BeginNext();
+  /// Leaves out the next `count` streams: the one begun next is numbered that much higher.
+  void Skip(int count) { number_ += static_cast<std::uint64_t>(count); }
 
   double Uniform() { return stream_.Uniform(); }
 

@@ -148,6 +148,20 @@ bool Program::BootstrapMarquardt() {
   return frmMarquardt.Minimise().ending != MarquardtEnding::MatrixFailed;
 }
 
+void Program::MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
+  BuildFuseGroups(run);
+  PackFree(run);
+  if (minimiser == BootstrapResults::Minimiser::Simplex) {
+    run.flags.SimplexBuilt = false;
+    SimplexState polytope;
+    SimplexWatch nobody;
+    MinimiseSimplex(run, objective, polytope, nobody);
+  } else {
+    MarquardtWatch nobody;
+    MinimiseMarquardt(run, objective, DerivativeMode::Numerical, nobody);
+  }
+}
+
 void Program::BeginLongCommand() {
   frmMenu.DisableAllButQuit();
   desk.Unload(frmMenu);

@@ -108,6 +108,12 @@ void Program::WireForms() {
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
   parametricBootstrap.minimiseSimplex = [this] { return BootstrapSimplex(); };
   parametricBootstrap.minimiseMarquardt = [this] { return BootstrapMarquardt(); };
+  parametricBootstrap.minimiseAhead = MinimiseAhead;
+  parametricBootstrap.priorTermAhead = [this] {
+    return [constant = state.flags.ObjectiveConstant, own = priors](const Array1<double>& vector) mutable {
+      return EvaluatePrior(vector, constant, own);
+    };
+  };
   parametricBootstrap.closeMinimisers = [this] {
     desk.Unload(frmSimplex);
     desk.Unload(frmMarquardt);

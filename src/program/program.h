@@ -59,6 +59,9 @@ class Program {
   /// Shows the main window and the menu.
   void Start();
 
+  /// Minimises a replicate of a bootstrap without a window, on a run of its own and in any thread.
+  static void MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective);
+
   Desk desk;
   RunState state;
   LogFile log;

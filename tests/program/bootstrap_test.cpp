@@ -436,14 +436,19 @@ TEST_F(RestoreTest, MinimiserThatFailsEndsItWithWhatItHas) {
   EndsWith(1, "overflow in the minimiser");
 }
 
-TEST_F(RestoreTest, RealDataThatAreLostEndIt) {
+TEST_F(RestoreTest, RealDataThatAreGoneWhenItBeginsEndIt) {
+  program.model.data.TextFileName = folder / "vanished.dat";
+  EndsWith(0, "the data could not be read");
+  EXPECT_THAT(windows.Titles(), Contains("Problem finding data file or reading data"));
+}
+
+TEST_F(RestoreTest, RealDataThatAreLostOnTheWayAreNotMissed) {
   const auto minimise = program.parametricBootstrap.minimiseSimplex;
   program.parametricBootstrap.minimiseSimplex = [this, minimise] {
-    program.model.data.TextFileName = folder / "vanished.dat";  // the real data are read again at the next attempt
+    program.model.data.TextFileName = folder / "vanished.dat";
     return minimise();
   };
-  EndsWith(1, "the data could not be read");
-  EXPECT_THAT(windows.Titles(), Contains("Problem finding data file or reading data"));
+  EXPECT_EQ(Run(3).BootCount(), 3);
 }
 
 TEST_F(RestoreTest, ClosingTheProgramOnTheWayEndsIt) {

@@ -1,0 +1,149 @@
+// A bootstrap on several cores is the bootstrap on one: every text, event and turn.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <optional>
+
+#include "model/bootstrap_reports.h"
+#include "platform/files.h"
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using test::Folder;
+using test::Golden;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using Minimiser = BootstrapResults::Minimiser;
+
+/// Everything that anybody can see of a bootstrap.
+struct Seen {
+  std::string summary, parameters, survival, data;
+  std::vector<std::string> events;
+  int turns;
+  double nextUniform;
+};
+
+/// A bootstrap in a program of its own that works on so many cores. `prepare` acts on the analysis before it begins.
+Seen Bootstrap(int cores, Minimiser minimiser, const std::string& name,
+               const std::function<void(Analysis&)>& prepare = {}, int replicates = 6) {
+  const Folder folder("bootstrap_cores");
+  Analysis analysis;
+  const bool covariates = name == "covariates_original";
+  analysis.Initialize(
+      {.path = Golden(name + ".dat"), .endYear = covariates ? "1996" : "1995", .covariates = covariates ? "3" : "0"});
+  analysis.LoadAlg(Golden(name + ".alg"));
+  std::filesystem::create_directory(folder / "data");
+  analysis.desk.host.bootstrapFolder = folder / "data";
+  analysis.host.random.SetSeed(99);
+  analysis.program.parametricBootstrap.cores = cores;
+  if (prepare) prepare(analysis);
+  analysis.windows.events.clear();
+  const int before = analysis.windows.turns;
+  const BootstrapResults results =
+      analysis.program.parametricBootstrap.Run({static_cast<std::int16_t>(replicates), 35, minimiser});
+  Seen seen{.summary = BootstrapSummary(results),
+            .parameters = BootstrapParameterText(results),
+            .survival = BootstrapSurvivalText(results, analysis.program.model.data),
+            .data = {},
+            .events = analysis.windows.events,
+            .turns = analysis.windows.turns - before,
+            .nextUniform = analysis.host.random.Uniform()};
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "data")) files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  for (const std::filesystem::path& file : files) seen.data += file.filename().string() + "\n" + ReadWholeFile(file);
+  return seen;
+}
+
+void ExpectSame(const Seen& a, const Seen& b) {
+  EXPECT_EQ(a.summary, b.summary);
+  EXPECT_EQ(a.parameters, b.parameters);
+  EXPECT_EQ(a.survival, b.survival);
+  EXPECT_EQ(a.data, b.data);
+  EXPECT_EQ(a.events, b.events);
+  EXPECT_EQ(a.turns, b.turns);
+  EXPECT_EQ(a.nextUniform, b.nextUniform);
+}
+
+class BootstrapCores : public ::testing::TestWithParam<Minimiser> {
+ protected:
+  void ExpectSameOnAllCores(const std::string& name, const std::function<void(Analysis&)>& prepare = {}) {
+    one_ = Bootstrap(1, GetParam(), name, prepare);
+    for (const int cores : {2, 5}) ExpectSame(Bootstrap(cores, GetParam(), name, prepare), *one_);
+  }
+  std::optional<Seen> one_;
+};
+
+TEST_P(BootstrapCores, GiveTheSameReportsFilesTextsAndTurns) { ExpectSameOnAllCores("spanning_random"); }
+
+TEST_P(BootstrapCores, GiveTheSameWithPriors) {
+  ExpectSameOnAllCores("juveniles_only", [](Analysis& a) {
+    a.state.flags.ObjectiveConstant = 2;
+    a.program.priors.Reset(a.state.algorithm.NPAR);
+    a.program.priors.PriorCode(17) = "N";
+    a.program.priors.PriorFirstMean(17) = 0.05;
+    a.program.priors.PriorFirstSD(17) = 0.01;
+    a.state.flags.BayesOn = true;
+  });
+}
+
+TEST_P(BootstrapCores, GiveTheSameWhereAttemptsAreRejected) {
+  ExpectSameOnAllCores("juveniles_only", [](Analysis& a) {
+    ParametricBootstrap& bootstrap = a.program.parametricBootstrap;
+    for (auto* minimise : {&bootstrap.minimiseSimplex, &bootstrap.minimiseMarquardt})
+      *minimise = [&a, before = *minimise, attempt = 0]() mutable {
+        const bool inverted = before();
+        if (++attempt == 2) a.state.algorithm.Value(13) = 1.5;  // a probability above 1
+        return inverted && attempt % 3 != 0;
+      };
+  });
+  EXPECT_THAT(one_->summary, HasSubstr("due to a penalty being added to the Deviance was 1\r\n"));
+}
+
+TEST_P(BootstrapCores, GiveTheSameWhereTheUserAborts) {
+  ExpectSameOnAllCores("juveniles_only", [](Analysis& a) {
+    a.desk.Show(a.program.frmAbort);
+    a.windows.AtTurn(2000, [&a] { a.desk.Press(a.program.frmAbort.cmdAbort); });
+  });
+  EXPECT_THAT(one_->events, Contains(HasSubstr("Bootstrap procedure will stop when this bootstrap has completed!")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, BootstrapCores, ::testing::Values(Minimiser::Simplex, Minimiser::Marquardt),
+                         [](const auto& p) { return p.param == Minimiser::Simplex ? "Simplex" : "Marquardt"; });
+
+TEST(BootstrapCoresSimplex, GiveTheSameWithCovariates) {
+  ExpectSame(Bootstrap(3, Minimiser::Simplex, "covariates_original", {}, 2),
+             Bootstrap(1, Minimiser::Simplex, "covariates_original", {}, 2));
+}
+
+TEST(BootstrapCoresSimplex, StopAtTheSameVertexWhereAReplicateIsInterrupted) {
+  const auto interrupt = [](Analysis& a) {
+    for (const int turn : {3000, 9000, 9500})
+      a.windows.AtTurn(turn, [&a] { a.desk.Press(a.program.frmSimplex.cmdStop); });
+    a.windows.Yes("Simplex interrupt");
+    a.windows.No("Simplex interrupt");
+    a.windows.Yes("Simplex interrupt");
+  };
+  const Seen one = Bootstrap(1, Minimiser::Simplex, "juveniles_only", interrupt);
+  EXPECT_THAT(one.events, Contains("message Simplex interrupt").Times(3));
+  ExpectSame(Bootstrap(4, Minimiser::Simplex, "juveniles_only", interrupt), one);
+}
+
+TEST(BootstrapCoresSimplex, GoBeyondTheCallLimitWhenTheUserWantsTo) {
+  const Folder folder("bootstrap_limit");
+  const auto limit = [&folder](Analysis& a) {
+    a.state.algorithm.MaxCalls = 20;
+    a.windows.File(folder / "limit.alg");
+    a.desk.Press(a.menu.cmdSaveAlg);
+    for (const Answer answer : {Answer::Yes, Answer::Yes, Answer::No}) a.windows.Reply(answer, "Simplex minimization");
+  };
+  const Seen one = Bootstrap(1, Minimiser::Simplex, "juveniles_only", limit, 3);
+  EXPECT_THAT(one.events, Contains("message Simplex minimization").Times(3));
+  ExpectSame(Bootstrap(4, Minimiser::Simplex, "juveniles_only", limit, 3), one);
+}
+
+}  // namespace
+}  // namespace merlane
