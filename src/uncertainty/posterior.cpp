@@ -32,6 +32,7 @@ class PosteriorRun {
         result_.points.Keep(std::max(0, point - 2));
         break;
       }
+    if (result_.bivariate) result_.bivariate->X = result_.points.ProfileX;  // of the points kept
     result_.points.Ascend();
     return std::move(result_);
   }
@@ -41,7 +42,6 @@ class PosteriorRun {
     ReferenceF_ = NegLnL(Value_, state_, objective_, watch_);
     try {
       BivariateDensity& b = result_.bivariate.emplace();
-      b.X.Dimension(options_.ProfilePoints);
       b.Y.Dimension(options_.GridPoints);
       b.f.Dimension(options_.GridPoints, options_.ProfilePoints);
       b.firstParameter = pinned_.ProfileParameter;
@@ -100,11 +100,10 @@ class PosteriorRun {
 
   void KeepDensity(BivariateDensity& b, int j, double D) {
     b.f(j, point_) = D;
-    b.X(point_) = Value_(pinned_.ProfileParameter);
     b.Y(j) = GridVector_(b.secondParameter);
     if (D > b.fmax) {
       b.fmax = D;
-      b.peakX = b.X(point_);
+      b.peakX = Value_(pinned_.ProfileParameter);
       b.peakY = b.Y(j);
     }
   }

@@ -38,7 +38,8 @@ class PosteriorWatch : public ConstantWatch {
 
 struct Posterior {
   EvaluatedPoints points;
-  std::optional<BivariateDensity> bivariate;  // with exactly one other free parameter; its X are not turned round
+  std::optional<BivariateDensity> bivariate;  // with exactly one other free parameter; its X are not turned round, and
+                                              // its peak is that of all nodes, also of points that are not kept
   double NodeCounter = 0;                     // function calls done
 };
 

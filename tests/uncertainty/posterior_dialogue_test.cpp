@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "base/text.h"
 #include "uncertainty/evaluation_forms.h"
 #include "uncertainty/evaluation_table.h"
 
@@ -374,6 +375,23 @@ TEST_F(PosteriorDialogueTest, AChosenParameterWhoseFirstPointIsLowestSkipsTheReg
   EXPECT_EQ(Array1<double>(3), evaluation.series->ProfileCIMode);
 }
 
+TEST_F(PosteriorDialogueTest, TheTimeRemainingIsThatOfAllNodesLeft) {
+  const test::Function f = run.function;
+  run.function = [this, f](Array1<double>& v) {
+    host.clock.now.minute += 1;
+    return f(v);
+  };
+  AnswerSetup("1", "3", "3");
+  Edit();
+  SeePlots();
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+  const auto left = [](const char* time) { return "Estimated time remaining (m:s): " + std::string(time); };
+  EXPECT_THAT(Panel(2), ElementsAre("9 function calls required", left("8:00"), left("7:00"), left("6:00"), left("5:00"),
+                                    left("4:00"), left("3:00"), left("2:00"), left("1:00"), left("0:00")))
+      << "the call for the reference does not count";
+}
+
 // Earlier results.
 
 TEST_F(PosteriorDialogueTest, EarlierResultsCanBeSeenAgainWithTheirJointDensity) {
@@ -434,6 +452,25 @@ TEST_F(PosteriorDialogueTest, AnInterruptKeepsThePointsDone) {
   EXPECT_FALSE(state.flags.InterruptBayes);
   EXPECT_EQ(algorithm.Value(1), 3);
   ExpectBackAtMenu();
+}
+
+TEST_F(PosteriorDialogueTest, TheJointDensityOfAnInterruptedPosteriorEndsWithThePointsKept) {
+  const std::string path = ::testing::TempDir() + "merlane_interrupted.grd";
+  AnswerSetup("1", "11", "3");
+  windows.AtTurn(1 + 2 * 3 * 8 + 1, [this] { desk.Press(frmMain.mnuInterruptBayes); });
+  Edit();
+  windows.Yes("Bayesian calculations");
+  SeePlots();
+  windows.Yes("Bivariate plot");
+  windows.AtWait([this] {
+    EXPECT_EQ(frmBivarPlot.lblXYMax.text, "X-Max = 3.250E+00\nY-Max = 1.100E+00") << "point 7 of 11";
+    desk.Close(frmBivarPlot);
+  });
+  windows.File(path);
+  Choose(frmParEvals.cmdBP);
+  EXPECT_EQ(evaluation.series->ProfileX.Size(), 7) << "asked at point 9";
+  EXPECT_EQ(Lines(ReadWholeFile(path)).size(), 2U + 7 * 3);
+  std::filesystem::remove(path);
 }
 
 TEST_F(PosteriorDialogueTest, NoAtTheInterruptGoesOn) {

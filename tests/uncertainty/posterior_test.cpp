@@ -184,6 +184,7 @@ TEST(Posterior, QuittingKeepsThePointsUpToTheOneBeforeTheLastThatWasDone) {
     p.watch.quitsAt = 3 * (point - 1) + 2;  // at the second of three nodes
     const Posterior posterior = p.Integrate(1, {7, 3});
     EXPECT_EQ(posterior.points.Count(), std::max(0, point - 2)) << point;
+    EXPECT_EQ(Vector(posterior.bivariate->X), Vector(posterior.points.ProfileX)) << "nothing of points not kept";
     EXPECT_EQ(posterior.NodeCounter, 3 * (point - 1) + 1);
     EXPECT_EQ(run.state.algorithm.Value(1), 0);
   }

@@ -165,6 +165,18 @@ TEST_F(ProfileDialogueTest, WithOnlyTheProfiledParameterFreeAsksForAMinimiserAnd
   EXPECT_THAT(Panel(2), ElementsAre("Estimated time remaining (m:s): 0:00"));
 }
 
+TEST_F(ProfileDialogueTest, TheTimeRemainingIsThatOfThePointsLeft) {
+  FreezeTheOther();
+  const test::Function f = run.function;
+  run.function = [this, f](Array1<double>& v) {
+    host.clock.now.second += 25;
+    return f(v);
+  };
+  ProfileBySimplex("5");
+  const auto left = [](const char* time) { return "Estimated time remaining (m:s): " + std::string(time); };
+  EXPECT_THAT(Panel(2), ElementsAre(left("1:40"), left("1:15"), left("0:50"), left("0:25"), left("0:00")));
+}
+
 TEST_F(ProfileDialogueTest, BySimplexGivesPlotsAndATable) {
   AnswerUpToMinimiser("1", "25");
   windows.Yes(Title);
