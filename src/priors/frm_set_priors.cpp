@@ -2,6 +2,7 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "control/objective_constant.h"
 #include "priors/priors_file.h"
@@ -115,7 +116,7 @@ void FrmSetPriors::OnUnload() {
     return;
   }
   if (desk.Ask("Save Bayesian priors", "Save Bayesian priors now?", style::YesNoQuestion) == Answer::Yes)
-    commands_.SavePriors();
+    SaveOrStayOpen();
   if (state_.flags.NOBS == 0) {
     EnterObjectiveConstant(desk, main_, state_);
   } else if (state_.flags.NOBS - state_.free.NFREE - 1 <= 0) {
@@ -129,6 +130,15 @@ void FrmSetPriors::OnUnload() {
   }
   main_.ShowProgress("");
   desk.Show(caller_);
+}
+
+void FrmSetPriors::SaveOrStayOpen() {
+  try {
+    commands_.SavePriors();
+  } catch (const RuntimeFailure&) {
+    Open(caller_);  // closed without the constant, the priors would count for nothing
+    throw;
+  }
 }
 
 void FrmSetPriors::ShowRow(int i) {

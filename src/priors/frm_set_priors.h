@@ -53,6 +53,8 @@ class FrmSetPriors : public Form {
 
  private:
   void Fill();
+  /// Saves the priors on the way out. When the file cannot be written the editor is open again.
+  void SaveOrStayOpen();
   /// The answers to a command's prompts; none when the command ends.
   std::optional<std::vector<std::string>> Prompt(const std::string& box, const std::vector<std::string>& prompts);
   std::string Ask(const std::string& box, const std::string& prompt);

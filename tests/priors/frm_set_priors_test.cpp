@@ -442,6 +442,25 @@ TEST_F(PriorsEditor, ClosingWithPriorsSetOffersToSaveThemAndAsksForTheConstant) 
   EXPECT_FALSE(editor.Loaded());
 }
 
+TEST_F(PriorsEditor, AFileThatCannotBeWrittenOnTheWayOutKeepsTheEditorOpen) {
+  Begin(1);
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  windows.Yes("Save Bayesian priors");
+  windows.File(folder + "nowhere/set.pri");
+  windows.ExpectFailure("nowhere/set.pri");
+  desk.Press(editor.mnuFinished);
+  EXPECT_TRUE(editor.Visible());
+  EXPECT_FALSE(caller.Visible());
+  EXPECT_EQ(priors.PriorCode(1), "E");
+  EXPECT_EQ(frmMain.stbMain5.Get(1), "Note: Unset parameters in your Bayesian Priors file have the value '*'");
+  windows.No("Save Bayesian priors");
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(editor.mnuFinished);
+  EXPECT_EQ(state.flags.ObjectiveConstant, 2);
+  EXPECT_TRUE(caller.Visible());
+}
+
 TEST_F(PriorsEditor, ClosingOverASumOfSquaresTakesTheConstantFromItsDegreesOfFreedom) {
   Begin(1);
   state.algorithm.Value.Dimension(1);
