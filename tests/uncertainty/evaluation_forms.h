@@ -14,6 +14,12 @@
 
 namespace merlane::test {
 
+/// Windows whose sound is counted.
+struct BeepingWindows : ScriptedWindows {
+  void Beep() override { ++beeps; }
+  int beeps = 0;
+};
+
 /// The evaluation of estimates over a function, as the menu's button opens it. Objectives are -2 ln[L].
 struct EvaluationForms : ::testing::Test {
   EvaluationForms(const std::vector<double>& start, const std::vector<double>& steps, Function f)
@@ -85,8 +91,8 @@ struct EvaluationForms : ::testing::Test {
   RunState& state = run.state;
   AlgorithmData& algorithm = run.state.algorithm;
   ScriptedHost host;
-  ScriptedWindows& windows = host.windows;
-  Desk desk{host.Get()};
+  BeepingWindows windows;
+  Desk desk{{windows, host.clock, host.random, host.workbooks}};
   LogFile log;
   FrmMain frmMain{desk};
   FrmMenu frmMenu{desk, run.state};

@@ -130,6 +130,7 @@ TEST_F(PosteriorDialogueTest, WithTheChosenParameterAloneFreeIsAPlainCurveWithou
   });
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(run.calls.size(), 25U);
+  EXPECT_EQ(windows.beeps, 1);
   EXPECT_FALSE(evaluation.bivariate);
   EXPECT_NEAR(evaluation.series->EstimatedSE, 0.5, 1e-6);
   EXPECT_EQ(evaluation.LastProfileKind, EvaluationKind::Posterior);

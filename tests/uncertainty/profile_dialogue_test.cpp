@@ -439,6 +439,7 @@ TEST_F(ProfileDialogueTest, AnInterruptOfTheRunKeepsThePointsDone) {
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].style, 36);
   EXPECT_EQ(evaluation.series->ProfileX.Size(), 6) << "asked at point 8";
   EXPECT_EQ(evaluation.series->ProfileCum(6), 0) << "an even number";
+  EXPECT_EQ(windows.beeps, 1);
   EXPECT_FALSE(state.flags.InterruptML);
   ExpectBackAtMenu();
 }
@@ -491,6 +492,7 @@ TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
   Edit();
   windows.Yes("Maximum-likelihood calculations");
   Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.beeps, 1) << "in all cases";
   EXPECT_FALSE(evaluation.series);
   EXPECT_FALSE(frmMaxLike.Loaded());
   EXPECT_EQ(algorithm.Value(1), 3);
