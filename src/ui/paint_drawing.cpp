@@ -26,8 +26,11 @@ class Scale {
   QPointF origin_;
 };
 
-/// Level and upright lines would be smeared over two rows of pixels: they are moved to the middle of one.
-double Crisp(double coordinate) { return std::floor(coordinate) + 0.5; }
+/// Level and upright lines would be smeared over neighbouring rows of pixels: thin ones are moved to the middle of a
+/// row, those two rows wide to the edge between two.
+double Crisp(double coordinate, int width) {
+  return width % 2 == 0 ? std::round(coordinate) : std::floor(coordinate) + 0.5;
+}
 
 Qt::PenStyle StyleOf(Drawing::Pen pen) {
   switch (pen) {
@@ -44,11 +47,11 @@ Qt::PenStyle StyleOf(Drawing::Pen pen) {
 void Paint(QPainter& painter, const Scale& scale, const Drawing::Line& line) {
   QPointF from = scale.At(line.x1, line.y1), to = scale.At(line.x2, line.y2);
   if (line.x1 == line.x2) {
-    from.setX(Crisp(from.x()));
+    from.setX(Crisp(from.x(), line.width));
     to.setX(from.x());
   }
   if (line.y1 == line.y2) {
-    from.setY(Crisp(from.y()));
+    from.setY(Crisp(from.y(), line.width));
     to.setY(from.y());
   }
   painter.setPen(QPen(PaletteColour(line.colour), line.width == 1 ? 1.2 : line.width, StyleOf(line.pen), Qt::FlatCap));
@@ -85,8 +88,10 @@ void Paint(QPainter& painter, const Scale& scale, const Drawing::Text& text) {
 
 QColor PaletteColour(int index) { return QColor(QRgb(0xff000000 | PaletteRgb(index))); }
 
+bool HasExtent(const Drawing& drawing) { return drawing.right > drawing.left && drawing.bottom > drawing.top; }
+
 void PaintDrawing(QPainter& painter, const QRectF& target, const Drawing& drawing, Qt::AspectRatioMode proportions) {
-  if (drawing.right <= drawing.left || drawing.bottom <= drawing.top) return;
+  if (!HasExtent(drawing)) return;
   const Scale scale(target, drawing, proportions);
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);

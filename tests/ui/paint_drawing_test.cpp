@@ -57,6 +57,20 @@ TEST(PaintDrawingTest, LevelAndUprightLinesAreCrispAtAnySize) {
   }
 }
 
+TEST(PaintDrawingTest, WhiteLinesOfAGridWipeTheBlackOnesWithoutATrace) {
+  constexpr int Black = 0, White = 15;
+  Drawing drawing = Empty();
+  for (const int colour : {Black, White})
+    for (int k = 1; k < 8; ++k) {
+      drawing.items.emplace_back(Drawing::Line{720 + 810.0 * k, 480, 720 + 810.0 * k, 6720, colour, {}, 2});
+      drawing.items.emplace_back(Drawing::Line{720, 480 + 780.0 * k, 7200, 480 + 780.0 * k, colour, {}, 2});
+    }
+  for (const int size : {311, 500, 777, 1600}) {
+    const QImage image = Paint(drawing, size, size);
+    for (int at = 40; at < size - 60; ++at) EXPECT_EQ(image.pixelColor(at, at + 3), QColor(Qt::white)) << size;
+  }
+}
+
 TEST(PaintDrawingTest, NeighbouringBoxesMeetWithoutASeam) {
   Drawing drawing = Empty();
   for (int i = 0; i < 9; ++i)
