@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 grabbed=build/screenshots
 analyses=tests/batch/analyses
 
-QT_QPA_PLATFORM=offscreen build/tests/test_ui --gtest_brief=1 --gtest_filter=\
+env -u QT_QPA_PLATFORM build/tests/test_ui --gtest_brief=1 --gtest_filter=\
 'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
 
 # Keeps a grabbed window under a name, without the line of file names below it, which are those of one machine. Few

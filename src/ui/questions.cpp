@@ -74,9 +74,12 @@ QString Patterns(const QString& patterns) {
   return split.join(QLatin1Char(' '));
 }
 
-/// Lets the lines of a message stand as they were written, as far as the screen is wide enough.
+/// Lets the lines of a message stand as they were written, as far as a box may be wide: beyond that limit, which is the
+/// toolkit's, it would cut them off.
 void KeepLines(QMessageBox& box) {
-  const int widest = QGuiApplication::primaryScreen()->availableGeometry().width() * 7 / 10;
+  constexpr int BesideText = 100;  // icon and margins
+  const int screen = QGuiApplication::primaryScreen()->availableGeometry().width();
+  const int widest = (screen <= 1024 ? screen : std::min(screen - 480, 1000)) - BesideText;
   const int natural = box.fontMetrics().boundingRect(QRect(), Qt::TextExpandTabs, box.text()).width();
   if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
     label->setMinimumWidth(std::min(natural + 4, widest));

@@ -227,6 +227,20 @@ TEST_F(QtHostTest, QuestionsOfferWhatTheirStyleSays) {
   EXPECT_THAT(offered(style::YesNoQuestionDefaultNo), ElementsAre("No*", "Yes"));
 }
 
+TEST_F(QtHostTest, LongMessageIsShownWhole) {
+  std::string words;
+  for (int i = 0; i < 60; ++i) words += "uniform-unbounded ";
+  hand.Expect(
+      [](QWidget& dialog) {
+        const auto* const text = dialog.findChild<QLabel*>("qt_msgbox_label");
+        EXPECT_TRUE(dialog.rect().contains(text->geometry()));
+        EXPECT_GE(text->height(), text->heightForWidth(text->width()));
+        QTest::keyClick(&dialog, Qt::Key_Return);
+      },
+      "Long");
+  desk.Ask("Long", words, style::YesNoQuestion);
+}
+
 TEST_F(QtHostTest, AnswersAreThoseOfTheButtons) {
   hand.Answer(QMessageBox::Yes);
   EXPECT_EQ(host.MsgBox({"T", "t", style::YesNoCancelQuestion, ""}), Answer::Yes);
