@@ -191,12 +191,13 @@ class GridBinder : public Binder {
     view_->setAlternatingRowColors(true);
     view_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     view_->verticalHeader()->hide();
-    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 8);
+    view_->verticalHeader()->setDefaultSectionSize(view_->fontMetrics().height() + 5);
     view_->horizontalHeader()->setHighlightSections(false);
     view_->horizontalHeader()->setSectionsClickable(true);
     view_->horizontalHeader()->setStretchLastSection(true);
     view_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     view_->horizontalHeader()->setVisible(grid.headingRows > 0);
+    connect(&model_, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& first) { Widen(first.row()); });
     connect(view_, &QTableView::clicked, this,
             [this](const QModelIndex& cell) { Act([&] { TheDesk().Click(grid_, GridRow(cell), cell.column()); }); });
     connect(view_, &QTableView::doubleClicked, this, [this](const QModelIndex& cell) { DoubleClicked(cell); });
@@ -331,6 +332,15 @@ class GridBinder : public Binder {
     if (grid_.widths.empty()) view_->resizeColumnsToContents();
     for (std::size_t column = 0; column < grid_.widths.size(); ++column)
       view_->setColumnWidth(static_cast<int>(column), character * (grid_.widths[column] + 2));
+  }
+
+  /// Columns that were fitted to what they held grow with it; the last one fills the view anyway.
+  void Widen(int row) {
+    if (!grid_.widths.empty()) return;
+    for (int column = 0; column + 1 < model_.columnCount(); ++column) {
+      const int needed = view_->sizeHintForIndex(model_.index(row, column)).width() + 1;  // with the line of the grid
+      if (needed > view_->columnWidth(column)) view_->setColumnWidth(column, needed);
+    }
   }
 
   Grid& grid_;

@@ -242,6 +242,13 @@ TEST_F(BinderTest, OtherColumnsAreDoubleClickedButNotTyped) {
   EXPECT_THAT(demo.log, ElementsAre("double 1 2"));
 }
 
+TEST_F(BinderTest, AColumnGrowsWithWhatIsEnteredIntoIt) {
+  auto* const table = hand.Find<QTableView>("frmDemo", "grdCells");
+  demo.grid.At(2, 1).text = "-3.000000000000000E+000";
+  windows.Sync();
+  EXPECT_GE(table->columnWidth(1), table->sizeHintForIndex(table->model()->index(1, 1)).width());
+}
+
 TEST_F(BinderTest, HeadingIsDoubleClickedAsRowZero) {
   auto* const header = hand.Find<QTableView>("frmDemo", "grdCells")->horizontalHeader();
   const QPoint at(header->sectionViewportPosition(1) + 20, header->height() / 2);
