@@ -64,6 +64,9 @@ std::unique_ptr<Binder> BindGrid(Grid& grid, Windows& windows, QWidget* parent);
 /// Adds the entry to the menu of its parent, or to the bar.
 std::unique_ptr<Binder> BindMenuEntry(MenuEntry& entry, Windows& windows, QMenuBar* bar, Menus& menus, bool opensMenu);
 
+/// Left free around a drawing, for points on its edge.
+inline constexpr int CanvasMargin = 6;
+
 /// The widgets of a form's controls, made in the order of the controls.
 class FormBinding {
  public:

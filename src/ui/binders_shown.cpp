@@ -9,8 +9,7 @@ namespace {
 class LabelBinder : public Binder {
  public:
   LabelBinder(Label& label, Windows& allWindows, QWidget* parent) : Binder(label, allWindows), label_(label) {
-    view_ = new QLabel(parent);
-    view_->setTextFormat(Qt::PlainText);
+    view_ = new ElidedLabel(parent);
     view_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     Adopt(view_);
   }
@@ -41,6 +40,8 @@ class StatusBarBinder : public Binder {
     row->setSpacing(24);
     for (int panel = 1; panel <= bar.Panels(); ++panel) {
       auto* const label = new ElidedLabel(view);
+      label->MayShrink();
+      label->setMinimumHeight(label->fontMetrics().lineSpacing() + 2);  // also of an empty line
       label->setObjectName(ToQt(bar.name) + QLatin1Char('.') + QString::number(panel));
       row->addWidget(label);
       panels_.push_back(label);
@@ -52,7 +53,7 @@ class StatusBarBinder : public Binder {
   void Sync() override {
     Binder::Sync();
     for (int panel = 1; panel <= bar_.Panels(); ++panel)
-      panels_[static_cast<std::size_t>(panel) - 1]->Show(ToQt(bar_.Get(panel)));
+      panels_[static_cast<std::size_t>(panel) - 1]->setText(ToQt(bar_.Get(panel)));
   }
 
  private:
@@ -73,10 +74,9 @@ class CanvasWidget : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), Qt::white);
+    painter.fillRect(rect(), HasExtent(canvas_.drawing) ? QBrush(Qt::white) : palette().window());
     const bool stretches = property("stretches").toBool();  // set by the layout
-    const double margin = stretches ? 4 : 8;                // for points on the edge
-    const QRectF target = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    const QRectF target = QRectF(rect()).adjusted(CanvasMargin, CanvasMargin, -CanvasMargin, -CanvasMargin);
     PaintDrawing(painter, target, canvas_.drawing, stretches ? Qt::IgnoreAspectRatio : Qt::KeepAspectRatio);
   }
 

@@ -2,29 +2,30 @@
 
 namespace merlane {
 
-ElidedLabel::ElidedLabel(QWidget* parent) : QWidget(parent) {
-  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-}
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-void ElidedLabel::Show(const QString& text) {
-  if (text_ == text) return;
-  text_ = text;
-  setAccessibleName(text_);
+void ElidedLabel::MayShrink() {
+  mayShrink_ = true;
   updateGeometry();
-  update();
 }
 
-QSize ElidedLabel::sizeHint() const {
-  return {text_.isEmpty() ? 0 : fontMetrics().horizontalAdvance(text_) + 2, fontMetrics().height() + 2};
+QSize ElidedLabel::minimumSizeHint() const {
+  const QSize whole = QLabel::minimumSizeHint();
+  return {mayShrink_ ? 0 : whole.width(), whole.height()};
 }
 
-QSize ElidedLabel::minimumSizeHint() const { return {0, sizeHint().height()}; }
+bool ElidedLabel::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || !Short()) return QLabel::event(event);
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+  return true;
+}
 
-void ElidedLabel::paintEvent(QPaintEvent*) {
+void ElidedLabel::paintEvent(QPaintEvent* event) {
+  if (!Short()) return QLabel::paintEvent(event);
+  QStringList lines = text().split(QLatin1Char('\n'));
+  for (QString& line : lines) line = fontMetrics().elidedText(line, Qt::ElideMiddle, width());
   QPainter painter(this);
-  painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, fontMetrics().elidedText(text_, Qt::ElideMiddle, width()));
+  painter.drawText(rect(), static_cast<int>(alignment()), lines.join(QLatin1Char('\n')));
 }
-
-void ElidedLabel::resizeEvent(QResizeEvent*) { setToolTip(sizeHint().width() > width() ? text_ : QString()); }
 
 }  // namespace merlane

@@ -4,24 +4,24 @@
 
 namespace merlane {
 
-/// A line of text that shortens itself in the middle where there is no room for it, and then tells the whole as a tool
-/// tip. It takes no room while it is empty.
-class ElidedLabel : public QWidget {
+/// A label that, where it has been allowed to be narrower than its text, shortens each line in its middle and tells the
+/// whole as a tool tip.
+class ElidedLabel : public QLabel {
  public:
   explicit ElidedLabel(QWidget* parent);
 
-  void Show(const QString& text);
-  const QString& Text() const { return text_; }
+  void MayShrink();
 
-  QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
-  void paintEvent(QPaintEvent*) override;
-  void resizeEvent(QResizeEvent*) override;
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
-  QString text_;
+  bool Short() const { return mayShrink_ && width() < sizeHint().width(); }
+
+  bool mayShrink_ = false;
 };
 
 }  // namespace merlane

@@ -5,6 +5,7 @@ namespace merlane {
 
 void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
   auto* const table = new QVBoxLayout;
+  table->setSpacing(3);
   if (QWidget* const grid = layouter.Take("grdVS")) table->addWidget(grid, 1);
   for (const char* note : {"lblNote3", "lblNote1", "lblNote2"})
     if (QLabel* const label = layouter.Note(note)) {
@@ -31,7 +32,7 @@ void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
   row->addLayout(table, 1);
   row->addLayout(options);
   column.addLayout(row, 1);
-  layouter.PreferText(146, 36);
+  layouter.PreferText(170, 48);
   layouter.window.Stand(FormWindow::Room::Whole);
 }
 

@@ -17,7 +17,7 @@ void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
   }
   column.addStretch(1);
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
-  layouter.PreferText(60, 1);
+  layouter.PreferText(74, 1);
 }
 
 void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {

@@ -21,27 +21,32 @@ void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
   table->setContentsMargins(0, 0, 0, 0);
   table->setSpacing(4);
   if (QWidget* const grid = layouter.Take("grdRank")) table->addWidget(grid, 1);
-  for (const char* name : {"lblDelete", "lblCovariance", "lblNotes"})
-    if (QWidget* const note = layouter.Take(name)) {
-      note->setProperty("quiet", true);
-      table->addWidget(note);
-    }
   auto* const averages = new QWidget;
   auto* const pane = new QVBoxLayout(averages);
   pane->setContentsMargins(0, 0, 0, 0);
   pane->setSpacing(4);
   if (QWidget* const label = layouter.Take("lblAverage")) pane->addWidget(label);
-  if (QWidget* const text = layouter.Take("txtAverage")) pane->addWidget(text, 1);
+  if (QWidget* const text = layouter.Take("txtAverage")) {
+    text->setMinimumHeight(9 * text->fontMetrics().lineSpacing());
+    pane->addWidget(text, 1);
+  }
   auto* const parts = new QSplitter(Qt::Vertical);
   parts->setChildrenCollapsible(false);
   parts->setHandleWidth(8);
   parts->addWidget(models);
   parts->addWidget(averages);
-  parts->setStretchFactor(0, 3);
-  parts->setStretchFactor(1, 2);
+  parts->setStretchFactor(0, 1);
+  parts->setStretchFactor(1, 1);
   column.addWidget(parts, 1);
-  column.addLayout(layouter.Buttons({"cmdSaveRank", "cmdFinish"}));
-  layouter.PreferText(150, 36);
+
+  auto* const notes = layouter.Column({"lblDelete", "lblCovariance", "lblNotes"});
+  notes->setSpacing(2);
+  for (const char* name : {"lblDelete", "lblCovariance", "lblNotes"})
+    if (QWidget* const note = layouter.Take(name)) note->setProperty("quiet", true);
+  auto* const bottom = layouter.Buttons({"cmdSaveRank", "cmdFinish"});
+  bottom->insertLayout(0, notes);
+  column.addLayout(bottom);
+  layouter.PreferText(150, 48);
   layouter.window.Stand(FormWindow::Room::Whole);
 }
 

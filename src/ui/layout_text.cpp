@@ -30,7 +30,7 @@ void LayOutText(Layouter& layouter, QVBoxLayout& column) {
   for (QWidget* pane : TakeKind(layouter, IsPane)) panes->addWidget(pane);
   for (int i = 0; i < panes->count(); ++i) panes->setStretchFactor(i, i + 1);
   column.addWidget(panes, 1);
-  layouter.PreferText(120, 34);
+  layouter.PreferText(120, 46);
 }
 
 void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
@@ -43,7 +43,7 @@ void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
   column.addLayout(layouter.Buttons({"cmdOK"}));
   layouter.window.SetDefault(layouter.Take("cmdOK"));
   layouter.window.SetCancel(layouter.Take("cmdOK"));
-  layouter.PreferText(96, 30);
+  layouter.PreferText(96, 40);
 }
 
 }  // namespace merlane

@@ -25,7 +25,6 @@ QPalette Colours() {
 
 /// Little more than sizes, weights and distances; the rest is the style's own.
 constexpr const char* Sheet = R"(
-QPushButton { padding: 5px 14px; }
 QLabel[heading="true"] { font-size: 16pt; font-weight: 600; color: #2c6e63; }
 QLabel[stage="true"] { min-width: 1.6em; max-width: 1.6em; min-height: 1.6em; max-height: 1.6em;
                        border-radius: 0.8em; background: #dce8e3; color: #2c6e63; font-weight: 600; }
@@ -38,6 +37,18 @@ QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QHeaderView::section { background: #e6ece8; border: none; border-right: 1px solid #d3dad5;
                        border-bottom: 1px solid #c6cfca; padding: 4px 6px; font-weight: 600; }
 )";
+
+/// Buttons with room around their captions.
+class Style : public QProxyStyle {
+ public:
+  Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                         const QWidget* widget) const override {
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_PushButton ? size + QSize(18, 4) : size;
+  }
+};
 
 /// An egg on a curve of survival.
 QIcon Icon() {
@@ -67,7 +78,7 @@ void SetLook(QApplication& application) {
   application.setApplicationName(QStringLiteral("merlane"));
   application.setApplicationDisplayName(QString());
   application.setWindowIcon(Icon());
-  application.setStyle(QStringLiteral("Fusion"));
+  application.setStyle(new Style);
   application.setPalette(Colours());
   QFont font = application.font();
   if (font.pointSizeF() < 10) font.setPointSizeF(10);

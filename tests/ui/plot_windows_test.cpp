@@ -52,6 +52,60 @@ struct PlotWindowsTest : testing::Test {
   }
 };
 
+/// One variable over its records.
+PlotTable TableOf(const std::vector<double>& values) {
+  PlotTable table;
+  const int n = static_cast<int>(values.size());
+  table.PlotData.Dimension(1, n);
+  for (int i = 1; i <= n; ++i) table.PlotData(1, i) = values[static_cast<std::size_t>(i) - 1];
+  table.PlotYMin.Dimension(1, 0);
+  table.PlotYMax.Dimension(1, 0);
+  table.PlotVarName.Dimension(1);
+  table.PlotVarName(1) = "Anything";
+  table.PlotXName = "Data Record";
+  table.PlotXMax = table.PlotXLabelMax = n;
+  return table;
+}
+
+TEST_F(PlotWindowsTest, TheCanvasStaysAsItIsWhateverIsPlotted) {
+  xy.ShowXYPlot(TableOf({-1, 1, 0, 1e40}));
+  windows.Sync();
+  QCoreApplication::processEvents();
+  const QRect before = hand.Find("frmXYPlot", "picGraph")->geometry();
+  hand.Press("frmXYPlot", "cmdPlot");
+  EXPECT_FALSE(xy.lblYZero.text.empty());
+  EXPECT_FALSE(xy.lblCorr.text.empty());
+  EXPECT_EQ(hand.Find("frmXYPlot", "picGraph")->geometry(), before);
+  hand.Press("frmXYPlot", "cmdClear");
+  EXPECT_EQ(hand.Find("frmXYPlot", "picGraph")->geometry(), before);
+}
+
+TEST_F(PlotWindowsTest, ANumberOfManyDigitsIsShortenedAndToldWhole) {
+  xy.ShowXYPlot(TableOf({1, 1e300}));
+  windows.Sync();
+  hand.Press("frmXYPlot", "cmdPlot");
+  auto* const label = hand.Find<QLabel>("frmXYPlot", "lblYMaxMin");
+  const QRect area = windows.Main()->Area().viewport()->rect();
+  EXPECT_TRUE(area.contains(windows.Find("frmXYPlot")->parentWidget()->geometry()));
+  EXPECT_LT(label->width(), label->sizeHint().width());
+  QHelpEvent wantsToKnow(QEvent::ToolTip, QPoint(2, 2), label->mapToGlobal(QPoint(2, 2)));
+  QApplication::sendEvent(label, &wantsToKnow);
+  EXPECT_EQ(QToolTip::text().toStdString(), xy.lblYMaxMin.text);
+  QToolTip::hideText();
+}
+
+TEST_F(PlotWindowsTest, NamesOfVariablesCanBeReadAndChosen) {
+  xy.ShowXYPlot(TableOf({1, 2}));
+  windows.Sync();
+  for (const char* name : {"listYVar", "listXVar"}) {
+    const auto* const list = hand.Find<QListWidget>("frmXYPlot", name);
+    const QFontMetrics metrics = list->fontMetrics();
+    EXPECT_GE(list->viewport()->width(),
+              metrics.horizontalAdvance("Predicted # of eggs or juveniles in C00001 1995 (random or correlated)"));
+    EXPECT_GE(list->viewport()->height(), 5 * metrics.lineSpacing());
+  }
+}
+
 TEST_F(PlotWindowsTest, XyPlotIsDrawnByItsButtonAndByADoubleClick) {
   PlotTable table;
   table.PlotData.Dimension(2, 40);
@@ -201,6 +255,16 @@ TEST_F(PlotWindowsTest, BivariateDensityIsPaintedInItsBands) {
   EXPECT_GT(Painted("frmBivarPlot", 12), 50);   // the peak
   EXPECT_GT(Painted("frmBivarPlot", 14), 500);  // a band around it
   hand.Grab(*windows.Main(), "plot_bivariate");
+  auto* const legend = hand.Find("frmBivarPlot", "LegendBox");
+  const auto* const bands = hand.Find<QLabel>("frmBivarPlot", "lblLegend");
+  for (int band = 0; band < 7; ++band) {
+    const double line = bands->y() + bands->height() * (2 * band + 0.5) / 13;
+    EXPECT_NEAR(legend->y() + 6 + (legend->height() - 12) * (band + 0.5) / 7, line, 4) << "band " << band;
+  }
+  const QRect before = hand.Find("frmBivarPlot", "picGraph")->geometry();
+  hand.Press("frmBivarPlot", "cmdClear");
+  EXPECT_EQ(hand.Find("frmBivarPlot", "picGraph")->geometry(), before);
+  EXPECT_EQ(legend->grab().toImage().pixelColor(30, 30), legend->palette().color(QPalette::Window));
   hand.Key("frmBivarPlot", Qt::Key_Escape);
   EXPECT_FALSE(bivar.Visible());
 }

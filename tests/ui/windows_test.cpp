@@ -4,7 +4,6 @@
 #include <set>
 
 #include "ui/desktop.h"
-#include "ui/elided_label.h"
 
 namespace merlane {
 namespace {
@@ -129,9 +128,7 @@ TEST(WindowsTest, StatusPanelsShowTheirTexts) {
   desktop.program.frmMain.ShowDataFile("lake.dat");
   desktop.program.frmMain.stbMain5.Set(3, "third");
   desktop.windows.Sync();
-  const auto text = [&](const char* panel) {
-    return static_cast<ElidedLabel*>(desktop.windows.Main()->findChild<QWidget*>(panel))->Text();
-  };
+  const auto text = [&](const char* panel) { return desktop.windows.Main()->findChild<QLabel*>(panel)->text(); };
   EXPECT_EQ(text("stbMain0.1"), "Brood data file name: lake.dat");
   EXPECT_EQ(text("stbMain5.3"), "third");
   EXPECT_EQ(text("stbMain5.1"), "");
@@ -166,6 +163,39 @@ TEST(WindowsTest, ResultsOpenBesideTheMenu) {
     EXPECT_TRUE(area.contains(results)) << name;
     desktop.program.desk.Hide(name);
   }
+}
+
+/// How many rows or lines of that widget are seen.
+int Seen(const QWidget& widget, int each) {
+  return qobject_cast<const QAbstractScrollArea*>(&widget)->viewport()->height() / each;
+}
+
+TEST(WindowsTest, TablesAndPanesShowEnoughAtOnce) {
+  Desktop desktop;
+  const auto find = [&](const char* form, const char* control) {
+    desktop.program.desk.Show(form);
+    desktop.windows.Sync();
+    QCoreApplication::processEvents();
+    return desktop.hand.Find(form, control);
+  };
+  const auto* const parameters = qobject_cast<QTableView*>(find("frmAlgo", "grdVS"));
+  EXPECT_GE(Seen(*parameters, parameters->verticalHeader()->defaultSectionSize()), 20);
+  desktop.program.desk.Hide("frmAlgo");
+  desktop.program.desk.Find("frmRank")->Find("txtAverage")->visible = true;
+  const QWidget* const averages = find("frmRank", "txtAverage");
+  EXPECT_GE(Seen(*averages, averages->fontMetrics().lineSpacing()), 8);
+  const auto* const models = qobject_cast<QTableView*>(find("frmRank", "grdRank"));
+  EXPECT_GE(Seen(*models, models->verticalHeader()->defaultSectionSize()), 7);
+}
+
+TEST(WindowsTest, TheAreaStaysAsItIsWhenAStatusIsTold) {
+  Desktop desktop;
+  const QSize before = desktop.windows.Main()->Area().size();
+  desktop.program.frmMain.ShowDataFile("lake.dat");
+  desktop.program.frmMain.stbMain5.Set(3, "third");
+  desktop.windows.Sync();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(desktop.windows.Main()->Area().size(), before);
 }
 
 TEST(WindowsTest, InterruptMenusStandOnlyWhileTheyInterrupt) {
