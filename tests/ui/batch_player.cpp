@@ -92,9 +92,12 @@ void BatchPlayer::Answer(QDialog& dialog) {
       break;
   }
   if (!line.text) return hand.Dismiss(dialog);
-  const auto* const files = qobject_cast<QFileDialog*>(&dialog);
+  auto* const files = qobject_cast<QFileDialog*>(&dialog);
   ASSERT_NE(files, nullptr) << dialog.windowTitle().toStdString();
-  hand.NameFile(dialog, InFolder(files->acceptMode() == QFileDialog::AcceptOpen ? reading_ : writing_, *line.text));
+  const std::string path = InFolder(files->acceptMode() == QFileDialog::AcceptOpen ? reading_ : writing_, *line.text);
+  // The dialog offers no file that is missing; here it has gone since.
+  if (!std::filesystem::exists(path)) files->setFileMode(QFileDialog::AnyFile);
+  hand.NameFile(dialog, path);
 }
 
 std::string BatchPlayer::InFolder(const std::string& folder, const std::string& path) const {
