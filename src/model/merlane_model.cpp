@@ -26,7 +26,9 @@ void MerlaneModel::operator()(ModelCall& call) {
 
 void MerlaneModel::Evaluate(ModelCall& call) {
   if (!evaluator_) evaluator_.emplace(data);
-  if (call.NF == 1) estimates.Preset(data);  // as all tables are at the first evaluation of a run
+  // As all tables are at the first evaluation of a run. Covariances make nothing but first evaluations, without
+  // estimates.
+  if (call.NF == 1 && estimates.estimated) estimates.Preset(data);
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;

@@ -37,10 +37,12 @@ void SurvivalEstimates::Preset(const BroodData& data) {
   for (auto* column : {&LiveDayR, &LiveDayC, &LiveDay, &LiveNextR, &LiveNextC, &LiveNext, &FledgeFromR, &FledgeFromC,
                        &FledgeFrom, &FledgeZeroR, &FledgeZeroC, &FledgeZero})
     column->assign(static_cast<std::size_t>(data.Visits()), static_cast<double>(Missing));
+  estimated = false;
 }
 
 void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
                             const CalculationWatch& watch, SurvivalEstimates& estimates) {
+  estimates.estimated = true;
   const double FledgeAge = fitted.parameters.FledgeAge;
   const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
     for (std::size_t v = first; v < end; ++v) {
@@ -64,6 +66,7 @@ void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted
 
 void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
                               std::int16_t TargetAge, const CalculationWatch& watch, SurvivalEstimates& estimates) {
+  estimates.estimated = true;
   const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
     for (std::size_t v = first; v < end; ++v) {
       const double a = data.VisitAge[v];

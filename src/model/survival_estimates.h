@@ -17,6 +17,7 @@ struct SurvivalEstimates {
   std::vector<double> LiveNextR, LiveNextC, LiveNext;        // to the next visit
   std::vector<double> FledgeFromR, FledgeFromC, FledgeFrom;  // from the visit's age to the target age
   std::vector<double> FledgeZeroR, FledgeZeroC, FledgeZero;  // from hatch to it: one value per brood at all its visits
+  bool estimated = false;                                    // since the columns were preset
 
   /// Gives the columns the shape of the data; every entry becomes Missing.
   void Preset(const BroodData& data);

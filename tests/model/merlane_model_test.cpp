@@ -14,7 +14,9 @@ namespace {
 
 using test::Header;
 using test::Record;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Ge;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -88,9 +90,13 @@ TEST(MerlaneModel, AFirstEvaluationForgetsTheSurvivalEstimatesAndNoOtherDoes) {
   run.ReadText(Header + "\n" + Record(1995, "A", 180, 170, 10, 5) + Record(1995, "A", 185, 170, 15, 4));
   run.state.algorithm.Fuse.Dimension(run.state.algorithm.NPAR, "~~");
   run.state.algorithm.Value.Fill(0.1);
-  run.model.estimates.LiveDay = run.model.estimates.FledgeZeroC = {0.5, 0.25};
+  run.state.algorithm.Value(10) = 30;  // the age at fledging
+  run.objective.Call(run.state.algorithm.Value, 1);
+  EstimateOneDaySurvival(run.model.data, run.model.likelihood, false, {}, run.model.estimates);
+  EstimateFledgingSurvival(run.model.data, run.model.likelihood, false, 20, {}, run.model.estimates);
   run.objective.Call(run.state.algorithm.Value, 2);
-  EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(0.5, 0.25));
+  EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0)));
+  EXPECT_THAT(run.model.estimates.FledgeZeroC, Each(Ge(0)));
   run.objective.Call(run.state.algorithm.Value, 1);
   EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(Missing, Missing));
   EXPECT_THAT(run.model.estimates.FledgeZeroC, ElementsAre(Missing, Missing));
