@@ -29,7 +29,7 @@ behind simplex first_fit examples 'save-text frmSimplex'
 behind covariance covariances $analyses 'save-text frmCovData'
 behind summary bootstrap $analyses 'save-text frmSummary'
 behind priors priors $analyses 'select frmSetPriors.grdPriors 8'
-behind profile estimates $analyses 'doubleclick frmDistPlot.listVar'
+behind profile estimates $analyses 'save-plot frmDistPlot confidence'
 behind posterior estimates $analyses 'show frmDistPlot' 3
 behind rank ranking $analyses 'press frmRank.cmdAverage'
 behind xy_plot detail_plots $analyses 'save-plot frmXYPlot observed'
