@@ -1,0 +1,75 @@
+#include "priors/priors_file.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "base/runtime_failure.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+TEST(PriorsFile, HasTheColumnsOfItsTwoExampleLines) {
+  Priors priors;
+  priors.Reset(2);
+  priors.PriorCode(1) = "N";
+  priors.PriorFirstMean(1) = 0.5;
+  priors.PriorFirstSD(1) = 0.1;
+  EXPECT_EQ(PriorsFileText(priors),
+            "2\r\n"
+            "  1   N 5.000E-001 1.000E-001     Unused     Unused   Gaussian or Normal\r\n"
+            "  2   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded\r\n");
+}
+
+TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfItsExponent) {
+  Priors priors;
+  priors.Reset(1);
+  priors.PriorCode(1) = "S";
+  priors.PriorFirstMean(1) = -1.5;
+  priors.PriorFirstSD(1) = 2;
+  EXPECT_EQ(PriorsFileText(priors), "1\r\n  1   S- 1.500E+00 2.000E+000     Unused     Unused   Left-side cliff\r\n");
+}
+
+TEST(PriorsFile, LinesBehindTheLastParameterAreNotLookedAt) {
+  EXPECT_EQ(ReadPriorsText("1\n  1   E 2.000E+000 2.000E+000\nwhatever\n\xFF\n", 1).priors.PriorCode(1), "E");
+}
+
+TEST(PriorsFile, ALineThatEndsEarlyLeavesItsTermsEmpty) {
+  const Priors priors = ReadPriorsText("2\n  1\n  2   t 1", 2).priors;
+  EXPECT_EQ(priors.PriorCode(1), "");
+  EXPECT_EQ(priors.PriorFirstMean(1), 0);
+  EXPECT_EQ(priors.PriorCode(2), "T");
+  EXPECT_EQ(priors.PriorFirstMean(2), 1);
+  EXPECT_EQ(priors.PriorSecondMean(2), PriorTerm(""));
+}
+
+TEST(PriorsFile, HostileBytesAreReadOrRefusedAndNothingWorse) {
+  const std::string sound = ReadWholeFile(MERLANE_GOLDEN_DIR "/priors.pri");
+  std::mt19937 random(20240601);
+  const auto below = [&random](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
+  const Array1<double> values(34, 0.5);
+  int read = 0, refused = 0;
+  for (int trial = 0; trial < 3000; ++trial) {
+    std::string bytes = sound;
+    for (std::size_t changes = below(200); changes > 0; --changes)
+      bytes[below(bytes.size())] = static_cast<char>(below(256));
+    if (trial % 10 == 0) bytes.resize(below(bytes.size()));
+    try {
+      PriorsReading reading = ReadPriorsText(bytes, 34);
+      if (reading.count != 34) continue;
+      const Priors again = ReadPriorsText(PriorsFileText(reading.priors), 34).priors;
+      EXPECT_EQ(again.PriorCode.Size(), 34);
+      ++read;
+      EXPECT_TRUE(std::isfinite(EvaluatePrior(values, 2, reading.priors)));
+    } catch (const RuntimeFailure&) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(read, 100);
+  EXPECT_GT(refused, 100);
+}
+
+}  // namespace
+}  // namespace merlane
