@@ -219,15 +219,17 @@ void FitsAhead::Minimise(int attempt, Fit& fit) const {
   Objective(run, evaluate).Call(run.algorithm.Value, 1);
   Objective objective(run, [&](ModelCall& call) {
     now = &fit.Calls(call.NF, call.X);
+    std::exception_ptr failure;
     try {
       evaluate(call);
     } catch (const std::exception&) {
-      now->failure = std::current_exception();
+      failure = std::current_exception();
     }
+    now->failure = failure;
     now->left = call.X;
     now->F = call.F;
-    now->done.store(true, std::memory_order_release);
-    if (now->failure) std::rethrow_exception(now->failure);
+    now->done.store(true, std::memory_order_release);  // from here on it is the follower's, who may have dropped it
+    if (failure) std::rethrow_exception(failure);
   });
   objective.priorTerm = origin_.priorTerm;
   origin_.minimise(run, objective);
