@@ -206,13 +206,7 @@ Initialisation FrmInitialize::Choices() const {
 }
 
 void FrmInitialize::Done() {
-  if (!ChoicesAreSound()) return;
-  try {
-    onDone();
-  } catch (const std::exception&) {
-    enabled = true;  // the read has left the form inactive, and the user shall choose again
-    throw;
-  }
+  if (ChoicesAreSound()) onDone();
 }
 
 void FrmInitialize::Cancel() {
