@@ -260,6 +260,13 @@ TEST(BroodReader, DaysCountsAndAgesAreRoundedOutwardsForPlotsUnlessTheyAreRoundA
   EXPECT_EQ(r.data.MinAge, -18);
 }
 
+TEST(BroodReader, TheLastDayOfALeapYearIsNotBelowTheLimitThatDaysBeginWith) {
+  Reading r;
+  r.Of(Header + "\n" + Record("1995", "A", "366", "170", "7", "7"));
+  EXPECT_EQ(r.data.MinDate, 366);
+  EXPECT_EQ(r.data.MaxDate, 370);
+}
+
 TEST(BroodReader, ADayBelow0IsRoundedTowards0) {
   Reading r;
   r.Of(Header + "\n" + Record("1995", "A", "-7", "10", "-17", "7"));

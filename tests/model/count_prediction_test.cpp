@@ -128,6 +128,28 @@ TEST(CountPrediction, TheDistributionIsClosedAtExactlyOne) {
   }
 }
 
+TEST(CountPrediction, ASumThatIsOffByMoreThanRoundingButLessThanAMillionthIsClosed) {
+  // Next to no overdispersion: ln Gamma of very large numbers.
+  Analysis a;
+  a.Visit("A", -9, 60).Visit("A", -4, 50).Visit("A", 5, 6).Read();
+  a.Value(3) = 2;
+  a.Value(5) = 1.5e-6;
+  a.Value(11) = 1;
+  a.Value(19) = 0.05;
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  const double E = a.state.best.survival.EVisitC[ClutchVisit];
+  double sum = 0;
+  for (int k = 0; k <= 60; ++k) {
+    double expected = E, Var = 0;
+    sum += ProbVisit(2, 1.5e-6, 60, k, expected, Var);
+  }
+  ASSERT_GT(std::abs(sum - 1), 1e-10) << "another rate is needed";
+  const CountPrediction prediction = PredictionOfVisit(a, 0, ClutchVisit);
+  EXPECT_EQ(prediction.inaccurateSums, 0);
+  EXPECT_EQ(prediction.Cum.back(), 1);
+}
+
 TEST(CountPrediction, OverHatchWithoutJuvenileRatesEveryCountHasProbabilityOneAndTheSumIsInaccurate) {
   CountExpectation nothing;  // all fates missing
   nothing.q = 0.25;
@@ -199,6 +221,19 @@ TEST(Pick, DrawsOnceEvenFromACertainDistribution) {
   EXPECT_EQ(streams.random.Uniform(), counted.random.Uniform());
   EXPECT_EQ(SumPearson, 0);
   EXPECT_EQ(SumDeviance, 0);
+}
+
+TEST(Pick, TellsOfEachInaccurateFateOverHatch) {
+  Streams streams;
+  std::vector<std::string> told;
+  CalculationWatch watch;
+  watch.tell = [&](const Message& m) { told.push_back(m.text); };
+  double SumPearson = 0, SumDeviance = 0;
+  Simulate_Pick_ChiSq({.Pmf = {1}, .Cum = {1}, .inaccurateComponents = 2}, streams.random, watch, SumPearson,
+                      SumDeviance);
+  EXPECT_EQ(told, std::vector<std::string>(2,
+                                           "Unacceptably poor numerical accuracy in probability calculation in "
+                                           "procedure 'Calc_Probs_and_Theta'"));
 }
 
 TEST(Pick, AddsDeviateAndDevianceOfItsProbability) {

@@ -168,6 +168,14 @@ TEST(FrmInitialize, WithoutCovariatesTheFormatIsHiddenAndIsO) {
   EXPECT_EQ(t.form.Choices().NCov, 0);
 }
 
+TEST(FrmInitialize, AnotherNumberOfCovariatesLeavesTheirFormat) {
+  Initializing t;
+  t.desk.SetText(t.form.cboBroodCovs, "2");
+  t.desk.SetText(t.form.cboFormat, "A");
+  t.desk.SetText(t.form.cboBroodCovs, "3");
+  EXPECT_EQ(t.form.cboFormat.text, "A");
+}
+
 TEST(FrmInitialize, AnyOtherFormatBecomesO) {
   Initializing t;
   t.desk.SetText(t.form.cboBroodCovs, "2");
@@ -256,6 +264,8 @@ TEST(FrmInitialize, SizesInTheWrongOrderAreRefusedWithAMessageOnHatchDays) {
   t.desk.Choose(t.form.optSimulate);
   t.desk.SetText(t.form.cboMinInitBroodSize, "25");
   t.ExpectRefused("Bad input", "Please choose a maximum hatch day >= the minimum hatch day");
+  t.desk.SetText(t.form.cboMaxInitBroodSize, "25");
+  t.ExpectDone();
 }
 
 TEST(FrmInitialize, VisitIntervalsMayNotDecreaseAndNotBe0) {
@@ -323,6 +333,7 @@ TEST(FrmInitialize, CancelAndTheFrameGoBackToTheMenu) {
   Initializing cancelled, closed;
   cancelled.desk.Press(cancelled.form.cmdCancel);
   EXPECT_TRUE(cancelled.frmMenu.Visible());
+  EXPECT_TRUE(cancelled.frmMenu.enabled);
   EXPECT_FALSE(cancelled.form.Loaded());
   closed.desk.Close(closed.form);
   EXPECT_TRUE(closed.frmMenu.Visible());

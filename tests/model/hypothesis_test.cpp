@@ -242,6 +242,15 @@ TEST(Hypothesis, AHatchDateOf999BelowZeroTakesTheHatchDateAndOneOf0DoesNot) {
   EXPECT_EQ(blank.Value(24), 0.1);
 }
 
+TEST(Hypothesis, AnExpectedCountOfEitherKindMakesAJuvenileInterval) {
+  Hypothesis h;
+  h.tables.EHatch[0] = Missing;
+  std::swap(h.tables.EVisitR[1], h.tables.EVisitC[1]);
+  h.Value(23) = 0.1;
+  h.Validate();
+  EXPECT_EQ(h.Value(23), 0);
+}
+
 TEST(Hypothesis, ABroodWithoutAJuvenileIntervalMayLackItsSizeAtHatch) {
   Hypothesis h;
   h.tables.EHatch[0] = Missing;

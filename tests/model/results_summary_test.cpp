@@ -193,6 +193,24 @@ TEST(ResultsHead, TellsOfUnknownAges) {
           "were unavailable\r\nThe observed frequency of juveniles in the data is:"));
 }
 
+TEST(ResultsHead, DistributionsAndAgesAreThoseOfTheBestState) {
+  Analysis a = Plain();
+  Parameters& best = a.state.best.parameters;
+  best.CodeEggR = best.CodeJuvC = 1;
+  best.CodeJuvR = best.CodeEggC = 2;
+  best.LayAge = -30;
+  best.FledgeAge = 45;
+  EXPECT_THAT(
+      Summary(a).Head(),
+      HasSubstr(
+          "\r\nThe likelihood function for egg      random mortality     is based on the binomial      (BI) "
+          "distribution\r\nThe likelihood function for juvenile random mortality     is based on the "
+          "beta-binomial (BB) distribution\r\nThe likelihood function for egg      correlated mortality is based "
+          "on the beta-binomial (BB) distribution\r\nThe likelihood function for juvenile correlated mortality is "
+          "based on the binomial      (BI) distribution\r\n"));
+  EXPECT_THAT(Summary(a).Head(), testing::AllOf(HasSubstr(" is -30 days\r\n"), HasSubstr(" is  45 days\r\n")));
+}
+
 TEST(ResultsHead, TooFewDegreesOfFreedomArePrintedInPlaceOfTheAICc) {
   Analysis a = Plain();
   Summary s(a);
@@ -247,6 +265,13 @@ TEST(Listing, TheAgeOfAClutchOfUnknownAgeIsAMinusAndAnAsterisk) {
   const auto rows = s.Rows(Listing::Partitioning);
   EXPECT_EQ(rows[0][6], "-*");
   EXPECT_EQ(rows[2][6], "*");
+}
+
+TEST(Listing, ANumberNextToTheMissingOneIsANumber) {
+  Analysis a = Plain();
+  a.state.best.survival.EVisit[1] = std::nextafter(Missing, 0);
+  Summary s(a);
+  EXPECT_EQ(s.Rows(Listing::Partitioning)[1][15], "-999.00");
 }
 
 TEST(Listing, AHatchDayOfZeroIsPrinted) {

@@ -45,6 +45,8 @@ TEST(SimulationPlan, RefusesAgesInTheWrongOrderAndTablesTooLargeForAMachine) {
   d.simulator.InitAge = 10;
   d.simulator.FinalAge = 1;
   EXPECT_THROW(PlanSimulation(d, 2, random), RuntimeFailure);
+  d.simulator.FinalAge = 8;
+  EXPECT_THROW(PlanSimulation(d, 2, random), RuntimeFailure);
   d.simulator.FinalAge = 9;
   EXPECT_NO_THROW(PlanSimulation(d, 2, random)) << "broods without a visit";
   d.simulator.FinalAge = 32000;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/evaluated_case.h"
 #include "model/forward_expectation.h"
@@ -91,6 +92,22 @@ TEST(SimulateData, AHatchDayFirstVisitSetsTheThreeHatchTablesToItsCount) {
   EXPECT_EQ(p.simulation.SimEHatch[0], p.Count(0));
   EXPECT_EQ(p.simulation.SimEHatchR[0], p.Count(0));
   EXPECT_EQ(p.simulation.SimEHatchC[0], p.Count(0));
+
+  settings.InitAge = -5;
+  settings.FinalAge = -1;
+  Planned clutch(settings, 1);
+  clutch.Value(15) = 0.1;
+  clutch.Simulate();
+  EXPECT_EQ(clutch.simulation.SimEHatch[0], Missing) << "a clutch that is not followed to its hatch has none";
+}
+
+TEST(SimulateData, APlanIsSimulatedWhateverTheFitCouldPredict) {
+  Planned p(DailyJuveniles, 1);
+  p.Value(17) = 0.01;
+  p.Simulate();
+  std::ranges::fill(p.state.best.survival.EVisit, static_cast<double>(Missing));
+  SimulateData(p.data, {.SimulationMode = true}, p.state.best, p.streams.random, p.watch, p.simulation);
+  EXPECT_NE(p.Count(1), Missing);
 }
 
 TEST(SimulateData, TheSizeAtHatchIsThatOfTheSimulatedClutch) {
@@ -138,6 +155,27 @@ TEST(SimulateData, AgesAtOrPastFledgingAreNotPredicted) {
   a.Evaluate();
   EXPECT_THAT(Simulated(a, {}).SimCount, ElementsAre(9, testing::Ge(8), Missing, Missing));
   EXPECT_THAT(Simulated(a, {.BootstrapMode = true}).SimCount, ElementsAre(9, testing::Ge(8), 8, 7));
+}
+
+TEST(SimulateData, AVisitBeforeLayingIsNotPredicted) {
+  Analysis a;
+  a.Visit("A", -20, 9).Visit("A", -15, 9).Visit("A", -8, 9).Visit("A", -4, 9).Read();
+  a.Value(9) = -10;
+  a.Value(15) = 0.5;
+  a.Evaluate();
+  const Simulation bootstrap = Simulated(a, {.BootstrapMode = true});
+  EXPECT_EQ(bootstrap.SimCount[1], 9) << "the real count";
+  EXPECT_LT(bootstrap.SimCount[3], 9) << "few of which survive four days";
+}
+
+TEST(SimulateData, AnArithmeticErrorLeavesTheRealCountInABootstrapAndNoneOtherwise) {
+  Analysis a;
+  a.Visit("A", 2, 9).Visit("A", 6, 7).Visit("A", 10, 6).Read();
+  a.Value(17) = 0.02;
+  a.Evaluate();
+  a.state.best.parameters.Alpha_BR = 0;  // no rate at all: 0 / 0
+  EXPECT_THAT(Simulated(a, {}).SimCount, ElementsAre(9, Missing, Missing));
+  EXPECT_THAT(Simulated(a, {.BootstrapMode = true}).SimCount, ElementsAre(9, 7, 6));
 }
 
 TEST(SimulateData, BehindAClutchOfUnknownAgeTheJuvenilesKeepTheirRealCountsInABootstrap) {
@@ -191,6 +229,9 @@ TEST(SimulateData, AFailingCalculationIsToldAndWhatIsSimulatedStays) {
   EXPECT_EQ(s.SimCount[0], 9);
   EXPECT_NE(s.SimCount[1], Missing);
   EXPECT_EQ(s.SimCount[4], Missing) << "the brood behind the failure";
+  Streams streams(1);
+  Simulation again;
+  EXPECT_FALSE(SimulateData(a.reading.data, {}, a.state.best, streams.random, {}, again));
 }
 
 TEST(SimulateData, DeficienciesAreNoted) {
@@ -202,6 +243,15 @@ TEST(SimulateData, DeficienciesAreNoted) {
   SimulateData(p.data, {.SimulationMode = true}, p.state.best, p.streams.random, p.watch, p.simulation);
   EXPECT_TRUE(p.simulation.SimBroodSizeDeficient);
   EXPECT_TRUE(p.simulation.SimHatchDateDeficient) << "hatch day 0 counts as missing";
+
+  SimulatorSettings settings = DailyJuveniles;
+  settings.InitAge = -5;
+  Planned clutch(settings, 1);
+  clutch.Value(15) = clutch.Value(17) = 0.01;
+  clutch.Simulate();
+  clutch.state.best.parameters.UsesHatchDate = true;
+  SimulateData(clutch.data, {.SimulationMode = true}, clutch.state.best, clutch.streams.random, {}, clutch.simulation);
+  EXPECT_FALSE(clutch.simulation.SimHatchDateDeficient) << "only a second visit behind hatch is looked at, as in a fit";
 }
 
 TEST(SimulateData, PresetsEveryCount) {
@@ -392,6 +442,8 @@ TEST(SimulatedDataText, DrawsForEachStepAlsoForDeadBroodsAndForTheStepThatLeaves
   for (int i = 0; i < 8; ++i) counted.random.Uniform();
   EXPECT_EQ(p.streams.random.Uniform(), counted.random.Uniform());
 }
+
+TEST(SimulatedDataText, VisitsLessThanADayApartAreRefused) { EXPECT_THROW(Written({9, 5}, 0, 2), RuntimeFailure); }
 
 TEST(SimulatedDataText, AnAbortEndsTheText) {
   Planned p(DailyJuveniles, 2);

@@ -64,6 +64,16 @@ TEST(SurvivalEstimates, SurvivalToFledgingIsTheProductOfItsParts) {
   EXPECT_EQ(s.FledgeFrom[1], Estimated(a, 30).FledgeFrom[1]);
 }
 
+TEST(SurvivalEstimates, AreThoseOfTheLastEvaluationNotOfTheBest) {
+  Analysis a = Brood();
+  a.Value(17) = 0.04;
+  a.Evaluate();
+  a.Value(17) = 0.4;
+  a.Evaluate(2);
+  ASSERT_EQ(a.state.best.parameters.Alpha_BR, 0.04) << "it was the better one";
+  EXPECT_NEAR(Estimated(a, 30).LiveDay[1], std::exp(-0.4), 1e-14);
+}
+
 TEST(SurvivalEstimates, HandComputedWeibullCase) {
   Analysis a = Brood();
   a.Value(17) = 0.05;

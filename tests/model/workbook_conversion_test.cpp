@@ -29,6 +29,11 @@ TEST(BroodDataText, ATextCodeLongerThanEightCharactersKeepsItsLastEight) {
   EXPECT_EQ(Columns(SecondLine({1995.0, "VERYLONGCODE", 1.0, 1.0, 1.0, 1.0}), 10, 17), "LONGCODE");
 }
 
+TEST(BroodDataText, ACodeStandsAsItIsThoughItLooksLikeANumber) {
+  EXPECT_EQ(Columns(SecondLine({1995.0, "0012", 1.0, 1.0, 1.0, 1.0}), 10, 17), "    0012");
+  EXPECT_EQ(Columns(SecondLine({1995.0, 0.1, 1.0, 1.0, 1.0, 1.0}), 10, 17), "     0.1") << "as a spreadsheet shows it";
+}
+
 TEST(BroodDataText, NoCharacterIsCutInHalf) {
   EXPECT_EQ(Columns(SecondLine({1995.0, "\u00D6stlich7", 1.0, 1.0, 1.0, 1.0}), 10, 17), " stlich7");
   EXPECT_EQ(Columns(SecondLine({1995.0, "M\u00F6we-12", 1.0, 1.0, 1.0, 1.0}), 10, 17), "M\u00F6we-12");

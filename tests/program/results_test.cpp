@@ -185,6 +185,23 @@ TEST_F(ResultsTest, AnAbortOfTheSimulationEndsTheListingBehindItsHeadings) {
   EXPECT_THAT(Text(), EndsWith("    #\r\n"));
   EXPECT_THAT(Text(), HasSubstr("p[Pearson-deviates]"));
   EXPECT_EQ(windows.LastText(), "Summary complete");
+  desk.Close(summary);
+  Summary("1", Answer::Yes);
+  EXPECT_THAT(Text(), HasSubstr("p[Pearson-deviates]")) << "the next one is not aborted";
+}
+
+TEST_F(ResultsTest, TheAbortWindowGoesWithWhatItWouldAbort) {
+  Ready("juveniles_only");
+  Summary("1", Answer::No);
+  EXPECT_FALSE(program.frmAbort.Loaded());
+}
+
+TEST_F(ResultsTest, AParameterWithANegativeStepIsFreeToo) {
+  Ready("juveniles_only");
+  for (double& step : state.algorithm.Step) step = 0;
+  state.algorithm.Step(17) = -0.01;
+  Summary("1", Answer::Yes);
+  EXPECT_THAT(Text(), HasSubstr("The number of free parameters is:                   1\r\n"));
 }
 
 TEST_F(ResultsTest, WithAllValuesZeroThereIsNothingToReport) {
@@ -261,6 +278,7 @@ TEST_F(SimulationTest, NothingIsWrittenWhenTheUserPressedAbort) {
   AbortAtTurn(10);
   desk.Press(menu.cmdUserSummary);
   EXPECT_FALSE(summary.Loaded());
+  EXPECT_THAT(StatusTexts(), Not(Contains(HasSubstr("consolidated")))) << "nor begun to be";
   EXPECT_TRUE(menu.Visible()) << "there is no window that would bring it back";
   EXPECT_TRUE(ApplicationMenuUsable());
   desk.Press(menu.cmdUserSummary);
@@ -282,8 +300,10 @@ TEST_F(SimulationTest, AnAbortOfTheWritingShowsNothing) {
 
 TEST_F(SimulationTest, WithAllValuesZeroTheUserIsToldToLoadAlgorithmData) {
   Plan();
+  desk.Press(menu.cmdUserSummary);
+  desk.Close(summary);
   state.algorithm.Value.Fill(0);
-  windows.events.clear();
+  windows.statuses.clear();
   desk.Press(menu.cmdUserSummary);
   EXPECT_THAT(windows.Titles(), Contains("Simulation Error"));
   EXPECT_EQ(windows.LastText(), "Check that algorithm data are loaded and parameters have appropriate values");
