@@ -302,6 +302,7 @@ TEST(AlgorithmFileTest, SmallToleranceIsRaisedAndZeroStays) {
 TEST(AlgorithmFileTest, LogNameIsShortenedFromBehind) {
   EXPECT_EQ(ShortLogName("minimize.tvl"), "minimize.tvl");
   EXPECT_EQ(ShortLogName("fourteen_c.tvl"), "fourteen_c.tvl");
+  EXPECT_EQ(ShortLogName("runs/first.tvl"), "runs/first.tvl") << "short enough with its folder";
   EXPECT_EQ(ShortLogName("C:\\runs\\lake\\first.tvl"), "first.tvl");
   EXPECT_EQ(ShortLogName("/home/anna/first.tvl"), "first.tvl");
   EXPECT_EQ(ShortLogName("a_very_long_name.tvl"), "_long_name.tvl");

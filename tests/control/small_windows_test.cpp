@@ -110,6 +110,17 @@ TEST_F(Summary, WhatIsShownIsSavedAsWhatItIsThoughTheRunHasBecomeAnother) {
   EXPECT_EQ(ReadWholeFile(Path("lake.sim")), "data");
 }
 
+TEST_F(Summary, PlotsAndBootstrapFollowUponResultsThatAreStillThereAndNeverUponSimulatedData) {
+  summary.Open("a summary");
+  summary.ForgetResults();
+  EXPECT_FALSE(desk.Usable(summary.cmdPlots) || desk.Usable(summary.cmdBootstrap));
+  summary.Open("a summary of other data");
+  EXPECT_TRUE(desk.Usable(summary.cmdPlots) && desk.Usable(summary.cmdBootstrap));
+  state.flags.SimulationMode = true;
+  summary.Open("data");
+  EXPECT_FALSE(summary.cmdPlots.visible || summary.cmdBootstrap.visible);
+}
+
 TEST_F(Summary, ACancelledDialogueChangesNothing) {
   summary.Open("body");
   host.windows.CancelFile();
