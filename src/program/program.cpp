@@ -93,7 +93,7 @@ void Program::WireForms() {
   frmAlgo.onExit = [this] { Quit(); };
   frmParEvals.evaluateProfile = [this] { profileDialogue.EvaluateProfile(); };
   frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };
-  frmSetPriors.quit = [this] { Quit(); };
+  frmSetPriors.quit = [this] { Quit("Save Bayesian priors", "Save Bayesian priors now?"); };
   frmSetPriors.profile = [this] { priorProfileDialogue.ProfilePrior(); };
   frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
     frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
@@ -123,8 +123,8 @@ void Program::WireForms() {
 
 void Program::Recover(const Form& failed) {
   for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
-  // A window that is still open leads back to the menu itself.
-  if (failed.Visible() && &failed != &frmMenu) return;
+  // A window that is still open leads back to the menu itself, as does the ranking behind the chooser of priors.
+  if ((failed.Visible() && &failed != &frmMenu) || frmRank.Visible()) return;
   RunFlags& flags = state.flags;
   flags.SimplexRunning = flags.MarquardtRunning = flags.OneCallRun = flags.BootstrapMode = false;
   state.profile.ProfileOn = state.profile.IntegrationOn = state.profile.PriorPlotOn = false;

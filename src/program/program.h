@@ -143,8 +143,10 @@ class Program {
   // The minimisers of a bootstrap; false when a matrix could not be inverted.
   bool BootstrapSimplex();
   bool BootstrapMarquardt();
-  /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns.
-  void Quit();
+  /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns. The editor of the priors
+  /// asks for these in its own words.
+  void Quit(const std::string& priorsTitle = "What about Bayesian priors?",
+            const std::string& priorsText = "Save Bayesian priors?");
 
   /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
   void BeginRun();

@@ -2,7 +2,7 @@
 
 namespace merlane {
 
-void Program::Quit() {
+void Program::Quit(const std::string& priorsTitle, const std::string& priorsText) {
   if (desk.Ask("Exit Tolvane", "Do you want to quit Tolvane?", style::YesNoQuestionDefaultNo) != Answer::Yes) return;
   if (const auto& pinned = state.profile.pinned) {
     // Leaving in the middle of an evaluation shall not cost its parameter the value and step in the file.
@@ -13,7 +13,7 @@ void Program::Quit() {
     algorithmCommands.Save_Alg();
   if (!priors.AnySet())
     frmMain.ShowPriorsFile("");
-  else if (desk.Ask("What about Bayesian priors?", "Save Bayesian priors?", style::YesNoQuestion) == Answer::Yes)
+  else if (desk.Ask(priorsTitle, priorsText, style::YesNoQuestion) == Answer::Yes)
     priorsCommands.SavePriors();
   log.Close();
   throw EndProgram{};

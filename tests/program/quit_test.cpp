@@ -97,6 +97,20 @@ TEST_F(QuitTest, PriorsAreAskedForWhenThereAreAny) {
   EXPECT_EQ(windows.exitStatus, 0);
 }
 
+TEST_F(QuitTest, EditorOfThePriorsAsksForThemInItsOwnWords) {
+  Ready("juveniles_only");
+  program.priors.PriorCode(17) = "N";
+  desk.Press(menu.cmdBayesian);
+  desk.Press(program.frmLoadPriors.cmdSet);
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.No("Save Bayesian priors");
+  desk.Press(program.frmSetPriors.mnuExit);
+  EXPECT_EQ(windows.LastText(), "Save Bayesian priors now?");
+  EXPECT_EQ(windows.messages.back().style, style::YesNoQuestion);
+  EXPECT_EQ(windows.exitStatus, 0);
+}
+
 TEST_F(QuitTest, PriorsAreSavedOnTheWay) {
   const test::Folder folder("quit_priors");
   Ready("juveniles_only");

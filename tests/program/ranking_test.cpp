@@ -64,6 +64,17 @@ TEST_F(RankingTest, ChooserOfPriorsBringsTheRankingBackAndNotTheMenu) {
   EXPECT_FALSE(menu.Visible());
 }
 
+TEST_F(RankingTest, PriorsFileThatFailsBringsTheRankingBackAndNotTheMenu) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdRank);
+  desk.Press(program.frmRank.cmdBayesian);
+  windows.File(Golden("missing.pri"));
+  windows.ExpectFailure("missing.pri");
+  desk.Press(program.frmLoadPriors.cmdOpen);
+  EXPECT_TRUE(desk.Usable(program.frmRank.cmdBayesian));
+  EXPECT_FALSE(menu.Visible());
+}
+
 TEST_F(RankingTest, EditorLocksTheRankingAndGivesItBack) {
   Ready("juveniles_only");
   desk.Press(menu.cmdRank);
