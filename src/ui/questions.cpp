@@ -157,7 +157,8 @@ std::optional<std::string> AskForFile(const FileRequest& request, const QString&
     dialog.selectNameFilter(filters[request.filterIndex - 1]);
   dialog.resize(860, 520);
   const QFileInfo start(ToQt(request.startName));
-  dialog.setDirectory(start.path() != QLatin1String(".") ? start.path() : folder);
+  const bool namesFolder = !start.path().isEmpty() && start.path() != QLatin1String(".");
+  dialog.setDirectory(namesFolder ? start.path() : folder);
   if (!request.startName.empty()) dialog.selectFile(start.fileName());
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return FromQt(dialog.selectedFiles().front());

@@ -284,6 +284,23 @@ TEST_F(QtHostTest, FileDialogTakesAFileAndCancels) {
   EXPECT_EQ(host.AskFile(open), std::nullopt);
 }
 
+TEST_F(QtHostTest, FileDialogBeginsInTheWorkingFolderThenWhereTheLastFileWas) {
+  const FileRequest open{FileRequest::Kind::Open, "Load", "All (*.*)|*.*|", 1, ""};
+  QString folder;
+  const auto lookAt = [&folder](QWidget& dialog) {
+    folder = dynamic_cast<QFileDialog&>(dialog).directory().absolutePath();
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  };
+  hand.Expect(lookAt, "Load");
+  host.AskFile(open);
+  EXPECT_EQ(folder, QDir::currentPath());
+  hand.ChooseFile(MERLANE_GOLDEN_DIR "/repair.dat", "Load");
+  host.AskFile(open);
+  hand.Expect(lookAt, "Load");
+  host.AskFile(open);
+  EXPECT_EQ(folder, QDir(MERLANE_GOLDEN_DIR).absolutePath());
+}
+
 TEST(QuestionsTest, FiltersBecomeThoseOfAFileDialog) {
   const QStringList filters =
       NameFilters("All Files (*.*)|*.*|Original text and EXCEL data files (*.dat;*.xls)|*.dat;*.xls|");
