@@ -88,6 +88,8 @@ void SetLook(QApplication& application) {
 
 QFont FixedPitchFont() {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  const QString usual = QStringLiteral("Courier New");  // where it is installed
+  if (QFontDatabase::hasFamily(usual)) font.setFamily(usual);
   font.setPointSizeF(QApplication::font().pointSizeF());
   return font;
 }
