@@ -282,7 +282,7 @@ class LineParser {
 
   /// Takes `at "title"` off the end of an answer.
   void Title() {
-    if (words_.size() < 3 || words_.back().quoted == false) return;
+    if (words_.size() < 3 || !words_.back().quoted) return;
     const Word& at = words_[words_.size() - 2];
     if (at.quoted || at.text != "at") return;
     line_.title = words_.back().text;

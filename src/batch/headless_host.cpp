@@ -105,7 +105,7 @@ Answer HeadlessHost::MsgBox(const Message& message) {
 }
 
 std::string HeadlessHost::InputBox(const InputRequest& request) {
-  const std::string answer = AnswerTo(Verb::Enter, request.title, request.prompt, false).text.value_or("");
+  std::string answer = AnswerTo(Verb::Enter, request.title, request.prompt, false).text.value_or("");
   transcript_.Entered(request, answer);
   return answer;
 }

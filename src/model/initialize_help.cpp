@@ -41,13 +41,15 @@ std::string ModelHelp() {
 }
 
 std::string DataFormatHelp() {
+  constexpr const char* Columns =
+      "Each field has its columns, and is read by its columns alone; the commas between them are there for your eye. A "
+      "field must not overflow its columns.";
   return Joined({
       "A data file is plain text with one record (one visit to one clutch or brood) per line.",
       "",
       "The first line is a header. Of it I read only the names of the brood covariates.",
       "",
-      "Each field has its columns, and is read by its columns alone; the commas between them are there for your eye. A "
-      "field must not overflow its columns.",
+      Columns,
       "",
       "Columns 1-8: Year.",
       "Columns 10-17: Code, a tag or any other code of the clutch or brood, as you write it.",

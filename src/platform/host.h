@@ -14,7 +14,7 @@ struct Host {
   RandomStreams& random;
   Workbooks& workbooks;
   std::string outputFolder = ".";    // where files go that the program names itself
-  std::string bootstrapFolder = "";  // where a bootstrap's data files go; empty: beside the real data
+  std::string bootstrapFolder = {};  // where a bootstrap's data files go; empty: beside the real data
 };
 
 /// Raised where the program ends, by the user's wish or by a fatal data error; unwinds through whatever is running.

@@ -84,6 +84,7 @@ class GridModel : public QAbstractTableModel {
 
   std::vector<Grid::Cell> Row(std::size_t row) const {
     std::vector<Grid::Cell> cells;
+    cells.reserve(static_cast<std::size_t>(grid_.Columns()));
     for (int column = 0; column < grid_.Columns(); ++column)
       cells.push_back(GridCell(row, static_cast<std::size_t>(column)));
     return cells;

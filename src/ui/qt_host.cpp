@@ -27,7 +27,7 @@ Answer QtHost::MsgBox(const Message& message) { return AskInBox(message, Parent(
 std::string QtHost::InputBox(const InputRequest& request) { return AskForLine(request, Parent()); }
 
 std::optional<std::string> QtHost::AskFile(const FileRequest& request) {
-  const auto chosen = AskForFile(request, folder_, Parent());
+  auto chosen = AskForFile(request, folder_, Parent());
   if (chosen) folder_ = QFileInfo(ToQt(*chosen)).absolutePath();
   return chosen;
 }

@@ -7,7 +7,7 @@
 namespace merlane {
 
 /// The Bayesian posterior of one parameter: what it asks, in which order, and what it shows.
-class PosteriorDialogue : private EvaluationDialogue {
+class PosteriorDialogue final : private EvaluationDialogue {
  public:
   PosteriorDialogue(EvaluationParts& parts, FrmDistributionTable& frmBayesian, FrmBivarPlot& bivarPlot);
 

@@ -8,7 +8,7 @@
 namespace merlane {
 
 /// The likelihood profile of one parameter: what it asks, in which order, and what it shows.
-class ProfileDialogue : private EvaluationDialogue {
+class ProfileDialogue final : private EvaluationDialogue {
  public:
   /// `run` is what the windows of the minimisers are told of the profile.
   ProfileDialogue(EvaluationParts& parts, FrmDistributionTable& frmMaxLike, FrmSimplex& simplex,
