@@ -5,6 +5,7 @@
 #include <chrono>
 #include <deque>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 #include "control/fuses.h"
@@ -19,6 +20,12 @@ namespace {
 
 /// How often a bootstrap that has caught up looks for what is new. Seldom enough to leave the cores to the fits.
 constexpr std::chrono::milliseconds Glance(5);
+
+/// How many outcomes a fit may be ahead before it waits: a bound on what a fit of very many calls keeps.
+constexpr std::size_t MostCallsAhead = 20000;
+
+/// How many visits all threads together may hold, a few hundred bytes each.
+constexpr int MostVisitsAhead = 4'000'000;
 
 /// Raised in a fit that nobody will follow.
 struct Abandoned {};
@@ -53,8 +60,9 @@ class FitsAhead::Fit {
     changed_.notify_all();
   }
   KnownCall& Calls(std::int32_t NF, const Array1<double>& vector) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return calls_.size() < MostCallsAhead || abandoned_; });
     StopIfAbandoned();
-    const std::lock_guard lock(mutex_);
     return calls_.emplace_back(NF, vector);
   }
   void Ends() {
@@ -67,7 +75,11 @@ class FitsAhead::Fit {
   }
 
   // The following thread.
-  void Abandon() { abandoned_ = true; }
+  void Abandon() {
+    const std::lock_guard lock(mutex_);
+    abandoned_ = true;
+    changed_.notify_all();
+  }
   /// True when it is a fit to these data.
   bool IsTo(const std::string& dataText) {
     std::unique_lock lock(mutex_);
@@ -82,6 +94,7 @@ class FitsAhead::Fit {
   }
   void DropFirst() {
     const std::lock_guard lock(mutex_);
+    if (calls_.size() == MostCallsAhead) changed_.notify_all();
     calls_.pop_front();
   }
   /// Waits for a glance at most, less when the fit ends.
@@ -100,8 +113,14 @@ class FitsAhead::Fit {
   std::deque<KnownCall> calls_;  // in order; those that have been followed are dropped
 };
 
+int ThreadsAhead(int cores, int visits) { return std::min(cores, MostVisitsAhead / std::max(1, visits)); }
+
 FitsAhead::FitsAhead(Origin origin, Watch watch, int threads) : origin_(std::move(origin)), watch_(std::move(watch)) {
-  for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { Work(); });
+  try {
+    for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { Work(); });
+  } catch (const std::system_error&) {
+    // The bootstrap fits by itself whatever is not fitted ahead.
+  }
 }
 
 FitsAhead::~FitsAhead() {
@@ -116,7 +135,10 @@ FitsAhead::~FitsAhead() {
 
 void FitsAhead::Begin(int attempt, int last) {
   const std::lock_guard lock(mutex_);
-  fits_.erase(fits_.begin(), fits_.lower_bound(attempt));
+  while (!fits_.empty() && fits_.begin()->first < attempt) {
+    fits_.begin()->second->Abandon();
+    fits_.erase(fits_.begin());
+  }
   limit_ = std::min(last, attempt + 2 * static_cast<int>(threads_.size()));
   changed_.notify_all();
 }

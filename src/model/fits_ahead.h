@@ -19,6 +19,10 @@
 
 namespace merlane {
 
+/// How many threads are worth having on so many cores, for data of so many visits: each holds the data once more, so
+/// few of them fit large data.
+int ThreadsAhead(int cores, int visits);
+
 /// Fits the coming replicates of a bootstrap on the other cores, each from its own random stream, and keeps what the
 /// objective was at each call of the minimiser. The bootstrap itself goes on as if nobody were ahead of it: its own
 /// minimiser calls the objective, and is given a kept outcome for a calculation when data and vector are those that
@@ -41,6 +45,7 @@ class FitsAhead {
     std::function<void(const Message&)> tell;
   };
 
+  /// As many threads as are wanted or, where the system gives no more, fewer, even none.
   FitsAhead(Origin origin, Watch watch, int threads);
   /// Abandons what is under way.
   ~FitsAhead();

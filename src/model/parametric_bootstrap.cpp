@@ -174,7 +174,7 @@ void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
                         original_->run, priorTermAhead(), minimise},
       FitsAhead::Watch{[this] { desk_.Turn(); },
                        [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
-      cores);
+      ThreadsAhead(cores, model_.data.Visits()));
   objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
 }
 

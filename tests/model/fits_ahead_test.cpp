@@ -2,8 +2,10 @@
 #include "model/fits_ahead.h"
 
 #include <gmock/gmock.h>
+#include <pthread.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "base/runtime_failure.h"
@@ -24,7 +26,7 @@ struct FitsAheadTest : ::testing::Test {
   RandomStreams& random = streams.random;
   std::vector<Array1<double>> vectors;
   int turns = 0;
-  std::atomic<int> minimised = 0;
+  std::atomic<int> minimised = 0, called = 0;
   bool endless = false;
   const ReplicateDataText text = Clutches();
 
@@ -94,6 +96,7 @@ struct FitsAheadTest : ::testing::Test {
       do {
         for (std::size_t i = 0; i < vectors.size(); ++i) {
           Array1<double> vector = vectors[i];
+          ++called;
           try {
             objective(vector, static_cast<std::int32_t>(i) + 1);
           } catch (const RuntimeFailure&) {  // a trial that fails need not end a minimiser
@@ -208,6 +211,61 @@ TEST_F(FitsAheadTest, EndInTheMiddleOfALongFit) {
   while (minimised < 2) std::this_thread::yield();
   ahead.reset();  // or this test would never end
   EXPECT_EQ(minimised, 2);
+}
+
+/// Waits until the number stays as it is.
+int Settled(const std::atomic<int>& number) {
+  for (int before = -1;;) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    if (number == before) return before;
+    before = number;
+  }
+}
+
+TEST_F(FitsAheadTest, WaitWhereTheyAreVeryManyCallsAhead) {
+  endless = true;
+  auto ahead = Ahead(1);
+  ahead->Begin(1, 1);
+  const int most = Settled(called);
+  EXPECT_LT(most, 100000);
+  ahead->Follow(1, DataOf(1));
+  for (int i = 0; i < 10; ++i) EXPECT_TRUE(Ask(*ahead, vectors[static_cast<std::size_t>(i % 3)], i % 3 + 1).known);
+  EXPECT_EQ(Settled(called), most + 10);
+  ahead.reset();
+}
+
+TEST_F(FitsAheadTest, EndOneThatWaitsFarAheadWhenTheBootstrapPassesIt) {
+  endless = true;
+  auto ahead = Ahead(1);
+  ahead->Begin(1, 2);
+  const int most = Settled(called);
+  ahead->Begin(2, 2);  // the first was never followed
+  EXPECT_GT(Settled(called), most) << "the thread went on to the second";
+}
+
+TEST_F(FitsAheadTest, LeaveAllToTheBootstrapWhereTheSystemGivesNoThread) {
+  struct NoRoomForStacks {
+    NoRoomForStacks() {
+      pthread_getattr_default_np(&usual);
+      pthread_attr_t huge = usual;
+      pthread_attr_setstacksize(&huge, std::size_t{1} << 50);
+      pthread_setattr_default_np(&huge);
+    }
+    ~NoRoomForStacks() { pthread_setattr_default_np(&usual); }
+    pthread_attr_t usual;
+  } const noRoom;
+  ASSERT_THROW(std::thread([] {}), std::system_error);
+  const auto ahead = Ahead(2);
+  ahead->Begin(1, 2);
+  ahead->Follow(1, DataOf(1));
+  EXPECT_FALSE(Ask(*ahead, vectors[0], 1).known);
+}
+
+TEST_F(FitsAheadTest, HoldLargeDataInFewThreads) {
+  EXPECT_EQ(ThreadsAhead(8, 0), 8);
+  EXPECT_EQ(ThreadsAhead(8, 300), 8);
+  EXPECT_EQ(ThreadsAhead(8, 1'000'000), 4);
+  EXPECT_EQ(ThreadsAhead(8, 5'000'000), 0);
 }
 
 }  // namespace
