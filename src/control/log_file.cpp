@@ -1,6 +1,7 @@
 #include "control/log_file.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "platform/descriptor.h"
 
 namespace merlane {
 
@@ -40,13 +42,7 @@ std::string LogFile::Append(std::string_view bytes) const {
   // A file that has been removed can still be written to, but nobody will ever read it.
   struct stat info {};
   if (::fstat(file_, &info) == 0 && info.st_nlink == 0) return "it has been removed";
-  while (!bytes.empty()) {
-    const ssize_t put = ::write(file_, bytes.data(), bytes.size());
-    if (put >= 0)
-      bytes.remove_prefix(static_cast<std::size_t>(put));
-    else if (errno != EINTR)
-      return std::strerror(errno);
-  }
+  if (!WriteAll(file_, bytes)) return std::strerror(errno);
   return {};
 }
 

@@ -6,8 +6,8 @@
 
 namespace merlane {
 
-/// The log of minimisations (file 203): plain text whose lines end with CR LF, like those of every file the program
-/// writes. It has no header, and stays open across commands until it is closed or the program ends.
+/// The log of minimisations: plain text whose lines end with CR LF, like those of every file the program writes. It has
+/// no header, and stays open across commands until it is closed or the program ends.
 class LogFile {
  public:
   LogFile() = default;

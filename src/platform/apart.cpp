@@ -8,30 +8,13 @@
 #include <cerrno>
 
 #include "base/runtime_failure.h"
+#include "platform/descriptor.h"
 
 namespace merlane {
 namespace {
 
-constexpr rlim_t MostSeconds = 60;
+constexpr rlim_t MostSeconds = 60;  // of processor time
 constexpr char Succeeded = '+', Failed = '-';
-
-void WriteAll(int fd, const std::string& bytes) {
-  for (std::size_t done = 0; done < bytes.size();) {
-    const ssize_t put = ::write(fd, bytes.data() + done, bytes.size() - done);
-    if (put < 0 && errno != EINTR) return;
-    if (put > 0) done += static_cast<std::size_t>(put);
-  }
-}
-
-std::string ReadAll(int fd) {
-  std::string bytes;
-  char buffer[1 << 16];
-  for (;;) {
-    const ssize_t got = ::read(fd, buffer, sizeof buffer);
-    if (got > 0) bytes.append(buffer, static_cast<std::size_t>(got));
-    if (got == 0 || (got < 0 && errno != EINTR)) return bytes;
-  }
-}
 
 /// What the other process does: answers through the pipe and goes, without touching anything it shares with this one.
 [[noreturn]] void Answer(int fd, const std::function<std::string()>& work) {
@@ -57,7 +40,8 @@ std::string RunApart(const std::function<std::string()>& work) {
   const pid_t child = ::fork();
   if (child == 0) Answer(ends[1], work);
   ::close(ends[1]);
-  std::string answer = child > 0 ? ReadAll(ends[0]) : "";
+  std::string answer;
+  if (child > 0 && !ReadAll(ends[0], answer)) answer.clear();
   ::close(ends[0]);
   if (child < 0) throw RuntimeFailure("no other process can be started");
   int status = 0;

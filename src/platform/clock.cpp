@@ -1,5 +1,7 @@
 #include "platform/clock.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 #include <ctime>
 

@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,24 +9,10 @@
 #include <cstring>
 
 #include "base/runtime_failure.h"
+#include "platform/descriptor.h"
 
 namespace merlane {
 namespace {
-
-/// An open file that closes itself.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return fd_; }
-
- private:
-  int fd_;
-};
 
 [[noreturn]] void Fail(const char* verb, const std::string& path) {
   throw RuntimeFailure(fmt::format("cannot {} the file {}: {}", verb, path, std::strerror(errno)));
@@ -49,15 +36,8 @@ std::string ReadWholeFile(const std::string& path) {
   if (::fstat(file.Get(), &info) != 0) Fail("read", path);
   std::string bytes;
   if (S_ISREG(info.st_mode)) bytes.reserve(static_cast<std::size_t>(info.st_size));
-  char buffer[1 << 16];
-  for (;;) {
-    const ssize_t got = ::read(file.Get(), buffer, sizeof buffer);
-    if (got == 0) return bytes;
-    if (got > 0)
-      bytes.append(buffer, static_cast<std::size_t>(got));
-    else if (errno != EINTR)
-      Fail("read", path);
-  }
+  if (!ReadAll(file.Get(), bytes)) Fail("read", path);
+  return bytes;
 }
 
 void WriteWholeFile(const std::string& path, std::string_view bytes, bool lasting) {
@@ -70,13 +50,7 @@ void WriteWholeFile(const std::string& path, std::string_view bytes, bool lastin
     errno = reason;
     Fail("write", path);
   };
-  while (!bytes.empty()) {
-    const ssize_t put = ::write(file.Get(), bytes.data(), bytes.size());
-    if (put >= 0)
-      bytes.remove_prefix(static_cast<std::size_t>(put));
-    else if (errno != EINTR)
-      fail();
-  }
+  if (!WriteAll(file.Get(), bytes)) fail();
   if (::fchmod(file.Get(), ModeFor(path)) != 0 || (lasting && ::fsync(file.Get()) != 0)) fail();
   if (::rename(temporary.c_str(), path.c_str()) != 0) fail();
 }

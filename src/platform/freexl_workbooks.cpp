@@ -1,11 +1,13 @@
 #include "platform/freexl_workbooks.h"
 
+#include <fmt/format.h>
 #include <freexl.h>
 
-#include <cstring>
+#include <algorithm>
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
+#include "platform/packed_worksheets.h"
 
 namespace merlane {
 namespace {
@@ -76,85 +78,6 @@ Rows UsedRange(const void* handle) {
   return used;
 }
 
-/// Worksheets as bytes and back: counts and numbers as they lie in memory, texts behind their lengths.
-class Packed {
- public:
-  Packed() = default;
-  explicit Packed(std::string bytes) : bytes_(std::move(bytes)) {}
-  const std::string& Bytes() const { return bytes_; }
-
-  template <class Number>
-  void Put(Number number) {
-    bytes_.append(reinterpret_cast<const char*>(&number), sizeof number);
-  }
-  void Put(const std::string& text) {
-    Put(text.size());
-    bytes_ += text;
-  }
-  template <class Number>
-  Number Take() {
-    Number number;
-    std::memcpy(&number, Next(sizeof number), sizeof number);
-    return number;
-  }
-  std::string TakeText() {
-    const auto length = Take<std::size_t>();
-    return std::string(Next(length), length);
-  }
-
- private:
-  const char* Next(std::size_t length) {
-    if (bytes_.size() - at_ < length) throw RuntimeFailure("the worksheets came over incomplete");
-    at_ += length;
-    return bytes_.data() + at_ - length;
-  }
-  std::string bytes_;
-  std::size_t at_ = 0;
-};
-
-std::string Pack(const std::vector<Worksheet>& sheets) {
-  Packed packed;
-  packed.Put(sheets.size());
-  for (const Worksheet& sheet : sheets) {
-    packed.Put(sheet.name);
-    packed.Put(sheet.rows.size());
-    for (const auto& row : sheet.rows) {
-      packed.Put(row.size());
-      for (const WorkbookCell& cell : row) {
-        packed.Put(cell.index());
-        if (const double* number = std::get_if<double>(&cell)) packed.Put(*number);
-        if (const std::string* text = std::get_if<std::string>(&cell)) packed.Put(*text);
-      }
-    }
-  }
-  return packed.Bytes();
-}
-
-WorkbookCell TakeCell(Packed& packed) {
-  switch (packed.Take<std::size_t>()) {
-    case 1:
-      return packed.Take<double>();
-    case 2:
-      return packed.TakeText();
-    default:
-      return std::monostate();
-  }
-}
-
-std::vector<Worksheet> Unpack(std::string bytes) {
-  Packed packed(std::move(bytes));
-  std::vector<Worksheet> sheets(packed.Take<std::size_t>());
-  for (Worksheet& sheet : sheets) {
-    sheet.name = packed.TakeText();
-    sheet.rows.resize(packed.Take<std::size_t>());
-    for (auto& row : sheet.rows) {
-      row.resize(packed.Take<std::size_t>());
-      for (WorkbookCell& cell : row) cell = TakeCell(packed);
-    }
-  }
-  return sheets;
-}
-
 std::vector<Worksheet> ReadHere(const std::string& path) {
   const OpenWorkbook workbook(path);
   unsigned int count = 0;
@@ -175,7 +98,7 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
 
 std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
   // The library trusts what a damaged file says of itself, and reads beyond its own buffers.
-  return Unpack(RunApart([&] { return Pack(ReadHere(path)); }));
+  return UnpackWorksheets(RunApart([&] { return PackWorksheets(ReadHere(path)); }));
 }
 
 }  // namespace merlane

@@ -1,0 +1,28 @@
+#include "platform/packed_worksheets.h"
+
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+std::vector<Worksheet> Sheets() {
+  return {{"Lake", {{std::string("Year"), std::monostate()}, {1995.0, std::string("a\0b", 3)}}}, {"Empty", {}}};
+}
+
+TEST(PackedWorksheets, ComeBackAsTheyWere) {
+  const std::vector<Worksheet> back = UnpackWorksheets(PackWorksheets(Sheets()));
+  ASSERT_EQ(back.size(), 2U);
+  EXPECT_EQ(back[0].name, "Lake");
+  EXPECT_EQ(back[0].rows, Sheets()[0].rows);
+  EXPECT_EQ(back[1].name, "Empty");
+  EXPECT_TRUE(back[1].rows.empty());
+}
+
+TEST(PackedWorksheets, BytesThatEndTooEarlyAreAFailure) {
+  const std::string whole = PackWorksheets(Sheets());
+  for (std::size_t length = 0; length < whole.size(); ++length)
+    EXPECT_THROW(UnpackWorksheets(whole.substr(0, length)), RuntimeFailure) << length;
+}
+
+}  // namespace
+}  // namespace merlane
