@@ -1,5 +1,7 @@
 #include "control/algorithm_commands.h"
 
+#include <fmt/format.h>
+
 #include "forms/desk.h"
 #include "platform/files.h"
 

@@ -1,5 +1,11 @@
 #include "control/algorithm_file.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"

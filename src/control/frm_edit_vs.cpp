@@ -1,5 +1,9 @@
 #include "control/frm_edit_vs.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "forms/desk.h"
 

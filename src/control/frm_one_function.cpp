@@ -1,5 +1,9 @@
 #include "control/frm_one_function.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
+
 #include "base/number_text.h"
 #include "base/text.h"
 #include "forms/desk.h"

@@ -1,5 +1,7 @@
 #include "control/frm_summary.h"
 
+#include <fmt/format.h>
+
 #include "base/text.h"
 #include "control/save_pane.h"
 #include "forms/desk.h"

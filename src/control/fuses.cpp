@@ -1,5 +1,7 @@
 #include "control/fuses.h"
 
+#include <algorithm>
+
 namespace merlane {
 namespace {
 

@@ -1,5 +1,6 @@
 #include "forms/controls.h"
 
+#include <algorithm>
 #include <cassert>
 
 #include "forms/desk.h"

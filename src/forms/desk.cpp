@@ -1,5 +1,6 @@
 #include "forms/desk.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 

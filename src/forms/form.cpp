@@ -1,5 +1,7 @@
 #include "forms/form.h"
 
+#include <algorithm>
+
 #include "forms/desk.h"
 
 namespace merlane {

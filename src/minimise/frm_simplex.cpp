@@ -1,5 +1,7 @@
 #include "minimise/frm_simplex.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "base/number_text.h"

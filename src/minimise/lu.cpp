@@ -1,5 +1,6 @@
 #include "minimise/lu.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "minimise/minimiser_form.h"
 
+#include <fmt/format.h>
+
 #include "base/number_text.h"
 #include "forms/desk.h"
 

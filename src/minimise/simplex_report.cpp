@@ -1,5 +1,7 @@
 #include "minimise/simplex_report.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 #include "base/arithmetic.h"

@@ -1,5 +1,6 @@
 #include "plots/frm_dist_plot.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/arithmetic.h"

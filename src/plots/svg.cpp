@@ -1,5 +1,10 @@
 #include "plots/svg.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
 #include "base/number_text.h"
 #include "base/text.h"
 #include "forms/palette.h"

@@ -1,5 +1,7 @@
 #include "plots/xy_figures.h"
 
+#include <cmath>
+
 #include "base/number_text.h"
 
 namespace merlane {

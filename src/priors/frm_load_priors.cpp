@@ -1,5 +1,7 @@
 #include "priors/frm_load_priors.h"
 
+#include <fmt/format.h>
+
 #include "platform/files.h"
 #include "priors/priors_file.h"
 

@@ -1,5 +1,9 @@
 #include "priors/prior_review.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 

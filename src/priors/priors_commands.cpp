@@ -1,5 +1,7 @@
 #include "priors/priors_commands.h"
 
+#include <algorithm>
+
 #include "base/text.h"
 #include "priors/priors_file.h"
 
