@@ -1,5 +1,7 @@
 #include "priors/distributions.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -97,6 +99,12 @@ double NumberOf(const PriorTerm& secondTerm) {
   const std::string_view term = Trim(std::get<std::string>(secondTerm));
   if (term.starts_with("- ")) return -StrictNumber(term.substr(2));
   return StrictNumber(term);
+}
+
+bool IsUnset(const PriorTerm& secondTerm) {
+  if (const double* number = std::get_if<double>(&secondTerm)) return *number == PriorUnset;
+  const std::string& text = std::get<std::string>(secondTerm);
+  return IsNumber(text) && StrictNumber(text) == PriorUnset;
 }
 
 void Priors::Reset(int NPAR) {

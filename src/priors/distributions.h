@@ -17,6 +17,8 @@ inline constexpr const char* PriorUnused = "Unused";
 using PriorTerm = std::variant<double, std::string>;
 /// The number of a second term. RuntimeFailure for a text that is none.
 double NumberOf(const PriorTerm& secondTerm);
+/// True for a second term that equals PriorUnset, as a number or as the text of one.
+bool IsUnset(const PriorTerm& secondTerm);
 
 /// The open ends of the domains of distributions that live on positive numbers or on (0, 1).
 inline constexpr double PriorLowerEnd = 1e-06;

@@ -1,5 +1,7 @@
 #include "priors/priors_file.h"
 
+#include <fmt/format.h>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -53,12 +55,6 @@ PriorsReading ReadPriorsText(std::string_view text, int NPAR) {
     priors.PriorSecondSD(i) = std::string(Trim(Columns(line, 41, 51)));
   }
   return reading;
-}
-
-bool IsUnset(const PriorTerm& term) {
-  if (const double* number = std::get_if<double>(&term)) return *number == PriorUnset;
-  const std::string& text = std::get<std::string>(term);
-  return IsNumber(text) && StrictNumber(text) == PriorUnset;
 }
 
 }  // namespace merlane

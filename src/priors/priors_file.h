@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,8 +21,5 @@ struct PriorsReading {
 /// Reads the text of a .pri file for a model of NPAR parameters. RuntimeFailure for a first line that is no whole
 /// number, or when there are fewer lines than parameters.
 PriorsReading ReadPriorsText(std::string_view text, int NPAR);
-
-/// True for a second term that equals PriorUnset, as a number or as the text of one.
-bool IsUnset(const PriorTerm& term);
 
 }  // namespace merlane
