@@ -1,5 +1,9 @@
 #include "control/frm_algo.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "base/arithmetic.h"
@@ -38,7 +42,7 @@ std::optional<double> NumberIn(const std::string& text) {
 }  // namespace
 
 FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu& menu)
-    : Form(d, "frmAlgo", ""), state_(state), log_(log), main_(main), menu_(menu) {
+    : Form(d, "frmAlgo", ""), windowMenu(*this, main.onArrange), state_(state), log_(log), menu_(menu) {
   mnuExit.onClick = [this] { onExit(); };
   mnuValue.onClick = [this] {
     ForgetResults();
@@ -48,15 +52,6 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
   mnuFraction.onClick = [this] { ChangeFraction(); };
   mnuUnFuse.onClick = [this] { UnfuseAll(); };
   mnuFinish.onClick = [this] { desk.Unload(*this); };
-  const auto arrange = [this](Arrangement arrangement) {
-    return [this, arrangement] {
-      if (main_.onArrange) main_.onArrange(arrangement);
-    };
-  };
-  mnuCascade.onClick = arrange(Arrangement::Cascade);
-  mnuTileHorizontal.onClick = arrange(Arrangement::TileHorizontal);
-  mnuTileVertical.onClick = arrange(Arrangement::TileVertical);
-  mnuArrangeIcons.onClick = arrange(Arrangement::Icons);
 
   grdVS.widths = {10, 13, 13, 6, 90};
   grdVS.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };

@@ -85,11 +85,7 @@ class FrmAlgo : public Form {
   MenuEntry mnuFraction{*this, "mnuFraction", "Change step size &proportion", &mnuEdit};
   MenuEntry mnuUnFuse{*this, "mnuUnFuse", "&Unfuse all values", &mnuEdit};
   MenuEntry mnuFinish{*this, "mnuFinish", "&Finish editing", &mnuEdit};
-  MenuEntry mnuWindow{*this, "mnuWindow", "&Window"};
-  MenuEntry mnuCascade{*this, "mnuCascade", "&Cascade", &mnuWindow};
-  MenuEntry mnuTileHorizontal{*this, "mnuTileHorizontal", "Tile &Horizontal", &mnuWindow};
-  MenuEntry mnuTileVertical{*this, "mnuTileVertical", "Tile &Vertical", &mnuWindow};
-  MenuEntry mnuArrangeIcons{*this, "mnuArrangeIcons", "&Arrange Icons", &mnuWindow};
+  WindowMenu windowMenu;
 
   /// One row per parameter below the headings; the columns are number, value, step, fuse and description. The entry box
   /// that a host lays over a double-clicked cell is `txtValue` of the user's manual.
@@ -170,7 +166,6 @@ class FrmAlgo : public Form {
 
   RunState& state_;
   LogFile& log_;
-  FrmMain& main_;
   FrmMenu& menu_;
   EditMarks marks_;
   bool EditorFromMenu_ = false;

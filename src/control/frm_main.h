@@ -3,12 +3,10 @@
 #include <functional>
 #include <string>
 
+#include "control/window_menu.h"
 #include "forms/form.h"
 
 namespace merlane {
-
-/// Ways to lay out the child windows of the main window.
-enum class Arrangement { Cascade, TileHorizontal, TileVertical, Icons };
 
 /// The main window: menu bar and status bars. The actions of its entries are assigned where the program is put
 /// together.
@@ -31,11 +29,7 @@ class FrmMain : public Form {
   MenuEntry mnuInterruptBayes{*this, "mnuInterruptBayes", "I&nterrupt calculations", &mnuBayesianInt};
   MenuEntry mnuMLInt{*this, "mnuMLInt", "&Interrupt"};
   MenuEntry mnuInterruptML{*this, "mnuInterruptML", "&Interrupt calculations", &mnuMLInt};
-  MenuEntry mnuWindow{*this, "mnuWindow", "&Window"};
-  MenuEntry mnuCascade{*this, "mnuCascade", "&Cascade", &mnuWindow};
-  MenuEntry mnuTileHorizontal{*this, "mnuTileHorizontal", "Tile &Horizontal", &mnuWindow};
-  MenuEntry mnuTileVertical{*this, "mnuTileVertical", "Tile &Vertical", &mnuWindow};
-  MenuEntry mnuArrangeIcons{*this, "mnuArrangeIcons", "&Arrange Icons", &mnuWindow};
+  WindowMenu windowMenu{*this, onArrange};
   MenuEntry mnuDefaultNames{*this, "mnuDefaultNames", "&Defaults etc."};
   MenuEntry mnuWisdom{*this, "mnuWisdom", "&Wisdom"};
   MenuEntry mnuAbout{*this, "mnuAbout", "A&bout"};

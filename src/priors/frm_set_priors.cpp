@@ -1,11 +1,15 @@
 #include "priors/frm_set_priors.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "control/objective_constant.h"
-#include "priors/priors_file.h"
 
 namespace merlane {
 namespace {
@@ -52,6 +56,7 @@ bool IsSetTerm(const PriorTerm& term) { return !IsUnset(term) && term != PriorTe
 FrmSetPriors::FrmSetPriors(Desk& d, RunState& state, Objective& objective, FrmMain& main, Priors& priors,
                            PriorsCommands& commands)
     : Form(d, "frmSetPriors", "Set prior distributions"),
+      windowMenu(*this, main.onArrange),
       state_(state),
       objective_(objective),
       main_(main),
@@ -75,10 +80,6 @@ FrmSetPriors::FrmSetPriors(Desk& d, RunState& state, Objective& objective, FrmMa
   mnuSave.onClick = [this] { commands_.SavePriors(); };
   mnuHelp.onClick = [this] { ShowHelp(); };
   mnuFinished.onClick = [this] { desk.Unload(*this); };
-  mnuCascade.onClick = [this] { main_.onArrange(Arrangement::Cascade); };
-  mnuTileHorizontal.onClick = [this] { main_.onArrange(Arrangement::TileHorizontal); };
-  mnuTileVertical.onClick = [this] { main_.onArrange(Arrangement::TileVertical); };
-  mnuArrangeIcons.onClick = [this] { main_.onArrange(Arrangement::Icons); };
 }
 
 void FrmSetPriors::Open(const std::string& caller) {
@@ -216,7 +217,8 @@ void FrmSetPriors::SetUniform() { Store("U", priors_.PriorFirstMean(Parameter())
 
 void FrmSetPriors::SetNormal() {
   const char* box = "Gaussian (i.e., Normal)";
-  // An empty first reply still leads to the second prompt, and an empty second one to the store, where it fails.
+  // An empty first reply still leads to the second prompt, and an empty second one to the store, which fails when code
+  // and mean have been stored.
   const std::string mean = Ask(box, "Choose mean of parameter #");
   const std::string sd = Ask(box, "Choose SD of parameter #");
   if (mean.empty()) return;

@@ -32,11 +32,7 @@ class FrmSetPriors : public Form {
   MenuEntry mnuL{*this, "mnuL", "Ln-n&ormal", &mnuEdit};
   MenuEntry mnuProfile{*this, "mnuProfile", "&Profile prior distributions"};
   MenuEntry mnuSave{*this, "mnuSave", "&Save prior distributions"};
-  MenuEntry mnuWindow{*this, "mnuWindow", "&Window"};
-  MenuEntry mnuCascade{*this, "mnuCascade", "&Cascade", &mnuWindow};
-  MenuEntry mnuTileHorizontal{*this, "mnuTileHorizontal", "Tile &Horizontal", &mnuWindow};
-  MenuEntry mnuTileVertical{*this, "mnuTileVertical", "Tile &Vertical", &mnuWindow};
-  MenuEntry mnuArrangeIcons{*this, "mnuArrangeIcons", "&Arrange Icons", &mnuWindow};
+  WindowMenu windowMenu;
   MenuEntry mnuHelp{*this, "mnuHelp", "&Help with prior distributions"};
   MenuEntry mnuFinished{*this, "mnuFinished", "&Finished"};
   Grid grdPriors{*this, "grdPriors"};

@@ -953,10 +953,10 @@ TEST_F(AlgorithmEditor, TheWindowMenuArrangesTheChildWindows) {
   std::vector<Arrangement> asked;
   main.onArrange = [&](Arrangement arrangement) { asked.push_back(arrangement); };
   Open();
-  desk.Press(editor.mnuCascade);
-  desk.Press(editor.mnuTileHorizontal);
-  desk.Press(editor.mnuTileVertical);
-  desk.Press(editor.mnuArrangeIcons);
+  desk.Press(editor.windowMenu.mnuCascade);
+  desk.Press(editor.windowMenu.mnuTileHorizontal);
+  desk.Press(editor.windowMenu.mnuTileVertical);
+  desk.Press(editor.windowMenu.mnuArrangeIcons);
   EXPECT_THAT(asked, ElementsAre(Arrangement::Cascade, Arrangement::TileHorizontal, Arrangement::TileVertical,
                                  Arrangement::Icons));
 }

@@ -105,9 +105,10 @@ TEST_F(MenuTest, FrameKeepsItWhileTheApplicationMenuCannotBringItBack) {
 TEST_F(MenuTest, WindowEntriesAskTheDesktopForTheLayout) {
   desk.Show(main);
   std::vector<Arrangement> asked;
-  desk.Press(main.mnuCascade);  // without a desktop nothing happens
+  desk.Press(main.windowMenu.mnuCascade);  // without a desktop nothing happens
   main.onArrange = [&](Arrangement arrangement) { asked.push_back(arrangement); };
-  for (MenuEntry* entry : {&main.mnuCascade, &main.mnuTileHorizontal, &main.mnuTileVertical, &main.mnuArrangeIcons})
+  for (MenuEntry* entry : {&main.windowMenu.mnuCascade, &main.windowMenu.mnuTileHorizontal,
+                           &main.windowMenu.mnuTileVertical, &main.windowMenu.mnuArrangeIcons})
     EXPECT_TRUE(desk.Press(*entry));
   EXPECT_THAT(asked, ElementsAre(Arrangement::Cascade, Arrangement::TileHorizontal, Arrangement::TileVertical,
                                  Arrangement::Icons));
