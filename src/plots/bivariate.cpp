@@ -1,9 +1,13 @@
 #include "plots/bivariate.h"
 
+#include <fmt/format.h>
+
 #include <array>
+#include <cmath>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "plots/graph_area.h"
 
 namespace merlane {
 namespace {
@@ -11,8 +15,7 @@ namespace {
 constexpr int White = 15;
 constexpr int PeakBand = 7;
 constexpr std::array Palette{0, 5, 1, 3, 2, 14, 6, 12};  // of the bands, outermost first
-constexpr double TickSpacingAcross = 792, TickSpacingDown = 624, TickLength = 100;
-constexpr int Ticks = 10;
+constexpr double TickSpacing = 792;                      // across
 
 /// The canvas, which a grid of cells widens by half a cell on each side.
 struct Extent {
@@ -26,19 +29,6 @@ struct Extent {
     bottom = RoundHalfEven(bottom + (bottom - top) * 0.5 / (ny - 1));
   }
 };
-
-Drawing Ticked(const Extent& e) {
-  Drawing drawing{e.left, e.top, e.right, e.bottom, {}};
-  for (int k = 0; k < Ticks; ++k) {
-    const double y = e.top + TickSpacingDown * k;
-    drawing.items.push_back(Drawing::Line{e.left, y, e.left + TickLength, y});
-  }
-  for (int k = 0; k < Ticks; ++k) {
-    const double x = e.right - TickSpacingAcross * k;
-    drawing.items.push_back(Drawing::Line{x, e.bottom, x, e.bottom - TickLength});
-  }
-  return drawing;
-}
 
 Drawing Legend() {
   Drawing legend{0, 0, 1, 1, {}};
@@ -112,8 +102,8 @@ BivariatePlot DrawBivariate(const BivariateDensity& density) {
   Extent e;
   const Limits x(density.X), y(density.Y);
   e.Widen(nx, ny);
-  plot.empty = Ticked(e);
   plot.drawing = Drawing{e.left, e.top, e.right, e.bottom, {}};
+  plot.empty = DrawGridmarks(plot.drawing, TickSpacing);
   if (x.max == x.min || y.max == y.min || density.fmax == 0) return plot;
   plot.drawn = true;
   plot.drawing = plot.empty;

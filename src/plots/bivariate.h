@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "base/array1.h"
 #include "forms/drawing.h"
@@ -12,7 +11,7 @@ namespace merlane {
 /// A joint density of two parameters on a grid.
 struct BivariateDensity {
   Array1<double> X, Y;
-  Matrix1<double> f;  // (Y index, X index)
+  Matrix1<double> f;  // density at (Y index, X index)
   double fmax = 0;    // the peak's density
   int firstParameter = 0, secondParameter = 0;
   double peakX = 0, peakY = 0;
@@ -29,6 +28,8 @@ struct BivariatePlot {
   std::optional<double> correlation;  // over the cells painted
 };
 
+/// Draws a density whose X and Y have at least two values each and equal distances. The cells at the border are neither
+/// painted nor counted in the correlation.
 BivariatePlot DrawBivariate(const BivariateDensity& density);
 
 }  // namespace merlane

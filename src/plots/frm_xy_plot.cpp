@@ -1,5 +1,7 @@
 #include "plots/frm_xy_plot.h"
 
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 
@@ -142,7 +144,7 @@ double FrmXyPlot::ValueAt(int variable, int row) const {
   return row >= 1 && row <= table_.PlotData.Columns() ? table_.PlotData(variable, row) : MissingPoint;
 }
 
-std::vector<FrmXyPlot::Point> FrmXyPlot::Points() {
+std::vector<FrmXyPlot::Point> FrmXyPlot::Points() const {
   const int first = static_cast<int>(RoundHalfEven(table_.PlotXMin));
   const int last = static_cast<int>(RoundHalfEven(table_.PlotXMax));
   std::vector<Point> points;

@@ -77,7 +77,7 @@ class FrmXyPlot : public Form {
   void Plot();
   bool DrawGrids();
   void DrawGrid(int cells, bool& black);
-  std::vector<Point> Points();
+  std::vector<Point> Points() const;
   double ValueAt(int variable, int row) const;
   void DrawPoints(const std::vector<Point>& points);
   void DrawAxes(const Range& xRange, const Range& yRange);

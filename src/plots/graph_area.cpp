@@ -5,21 +5,24 @@ namespace {
 
 constexpr int Ticks = 10;
 constexpr double TickLength = 100;
+constexpr double SpacingDown = 624;
 
 }  // namespace
 
-Drawing DrawGridmarks() {
-  Drawing drawing{graph::Left, graph::Top, graph::Right, graph::Bottom, {}};
+Drawing DrawGridmarks(const Drawing& canvas, double across) {
+  Drawing drawing{canvas.left, canvas.top, canvas.right, canvas.bottom, {}};
   for (int k = 0; k < Ticks; ++k) {
-    const double y = graph::Top + 624 * k;
-    drawing.items.push_back(Drawing::Line{graph::Left, y, graph::Left + TickLength, y});
+    const double y = canvas.top + SpacingDown * k;
+    drawing.items.push_back(Drawing::Line{canvas.left, y, canvas.left + TickLength, y});
   }
   for (int k = 0; k < Ticks; ++k) {
-    const double x = graph::Right - 648 * k;
-    drawing.items.push_back(Drawing::Line{x, graph::Bottom, x, graph::Bottom - TickLength});
+    const double x = canvas.right - across * k;
+    drawing.items.push_back(Drawing::Line{x, canvas.bottom, x, canvas.bottom - TickLength});
   }
   return drawing;
 }
+
+Drawing DrawGridmarks() { return DrawGridmarks({graph::Left, graph::Top, graph::Right, graph::Bottom, {}}, 648); }
 
 Drawing::Line AcrossAt(double y, int colour, Drawing::Pen pen, int width) {
   return {graph::Left, y, graph::Right, y, colour, pen, width};

@@ -11,7 +11,10 @@ inline constexpr double Width = Right - Left, Height = Bottom - Top;
 inline constexpr double PointRadius = 30;
 }  // namespace graph
 
-/// A clean drawing of that extent with ten tick marks on the left and on the bottom edge.
+/// A clean drawing of the extent of `canvas` with ten tick marks on the left edge, from the top down, and ten on the
+/// bottom edge, from the right, which are `across` units apart.
+Drawing DrawGridmarks(const Drawing& canvas, double across);
+/// The same of the plot area.
 Drawing DrawGridmarks();
 
 /// A line straight across or straight down the whole plot area.
