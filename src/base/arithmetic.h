@@ -10,7 +10,7 @@ double Checked(double result);
 /// numerator / denominator; RuntimeFailure for a denominator of 0 ("division by zero") or an overflow.
 double Divide(double numerator, double denominator);
 
-/// Square root and natural logarithm that fail outside their domain instead of giving NaN or infinity.
+/// Square root and natural logarithm; RuntimeFailure outside their domain instead of NaN or infinity.
 double CheckedSqrt(double x);
 double CheckedLog(double x);
 

@@ -23,7 +23,7 @@ class AlgorithmCommands {
   bool LoadFile(Form& asking);
   /// What every load ends with: the next simplex starts afresh, and the main window names the data.
   void ShowLoaded();
-  /// Asks for a file and writes it; a cancelled question writes nothing.
+  /// Asks for a file and writes it, in the menu's form or in the one given; a cancelled question writes nothing.
   void Save_Alg() { Save(AlgorithmForm::Menu); }
   void Save(AlgorithmForm form);
 

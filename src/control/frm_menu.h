@@ -19,9 +19,8 @@ class FrmMenu : public Form {
   void ApplyPattern(Button& analysing);
   /// Names `cmdUserSummary` for what it will do: write results, or simulate.
   void NameUserSummary();
-  /// The ten buttons that need algorithm data.
-  void EnableAnalysis(bool enabled);
-  /// All buttons but `cmdQuit`.
+  /// Enables or disables the ten buttons that need algorithm data.
+  void EnableAnalysis(bool enable);
   void DisableAllButQuit();
   /// Unloads the windows of the commands that run the model: one function call and the two minimisers.
   void CloseTheThree();

@@ -60,27 +60,27 @@ struct ProfileStatus {
 
 /// Where the run stands; lives as long as the program.
 struct RunFlags {
-  bool ModelInitialised = false;
-  std::string PriorFileName;
-  bool BayesOn = false;
-  bool CovarianceDone = false;
-  std::int16_t CovarianceGrid = 0;
-  bool SimplexBuilt = false;  // the next simplex resumes from the one that stands
+  bool ModelInitialised = false;    // an initialisation has ended, though the data may have failed to be read
+  std::string PriorFileName;        // path of the priors file; empty: none yet
+  bool BayesOn = false;             // priors contribute to the objective
+  bool CovarianceDone = false;      // for the present estimates
+  std::int16_t CovarianceGrid = 0;  // the grid of the last covariances, 1 to 3; 0: none
+  bool SimplexBuilt = false;        // the next simplex resumes from the one that stands
   bool SimplexRunning = false;
   bool MarquardtRunning = false;
   bool OneCallRun = false;  // only during the run of "1 Function call"
   bool OneFunctionOpen = false;
-  bool SimulationMode = false;
-  bool BootstrapMode = false;
-  bool ReadOriginalFile = false;
-  bool ReadSimulatedFile = false;
-  bool InterruptBayes = false;
-  bool InterruptML = false;
-  bool AbortRun = false;
-  std::int32_t NOBS = 0;  // data points of a sum-of-squares objective; 0: the objective is a likelihood
-  std::int32_t SampleSize = 0;
-  double ObjectiveConstant = 0;  // 1 / c, where c times the objective is -ln[likelihood]; 0 until a command sets it
-  double ObjectiveHint = 0;      // the constant c that the model proposes; 0: none
+  bool SimulationMode = false;     // data are simulated, not read
+  bool BootstrapMode = false;      // the model reads no form and shows no messages of the reading
+  bool ReadOriginalFile = false;   // the next reading takes the file that the user chose
+  bool ReadSimulatedFile = false;  // the next reading takes the file that a bootstrap has just written
+  bool InterruptBayes = false;     // asked for by the user; polled by a posterior integration
+  bool InterruptML = false;        // the same, polled by a likelihood profile
+  bool AbortRun = false;           // the same, polled by simulations, randomisations and bootstraps
+  std::int32_t NOBS = 0;           // data points of a sum-of-squares objective; 0: the objective is a likelihood
+  std::int32_t SampleSize = 0;     // of the information criteria; written by the model
+  double ObjectiveConstant = 0;    // 1 / c, where c times the objective is -ln[L]; 0 until a command sets it
+  double ObjectiveHint = 0;        // the constant c that the model proposes; 0: none
 };
 
 /// The run state of the framework: what every command reads and writes.

@@ -10,8 +10,7 @@ namespace merlane {
 std::string SavedUnder(const std::string& path);
 
 /// Saves a pane as it stands as plain text, with SavedUnder on top. The pane keeps these lines, so that a second save
-/// puts a second name on top. RuntimeFailure, with the pane as it was, when the file
-/// cannot be written.
+/// puts a second name on top. RuntimeFailure, with the pane as it was, when the file cannot be written.
 void SavePane(Desk& desk, Pane& pane, const std::string& path);
 
 }  // namespace merlane

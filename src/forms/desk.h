@@ -25,7 +25,8 @@ class Desk {
   /// The form of that name; null when there is none.
   Form* Find(const std::string& formName) const;
 
-  // What forms do with forms. By name where the form lives in a room further up.
+  // What forms do with forms. By name where the form lives in a room further up; std::logic_error when none is named
+  // so.
   void Load(Form& form);
   void Show(Form& form);
   void Hide(Form& form);

@@ -33,6 +33,7 @@ enum class MarquardtEnding {
   MatrixFailed,               // a row of the matrix was zero
   DerivativesMissing          // the model gave no analytical derivatives
 };
+/// The ending as the export of a fit names it.
 const char* EndingText(MarquardtEnding ending);
 
 struct MarquardtResult {
@@ -60,7 +61,7 @@ class MarquardtWatch {
   /// A pass begins; asks the user if an interrupt is waiting.
   virtual void OnPass(const MarquardtProgress&) {}
   virtual MarquardtInterrupt Interrupt() { return MarquardtInterrupt::None; }
-  /// Derivatives are about to be computed; before each of their function calls; the model gave none.
+  /// Derivatives are about to be computed; before each function call that numerical ones take.
   virtual void OnDerivatives() {}
   virtual void OnHessianCall(int /*call*/, int /*of*/) {}
   /// A trial was accepted and stands in Value and FreeValue: the reports are due.

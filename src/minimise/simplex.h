@@ -33,6 +33,7 @@ enum class SimplexEnding {
   Interrupted,  // the user did not want to go on
   ZeroValue     // a relative tolerance met a best value of 0; Value was left alone
 };
+/// The ending as the export of a fit names it.
 const char* EndingText(SimplexEnding ending);
 
 struct SimplexResult {
