@@ -315,7 +315,7 @@ void EvaluateObjective(const BroodData& data, const EvaluationSetting& setting, 
   bool allZero = true;
   for (const double value : Value) allZero = allZero && value == 0;
   if (allZero) return;
-  DecodeParameters(NPAR, Value, Step, data.NCov, data.InteractionBase, state.parameters, state.Penalty);
+  DecodeParameters(Value, Step, data.NCov, data.InteractionBase, state.parameters, state.Penalty);
   if (NF == 1)
     BeginEvaluations(
         data, state, setting, [&] { FillSurvivalTables(data, setting, state); }, Value, Step, Names, Fuse, NPAR);

@@ -139,26 +139,10 @@ double EggExponent(double value, double& Penalty) {
   return 10;
 }
 
-}  // namespace
-
-void FillParameterDescriptions(Array1<std::string>& Names, std::int16_t NPAR, const BroodData& data) {
-  for (int i = 1; i <= 30; ++i) Names(i) = FixedTexts[static_cast<std::size_t>(i) - 1];
-  for (int i = 1; i <= 4; ++i)
-    Names(data.InteractionBase + i) = AttributeInteractionTexts[static_cast<std::size_t>(i) - 1];
-  for (int m = 1; m <= data.NCov; ++m) FillCovariateTexts(Names, data, m);
-  if (!data.AllClutchAgesKnown)
-    for (const Replacement& replacement : ClutchAgeUnknownTexts) Names(replacement.number) = replacement.text;
-  if (!data.AllBroodAgesKnown) ReplaceWhereBroodAgesAreUnknown(Names, NPAR, data.InteractionBase);
-}
-
-void DecodeParameters(std::int16_t NPAR, Array1<double>& Value, const Array1<double>& Step, std::int16_t NCov,
-                      std::int16_t InteractionBase, Parameters& decoded, double& Penalty) {
+/// 1 to 22: error distributions, overdispersion, ages of laying and fledging, and both kinds of mortality.
+void DecodeStructure(Array1<double>& Value, Parameters& p, double& Penalty) {
   constexpr double LargestTheta = 0.999999;
-  const auto inPlay = [&](int i) { return Value(i) != 0 || Step(i) != 0; };
-  Parameters& p = decoded;
-  p.UsesBroodSize = p.UsesHatchDate = false;
-
-  for (int i = 1; i <= NPAR && i <= 22; ++i) Value(i) = std::fabs(Value(i));
+  for (int i = 1; i <= 22; ++i) Value(i) = std::fabs(Value(i));
   for (int i = 1; i <= 4; ++i)
     if (Value(i) != 1.0 && Value(i) != 2.0) Value(i) = 1.0;
   p.CodeEggR = ToInt16(Value(1));
@@ -192,22 +176,23 @@ void DecodeParameters(std::int16_t NPAR, Array1<double>& Value, const Array1<dou
   p.Beta_NC = EggExponent(Value(20), Penalty);
   p.Alpha_BC = Value(21);
   p.Beta_BC = Value(22);
+}
 
-  // The attributes (23 to 30) come family after family, their covariates (31 and on) in another order of the families;
-  // saved files depend on both.
-  const int coefficients = NCov + 2;
+/// True for a coefficient that acts or may be estimated.
+bool InPlay(const Array1<double>& Value, const Array1<double>& Step, int i) { return Value(i) != 0 || Step(i) != 0; }
+
+/// 23 to 30 + 4 NCov. The attributes (23 to 30) come family after family, their covariates (31 and on) in another order
+/// of the families; saved files depend on both.
+void DecodeMainEffects(const Array1<double>& Value, const Array1<double>& Step, int NCov, Parameters& p) {
   Array1<double>* const families[] = {&p.ZetaBR, &p.GammaBR, &p.ZetaBC, &p.GammaBC};
-  Matrix1<double>* const interactions[] = {&p.ZetaBRx, &p.GammaBRx, &p.ZetaBCx, &p.GammaBCx};
-  if (p.ZetaBR.Size() != coefficients) {
-    for (Array1<double>* family : families) family->Dimension(coefficients);
-    for (Matrix1<double>* interaction : interactions) interaction->Dimension(2, coefficients);
-  }
   for (int f = 0; f < 4; ++f) {
+    Array1<double>& family = *families[f];
+    if (family.Size() != NCov + 2) family.Dimension(NCov + 2);
     const int first = 23 + 2 * f;
-    (*families[f])(1) = Value(first);
-    (*families[f])(2) = Value(first + 1);
-    if (inPlay(first)) p.UsesBroodSize = true;
-    if (inPlay(first + 1)) p.UsesHatchDate = true;
+    family(1) = Value(first);
+    family(2) = Value(first + 1);
+    if (InPlay(Value, Step, first)) p.UsesBroodSize = true;
+    if (InPlay(Value, Step, first + 1)) p.UsesHatchDate = true;
   }
   for (int m = 1; m <= NCov; ++m) {
     p.ZetaBR(m + 2) = Value(30 + m);
@@ -215,20 +200,47 @@ void DecodeParameters(std::int16_t NPAR, Array1<double>& Value, const Array1<dou
     p.GammaBR(m + 2) = Value(30 + 2 * NCov + m);
     p.GammaBC(m + 2) = Value(30 + 3 * NCov + m);
   }
+}
 
+/// InteractionBase + 1 and on: the attributes with each other, then with the covariates.
+void DecodeInteractions(const Array1<double>& Value, const Array1<double>& Step, int NCov, int InteractionBase,
+                        Parameters& p) {
+  Matrix1<double>* const families[] = {&p.ZetaBRx, &p.GammaBRx, &p.ZetaBCx, &p.GammaBCx};
   const int base = InteractionBase + 4;
   for (int f = 0; f < 4; ++f) {
+    Matrix1<double>& family = *families[f];
+    if (family.Columns() != NCov + 2) family.Dimension(2, NCov + 2);
     const int attributes = InteractionBase + 1 + f;
-    (*interactions[f])(1, 2) = Value(attributes);
-    if (inPlay(attributes)) p.UsesBroodSize = p.UsesHatchDate = true;
+    family(1, 2) = Value(attributes);
+    if (InPlay(Value, Step, attributes)) p.UsesBroodSize = p.UsesHatchDate = true;
     for (int m = 1; m <= NCov; ++m) {
       const int withSize = base + 2 * f * NCov + m, withDate = withSize + NCov;
-      (*interactions[f])(1, m + 2) = Value(withSize);
-      (*interactions[f])(2, m + 2) = Value(withDate);
-      if (inPlay(withSize)) p.UsesBroodSize = true;
-      if (inPlay(withDate)) p.UsesHatchDate = true;
+      family(1, m + 2) = Value(withSize);
+      family(2, m + 2) = Value(withDate);
+      if (InPlay(Value, Step, withSize)) p.UsesBroodSize = true;
+      if (InPlay(Value, Step, withDate)) p.UsesHatchDate = true;
     }
   }
+}
+
+}  // namespace
+
+void FillParameterDescriptions(Array1<std::string>& Names, std::int16_t NPAR, const BroodData& data) {
+  for (int i = 1; i <= 30; ++i) Names(i) = FixedTexts[static_cast<std::size_t>(i) - 1];
+  for (int i = 1; i <= 4; ++i)
+    Names(data.InteractionBase + i) = AttributeInteractionTexts[static_cast<std::size_t>(i) - 1];
+  for (int m = 1; m <= data.NCov; ++m) FillCovariateTexts(Names, data, m);
+  if (!data.AllClutchAgesKnown)
+    for (const Replacement& replacement : ClutchAgeUnknownTexts) Names(replacement.number) = replacement.text;
+  if (!data.AllBroodAgesKnown) ReplaceWhereBroodAgesAreUnknown(Names, NPAR, data.InteractionBase);
+}
+
+void DecodeParameters(Array1<double>& Value, const Array1<double>& Step, std::int16_t NCov,
+                      std::int16_t InteractionBase, Parameters& decoded, double& Penalty) {
+  decoded.UsesBroodSize = decoded.UsesHatchDate = false;
+  DecodeStructure(Value, decoded, Penalty);
+  DecodeMainEffects(Value, Step, NCov, decoded);
+  DecodeInteractions(Value, Step, NCov, InteractionBase, decoded);
 }
 
 }  // namespace merlane

@@ -15,10 +15,10 @@ constexpr int ParameterCount(int covariates) { return 12 * covariates + 34; }
 /// parameters that need it are described as not to be estimated.
 void FillParameterDescriptions(Array1<std::string>& Names, std::int16_t NPAR, const BroodData& data);
 
-/// Decodes the vector 1..NPAR into `decoded` and brings entries back into their range, in `Value` itself. A value
+/// Decodes the vector into `decoded` and brings entries back into their range, in `Value` itself. A value
 /// beyond a limit adds its squared excess times 1e20 to `Penalty`. RuntimeFailure when an age of laying or fledging is
 /// beyond 32767 days.
-void DecodeParameters(std::int16_t NPAR, Array1<double>& Value, const Array1<double>& Step, std::int16_t NCov,
+void DecodeParameters(Array1<double>& Value, const Array1<double>& Step, std::int16_t NCov,
                       std::int16_t InteractionBase, Parameters& decoded, double& Penalty);
 
 }  // namespace merlane

@@ -16,7 +16,7 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   state.Penalty = 0;
   if (std::all_of(Value.begin(), Value.end(), [](double value) { return value == 0; })) return;
 
-  DecodeParameters(NPAR, Value, Step, data_.NCov, data_.InteractionBase, state.parameters, state.Penalty);
+  DecodeParameters(Value, Step, data_.NCov, data_.InteractionBase, state.parameters, state.Penalty);
   const auto fillSurvivalTables = [&] {
     survivalPass_.FillSurvivalTables(state.parameters, setting.BootstrapMode, setting.turn, state.survival,
                                      state.Penalty);

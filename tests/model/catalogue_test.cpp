@@ -31,7 +31,7 @@ struct Decoding {
         Value(NPAR),
         Step(NPAR) {}
   const Parameters& operator()() {
-    DecodeParameters(NPAR, Value, Step, NCov, static_cast<std::int16_t>(30 + 4 * NCov), decoded, Penalty);
+    DecodeParameters(Value, Step, NCov, static_cast<std::int16_t>(30 + 4 * NCov), decoded, Penalty);
     return decoded;
   }
   std::int16_t NCov, NPAR;
