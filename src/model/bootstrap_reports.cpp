@@ -2,40 +2,14 @@
 
 #include <fmt/format.h>
 
-#include <utility>
-
 #include "base/number_text.h"
 #include "base/text.h"
+#include "model/data_record_text.h"
 
 namespace merlane {
 namespace {
 
-constexpr const char* RecordHeader = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
 constexpr const char* LineEnd = "\r\n";
-constexpr int CountWidth = 8;
-
-/// The fields of a data record before its count.
-std::string Circumstances(const BroodData& data, std::size_t b, std::size_t v) {
-  const std::string age = data.VisitAge[v] != Missing ? Format(data.VisitAge[v], "###0")
-                          : data.VisitStage[v] == -1  ? "-?"
-                                                      : "?";
-  std::string line;
-  for (const std::string& field : {Format(data.VisitYear[v], "###0"), data.BroodCode[b],
-                                   Format(data.VisitDate[v], "###0"), Format(data.HatchDate[b], "###0"), age})
-    line += RightSet(field, 8) + ",";
-  return line;
-}
-
-std::string CountField(int count) { return RightSet(Format(count, "####0"), CountWidth); }
-
-/// Calls `action`(brood, visit) for each record in the order of the file.
-template <class Action>
-void ForEachRecord(const BroodData& data, Action action) {
-  for (std::size_t b = 0; b < data.FirstVisit.size(); ++b) {
-    const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
-    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v) action(b, v);
-  }
-}
 
 std::string EstimateField(double x) { return RightSet(Format(x, "0.0000000  "), 14); }
 
@@ -109,38 +83,17 @@ std::string BootstrapParameterText(const BootstrapResults& r) {
 
 std::string BootstrapSurvivalText(const BootstrapResults& r, const BroodData& data) {
   const std::vector<Quantity> quantities = Quantities(r.TargetAge);
-  std::string text = RecordHeader;
+  std::string text = DataRecordHeader;
   for (const Quantity& quantity : quantities)
     for (const char* figure : {"Mean ", "SE ", "Min ", "Max "})
       text += "," + RightSet(figure + quantity.name, quantity.width);
   text += LineEnd;
   ForEachRecord(data, [&](std::size_t b, std::size_t v) {
-    text += Circumstances(data, b, v) + CountField(data.VisitCount[v]);
+    text += FieldsBeforeCount(data, b, v) + CountField(data.VisitCount[v]);
     for (std::size_t q = 0; q < quantities.size(); ++q) text += Figures(r.survival[q][v], quantities[q].width);
     text += LineEnd;
   });
   return text;
-}
-
-ReplicateDataText::ReplicateDataText(const BroodData& data) : end_(std::string(RecordHeader) + LineEnd) {
-  ForEachRecord(data, [&](std::size_t b, std::size_t v) {
-    visits_.push_back(v);
-    before_.push_back(std::exchange(end_, "") + Circumstances(data, b, v));
-    for (int m = 1; m <= data.NCov; ++m)
-      end_ += "," + RightSet(Format(data.CovariatesOf(static_cast<int>(b))[m - 1], "0.00000E+00"), 12);
-    end_ += LineEnd;
-  });
-}
-
-std::string ReplicateDataText::Of(const std::vector<std::int16_t>& SimCount) const {
-  std::string text;
-  for (std::size_t i = 0; i < visits_.size(); ++i) {
-    const int simulated = SimCount[visits_[i]];
-    const fmt::format_int count(simulated == Missing ? 0 : simulated);
-    text += before_[i];
-    text.append(static_cast<std::size_t>(CountWidth) - count.size(), ' ').append(count.data(), count.size());
-  }
-  return text += end_;
 }
 
 }  // namespace merlane

@@ -34,7 +34,8 @@ bool SameBits(const Array1<double>& a, const Array1<double>& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) { return merlane::SameBits(x, y); });
 }
 
-/// A call of the objective: what it was given, and what came of it once it is `done`.
+/// A call of the objective: what it was given, and what came of it once it is `done`. Each call that is begun gets
+/// done: room for the outcome is there from the start.
 struct KnownCall {
   std::int32_t NF;
   Array1<double> given, left;
@@ -44,7 +45,7 @@ struct KnownCall {
   std::atomic<int> turns = 0;
   std::atomic<bool> done = false;
 
-  KnownCall(std::int32_t code, const Array1<double>& vector) : NF(code), given(vector) {}
+  KnownCall(std::int32_t code, const Array1<double>& vector) : NF(code), given(vector), left(vector) {}
 };
 
 }  // namespace
@@ -197,30 +198,29 @@ void FitsAhead::Work() {
 /// Whatever a fit meets ends it; the bootstrap meets the same on its own way, and tells.
 void FitsAhead::Run(int attempt, Fit& fit) const {
   try {
-    Minimise(attempt, fit);
-  } catch (const Abandoned&) {
-  } catch (const std::exception&) {
+    BroodData data = origin_.data;
+    LikelihoodState likelihood = origin_.fit;
+    if (ReadReplicate(attempt, fit, data, likelihood)) Minimise(fit, data, likelihood);
+  } catch (...) {
   }
   fit.Ends();
 }
 
-void FitsAhead::Minimise(int attempt, Fit& fit) const {
-  BroodData data = origin_.data;
-  LikelihoodState likelihood = origin_.fit;
-  {
-    RandomStreams random = origin_.random;
-    random.Skip(attempt - 1);
-    Simulation simulation;
-    simulation.Preset(data);
-    const CalculationWatch watch{.turn = [&fit] { fit.StopIfAbandoned(); }};
-    if (!SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation)) return;
-    const std::string text = origin_.text.Of(simulation.SimCount);
-    fit.Begins(text);
-    ReadTextData(text, true, data, [](const Message&) {});
-  }
+bool FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const {
+  RandomStreams random = origin_.random;
+  random.Skip(attempt - 1);
+  Simulation simulation;
+  const CalculationWatch watch{.turn = [&fit] { fit.StopIfAbandoned(); }};
+  if (!SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation)) return false;
+  const std::string text = origin_.text.Of(simulation.SimCount);
+  fit.Begins(text);
+  ReadTextData(text, true, data, [](const Message&) {});
   likelihood.Dimension(data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
+  return true;
+}
 
+void FitsAhead::Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const {
   Likelihood evaluator(data);
   KnownCall first(1, {});  // the bootstrap makes it itself
   KnownCall* now = &first;
@@ -244,7 +244,7 @@ void FitsAhead::Minimise(int attempt, Fit& fit) const {
     std::exception_ptr failure;
     try {
       evaluate(call);
-    } catch (const std::exception&) {
+    } catch (...) {
       failure = std::current_exception();
     }
     now->failure = failure;

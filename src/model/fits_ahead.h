@@ -11,9 +11,9 @@
 
 #include "control/objective.h"
 #include "control/run_state.h"
-#include "model/bootstrap_reports.h"
 #include "model/brood_data.h"
 #include "model/likelihood_state.h"
+#include "model/replicate_data_text.h"
 #include "platform/random_streams.h"
 #include "platform/window_system.h"
 
@@ -66,7 +66,10 @@ class FitsAhead {
 
   void Work();
   void Run(int attempt, Fit& fit) const;
-  void Minimise(int attempt, Fit& fit) const;
+  /// Simulates an attempt's data from the fit and reads them into `data`, for which `likelihood` is made ready. False
+  /// when none could be simulated.
+  bool ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const;
+  void Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const;
 
   const Origin origin_;
   const Watch watch_;

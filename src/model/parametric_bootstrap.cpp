@@ -4,12 +4,12 @@
 #include <cmath>
 #include <thread>
 
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
+#include "model/remaining_time.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -17,9 +17,8 @@ namespace merlane {
 namespace {
 
 constexpr double LeastTolerance = 1e-6;
-constexpr double SecondsOfDay = 86400;
 
-/// The algorithm file cannot be used; the user has been told.
+/// The algorithm file cannot be used.
 struct NoAlgorithmFile {};
 
 /// Keeps the run as it stands, and puts it back when the scope ends, however it ends.
@@ -242,14 +241,6 @@ void ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool 
   EstimateOneDaySurvival(model_.data, model_.likelihood, true, watch, model_.estimates);
   EstimateFledgingSurvival(model_.data, model_.likelihood, true, options.TargetAge, watch, model_.estimates);
   results.Keep(F, state_.algorithm.Value, model_.estimates);
-}
-
-std::string RemainingTime::After(double now, int done, int planned) {
-  if (now < previous_) start_ -= SecondsOfDay;
-  previous_ = now;
-  const double seconds = RoundHalfEven((now - start_) / done * (planned - done));
-  const double h = std::floor(seconds / 3600), mm = std::floor((seconds - h * 3600) / 60);
-  return Format(h, "0") + ":" + Format(mm, "00") + ":" + Format(seconds - h * 3600 - mm * 60, "00");
 }
 
 }  // namespace merlane

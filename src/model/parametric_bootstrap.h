@@ -10,9 +10,9 @@
 #include "control/run_state.h"
 #include "forms/desk.h"
 #include "model/bootstrap.h"
-#include "model/bootstrap_reports.h"
 #include "model/fits_ahead.h"
 #include "model/merlane_model.h"
+#include "model/replicate_data_text.h"
 
 namespace merlane {
 
@@ -79,19 +79,6 @@ class ParametricBootstrap {
   // While a bootstrap runs.
   std::optional<Original> original_;
   std::unique_ptr<FitsAhead> ahead_;
-};
-
-/// Estimates how long a number of attempts will take from the time that the first ones took. Seconds since midnight.
-class RemainingTime {
- public:
-  explicit RemainingTime(double start) : start_(start), previous_(start) {}
-
-  /// "h:mm:ss" that the `planned` attempts will still take, when `done` of them have been made by `now`, which may be
-  /// past midnight.
-  std::string After(double now, int done, int planned);
-
- private:
-  double start_, previous_;
 };
 
 }  // namespace merlane

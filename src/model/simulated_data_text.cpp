@@ -2,30 +2,18 @@
 
 #include <fmt/format.h>
 
-#include "base/number_text.h"
+#include <cmath>
+
 #include "base/runtime_failure.h"
-#include "base/text.h"
+#include "model/data_record_text.h"
 
 namespace merlane {
-namespace {
-
-std::string Record(const BroodData& data, int brood, std::size_t v, int count) {
-  const auto b = static_cast<std::size_t>(brood);
-  std::string line;
-  for (const std::string& field :
-       {Format(data.VisitYear[v], "###0"), data.BroodCode[b], Format(data.VisitDate[v], "###0"),
-        Format(data.HatchDate[b], "###0"), Format(data.VisitAge[v], "###0")})
-    line += RightSet(field, 8) + ",";
-  return line + RightSet(Format(count, "####0"), 8) + "\r\n";
-}
-
-}  // namespace
 
 std::string SimulatedDataText(const BroodData& data, const std::vector<std::int16_t>& SimCount, RandomStreams& random,
                               const CalculationWatch& watch) {
   const int least = data.simulator.SampFreq1, most = data.simulator.SampFreq2;
   if (least < 1) throw RuntimeFailure(fmt::format("broods cannot be visited every {} days", least));
-  std::string text = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ\r\n";
+  std::string text = fmt::format("{}\r\n", DataRecordHeader);
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
@@ -40,7 +28,7 @@ std::string SimulatedDataText(const BroodData& data, const std::vector<std::int1
       watch.turn();
       if (watch.aborted()) return text;
       if (dead ? !deathWritten : SimCount[v] != Missing) {
-        text += Record(data, brood, v, dead ? 0 : SimCount[v]);
+        text += FieldsBeforeCount(data, b, v) + CountField(dead ? 0 : SimCount[v]) + "\r\n";
         deathWritten = dead;
       }
       // Drawn for a dead brood too, and for the step that leaves the brood.

@@ -8,13 +8,9 @@
 #include "base/runtime_failure.h"
 #include "model/bootstrap_reports.h"
 #include "model/data_text.h"
-#include "model/parametric_bootstrap.h"
 
 namespace merlane {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 // ---- Figures over replicates
 
@@ -184,50 +180,6 @@ TEST_F(BootstrapResultsTest, UnknownAgesPrintTheSignOfTheirStage) {
   const std::vector<std::string> lines = Lines(BootstrapSurvivalText(results, reading.data));
   EXPECT_EQ(lines[1].substr(36, 8), "      -?");
   EXPECT_EQ(lines[2].substr(36, 8), "       ?");
-}
-
-TEST(BootstrapData, DeathIsWrittenAsZeroInEachRecordBehindItAndTheFileReadsBackVisitByVisit) {
-  test::Reading reading;
-  std::string text = test::Header + "\n";
-  for (const int age : {-10, -5, 3, 8}) text += test::Record(1995, "  A B", 160 + age, 160, age, 8);
-  reading.Of(text);
-  const std::string written = ReplicateDataText(reading.data).Of({8, 0, Missing, Missing});
-  test::Reading again;
-  again.Of(written, true);
-  EXPECT_THAT(again.data.VisitCount, ElementsAre(8, 0, 0, 0));
-  EXPECT_EQ(again.data.VisitAge, reading.data.VisitAge);
-  EXPECT_EQ(again.data.VisitDate, reading.data.VisitDate);
-  EXPECT_EQ(again.data.BroodCode, reading.data.BroodCode);
-}
-
-TEST(BootstrapData, CovariatesStandBehindEachRecordUnderTheHeaderOfSixWords) {
-  test::Reading reading(1995, 1995, 2);
-  reading.Of(test::Header + ",      Lake_1,      Lake_2\n" +
-             test::Record(1995, "A", 150, 160, -10, 8, {"1.25", "-0.001234567"}));
-  const std::vector<std::string> lines = Lines(ReplicateDataText(reading.data).Of({7}));
-  EXPECT_EQ(lines[0], test::Header);
-  EXPECT_EQ(lines[1], "    1995,       A,     150,     160,     -10,       7, 1.25000E+00,-1.23457E-03");
-}
-
-// ---- Time remaining
-
-TEST(RemainingTime, IsTheMeanTimeOfAnAttemptTimesThoseStillPlanned) {
-  RemainingTime remaining(36000);
-  EXPECT_EQ(remaining.After(36010, 1, 100), "0:16:30");
-  EXPECT_EQ(remaining.After(36020, 2, 100), "0:16:20");
-  EXPECT_EQ(remaining.After(37000, 100, 100), "0:00:00");
-}
-
-TEST(RemainingTime, OneDigitMinutesAndSecondsGetALeadingZeroAndHoursDoNot) {
-  EXPECT_EQ(RemainingTime(0).After(1, 1, 3662), "1:01:01");
-  EXPECT_EQ(RemainingTime(0).After(100, 1, 1001), "27:46:40");
-}
-
-TEST(RemainingTime, AcrossMidnightStaysPositive) {
-  RemainingTime remaining(86390);
-  EXPECT_EQ(remaining.After(86395, 1, 4), "0:00:15");
-  EXPECT_EQ(remaining.After(2, 2, 4), "0:00:12");
-  EXPECT_EQ(remaining.After(8, 3, 4), "0:00:06") << "the day is taken off once";
 }
 
 }  // namespace
