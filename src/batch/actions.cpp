@@ -83,7 +83,7 @@ void Actions::Perform(const BatchLine& line) {
     case Verb::Clock:
       return clock_.StandAt(line.time);
     case Verb::Show:
-      return host_.GetTranscript().State(FormOf(line));
+      return host_.GetTranscript().State(FormNamed(line.target, line));
     case Verb::SaveText:
       return SaveText(line);
     case Verb::SavePlot:
@@ -141,7 +141,7 @@ void Actions::Type(const BatchLine& line) {
 }
 
 void Actions::Close(const BatchLine& line) {
-  Form& form = FormOf(line);
+  Form& form = FormNamed(line.target, line);
   if (desk_.Close(form)) return;
   if (!form.Visible()) Fault(line, form.name + " is not shown");
   Fault(line, form.name + (form.TakesInput() ? " cannot be closed while a calculation runs" : " takes no input now"));
@@ -161,7 +161,7 @@ void Actions::SaveText(const BatchLine& line) {
 }
 
 void Actions::SavePlot(const BatchLine& line) {
-  const Form& form = FormOf(line);
+  const Form& form = FormNamed(line.target, line);
   if (!form.Visible()) Fault(line, form.name + " is not shown");
   for (const Control* control : form.Controls())
     if (const auto* canvas = dynamic_cast<const Canvas*>(control); canvas != nullptr && canvas->visible)
@@ -179,10 +179,10 @@ void Actions::Write(const BatchLine& line, const std::function<std::string()>& b
   }
 }
 
-Form& Actions::FormOf(const BatchLine& line) const {
-  Form* const form = desk_.Find(line.target);
-  if (form == nullptr) Fault(line, "there is no form " + line.target);
-  if (!form->Loaded()) Fault(line, line.target + " is not open");
+Form& Actions::FormNamed(const std::string& name, const BatchLine& line) const {
+  Form* const form = desk_.Find(name);
+  if (form == nullptr) Fault(line, "there is no form " + name);
+  if (!form->Loaded()) Fault(line, name + " is not open");
   return *form;
 }
 
@@ -190,9 +190,7 @@ Control& Actions::ControlOf(const BatchLine& line) const {
   const std::size_t dot = line.target.find('.');
   const std::string name = dot == std::string::npos ? line.target : line.target.substr(dot + 1);
   if (dot != std::string::npos) {
-    BatchLine formLine = line;
-    formLine.target = line.target.substr(0, dot);
-    Form& form = FormOf(formLine);
+    Form& form = FormNamed(line.target.substr(0, dot), line);
     Control* const control = form.Find(name);
     if (control == nullptr) Fault(line, form.name + " has no control " + name);
     return *control;

@@ -33,8 +33,8 @@ class Actions {
   void SavePlot(const BatchLine& line);
   void Write(const BatchLine& line, const std::function<std::string()>& bytes);
 
-  /// The form or control that the line names; ends the run when there is none.
-  Form& FormOf(const BatchLine& line) const;
+  /// The form of that name, or the control that the line names; ends the run when there is none.
+  Form& FormNamed(const std::string& name, const BatchLine& line) const;
   Control& ControlOf(const BatchLine& line) const;
   /// The control as a `Kind`, which a person would call `kind`.
   template <class Kind>

@@ -133,47 +133,33 @@ class LineParser {
   }
 
   void ParseArguments() {
+    if (IsAnswer(line_)) return ParseAnswer();
+    if (line_.verb != Verb::Seed && line_.verb != Verb::Clock) line_.target = Name();
     switch (line_.verb) {
-      case Verb::Press:
-      case Verb::Choose:
-      case Verb::Tick:
-      case Verb::Untick:
-      case Verb::Close:
-      case Verb::Show:
-        line_.target = Name();
-        break;
       case Verb::Set:
-        line_.target = Name();
         line_.text = Take().text;
         break;
       case Verb::SaveText:
-        line_.target = Name();
         line_.text = Path();
         break;
       case Verb::SavePlot:
-        line_.target = Name();
         line_.text = Path();
         if (LowerCase(Rightmost(*line_.text, 4)) != ".svg") FailUsage("a plot is written as .svg");
         break;
       case Verb::Select:
-        line_.target = Name();
         line_.row = Integer(1);
         break;
       case Verb::Click:
-        line_.target = Name();
         Cell();
         break;
       case Verb::DoubleClick:
-        line_.target = Name();
         if (next_ < words_.size()) Cell();
         break;
       case Verb::Type:
-        line_.target = Name();
         Cell();
         line_.text = Take().text;
         break;
       case Verb::Interrupt:
-        line_.target = Name();
         if (Take().text != "at") FailUsage("the word at is missing");
         line_.turn = Integer(1);
         break;
@@ -185,24 +171,24 @@ class LineParser {
         Time(Take().text);
         break;
       case Verb::Export:
-        line_.target = Name();
         if (line_.target != "parameters" && line_.target != "visits" && line_.target != "fit")
           FailUsage(fmt::format("\"{}\" cannot be exported", line_.target));
         line_.text = Path();
         break;
-      case Verb::Reply:
-        Title();
-        Reply(Take().text);
-        break;
-      case Verb::Enter:
-        Title();
-        if (next_ < words_.size()) line_.text = Take().text;
-        break;
-      case Verb::File:
-        Title();
-        line_.text = Path();
-        if (*line_.text == "cancel" && !words_[1].quoted) line_.text.reset();
-        break;
+      default:
+        break;  // the target alone
+    }
+  }
+
+  void ParseAnswer() {
+    Title();
+    if (line_.verb == Verb::Reply) {
+      Reply(Take().text);
+    } else if (line_.verb == Verb::Enter) {
+      if (next_ < words_.size()) line_.text = Take().text;
+    } else {
+      line_.text = Path();
+      if (*line_.text == "cancel" && !words_[1].quoted) line_.text.reset();
     }
   }
 
