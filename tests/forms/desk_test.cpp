@@ -208,6 +208,14 @@ TEST_F(DeskTest, FormMayAllowItsCloseDuringACalculation) {
   EXPECT_FALSE(form.Loaded());
 }
 
+TEST_F(DeskTest, FormsAreFoundByTheirNames) {
+  EXPECT_EQ(desk.Find("frmSample"), &form);
+  EXPECT_EQ(desk.Find("frmOther"), nullptr);
+  EXPECT_THROW(desk.Show("frmOther"), std::logic_error);
+  EXPECT_EQ(form.Find("txt"), &form.txt);
+  EXPECT_EQ(form.Find("txtOther"), nullptr);
+}
+
 // Turns and waits.
 
 TEST_F(DeskTest, TurnsNeverNest) {
@@ -321,16 +329,31 @@ TEST_F(DeskTest, FailureInsideAWaitLeavesTheWaitingCommandWaiting) {
   EXPECT_TRUE(finished);
 }
 
-TEST_F(DeskTest, FailureDuringAWaitOrTurnLeavesNoMarkBehind) {
+TEST_F(DeskTest, FailureDuringATurnLeavesNoMarkBehind) {
   desk.Show(form);
   host.windows.ExpectFailure("lost");
   host.windows.AtTurn(1, [] { throw RuntimeFailure("lost"); });
   form.cmdGo.onClick = [&] { desk.Turn(); };
   desk.Press(form.cmdGo);
   EXPECT_FALSE(desk.Busy());
-  form.cmdGo.onClick = [&] { desk.Turn(); };
   desk.Press(form.cmdGo);
-  EXPECT_EQ(host.windows.turns, 2);
+  EXPECT_EQ(host.windows.turns, 2) << "no turn inside a turn";
+}
+
+TEST_F(DeskTest, FailureDuringAWaitLeavesNoMarkBehind) {
+  desk.Show(form);
+  host.windows.ExpectFailure("lost");
+  host.windows.AtWait([] { throw RuntimeFailure("lost"); });
+  form.cmdGo.onClick = [&] {
+    try {
+      desk.WaitUntil([] { return false; });
+    } catch (const RuntimeFailure&) {
+      EXPECT_TRUE(desk.Busy()) << "waits no longer";
+      throw;
+    }
+  };
+  desk.Press(form.cmdGo);
+  EXPECT_FALSE(desk.Busy());
 }
 
 }  // namespace
