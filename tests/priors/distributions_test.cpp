@@ -52,6 +52,20 @@ TEST(Priors, AreOfferedInTheirOrder) {
   EXPECT_STREQ(PriorDistributions[8].name, "Ln-normal");
 }
 
+TEST(Priors, ASecondTermIsUnsetAsANumberAndAsTheTextOfOne) {
+  EXPECT_TRUE(IsUnset(PriorUnset));
+  EXPECT_TRUE(IsUnset("1.000E-100"));
+  EXPECT_FALSE(IsUnset(1.0));
+  EXPECT_FALSE(IsUnset("1"));
+  EXPECT_FALSE(IsUnset(""));
+  EXPECT_FALSE(IsUnset(PriorUnused));
+}
+
+TEST(Priors, ACodeThatIsNoneOfTheNineHasNoName) {
+  EXPECT_EQ(PriorDistName("D"), "Right-side cliff");
+  EXPECT_EQ(PriorDistName("d"), "");
+}
+
 TEST(EvaluatePrior, AllCodesUniformUnboundedGiveZero) {
   Priors priors;
   priors.Reset(4);

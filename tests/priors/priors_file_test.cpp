@@ -32,6 +32,31 @@ TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfItsExponent) {
   EXPECT_EQ(PriorsFileText(priors), "1\r\n  1   S- 1.500E+00 2.000E+000     Unused     Unused   Left-side cliff\r\n");
 }
 
+TEST(PriorsFile, WritingAPriorAndReadingItBackKeepsTheCodeAndFourSignificantDigitsOfEachTerm) {
+  Priors priors;
+  priors.Reset(2);
+  priors.PriorCode(1) = "N";
+  priors.PriorFirstMean(1) = 0.123456;
+  priors.PriorFirstSD(1) = 98765.4;
+  const Priors back = ReadPriorsText(PriorsFileText(priors), 2).priors;
+  EXPECT_EQ(back.PriorCode(1), "N");
+  EXPECT_EQ(back.PriorFirstMean(1), 0.1235);
+  EXPECT_EQ(back.PriorFirstSD(1), 98770);
+  EXPECT_EQ(back.PriorFirstMean(2), PriorUnset);
+  EXPECT_EQ(back.PriorFirstSD(2), PriorUnset);
+}
+
+TEST(PriorsFile, LowerCaseCodesAreReadAsUpperCase) {
+  EXPECT_EQ(ReadPriorsText("1\n  1   g 2.000E+000 5.000E-001\n", 1).priors.PriorCode(1), "G");
+}
+
+TEST(PriorsFile, LettersWhereNumbersBelongCountAsZero) {
+  const Priors read = ReadPriorsText("1\n  1   n       mean         SD     Unused     Unused\n", 1).priors;
+  EXPECT_EQ(read.PriorCode(1), "N");
+  EXPECT_EQ(read.PriorFirstMean(1), 0);
+  EXPECT_EQ(read.PriorFirstSD(1), 0);
+}
+
 TEST(PriorsFile, LinesBehindTheLastParameterAreNotLookedAt) {
   EXPECT_EQ(ReadPriorsText("1\n  1   E 2.000E+000 2.000E+000\nwhatever\n\xFF\n", 1).priors.PriorCode(1), "E");
 }

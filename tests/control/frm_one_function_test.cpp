@@ -71,15 +71,5 @@ TEST_F(OneFunctionTest, CloseClearsThePaneAndBringsTheMenu) {
   EXPECT_TRUE(menu.Visible());
 }
 
-TEST(ObjectiveTest, CodeMinusTwoLeavesWhatTheModelLeaves) {
-  RunState state;
-  state.algorithm.NPAR = 1;
-  state.algorithm.Value = {2};
-  state.Gradient = {7};
-  Objective objective(state, [](ModelCall&) {});
-  EXPECT_EQ(objective.Call(state.algorithm.Value, -2, 5), 5);
-  EXPECT_EQ(state.Gradient, (Array1<double>{7}));
-}
-
 }  // namespace
 }  // namespace merlane
