@@ -70,6 +70,13 @@ TEST(PriorsFile, ALineThatEndsEarlyLeavesItsTermsEmpty) {
   EXPECT_EQ(priors.PriorSecondMean(2), PriorTerm(""));
 }
 
+TEST(PriorsFile, ATermTooLargeForANumberRefusesTheFile) {
+  for (const char* line :
+       {"  1   U      1e999 1.000E-100     Unused     Unused", "  1   U 1.000E-100      1e999",
+        "  1   U 1.000E-100 1.000E-100     -1e999     Unused", "  1   U 1.000E-100 1.000E-100     Unused      1e999"})
+    EXPECT_THROW(ReadPriorsText("1\n" + std::string(line), 1), RuntimeFailure) << line;
+}
+
 TEST(PriorsFile, HostileBytesAreReadOrRefusedAndNothingWorse) {
   const std::string sound = ReadWholeFile(MERLANE_GOLDEN_DIR "/priors.pri");
   std::mt19937 random(20240601);
