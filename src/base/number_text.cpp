@@ -84,18 +84,27 @@ std::size_t NumericPrefix(std::string_view text) {
   return i;
 }
 
-/// Value of a text that is a number throughout.
+/// The text without the blanks around it when it is a number throughout; empty when it is none.
+std::string_view NumberAlone(std::string_view text) {
+  const std::string_view number = Trim(text);
+  return NumericPrefix(number) == number.size() ? number : std::string_view();
+}
+
+/// Value of a text that is a number throughout; infinite when it is too large for a double.
 double Value(std::string_view number) {
   const bool negative = number.front() == '-';
   if (negative || number.front() == '+') number.remove_prefix(1);
   double magnitude = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), magnitude);
-  if (result.ec == std::errc::result_out_of_range) {
-    // from_chars reports numbers too large and too small alike; only a too large one is a failure.
-    magnitude = std::strtod(std::string(number).c_str(), nullptr);
-    if (std::isinf(magnitude)) throw RuntimeFailure("overflow: " + std::string(number) + " is too large a number");
-  }
+  // from_chars reports numbers too large and too small alike, and tells neither from the other.
+  if (result.ec == std::errc::result_out_of_range) magnitude = std::strtod(std::string(number).c_str(), nullptr);
   return negative ? -magnitude : magnitude;
+}
+
+double FiniteValue(std::string_view number) {
+  const double value = Value(number);
+  if (std::isinf(value)) throw RuntimeFailure("overflow: " + std::string(number) + " is too large a number");
+  return value;
 }
 
 }  // namespace
@@ -122,17 +131,18 @@ double LenientNumber(std::string_view text) {
   for (const char c : text)
     if (c != ' ') packed += c;
   const std::size_t length = NumericPrefix(packed);
-  return length == 0 ? 0.0 : Value(std::string_view(packed).substr(0, length));
+  return length == 0 ? 0.0 : FiniteValue(std::string_view(packed).substr(0, length));
 }
 
 bool IsNumber(std::string_view text) {
-  const std::string_view number = Trim(text);
-  return !number.empty() && NumericPrefix(number) == number.size();
+  const std::string_view number = NumberAlone(text);
+  return !number.empty() && std::isfinite(Value(number));
 }
 
 double StrictNumber(std::string_view text) {
-  if (!IsNumber(text)) throw RuntimeFailure("\"" + std::string(text) + "\" is not a number");
-  return Value(Trim(text));
+  const std::string_view number = NumberAlone(text);
+  if (number.empty()) throw RuntimeFailure("\"" + std::string(text) + "\" is not a number");
+  return FiniteValue(number);
 }
 
 std::int16_t StrictInt16(std::string_view text) { return ToInt16(StrictNumber(text)); }

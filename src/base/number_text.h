@@ -22,11 +22,11 @@ std::string Plain(double x);
 /// when there is none. RuntimeFailure ("overflow") only for a number too large for a double.
 double LenientNumber(std::string_view text);
 
-/// True for a number with nothing but blanks around it.
-bool IsNumber(std::string_view text);
-
-/// The strict reading: a number with surrounding blanks; RuntimeFailure on anything else, empty text included.
+/// The strict reading: a number with surrounding blanks; RuntimeFailure on anything else, empty text included, and for
+/// a number too large for a double.
 double StrictNumber(std::string_view text);
+/// True for a text that the strict reading accepts.
+bool IsNumber(std::string_view text);
 /// The strict reading, rounded half to even into the type's range; RuntimeFailure outside it.
 std::int16_t StrictInt16(std::string_view text);
 std::int32_t StrictInt32(std::string_view text);

@@ -8,8 +8,8 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
+#include "control/algorithm_file.h"
 #include "control/fuses.h"
 #include "forms/desk.h"
 
@@ -32,11 +32,7 @@ bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
 /// The number a text holds; none when it is no number, or one too large.
 std::optional<double> NumberIn(const std::string& text) {
   if (!IsNumber(text)) return std::nullopt;
-  try {
-    return StrictNumber(text);
-  } catch (const RuntimeFailure&) {
-    return std::nullopt;
-  }
+  return StrictNumber(text);
 }
 
 }  // namespace
@@ -379,9 +375,8 @@ void FrmAlgo::ChangeTolerance() {
       desk.Input(boxTitle, "Current tolerance is " + magnitude + "  (Minimum allowed is 1E-06)", magnitude);
   if (answer.empty()) return;
   const double entered = std::fabs(LenientNumber(answer));
-  // An entry of 0 has no sign and stays 0.
-  const double allowed = entered == 0 ? 0 : std::max(entered, 1E-06);
-  tolerance = relative && allowed != 0 ? -allowed : allowed;
+  tolerance = relative && entered != 0 ? -entered : entered;
+  RaiseTolerance(Data());
   ShowOptions();
 }
 

@@ -104,6 +104,12 @@ TEST(StrictNumber, AcceptsSurroundingBlanksAndNothingElse) {
   EXPECT_THROW(StrictNumber("1E400"), RuntimeFailure);
 }
 
+TEST(IsNumber, IsWhatTheStrictReadingAccepts) {
+  for (const char* text : {"  1.5E-3 ", "+2", "-0", ".5", "5.", "1E-400", "1E308"}) EXPECT_TRUE(IsNumber(text)) << text;
+  for (const char* text : {"", "  ", "1 5", "- 1", "12a", "1E", "inf", "nan", ".", "1E400", "-1E400"})
+    EXPECT_FALSE(IsNumber(text)) << text;
+}
+
 TEST(StrictIntegers, RoundHalfToEvenAndTestTheRange) {
   EXPECT_EQ(StrictInt16("34.4"), 34);
   EXPECT_EQ(StrictInt16("2.5"), 2);
