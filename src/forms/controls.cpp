@@ -27,25 +27,12 @@ void Control::RestoreDesign() {
   visible = designVisible_;
 }
 
-OptionButton::OptionButton(Form& f, std::string n, std::string caption, int optionGroup)
-    : Control(f, std::move(n), std::move(caption)), group(optionGroup) {}
-
-void OptionButton::KeepDesign() {
+void Switch::KeepDesign() {
   Control::KeepDesign();
   designValue_ = value;
 }
 
-void OptionButton::RestoreDesign() {
-  Control::RestoreDesign();
-  value = designValue_;
-}
-
-void CheckBox::KeepDesign() {
-  Control::KeepDesign();
-  designValue_ = value;
-}
-
-void CheckBox::RestoreDesign() {
+void Switch::RestoreDesign() {
   Control::RestoreDesign();
   value = designValue_;
 }
@@ -61,12 +48,12 @@ void Grid::Resize(int rowCount, int columnCount) {
 }
 
 Grid::Cell& Grid::At(int row, int column) {
-  assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
+  assert(Has(row, column));
   return cells_[static_cast<std::size_t>(row * columns_ + column)];
 }
 
 const Grid::Cell& Grid::At(int row, int column) const {
-  assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
+  assert(Has(row, column));
   return cells_[static_cast<std::size_t>(row * columns_ + column)];
 }
 

@@ -60,33 +60,22 @@ class Control {
   bool designVisible_ = true;
 };
 
+/// A text to be read.
 class Label : public Control {
  public:
   using Control::Control;
   Colour fore = Colour::Default;
 };
 
+/// A button to be pressed.
 class Button : public Control {
  public:
   using Control::Control;
   std::function<void()> onClick;
 };
 
-/// One of the exclusive choices of a form; choosing it clears the others of its group.
-class OptionButton : public Control {
- public:
-  OptionButton(Form& f, std::string n, std::string caption, int optionGroup = 0);
-  bool value = false;
-  const int group;
-  std::function<void()> onClick;
-  void KeepDesign() override;
-  void RestoreDesign() override;
-
- private:
-  bool designValue_ = false;
-};
-
-class CheckBox : public Control {
+/// A control that is on or off.
+class Switch : public Control {
  public:
   using Control::Control;
   bool value = false;
@@ -96,6 +85,20 @@ class CheckBox : public Control {
 
  private:
   bool designValue_ = false;
+};
+
+/// One of the exclusive choices of a form; choosing it clears the others of its group.
+class OptionButton : public Switch {
+ public:
+  OptionButton(Form& f, std::string n, std::string caption, int optionGroup = 0)
+      : Switch(f, std::move(n), std::move(caption)), group(optionGroup) {}
+  const int group;
+};
+
+/// A choice that can be made and taken back by itself.
+class CheckBox : public Switch {
+ public:
+  using Switch::Switch;
 };
 
 /// One line of text.
@@ -141,6 +144,8 @@ class Grid : public Control {
   void Resize(int rowCount, int columnCount);
   int Rows() const { return rows_; }
   int Columns() const { return columns_; }
+  /// True for a row and a column that the grid has, headings included.
+  bool Has(int row, int column) const { return row >= 0 && row < rows_ && column >= 0 && column < columns_; }
   Cell& At(int row, int column);
   const Cell& At(int row, int column) const;
 

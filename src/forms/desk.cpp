@@ -210,7 +210,7 @@ bool Desk::SelectRow(Grid& grid, int row) {
 }
 
 bool Desk::Click(Grid& grid, int row, int column) {
-  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  if (!grid.Has(row, column)) return false;
   return Use(grid, [&] {
     if (grid.selectsRows && row >= grid.headingRows) grid.selectedRow = row;
     if (grid.onClick) grid.onClick(row, column);
@@ -218,14 +218,14 @@ bool Desk::Click(Grid& grid, int row, int column) {
 }
 
 bool Desk::DoubleClick(Grid& grid, int row, int column) {
-  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  if (!grid.Has(row, column)) return false;
   return Use(grid, [&] {
     if (grid.onDoubleClick) grid.onDoubleClick(row, column);
   });
 }
 
 bool Desk::Enter(Grid& grid, int row, int column, const std::string& entry) {
-  if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Columns()) return false;
+  if (!grid.Has(row, column)) return false;
   return Use(grid, [&] {
     if (grid.onEntry) grid.onEntry(row, column, entry);
   });
