@@ -262,13 +262,13 @@ void FrmSetPriors::SetBeta() {
   const double b = ((m - m * m) - s * s) * (1 - m) / (s * s);
   const auto shown = [](double x) { return Format(x, "####0.0000"); };
   const auto refuse = [&](char which, double value) {
-    desk.Tell("Beta", fmt::format("An unacceptable (< 0) value for '{}' of \xDF (a,b) is: {}", which, shown(value)),
+    desk.Tell("Beta", fmt::format("An unacceptable (< 0) value for '{}' of \u00DF (a,b) is: {}", which, shown(value)),
               style::Information);
   };
   if (a <= 0) return refuse('a', a);
   if (b <= 0) return refuse('b', b);
   desk.Tell("Beta",
-            fmt::format("The corresponding values for 'a' & 'b' of \xDF (a,b) are: {} & {}", shown(a), shown(b)),
+            fmt::format("The corresponding values for 'a' & 'b' of \u00DF (a,b) are: {} & {}", shown(a), shown(b)),
             style::Information);
   Store("B", StrictNumber((*replies)[0]), std::fabs(StrictNumber((*replies)[1])));
 }

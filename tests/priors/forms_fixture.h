@@ -6,6 +6,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "base/text.h"
 #include "priors/frm_load_priors.h"
 #include "priors/frm_set_priors.h"
 #include "priors/priors_file.h"
@@ -20,12 +21,8 @@ inline Json Kept(const std::string& name) {
   return Json::parse(file);
 }
 
-/// Kept texts are UTF-8 with one line end; the program's hold one byte per character and CR LF.
-inline std::string Told(std::string text) {
-  for (std::size_t at; (at = text.find("\xC3\x9F")) != std::string::npos;) text.replace(at, 2, "\xDF");
-  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) text.replace(at, 1, "\r\n");
-  return text;
-}
+/// Lines of kept texts end with LF, those of the program's with CR LF.
+inline std::string Told(const std::string& kept) { return WithCrLf(kept); }
 
 inline std::string TermText(const PriorTerm& term) {
   return std::holds_alternative<double>(term) ? Json(std::get<double>(term)).dump() : std::get<std::string>(term);

@@ -55,7 +55,7 @@ TEST_F(PriorsEditor, ABetaOfMeanOneHalfAndSdSixTenthsReportsANegativeAAndStoresN
   Begin(1);
   OpenEditor();
   Choose("mnuB", {"0.5", "0.6"});
-  EXPECT_EQ(windows.LastText(), "An unacceptable (< 0) value for 'a' of \xDF (a,b) is: -0.1528");
+  EXPECT_EQ(windows.LastText(), "An unacceptable (< 0) value for 'a' of \u00DF (a,b) is: -0.1528");
   EXPECT_EQ(priors.PriorCode(1), "U");
 }
 
