@@ -14,6 +14,7 @@ bool SetObjectiveConstant(Desk& desk, FrmMain& main, RunState& state, double obj
 /// Asks for c until a number above 0 is entered. `objective` is needed for the proposal only, where NOBS is above 0.
 void EnterObjectiveConstant(Desk& desk, FrmMain& main, RunState& state, double objective = 0);
 
+/// Tells that a constant was refused.
 void ReportBadConstant(Desk& desk);
 
 }  // namespace merlane

@@ -6,6 +6,7 @@
 
 namespace merlane {
 
+/// Where derivatives come from: finite differences, or the model; or the user gave up choosing.
 enum class DerivativeMode { Cancelled, Numerical, Analytical };
 
 /// Where a run stands.
@@ -22,6 +23,7 @@ struct MarquardtProgress {
   int failedRow = 0;  // row of zeros that made the decomposition fail
 };
 
+/// How a run ended.
 enum class MarquardtEnding {
   Minimum,
   Stopped,                    // iteration limit reached, or an interrupt, at an accepted step
@@ -36,6 +38,7 @@ enum class MarquardtEnding {
 /// The ending as the export of a fit names it.
 const char* EndingText(MarquardtEnding ending);
 
+/// What a run came to.
 struct MarquardtResult {
   MarquardtEnding ending = MarquardtEnding::Minimum;
   double F = 0;  // the objective at the point in Value
@@ -48,6 +51,7 @@ struct MarquardtResult {
   std::int16_t verifications = 0;
 };
 
+/// What the user wants of a run: nothing, its end at the next accepted step or verification, or its end at once.
 enum class MarquardtInterrupt { None, QuitAfterStep, LeaveRun };
 
 /// Who watches a run. By default nobody does, and a run is never interrupted.

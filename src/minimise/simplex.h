@@ -27,6 +27,7 @@ struct SimplexProgress {
   const char* ActionAccepted = "";  // label of the last step's action, 22 characters wide
 };
 
+/// How a run ended.
 enum class SimplexEnding {
   Minimum,      // the tolerance is met and an axial search found nothing better
   CallLimit,    // the user did not want to go beyond the limit of function calls
@@ -36,6 +37,7 @@ enum class SimplexEnding {
 /// The ending as the export of a fit names it.
 const char* EndingText(SimplexEnding ending);
 
+/// What a run came to.
 struct SimplexResult {
   SimplexEnding ending = SimplexEnding::Minimum;
   double F = 0;  // the objective of the best vertex

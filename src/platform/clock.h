@@ -10,6 +10,7 @@ struct DateTime {
   double second = 0;
 };
 
+/// Tells the time.
 class Clock {
  public:
   virtual ~Clock() = default;

@@ -7,7 +7,8 @@
 
 namespace merlane {
 
-/// One numbered random stream: the 64-bit Mersenne Twister seeded with splitmix64(seed + number).
+/// One numbered random stream: the 64-bit Mersenne Twister (M. Matsumoto and T. Nishimura 1998; std::mt19937_64) seeded
+/// with splitmix64(seed + number).
 class RandomStream {
  public:
   RandomStream(std::uint64_t seed, std::uint64_t number);
@@ -46,7 +47,8 @@ class RandomStreams {
   RandomStream stream_{0, 0};
 };
 
-/// First output of the splitmix64 sequence whose state is `state` (Steele, Lea and Flood 2014).
+/// First output of the splitmix64 sequence whose state is `state` (G. L. Steele, D. Lea and C. H. Flood, Fast
+/// splittable pseudorandom number generators, OOPSLA 2014).
 std::uint64_t SplitMix64(std::uint64_t state);
 
 }  // namespace merlane

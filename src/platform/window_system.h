@@ -21,6 +21,7 @@ inline constexpr int MinimumFound = 80;
 inline constexpr int YesNoQuestionDefaultNo = 292;
 }  // namespace style
 
+/// The button of a message box that was pressed.
 enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
 /// A modal message or question.
@@ -48,6 +49,7 @@ struct FileRequest {
   std::string startName;
 };
 
+/// What happened to a form; Front: it was brought to the front.
 enum class FormEvent { Shown, Hidden, Unloaded, Front };
 
 /// What the program asks of the windows around it. The desktop answers with real windows, the batch runner from a file.

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int Black = 0, White = 15;
 
-/// A limit as a box or label shows it: to a millionth, rounded down from the half.
+/// A limit as a box or label shows it: to a millionth, halves rounded upward.
 double Millionths(double x) { return std::floor(x * 1000000 + 0.5) / 1000000; }
 
 /// Widens a range by a value and rewrites the boxes that hold its limits. Both limits are tested, whatever became of

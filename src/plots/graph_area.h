@@ -21,7 +21,7 @@ Drawing DrawGridmarks();
 Drawing::Line AcrossAt(double y, int colour, Drawing::Pen pen = Drawing::Pen::Solid, int width = 1);
 Drawing::Line DownAt(double x, int colour, Drawing::Pen pen = Drawing::Pen::Solid, int width = 1);
 
-/// Takes values between two limits to the canvas, where Y grows downward.
+/// Take values between two limits, which must differ, to the canvas, where Y grows downward.
 struct YScale {
   YScale(double ymin, double ymax)
       : min(ymin), factor(graph::Height / (ymax - ymin)), base((ymax - ymin) * factor + graph::Top) {}
