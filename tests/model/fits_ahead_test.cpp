@@ -243,6 +243,22 @@ TEST_F(FitsAheadTest, EndOneThatWaitsFarAheadWhenTheBootstrapPassesIt) {
   EXPECT_GT(Settled(called), most) << "the thread went on to the second";
 }
 
+TEST_F(FitsAheadTest, LeaveAFitThatBreaksOffToTheBootstrap) {
+  struct Odd {};  // no standard exception
+  const auto minimise = [this](RunState&, Objective& objective) {
+    Array1<double> vector = vectors[0];
+    objective(vector, 1);
+    ++minimised;
+    throw Odd{};
+  };
+  FitsAhead ahead({real.data, fit, text, random, run, nullptr, minimise}, {[] {}, [](const Message&) {}}, 1);
+  ahead.Begin(1, 1);
+  while (minimised < 1) std::this_thread::yield();
+  ahead.Follow(1, DataOf(1));
+  EXPECT_TRUE(Ask(ahead, vectors[0], 1).known);
+  EXPECT_FALSE(Ask(ahead, vectors[1], 2).known);
+}
+
 TEST_F(FitsAheadTest, LeaveAllToTheBootstrapWhereTheSystemGivesNoThread) {
   struct NoRoomForStacks {
     NoRoomForStacks() {
