@@ -1,6 +1,10 @@
 #include "batch/run_batch.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "batch/batch_run.h"
@@ -19,9 +23,9 @@ std::string FolderOf(const std::string& file) {
 }
 
 void MakeFolder(const std::string& folder) {
-  std::error_code error;
+  std::error_code error, unknown;
   std::filesystem::create_directories(folder, error);
-  if (!std::filesystem::is_directory(folder))
+  if (!std::filesystem::is_directory(folder, unknown))
     throw RuntimeFailure(fmt::format("cannot make the folder {}: {}", folder, error.message()));
 }
 

@@ -1,5 +1,8 @@
 #include "inference/frm_rank.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -167,7 +170,8 @@ void FrmRank::ForgetAveraging() {
 std::string FrmRank::Readable(const Competitor& model, const std::string& file, const char* marker) const {
   // A bare name lies beside the algorithm file. A folder can be opened on some systems, but not read.
   const std::filesystem::path path = std::filesystem::path(model.folder) / file;
-  return !std::filesystem::is_directory(path) && std::ifstream(path).good() ? file : marker;
+  std::error_code unknown;  // such as a name too long, which cannot be opened either
+  return !std::filesystem::is_directory(path, unknown) && std::ifstream(path).good() ? file : marker;
 }
 
 void FrmRank::LoadAlgorithm() {

@@ -127,6 +127,11 @@ TEST_F(MerlaneBatch, AControlThatIsHiddenStopsTheRunWithOne) {
   EXPECT_EQ(err, "merlane-batch: a.batch: line 2: set frmInitialize.cboFormat A: cboFormat is not visible\n");
 }
 
+TEST_F(MerlaneBatch, SavingTheTextOfWhatHasNoneStopsTheRunWithOne) {
+  EXPECT_EQ(RunText("save-text frmMenu.cmdQuit x.txt\n"), 1);
+  EXPECT_EQ(err, "merlane-batch: a.batch: line 1: save-text frmMenu.cmdQuit x.txt: cmdQuit is no text pane\n");
+}
+
 TEST_F(MerlaneBatch, AFaultInTheFileIsFoundBeforeAnythingIsDone) {
   EXPECT_EQ(RunText("press frmMenu.cmdQuit\n\npush frmMenu.cmdQuit\n"), 1);
   EXPECT_EQ(err, "merlane-batch: a.batch: line 3: there is no action \"push\"\n");
@@ -141,7 +146,6 @@ TEST_F(MerlaneBatch, AFatalDataErrorEndsTheRunWithTwo) {
 }
 
 TEST_F(MerlaneBatch, ACommandThatFailsEndsTheRunWithFourAtItsEnd) {
-  EXPECT_EQ(RunText("save-text frmMenu.lblVersion x.txt\n"), 1);
   EXPECT_EQ(RunText("export fit none/fit.json\nexport parameters p.csv\n"), 4);
   EXPECT_THAT(out, HasSubstr("      failure export fit none/fit.json: cannot write the file ./none/fit.json: No such "
                              "file or directory\n"));
@@ -172,6 +176,9 @@ TEST_F(MerlaneBatch, AnOutputFolderThatCannotBeMadeIsTold) {
   WriteFile(folder + "/taken", "");
   EXPECT_EQ(RunText("", "--out taken"), 1);
   EXPECT_THAT(err, HasSubstr("merlane-batch: cannot make the folder taken"));
+  EXPECT_EQ(RunText("", "--out " + std::string(300, 'x')), 1);
+  EXPECT_THAT(err, EndsWith("xxx: File name too long\n"));
+  EXPECT_EQ(out, "end: stopped\n");
 }
 
 TEST_F(MerlaneBatch, ArgumentsThatAreNoneOfOursAreTold) {

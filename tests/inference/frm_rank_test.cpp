@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <limits>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -475,6 +474,13 @@ TEST_F(FrmRankTest, CovarianceFileNamedByTheUserIsLookedForBesideTheAlgorithmFil
   EXPECT_EQ(Text(1, 7), "No such file exists");
   EXPECT_EQ(form.Models().entered[0].RankCovFile, "No such file exists");
   EXPECT_EQ(form.Models().ranked[0].RankCovFile, "No such file exists");
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfANameTooLongDoesNotExist) {
+  Add(1);
+  windows.Enter(std::string(300, 'x'), "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  EXPECT_EQ(Text(1, 7), "No such file exists");
 }
 
 TEST_F(FrmRankTest, NotesGoToTheCellAndIntoTheFile) {
