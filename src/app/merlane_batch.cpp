@@ -2,8 +2,10 @@
 #include <iostream>
 
 #include "batch/run_batch.h"
+#include "batch/stopped.h"
 
 int main(int argc, char** argv) {
+  namespace status = merlane::status;
   merlane::BatchOptions options;
   CLI::App app("Replays an analysis from a batch file without a display.", "merlane-batch");
   app.add_flag("--json", options.json, "Write the transcript as JSON lines");
@@ -12,12 +14,12 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 1;
+    return app.exit(error) == 0 ? status::Done : status::FileAtFault;
   }
   try {
     return merlane::RunBatch(options, std::cout, std::cerr);
   } catch (const std::exception& failure) {  // such as memory that is not there
     std::cerr << "merlane-batch: " << failure.what() << '\n';
-    return 4;
+    return status::CommandFailed;
   }
 }
