@@ -4,20 +4,19 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
+#include <utility>
 
-#include "control/algorithm_file.h"
+#include "example_data.h"
 #include "field_data.h"
-#include "model/brood_reader.h"
-#include "model/catalogue.h"
 #include "model/effective_sizes.h"
 #include "model/goodness_of_fit.h"
 #include "model/likelihood.h"
 #include "model/results_summary.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
-#include "platform/files.h"
 
 namespace {
 
@@ -118,17 +117,8 @@ class Fitted {
 };
 
 Fitted ExampleData() {
-  BroodData data;
-  data.FirstYear = 1995;
-  data.LastYear = 1996;
-  data.NCov = 3;
-  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
-  const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
-  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {});
-  AlgorithmData algorithm;
-  algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));
-  ReadAlgorithm(ReadWholeFile(path + ".alg"), algorithm);
-  return {"example data, three covariates", std::move(data), algorithm.Value};
+  Example example = ReadExample();
+  return {"example data, three covariates", std::move(example.data), example.algorithm.Value};
 }
 
 Fitted ManyBroods(bool overdispersed) {

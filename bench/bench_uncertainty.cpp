@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "measured_run.h"
 #include "minimise/marquardt.h"
@@ -18,7 +19,7 @@ using namespace merlane;
 
 constexpr std::int16_t Points = 25;
 
-/// The first parameter that is free, and the number of all.
+/// The number of the first free parameter.
 std::int16_t FirstFree(const RunState& state) {
   return static_cast<std::int16_t>(std::ranges::find_if(state.algorithm.Step, [](double step) { return step != 0; }) -
                                    state.algorithm.Step.begin() + 1);

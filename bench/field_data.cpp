@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <vector>
 
 #include "model/brood_reader.h"
 #include "model/catalogue.h"

@@ -1,11 +1,12 @@
 #include "measured_run.h"
 
+#include <utility>
+
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
+#include "example_data.h"
 #include "field_data.h"
-#include "model/brood_reader.h"
 #include "model/catalogue.h"
-#include "platform/files.h"
 
 namespace merlane {
 
@@ -36,18 +37,8 @@ void MeasuredRun::Evaluate(ModelCall& call) {
 }
 
 MeasuredRun ExampleData() {
-  BroodData data;
-  data.FirstYear = 1995;
-  data.LastYear = 1996;
-  data.NCov = 3;
-  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
-  const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
-  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {});
-  AlgorithmData algorithm;
-  algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));
-  algorithm.ParName.Dimension(algorithm.NPAR);
-  ReadAlgorithm(ReadWholeFile(path + ".alg"), algorithm);
-  return {"example data, three covariates", std::move(data), algorithm};
+  Example example = ReadExample();
+  return {"example data, three covariates", std::move(example.data), example.algorithm};
 }
 
 MeasuredRun ManyBroods() {

@@ -1,0 +1,27 @@
+#include "example_data.h"
+
+#include <string>
+
+#include "control/algorithm_file.h"
+#include "model/brood_reader.h"
+#include "model/catalogue.h"
+#include "platform/files.h"
+
+namespace merlane {
+
+Example ReadExample() {
+  Example example;
+  BroodData& data = example.data;
+  data.FirstYear = 1995;
+  data.LastYear = 1996;
+  data.NCov = 3;
+  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
+  const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
+  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {});
+  example.algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));
+  example.algorithm.ParName.Dimension(example.algorithm.NPAR);
+  ReadAlgorithm(ReadWholeFile(path + ".alg"), example.algorithm);
+  return example;
+}
+
+}  // namespace merlane
