@@ -24,6 +24,8 @@ class Analysis {
     text_ += Record("1995", code, std::to_string(date), "160", unknown, std::to_string(count));
     return *this;
   }
+  /// A clutch seen twice before hatch and twice behind it.
+  Analysis& ClutchOverHatch() { return Visit("A", -12, 6).Visit("A", -5, 5).Visit("A", 4, 4).Visit("A", 11, 3); }
   Analysis& WithoutHatchDay(const std::string& code, int date, int age, int count) {
     text_ += Record(1995, code, date, 0, age, count);
     return *this;

@@ -12,184 +12,10 @@ namespace merlane {
 namespace {
 
 using test::Analysis;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-/// A clutch seen twice before hatch and twice behind it.
-void TypeClutchOverHatch(Analysis& a) { a.Visit("A", -12, 6).Visit("A", -5, 5).Visit("A", 4, 4).Visit("A", 11, 3); }
-
-TEST(SurvivalTables, AClutchLastSeenBeforeHatchIsCarriedToHatchAndFromThereOn) {
-  Analysis a;
-  a.Visit("A", -3, 6).Visit("A", 4, 5).Read();
-  a.Value(15) = 0.02;
-  a.Value(17) = 0.03;
-  a.Evaluate();
-  const SurvivalTables& t = a.state.survival;
-  const Parameters& p = a.state.parameters;
-  const Survivors atHatch = ExpectedSurvivors(ClutchMortalityByAge(p), -3 + 28, 28, 6, false);
-  EXPECT_EQ(t.EHatch[0], atHatch.OutAll);
-  EXPECT_EQ(t.EHatchR[0], atHatch.OutR);
-  EXPECT_DOUBLE_EQ(t.EVisit[1], 6 * std::exp(-0.02 * 3) * std::exp(-0.03 * 4));
-  EXPECT_EQ(t.JuvRR[0], t.EVisitR[1]);
-  EXPECT_EQ(t.EVisitR[0], Missing) << "a first visit has no prediction";
-  EXPECT_EQ(t.PCorrEgg[1], Missing) << "the interval ends behind hatch";
-  EXPECT_EQ(t.ClutchIntervals, 1) << "an interval over hatch counts as the clutch's";
-  EXPECT_EQ(t.BroodIntervals, 0);
-  EXPECT_EQ(a.state.EggsAtRisk, 6);
-}
-
-TEST(SurvivalTables, AVisitAtFledgingOrBehindIsNotPredicted) {
-  Analysis a;
-  a.Visit("A", 2, 6).Visit("A", 9, 5).Visit("A", 10, 5).Visit("A", 15, 5).Read();
-  a.Value(10) = 10;
-  a.Value(17) = 0.03;
-  a.Evaluate();
-  const SurvivalTables& t = a.state.survival;
-  EXPECT_NE(t.EVisit[1], Missing);
-  EXPECT_EQ(t.EVisit[2], Missing);
-  EXPECT_EQ(t.EVisitR[2], Missing);
-  EXPECT_EQ(t.EVisitC[2], Missing);
-  EXPECT_EQ(t.PCorrJuv[2], Missing);
-  EXPECT_EQ(t.EVisit[3], Missing);
-  EXPECT_EQ(t.BroodIntervals, 1);
-  a.Value(10) = 0;
-  a.Evaluate();
-  EXPECT_EQ(t.BroodIntervals, 3) << "0 is no age of fledging";
-}
-
-TEST(SurvivalTables, AFirstVisitOnTheHatchDayHasASizeAtHatchAndNoSplitByTheFateOfEggs) {
-  Analysis a;
-  a.Visit("A", 0, 6).Visit("A", 5, 5).Read();
-  a.Value(15) = a.Value(17) = 0.03;
-  a.Evaluate();
-  EXPECT_EQ(a.state.survival.EHatch[0], 6);
-  EXPECT_EQ(a.state.survival.EHatchR[0], 0);
-  EXPECT_EQ(a.state.survival.EHatchC[0], 0);
-  EXPECT_DOUBLE_EQ(a.state.survival.EVisit[1], 6 * std::exp(-0.15));
-  EXPECT_EQ(a.state.JuvsAtRisk, 6);
-}
-
-TEST(SurvivalTables, AVisitYoungerThanLayingStillStartsTheNextInterval) {
-  Analysis a;
-  a.Visit("A", -25, 6).Visit("A", -21, 6).Visit("A", -10, 5).Read();
-  a.Value(9) = -20;
-  a.Value(15) = 0.02;
-  a.Evaluate();
-  const SurvivalTables& t = a.state.survival;
-  EXPECT_EQ(t.EVisit[1], Missing);
-  EXPECT_DOUBLE_EQ(t.EVisit[2], 6 * std::exp(-0.02 * 11)) << "from a time of -1";
-  a.Value(16) = 1.5;
-  a.Evaluate();
-  EXPECT_EQ(t.EVisit[2], Missing) << "a negative time has no power with a fractional exponent";
-  EXPECT_EQ(t.ClutchIntervals, 1) << "though the interval counts";
-}
-
-TEST(SurvivalTables, OverHatchTheExpectedCountsAreMixedOverTheFateOfTheEggs) {
-  Analysis a;
-  a.Visit("A", -5, 6).Visit("A", 5, 4).Read();
-  a.Value(11) = a.Value(13) = 0.4;
-  a.Value(15) = a.Value(17) = 0.01;
-  a.Value(19) = a.Value(21) = 0.05;
-  a.Evaluate();
-  const SurvivalTables& t = a.state.survival;
-  EXPECT_DOUBLE_EQ(t.PCorrJuv[1], 0.4);
-  const double q = t.PCorrHatch[0], r = t.PCorrJuv[1];
-  EXPECT_EQ(t.EVisitR[1], (1 - q) * t.JuvRR[0] + q * t.JuvCR[0]);
-  EXPECT_EQ(t.EVisitC[1], (1 - q) * t.JuvRC[0] + q * t.JuvCC[0]);
-  EXPECT_EQ(t.EVisit[1], (1 - r) * t.EVisitR[1] + r * t.EVisitC[1]);
-}
-
-TEST(SurvivalTables, AnExpectedNumberAtHatchThatIsMissingIsNotCarriedOn) {
-  for (const bool random : {true, false}) {
-    Analysis a;
-    a.Visit("A", -5, Missing).Visit("A", 5, 4).Read();  // the number of eggs is not known
-    a.Value(11) = 0.4;
-    a.Value(17) = 0.02;
-    a.Value(15) = random ? 1e-300 : 0.05;  // a rate so small that the mark of a missing number survives
-    a.Value(19) = random ? 0.05 : 1e-300;
-    a.Evaluate();
-    const SurvivalTables& t = a.state.survival;
-    ASSERT_NE(t.EHatch[0], Missing);
-    ASSERT_EQ(random ? t.EHatchR[0] : t.EHatchC[0], Missing);
-    EXPECT_EQ(random ? t.JuvRR[0] : t.JuvCR[0], Missing);
-    EXPECT_NE(random ? t.JuvCR[0] : t.JuvRR[0], Missing);
-    EXPECT_EQ(a.F, 0);
-  }
-}
-
-TEST(SurvivalTables, ByDateTheShapeIs1WhateverTheVectorHolds) {
-  Analysis a;
-  a.UnknownAge("A", 140, "-?", 6)
-      .UnknownAge("A", 150, "-?", 5)
-      .UnknownAge("B", 160, "?", 6)
-      .UnknownAge("B", 165, "?", 6);
-  a.Read();
-  a.Value(15) = 0.02;
-  a.Value(16) = 3;
-  a.Value(17) = 0.01;
-  a.Value(18) = 2;
-  a.Evaluate();
-  const SurvivalTables& t = a.state.survival;
-  EXPECT_DOUBLE_EQ(t.EVisit[1], 6 * std::exp(-0.2));
-  EXPECT_DOUBLE_EQ(t.EVisit[3], 6 * std::exp(-0.05));
-  EXPECT_EQ(t.EHatch[0], Missing) << "by date nothing is carried to hatch";
-  EXPECT_EQ(t.ClutchIntervals, 1);
-  EXPECT_EQ(t.BroodIntervals, 1);
-}
-
-TEST(SurvivalTables, ByDateAMissingCountEndsNoInterval) {
-  Analysis a;
-  a.UnknownAge("A", 140, "-?", 6).UnknownAge("A", 150, "-?", Missing);
-  a.UnknownAge("B", 160, "?", 6).UnknownAge("B", 165, "?", Missing);
-  a.Read();
-  a.Value(15) = a.Value(17) = 0.02;
-  a.Evaluate();
-  EXPECT_EQ(a.state.survival.EVisit[1], Missing);
-  EXPECT_EQ(a.state.survival.EVisit[3], Missing);
-  EXPECT_EQ(a.state.survival.ClutchIntervals, 0);
-  EXPECT_EQ(a.state.survival.BroodIntervals, 0);
-}
-
-TEST(SurvivalTables, AnIntervalFromAnUnknownAgePaysForItsRatesAndHasNoPrediction) {
-  Analysis a;
-  // The clutch's age is unknown at its first visit; the brood's ages are known.
-  a.UnknownAge("A", 150, "-?", 6).Visit("A", 5, 5).Read();
-  a.Value(17) = 30;
-  a.Evaluate();
-  EXPECT_EQ(a.state.survival.EVisit[1], Missing);
-  EXPECT_EQ(a.state.Penalty, (30.0 - 10) * (30.0 - 10) * 1e20);
-}
-
-TEST(SurvivalTables, TellWhichAttributesAreMissing) {
-  Analysis a;
-  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
-  a.Value(17) = 0.02;
-  a.Evaluate();
-  EXPECT_FALSE(a.state.survival.BroodSizeDeficient);
-  EXPECT_FALSE(a.state.survival.HatchDateDeficient);
-  a.Step(23) = 0.1;  // may be estimated
-  a.Evaluate();
-  EXPECT_TRUE(a.state.survival.BroodSizeDeficient);
-  EXPECT_FALSE(a.state.survival.HatchDateDeficient);
-  a.Step(23) = 0;
-  a.Value(30) = 0.1;
-  a.Evaluate();
-  EXPECT_FALSE(a.state.survival.BroodSizeDeficient);
-  EXPECT_TRUE(a.state.survival.HatchDateDeficient);
-}
-
-TEST(SurvivalTables, GiveOneTurnBetweenClutchesAndBroods) {
-  Analysis a;
-  a.Visit("A", -12, 6).Visit("A", -5, 5).Read();
-  a.Value(15) = 0.02;
-  a.setting.SimulationMode = true;  // no likelihood, but the tables for the check and for the objective
-  a.Evaluate();
-  EXPECT_EQ(a.turns, 2);
-}
 
 TEST(Likelihood, WithoutCorrelatedMortalityIsBinomial) {
   Analysis a;
-  TypeClutchOverHatch(a);
+  a.ClutchOverHatch();
   a.Read();
   a.Value(15) = 0.02;
   a.Value(17) = 0.03;
@@ -323,7 +149,7 @@ TEST(Likelihood, FromNoneLeftNothingIsPredicted) {
 
 TEST(Likelihood, ASecondEvaluationAtTheSameVectorLeavesTheBestUntouched) {
   Analysis a;
-  TypeClutchOverHatch(a);
+  a.ClutchOverHatch();
   a.Read();
   a.Value(15) = a.Value(17) = 0.02;
   const double first = a.Evaluate();
@@ -339,7 +165,7 @@ TEST(Likelihood, ASecondEvaluationAtTheSameVectorLeavesTheBestUntouched) {
 
 TEST(Likelihood, TheBestTablesAreThoseOfTheLowestObjectiveAndAFirstCallAlwaysSetsThem) {
   Analysis a;
-  TypeClutchOverHatch(a);
+  a.ClutchOverHatch();
   a.Read();
   a.Value(15) = a.Value(17) = 0.02;
   const double good = a.Evaluate();
@@ -359,7 +185,7 @@ TEST(Likelihood, TheBestTablesAreThoseOfTheLowestObjectiveAndAFirstCallAlwaysSet
 
 TEST(Likelihood, AVectorOfZerosIsNotEvaluated) {
   Analysis a;
-  TypeClutchOverHatch(a);
+  a.ClutchOverHatch();
   a.Read();
   a.Value.Fill(0);
   a.F = 5;
@@ -574,7 +400,7 @@ TEST(Likelihood, PenaltiesOfTheTablesCountTwiceInOneFunctionCall) {
 
 TEST(Likelihood, SimulationsHaveTablesAndNoDeviance) {
   Analysis a;
-  TypeClutchOverHatch(a);
+  a.ClutchOverHatch();
   a.Read();
   a.Value(15) = a.Value(17) = 0.02;
   a.setting.SimulationMode = true;
@@ -619,123 +445,6 @@ TEST(Likelihood, GivesATurnForEachVisitThatCouldBePredicted) {
   a.Evaluate();
   // One between clutches and broods, none for the first visit, one for each visit behind it.
   EXPECT_EQ(a.turns, 1 + 3);
-}
-
-// What the user hears.
-
-TEST(FirstEvaluation, TellsOfEachVisitYoungerThanLaying) {
-  Analysis a;
-  a.Visit("A", -22, 6).Visit("A", -12, 6).Visit("B", -21, 6).Visit("B", -10, 6).Visit("C", -25, 6).Read();
-  a.Value(9) = -20;
-  a.Value(15) = 0.02;
-  a.Value(17) = 0.02;
-  a.setting.OneCallRun = true;
-  a.Evaluate();
-  ASSERT_GE(a.told.size(), 3u);
-  EXPECT_EQ(a.told[0].title, "Warning: data record will be ignored!");
-  EXPECT_EQ(a.told[0].text,
-            "Visit #1 of clutch #1 in year 1995 is younger (-22 days) than the laying day of -20 set in the algorithm "
-            "data\r\n\r\nYoungest age so far is: -22 days.");
-  EXPECT_EQ(a.told[1].text,
-            "Visit #1 of clutch #2 in year 1995 is younger (-21 days) than the laying day of -20 set in the algorithm "
-            "data\r\n\r\nYoungest age so far is: -22 days.");
-  EXPECT_THAT(a.told[2].text, ::testing::HasSubstr("Youngest age so far is: -25 days."));
-  const std::string firstText = a.told[0].text;
-  a.told.clear();
-  a.Evaluate();
-  EXPECT_EQ(a.told[0].text, firstText) << "each first evaluation begins anew";
-}
-
-TEST(FirstEvaluation, WritesTheDescriptionsAnewBeforeTheHypothesisIsChecked) {
-  Analysis a;
-  TypeClutchOverHatch(a);
-  a.Read();
-  a.Value(15) = a.Value(17) = 0.02;
-  a.Names.Fill("DO NOT ESTIMATE what an earlier repair said");
-  a.Evaluate();
-  EXPECT_EQ(a.Names(9), "DO NOT ESTIMATE what an earlier repair said") << "nothing is checked";
-  a.setting.OneCallRun = true;
-  a.Evaluate();
-  EXPECT_EQ(a.Names(9), "Age @ laying (I, a negative number of days prior to hatch day) Fix and DNE    [0]");
-  EXPECT_EQ(a.Names(12), "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (c_N)");
-}
-
-TEST(FirstEvaluation, AVectorThatNeedsNoRepairIsToldNothing) {
-  Analysis a;
-  TypeClutchOverHatch(a);
-  a.Read();
-  a.Value(15) = a.Value(17) = 0.02;
-  a.setting.OneCallRun = true;
-  a.Evaluate();
-  EXPECT_THAT(a.told, IsEmpty());
-}
-
-TEST(FirstEvaluation, SaysThatParametersWereAlteredAndEvaluatesTheAlteredVector) {
-  Analysis a;
-  TypeClutchOverHatch(a);
-  a.Read();
-  a.Value(15) = a.Value(17) = 0.02;
-  a.Value(12) = 0.3;  // attenuation of a mortality that does not exist
-  a.setting.OneCallRun = true;
-  a.Evaluate();
-  ASSERT_EQ(a.told.size(), 1u);
-  EXPECT_EQ(a.told[0].title, "Parameters altered to suit hypothesis or data");
-  EXPECT_EQ(a.told[0].text,
-            "At least one parameter fixed at 0 or 1, or made > 0; altered values are unfused.  Click on '1 Function "
-            "call' once more.");
-  EXPECT_EQ(a.Value(12), 0);
-  EXPECT_EQ(a.state.parameters.f_N, 0);
-  EXPECT_EQ(a.state.best.Value(12), 0);
-}
-
-TEST(FirstEvaluation, WarnsOfAttributesThatAreMissing) {
-  Analysis a;
-  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
-  a.Value(13) = 0.3;
-  a.Value(17) = a.Value(21) = 0.02;
-  a.Value(23) = a.Value(24) = 1e-5;
-  a.setting.OneCallRun = true;
-  a.Evaluate();
-  a.told.clear();
-  a.Evaluate();  // after the repair of what concerns eggs
-  ASSERT_EQ(a.told.size(), 2u);
-  EXPECT_EQ(a.told[0].title, "Warning: Hypotheses concerning the E[brood size@hatch] are invalid!");
-  EXPECT_EQ(a.told[0].text,
-            "A data deficiency means the E[brood size@hatch] cannot be calculated for at least some broods.\r\nReview "
-            "your data or the Results Summary to locate the deficient broods.\r\n");
-  EXPECT_EQ(a.told[0].style, style::Critical);
-  EXPECT_EQ(a.told[1].title, "Warning: Hypotheses concerning Hatch Day are invalid!");
-  EXPECT_EQ(a.told[1].text,
-            "A data deficiency means that Hatch Day is not available for at least some broods.\r\nReview your data or "
-            "the Results Summary to locate the deficient broods.\r\n");
-}
-
-TEST(FirstEvaluation, ASimulationIsCheckedWithoutAOneCallRunAndHearsNothingOfMissingAttributes) {
-  Analysis a;
-  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
-  a.Value(13) = 0.3;
-  a.Value(17) = a.Value(21) = 0.02;
-  a.Value(23) = a.Value(24) = 1e-5;
-  a.setting.SimulationMode = true;
-  a.Evaluate();
-  EXPECT_THAT(a.told, IsEmpty());
-  EXPECT_TRUE(a.state.survival.BroodSizeDeficient && a.state.survival.HatchDateDeficient);
-  a.Value(5) = 0.2;
-  a.Evaluate();
-  ASSERT_EQ(a.told.size(), 1u);
-  EXPECT_EQ(a.told[0].title, "Parameters altered to suit hypothesis or data");
-}
-
-TEST(FirstEvaluation, OutsideAOneCallRunNothingIsCheckedOrRepaired) {
-  Analysis a;
-  TypeClutchOverHatch(a);
-  a.Read();
-  a.Value(9) = -8;  // visits younger than laying
-  a.Value(12) = 0.3;
-  a.Value(17) = 0.02;
-  a.Evaluate();
-  EXPECT_THAT(a.told, IsEmpty());
-  EXPECT_EQ(a.Value(12), 0.3);
 }
 
 }  // namespace

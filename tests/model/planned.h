@@ -1,14 +1,15 @@
 #pragma once
 
-#include <utility>
-
-#include "model/catalogue.h"
 #include "model/likelihood.h"
 #include "model/simulation_plan.h"
 #include "model/simulator.h"
 #include "model/streams.h"
 
 namespace merlane::test {
+
+/// Broods seen every day from age 1 to 15.
+inline const SimulatorSettings DailyJuveniles{
+    .MinInitSize = 10, .MaxInitSize = 20, .InitAge = 1, .FinalAge = 15, .SampFreq1 = 1, .SampFreq2 = 1};
 
 /// A planned data set, its parameters, and the counts that are simulated for it.
 struct Planned {
