@@ -1,6 +1,9 @@
 #include "batch/exports.h"
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 #include "base/number_text.h"
 
@@ -80,7 +83,7 @@ std::string FitJson(const FitFigures& figures) {
                               {"free_parameters", figures.freeParameters}};
   for (const char* key : {"function_calls", "iterations", "restarts", "minimiser", "ending"}) json[key] = nullptr;
   if (const Fit& fit = figures.fit; !fit.minimiser.empty()) {
-    json["function_calls"] = fit.function_calls;
+    json["function_calls"] = fit.functionCalls;
     json["iterations"] = fit.iterations;
     json["restarts"] = fit.restarts;
     json["minimiser"] = fit.minimiser;
