@@ -1,5 +1,9 @@
 #include "batch/actions.h"
 
+#include <fmt/format.h>
+
+#include <utility>
+
 #include "base/runtime_failure.h"
 #include "batch/stopped.h"
 #include "platform/files.h"

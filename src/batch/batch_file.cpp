@@ -1,8 +1,12 @@
 #include "batch/batch_file.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <utility>
 
 #include "base/text.h"
 

@@ -1,5 +1,7 @@
 #include "batch/batch_run.h"
 
+#include <utility>
+
 #include "batch/stopped.h"
 
 namespace merlane {

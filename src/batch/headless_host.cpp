@@ -1,6 +1,10 @@
 #include "batch/headless_host.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "batch/stopped.h"
 #include "forms/form.h"

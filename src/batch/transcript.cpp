@@ -1,6 +1,10 @@
 #include "batch/transcript.h"
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <utility>
 
 #include "base/text.h"
 

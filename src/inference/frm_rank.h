@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "control/algorithm_commands.h"
 #include "control/frm_algo.h"
 #include "control/objective.h"

@@ -1,5 +1,6 @@
 #include "inference/ranking.h"
 
+#include <cmath>
 #include <utility>
 
 #include "base/arithmetic.h"

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "base/number_text.h"
 #include "base/text.h"
 #include "model/data_record_text.h"

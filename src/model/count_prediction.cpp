@@ -1,5 +1,8 @@
 #include "model/count_prediction.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "model/distributions.h"
 #include "model/prepared_visits.h"
 

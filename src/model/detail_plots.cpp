@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "model/detail_series.h"
 
 namespace merlane {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "control/frm_summary.h"
 #include "forms/desk.h"
 #include "model/merlane_model.h"

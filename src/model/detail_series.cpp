@@ -2,6 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+#include <functional>
+#include <utility>
+
 #include "base/arithmetic.h"
 #include "base/text.h"
 

@@ -1,5 +1,7 @@
 #include "model/effective_sizes.h"
 
+#include <cmath>
+
 #include "base/arithmetic.h"
 
 namespace merlane {

@@ -1,5 +1,7 @@
 #include "model/first_evaluation.h"
 
+#include <fmt/format.h>
+
 #include "base/number_text.h"
 #include "model/catalogue.h"
 #include "model/hypothesis.h"

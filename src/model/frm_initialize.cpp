@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <initializer_list>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/text.h"

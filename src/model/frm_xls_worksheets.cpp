@@ -1,5 +1,9 @@
 #include "model/frm_xls_worksheets.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "model/workbook_conversion.h"

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "forms/desk.h"
 #include "platform/workbooks.h"

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "model/count_prediction.h"

@@ -1,5 +1,6 @@
 #include "model/likelihood_pass.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/arithmetic.h"

@@ -1,5 +1,8 @@
 #include "model/merlane_model.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "model/catalogue.h"

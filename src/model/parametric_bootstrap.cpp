@@ -1,8 +1,11 @@
 #include "model/parametric_bootstrap.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <thread>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <unordered_map>
+#include <utility>
 
 namespace merlane {
 namespace {

@@ -1,5 +1,7 @@
 #include "model/results_command.h"
 
+#include <algorithm>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"

@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/text.h"

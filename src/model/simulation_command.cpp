@@ -1,5 +1,7 @@
 #include "model/simulation_command.h"
 
+#include <algorithm>
+
 #include "model/simulated_data_text.h"
 
 namespace merlane {

@@ -1,5 +1,6 @@
 #include "model/survival.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

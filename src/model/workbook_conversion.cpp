@@ -1,5 +1,7 @@
 #include "model/workbook_conversion.h"
 
+#include <fmt/format.h>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"

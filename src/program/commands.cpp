@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 
 #include "base/runtime_failure.h"
 #include "control/fuses.h"

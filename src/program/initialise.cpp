@@ -1,3 +1,5 @@
+#include <initializer_list>
+
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "program/program.h"

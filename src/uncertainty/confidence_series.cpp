@@ -1,5 +1,6 @@
 #include "uncertainty/confidence_series.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/arithmetic.h"
@@ -62,7 +63,7 @@ Array1<double> Region(const Array1<double>& cumulative, int centre) {
 }  // namespace
 
 void EvaluatedPoints::Add(int point, double x, double f) {
-  // Nothing is as unlikely as the first point's rival: 1E+100.
+  // A first point as unlikely as that is no minimum.
   const double best = IMin == 0 ? 1E+100 : ProfileF(IMin);
   ProfileX(point) = x;
   ProfileF(point) = f;

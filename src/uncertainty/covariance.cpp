@@ -1,5 +1,6 @@
 #include "uncertainty/covariance.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/arithmetic.h"

@@ -1,5 +1,9 @@
 #include "uncertainty/covariance_dialogue.h"
 
+#include <fmt/format.h>
+
+#include <utility>
+
 #include "base/number_text.h"
 #include "control/objective_constant.h"
 #include "uncertainty/time_left.h"

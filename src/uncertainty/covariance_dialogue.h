@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "control/frm_algo.h"
 #include "control/frm_main.h"
 #include "control/objective.h"

@@ -1,6 +1,9 @@
 #include "uncertainty/covariance_report.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
+#include <utility>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"

@@ -1,5 +1,9 @@
 #include "uncertainty/evaluation_dialogue.h"
 
+#include <fmt/format.h>
+
+#include <utility>
+
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/objective_constant.h"

@@ -1,5 +1,9 @@
 #include "uncertainty/evaluation_questions.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 

@@ -1,5 +1,9 @@
 #include "uncertainty/evaluation_table.h"
 
+#include <fmt/format.h>
+
+#include <initializer_list>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 
 #include "control/fuses.h"
 #include "control/run_state.h"

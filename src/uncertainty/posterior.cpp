@@ -1,7 +1,9 @@
 #include "uncertainty/posterior.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
+#include <utility>
 
 #include "base/runtime_failure.h"
 

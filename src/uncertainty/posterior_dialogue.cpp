@@ -1,5 +1,7 @@
 #include "uncertainty/posterior_dialogue.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 #include <limits>
 #include <utility>

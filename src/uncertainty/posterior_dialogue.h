@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "plots/frm_bivar_plot.h"
 #include "uncertainty/evaluation_dialogue.h"
 #include "uncertainty/posterior.h"

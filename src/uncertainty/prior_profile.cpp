@@ -1,5 +1,7 @@
 #include "uncertainty/prior_profile.h"
 
+#include <algorithm>
+
 #include "base/arithmetic.h"
 
 namespace merlane {

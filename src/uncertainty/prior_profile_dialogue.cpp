@@ -1,5 +1,7 @@
 #include "uncertainty/prior_profile_dialogue.h"
 
+#include <fmt/format.h>
+
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
 #include "uncertainty/flag_on.h"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "control/frm_main.h"
 #include "control/run_state.h"
 #include "forms/desk.h"

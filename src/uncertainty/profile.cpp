@@ -1,5 +1,7 @@
 #include "uncertainty/profile.h"
 
+#include <algorithm>
+
 namespace merlane {
 
 EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t ProfilePoints, RunState& state,

@@ -1,8 +1,9 @@
 #include "uncertainty/profile_dialogue.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
-#include "base/number_text.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
 #include "uncertainty/evaluation_dialogue.h"

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "base/arithmetic.h"
 #include "base/gamma_ln.h"
 #include "base/number_text.h"
 

@@ -1,5 +1,7 @@
 #include "uncertainty/time_left.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 #include "base/arithmetic.h"

@@ -1,8 +1,6 @@
 #include "model/brood_reader.h"
 
-#include <array>
 #include <chrono>
-#include <cmath>
 
 #include "base/runtime_failure.h"
 #include "model/data_text.h"

@@ -2,13 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <numeric>
-
 #include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/distributions.h"
 #include "model/evaluated_case.h"
-#include "model/prepared_visits.h"
 #include "model/simulator.h"
 #include "model/streams.h"
 

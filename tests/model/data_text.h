@@ -1,8 +1,5 @@
 #pragma once
 
-#include <fmt/format.h>
-
-#include <functional>
 #include <string>
 #include <vector>
 

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <fstream>
 
 #include "base/runtime_failure.h"
 #include "control/algorithm_file.h"

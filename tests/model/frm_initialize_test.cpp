@@ -1,9 +1,6 @@
 #include "model/frm_initialize.h"
 
-#include <sstream>
-
 #include "base/runtime_failure.h"
-#include "base/text.h"
 #include "control/version.h"
 #include "model/data_text.h"
 #include "model/initialize_help.h"

@@ -1,6 +1,5 @@
 #include "model/frm_xls_worksheets.h"
 
-#include <cmath>
 #include <filesystem>
 
 #include "base/text.h"

@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
 #include <random>
 
 #include "base/runtime_failure.h"

@@ -2,10 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/evaluated_case.h"
-#include "model/survival.h"
 
 namespace merlane {
 namespace {

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "base/text.h"
 #include "control/algorithm_file.h"
 #include "platform/files.h"
 #include "program/analysis.h"

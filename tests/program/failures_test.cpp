@@ -1,8 +1,6 @@
 // What becomes of the program when a command fails at run time: nothing is lost and the user can go on.
 #include <gmock/gmock.h>
 
-#include <limits>
-
 #include "platform/files.h"
 #include "program/analysis.h"
 

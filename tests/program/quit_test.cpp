@@ -1,7 +1,6 @@
 // The ways out of the program, and what is asked on the way.
 #include <gmock/gmock.h>
 
-#include "platform/files.h"
 #include "program/analysis.h"
 
 namespace merlane {

@@ -18,7 +18,6 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 constexpr const char* Randomisations = "More simulations improve the goodness-of-fit (GOF) estimate";

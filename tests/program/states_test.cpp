@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include "control/version.h"
-#include "platform/files.h"
 #include "program/analysis.h"
 
 namespace merlane {

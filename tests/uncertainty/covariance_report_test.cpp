@@ -1,6 +1,5 @@
 #include "uncertainty/covariance_report.h"
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

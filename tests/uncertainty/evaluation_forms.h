@@ -5,7 +5,6 @@
 
 #include "control/frm_edit_vs.h"
 #include "control/frm_menu.h"
-#include "platform/files.h"
 #include "support/function_run.h"
 #include "support/scripted_host.h"
 #include "uncertainty/frm_par_evals.h"

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "minimise/marquardt.h"
+#include "platform/files.h"
 #include "support/survival_run.h"
 #include "uncertainty/posterior.h"
 #include "uncertainty/profile.h"

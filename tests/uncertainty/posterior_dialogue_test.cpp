@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "base/text.h"
+#include "platform/files.h"
 #include "uncertainty/evaluation_forms.h"
 #include "uncertainty/evaluation_table.h"
 

@@ -7,7 +7,6 @@
 #include <nlohmann/json.hpp>
 
 #include "base/runtime_failure.h"
-#include "base/text.h"
 #include "platform/files.h"
 #include "priors/priors_file.h"
 #include "uncertainty/evaluation_table.h"

@@ -3,13 +3,13 @@
 #include <filesystem>
 
 #include "base/text.h"
+#include "platform/files.h"
 #include "uncertainty/evaluation_forms.h"
 
 namespace merlane {
 namespace {
 
 using ::testing::Contains;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
