@@ -80,16 +80,46 @@ struct Limits {
   double half, min, max;
 };
 
+/// Takes values to the canvas, where Y grows downward.
+struct Scale {
+  Scale(const Extent& e, const Limits& x, const Limits& y)
+      : xmin(x.min),
+        ymin(y.min),
+        kx((e.right - e.left) / (x.max - x.min)),
+        ky((e.bottom - e.top) / (y.max - y.min)),
+        left(e.left),
+        y0((y.max - y.min) * ky + e.top) {}
+  double Across(double value) const { return kx * (value - xmin) + left; }
+  double Down(double value) const { return ky * (ymin - value) + y0; }
+  double xmin, ymin, kx, ky, left, y0;
+};
+
+/// Paints all cells but those at the border, and sums over those painted.
+Moments PaintCells(const BivariateDensity& density, const Extent& e, const Scale& scale, Drawing& drawing) {
+  const int nx = density.X.Size(), ny = density.Y.Size();
+  const double cx = (e.right - e.left) * 0.5 / nx;
+  const double cy = RoundHalfEven((e.bottom - e.top) * 0.5 / ny);
+  Moments moments;
+  for (int i = 2; i < nx; ++i)
+    for (int j = 2; j < ny; ++j) {
+      const double f = density.f(j, i);
+      const double x = scale.Across(density.X(i)), y = scale.Down(density.Y(j));
+      drawing.items.push_back(Drawing::Box{x - cx, y - cy, x + cx, y + cy, BandColour(f / density.fmax)});
+      moments.Add(f, density.X(i), density.Y(j));
+    }
+  return moments;
+}
+
 /// Dashed lines where a parameter is 0 or 1.
-void DrawLines(const Extent& e, const Limits& x, const Limits& y, double kx, double ky, double y0, Drawing& drawing) {
+void DrawLines(const Extent& e, const Limits& x, const Limits& y, const Scale& scale, Drawing& drawing) {
   const auto across = [&](double at) {
     drawing.items.push_back(Drawing::Line{e.left, at, e.right, at, 0, Drawing::Pen::Dashed});
   };
   const auto down = [&](double at) {
     drawing.items.push_back(Drawing::Line{at, e.top, at, e.bottom, 0, Drawing::Pen::Dashed});
   };
-  if (y.Inside(0)) across(ky * y.min + y0);
-  if (x.Inside(0)) down(kx * (0 - x.min) + e.left);
+  if (y.Inside(0)) across(scale.Down(0));
+  if (x.Inside(0)) down(scale.Across(0));
   if (y.Inside(1)) across(e.bottom + ((y.min - 1) / (y.max - y.min)) * (e.bottom - e.top));
   if (x.Inside(1)) down(e.left + RoundHalfEven(((1 - x.min) / (x.max - x.min)) * (e.right - e.left)));
 }
@@ -97,11 +127,10 @@ void DrawLines(const Extent& e, const Limits& x, const Limits& y, double kx, dou
 }  // namespace
 
 BivariatePlot DrawBivariate(const BivariateDensity& density) {
-  const int nx = density.X.Size(), ny = density.Y.Size();
   BivariatePlot plot;
   Extent e;
   const Limits x(density.X), y(density.Y);
-  e.Widen(nx, ny);
+  e.Widen(density.X.Size(), density.Y.Size());
   plot.drawing = Drawing{e.left, e.top, e.right, e.bottom, {}};
   plot.empty = DrawGridmarks(plot.drawing, TickSpacing);
   if (x.max == x.min || y.max == y.min || density.fmax == 0) return plot;
@@ -109,24 +138,10 @@ BivariatePlot DrawBivariate(const BivariateDensity& density) {
   plot.drawing = plot.empty;
   plot.legend = Legend();
 
-  const double kx = (e.right - e.left) / (x.max - x.min);
-  const double ky = (e.bottom - e.top) / (y.max - y.min);
-  const double y0 = (y.max - y.min) * ky + e.top;
-  const double cx = (e.right - e.left) * 0.5 / nx;
-  const double cy = RoundHalfEven((e.bottom - e.top) * 0.5 / ny);
-  Moments moments;
-  // The border cells are neither drawn nor counted.
-  for (int i = 2; i < nx; ++i)
-    for (int j = 2; j < ny; ++j) {
-      const double f = density.f(j, i);
-      const double across = kx * (density.X(i) - x.min) + e.left;
-      const double down = ky * (y.min - density.Y(j)) + y0;
-      plot.drawing.items.push_back(
-          Drawing::Box{across - cx, down - cy, across + cx, down + cy, BandColour(f / density.fmax)});
-      moments.Add(f, density.X(i), density.Y(j));
-    }
+  const Scale scale(e, x, y);
+  plot.correlation = PaintCells(density, e, scale, plot.drawing).Correlation();
   const std::size_t items = plot.drawing.items.size();
-  DrawLines(e, x, y, kx, ky, y0, plot.drawing);
+  DrawLines(e, x, y, scale, plot.drawing);
   if (plot.drawing.items.size() > items) plot.note = "NOTE: Dashed line(s) locate 0 and/or 1";
 
   plot.axes = fmt::format("X - Axis: Values for parameter #{}\nY - Axis: Values for parameter #{}",
@@ -134,7 +149,6 @@ BivariatePlot DrawBivariate(const BivariateDensity& density) {
   plot.maxima = Pair("Max", x.max - x.half, y.max - y.half);
   plot.minima = Pair("Min", x.min + x.half, y.min + y.half);
   plot.peak = Pair("Peak", density.peakX, density.peakY);
-  plot.correlation = moments.Correlation();
   return plot;
 }
 
