@@ -7,7 +7,8 @@
 
 namespace merlane {
 
-/// A contiguous array counted from 1, as parameters, broods and visits are counted by people and files.
+/// A contiguous array counted from 1, as parameters, broods and visits are counted by people and files. An index that
+/// it does not have is a fault of the program, which debug builds assert.
 template <class T>
 class Array1 {
  public:
@@ -44,13 +45,14 @@ class Array1 {
   std::vector<T> items_;
 };
 
-/// A matrix counted from 1 in rows and columns; rows are contiguous.
+/// A matrix counted from 1 in rows and columns; rows are contiguous. Indices as for Array1.
 template <class T>
 class Matrix1 {
  public:
   Matrix1() = default;
   Matrix1(int rows, int columns, const T& value = T()) { Dimension(rows, columns, value); }
 
+  /// Makes the matrix that large with every element equal to `value`; what it held is gone.
   void Dimension(int rows, int columns, const T& value = T()) {
     rows_ = rows;
     columns_ = columns;

@@ -12,6 +12,7 @@ std::string RightSet(std::string_view value, int width);
 /// The text without blanks (the space character alone) at both ends.
 std::string_view Trim(std::string_view text);
 
+/// The text with the 26 letters made capitals or small ones; all other bytes stay.
 std::string UpperCase(std::string_view text);
 std::string LowerCase(std::string_view text);
 

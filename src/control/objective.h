@@ -14,7 +14,8 @@ struct ModelCall {
   Array1<std::string>& Names;  // out
   Array1<std::string>& Fuses;  // the validation may unfuse
   std::int16_t& N;             // number of parameters; set with NF = 0
-  std::int32_t NF;  // 0 read data; above 0 evaluate, the running count of calls; -1 results; -2 analytical derivatives
+  /// 0 read data; above 0 evaluate, the running count of calls; -1 results, or a simulation; -2 analytical derivatives.
+  std::int32_t NF;
   std::int32_t& NObs;
   Array1<double>& G;
   Matrix1<double>& H;

@@ -25,8 +25,8 @@ class Desk {
   /// The form of that name; null when there is none.
   Form* Find(const std::string& formName) const;
 
-  // What forms do with forms. By name where the form lives in a room further up; std::logic_error when none is named
-  // so.
+  // What forms do with forms; to show one that is in sight brings it to the front. By name where the form lives in a
+  // room further up; std::logic_error when none is named so.
   void Load(Form& form);
   void Show(Form& form);
   void Hide(Form& form);
@@ -37,7 +37,7 @@ class Desk {
   void Hide(const std::string& formName) { Hide(Named(formName)); }
   void Unload(const std::string& formName) { Unload(Named(formName)); }
 
-  // Questions.
+  // Questions, answered as WindowSystem says; Tell is for messages whose answer is of no account.
   Answer Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   void Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   std::string Input(const std::string& title, const std::string& prompt, const std::string& defaultText);

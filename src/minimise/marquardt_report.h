@@ -13,6 +13,7 @@ namespace merlane {
 std::string MarquardtTerminalPane(const RunState& state, const MarquardtProgress& progress);
 std::string MarquardtFileLog(const RunState& state, const MarquardtProgress& progress);
 
+/// At a minimum.
 std::string MarquardtFinalPane(const RunState& state, const MarquardtProgress& progress);
 std::string MarquardtFinalLog(const RunState& state, const MarquardtProgress& progress);
 

@@ -7,15 +7,9 @@
 #include "control/log_file.h"
 #include "control/run_state.h"
 #include "forms/form.h"
+#include "minimise/profile_run.h"
 
 namespace merlane {
-
-/// What a likelihood profile tells the minimiser that works on one of its points, and how it is told to end.
-struct ProfileRun {
-  std::int16_t ProfilePoint = 0;
-  std::int16_t ProfilePoints = 0;
-  bool QuitAsked = false;  // set when the user quits the procedure: the profile ends with its last completed point
-};
 
 /// What the windows of both minimisers share: status panels, the texts that depend on who drives the run, the questions
 /// of an interrupted profile, and the way back to the menu.

@@ -9,6 +9,7 @@ namespace merlane {
 /// The texts of a run: for the panes of the form, and for the log. Each ends its lines with "\n". RuntimeFailure when a
 /// relative measure of convergence would divide by a best value of 0.
 
+/// Of a simplex that has just been built or resumed.
 std::string SimplexInitialPane(const RunState& state, const SimplexState& simplex);
 std::string SimplexInitialLog(const RunState& state, const SimplexState& simplex);
 
@@ -16,6 +17,7 @@ std::string SimplexInitialLog(const RunState& state, const SimplexState& simplex
 std::string SimplexTerminalPane(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
 std::string SimplexFileLog(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
 
+/// At a minimum.
 std::string SimplexFinalPane(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
 std::string SimplexFinalLog(const RunState& state, const SimplexState& simplex, const SimplexProgress& progress);
 

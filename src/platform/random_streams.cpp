@@ -20,9 +20,10 @@ void RandomStreams::SetSeed(std::uint64_t seed) {
 
 void RandomStreams::BeginNext() {
   if (!seeded_) {
+    constexpr std::uint64_t MillisecondsOfADay = 86400000;
     const DateTime now = clock_.Now();
-    SetSeed(static_cast<std::uint64_t>(Timer(clock_) * 1000) +
-            86400000U * static_cast<std::uint64_t>((now.year * 12 + now.month) * 31 + now.day));
+    const int day = (now.year * 12 + now.month) * 31 + now.day;
+    SetSeed(static_cast<std::uint64_t>(Timer(clock_) * 1000) + MillisecondsOfADay * static_cast<std::uint64_t>(day));
   }
   ++number_;
   stream_ = RandomStream(seed_, number_);
