@@ -20,13 +20,6 @@ std::string TermField(const PriorTerm& term) {
   return RightSet(std::get<std::string>(term), TermWidth);
 }
 
-/// A second term is kept as the text that stands there, but no number that nobody could compute with.
-std::string SecondTerm(std::string_view field) {
-  const std::string_view text = Trim(field);
-  if (IsNumber(text)) StrictNumber(text);
-  return std::string(text);
-}
-
 }  // namespace
 
 std::string PriorsFileText(const Priors& priors) {
@@ -58,8 +51,8 @@ PriorsReading ReadPriorsText(std::string_view text, int NPAR) {
     priors.PriorCode(i) = UpperCase(Columns(line, 7, 7));
     priors.PriorFirstMean(i) = LenientNumber(Columns(line, 8, 18));
     priors.PriorFirstSD(i) = LenientNumber(Columns(line, 19, 29));
-    priors.PriorSecondMean(i) = SecondTerm(Columns(line, 30, 40));
-    priors.PriorSecondSD(i) = SecondTerm(Columns(line, 41, 51));
+    priors.PriorSecondMean(i) = std::string(Trim(Columns(line, 30, 40)));
+    priors.PriorSecondSD(i) = std::string(Trim(Columns(line, 41, 51)));
   }
   return reading;
 }
