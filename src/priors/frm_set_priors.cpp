@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
