@@ -21,8 +21,8 @@ namespace {
 /// How often a bootstrap that has caught up looks for what is new. Seldom enough to leave the cores to the fits.
 constexpr std::chrono::milliseconds Glance(5);
 
-/// How many outcomes a fit may be ahead before it waits: a bound on what a fit of very many calls keeps.
-constexpr std::size_t MostCallsAhead = 20000;
+/// How many numbers the vectors of a fit may hold before it waits: a bound on what a fit of very many calls keeps.
+constexpr int MostNumbersAhead = 1'500'000;
 
 /// How many visits all threads together may hold, a few hundred bytes each.
 constexpr int MostVisitsAhead = 4'000'000;
@@ -53,6 +53,8 @@ struct KnownCall {
 /// The calls of one replicate's minimiser, written by the thread that fits and read by the one that follows.
 class FitsAhead::Fit {
  public:
+  explicit Fit(int mostCalls) : mostCalls_(static_cast<std::size_t>(mostCalls)) {}
+
   // The fitting thread.
   void Begins(const std::string& dataText) {
     const std::lock_guard lock(mutex_);
@@ -62,7 +64,7 @@ class FitsAhead::Fit {
   }
   KnownCall& Calls(std::int32_t NF, const Array1<double>& vector) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return calls_.size() < MostCallsAhead || abandoned_; });
+    changed_.wait(lock, [this] { return calls_.size() < mostCalls_ || abandoned_; });
     StopIfAbandoned();
     return calls_.emplace_back(NF, vector);
   }
@@ -95,7 +97,7 @@ class FitsAhead::Fit {
   }
   void DropFirst() {
     const std::lock_guard lock(mutex_);
-    if (calls_.size() == MostCallsAhead) changed_.notify_all();
+    if (calls_.size() == mostCalls_) changed_.notify_all();
     calls_.pop_front();
   }
   /// Waits for a glance at most, less when the fit ends.
@@ -105,6 +107,7 @@ class FitsAhead::Fit {
   }
 
  private:
+  const std::size_t mostCalls_;
   std::atomic<bool> abandoned_ = false;
   std::mutex mutex_;  // guards all below, but not the calls themselves
   std::condition_variable changed_;
@@ -115,6 +118,8 @@ class FitsAhead::Fit {
 };
 
 int ThreadsAhead(int cores, int visits) { return std::min(cores, MostVisitsAhead / std::max(1, visits)); }
+
+int CallsAhead(int parameters) { return MostNumbersAhead / (2 * parameters); }
 
 FitsAhead::FitsAhead(Origin origin, Watch watch, int threads) : origin_(std::move(origin)), watch_(std::move(watch)) {
   try {
@@ -188,7 +193,7 @@ void FitsAhead::Work() {
     changed_.wait(lock, [this] { return ended_ || next_ <= limit_; });
     if (ended_) return;
     const int attempt = next_++;
-    const std::shared_ptr<Fit> fit = fits_[attempt] = std::make_shared<Fit>();
+    const std::shared_ptr<Fit> fit = fits_[attempt] = std::make_shared<Fit>(CallsAhead(origin_.run.algorithm.NPAR));
     lock.unlock();
     Run(attempt, *fit);
     lock.lock();

@@ -23,6 +23,9 @@ namespace merlane {
 /// few of them fit large data.
 int ThreadsAhead(int cores, int visits);
 
+/// How many calls a fit may be ahead of the bootstrap with so many parameters: of each call two vectors are kept.
+int CallsAhead(int parameters);
+
 /// Fits the coming replicates of a bootstrap on the other cores, each from its own random stream, and keeps what the
 /// objective was at each call of the minimiser. The bootstrap itself goes on as if nobody were ahead of it: its own
 /// minimiser calls the objective, and is given a kept outcome for a calculation when data and vector are those that
