@@ -134,35 +134,6 @@ void Program::FollowSummary(const std::function<void()>& command) {
   EndLongCommand();
 }
 
-bool Program::BootstrapSimplex() {
-  state.flags.SimplexBuilt = false;
-  BuildFuseGroups(state);
-  PackFree(state);
-  frmSimplex.Minimise();
-  return true;
-}
-
-bool Program::BootstrapMarquardt() {
-  BuildFuseGroups(state);
-  PackFree(state);
-  frmMarquardt.TakeNumericalDerivatives();
-  return frmMarquardt.Minimise().ending != MarquardtEnding::MatrixFailed;
-}
-
-void Program::MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
-  BuildFuseGroups(run);
-  PackFree(run);
-  if (minimiser == BootstrapResults::Minimiser::Simplex) {
-    run.flags.SimplexBuilt = false;
-    SimplexState polytope;
-    SimplexWatch nobody;
-    MinimiseSimplex(run, objective, polytope, nobody);
-  } else {
-    MarquardtWatch nobody;
-    MinimiseMarquardt(run, objective, DerivativeMode::Numerical, nobody);
-  }
-}
-
 void Program::BeginLongCommand() {
   frmMenu.DisableAllButQuit();
   desk.Unload(frmMenu);
