@@ -18,8 +18,8 @@ struct PriorsReading {
   Priors priors;           // filled when the count is the expected one
 };
 
-/// Reads the text of a .pri file for a model of NPAR parameters. RuntimeFailure for a first line that is no whole
-/// number, or when there are fewer lines than parameters.
+/// Reads the text of a .pri file for a model of NPAR parameters. RuntimeFailure for a first line that is no
+/// number, for fewer lines than parameters, and for a first term too large for a double.
 PriorsReading ReadPriorsText(std::string_view text, int NPAR);
 
 }  // namespace merlane
