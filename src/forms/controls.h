@@ -152,7 +152,7 @@ class Grid : public Control {
   int headingRows = 1;
   int selectedRow = -1;
   int topRow = 1;                  // first row in view below the headings
-  std::vector<int> widths;         // of the columns, in characters; empty: by contents
+  std::vector<int> widths;         // of the first columns, in characters; the others: by contents
   bool selectsRows = false;        // a click selects a row
   std::vector<bool> typedColumns;  // the columns whose cells are typed into (arrows, Enter and paste work there)
 

@@ -79,8 +79,8 @@ void FormBinding::Commit(const Binder* source) {
 }
 
 void FormBinding::GiveFocus() {
+  if (form.focus == nullptr || !form.TakesInput()) return;
   const Control* const wanted = std::exchange(form.focus, nullptr);
-  if (wanted == nullptr) return;
   if (QWidget* const widget = Find(wanted->name)) widget->setFocus(Qt::OtherFocusReason);
 }
 

@@ -33,14 +33,12 @@ void FormWindow::ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members) {
   frames_.emplace_back(frame, std::move(members));
 }
 
+void FormWindow::AddTabStop(QWidget* widget) {
+  if (widget->focusPolicy() & Qt::TabFocus) tabStops_.push_back(widget);
+}
+
 void FormWindow::SetTabOrder() {
-  QWidget* before = nullptr;
-  for (const auto& binder : binding.Binders()) {
-    QWidget* const widget = binder->Widget();
-    if (widget == nullptr || widget->focusPolicy() == Qt::NoFocus) continue;
-    if (before != nullptr) QWidget::setTabOrder(before, widget);
-    before = widget;
-  }
+  for (std::size_t i = 1; i < tabStops_.size(); ++i) QWidget::setTabOrder(tabStops_[i - 1], tabStops_[i]);
 }
 
 void FormWindow::Sync() {
@@ -49,7 +47,15 @@ void FormWindow::Sync() {
   binding.Sync();
   for (const auto& [frame, members] : frames_)
     frame->setVisible(std::ranges::any_of(members, [](const QWidget* member) { return !member->isHidden(); }));
-  if (isEnabled() != binding.form.TakesInput()) setEnabled(binding.form.TakesInput());
+  if (isEnabled() != binding.form.TakesInput()) TakeInput(binding.form.TakesInput());
+}
+
+/// While the window takes no input the keys have nowhere to go; afterwards they go where they went before.
+void FormWindow::TakeInput(bool takes) {
+  if (!takes) rested_ = focusWidget();
+  setEnabled(takes);
+  const bool inFront = !frame_ || frame_->mdiArea()->currentSubWindow() == frame_;
+  if (takes && rested_ && inFront) rested_->setFocus(Qt::OtherFocusReason);
 }
 
 void FormWindow::Place(MainWindow* main) {
@@ -125,6 +131,7 @@ QSize FormWindow::SizeWithin(const QSize& room) const {
 
 void FormWindow::Leave() {
   if (!std::exchange(onScreen_, false)) return;
+  if (isEnabled()) rested_ = focusWidget();
   if (!frame_) return hide();
   frame_->hide();
   // The area would keep the hidden window active: the one that was active before it takes over.
@@ -144,15 +151,13 @@ void FormWindow::BringToFront() {
   if (!std::exchange(focusGiven_, true)) FirstFocus();
 }
 
-/// The first control that can be typed into or pressed.
+/// The first control that can be typed into or pressed; in the menu, which is come back to all the time, the one that
+/// had the focus last.
 void FormWindow::FirstFocus() {
-  for (const auto& binder : binding.Binders()) {
-    QWidget* const widget = binder->Widget();
-    if (widget != nullptr && (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && !widget->isHidden()) {
-      widget->setFocus(Qt::OtherFocusReason);
-      return;
-    }
-  }
+  if (room_ == Room::Left && rested_ && rested_->isEnabled()) return rested_->setFocus(Qt::OtherFocusReason);
+  const auto first =
+      std::ranges::find_if(tabStops_, [](const QWidget* stop) { return stop->isEnabled() && !stop->isHidden(); });
+  if (first != tabStops_.end()) (*first)->setFocus(Qt::OtherFocusReason);
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

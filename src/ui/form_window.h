@@ -24,6 +24,8 @@ class FormWindow : public QWidget {
   /// Where the window opens: at the left, where the menu stands; in the room beside the menu; or over all of it.
   enum class Room { Left, BesideMenu, Whole };
   void Stand(Room room) { room_ = room; }
+  /// The next widget that the Tab key goes to, if it is one that takes keys.
+  void AddTabStop(QWidget* widget);
   /// A frame that is seen only while one of these is.
   void ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members);
 
@@ -40,6 +42,7 @@ class FormWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void TakeInput(bool takes);
   void SetTabOrder();
   void FirstFocus();
   void Float();
@@ -52,10 +55,12 @@ class FormWindow : public QWidget {
   Windows& windows_;
   QSize preferredSize_;
   Room room_ = Room::BesideMenu;
+  std::vector<QWidget*> tabStops_;
   QAbstractButton* default_ = nullptr;
   QAbstractButton* cancel_ = nullptr;
   std::vector<std::pair<QWidget*, std::vector<QWidget*>>> frames_;
   QPointer<QMdiSubWindow> frame_;  // around the window while it is a child
+  QPointer<QWidget> rested_;       // had the focus when the window ceased to take input or went off the screen
   bool onScreen_ = false;
   bool focusGiven_ = false;
 };

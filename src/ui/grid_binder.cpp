@@ -268,6 +268,11 @@ class GridBinder : public Binder {
                           [this, cell](Leave leave, const QString& text) { EndEntry(cell, leave, text); });
     entry_->setObjectName(QStringLiteral("txtValue"));
     entry_->setFrame(false);
+    if (const QVariant colour = cell.data(Qt::ForegroundRole); colour.isValid()) {
+      QPalette palette = entry_->palette();
+      palette.setColor(QPalette::Text, colour.value<QBrush>().color());
+      entry_->setPalette(palette);
+    }
     entry_->setText(typed.isEmpty() ? cell.data(Qt::EditRole).toString() : typed);
     entry_->setGeometry(view_->visualRect(cell));
     entry_->show();
@@ -330,7 +335,7 @@ class GridBinder : public Binder {
 
   void FitColumns() {
     const int character = view_->fontMetrics().horizontalAdvance(QLatin1Char('0'));
-    if (grid_.widths.empty()) view_->resizeColumnsToContents();
+    view_->resizeColumnsToContents();
     for (std::size_t column = 0; column < grid_.widths.size(); ++column)
       view_->setColumnWidth(static_cast<int>(column), character * (grid_.widths[column] + 2));
   }

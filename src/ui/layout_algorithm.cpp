@@ -19,6 +19,7 @@ void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
       layouter.Group(QStringLiteral("Minimization"),
                      layouter.Column({"lblAbsRel", "txtAbsRel", "lblSimplex", "lblMarquardt", "txtMaxFunctions",
                                       "lblReduction", "txtReduction", "lblTerminalFreq", "txtTerminalFreq"})));
+  layouter.Note("lblFileName");
   auto* const log = layouter.Column({"lblFileName", "txtFileName"});
   log->addLayout(layouter.Row({"cmdOpenLog", "cmdCloseLog"}));
   log->addLayout(layouter.Column({"lblFileFreq", "txtFileFreq"}));

@@ -20,6 +20,15 @@ void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
   layouter.PreferText(74, 1);
 }
 
+/// Stands where the menu stood, so that the results that it is about are seen beside it.
+void LayOutCovDisplay(Layouter& layouter, QVBoxLayout& column) {
+  if (QLabel* const question = layouter.Note("lblCovDisplay")) column.addWidget(question);
+  column.addLayout(layouter.Column({"cmdScreen", "cmdFile", "cmdFinish"}));
+  if (QWidget* const explanation = layouter.Take("txtExplain")) column.addWidget(explanation, 1);
+  layouter.PreferText(40, 24);
+  layouter.window.Stand(FormWindow::Room::Left);
+}
+
 void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
   if (QWidget* const abort = layouter.Take("cmdAbort")) column.addWidget(abort, 1, Qt::AlignCenter);
   layouter.PreferText(44, 1);

@@ -14,16 +14,33 @@ bool TakesRoom(const Control& control) {
          dynamic_cast<const ListBox*>(&control) != nullptr || dynamic_cast<const Canvas*>(&control) != nullptr;
 }
 
+/// Buttons in rows, the last thing in the window.
+void AddButtons(Layouter& layouter, QVBoxLayout& column, const std::vector<std::string>& names) {
+  constexpr int ButtonsInARow = 4;
+  if (names.empty()) return;
+  auto* const buttons = new QGridLayout;
+  for (const std::string& name : names) {
+    QWidget* const button = layouter.Take(name);
+    buttons->addWidget(button, buttons->count() / ButtonsInARow, buttons->count() % ButtonsInARow);
+    if (name == "cmdCancel") layouter.window.SetCancel(button);
+    if (name == "cmdOK") layouter.window.SetDefault(button);
+  }
+  column.addLayout(buttons);
+}
+
 }  // namespace
 
 void LayOutGeneric(Layouter& layouter, QVBoxLayout& column) {
-  constexpr int ButtonsInARow = 4;
-  auto* const buttons = new QGridLayout;
+  std::vector<std::string> buttons;
   QGridLayout* fields = nullptr;
   const std::vector<Control*>& controls = layouter.window.binding.form.Controls();
   for (std::size_t i = 0; i < controls.size(); ++i) {
     const Control& control = *controls[i];
     if (layouter.Taken(control.name)) continue;
+    if (dynamic_cast<const Button*>(&control) != nullptr) {
+      buttons.push_back(control.name);
+      continue;
+    }
     const bool labels = dynamic_cast<const Label*>(&control) != nullptr && i + 1 < controls.size() &&
                         IsField(*controls[i + 1]) && !layouter.Taken(controls[i + 1]->name);
     if (labels || IsField(control)) {
@@ -36,19 +53,10 @@ void LayOutGeneric(Layouter& layouter, QVBoxLayout& column) {
     QWidget* const widget = layouter.Take(control.name);
     if (widget == nullptr) continue;  // an entry of a menu
     fields = nullptr;
-    if (dynamic_cast<const Button*>(&control) != nullptr) {
-      buttons->addWidget(widget, buttons->count() / ButtonsInARow, buttons->count() % ButtonsInARow);
-      if (control.name == "cmdCancel") layouter.window.SetCancel(widget);
-      if (control.name == "cmdOK") layouter.window.SetDefault(widget);
-    } else {
-      if (auto* const label = qobject_cast<QLabel*>(widget)) label->setWordWrap(true);
-      column.addWidget(widget, TakesRoom(control) ? 1 : 0);
-    }
+    if (auto* const label = qobject_cast<QLabel*>(widget)) label->setWordWrap(true);
+    column.addWidget(widget, TakesRoom(control) ? 1 : 0);
   }
-  if (buttons->count() > 0)
-    column.addLayout(buttons);
-  else
-    delete buttons;
+  AddButtons(layouter, column, buttons);
 }
 
 }  // namespace merlane

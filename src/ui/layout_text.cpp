@@ -33,6 +33,13 @@ void LayOutText(Layouter& layouter, QVBoxLayout& column) {
   layouter.PreferText(120, 46);
 }
 
+/// The menu is away while these results are open, and their lines are long.
+void LayOutWideText(Layouter& layouter, QVBoxLayout& column) {
+  LayOutText(layouter, column);
+  layouter.PreferText(170, 46);
+  layouter.window.Stand(FormWindow::Room::Whole);
+}
+
 void LayOutPage(Layouter& layouter, QVBoxLayout& column) {
   for (QWidget* pane : TakeKind(layouter, IsPane)) {
     auto* const page = qobject_cast<QPlainTextEdit*>(pane);

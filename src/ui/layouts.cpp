@@ -8,7 +8,7 @@ namespace merlane {
 
 QWidget* Layouter::Take(const std::string& name) {
   QWidget* const widget = window.binding.Find(name);
-  if (widget != nullptr) taken_.insert(name);
+  if (widget != nullptr && taken_.insert(name).second) window.AddTabStop(widget);
   return widget;
 }
 
@@ -69,15 +69,19 @@ void Layouter::PreferText(int columns, int lines) {
 
 void LayOut(FormWindow& window) {
   static const std::map<std::string, Layout> layouts{
-      {"frmMenu", LayOutMenu},           {"frmInitialize", LayOutInitialize}, {"frmAlgo", LayOutAlgorithm},
-      {"frmRank", LayOutRank},           {"frmXYPlot", LayOutXyPlot},         {"frmDistPlot", LayOutDistPlot},
-      {"frmBivarPlot", LayOutBivarPlot}, {"frmAbort", LayOutAbort},           {"frmSetPriors", LayOutTable},
-      {"frmOneFunction", LayOutText},    {"frmSimplex", LayOutText},          {"frmMarquardt", LayOutText},
-      {"frmCovData", LayOutText},        {"frmSummary", LayOutText},          {"frmMaxLike", LayOutText},
-      {"frmBayesian", LayOutText},       {"frmReviewPriors", LayOutText},     {"frmPriorDists", LayOutText},
-      {"frmHelp", LayOutPage},           {"frmDefaults", LayOutPage},         {"frmWisdom", LayOutPage},
-      {"frmCredits", LayOutPage},        {"frmEditVS", LayOutCommands},       {"frmLoadPriors", LayOutCommands},
-      {"frmParEvals", LayOutCommands},
+      {"frmMenu", LayOutMenu},           {"frmInitialize", LayOutInitialize},
+      {"frmAlgo", LayOutAlgorithm},      {"frmRank", LayOutRank},
+      {"frmXYPlot", LayOutXyPlot},       {"frmDistPlot", LayOutDistPlot},
+      {"frmBivarPlot", LayOutBivarPlot}, {"frmAbort", LayOutAbort},
+      {"frmSetPriors", LayOutTable},     {"frmOneFunction", LayOutWideText},
+      {"frmSimplex", LayOutText},        {"frmMarquardt", LayOutText},
+      {"frmCovData", LayOutText},        {"frmSummary", LayOutWideText},
+      {"frmMaxLike", LayOutText},        {"frmBayesian", LayOutText},
+      {"frmReviewPriors", LayOutText},   {"frmPriorDists", LayOutText},
+      {"frmHelp", LayOutPage},           {"frmDefaults", LayOutPage},
+      {"frmWisdom", LayOutPage},         {"frmCredits", LayOutPage},
+      {"frmEditVS", LayOutCommands},     {"frmLoadPriors", LayOutCommands},
+      {"frmParEvals", LayOutCommands},   {"frmCovDisplay", LayOutCovDisplay},
   };
   auto* const column = new QVBoxLayout(&window);
   column->setContentsMargins(16, 14, 16, 14);

@@ -55,9 +55,11 @@ void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column);
 void LayOutText(Layouter& layouter, QVBoxLayout& column);
+void LayOutWideText(Layouter& layouter, QVBoxLayout& column);
 void LayOutPage(Layouter& layouter, QVBoxLayout& column);
 void LayOutTable(Layouter& layouter, QVBoxLayout& column);
 void LayOutCommands(Layouter& layouter, QVBoxLayout& column);
+void LayOutCovDisplay(Layouter& layouter, QVBoxLayout& column);
 void LayOutAbort(Layouter& layouter, QVBoxLayout& column);
 void LayOutGeneric(Layouter& layouter, QVBoxLayout& column);
 

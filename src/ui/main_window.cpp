@@ -50,8 +50,9 @@ void MainWindow::Sync() {
   if (isVisible() == binding.form.Visible()) return;
   if (!placed_) {
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    resize(QSize(1280, 900).boundedTo(screen.size() - QSize(0, 30)));
-    move(screen.center() - rect().center());
+    const QSize titleBar(0, 30);
+    resize(QSize(1480, 940).boundedTo(screen.size() - titleBar));
+    move(screen.center() - QRect(QPoint(), size() + titleBar).center());
     placed_ = true;
   }
   setVisible(binding.form.Visible());

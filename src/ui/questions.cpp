@@ -74,6 +74,13 @@ QString Patterns(const QString& patterns) {
   return split.join(QLatin1Char(' '));
 }
 
+/// What the whole title takes, which the frame may set in bold between its icon and buttons.
+int WidthOfTitle(const QDialog& dialog) {
+  QFont bold = dialog.font();
+  bold.setBold(true);
+  return QFontMetrics(bold).horizontalAdvance(dialog.windowTitle()) + 140;
+}
+
 /// Lets the lines of a message stand as they were written, as far as a box may be wide: beyond that limit, which is the
 /// toolkit's, it would cut them off.
 void KeepLines(QMessageBox& box) {
@@ -82,7 +89,7 @@ void KeepLines(QMessageBox& box) {
   const int widest = (screen <= 1024 ? screen : std::min(screen - 480, 1000)) - BesideText;
   const int natural = box.fontMetrics().boundingRect(QRect(), Qt::TextExpandTabs, box.text()).width();
   if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
-    label->setMinimumWidth(std::min(natural + 4, widest));
+    label->setMinimumWidth(std::min(std::max(natural + 4, WidthOfTitle(box) - BesideText), widest));
 }
 
 /// Puts a dialog into the upper right corner of its parent: a walk through a table shows there, row by row, what is
@@ -129,7 +136,7 @@ std::string AskForLine(const InputRequest& request, QWidget* parent) {
   column->addWidget(prompt, 1);
   column->addWidget(entry);
   column->addWidget(buttons);
-  dialog.setMinimumWidth(34 * dialog.fontMetrics().averageCharWidth() + 200);
+  dialog.setMinimumWidth(std::max(34 * dialog.fontMetrics().averageCharWidth() + 200, WidthOfTitle(dialog)));
   StandAside(dialog);
   entry->setFocus();
   return dialog.exec() == QDialog::Accepted ? FromQt(entry->text()) : std::string();
@@ -145,9 +152,18 @@ QStringList NameFilters(const std::string& filter) {
   return filters;
 }
 
+void PrepareFileDialog(QFileDialog& dialog) {
+  dialog.setObjectName(QStringLiteral("fileDialog"));
+  dialog.resize(860, 520);
+  auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+  if (files == nullptr) return;  // it is the system's own dialog
+  files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
 std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent) {
   QFileDialog dialog(parent, ToQt(request.title));
-  dialog.setObjectName(QStringLiteral("fileDialog"));
+  PrepareFileDialog(dialog);
   const bool saves = request.kind == FileRequest::Kind::Save;
   dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -155,7 +171,6 @@ std::optional<std::string> AskForFile(const FileRequest& request, const QString&
   dialog.setNameFilters(filters);
   if (request.filterIndex >= 1 && request.filterIndex <= filters.size())
     dialog.selectNameFilter(filters[request.filterIndex - 1]);
-  dialog.resize(860, 520);
   const QFileInfo start(ToQt(request.startName));
   const bool namesFolder = !start.path().isEmpty() && start.path() != QLatin1String(".");
   dialog.setDirectory(namesFolder ? start.path() : folder);

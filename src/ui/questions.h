@@ -16,6 +16,8 @@ Answer AskInBox(const Message& message, QWidget* parent);
 std::string AskForLine(const InputRequest& request, QWidget* parent);
 /// A request for a file, beginning in `folder` where the request names none; none when cancelled.
 std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent);
+/// What all file dialogs have in common: they tell the size, kind and date of files whole.
+void PrepareFileDialog(QFileDialog& dialog);
 /// Tells of a command that failed.
 void TellFailure(const std::string& text, QWidget* parent);
 

@@ -37,7 +37,7 @@ class PictureSaver : public QObject {
  private:
   QString AskPath() {
     QFileDialog dialog(&picture_, QStringLiteral("Save picture in..."));
-    dialog.setObjectName(QStringLiteral("fileDialog"));
+    PrepareFileDialog(dialog);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({QStringLiteral("SVG pictures (*.svg)"), QStringLiteral("PDF documents (*.pdf)"),
                            QStringLiteral("PNG pictures (*.png)")});
@@ -48,7 +48,6 @@ class PictureSaver : public QObject {
     if (!filter_.isEmpty()) dialog.selectNameFilter(filter_);
     if (!folder_.isEmpty()) dialog.setDirectory(folder_);
     endAsFiltered(dialog.selectedNameFilter());
-    dialog.resize(860, 520);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
     filter_ = dialog.selectedNameFilter();
     folder_ = dialog.directory().absolutePath();

@@ -9,6 +9,7 @@
 #include "ui/form_window.h"
 #include "ui/hand.h"
 #include "ui/main_window.h"
+#include "ui/paint_drawing.h"
 #include "ui/qt_host.h"
 #include "ui/questions.h"
 
@@ -227,6 +228,15 @@ TEST_F(BinderTest, EscapeGivesAnEntryUp) {
   QTest::keyClick(EntryBox(*table), Qt::Key_Escape);
   EXPECT_THAT(demo.log, ElementsAre("double 1 1", "entry 1 1 "));
   EXPECT_EQ(demo.grid.At(1, 1).text, "11");
+}
+
+TEST_F(BinderTest, AnEntryHasTheColourOfItsCell) {
+  demo.grid.At(2, 1).fore = Colour::Green;
+  windows.Sync();
+  hand.DoubleClickCell("frmDemo", "grdCells", 2, 1);
+  const QLineEdit* const entry = EntryBox(*hand.Find<QTableView>("frmDemo", "grdCells"));
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(entry->palette().color(QPalette::Text), PaletteColour(static_cast<int>(Colour::Green)));
 }
 
 TEST_F(BinderTest, EntryIsCommittedWhenAnotherControlIsUsed) {

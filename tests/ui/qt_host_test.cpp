@@ -227,6 +227,36 @@ TEST_F(QtHostTest, QuestionsOfferWhatTheirStyleSays) {
   EXPECT_THAT(offered(style::YesNoQuestionDefaultNo), ElementsAre("No*", "Yes"));
 }
 
+TEST_F(QtHostTest, DialogsAreAsWideAsTheirTitles) {
+  const std::string title = "More simulations improve this goodness-of-fit (GOF) estimate";
+  const auto isWide = [&](QWidget& dialog) {
+    EXPECT_GE(dialog.width(), dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + 100);
+    hand.Dismiss(dialog);
+  };
+  hand.Expect(isWide, title);
+  host.MsgBox({title, "1", style::Information, ""});
+  hand.Expect(isWide, title);
+  host.InputBox({title, "1", ""});
+  EXPECT_TRUE(hand.Done());
+}
+
+TEST_F(QtHostTest, FilesAreListedWithTheirWholeDates) {
+  hand.Expect(
+      [&](QWidget& dialog) {
+        const auto* const files = dialog.findChild<QTreeView*>("treeView");
+        const auto date = [&] { return files->model()->index(0, 3, files->rootIndex()); };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return date().isValid() && !date().data().toString().isEmpty(); }));
+        QTest::qWait(20);
+        EXPECT_GE(files->columnWidth(3), files->fontMetrics().horizontalAdvance(date().data().toString()));
+        hand.Dismiss(dialog);
+      },
+      "Open");
+  FileRequest request;
+  request.title = "Open";
+  request.startName = MERLANE_SOURCE_DIR "/examples/first_fit.dat";
+  EXPECT_FALSE(host.AskFile(request));
+}
+
 TEST_F(QtHostTest, LongMessageIsShownWhole) {
   std::string words;
   for (int i = 0; i < 60; ++i) words += "uniform-unbounded ";

@@ -1,0 +1,62 @@
+// The windows worked by keys alone.
+#include <gmock/gmock.h>
+
+#include "ui/desktop.h"
+
+namespace merlane {
+namespace {
+
+using test::Desktop;
+
+/// The widget that keys go to, by the name of its control.
+std::string Focused(Desktop& desktop) {
+  const QWidget* const focused = desktop.windows.Main()->focusWidget();
+  return focused == nullptr ? "" : focused->objectName().toStdString();
+}
+
+TEST(KeyboardTest, AltWithItsUnderlinedLetterInitializes) {
+  Desktop desktop;
+  desktop.hand.Key("frmMenu", Qt::Key_I, Qt::AltModifier);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return desktop.program.desk.Find("frmInitialize")->Visible(); }));
+}
+
+void ReadExample(Desktop& desktop) {
+  desktop.hand.Press("frmMenu", "cmdInitialize");
+  desktop.hand.ChooseFile(MERLANE_SOURCE_DIR "/examples/first_fit.dat");
+  desktop.hand.Press("frmInitialize", "cmdLoadData");
+  desktop.hand.Answer(QMessageBox::Ok, "Analysis update");
+  desktop.hand.Press("frmInitialize", "cmdDone");
+}
+
+TEST(KeyboardTest, TheFocusGoesWithTheStepsOfAnAnalysis) {
+  Desktop desktop;
+  EXPECT_EQ(Focused(desktop), "cmdInitialize");
+  ReadExample(desktop);
+  EXPECT_EQ(Focused(desktop), "cmdLoadAlg");
+  desktop.hand.Answer(QMessageBox::No, "Load algorithm data");
+  desktop.hand.Answer(QMessageBox::Ok, "Default Algorithm Values");
+  desktop.hand.Key("frmMenu", Qt::Key_Return);
+  EXPECT_EQ(Focused(desktop), "cmdEditAlg");
+  desktop.hand.Key("frmMenu", Qt::Key_Return);
+  EXPECT_EQ(Focused(desktop), "grdVS");
+  desktop.hand.Answer(QMessageBox::Ok, "Just so you know");
+  desktop.hand.Press("frmAlgo", "cmdFinish");
+  EXPECT_EQ(Focused(desktop), "cmdOneFunction");
+  desktop.hand.answers = [&](QDialog& warning) { desktop.hand.Dismiss(warning); };
+  desktop.hand.Key("frmMenu", Qt::Key_Return);
+  EXPECT_FALSE(desktop.windows.Find("frmMenu")->isVisible());
+  desktop.hand.CloseFrame("frmOneFunction");
+  EXPECT_EQ(Focused(desktop), "cmdOneFunction");
+}
+
+TEST(KeyboardTest, TheFocusStaysWhereAQuestionWasCancelled) {
+  Desktop desktop;
+  ReadExample(desktop);
+  EXPECT_EQ(Focused(desktop), "cmdLoadAlg");
+  desktop.hand.Answer(QMessageBox::Cancel, "Load algorithm data");
+  desktop.hand.Key("frmMenu", Qt::Key_Return);
+  EXPECT_EQ(Focused(desktop), "cmdLoadAlg");
+}
+
+}  // namespace
+}  // namespace merlane
