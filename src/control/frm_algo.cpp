@@ -49,7 +49,7 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
   mnuUnFuse.onClick = [this] { UnfuseAll(); };
   mnuFinish.onClick = [this] { desk.Unload(*this); };
 
-  grdVS.widths = {10, 13, 13, 6, 90};
+  grdVS.widths = {10, 10, 10, 4};  // and the description as wide as it is
   grdVS.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };
   grdVS.onEntry = [this](int row, int column, const std::string& text) {
     if (entry_ && entry_->row == row && entry_->column == column) LeaveEntry(text);
