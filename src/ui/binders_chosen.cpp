@@ -125,7 +125,8 @@ class MenuEntryBinder : public Binder {
   }
 
   void Sync() override {
-    const std::string text = control.visible ? control.text : "";  // a hidden entry would keep its key from others
+    std::string text = control.visible ? control.text : "";
+    if (!control.enabled) std::erase(text, '&');  // an entry that cannot be chosen would keep its key from others
     if (shown_ != text) action_->setText(Caption(shown_ = text));
     if (shownToolTip_ != control.toolTip) action_->setToolTip(ToQt(shownToolTip_ = control.toolTip));
     action_->setEnabled(control.enabled);

@@ -58,5 +58,18 @@ TEST(KeyboardTest, TheFocusStaysWhereAQuestionWasCancelled) {
   EXPECT_EQ(Focused(desktop), "cmdLoadAlg");
 }
 
+TEST(KeyboardTest, AMenuThatCannotBeOpenedKeepsNoKeyFromAButton) {
+  Desktop desktop;
+  ReadExample(desktop);
+  desktop.hand.Press("frmMenu", "cmdRank");
+  ASSERT_FALSE(desktop.hand.Entry("frmMain", "mnuApplication")->isEnabled());
+  auto* const average = desktop.hand.Find<QPushButton>("frmRank", "cmdAverage");
+  average->setEnabled(true);
+  QSignalSpy pressed(average, &QPushButton::pressed);
+  desktop.hand.Key("frmRank", Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(pressed.count(), 1);
+  QTest::qWait(200);  // a button that is pressed by its accelerator stays down for a moment
+}
+
 }  // namespace
 }  // namespace merlane
