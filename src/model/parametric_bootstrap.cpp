@@ -163,7 +163,7 @@ void ParametricBootstrap::TakeOriginal() {
   ReadAlgorithmFile();
   RunState run = state_;
   Evaluate();
-  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run)});
+  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run), algorithmText_});
 }
 
 void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
@@ -202,7 +202,8 @@ void ParametricBootstrap::ReadData(const std::string& simulatedFile) {
 void ParametricBootstrap::ReadAlgorithmFile() {
   AlgorithmData& a = state_.algorithm;
   try {
-    if (ReadAlgorithm(ReadWholeFile(a.AlgName), a).failure != AlgorithmReading::Failure::None) throw NoAlgorithmFile{};
+    algorithmText_ = ReadWholeFile(a.AlgName);
+    if (ReadAlgorithm(algorithmText_, a).failure != AlgorithmReading::Failure::None) throw NoAlgorithmFile{};
   } catch (const RuntimeFailure&) {
     throw NoAlgorithmFile{};
   }
@@ -220,7 +221,9 @@ double ParametricBootstrap::Evaluate() {
 
 /// Minimises over the free parameters of these data; false when a matrix could not be inverted.
 bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText) {
-  if (ahead_) ahead_->Follow(attempt, dataText);
+  // What goes ahead began with the algorithm file as it was. To follow it part of the way would not do: the objective
+  // may depend on all calls that were made.
+  if (ahead_ && algorithmText_ == original_->algorithmText) ahead_->Follow(attempt, dataText);
   const bool inverted = minimiser == BootstrapResults::Minimiser::Simplex ? minimiseSimplex() : minimiseMarquardt();
   if (ahead_) ahead_->Leave();
   return inverted;

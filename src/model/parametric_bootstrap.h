@@ -52,7 +52,8 @@ class ParametricBootstrap {
   struct Original {
     MerlaneModel::Kept tables;
     ReplicateDataText text;
-    RunState run;  // with the algorithm data as they are in the file
+    RunState run;               // with the algorithm data as they are in the file
+    std::string algorithmText;  // of that file
   };
 
   void Replicate(const BootstrapOptions& options, BootstrapResults& results);
@@ -79,6 +80,7 @@ class ParametricBootstrap {
 
   // While a bootstrap runs.
   std::optional<Original> original_;
+  std::string algorithmText_;  // of the algorithm file as it was read last
   std::unique_ptr<FitsAhead> ahead_;
 };
 

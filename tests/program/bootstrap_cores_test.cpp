@@ -132,17 +132,42 @@ TEST(BootstrapCoresSimplex, StopAtTheSameVertexWhereAReplicateIsInterrupted) {
   ExpectSame(Bootstrap(4, Minimiser::Simplex, "juveniles_only", interrupt), one);
 }
 
+/// Saves the algorithm data with a limit of function calls.
+void SaveLimited(Analysis& a, std::int32_t MaxCalls, const std::string& path) {
+  a.state.algorithm.MaxCalls = MaxCalls;
+  a.windows.File(path);
+  a.desk.Press(a.menu.cmdSaveAlg);
+}
+
 TEST(BootstrapCoresSimplex, GoBeyondTheCallLimitWhenTheUserWantsTo) {
   const Folder folder("bootstrap_limit");
   const auto limit = [&folder](Analysis& a) {
-    a.state.algorithm.MaxCalls = 20;
-    a.windows.File(folder / "limit.alg");
-    a.desk.Press(a.menu.cmdSaveAlg);
+    SaveLimited(a, 20, folder / "limit.alg");
     for (const Answer answer : {Answer::Yes, Answer::Yes, Answer::No}) a.windows.Reply(answer, "Simplex minimization");
   };
   const Seen one = Bootstrap(1, Minimiser::Simplex, "juveniles_only", limit, 3);
   EXPECT_THAT(one.events, Contains("message Simplex minimization").Times(3));
   ExpectSame(Bootstrap(4, Minimiser::Simplex, "juveniles_only", limit, 3), one);
+}
+
+TEST(BootstrapCoresSimplex, TakeAnAlgorithmFileThatChangesOnTheWayAsItIs) {
+  const Folder folder("bootstrap_change");
+  const auto change = [&folder](Analysis& a) {
+    AlgorithmData& algorithm = a.state.algorithm;
+    // Of clutches seen before laying none but a whole shape expects a number at hatch. Behind a vector with such a
+    // shape their juveniles keep what it expected of them: the objective depends on the calls that were made.
+    algorithm.Value(9) = -5;
+    algorithm.Value(16) = 1.5;
+    algorithm.Step(16) = 0.5;
+    algorithm.Value(20) = 1;
+    SaveLimited(a, 90, folder / "later.alg");
+    SaveLimited(a, 20, folder / "change.alg");
+    for (int replicate = 1; replicate <= 3; ++replicate) a.windows.No("Simplex minimization");
+    a.windows.AtTurn(500, [&folder] { WriteWholeFile(folder / "change.alg", ReadWholeFile(folder / "later.alg")); });
+  };
+  const Seen one = Bootstrap(1, Minimiser::Simplex, "spanning_mixture", change, 3);
+  EXPECT_THAT(one.events, Contains("message Simplex minimization").Times(3));
+  ExpectSame(Bootstrap(4, Minimiser::Simplex, "spanning_mixture", change, 3), one);
 }
 
 }  // namespace
