@@ -8,6 +8,7 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
@@ -118,7 +119,11 @@ void FrmAlgo::OnLoad() {
 }
 
 void FrmAlgo::OnUnload() {
-  LeaveEntry();
+  try {
+    LeaveEntry();
+  } catch (const RuntimeFailure& failure) {  // no entry keeps the editor from closing and giving control back
+    desk.host.windows.OnFailure(name + ": " + failure.what());
+  }
   BuildFuseGroups(state_);
   PackFree(state_);
   desk.Tell("Just so you know", "Algorithm data, if changed, have been updated", style::Information);

@@ -225,6 +225,20 @@ TEST_F(AlgorithmEditor, AnOverflowingStepIsAFailureThatChangesNothing) {
   EXPECT_EQ(Fore(2, Value), Colour::Black);
 }
 
+TEST_F(AlgorithmEditor, AnEntryThatOverflowsWhenTheEditorClosesIsToldAndTheMenuComesBack) {
+  editor.StepFraction = 1E308;
+  Open();
+  ASSERT_TRUE(desk.DoubleClick(editor.grdVS, 2, Value));
+  host.windows.ExpectFailure("overflow");
+  ASSERT_TRUE(desk.Press(editor.cmdFinish));
+  EXPECT_FALSE(editor.Loaded());
+  EXPECT_TRUE(editor.EditClosed);
+  EXPECT_TRUE(menu.enabled);
+  EXPECT_EQ(a.Value(2), 2);
+  EXPECT_EQ(a.Step(2), 0.5);
+  EXPECT_EQ(host.windows.messages.back().title, "Just so you know");
+}
+
 TEST_F(AlgorithmEditor, AColumnCanBeTypedDownwardsRowByRow) {
   Open();
   EXPECT_THAT(editor.grdVS.typedColumns, ElementsAre(false, true, true, true, false));
