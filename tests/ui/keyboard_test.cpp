@@ -45,7 +45,7 @@ TEST(KeyboardTest, TheFocusGoesWithTheStepsOfAnAnalysis) {
   desktop.hand.answers = [&](QDialog& warning) { desktop.hand.Dismiss(warning); };
   desktop.hand.Key("frmMenu", Qt::Key_Return);
   EXPECT_FALSE(desktop.windows.Find("frmMenu")->isVisible());
-  desktop.hand.CloseFrame("frmOneFunction");
+  desktop.hand.Key("frmOneFunction", Qt::Key_W, Qt::ControlModifier);
   EXPECT_EQ(Focused(desktop), "cmdOneFunction");
 }
 
