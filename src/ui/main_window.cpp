@@ -38,6 +38,7 @@ QWidget* MainWindow::Footer() {
   progress->addWidget(binding.Find("stbMain5"), 1);
   progress->addWidget(binding.Find("stbMain2"));
   written_ = new QLabel;
+  written_->setObjectName(QStringLiteral("written"));
   progress->addWidget(written_);
   lines->addLayout(files);
   lines->addLayout(progress);

@@ -5,6 +5,7 @@
 
 #include "base/runtime_failure.h"
 #include "platform/files.h"
+#include "ui/main_window.h"
 #include "ui/qt_text.h"
 #include "ui/questions.h"
 
@@ -29,6 +30,7 @@ class PictureSaver : public QObject {
       const QByteArray bytes = PictureBytes(picture_, path);
       if (bytes.isEmpty()) throw RuntimeFailure("A picture's file name ends in .svg, .pdf or .png.");
       WriteWholeFile(FromQt(path), {bytes.data(), static_cast<std::size_t>(bytes.size())});
+      if (auto* const main = dynamic_cast<MainWindow*>(picture_.window())) main->TellWritten(path);
     } catch (const RuntimeFailure& failure) {
       TellFailure(failure.what(), &picture_);
     }

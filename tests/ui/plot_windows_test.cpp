@@ -222,6 +222,11 @@ TEST_F(SavedPictureTest, ANameWithoutAnEndingGetsTheOneThatIsChosen) {
   EXPECT_FALSE(QImage(folder.filePath("second.png")).isNull()) << "the ending is remembered";
 }
 
+TEST_F(SavedPictureTest, WhatWasSavedIsTold) {
+  Save("plot.svg");
+  EXPECT_EQ(hand.Find<QLabel>("frmMain", "written")->text(), "Saved: plot.svg");
+}
+
 TEST_F(SavedPictureTest, AFailedWriteIsTold) {
   hand.ChooseFile(folder.filePath("plot.svg").toStdString(), "Save picture in...");
   hand.Answer(QMessageBox::Ok, "The command could not be completed");
