@@ -44,7 +44,10 @@ class PinnedParameter {
   void DropSign() { restoredStep_ = std::fabs(H); }
 
   /// The value it is given at a point of `points`, the middle one of which is its own.
-  double ValueAt(int point, int points) const { return X0 - ((points - 1) / 2 + 1 - point) * H; }
+  double ValueAt(int point, int points) const {
+    const int middle = (points - 1) / 2 + 1;
+    return X0 - (middle - point) * H;
+  }
 
   const std::int16_t ProfileParameter;
   const double X0;  // its value
