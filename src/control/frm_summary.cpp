@@ -10,6 +10,7 @@ namespace merlane {
 
 FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
     : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
+  restsDuringCommands = true;  // what follows upon it would meddle with a command that waits
   rtbOut.readOnly = false;
   cmdSaveSummary.toolTip = "Saves the (possibly edited) output appearing in the textbox below";
   cmdPlots.toolTip = "Shows plots of data and predictions, for each brood and for whole years";

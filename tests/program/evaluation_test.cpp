@@ -67,6 +67,26 @@ TEST_F(EvaluationTest, ClosesTheWindowOfTheMinimiser) {
   EXPECT_FALSE(program.frmSimplex.Loaded());
 }
 
+TEST_F(EvaluationTest, NothingFollowsUponASummaryWhileTheEditorIsOpen) {
+  FrmSummary& summary = program.frmSummary;
+  windows.Enter("1", "More simulations improve the goodness-of-fit (GOF) estimate");
+  windows.Yes("Choose among output options");
+  ASSERT_TRUE(desk.Press(menu.cmdUserSummary));
+  ASSERT_TRUE(desk.Press(program.frmMain.mnuMenu));
+  Open();
+  AnswerProfile("3");
+  windows.AtWait([&] {
+    EXPECT_FALSE(desk.Press(summary.cmdBootstrap));
+    EXPECT_FALSE(desk.Press(summary.cmdPlots));
+    EXPECT_FALSE(desk.Close(summary));
+    EXPECT_TRUE(desk.Press(program.frmAlgo.cmdFinish));
+  });
+  ClosePlots();
+  ASSERT_TRUE(desk.Press(program.frmParEvals.cmdML));
+  EXPECT_TRUE(desk.Usable(summary.cmdBootstrap));
+  EXPECT_TRUE(desk.Usable(summary.cmdPlots));
+}
+
 TEST_F(EvaluationTest, ChoiceClosedByItsFrameComesBackToTheMenu) {
   Open();
   EXPECT_TRUE(desk.Close(program.frmParEvals));
