@@ -171,6 +171,7 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     auto* const focused = qobject_cast<QPushButton*>(window()->focusWidget());
     button = focused != nullptr ? focused : default_;
   } else if (event->key() == Qt::Key_Escape) {
+    if (closesByEscape_) return windows_.CloseAsked(binding.form);
     button = cancel_;
   }
   if (button != nullptr && button->isEnabled() && button->isVisible())

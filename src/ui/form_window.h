@@ -21,6 +21,8 @@ class FormWindow : public QWidget {
   void PreferSize(QSize size) { preferredSize_ = size; }
   void SetDefault(QWidget* button);                                                      // pressed by Enter
   void SetCancel(QWidget* button) { cancel_ = qobject_cast<QAbstractButton*>(button); }  // pressed by Escape
+  /// Escape closes the window as its frame does.
+  void CloseByEscape() { closesByEscape_ = true; }
   /// Where the window opens: at the left, where the menu stands; in the room beside the menu; or over all of it.
   enum class Room { Left, BesideMenu, Whole };
   void Stand(Room room) { room_ = room; }
@@ -58,6 +60,7 @@ class FormWindow : public QWidget {
   std::vector<QWidget*> tabStops_;
   QAbstractButton* default_ = nullptr;
   QAbstractButton* cancel_ = nullptr;
+  bool closesByEscape_ = false;
   std::vector<std::pair<QWidget*, std::vector<QWidget*>>> frames_;
   QPointer<QMdiSubWindow> frame_;  // around the window while it is a child
   QPointer<QWidget> rested_;       // had the focus when the window ceased to take input or went off the screen

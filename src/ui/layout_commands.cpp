@@ -16,7 +16,10 @@ void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
     }
   }
   column.addStretch(1);
-  layouter.window.SetCancel(layouter.Take("cmdCancel"));
+  if (QWidget* const cancel = layouter.Take("cmdCancel"))
+    layouter.window.SetCancel(cancel);
+  else
+    layouter.window.CloseByEscape();
   layouter.PreferText(74, 1);
 }
 

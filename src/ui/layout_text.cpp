@@ -23,6 +23,8 @@ void LayOutText(Layouter& layouter, QVBoxLayout& column) {
     for (QWidget* button : buttons) row->addWidget(button);
     row->addStretch(1);
     column.addLayout(row);
+  } else {
+    layouter.window.CloseByEscape();  // there is nothing in it but a text to be read
   }
   auto* const panes = new QSplitter(Qt::Vertical);
   panes->setChildrenCollapsible(false);

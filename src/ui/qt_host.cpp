@@ -42,7 +42,20 @@ void QtHost::OnWrote(const std::string& path) {
 
 void QtHost::Beep() { QApplication::beep(); }
 
-void QtHost::OnFailure(const std::string& text) { TellFailure(text, Parent()); }
+void QtHost::OnFailure(const std::string& text) {
+  TellFailure(windows_ == nullptr ? text : InCaptions(text), Parent());
+}
+
+/// A failure begins with the name that batch files have for its command; people know the command by its caption.
+std::string QtHost::InCaptions(const std::string& failure) const {
+  const std::size_t dot = failure.find('.'), colon = failure.find(": ");
+  if (colon == std::string::npos || dot > colon) return failure;
+  const Form* const form = windows_->desk.Find(failure.substr(0, dot));
+  const Control* const control = form == nullptr ? nullptr : form->Find(failure.substr(dot + 1, colon - dot - 1));
+  if (dynamic_cast<const Button*>(control) == nullptr && dynamic_cast<const MenuEntry*>(control) == nullptr)
+    return failure;
+  return FromQt(Caption(control->text).remove(QLatin1Char('&')).simplified()) + failure.substr(colon);
+}
 
 void QtHost::OnEnd(int exitStatus) {
   if (onEnd) onEnd(exitStatus);

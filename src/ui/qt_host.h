@@ -41,6 +41,7 @@ class QtHost : public WindowSystem {
   using SteadyClock = std::chrono::steady_clock;
 
   void CheckClock();
+  std::string InCaptions(const std::string& failure) const;
   /// Before a dialog the windows show what the program has said so far.
   QWidget* Parent();
 

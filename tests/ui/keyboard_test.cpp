@@ -71,5 +71,15 @@ TEST(KeyboardTest, AMenuThatCannotBeOpenedKeepsNoKeyFromAButton) {
   QTest::qWait(200);  // a button that is pressed by its accelerator stays down for a moment
 }
 
+TEST(KeyboardTest, EscapeClosesWhatIsOnlyReadAndCommandsWithoutCancel) {
+  Desktop desktop;
+  for (const char* name : {"frmOneFunction", "frmEditVS"}) {
+    desktop.program.desk.Show(name);
+    desktop.windows.Sync();
+    desktop.hand.Key(name, Qt::Key_Escape);
+    EXPECT_FALSE(desktop.program.desk.Find(name)->Visible()) << name;
+  }
+}
+
 }  // namespace
 }  // namespace merlane

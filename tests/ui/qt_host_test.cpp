@@ -147,7 +147,7 @@ TEST_F(QtHostTest, FailureIsToldWithItsCommandAndTheWindowStaysUsable) {
       },
       "The command could not be completed");
   hand.Press("frmLong", "cmdFail");
-  EXPECT_EQ(told, "frmLong.cmdFail: overflow in exp(710)");
+  EXPECT_EQ(told, "Fail: overflow in exp(710)");
   hand.Press("frmLong", "cmdOther");
   EXPECT_EQ(form.othersPressed, 1);
 }
