@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "control/frm_information.h"
 #include "program/analysis.h"
 
 namespace merlane {
@@ -97,8 +98,10 @@ class AnyHand : public WindowSystem {
   /// Everything that a person could do at this moment.
   std::vector<std::function<void()>> Choices() {
     std::vector<std::function<void()>> choices;
+    // The main window holds all the others, but not what it hides for.
+    const bool hidden = !desk->Find("frmMain")->Visible();
     for (Form* form : desk->Forms()) {
-      if (!form->Visible()) continue;
+      if (!form->Visible() || (hidden && dynamic_cast<FrmInformation*>(form) == nullptr)) continue;
       for (Control* control : form->Controls())
         if (desk->Usable(*control) && (form->name != "frmMain" || Below(8) == 0)) AddChoices(*control, choices);
       if (Below(4) == 0 && !desk->Busy())
