@@ -29,6 +29,9 @@ std::vector<std::string> Lines(std::string_view text);
 /// lines.
 std::string WithCrLf(std::string_view text);
 
+/// The bytes of the UTF-8 character that begins the text, by RFC 3629; 0 when none does. The text is not empty.
+std::size_t Utf8Length(std::string_view text);
+
 /// A text of unknown make as UTF-8: texts of the program, paths and what people type are UTF-8 and come back as they
 /// are; one that is not, because a data file put single bytes into it, is taken as Latin-1.
 std::string Utf8(std::string_view text);

@@ -49,23 +49,6 @@ constexpr std::array forms{
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-/// Length of the UTF-8 sequence at the start of `text`; 0 when there is none.
-std::size_t Utf8Length(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (byte(0) < 0x80) return 1;
-  const std::size_t length = byte(0) >= 0xF0 && byte(0) < 0xF5   ? 4
-                             : byte(0) >= 0xE0 && byte(0) < 0xF0 ? 3
-                             : byte(0) >= 0xC2 && byte(0) < 0xE0 ? 2
-                                                                 : 0;
-  if (length == 0 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i)
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  const bool overlong = (byte(0) == 0xE0 && byte(1) < 0xA0) || (byte(0) == 0xF0 && byte(1) < 0x90);
-  const bool surrogate = byte(0) == 0xED && byte(1) > 0x9F;
-  const bool beyond = byte(0) == 0xF4 && byte(1) > 0x8F;
-  return overlong || surrogate || beyond ? 0 : length;
-}
-
 /// Takes a line apart into words and parses them by the verb.
 class LineParser {
  public:
