@@ -1,5 +1,7 @@
 #include "model/data_record_text.h"
 
+#include <fmt/format.h>
+
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -16,6 +18,6 @@ std::string FieldsBeforeCount(const BroodData& data, std::size_t b, std::size_t 
   return fields;
 }
 
-std::string CountField(int count) { return RightSet(Format(count, "####0"), CountWidth); }
+std::string CountField(int count) { return RightSet(fmt::format_int(count).str(), 8); }
 
 }  // namespace merlane

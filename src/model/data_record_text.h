@@ -15,7 +15,6 @@ inline constexpr const char* DataRecordHeader = "    Year,    Code,    DofY,Hatc
 std::string FieldsBeforeCount(const BroodData& data, std::size_t brood, std::size_t visit);
 
 /// The field of a count of eggs or juveniles, the sixth of a record.
-inline constexpr int CountWidth = 8;
 std::string CountField(int count);
 
 /// Calls `action`(brood, visit) for each visit in the order of the records of a file.

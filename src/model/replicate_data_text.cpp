@@ -24,9 +24,8 @@ std::string ReplicateDataText::Of(const std::vector<std::int16_t>& SimCount) con
   std::string text;
   for (std::size_t i = 0; i < visits_.size(); ++i) {
     const int simulated = SimCount[visits_[i]];
-    const fmt::format_int count(simulated == Missing ? 0 : simulated);
     text += before_[i];
-    text.append(static_cast<std::size_t>(CountWidth) - count.size(), ' ').append(count.data(), count.size());
+    text += CountField(simulated == Missing ? 0 : simulated);
   }
   return text += end_;
 }
