@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/runtime_failure.h"
+#include "priors/set_prior.h"
 
 namespace merlane::test {
 namespace {
@@ -14,16 +15,7 @@ class OnePrior {
  public:
   explicit OnePrior(const std::string& code, double mean = PriorUnset, double sd = PriorUnset,
                     const PriorTerm& secondMean = PriorUnused, const PriorTerm& secondSD = PriorUnused) {
-    priors.Reset(1);
-    Set(1, code, mean, sd, secondMean, secondSD);
-  }
-  void Set(int i, const std::string& code, double mean, double sd, const PriorTerm& secondMean = PriorUnused,
-           const PriorTerm& secondSD = PriorUnused) {
-    priors.PriorCode(i) = code;
-    priors.PriorFirstMean(i) = mean;
-    priors.PriorFirstSD(i) = sd;
-    priors.PriorSecondMean(i) = secondMean;
-    priors.PriorSecondSD(i) = secondSD;
+    priors = test::PriorsOf(1, code, mean, sd, secondMean, secondSD);
   }
   /// The total at x under a constant of 1.
   double At(double x) { return EvaluatePrior(Array1<double>{x}, 1, priors); }
@@ -93,8 +85,8 @@ TEST(EvaluatePrior, TheConstantMultipliesTheTotalAndLeavesTheSingleTerms) {
 TEST(EvaluatePrior, SumsOverAllParameters) {
   OnePrior t("N");
   t.priors.Reset(3);
-  t.Set(1, "N", 0, 1);
-  t.Set(3, "E", 2, 2);
+  test::SetPrior(t.priors, 1, "N", 0, 1);
+  test::SetPrior(t.priors, 3, "E", 2, 2);
   EXPECT_EQ(EvaluatePrior(Array1<double>{3, 99, 5}, 2, t.priors), 2 * (4.5 + 10));
 }
 
@@ -224,8 +216,8 @@ TEST(RightCliff, WithADeviationOfZeroContributesNothing) {
 TEST(RightCliff, WithADeviationOfZeroIsJudgedByWhatAnEarlierParameterLeft) {
   OnePrior t("U");
   t.priors.Reset(2);
-  t.Set(1, "S", 0, 1);
-  t.Set(2, "D", 5, 0);
+  test::SetPrior(t.priors, 1, "S", 0, 1);
+  test::SetPrior(t.priors, 2, "D", 5, 0);
   EvaluatePrior(Array1<double>{0, 6}, 1, t.priors);
   EXPECT_NEAR(t.priors.PriorNegLnL(2), std::log(2.0), 1e-7);
   EvaluatePrior(Array1<double>{0, 6}, 1, t.priors);
@@ -237,8 +229,8 @@ TEST(LeftCliff, WithADeviationOfZeroIsARuntimeFailureUnlessAnEarlierParameterLef
   EXPECT_THROW(t.At(4), RuntimeFailure);
   EXPECT_THROW(t.At(6), RuntimeFailure);
   t.priors.Reset(2);
-  t.Set(1, "S", 0, 1);
-  t.Set(2, "S", 5, 0);
+  test::SetPrior(t.priors, 1, "S", 0, 1);
+  test::SetPrior(t.priors, 2, "S", 5, 0);
   EvaluatePrior(Array1<double>{0, 4}, 1, t.priors);
   EXPECT_NEAR(t.priors.PriorNegLnL(2), std::log(2.0), 1e-7);
 }
@@ -311,7 +303,7 @@ TEST(Priors, AnOverflowIsARuntimeFailure) {
 TEST(Priors, AFailureNamesTheParameterWhosePriorCannotBeComputed) {
   OnePrior t("U");
   t.priors.Reset(3);
-  t.Set(2, "N", 7, 0);
+  test::SetPrior(t.priors, 2, "N", 7, 0);
   try {
     EvaluatePrior(Array1<double>{0, 8, 0}, 1, t.priors);
     FAIL() << "a deviation of 0";

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "priors/priors_file.h"
+#include "priors/set_prior.h"
 
 namespace merlane {
 namespace {
@@ -37,11 +38,7 @@ TEST(PriorReview, AParameterWithCodeUAppearsInNoReviewLine) {
 }
 
 TEST(PriorReview, AConstantOfZeroGivesFiguresOfZeroAndLikelihoodsOfOne) {
-  Priors priors;
-  priors.Reset(1);
-  priors.PriorCode(1) = "N";
-  priors.PriorFirstMean(1) = 0;
-  priors.PriorFirstSD(1) = 1;
+  Priors priors = test::PriorsOf(1, "N", 0, 1);
   EXPECT_THAT(
       PriorReview(Array1<double>{3}, 0, priors),
       testing::HasSubstr("Parameter 1 at 3.000E+00 has a prior -ln[L] of 0.00 and a prior likelihood of 1.000000"));

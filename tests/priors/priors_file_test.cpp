@@ -7,16 +7,13 @@
 
 #include "base/runtime_failure.h"
 #include "platform/files.h"
+#include "priors/set_prior.h"
 
 namespace merlane {
 namespace {
 
 TEST(PriorsFile, HasTheColumnsOfItsTwoExampleLines) {
-  Priors priors;
-  priors.Reset(2);
-  priors.PriorCode(1) = "N";
-  priors.PriorFirstMean(1) = 0.5;
-  priors.PriorFirstSD(1) = 0.1;
+  const Priors priors = test::PriorsOf(2, "N", 0.5, 0.1);
   EXPECT_EQ(PriorsFileText(priors),
             "2\r\n"
             "  1   N 5.000E-001 1.000E-001     Unused     Unused   Gaussian or Normal\r\n"
@@ -24,20 +21,12 @@ TEST(PriorsFile, HasTheColumnsOfItsTwoExampleLines) {
 }
 
 TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfItsExponent) {
-  Priors priors;
-  priors.Reset(1);
-  priors.PriorCode(1) = "S";
-  priors.PriorFirstMean(1) = -1.5;
-  priors.PriorFirstSD(1) = 2;
+  const Priors priors = test::PriorsOf(1, "S", -1.5, 2);
   EXPECT_EQ(PriorsFileText(priors), "1\r\n  1   S- 1.500E+00 2.000E+000     Unused     Unused   Left-side cliff\r\n");
 }
 
 TEST(PriorsFile, WritingAPriorAndReadingItBackKeepsTheCodeAndFourSignificantDigitsOfEachTerm) {
-  Priors priors;
-  priors.Reset(2);
-  priors.PriorCode(1) = "N";
-  priors.PriorFirstMean(1) = 0.123456;
-  priors.PriorFirstSD(1) = 98765.4;
+  const Priors priors = test::PriorsOf(2, "N", 0.123456, 98765.4);
   const Priors back = ReadPriorsText(PriorsFileText(priors), 2).priors;
   EXPECT_EQ(back.PriorCode(1), "N");
   EXPECT_EQ(back.PriorFirstMean(1), 0.1235);

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "priors/distributions.h"
+#include "priors/set_prior.h"
 
 namespace merlane {
 namespace {
@@ -66,13 +67,7 @@ class TextbookDensity : public ::testing::TestWithParam<std::size_t> {};
 
 TEST_P(TextbookDensity, DiffersByAConstantAlone) {
   const Prior& prior = All()[GetParam()];
-  Priors priors;
-  priors.Reset(1);
-  priors.PriorCode(1) = prior.code;
-  priors.PriorFirstMean(1) = prior.mean;
-  priors.PriorFirstSD(1) = prior.sd;
-  priors.PriorSecondMean(1) = prior.secondMean;
-  priors.PriorSecondSD(1) = prior.secondSD;
+  Priors priors = test::PriorsOf(1, prior.code, prior.mean, prior.sd, prior.secondMean, prior.secondSD);
   const auto sum = [&](double x) { return EvaluatePrior(Array1<double>{x}, 1, priors) + prior.lnDensity(x); };
   const double constant = sum((prior.from + prior.to) / 2);
   for (int i = 0; i <= 1000; ++i) {

@@ -6,6 +6,7 @@
 
 #include "model/bootstrap_reports.h"
 #include "platform/files.h"
+#include "priors/set_prior.h"
 #include "program/analysis.h"
 
 namespace merlane {
@@ -83,9 +84,7 @@ TEST_P(BootstrapCores, GiveTheSameWithPriors) {
   ExpectSameOnAllCores("juveniles_only", [](Analysis& a) {
     a.state.flags.ObjectiveConstant = 2;
     a.program.priors.Reset(a.state.algorithm.NPAR);
-    a.program.priors.PriorCode(17) = "N";
-    a.program.priors.PriorFirstMean(17) = 0.05;
-    a.program.priors.PriorFirstSD(17) = 0.01;
+    test::SetPrior(a.program.priors, 17, "N", 0.05, 0.01);
     a.state.flags.BayesOn = true;
   });
 }

@@ -7,6 +7,7 @@
 
 #include "base/runtime_failure.h"
 #include "priors/distributions.h"
+#include "priors/set_prior.h"
 #include "support/function_run.h"
 
 namespace merlane {
@@ -238,11 +239,7 @@ TEST(Posterior, OfNormalVariablesTheMarginalIsNormalAndTheirCorrelationIsSeen) {
 TEST(Posterior, OfBinomialCountsWithABetaPriorIsTheExactBeta) {
   // Beta(4, 6) prior, 7 of 20: the posterior is Beta(11, 19).
   FunctionRun run({0.5}, {0.005}, [](Array1<double>& v) { return -(7 * std::log(v(1)) + 13 * std::log(1 - v(1))); });
-  Priors priors;
-  priors.Reset(1);
-  priors.PriorCode(1) = "B";
-  priors.PriorFirstMean(1) = 0.4;
-  priors.PriorFirstSD(1) = std::sqrt(0.4 * 0.6 / 11);
+  Priors priors = test::PriorsOf(1, "B", 0.4, std::sqrt(0.4 * 0.6 / 11));
   run.state.flags.BayesOn = true;
   run.objective.priorTerm = [&](const Array1<double>& v) {
     return EvaluatePrior(v, run.state.flags.ObjectiveConstant, priors);

@@ -9,12 +9,14 @@
 #include "base/runtime_failure.h"
 #include "platform/files.h"
 #include "priors/priors_file.h"
+#include "priors/set_prior.h"
 #include "uncertainty/evaluation_table.h"
 
 namespace merlane {
 namespace {
 
 using nlohmann::json;
+using test::PriorsOf;
 using ::testing::ElementsAre;
 
 json KeptPlot(const std::string& name) {
@@ -22,18 +24,6 @@ json KeptPlot(const std::string& name) {
 }
 
 std::vector<double> Vector(const Array1<double>& a) { return {a.begin(), a.end()}; }
-
-Priors OnePrior(const std::string& code, double mean, double sd, const PriorTerm& secondMean = PriorUnused,
-                const PriorTerm& secondSD = PriorUnused) {
-  Priors priors;
-  priors.Reset(1);
-  priors.PriorCode(1) = code;
-  priors.PriorFirstMean(1) = mean;
-  priors.PriorFirstSD(1) = sd;
-  priors.PriorSecondMean(1) = secondMean;
-  priors.PriorSecondSD(1) = secondSD;
-  return priors;
-}
 
 EvaluatedPoints Profile(Priors priors, int points) {
   PriorProfileWatch watch;
@@ -52,7 +42,7 @@ class KeptPriorProfile : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(KeptPriorProfile, AgreesFigureByFigure) {
   const json kept = KeptPlot("prior_profile_" + GetParam());
-  Priors priors = GetParam() == "beta" ? OnePrior("B", 0.5, 0.2)
+  Priors priors = GetParam() == "beta" ? PriorsOf(1, "B", 0.5, 0.2)
                                        : ReadPriorsText(KeptPlot("review")["file"].get<std::string>(), 9).priors;
   PriorProfileWatch watch;
   const EvaluatedPoints points =
@@ -82,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(All, KeptPriorProfile,
                          [](const auto& kept) { return kept.param; });
 
 TEST(PriorDomain, OfANormalPriorSpansTenDeviationsAroundItsMean) {
-  const PriorDomain domain = DomainOfPrior(OnePrior("N", 2, 0.5), 1, 11);
+  const PriorDomain domain = DomainOfPrior(PriorsOf(1, "N", 2, 0.5), 1, 11);
   EXPECT_EQ(domain.step, 0.5);
   EXPECT_EQ(domain.X(1), -0.5);
   EXPECT_EQ(domain.X(6), 2);
@@ -91,7 +81,7 @@ TEST(PriorDomain, OfANormalPriorSpansTenDeviationsAroundItsMean) {
 
 TEST(PriorDomain, OfGammaAndLnNormalBeginsJustAboveZeroAtTheDistanceThatThePointsReallyHave) {
   for (const char* code : {"G", "L"}) {
-    const PriorDomain domain = DomainOfPrior(OnePrior(code, 3, 1), 1, 25);
+    const PriorDomain domain = DomainOfPrior(PriorsOf(1, code, 3, 1), 1, 25);
     EXPECT_EQ(domain.X(1), 1e-06);
     EXPECT_NEAR(domain.X(25), 8, 2e-6) << "mean plus five deviations";
     EXPECT_NEAR(domain.step, 8.0 / 24, 1e-12);
@@ -100,70 +90,65 @@ TEST(PriorDomain, OfGammaAndLnNormalBeginsJustAboveZeroAtTheDistanceThatThePoint
 }
 
 TEST(PriorDomain, OfAnExponentialBeginsAtZeroAndReachesTenOverTheMeanBeyondIt) {
-  const PriorDomain domain = DomainOfPrior(OnePrior("E", 2, 2), 1, 101);
+  const PriorDomain domain = DomainOfPrior(PriorsOf(1, "E", 2, 2), 1, 101);
   EXPECT_EQ(domain.X(1), 0);
   EXPECT_NEAR(domain.X(101), 7, 1e-12);
 }
 
 TEST(PriorDomain, OfABetaIsHeldWithinZeroToOneWhereverItsMeanLies) {
-  const PriorDomain domain = DomainOfPrior(OnePrior("B", 0.3, 0.1), 1, 11);
+  const PriorDomain domain = DomainOfPrior(PriorsOf(1, "B", 0.3, 0.1), 1, 11);
   EXPECT_EQ(domain.step, 0.1);
   EXPECT_EQ(domain.X(1), 1e-06);
   EXPECT_EQ(domain.X(2), 1e-06) << "-0.1 is held, too";
   EXPECT_NEAR(domain.X(11), 0.8, 1e-12);
-  EXPECT_EQ(DomainOfPrior(OnePrior("B", 0.8, 0.1), 1, 11).X(11), 0.999999);
+  EXPECT_EQ(DomainOfPrior(PriorsOf(1, "B", 0.8, 0.1), 1, 11).X(11), 0.999999);
 }
 
 TEST(PriorDomain, OfACliffSpansThreeDeviationsOnBothSidesOfItsFoot) {
   for (const char* code : {"S", "D"}) {
-    const PriorDomain domain = DomainOfPrior(OnePrior(code, 4, 0.5), 1, 21);
+    const PriorDomain domain = DomainOfPrior(PriorsOf(1, code, 4, 0.5), 1, 21);
     EXPECT_NEAR(domain.X(1), 2.5, 1e-12);
     EXPECT_NEAR(domain.X(21), 5.5, 1e-12);
   }
 }
 
 TEST(PriorDomain, OfASharpCliffGoesFromZeroToTwiceItsFoot) {
-  const PriorDomain domain = DomainOfPrior(OnePrior("D", 4, 0), 1, 5);
+  const PriorDomain domain = DomainOfPrior(PriorsOf(1, "D", 4, 0), 1, 5);
   EXPECT_THAT(Vector(domain.X), ElementsAre(0, 2, 4, 6, 8));
 }
 
 TEST(PriorDomain, OfABoundedPriorReachesThreeDeviationsBeyondBothFeet) {
-  const PriorDomain domain = DomainOfPrior(OnePrior("T", 1, 0.1, "3", 0.2), 1, 30);
+  const PriorDomain domain = DomainOfPrior(PriorsOf(1, "T", 1, 0.1, "3", 0.2), 1, 30);
   EXPECT_NEAR(domain.X(1), 0.7, 1e-12);
   EXPECT_NEAR(domain.X(30), 3.6, 1e-12);
   EXPECT_NEAR(domain.step, 0.1, 1e-12);
 }
 
 TEST(PriorProfile, ASharpRightCliffIsLevel) {
-  EXPECT_THAT(Vector(Profile(OnePrior("D", 4, 0), 5).ProfileF), ElementsAre(0, 0, 0, 0, 0));
+  EXPECT_THAT(Vector(Profile(PriorsOf(1, "D", 4, 0), 5).ProfileF), ElementsAre(0, 0, 0, 0, 0));
 }
 
 TEST(PriorProfile, ASharpCliffWithANegativeFootIsTurnedRound) {
-  const EvaluatedPoints points = Profile(OnePrior("D", -4, 0), 5);
+  const EvaluatedPoints points = Profile(PriorsOf(1, "D", -4, 0), 5);
   EXPECT_THAT(Vector(points.ProfileX), ElementsAre(-8, -6, -4, -2, 0));
   EXPECT_EQ(points.H, 2);
 }
 
 TEST(PriorProfile, ASharpCliffAtZeroHasAllItsPointsThere) {
-  const EvaluatedPoints points = Profile(OnePrior("D", 0, 0), 5);
+  const EvaluatedPoints points = Profile(PriorsOf(1, "D", 0, 0), 5);
   EXPECT_THAT(Vector(points.ProfileX), ElementsAre(0, 0, 0, 0, 0));
 }
 
 TEST(PriorProfile, WithoutADeviationIsARuntimeFailure) {
-  for (const char* code : {"N", "G", "L", "S"}) EXPECT_THROW(Profile(OnePrior(code, 2, 0), 5), RuntimeFailure) << code;
-  EXPECT_THROW(Profile(OnePrior("E", 0, 0), 5), RuntimeFailure);
+  for (const char* code : {"N", "G", "L", "S"})
+    EXPECT_THROW(Profile(PriorsOf(1, code, 2, 0), 5), RuntimeFailure) << code;
+  EXPECT_THROW(Profile(PriorsOf(1, "E", 0, 0), 5), RuntimeFailure);
 }
 
 TEST(PriorProfile, SeesAllParameters) {
   // A right cliff with a deviation of 0 is judged by what the cliff before it left; a failing prior ends the profile.
-  Priors both;
-  both.Reset(2);
-  both.PriorCode(1) = "S";
-  both.PriorFirstMean(1) = 0;
-  both.PriorFirstSD(1) = 1;
-  both.PriorCode(2) = "D";
-  both.PriorFirstMean(2) = 4;
-  both.PriorFirstSD(2) = 0;
+  Priors both = PriorsOf(2, "S", 0, 1);
+  test::SetPrior(both, 2, "D", 4, 0);
   PriorProfileWatch watch;
   const EvaluatedPoints points = ProfilePrior(Array1<double>{0, 1}, 2, 3, 2, both, watch);
   EXPECT_NEAR(points.ProfileF(1), std::log(2.0), 1e-6) << "-ln(1 - 0.5)";
@@ -172,7 +157,7 @@ TEST(PriorProfile, SeesAllParameters) {
 }
 
 TEST(PriorProfile, IsNotMultipliedByTheConstantAndLeavesTheEstimates) {
-  Priors priors = OnePrior("N", 2, 0.5);
+  Priors priors = PriorsOf(1, "N", 2, 0.5);
   PriorProfileWatch watch;
   const Array1<double> values{9};
   for (const double constant : {0.0, 2.0, 100.0}) {
@@ -187,7 +172,7 @@ TEST(PriorProfile, TellsEachPoint) {
     void OnPoint(int point, double value) override { told.push_back({point, value}); }
     std::vector<std::pair<int, double>> told;
   } watch;
-  Priors priors = OnePrior("N", 0, 1);
+  Priors priors = PriorsOf(1, "N", 0, 1);
   ProfilePrior(Array1<double>{0}, 1, 3, 2, priors, watch);
   EXPECT_THAT(watch.told, ElementsAre(std::pair(1, -5.0), std::pair(2, 0.0), std::pair(3, 5.0)));
 }
@@ -200,7 +185,7 @@ TEST(PriorProfile, OfATextbookDistributionHasItsMoments) {
     double mean, sd, tolerance;
   };
   for (const Expected& e : {Expected{"N", 2, 0.5, 1e-5}, Expected{"G", 2, 0.5, 2e-4}, Expected{"B", 0.5, 0.2, 1e-4}}) {
-    const ConfidenceSeries s = MakeConfidenceSeries(Profile(OnePrior(e.code, e.mean, e.sd), 301));
+    const ConfidenceSeries s = MakeConfidenceSeries(Profile(PriorsOf(1, e.code, e.mean, e.sd), 301));
     EXPECT_NEAR(s.ExpectedValue, e.mean, e.tolerance) << e.code;
     EXPECT_NEAR(s.EstimatedSE, e.sd, 5 * e.tolerance) << e.code;
   }
