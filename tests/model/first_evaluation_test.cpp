@@ -10,6 +10,16 @@ namespace {
 using test::Analysis;
 using ::testing::IsEmpty;
 
+/// Hypotheses of brood size at hatch and of hatch day, over a brood of which neither is known.
+struct DeficientAnalysis : Analysis {
+  DeficientAnalysis() {
+    WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
+    Value(13) = 0.3;
+    Value(17) = Value(21) = 0.02;
+    Value(23) = Value(24) = 1e-5;
+  }
+};
+
 TEST(FirstEvaluation, TellsOfEachVisitYoungerThanLaying) {
   Analysis a;
   a.Visit("A", -22, 6).Visit("A", -12, 6).Visit("B", -21, 6).Visit("B", -10, 6).Visit("C", -25, 6).Read();
@@ -76,11 +86,7 @@ TEST(FirstEvaluation, SaysThatParametersWereAlteredAndEvaluatesTheAlteredVector)
 }
 
 TEST(FirstEvaluation, WarnsOfAttributesThatAreMissing) {
-  Analysis a;
-  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
-  a.Value(13) = 0.3;
-  a.Value(17) = a.Value(21) = 0.02;
-  a.Value(23) = a.Value(24) = 1e-5;
+  DeficientAnalysis a;
   a.setting.OneCallRun = true;
   a.Evaluate();
   a.told.clear();
@@ -98,11 +104,7 @@ TEST(FirstEvaluation, WarnsOfAttributesThatAreMissing) {
 }
 
 TEST(FirstEvaluation, ASimulationIsCheckedWithoutAOneCallRunAndHearsNothingOfMissingAttributes) {
-  Analysis a;
-  a.WithoutHatchDay("A", 165, 5, 6).WithoutHatchDay("A", 170, 10, 5).Read();
-  a.Value(13) = 0.3;
-  a.Value(17) = a.Value(21) = 0.02;
-  a.Value(23) = a.Value(24) = 1e-5;
+  DeficientAnalysis a;
   a.setting.SimulationMode = true;
   a.Evaluate();
   EXPECT_THAT(a.told, IsEmpty());
