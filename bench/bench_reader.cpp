@@ -10,8 +10,8 @@
 #include <memory>
 
 #include "base/runtime_failure.h"
+#include "data/brood_reader.h"
 #include "field_data.h"
-#include "model/brood_reader.h"
 #include "model/likelihood.h"
 #include "platform/files.h"
 

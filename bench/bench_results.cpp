@@ -11,12 +11,12 @@
 
 #include "example_data.h"
 #include "field_data.h"
-#include "model/effective_sizes.h"
-#include "model/goodness_of_fit.h"
 #include "model/likelihood.h"
-#include "model/results_summary.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
+#include "results/effective_sizes.h"
+#include "results/goodness_of_fit.h"
+#include "results/results_summary.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "control/algorithm_file.h"
-#include "model/brood_reader.h"
+#include "data/brood_reader.h"
 #include "model/catalogue.h"
 #include "platform/files.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "control/run_state.h"
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 
 namespace merlane {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "model/brood_reader.h"
+#include "data/brood_reader.h"
 #include "model/catalogue.h"
 #include "platform/random_streams.h"
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/array1.h"
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 
 namespace merlane {
 

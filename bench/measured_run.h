@@ -5,7 +5,7 @@
 
 #include "control/objective.h"
 #include "control/run_state.h"
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/likelihood.h"
 
 namespace merlane {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/evaluation_setting.h"
 #include "model/likelihood_state.h"
 

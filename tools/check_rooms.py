@@ -6,8 +6,8 @@ import pathlib
 import re
 import sys
 
-ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "model", "minimise", "uncertainty", "inference",
-         "program", "ui", "batch", "app"]
+ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "minimise", "uncertainty", "inference", "data",
+         "model", "results", "bootstrap", "program", "ui", "batch", "app"]
 # The two ways to sit at the program do not know each other.
 APART = {"batch": {"ui"}, "ui": {"batch"}}
 QT_ROOM = "ui"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "control/run_state.h"
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/likelihood_state.h"
 #include "program/fit.h"
 

@@ -4,27 +4,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/at_end.h"
 #include "platform/files.h"
 
 namespace merlane {
-namespace {
-
-/// Sets a value for the time of a scope.
-template <class T>
-class Scoped {
- public:
-  Scoped(T& variable, T value) : variable_(variable), kept_(std::exchange(variable, value)) {}
-  ~Scoped() { variable_ = kept_; }
-  Scoped(const Scoped&) = delete;
-  Scoped& operator=(const Scoped&) = delete;
-
- private:
-  T& variable_;
-  T kept_;
-};
-
-}  // namespace
-
 Form* Desk::Find(const std::string& formName) const {
   const auto found = std::ranges::find(forms_, formName, &Form::name);
   return found == forms_.end() ? nullptr : *found;
@@ -93,7 +76,7 @@ void Desk::Write(const std::string& path, std::string_view bytes, bool lasting) 
 void Desk::Turn() {
   if (inTurn_) return;
   {
-    const Scoped<bool> turn(inTurn_, true);
+    const auto turn = Meanwhile(inTurn_, true);
     host.windows.Turn();
   }
   EndIfRaised();
@@ -101,7 +84,7 @@ void Desk::Turn() {
 }
 
 void Desk::WaitUntil(const std::function<bool()>& done) {
-  const Scoped<bool> waiting(waiting_, true);
+  const auto waiting = Meanwhile(waiting_, true);
   while (!done()) {
     host.windows.Wait();
     EndIfRaised();
@@ -121,8 +104,8 @@ bool Desk::Usable(const Control& control) const {
 
 void Desk::Run(Form& form, const std::string& command, const std::function<void()>& handler) {
   if (!handler) return;
-  const Scoped<int> deeper(depth_, depth_ + 1);
-  const Scoped<bool> computing(waiting_, false);
+  const auto deeper = Meanwhile(depth_, depth_ + 1);
+  const auto computing = Meanwhile(waiting_, false);
   try {
     handler();
   } catch (const EndProgram& end) {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/parameters.h"
 
 namespace merlane {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "data/brood_data.h"
 #include "model/best_tables.h"
-#include "model/brood_data.h"
 #include "model/count_distributions.h"
 
 namespace merlane {

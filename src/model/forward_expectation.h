@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/count_prediction.h"
 #include "model/simulator.h"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 
 namespace merlane {
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/count_distributions.h"
 #include "model/evaluation_setting.h"
 #include "model/likelihood_state.h"

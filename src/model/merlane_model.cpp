@@ -5,9 +5,9 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "data/simulation_plan.h"
+#include "data/standard_anomalies.h"
 #include "model/catalogue.h"
-#include "model/simulation_plan.h"
-#include "model/standard_anomalies.h"
 #include "platform/files.h"
 
 namespace merlane {

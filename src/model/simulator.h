@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "data/brood_data.h"
 #include "model/best_tables.h"
-#include "model/brood_data.h"
 #include "model/calculation_watch.h"
 #include "model/count_prediction.h"
 #include "platform/random_streams.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/parameters.h"
 
 namespace merlane {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/brood_data.h"
+#include "data/brood_data.h"
 #include "model/calculation_watch.h"
 #include "model/likelihood_state.h"
 

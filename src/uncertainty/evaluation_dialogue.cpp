@@ -4,12 +4,12 @@
 
 #include <utility>
 
+#include "base/at_end.h"
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
-#include "uncertainty/flag_on.h"
 #include "uncertainty/pinned_parameter.h"
 
 namespace merlane {
@@ -28,7 +28,7 @@ double StepAcross(double standardError, const EvaluationSetup& setup) {
 void EvaluationDialogue::Evaluate(bool& on) {
   edited_ = false;
   {
-    const FlagOn flag(on);
+    const auto flag = Meanwhile(on, true);
     Converse();
   }
   p_.desk.Unload("frmParEvals");  // which brings the menu back, unless both were closed on the way

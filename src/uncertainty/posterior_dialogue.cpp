@@ -6,12 +6,12 @@
 #include <limits>
 #include <utility>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
-#include "uncertainty/flag_on.h"
 #include "uncertainty/time_left.h"
 
 namespace merlane {
@@ -142,7 +142,7 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   p_.state.flags.InterruptBayes = false;
   Progress progress(*this, setup);
   Posterior posterior = [&] {
-    const FlagOn interruptOffered(p_.main.mnuBayesianInt.visible);
+    const auto interruptOffered = Meanwhile(p_.main.mnuBayesianInt.visible, true);
     return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
                                       p_.last.ReferenceF, progress);
   }();

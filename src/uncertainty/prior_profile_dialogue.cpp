@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "base/at_end.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
-#include "uncertainty/flag_on.h"
 
 namespace merlane {
 namespace {
@@ -24,19 +24,6 @@ constexpr const char* Notice =
     "Choose plot 6 to get a left to right descending cumulative plot. \r\n"
     "Choose plot 7 to get a mode-centered Gaussian distribution plot. ";
 
-/// The status line of the editor, which comes back behind the points.
-class StatusKept {
- public:
-  explicit StatusKept(FrmMain& main) : main_(main), text_(main.stbMain5.Get(1)) {}
-  ~StatusKept() { main_.ShowProgress(text_); }
-  StatusKept(const StatusKept&) = delete;
-  StatusKept& operator=(const StatusKept&) = delete;
-
- private:
-  FrmMain& main_;
-  std::string text_;
-};
-
 }  // namespace
 
 void PriorProfileDialogue::ProfilePrior() {
@@ -55,7 +42,7 @@ void PriorProfileDialogue::ProfilePrior() {
   if (!asked) return;
   parameter_ = *parameter;
   points_ = *asked;
-  const FlagOn on(state_.profile.PriorPlotOn);
+  const auto on = Meanwhile(state_.profile.PriorPlotOn, true);
   const EvaluatedPoints points = Evaluate();
   if (!points.HasMinimum()) return;
   const ConfidenceSeries series = MakeConfidenceSeries(points);
@@ -65,7 +52,8 @@ void PriorProfileDialogue::ProfilePrior() {
 }
 
 EvaluatedPoints PriorProfileDialogue::Evaluate() {
-  const StatusKept status(main_);
+  // The status line of the editor comes back behind the points.
+  const AtEnd editing([this, text = main_.stbMain5.Get(1)] { main_.ShowProgress(text); });
   return merlane::ProfilePrior(state_.algorithm.Value, parameter_, points_, state_.flags.ObjectiveConstant, priors_,
                                *this);
 }

@@ -4,10 +4,10 @@
 
 #include <utility>
 
+#include "base/at_end.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
-#include "uncertainty/flag_on.h"
 #include "uncertainty/time_left.h"
 
 namespace merlane {
@@ -99,7 +99,7 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};
   Progress progress(*this, setup);
   const EvaluatedPoints points = [&] {
-    const FlagOn interruptOffered(p_.main.mnuMLInt.visible);
+    const auto interruptOffered = Meanwhile(p_.main.mnuMLInt.visible, true);
     return merlane::EvaluateProfile(
         pinned, setup.ProfilePoints, p_.state, p_.objective, [this] { return Minimise(); }, progress);
   }();

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "data/data_text.h"
 #include "model/catalogue.h"
-#include "model/data_text.h"
 #include "model/likelihood.h"
 
 namespace merlane::test {

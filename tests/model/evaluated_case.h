@@ -5,10 +5,10 @@
 
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
-#include "model/data_text.h"
-#include "model/golden_case.h"
+#include "data/data_text.h"
+#include "data/golden_case.h"
+#include "data/standard_anomalies.h"
 #include "model/likelihood.h"
-#include "model/standard_anomalies.h"
 #include "platform/files.h"
 
 namespace merlane::test {

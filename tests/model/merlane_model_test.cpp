@@ -3,9 +3,9 @@
 #include "base/runtime_failure.h"
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
+#include "data/data_text.h"
+#include "data/golden_case.h"
 #include "model/catalogue.h"
-#include "model/data_text.h"
-#include "model/golden_case.h"
 #include "platform/files.h"
 #include "support/scripted_host.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "data/simulation_plan.h"
 #include "model/likelihood.h"
-#include "model/simulation_plan.h"
 #include "model/simulator.h"
 #include "model/streams.h"
 

@@ -7,13 +7,13 @@
 
 #include "base/runtime_failure.h"
 #include "control/algorithm_file.h"
+#include "data/data_text.h"
+#include "data/golden_case.h"
+#include "data/standard_anomalies.h"
 #include "field_data.h"
 #include "model/catalogue.h"
-#include "model/data_text.h"
-#include "model/golden_case.h"
 #include "model/likelihood.h"
 #include "model/same_bits.h"
-#include "model/standard_anomalies.h"
 #include "plain_objective.h"
 #include "platform/files.h"
 

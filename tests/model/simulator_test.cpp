@@ -8,7 +8,6 @@
 #include "model/analysis.h"
 #include "model/evaluated_case.h"
 #include "model/forward_expectation.h"
-#include "model/goodness_of_fit.h"
 #include "model/planned.h"
 #include "platform/files.h"
 
@@ -397,52 +396,6 @@ TEST(SimulateData, TheRateIsRecoveredWithinItsStandardError) {
     const double s = survivors / atRisk;
     EXPECT_NEAR(-std::log(s), rate, 3.5 * std::sqrt((1 - s) / (s * atRisk))) << rate;
   }
-}
-
-TEST(SimulateData, SimulatedDataFitTheirModelWithPSpreadEvenly) {
-  // 60 data sets, each judged at the values it was simulated with: the cumulative p should be uniform (Kolmogorov and
-  // Smirnov; 1.63 / sqrt(60) is exceeded once in a hundred times).
-  std::vector<double> deviances, pearsons;
-  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
-    SimulatorSettings settings{
-        .MinInitSize = 5, .MaxInitSize = 9, .InitAge = -6, .FinalAge = 9, .SampFreq1 = 1, .SampFreq2 = 1};
-    Planned p(settings, 25, seed);
-    p.Value(11) = 0.3;
-    p.Value(13) = 0.4;
-    p.Value(15) = 0.02;
-    p.Value(17) = 0.03;
-    p.Value(19) = 0.1;
-    p.Value(21) = 0.08;
-    p.Simulate().Observe();
-    const auto fit = RandomisedGoodnessOfFit(p.data, p.state.best, 99, p.streams.random, {});
-    deviances.push_back(*fit->deviance.CumulativeP);
-    pearsons.push_back(*fit->pearson.CumulativeP);
-  }
-  for (auto* p : {&deviances, &pearsons}) {
-    std::ranges::sort(*p);
-    double distance = 0;
-    for (std::size_t i = 0; i < p->size(); ++i) {
-      distance = std::max(distance, std::abs((*p)[i] - static_cast<double>(i) / 60));
-      distance = std::max(distance, std::abs((*p)[i] - static_cast<double>(i + 1) / 60));
-    }
-    EXPECT_LT(distance, 1.63 / std::sqrt(60)) << testing::PrintToString(*p);
-  }
-}
-
-TEST(SimulateData, DataOfAnotherModelAreFoundToFitBadly) {
-  SimulatorSettings settings = DailyJuveniles;
-  Planned p(settings, 60);
-  p.Value(13) = 1;  // nest mates share their fate ...
-  p.Value(4) = 2;
-  p.Value(7) = 0.9;
-  p.Value(21) = 0.05;
-  p.Simulate();
-  for (const int i : {4, 7, 13, 21}) p.Value(i) = i == 4 ? 1 : 0;
-  p.Value(17) = 0.05;  // ... and are judged as if they did not
-  p.Observe();
-  const auto fit = RandomisedGoodnessOfFit(p.data, p.state.best, 99, p.streams.random, {});
-  EXPECT_EQ(fit->deviance.CumulativeP, 0);
-  EXPECT_GT(*fit->deviance.CHat, 1.5);
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace merlane {
 namespace {
 
-std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_DATA_DIR) + "/workbooks/" + name; }
+std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_INPUTS_DIR) + "/workbooks/" + name; }
 
 /// A file of that content which is gone after the test.
 class TemporaryFile {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "model/bootstrap_reports.h"
+#include "bootstrap/bootstrap_reports.h"
 #include "platform/files.h"
 #include "priors/set_prior.h"
 #include "program/analysis.h"

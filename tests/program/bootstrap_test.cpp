@@ -6,8 +6,8 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "bootstrap/bootstrap_reports.h"
 #include "control/algorithm_file.h"
-#include "model/bootstrap_reports.h"
 #include "platform/files.h"
 #include "program/analysis.h"
 

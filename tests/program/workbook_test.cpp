@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_DATA_DIR) + "/workbooks/" + name; }
+std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_INPUTS_DIR) + "/workbooks/" + name; }
 
 /// A program that can read workbooks and writes into a folder of its own.
 struct WorkbookTest : ::testing::Test {

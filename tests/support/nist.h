@@ -16,7 +16,7 @@ namespace merlane::test {
 /// certified parameters and their standard deviations. The data lie beside the tests, each with its source.
 struct NistProblem {
   explicit NistProblem(const std::string& name) {
-    std::ifstream in(std::string(MERLANE_TEST_DATA_DIR) + "/nist/" + name + ".json");
+    std::ifstream in(std::string(MERLANE_TEST_INPUTS_DIR) + "/nist/" + name + ".json");
     const auto file = nlohmann::json::parse(in);
     starts = {file["start 1"], file["start 2"]};
     certified = file["certified"].get<std::vector<double>>();

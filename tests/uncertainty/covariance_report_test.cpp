@@ -7,7 +7,7 @@
 #include "base/text.h"
 #include "control/save_pane.h"
 #include "support/function_run.h"
-#include "uncertainty/golden_covariances.h"
+#include "support/golden_covariances.h"
 
 namespace merlane {
 namespace {

@@ -1,0 +1,102 @@
+#include "bootstrap/bootstrap_command.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "base/arithmetic.h"
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "bootstrap/bootstrap_reports.h"
+
+namespace merlane {
+namespace {
+
+constexpr const char* Title = "Parametric bootstrap";
+constexpr int ProposedCount = 100;
+
+}  // namespace
+
+BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model,
+                                   ParametricBootstrap& bootstrap, FrmAbort& abort, FrmSummary& summary)
+    : desk_(desk), state_(state), model_(model), bootstrap_(bootstrap), abort_(abort), summary_(summary) {}
+
+void BootstrapCommand::Bootstrap() {
+  const std::optional<BootstrapOptions> options = AskForOptions();
+  if (!options) return;
+  const BootstrapResults results = RunHidden(*options);
+  if (results.parameters.Empty()) return;  // it could not begin
+  summary_.rtbOut.text += BootstrapSummary(results);
+  if (results.BootCount() == 0) return;
+  OfferReport({"Save the bootstrapped parameter values in a text file?",
+               "Save bootstrapped parameter values (*.bpv) in...", ".bpv", BootstrapParameterText(results)});
+  OfferReport({"Save the bootstrapped survival estimates and statistics in a text file?",
+               "Save bootstrapped survival estimates (*.bse) in...", ".bse",
+               BootstrapSurvivalText(results, model_.data)});
+}
+
+std::optional<BootstrapOptions> BootstrapCommand::AskForOptions() {
+  BootstrapOptions options;
+  const auto count = AskForNumber("How many parametric bootstraps do you want?", ProposedCount, 1);
+  if (!count) return std::nullopt;
+  const auto age = AskForNumber("To which age D (days after hatch) shall survival be estimated?",
+                                model_.likelihood.best.parameters.FledgeAge, 0);
+  if (!age) return std::nullopt;
+  options.BootstrapCount = *count;
+  options.TargetAge = *age;
+  const bool simplex =
+      desk_.Ask("Choose minimization algorithm", "Choose 'Yes' to minimize with Simplex, 'No' for Marquardt",
+                style::YesNoQuestion) == Answer::Yes;
+  options.minimiser = simplex ? BootstrapResults::Minimiser::Simplex : BootstrapResults::Minimiser::Marquardt;
+  return options;
+}
+
+std::optional<std::int16_t> BootstrapCommand::AskForNumber(const std::string& prompt, int proposal, int least) {
+  for (;;) {
+    const std::string entered = desk_.Input(Title, prompt, std::to_string(proposal));
+    if (entered.empty()) return std::nullopt;
+    const std::int16_t number = ToInt16(LenientNumber(entered));
+    if (number >= least) return number;
+  }
+}
+
+BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options) {
+  state_.flags.AbortRun = false;  // here, since from here on the user can abort
+  abort_.Open("Abort all bootstraps?");
+  desk_.Hide(summary_);
+  const BootstrapResults results = bootstrap_.Run(options);
+  desk_.Unload(abort_);
+  desk_.Show(summary_);
+  return results;
+}
+
+void BootstrapCommand::OfferReport(const Report& report) {
+  constexpr const char* Confirmation = "Confirmation request";
+  for (;;) {
+    if (desk_.Ask(Confirmation, report.question, style::YesNoQuestion) == Answer::Yes && Save(report)) return;
+    if (desk_.Ask(Confirmation, "Are you certain you have successfully saved your hard-won bootstrapped estimates?",
+                  style::YesNoQuestion) == Answer::Yes)
+      return;
+  }
+}
+
+bool BootstrapCommand::Save(const Report& report) {
+  const std::string& name = state_.algorithm.AlgShortName;
+  auto path = desk_.AskFile({FileRequest::Kind::Save, report.dialogTitle,
+                             fmt::format("All files (*.*)|*.*|Bootstrapped parameter value files (*{0})|*{0}|Named for "
+                                         "algorithm file ({1}.*)|{1}.*|",
+                                         report.extension, name),
+                             2, name + report.extension});
+  if (!path) return false;
+  if (!std::filesystem::path(*path).has_extension()) *path += report.extension;
+  try {
+    desk_.Write(*path, report.text);
+  } catch (const RuntimeFailure& failure) {
+    // Told here, so that the figures of a long calculation are not lost for a folder mistyped.
+    desk_.Tell(Title, failure.what(), style::Exclamation);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace merlane

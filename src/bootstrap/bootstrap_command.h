@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "bootstrap/parametric_bootstrap.h"
+#include "control/frm_abort.h"
+#include "control/frm_summary.h"
+
+namespace merlane {
+
+/// The parametric bootstrap that follows upon a results summary: asks how, runs it behind the abort window with the
+/// summary hidden, adds its lines to the summary, and offers its two reports to be saved.
+class BootstrapCommand {
+ public:
+  BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model, ParametricBootstrap& bootstrap,
+                   FrmAbort& abort, FrmSummary& summary);
+
+  void Bootstrap();
+
+ private:
+  /// None: the user has thought better of it.
+  std::optional<BootstrapOptions> AskForOptions();
+  /// A whole number of at least `least`; none when the box was cancelled.
+  std::optional<std::int16_t> AskForNumber(const std::string& prompt, int proposal, int least);
+  BootstrapResults RunHidden(const BootstrapOptions& options);
+
+  /// One of the two reports: what is asked about it, and how it is saved.
+  struct Report {
+    std::string question, dialogTitle, extension, text;
+  };
+  /// Offers to save a report until it is saved or the user is sure to have done without.
+  void OfferReport(const Report& report);
+  bool Save(const Report& report);
+
+  Desk& desk_;
+  RunState& state_;
+  const MerlaneModel& model_;
+  ParametricBootstrap& bootstrap_;
+  FrmAbort& abort_;
+  FrmSummary& summary_;
+};
+
+}  // namespace merlane

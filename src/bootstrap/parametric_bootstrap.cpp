@@ -1,0 +1,226 @@
+#include "bootstrap/parametric_bootstrap.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+#include "base/at_end.h"
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "base/text.h"
+#include "bootstrap/remaining_time.h"
+#include "control/algorithm_file.h"
+#include "control/fuses.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+constexpr double LeastTolerance = 1e-6;
+
+/// The algorithm file cannot be used.
+struct NoAlgorithmFile {};
+
+}  // namespace
+
+ParametricBootstrap::ParametricBootstrap(Desk& desk, RunState& state, Objective& objective, MerlaneModel& model,
+                                         FrmMain& main)
+    : cores(static_cast<int>(std::thread::hardware_concurrency())),
+      desk_(desk),
+      state_(state),
+      objective_(objective),
+      model_(model),
+      main_(main) {}
+
+BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
+  BootstrapResults results;
+  results.minimiser = options.minimiser;
+  results.TargetAge = options.TargetAge;
+  std::string failure;
+  {
+    const AtEnd putBack([this, run = state_, tables = model_.Keep()]() mutable {
+      state_ = std::move(run);
+      state_.flags.SimplexBuilt = false;  // the simplex that stands is the last replicate's
+      model_.PutBack(std::move(tables));
+    });
+    const AtEnd forget([this] {
+      objective_.known = nullptr;
+      ahead_.reset();
+      original_.reset();
+    });
+    try {
+      Replicate(options, results);
+    } catch (const NoAlgorithmFile&) {
+      desk_.Tell("No Algorithm File", "Please try again and choose an existing algorithm file name.",
+                 style::Exclamation, state_.algorithm.AlgName);
+    } catch (const std::exception& caught) {
+      failure = caught.what();
+    }
+    closeMinimisers();  // while they know that they work for a bootstrap, and leave the menu alone
+  }
+  Tell("");
+  TellTime("");
+  if (!failure.empty())
+    desk_.Tell("Parametric bootstrap",
+               fmt::format("The bootstrap cannot go on and ends with {} of {} replicates:\r\n{}", results.BootCount(),
+                           options.BootstrapCount, failure),
+               style::Exclamation);
+  return results;
+}
+
+void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapResults& results) {
+  TellTime("Estimated time remaining (h:mm:ss) will be calculated after the 1st bootstrap estimate is complete");
+  desk_.host.random.BeginNext();
+  // What is bootstrapped is the fit in the algorithm file; its deviance is that of an analysis.
+  ReadAlgorithmFile();
+  results.Tolerance = state_.algorithm.Tolerance;
+  const double deviance = Evaluate();
+  results.Begin(deviance, state_.algorithm.Value, state_.free, model_.data.Visits());
+  if (state_.free.NFREE == 0) throw RuntimeFailure("All step sizes are zero");
+
+  state_.flags.BootstrapMode = true;
+  const Clock& clock = desk_.host.clock;
+  RemainingTime remaining(Timer(clock));
+  for (int attempt = 1; results.BootCount() < options.BootstrapCount; ++attempt) {
+    Attempt(options, attempt, results);
+    TellTime("Estimated time remaining (h:mm:ss) is " +
+             remaining.After(Timer(clock), attempt, options.BootstrapCount + results.Rejects()));
+    desk_.Turn();
+    if (state_.flags.AbortRun) return;
+  }
+}
+
+void ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results) {
+  const int b = results.BootCount() + 1;
+  const std::string path = NameDataFile(b);
+  Tell(fmt::format("Performing parametric bootstrap {} of {}", b, options.BootstrapCount));
+  Tell("Reading original data");
+  TakeOriginal();
+  if (attempt == 1) BeginAhead(options.minimiser);
+  if (ahead_) ahead_->Begin(attempt, attempt + options.BootstrapCount - b);
+  const std::string dataText = Simulate();
+  Tell("Writing simulated data");
+  desk_.Write(path, dataText, false);
+  Tell("Reading simulated data");
+  ReadData(path);
+  ReadAlgorithmFile();
+  Tell("Estimating parameters for simulated data");
+  Evaluate();
+  const bool inverted = Minimise(options.minimiser, attempt, dataText);
+  Judge(options, Evaluate(), !inverted, results);
+}
+
+std::string ParametricBootstrap::NameDataFile(int replicate) {
+  std::string folder = desk_.host.bootstrapFolder;
+  if (folder.empty()) {
+    const std::string& path = model_.data.DataFileName;
+    folder = path.substr(0, path.size() - FileName(path).size());
+    folder = folder.empty() ? "." : folder.substr(0, std::max<std::size_t>(1, folder.size() - 1));
+  }
+  const double number = std::floor(desk_.host.random.Uniform() * 1000000 + 0.5);
+  return folder + "/BootstrappedData" + Format(replicate, "00000") + "_" + Format(number, "000000") + ".dat";
+}
+
+/// The real data and the tables of the fit: read and evaluated once, put back from then on. The algorithm file is read
+/// again, so that its loss is told before a replicate is made from it.
+void ParametricBootstrap::TakeOriginal() {
+  if (original_) {
+    model_.PutBack(original_->tables);
+    ReadAlgorithmFile();
+    return;
+  }
+  ReadData("");
+  ReadAlgorithmFile();
+  RunState run = state_;
+  Evaluate();
+  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run), algorithmText_});
+}
+
+void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
+  if (cores < 2 || !minimiseAhead) return;
+  const auto minimise = [this, minimiser](RunState& run, Objective& objective) {
+    minimiseAhead(minimiser, run, objective);
+  };
+  ahead_ = std::make_unique<FitsAhead>(
+      FitsAhead::Origin{original_->tables.data, original_->tables.likelihood, original_->text, desk_.host.random,
+                        original_->run, priorTermAhead(), minimise},
+      FitsAhead::Watch{[this] { desk_.Turn(); },
+                       [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
+      ThreadsAhead(cores, model_.data.Visits()));
+  objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
+}
+
+std::string ParametricBootstrap::Simulate() {
+  Tell("Simulating new data");
+  const CalculationWatch watch{.tell = [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); },
+                               .turn = [this] { desk_.Turn(); }};
+  if (!SimulateData(model_.data, {.BootstrapMode = true}, model_.likelihood.best, desk_.host.random, watch,
+                    model_.simulation))
+    throw RuntimeFailure("no data could be simulated");
+  return original_->text.Of(model_.simulation.SimCount);
+}
+
+/// Reads the real data or, given its file, a simulated data set.
+void ParametricBootstrap::ReadData(const std::string& simulatedFile) {
+  state_.flags.ReadOriginalFile = simulatedFile.empty();
+  state_.flags.ReadSimulatedFile = !simulatedFile.empty();
+  model_.data.SimulatedFileName = simulatedFile;
+  objective_.Call(state_.algorithm.Value, 0);
+  if (!model_.data.ReadOK) throw RuntimeFailure("the data could not be read");
+}
+
+void ParametricBootstrap::ReadAlgorithmFile() {
+  AlgorithmData& a = state_.algorithm;
+  try {
+    algorithmText_ = ReadWholeFile(a.AlgName);
+    if (ReadAlgorithm(algorithmText_, a).failure != AlgorithmReading::Failure::None) throw NoAlgorithmFile{};
+  } catch (const RuntimeFailure&) {
+    throw NoAlgorithmFile{};
+  }
+  // Absolute from here on, whatever the sign was.
+  if (std::fabs(a.Tolerance) < LeastTolerance) a.Tolerance = LeastTolerance;
+  BuildFuseGroups(state_);
+  PackFree(state_);
+}
+
+/// The deviance at Value as the first call of a run, without a prior term.
+double ParametricBootstrap::Evaluate() {
+  ApplyFuses(state_.algorithm.Value, state_);
+  return objective_.Call(state_.algorithm.Value, 1);
+}
+
+/// Minimises over the free parameters of these data; false when a matrix could not be inverted.
+bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText) {
+  // What goes ahead began with the algorithm file as it was. To follow it part of the way would not do: the objective
+  // may depend on all calls that were made.
+  if (ahead_ && algorithmText_ == original_->algorithmText) ahead_->Follow(attempt, dataText);
+  const bool inverted = minimiser == BootstrapResults::Minimiser::Simplex ? minimiseSimplex() : minimiseMarquardt();
+  if (ahead_) ahead_->Leave();
+  return inverted;
+}
+
+void ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool matrixFailed,
+                                BootstrapResults& results) {
+  const double Penalty = model_.likelihood.Penalty;
+  results.BootPenaltySum += Penalty;
+  if (Penalty > 0) {
+    results.RejectForPenalty();
+    Tell("Last bootstrap attempt rejected due to a penalty added to the Deviance");
+    return;
+  }
+  if (matrixFailed) {
+    results.RejectForMatrix();
+    Tell("Last bootstrap attempt rejected due to a matrix inversion failure");
+    return;
+  }
+  const CalculationWatch watch{.turn = [this] { desk_.Turn(); }};
+  EstimateOneDaySurvival(model_.data, model_.likelihood, true, watch, model_.estimates);
+  EstimateFledgingSurvival(model_.data, model_.likelihood, true, options.TargetAge, watch, model_.estimates);
+  results.Keep(F, state_.algorithm.Value, model_.estimates);
+}
+
+}  // namespace merlane

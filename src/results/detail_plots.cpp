@@ -1,0 +1,58 @@
+#include "results/detail_plots.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "base/at_end.h"
+#include "results/detail_series.h"
+
+namespace merlane {
+namespace {
+
+constexpr const char* Title = "Data and prediction plots";
+
+}  // namespace
+
+DetailPlots::DetailPlots(Desk& desk, const MerlaneModel& model, FrmSummary& summary, FrmXyPlot& plot)
+    : desk_(desk), model_(model), summary_(summary), plot_(plot) {}
+
+void DetailPlots::Offer() {
+  const auto inactive = Meanwhile(summary_.enabled, false);
+  if (Wanted("Do you want to see detailed data plots for each brood?")) OfferBroods();
+  if (Wanted("Do you want to see annual summary plots for all broods?")) OfferYears();
+}
+
+bool DetailPlots::Wanted(const std::string& question) {
+  return desk_.Ask(Title, question, style::YesNoQuestion) == Answer::Yes;
+}
+
+bool DetailPlots::ShowPage(PlotTable page) {
+  plot_.ShowXYPlot(std::move(page));
+  desk_.WaitUntil([this] { return !plot_.Loaded(); });
+  return plot_.PlotGoOn;
+}
+
+void DetailPlots::OfferBroods() {
+  const BroodData& data = model_.data;
+  const DetailSubject subject{data, model_.likelihood.best, model_.estimates, model_.simulation};
+  for (int brood = 0; brood < data.Broods(); ++brood) {
+    // Hundreds of broods may follow: Cancel asks about no more of them.
+    const Answer answer =
+        desk_.Ask(Title, fmt::format("Do you want to see plots for mother {}?", BroodLabel(data, brood)),
+                  style::YesNoCancelQuestion);
+    if (answer == Answer::Cancel) return;
+    if (answer == Answer::Yes && !ShowPage(BuildBroodPlot(subject, brood))) return;
+  }
+}
+
+void DetailPlots::OfferYears() {
+  const BroodData& data = model_.data;
+  const DetailSubject subject{data, model_.likelihood.best, model_.estimates, model_.simulation};
+  for (int year = data.FirstYear; year <= data.LastYear; ++year)
+    if (Wanted(fmt::format("Do you want to see plots for year {}?", year)) && !ShowPage(BuildYearPlot(subject, year)))
+      return;
+  if (Wanted("Do you want to see plots for all years combined?")) ShowPage(BuildYearPlot(subject, {}));
+}
+
+}  // namespace merlane

@@ -1,0 +1,163 @@
+#include "results/goodness_of_fit.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/arithmetic.h"
+#include "base/number_text.h"
+#include "model/count_prediction.h"
+#include "model/simulator.h"
+
+namespace merlane {
+namespace {
+
+/// The sums of the real data, in the order of the visits.
+void Observe(const BroodData& data, const BestTables& best, GoodnessOfFit& fit) {
+  for (std::size_t v = 0; v < static_cast<std::size_t>(data.Visits()); ++v) {
+    if (best.survival.EVisit[v] == Missing) continue;
+    const double P = std::exp(-0.5 * best.VisitDeviance[v]);
+    fit.pearson.observed = fit.pearson.observed + Divide(1 - P, P);
+    fit.deviance.observed = fit.deviance.observed + best.VisitDeviance[v];
+  }
+}
+
+/// The predictions from which counts are picked. What a visit's count is drawn from is the same in every randomisation
+/// and is built at its first.
+class Randomisations {
+ public:
+  Randomisations(const BroodData& data, BestTables& best)
+      : data_(data), best_(best), predictor_(data, best.parameters) {
+    for (int brood = 0; brood < data.Broods(); ++brood) {
+      const auto b = static_cast<std::size_t>(brood);
+      for (int visit = data.FirstVisit[b] + 1; visit < data.FirstVisit[b] + data.VisitsOf[b]; ++visit) {
+        const auto v = static_cast<std::size_t>(visit);
+        if (best.survival.EVisit[v] != Missing && data.VisitCount[v - 1] > 0) visits_.push_back({visit, brood, {}});
+      }
+    }
+  }
+
+  /// The sums of one randomisation; false when it was aborted.
+  bool Run(RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
+    for (PredictedVisit& predicted : visits_) {
+      if (predicted.prediction.Pmf.empty()) Predict(predicted);
+      Simulate_Pick_ChiSq(predicted.prediction, random, watch, SumPearson, SumDeviance);
+      watch.turn();
+      if (watch.aborted()) return false;
+    }
+    return true;
+  }
+
+ private:
+  struct PredictedVisit {
+    int visit, brood;
+    CountPrediction prediction;
+  };
+
+  void Predict(PredictedVisit& predicted) {
+    predictor_.Predict(predicted.visit, data_.VisitCount[static_cast<std::size_t>(predicted.visit) - 1],
+                       BestExpectation(data_, best_.survival, predicted.brood, predicted.visit), predicted.prediction);
+    KeepVariances(data_, predicted.visit, predicted.prediction, best_);
+  }
+
+  const BroodData& data_;
+  BestTables& best_;
+  CountPredictor predictor_;
+  std::vector<PredictedVisit> visits_;
+};
+
+/// How the lines of a statistic name it.
+struct Words {
+  const char *name, *sum, *estimate;
+};
+constexpr Words PearsonWords{"Pearson-deviates", "Pearson-deviates", "A Pearson-deviates-based"};
+constexpr Words DevianceWords{"Deviance", "Deviances", "A deviance-based"};
+
+/// A number after a template, or the word that stands for one that is not defined.
+std::string Number(const std::optional<double>& x, const char* pattern, const char* undefined = " Undefined") {
+  return x ? Format(*x, pattern) : undefined;
+}
+
+std::string Block(const FitStatistic& s, const Words& words) {
+  const char* const sum = " ###0.000";
+  const char* const share = " #0.000";
+  std::string text =
+      "The randomization test that follows is that of Roff, D.A. and P. Bentzen (1989), Molecular Biology and "
+      "Evolution 6: 539-545\r\n";
+  text += fmt::format(
+      "You can reject this model if the cumulative p[{}] is outside your acceptance range (e.g., 0.025 < p < "
+      "0.975)\r\n",
+      words.name);
+  text += fmt::format("Simulated sum of {}> n:{}; Mean:{}; SD:{}; Minimum:{}; Maximum:{}\r\n", words.sum,
+                      Format(static_cast<double>(s.simulated.size()), " ###0"), Number(s.Mean, sum), Number(s.SD, sum),
+                      Number(s.Minimum, sum), Number(s.Maximum, sum));
+  text +=
+      fmt::format("Observed sum of {0}>{1}; Cumulative p[{2}]:{3}; SE cumulative p[{2}]:{4}\r\n\r\n", words.sum,
+                  Format(s.observed, sum), words.name, Number(s.CumulativeP, share), Number(s.CumulativePSE, share));
+  text += fmt::format(
+      "A very small value for cumulative p[{0}] (e.g., < 0.025) when n is large suggests the model underfits the data "
+      "(fits too poorly)\r\n"
+      "A very large value for cumulative p[{0}] (e.g., > 0.975) when n is large suggests the model overfits  the data "
+      "(fits too well)\r\n\r\n",
+      words.name);
+  return text + fmt::format("{} estimate of c-hat is: {} SE: {}\r\n\r\n", words.estimate,
+                            Number(s.CHat, "###0.00", "Uncalculated"), Number(s.CHatSE, "###0.00", "Uncalculated"));
+}
+
+}  // namespace
+
+std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
+                                                     RandomStreams& random, const CalculationWatch& watch) {
+  GoodnessOfFit fit;
+  Observe(data, best, fit);
+  random.BeginNext();
+  Randomisations randomisations(data, best);
+  for (int r = 1; r <= RandomisationCount; ++r) {
+    watch.progress(
+        fmt::format("Pearson-deviates & Deviance: Performing randomization # {} of {}", r, RandomisationCount));
+    double& SumPearson = fit.pearson.simulated.emplace_back(0);
+    double& SumDeviance = fit.deviance.simulated.emplace_back(0);
+    const bool finished = randomisations.Run(random, watch, SumPearson, SumDeviance);
+    watch.progress("");
+    if (!finished) return std::nullopt;
+  }
+  Summarise(fit.pearson);
+  Summarise(fit.deviance);
+  return fit;
+}
+
+void Summarise(FitStatistic& s) {
+  const auto R = static_cast<double>(s.simulated.size());
+  if (R == 0) return;
+  double sum = 0, squares = 0, least = 1e100, most = 0, atLeastObserved = 0;
+  for (const double x : s.simulated) {
+    sum = sum + x;
+    squares = squares + x * x;
+    least = std::min(least, x);
+    most = std::max(most, x);
+    if (x >= s.observed) ++atLeastObserved;
+  }
+  const double mean = sum / R;
+  const double V = Checked(squares / R - mean * mean);
+  s.Mean = mean;
+  s.Minimum = least;
+  s.Maximum = most;
+  if (V > 0) s.SD = std::sqrt(V);
+  if (R > 1) {
+    const double p = atLeastObserved / R;
+    s.CumulativeP = p;
+    s.CumulativePSE = std::sqrt(p * (1 - p) / (R - 1));
+  }
+  if (s.SD && mean > 0) {
+    // The standard error is that of the rounded estimate.
+    s.CHat = std::floor(100 * (s.observed / mean) + 0.5) / 100;
+    s.CHatSE = std::floor(100 * (*s.SD * *s.CHat / mean) + 0.5) / 100;
+  }
+}
+
+std::string GoodnessOfFitText(const GoodnessOfFit& fit) {
+  return Block(fit.pearson, PearsonWords) + Block(fit.deviance, DevianceWords);
+}
+
+}  // namespace merlane

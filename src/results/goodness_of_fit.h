@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "data/brood_data.h"
+#include "model/best_tables.h"
+#include "model/calculation_watch.h"
+#include "platform/random_streams.h"
+
+namespace merlane {
+
+/// A sum over all predictions, of the real data and of each randomisation, and what the randomisations tell of it. A
+/// number that is not defined is none.
+struct FitStatistic {
+  double observed = 0;
+  std::vector<double> simulated;
+
+  std::optional<double> Mean, SD, Minimum, Maximum;
+  std::optional<double> CumulativeP, CumulativePSE;  // share of the simulated sums at or above the observed one
+  std::optional<double> CHat, CHatSE;                // observed / mean, to two digits; 1 for a model that fits
+};
+
+struct GoodnessOfFit {
+  FitStatistic pearson;   // (1 - P) / P, where P is the probability of the count that occurred
+  FitStatistic deviance;  // -2 ln P
+};
+
+/// Judges the fit of the best state as Roff and Bentzen (1989) do: the sums of the real data against those of
+/// `RandomisationCount` data sets simulated one visit ahead, each count from the real count before it. Draws from the
+/// next random stream and refreshes the variances of the best tables. None when it was aborted. RuntimeFailure for a
+/// count whose probability is 0.
+std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
+                                                     RandomStreams& random, const CalculationWatch& watch);
+
+/// Forms the numbers of a statistic from its sums.
+void Summarise(FitStatistic& statistic);
+
+/// The lines about both statistics in a results summary; they end with CR LF.
+std::string GoodnessOfFitText(const GoodnessOfFit& fit);
+
+}  // namespace merlane

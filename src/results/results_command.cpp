@@ -1,0 +1,94 @@
+#include "results/results_command.h"
+
+#include <algorithm>
+
+#include "base/arithmetic.h"
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "results/goodness_of_fit.h"
+
+namespace merlane {
+
+void ResultsCommand::WriteResults(ModelCall& call) {
+  if (std::ranges::all_of(call.X, [](double value) { return value == 0; }))
+    throw RuntimeFailure("all parameters are 0, so that nothing has been evaluated");
+  const auto free = std::ranges::count_if(call.StepSize, [](double step) { return step != 0; });
+  const ResultsSubject subject{.data = model_.data,
+                               .fitted = model_.likelihood,
+                               .Value = call.X,
+                               .Names = call.Names,
+                               .SampleSize = call.K,
+                               .FreeCount = static_cast<int>(free),
+                               .BayesOn = state_.flags.BayesOn,
+                               .AlgName = state_.algorithm.AlgName,
+                               .PriorFileName = state_.flags.PriorFileName};
+  const int randomisations = AskForRandomisations();
+  const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.likelihood.best);
+  std::string text = ResultsHead(subject, sizes) + ResultsRules() + ResultsParameters(subject);
+  text += JudgeFit(randomisations);
+  EstimateSurvival();
+  const std::optional<Listing> listing = AskForListing();
+  if (listing) text += List(subject, *listing, sizes);
+  main_.ShowProgress("");
+  summary_.Open(text);
+  desk_.Tell("Results Summary", "Summary complete", style::Information);
+  if (!listing) offerPlots();
+}
+
+int ResultsCommand::AskForRandomisations() {
+  for (;;) {
+    const std::string entered = desk_.Input(
+        "More simulations improve the goodness-of-fit (GOF) estimate",
+        "Choose at least one (1) randomization for the Pearson-deviates and Deviance GOF calculation:", "1");
+    if (entered.empty()) return 1;
+    const int randomisations = ToInt16(LenientNumber(entered));
+    if (randomisations >= 1) return randomisations;
+  }
+}
+
+std::string ResultsCommand::JudgeFit(int randomisations) {
+  LikelihoodState& fitted = model_.likelihood;
+  if (fitted.EggsAtRisk == 0 && fitted.JuvsAtRisk == 0) return "";
+  state_.flags.AbortRun = false;
+  abort_.Open("Abort randomizations?");
+  const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_);
+  desk_.Unload(abort_);
+  return fit ? GoodnessOfFitText(*fit) : "";
+}
+
+void ResultsCommand::EstimateSurvival() {
+  const std::int16_t FledgeAge = model_.likelihood.parameters.FledgeAge;
+  if (FledgeAge <= 0) return;
+  main_.ShowProgress("Please be patient while survival probabilities are calculated, it can take a while...");
+  EstimateOneDaySurvival(model_.data, model_.likelihood, state_.flags.BootstrapMode, watch_, model_.estimates);
+  EstimateFledgingSurvival(model_.data, model_.likelihood, state_.flags.BootstrapMode, FledgeAge, watch_,
+                           model_.estimates);
+  main_.ShowProgress("One moment please while output is consolidated...");
+}
+
+std::optional<Listing> ResultsCommand::AskForListing() {
+  const Answer answer = desk_.Ask(
+      "Choose among output options",
+      "Choose 'Yes' to view partitioning of random and correlated mortality predictions (no brood covariate output)\r\n"
+      "Choose 'No' to simulate data, report brood covariates, and give survival summary statistics\r\n\r\n"
+      "Choose 'Cancel' to invoke the plot routines without a results summary or data simulation",
+      style::YesNoCancelQuestion);
+  if (answer == Answer::Yes) return Listing::Partitioning;
+  if (answer == Answer::No) return Listing::SimulatedAndSurvival;
+  return std::nullopt;
+}
+
+std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes) {
+  main_.ShowProgress("One moment please...");
+  state_.flags.AbortRun = false;  // whoever aborted the randomisations may want the listing
+  const std::string head = ListingHead(model_.data, listing);
+  if (listing == Listing::SimulatedAndSurvival) {
+    abort_.Open("Abort randomizations?");
+    SimulateData(model_.data, {}, model_.likelihood.best, desk_.host.random, watch_, model_.simulation);
+  }
+  const std::string rows = ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_);
+  desk_.Unload(abort_);
+  return head + rows;
+}
+
+}  // namespace merlane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "results/summary_command.h"
+
+namespace merlane {
+
+/// Simulates the data set that was planned when the analysis was initialised, and shows it as the text of a data file
+/// to be saved.
+class SimulationCommand : SummaryCommand {
+ public:
+  using SummaryCommand::SummaryCommand;
+
+  /// The model's answer to the request to simulate. When it is aborted there is no text, and the menu comes back.
+  void Simulate(ModelCall& call);
+
+ private:
+  void TellOfDeficiencies();
+  void WriteSimulatedData();
+};
+
+}  // namespace merlane

@@ -1,0 +1,53 @@
+#include "base/at_end.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace merlane {
+namespace {
+
+TEST(AtEnd, ActsOnceWhenTheScopeEnds) {
+  int acted = 0;
+  {
+    const AtEnd end([&] { ++acted; });
+    EXPECT_EQ(acted, 0);
+  }
+  EXPECT_EQ(acted, 1);
+}
+
+TEST(AtEnd, ActsWhenTheScopeFails) {
+  int acted = 0;
+  try {
+    const AtEnd end([&] { ++acted; });
+    throw std::runtime_error("failed");
+  } catch (const std::runtime_error&) {
+    EXPECT_EQ(acted, 1);
+  }
+}
+
+TEST(Meanwhile, TheVariableHasItsOwnValueAgainBehindTheScope) {
+  std::string text = "own";
+  {
+    const auto other = Meanwhile<std::string>(text, "other");
+    EXPECT_EQ(text, "other");
+  }
+  EXPECT_EQ(text, "own");
+}
+
+TEST(Meanwhile, ScopesWithinEachOtherGiveBackWhatEachFound) {
+  int depth = 0;
+  {
+    const auto outer = Meanwhile(depth, depth + 1);
+    {
+      const auto inner = Meanwhile(depth, depth + 1);
+      EXPECT_EQ(depth, 2);
+    }
+    EXPECT_EQ(depth, 1);
+  }
+  EXPECT_EQ(depth, 0);
+}
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,36 @@
+#include "bootstrap/replicate_data_text.h"
+
+#include <gmock/gmock.h>
+
+#include "data/data_text.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(ReplicateDataText, DeathIsWrittenAsZeroInEachRecordBehindItAndTheFileReadsBackVisitByVisit) {
+  test::Reading reading;
+  std::string text = test::Header + "\n";
+  for (const int age : {-10, -5, 3, 8}) text += test::Record(1995, "  A B", 160 + age, 160, age, 8);
+  reading.Of(text);
+  const std::string written = ReplicateDataText(reading.data).Of({8, 0, Missing, Missing});
+  test::Reading again;
+  again.Of(written, true);
+  EXPECT_THAT(again.data.VisitCount, ElementsAre(8, 0, 0, 0));
+  EXPECT_EQ(again.data.VisitAge, reading.data.VisitAge);
+  EXPECT_EQ(again.data.VisitDate, reading.data.VisitDate);
+  EXPECT_EQ(again.data.BroodCode, reading.data.BroodCode);
+}
+
+TEST(ReplicateDataText, CovariatesStandBehindEachRecordUnderTheHeaderOfSixWords) {
+  test::Reading reading(1995, 1995, 2);
+  reading.Of(test::Header + ",      Lake_1,      Lake_2\n" +
+             test::Record(1995, "A", 150, 160, -10, 8, {"1.25", "-0.001234567"}));
+  const std::vector<std::string> lines = Lines(ReplicateDataText(reading.data).Of({7}));
+  EXPECT_EQ(lines[0], test::Header);
+  EXPECT_EQ(lines[1], "    1995,       A,     150,     160,     -10,       7, 1.25000E+00,-1.23457E-03");
+}
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "minimise/marquardt.h"
+#include "model/survival_run.h"
+#include "platform/files.h"
+#include "uncertainty/posterior.h"
+#include "uncertainty/profile.h"
+
+namespace merlane {
+namespace {
+
+using nlohmann::json;
+
+/// The fits that hold a profile or a posterior, of the survival model behind a simplex.
+const std::vector<json>& KeptFits() {
+  static const std::vector<json> fits = [] {
+    std::vector<json> found;
+    const json all = json::parse(ReadWholeFile(MERLANE_GOLDEN_DIR "/fits.json"));
+    for (const json& fit : all["fits"])
+      if (fit.contains("profile") || fit.contains("posterior")) found.push_back(fit);
+    return found;
+  }();
+  return fits;
+}
+
+const json& Kept(const std::string& what) {
+  for (const json& fit : KeptFits())
+    if (fit["what"] == what) return fit;
+  throw std::runtime_error("no such fit: " + what);
+}
+
+test::GoldenCase CaseOf(const json& fit) {
+  const std::vector<test::GoldenCase> cases = test::GoldenCases();
+  return *std::ranges::find(cases, fit["case"].get<std::string>(), &test::GoldenCase::name);
+}
+
+/// The survival model at the minimum that a simplex found, with the steps of the evaluation.
+struct Fitted {
+  explicit Fitted(const json& fit) : run(CaseOf(fit)) {
+    run.OneFunctionCall();
+    run.Minimise();
+    for (int i = 1; i <= run.state.algorithm.NPAR; ++i)
+      run.state.algorithm.Step(i) = fit["steps"][static_cast<std::size_t>(i) - 1];
+    run.Pack();
+  }
+  test::SurvivalRun run;
+};
+
+void ExpectRelative(double actual, double expected, double tolerance, const std::string& what) {
+  EXPECT_NEAR(actual, expected, std::fabs(expected) * tolerance) << what;
+}
+
+/// Figures that hang on differences of the -ln[L] can have no more digits than these leave: the objective agrees to
+/// some 1e-15 of 350.
+constexpr double Relative = 1e-10;
+
+void ExpectSeries(const ConfidenceSeries& series, const EvaluatedPoints& points, const json& kept) {
+  ASSERT_EQ(points.Count(), kept["points"].get<int>());
+  EXPECT_EQ(points.IMin, kept["IMin"].get<int>());
+  EXPECT_EQ(points.H, kept["H"].get<double>());
+  EXPECT_EQ(series.IMean, kept["IMean"].get<int>());
+  EXPECT_EQ(series.ModeValue, kept["mode"].get<double>());
+  ExpectRelative(series.ExpectedValue, kept["expected"], Relative, "expected value");
+  ExpectRelative(series.EstimatedDiff, kept["difference"], Relative, "difference");
+  ExpectRelative(series.EstimatedSE, kept["se"], Relative, "standard error");
+  for (int i = 1; i <= points.Count(); ++i) {
+    const json& row = kept["table"][static_cast<std::size_t>(i) - 1];
+    const std::string at = " of point " + std::to_string(i);
+    EXPECT_EQ(series.ProfileX(i), row["x"].get<double>()) << at;
+    EXPECT_NEAR(series.ProfileF(i), row["neg_lnl"].get<double>(), 1e-11) << at;
+    ExpectRelative(series.ProfilePDF(i), row["pdf"], Relative, "density" + at);
+    ExpectRelative(series.ProfileNormal(i), row["normal"], Relative, "normal density" + at);
+    EXPECT_NEAR(series.ProfileCum(i), row["cumulative"].get<double>(), 1e-12) << at;
+    EXPECT_NEAR(series.ProfileCIMode(i), row["ci_mode"].get<double>(), 1e-11) << at;
+    EXPECT_NEAR(series.ProfileCIMean(i), row["ci_mean"].get<double>(), 1e-11) << at;
+  }
+}
+
+TEST(GoldenProfile, BySimplexAgreesCallByCall) {
+  const json& fit = Kept("simplex, then a profile of 17 by simplex");
+  const json& kept = fit["profile"];
+  Fitted f(fit);
+  RunState& state = f.run.state;
+  state.profile.ProfileOn = true;
+  SimplexState simplex;
+  SimplexWatch watch;
+  std::vector<SimplexResult> results;
+  ProfileWatch profileWatch;
+  EvaluatedPoints points;
+  {
+    const PinnedParameter pinned(state, kept["parameter"]);
+    points = EvaluateProfile(
+        pinned, kept["points"], state, f.run.objective,
+        [&] {
+          state.flags.SimplexBuilt = false;
+          results.push_back(MinimiseSimplex(state, f.run.objective, simplex, watch));
+          return true;
+        },
+        profileWatch);
+  }
+  ExpectSeries(MakeConfidenceSeries(points), points, kept);
+  ASSERT_EQ(results.size(), kept["trace"].size());
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    const json& point = kept["trace"][i];
+    EXPECT_EQ(results[i].calls, point["calls"].get<int>()) << "point " << i + 1;
+    EXPECT_EQ(results[i].NF, point["NF"].get<int>()) << "point " << i + 1;
+    EXPECT_EQ(results[i].Iterations, point["iterations"].get<int>()) << "point " << i + 1;
+    EXPECT_EQ(results[i].Restarts, point["restarts"].get<int>()) << "point " << i + 1;
+    ExpectRelative(results[i].F, point["minimum"], 1e-12, "minimum");
+  }
+  for (int i = 1; i <= state.algorithm.NPAR; ++i)
+    ExpectRelative(state.algorithm.Value(i), fit["final_value"][static_cast<std::size_t>(i) - 1], 1e-12, "value");
+}
+
+TEST(GoldenProfile, ByMarquardtAgreesCallByCall) {
+  const json& fit = Kept("simplex, then a profile of 17 by Marquardt");
+  const json& kept = fit["profile"];
+  Fitted f(fit);
+  RunState& state = f.run.state;
+  state.profile.ProfileOn = true;
+  MarquardtWatch watch;
+  std::vector<MarquardtResult> results;
+  ProfileWatch profileWatch;
+  EvaluatedPoints points;
+  {
+    const PinnedParameter pinned(state, kept["parameter"]);
+    points = EvaluateProfile(
+        pinned, kept["points"], state, f.run.objective,
+        [&] {
+          results.push_back(MinimiseMarquardt(state, f.run.objective, DerivativeMode::Numerical, watch));
+          return true;
+        },
+        profileWatch);
+  }
+  ExpectSeries(MakeConfidenceSeries(points), points, kept);
+  ASSERT_EQ(results.size(), kept["trace"].size());
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    const json& point = kept["trace"][i];
+    EXPECT_EQ(results[i].calls, point["calls"].get<int>()) << "point " << i + 1;
+    EXPECT_EQ(results[i].NF, point["NF"].get<int>()) << "point " << i + 1;
+    EXPECT_EQ(results[i].Iterations, point["iterations"].get<int>()) << "point " << i + 1;
+  }
+  for (int i = 1; i <= state.algorithm.NPAR; ++i)
+    ExpectRelative(state.algorithm.Value(i), fit["final_value"][static_cast<std::size_t>(i) - 1], 1e-10, "value");
+}
+
+TEST(GoldenPosterior, AgreesNodeByNode) {
+  const json& fit = Kept("simplex, then a posterior of 17");
+  const json& kept = fit["posterior"];
+  Fitted f(fit);
+  RunState& state = f.run.state;
+  state.profile.IntegrationOn = true;
+  double ReferenceF = 0;
+  PosteriorWatch watch;
+  Posterior posterior;
+  {
+    const PinnedParameter pinned(state, kept["parameter"]);
+    posterior =
+        EvaluatePosterior(pinned, {kept["points"], kept["grid_points"]}, state, f.run.objective, ReferenceF, watch);
+  }
+  EXPECT_EQ(posterior.NodeCounter, kept["nodes"].get<double>());
+  ExpectRelative(ReferenceF, kept["reference"], 1e-14, "reference");
+  ExpectSeries(MakeConfidenceSeries(posterior.points), posterior.points, kept);
+
+  ASSERT_TRUE(posterior.bivariate);
+  const BivariateDensity& density = *posterior.bivariate;
+  const json& joint = kept["bivariate"];
+  EXPECT_EQ(std::vector<double>(density.X.begin(), density.X.end()), joint["X"].get<std::vector<double>>());
+  EXPECT_EQ(std::vector<double>(density.Y.begin(), density.Y.end()), joint["Y"].get<std::vector<double>>());
+  for (int j = 1; j <= density.Y.Size(); ++j)
+    for (int i = 1; i <= density.X.Size(); ++i)
+      ExpectRelative(density.f(j, i),
+                     joint["density"][static_cast<std::size_t>(j) - 1][static_cast<std::size_t>(i) - 1], Relative,
+                     "density " + std::to_string(j) + ", " + std::to_string(i));
+  ExpectRelative(density.fmax, joint["peak"], Relative, "peak");
+  EXPECT_EQ(density.peakX, joint["peak_x"].get<double>());
+  EXPECT_EQ(density.peakY, joint["peak_y"].get<double>());
+  EXPECT_EQ(density.firstParameter, 17);
+  EXPECT_EQ(density.secondParameter, 18);
+  for (int i = 1; i <= state.algorithm.NPAR; ++i)
+    ExpectRelative(state.algorithm.Value(i), fit["final_value"][static_cast<std::size_t>(i) - 1], 1e-12, "value");
+}
+
+}  // namespace
+}  // namespace merlane
