@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "base/runtime_failure.h"
+#include "base/arithmetic_failure.h"
 
 namespace merlane {
 namespace {
@@ -15,29 +15,29 @@ template <class Integer, class Wider>
 Integer InRange(Wider x) {
   constexpr Integer least = std::numeric_limits<Integer>::min(), most = std::numeric_limits<Integer>::max();
   if (!(x >= least && x <= most))
-    throw RuntimeFailure(fmt::format("overflow: {} does not lie between {} and {}", x, least, most));
+    throw ArithmeticFailure(fmt::format("overflow: {} does not lie between {} and {}", x, least, most));
   return static_cast<Integer>(x);
 }
 
 }  // namespace
 
 double Checked(double result) {
-  if (!std::isfinite(result)) throw RuntimeFailure("overflow");
+  if (!std::isfinite(result)) throw ArithmeticFailure("overflow");
   return result;
 }
 
 double Divide(double numerator, double denominator) {
-  if (denominator == 0) throw RuntimeFailure("division by zero");
+  if (denominator == 0) throw ArithmeticFailure("division by zero");
   return Checked(numerator / denominator);
 }
 
 double CheckedSqrt(double x) {
-  if (!(x >= 0)) throw RuntimeFailure("square root of a negative number");
+  if (!(x >= 0)) throw ArithmeticFailure("square root of a negative number");
   return Checked(std::sqrt(x));
 }
 
 double CheckedLog(double x) {
-  if (!(x > 0)) throw RuntimeFailure("logarithm of a number that is not positive");
+  if (!(x > 0)) throw ArithmeticFailure("logarithm of a number that is not positive");
   return Checked(std::log(x));
 }
 

@@ -1,6 +1,9 @@
 #include "minimise/evaluate_trial.h"
 
+#include <string>
+
 #include "base/arithmetic.h"
+#include "base/arithmetic_failure.h"
 
 namespace merlane {
 
@@ -8,14 +11,53 @@ void SetFree(Array1<double>& vector, const Array1<double>& trial, const FreePara
   for (int i = 1; i <= free.NFREE; ++i) vector(free.FreeIndex(i)) = Checked(trial(i));
 }
 
+template <class Evaluation>
+double TrialEvaluator::OrUnevaluated(const Evaluation& evaluate) {
+  try {
+    return evaluate();
+  } catch (const ArithmeticFailure&) {
+    return Unevaluated();
+  }
+}
+
+template <class Evaluation>
+double TrialEvaluator::OrNoStart(const Evaluation& evaluate) {
+  try {
+    return evaluate();
+  } catch (const ArithmeticFailure& failure) {
+    throw ArithmeticFailure(std::string("the starting point cannot be evaluated: ") + failure.what());
+  }
+}
+
 double TrialEvaluator::EvaluateTrial(const Array1<double>& trial) {
-  ++NF;
-  TrialVector_ = state_.algorithm.Value;
-  SetFree(TrialVector_, trial, state_.free);
-  return Evaluate(TrialVector_, NF);
+  return OrUnevaluated([&] { return At(trial); });
 }
 
 double TrialEvaluator::Evaluate(Array1<double>& vector, std::int32_t code) {
+  return OrUnevaluated([&] { return At(vector, code); });
+}
+
+double TrialEvaluator::EvaluateStart(const Array1<double>& trial) {
+  return OrNoStart([&] { return At(trial); });
+}
+
+double TrialEvaluator::EvaluateStart(Array1<double>& vector, std::int32_t code) {
+  return OrNoStart([&] { return At(vector, code); });
+}
+
+double TrialEvaluator::Unevaluated() {
+  ++unevaluated;
+  return UnevaluatedF;
+}
+
+double TrialEvaluator::At(const Array1<double>& trial) {
+  ++NF;
+  TrialVector_ = state_.algorithm.Value;
+  SetFree(TrialVector_, trial, state_.free);
+  return At(TrialVector_, NF);
+}
+
+double TrialEvaluator::At(Array1<double>& vector, std::int32_t code) {
   ++calls;
   return Checked(objective_(vector, code));
 }

@@ -7,6 +7,7 @@
 #include "base/number_text.h"
 #include "forms/desk.h"
 #include "minimise/marquardt_report.h"
+#include "minimise/parameter_rows.h"
 
 namespace merlane {
 namespace {
@@ -188,10 +189,14 @@ void FrmMarquardt::OnRejectedConvergence() { SetPanel(1, "Convergence rejected")
 void FrmMarquardt::Turn() { desk.Turn(); }
 
 void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progress) {
+  if (ending != MarquardtEnding::Minimum) rtbMarquardt.text += UnevaluatedLine(progress.unevaluated);
   switch (ending) {
     case MarquardtEnding::Minimum:
       cmdStop.enabled = false;
       if (!state_.profile.ProfileOn) FinalReport(progress);
+      break;
+    case MarquardtEnding::ZeroValue:
+      TellUnlessBootstrap("Marquardt error", ZeroValueText, style::MinimumFound);
       break;
     case MarquardtEnding::Stopped:
       cmdStop.enabled = true;

@@ -6,6 +6,7 @@
 
 #include "base/number_text.h"
 #include "forms/desk.h"
+#include "minimise/parameter_rows.h"
 #include "minimise/simplex_report.h"
 
 namespace merlane {
@@ -92,12 +93,7 @@ void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& p
   ClearPanels(1, 4);
 }
 
-void FrmSimplex::OnZeroValue() {
-  desk.Tell("Simplex error",
-            "A function value of zero has caused a division by zero error.\r\n"
-            "Reset the tolerance to ABSolute or otherwise correct model",
-            style::MinimumFound);
-}
+void FrmSimplex::OnZeroValue() { desk.Tell("Simplex error", ZeroValueText, style::MinimumFound); }
 
 SimplexInterrupt FrmSimplex::Turn() {
   desk.Turn();
@@ -128,8 +124,9 @@ void FrmSimplex::AnnounceEnd() {
   ClearPanels(2, 4);
 }
 
-void FrmSimplex::OnEnd(SimplexEnding ending) {
+void FrmSimplex::OnEnd(SimplexEnding ending, const SimplexProgress& progress) {
   ClearPanels(1, 4);
+  if (ending != SimplexEnding::Minimum) rtbSimplex.text += UnevaluatedLine(progress.unevaluated);
   // Not before the estimates stand in Value, which are what is reviewed.
   if (ending == SimplexEnding::Minimum && !state_.profile.ProfileOn) ReviewPriors();
 }

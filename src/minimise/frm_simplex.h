@@ -39,7 +39,7 @@ class FrmSimplex : public MinimiserForm, private SimplexWatch {
   void OnMinimum(const SimplexState& simplex, const SimplexProgress& progress) override;
   void OnZeroValue() override;
   SimplexInterrupt Turn() override;
-  void OnEnd(SimplexEnding ending) override;
+  void OnEnd(SimplexEnding ending, const SimplexProgress& progress) override;
 
   SimplexInterrupt AskInterrupt();
   void AnnounceEnd();

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/arithmetic_failure.h"
 #include "control/fuses.h"
 #include "minimise/evaluate_trial.h"
 #include "minimise/lu.h"
@@ -53,7 +54,8 @@ class MarquardtRun {
     }
     watch_.OnStart();
     TrialParameters_ = algorithm_.Value;
-    now_.FBest = now_.FTrial = CountedCall(TrialParameters_);
+    now_.NF = ++evaluator_.NF;
+    now_.FBest = now_.FTrial = evaluator_.EvaluateStart(TrialParameters_, evaluator_.NF);
     watch_.OnStarted();
   }
 
@@ -91,12 +93,14 @@ class MarquardtRun {
 
   /// Evaluates the trial point, and either rejects it or goes on from there.
   Ending JudgeTrial() {
-    now_.FTrial = CountedCall(TrialParameters_);
+    now_.FTrial = HasTrial_ ? CountedCall(TrialParameters_) : evaluator_.Unevaluated();
+    now_.unevaluated = evaluator_.unevaluated;
     if (now_.FTrial > now_.FBest) {
       now_.Lambda *= 10;
       return {};
     }
     Accept();
+    if (algorithm_.Tolerance < 0 && now_.FBest == 0) return MarquardtEnding::ZeroValue;
     if (Converged()) return VerifyAccepted();
     if (QuitAfterStep_ || now_.Iterations == algorithm_.MaxCalls) return MarquardtEnding::Stopped;
     now_.FBest = now_.FTrial;
@@ -113,9 +117,9 @@ class MarquardtRun {
   /// Compares with the point before the accepted one. The relative test admits equality, the absolute one does not.
   bool Converged() const {
     const double tolerance = algorithm_.Tolerance;
-    if (tolerance > 0 && std::fabs(now_.FBest - now_.FTrial) < tolerance) return true;
-    const double relative = std::fabs(Divide(now_.FBest - now_.FTrial, now_.FBest));
-    return tolerance < 0 && std::fabs(tolerance) >= relative;
+    const double difference = std::fabs(now_.FBest - now_.FTrial);
+    if (tolerance < 0) return std::fabs(tolerance) >= difference / std::fabs(now_.FBest);
+    return difference < tolerance;
   }
 
   Ending VerifyAccepted() {
@@ -155,6 +159,15 @@ class MarquardtRun {
       now_.HessianShown = Hessian_;
     }
     if (now_.Lambda > LargestLambda) return MarquardtEnding::FrustratedByLambda;
+    try {
+      return DampAndStep();
+    } catch (const ArithmeticFailure&) {  // the next trial damps what stands
+      HasTrial_ = false;
+      return {};
+    }
+  }
+
+  Ending DampAndStep() {
     for (int i = 1; i <= NFREE_; ++i) Hessian_(i, i) = Checked(std::fabs(Hessian_(i, i)) * (now_.Lambda + 1));
     Array1<double> step = Gradient_;
     const LUPermutation permutation = LUDecompose(NFREE_, Hessian_, turn_);
@@ -164,6 +177,7 @@ class MarquardtRun {
     }
     LUBackSubstitute(NFREE_, Hessian_, permutation, step, turn_);
     for (int i = 1; i <= NFREE_; ++i) TrialParameters_(free_.FreeIndex(i)) = Checked(free_.FreeValue(i) - step(i));
+    HasTrial_ = true;
     return {};
   }
 
@@ -273,7 +287,7 @@ class MarquardtRun {
     const double tolerance = algorithm_.Tolerance;
     if (!(F < F0)) return false;
     if (tolerance > 0) return std::fabs(F0 - F) > tolerance;
-    return tolerance < 0 && std::fabs(tolerance) < std::fabs(Divide(F0 - F, F0));
+    return tolerance < 0 && std::fabs(tolerance) < std::fabs((F0 - F) / F0);  // from 0 any way down is infinitely far
   }
 
   /// What the model left in the trial vector becomes the point of the run.
@@ -291,8 +305,10 @@ class MarquardtRun {
 
   MarquardtResult Finish(MarquardtEnding ending) {
     if (ending == MarquardtEnding::Minimum) now_.FBest = evaluator_.Evaluate(TrialParameters_, 1);
+    now_.unevaluated = evaluator_.unevaluated;
     watch_.OnEnd(ending, now_);
-    const double F = ending == MarquardtEnding::Stopped ? now_.FTrial : now_.FBest;
+    const bool lastAccepted = ending == MarquardtEnding::Stopped || ending == MarquardtEnding::ZeroValue;
+    const double F = lastAccepted ? now_.FTrial : now_.FBest;
     return {ending,           F,           now_.FBest,      now_.FTrial,     evaluator_.NF,
             evaluator_.calls, axialCalls_, now_.Iterations, now_.VerifyCount};
   }
@@ -314,6 +330,7 @@ class MarquardtRun {
   Array1<double> TrialParameters_;
   Array1<double> work_;
   std::int32_t axialCalls_ = 0;
+  bool HasTrial_ = true;  // the derivatives gave a trial point
   bool QuitAfterStep_ = false;
 };
 
@@ -323,6 +340,8 @@ const char* EndingText(MarquardtEnding ending) {
   switch (ending) {
     case MarquardtEnding::Minimum:
       return "minimum";
+    case MarquardtEnding::ZeroValue:
+      return "zero value";
     case MarquardtEnding::Stopped:
       return "stopped";
     case MarquardtEnding::Interrupted:

@@ -11,7 +11,8 @@ enum class DerivativeMode { Cancelled, Numerical, Analytical };
 
 /// Where a run stands.
 struct MarquardtProgress {
-  std::int32_t NF = 0;  // function calls, those of axial verifications left out
+  std::int32_t NF = 0;           // function calls, those of axial verifications left out
+  std::int32_t unevaluated = 0;  // points at which the objective could not be evaluated
   std::int32_t Iterations = 0;
   std::int16_t TrialCount = 0;  // trials since the derivatives were last computed
   std::int16_t VerifyCount = 0;
@@ -26,6 +27,7 @@ struct MarquardtProgress {
 /// How a run ended.
 enum class MarquardtEnding {
   Minimum,
+  ZeroValue,                  // a relative tolerance met an accepted objective of 0, or the one before was 0
   Stopped,                    // iteration limit reached, or an interrupt, at an accepted step
   Interrupted,                // an interrupt at a rejected verification, or a profile point left
   InterruptedInTrials,        // an interrupt at a verification after 25 rejected trials
@@ -93,7 +95,9 @@ class MarquardtWatch {
 /// packed factors. Steps therefore shrink fast.
 ///
 /// Leaves in Value and FreeValue the last accepted point as the model left it in the trial vector, signs and clamps
-/// included. RuntimeFailure on an overflow, and where a relative measure would divide by an objective of 0.
+/// included. A trial point that cannot be had from the derivatives, or at which the objective cannot be evaluated,
+/// counts as UnevaluatedF, and so does a grid point of numerical derivatives. ArithmeticFailure when the starting point
+/// cannot be evaluated, and where derivatives overflow.
 MarquardtResult MinimiseMarquardt(RunState& state, Objective& objective, DerivativeMode mode, MarquardtWatch& watch);
 
 }  // namespace merlane

@@ -2,9 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "minimise/parameter_rows.h"
@@ -19,12 +16,9 @@ std::string Counts(const MarquardtProgress& progress) {
 std::string NoteLine(const MarquardtProgress& progress) { return "Note: " + Counts(progress); }
 
 std::string StatusLine(const RunState& state, const MarquardtProgress& progress) {
-  const bool relative = state.algorithm.Tolerance < 0;
-  const double difference = progress.FTrial - progress.FBest;
-  const double measure = std::fabs(relative ? Divide(difference, progress.FBest) : difference);
-  return fmt::format("Current Min> {} Last Min> {} {}{}\n", Format(progress.FTrial, "####0.000000    "),
-                     Format(progress.FBest, "####0.000000    "), relative ? "Rel TC> " : "Abs TC> ",
-                     Format(measure, "0.0000E+00"));
+  return fmt::format("Current Min> {} Last Min> {} {}\n", Format(progress.FTrial, "####0.000000    "),
+                     Format(progress.FBest, "####0.000000    "),
+                     ConvergenceMeasure(state.algorithm.Tolerance, progress.FTrial, progress.FBest));
 }
 
 std::string CurrentMinimumLine(const RunState& state) {
@@ -52,12 +46,12 @@ std::string MarquardtFileLog(const RunState& state, const MarquardtProgress& pro
 
 std::string MarquardtFinalPane(const RunState& state, const MarquardtProgress& progress) {
   return MinimumLine(state, progress) + "\n" + PaneRows(state, state.free.FreeValue) + "\nThis result required " +
-         Counts(progress);
+         Counts(progress) + UnevaluatedLine(progress.unevaluated);
 }
 
 std::string MarquardtFinalLog(const RunState& state, const MarquardtProgress& progress) {
   return "\n\n" + MinimumLine(state, progress) + "\n" + LogRows(state, state.free.FreeValue) + "\n\nafter " +
-         Counts(progress) + "\n";
+         Counts(progress) + UnevaluatedLine(progress.unevaluated) + "\n";
 }
 
 std::string DerivativeList(const RunState& state, const MarquardtProgress& progress, DerivativeMode mode) {

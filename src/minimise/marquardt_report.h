@@ -6,8 +6,7 @@
 
 namespace merlane {
 
-/// The texts of a run: for the pane of the form, and for the log. Each ends its lines with "\n". RuntimeFailure when a
-/// relative measure of convergence would divide by an objective of 0.
+/// The texts of a run: for the pane of the form, and for the log. Each ends its lines with "\n".
 
 /// At each accepted step.
 std::string MarquardtTerminalPane(const RunState& state, const MarquardtProgress& progress);

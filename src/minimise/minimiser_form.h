@@ -27,6 +27,11 @@ class MinimiserForm : public Form {
   std::function<void()> reviewPriors;
 
  protected:
+  /// Told where a relative tolerance would divide by an objective of 0.
+  static constexpr const char* ZeroValueText =
+      "A function value of zero has caused a division by zero error.\r\n"
+      "Reset the tolerance to ABSolute or otherwise correct model";
+
   enum class ProfileAnswer { QuitProcedure, NextPoint, GoOn };
 
   void SetPanel(int panel, const std::string& text) { stbMain5_.Set(panel, text); }

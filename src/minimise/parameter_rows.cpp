@@ -1,5 +1,9 @@
 #include "minimise/parameter_rows.h"
 
+#include <fmt/format.h>
+
+#include <cmath>
+
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -29,6 +33,19 @@ std::string LogRows(const RunState& state, const Array1<double>& values) {
     if (i % PerRow == 0 || i == state.free.NFREE) text += "\n";
   }
   return text;
+}
+
+std::string ConvergenceMeasure(double tolerance, double F, double reference) {
+  const bool relative = tolerance < 0;
+  const std::string label = relative ? "Rel TC> " : "Abs TC> ";
+  const double measure = std::fabs(relative ? (F - reference) / reference : F - reference);
+  return label + (std::isfinite(measure) ? Format(measure, "0.0000E+00") : "undefined");
+}
+
+std::string UnevaluatedLine(std::int32_t points) {
+  if (points == 0) return "";
+  return fmt::format("Note: The objective function could not be evaluated at {} point{}, which counted as 1E+30\n",
+                     points, points == 1 ? "" : "s");
 }
 
 }  // namespace merlane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "base/array1.h"
@@ -12,5 +13,12 @@ std::string PaneRows(const RunState& state, const Array1<double>& values);
 
 /// The free parameters in the log: four to a row, with number and value.
 std::string LogRows(const RunState& state, const Array1<double>& values);
+
+/// The measure of convergence between two objectives: their difference, for a negative tolerance over the second, which
+/// is undefined when that is 0.
+std::string ConvergenceMeasure(double tolerance, double F, double reference);
+
+/// A line that tells at how many points the objective could not be evaluated; empty when there are none.
+std::string UnevaluatedLine(std::int32_t points);
 
 }  // namespace merlane

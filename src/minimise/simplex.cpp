@@ -66,7 +66,7 @@ class SimplexRun {
     } while (!halt_);
     state_.flags.SimplexBuilt = true;
     if (ending_ != SimplexEnding::ZeroValue) KeepBest();
-    watch_.OnEnd(ending_);
+    watch_.OnEnd(ending_, now_);
     return Result();
   }
 
@@ -86,7 +86,8 @@ class SimplexRun {
     s_.SimplexF.Dimension(NPAR + 2);
     s_.Simplex(1) = free_.FreeValue;
     watch_.OnBuilding();
-    s_.SimplexF(1) = Evaluate(s_.Simplex(1));
+    s_.SimplexF(1) = evaluator_.EvaluateStart(s_.Simplex(1));
+    now_.NF = evaluator_.NF;
     for (int j = 2; j <= NFREE_ + 1; ++j) s_.Simplex(j) = s_.Simplex(1);
     MoveDiagonal(1);
     OrderVertices();
@@ -95,7 +96,7 @@ class SimplexRun {
   /// Moves the vertices 2..NFREE+1 each along a parameter of its own, by a fraction of the step, and evaluates them.
   void MoveDiagonal(double fraction) {
     for (int j = 2; j <= NFREE_ + 1; ++j) {
-      s_.Simplex(j)(j - 1) += fraction * free_.FreeStep(j - 1);
+      s_.Simplex(j)(j - 1) = Checked(s_.Simplex(j)(j - 1) + fraction * free_.FreeStep(j - 1));
       s_.SimplexF(j) = Evaluate(s_.Simplex(j));
     }
   }
@@ -208,8 +209,7 @@ class SimplexRun {
       watch_.OnZeroValue();
       return;
     }
-    const bool converged =
-        tolerance < 0 ? std::fabs(tolerance) > Divide(difference, std::fabs(low)) : difference < tolerance;
+    const bool converged = tolerance < 0 ? std::fabs(tolerance) > difference / std::fabs(low) : difference < tolerance;
     if (converged) Verify();
   }
 
@@ -286,6 +286,7 @@ class SimplexRun {
   double Evaluate(const Array1<double>& trial) {
     const double F = evaluator_.EvaluateTrial(trial);
     now_.NF = evaluator_.NF;
+    now_.unevaluated = evaluator_.unevaluated;
     return F;
   }
 

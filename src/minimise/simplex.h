@@ -20,7 +20,8 @@ struct SimplexState {
 
 /// Where a run stands.
 struct SimplexProgress {
-  std::int32_t NF = 0;  // function calls since the start, or since the call limit was last overridden
+  std::int32_t NF = 0;           // function calls since the start, or since the call limit was last overridden
+  std::int32_t unevaluated = 0;  // points at which the objective could not be evaluated
   std::int32_t Iterations = 0;
   std::int16_t Restarts = 0;
   std::int16_t ImprovedCount = 0;   // vertices strictly worse than the last reflected point
@@ -80,7 +81,7 @@ class SimplexWatch {
   /// Lets pending events run and asks the user if an interrupt is among them.
   virtual SimplexInterrupt Turn() { return {}; }
   /// The run is over and Value holds the best vertex; after ZeroValue it is what it was.
-  virtual void OnEnd(SimplexEnding) {}
+  virtual void OnEnd(SimplexEnding, const SimplexProgress&) {}
 };
 
 /// Minimises the objective over the free parameters (PackFree has been called and NFREE is at least 1) by the polytope
@@ -91,8 +92,9 @@ class SimplexWatch {
 /// around its best vertex has failed; its success restarts the minimiser.
 ///
 /// While SimplexBuilt is not set a new simplex is built from FreeValue and FreeStep, otherwise the run goes on from the
-/// one that stands. Leaves the best vertex in Value and SimplexBuilt set. RuntimeFailure on an overflow; then
-/// SimplexBuilt is cleared.
+/// one that stands. Leaves the best vertex in Value and SimplexBuilt set. A trial point at which the objective cannot
+/// be evaluated counts as UnevaluatedF; ArithmeticFailure when that is so at the starting point, and for a step that
+/// leads beyond all numbers. After any failure SimplexBuilt is cleared.
 SimplexResult MinimiseSimplex(RunState& state, Objective& objective, SimplexState& simplex, SimplexWatch& watch);
 
 }  // namespace merlane

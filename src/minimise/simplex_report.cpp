@@ -2,9 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "minimise/parameter_rows.h"
 
@@ -29,12 +26,9 @@ std::string Counts(const SimplexProgress& progress) {
 std::string NoteLine(const SimplexProgress& progress) { return "Note: " + Counts(progress); }
 
 std::string StatusLine(const RunState& state, const SimplexState& simplex) {
-  const bool relative = state.algorithm.Tolerance < 0;
-  const double difference = High(simplex) - Low(simplex);
-  const double measure = std::fabs(relative ? Divide(difference, Low(simplex)) : difference);
-  return fmt::format("Current: Min> {} Max> {} {}{}\n", Format(Low(simplex), "####0.000000    "),
-                     Format(High(simplex), "####0.000000    "), relative ? "Rel TC> " : "Abs TC> ",
-                     Format(measure, "0.0000E+00"));
+  return fmt::format("Current: Min> {} Max> {} {}\n", Format(Low(simplex), "####0.000000    "),
+                     Format(High(simplex), "####0.000000    "),
+                     ConvergenceMeasure(state.algorithm.Tolerance, High(simplex), Low(simplex)));
 }
 
 std::string ActionLine(const SimplexProgress& progress) {
@@ -51,7 +45,9 @@ std::string MinimumLine(const RunState& state, const SimplexState& simplex) {
                      Format(Low(simplex), "####0.000000"), state.free.NFREE);
 }
 
-std::string RequiredLine(const SimplexProgress& progress) { return "This result required " + Counts(progress); }
+std::string RequiredLine(const SimplexProgress& progress) {
+  return "This result required " + Counts(progress) + UnevaluatedLine(progress.unevaluated);
+}
 
 }  // namespace
 

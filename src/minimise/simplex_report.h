@@ -6,8 +6,7 @@
 
 namespace merlane {
 
-/// The texts of a run: for the panes of the form, and for the log. Each ends its lines with "\n". RuntimeFailure when a
-/// relative measure of convergence would divide by a best value of 0.
+/// The texts of a run: for the panes of the form, and for the log. Each ends its lines with "\n".
 
 /// Of a simplex that has just been built or resumed.
 std::string SimplexInitialPane(const RunState& state, const SimplexState& simplex);

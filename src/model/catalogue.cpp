@@ -9,6 +9,7 @@
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "model/failure_context.h"
 
 namespace merlane {
 namespace {
@@ -125,20 +126,23 @@ void ReplaceWhereBroodAgesAreUnknown(Array1<std::string>& Names, int NPAR, int I
 /// The penalty of an entry that lies `excess` beyond its limit.
 double PenaltyOf(double excess) { return Checked(excess * excess * 1e20); }
 
-/// Keeps a probability or an overdispersion at 1 at most, in the vector itself.
-void CapAtOne(double& value, double& Penalty) {
-  if (value > 1) {
-    Penalty = Checked(Penalty + PenaltyOf(value - 1));
-    value = 1;
+/// Keeps parameter `i`, a probability or an overdispersion, at 1 at most, in the vector itself.
+void CapAtOne(Array1<double>& Value, int i, double& Penalty) {
+  if (Value(i) > 1) {
+    Penalty = OfParameter(i, Value(i), [&](double value) { return Checked(Penalty + PenaltyOf(value - 1)); });
+    Value(i) = 1;
   }
 }
 
-/// A Weibull exponent of the eggs, at most 10; the entry of the vector keeps the larger number.
-double EggExponent(double value, double& Penalty) {
-  if (value <= 10) return value;
-  Penalty = Checked(Penalty + PenaltyOf(value - 10));
+/// Parameter `i`, a Weibull exponent of the eggs, at most 10; the entry of the vector keeps the larger number.
+double EggExponent(const Array1<double>& Value, int i, double& Penalty) {
+  if (Value(i) <= 10) return Value(i);
+  Penalty = OfParameter(i, Value(i), [&](double value) { return Checked(Penalty + PenaltyOf(value - 10)); });
   return 10;
 }
+
+/// Parameter `i`, an age.
+std::int16_t Age(const Array1<double>& Value, int i) { return OfParameter(i, Value(i), ToInt16); }
 
 /// 1 to 22: error distributions, overdispersion, ages of laying and fledging, and both kinds of mortality.
 void DecodeStructure(Array1<double>& Value, Parameters& p, double& Penalty) {
@@ -151,8 +155,8 @@ void DecodeStructure(Array1<double>& Value, Parameters& p, double& Penalty) {
   p.CodeEggC = ToInt16(Value(3));
   p.CodeJuvC = ToInt16(Value(4));
 
-  CapAtOne(Value(5), Penalty);
-  CapAtOne(Value(7), Penalty);
+  CapAtOne(Value, 5, Penalty);
+  CapAtOne(Value, 7, Penalty);
   p.ThetaEggR = p.ThetaJuvR = 0;
   p.ThetaEggC = std::min(Value(5), LargestTheta);
   p.v_N = Value(6);
@@ -160,21 +164,21 @@ void DecodeStructure(Array1<double>& Value, Parameters& p, double& Penalty) {
   p.v_B = Value(8);
 
   Value(9) = -Value(9);
-  p.LayAge = ToInt16(Value(9));
-  p.FledgeAge = ToInt16(Value(10));
-  CapAtOne(Value(11), Penalty);
-  CapAtOne(Value(13), Penalty);
+  p.LayAge = Age(Value, 9);
+  p.FledgeAge = Age(Value, 10);
+  CapAtOne(Value, 11, Penalty);
+  CapAtOne(Value, 13, Penalty);
   p.c_N = Value(11);
   p.f_N = Value(12);
   p.c_B = Value(13);
   p.f_B = Value(14);
 
   p.Alpha_NR = Value(15);
-  p.Beta_NR = EggExponent(Value(16), Penalty);
+  p.Beta_NR = EggExponent(Value, 16, Penalty);
   p.Alpha_BR = Value(17);
   p.Beta_BR = Value(18);
   p.Alpha_NC = Value(19);
-  p.Beta_NC = EggExponent(Value(20), Penalty);
+  p.Beta_NC = EggExponent(Value, 20, Penalty);
   p.Alpha_BC = Value(21);
   p.Beta_BC = Value(22);
 }

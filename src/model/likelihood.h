@@ -25,7 +25,7 @@ class Likelihood {
   /// simulation, may repair `Value`, `Step`, `Names` and `Fuse`. `state` must have the shape of the data; it keeps the
   /// best tables of the lowest F. `SampleSize` is written at a new lowest F only. F is 0 for a vector of zeros.
   ///
-  /// RuntimeFailure on an overflow that is not part of the model; bad parameters meet penalties and never a failure.
+  /// ArithmeticFailure, told with parameter or visit and brood, where a number overflows for which there is no penalty.
   void EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,
                          Array1<double>& Step, Array1<std::string>& Names, Array1<std::string>& Fuse, std::int16_t NPAR,
                          std::int32_t NF, std::int32_t& SampleSize);

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
-#include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/distributions.h"
+#include "model/failure_context.h"
 #include "model/same_bits.h"
 
 namespace merlane {
@@ -48,10 +48,13 @@ void LikelihoodPass::TakeSettings(const Parameters& p) {
 }
 
 double LikelihoodPass::ThetaEggs(double age) const {
-  return Overdispersion(settings_.ThetaEggC, settings_.v_N, age - settings_.LayAge);
+  return OfParameter(6, settings_.v_N,
+                     [&](double v) { return Overdispersion(settings_.ThetaEggC, v, age - settings_.LayAge); });
 }
 
-double LikelihoodPass::ThetaJuvs(double age) const { return Overdispersion(settings_.ThetaJuvC, settings_.v_B, age); }
+double LikelihoodPass::ThetaJuvs(double age) const {
+  return OfParameter(8, settings_.v_B, [&](double v) { return Overdispersion(settings_.ThetaJuvC, v, age); });
+}
 
 void LikelihoodPass::Do_Likelihoods(const EvaluationSetting& setting, std::int32_t NF, LikelihoodState& state,
                                     double& F) {
@@ -65,16 +68,19 @@ void LikelihoodPass::Do_Likelihoods(const EvaluationSetting& setting, std::int32
     state.VarR[v] = state.VarC[v] = 0;
     if (tables.EVisitR[v] != Missing || tables.EVisitC[v] != Missing) n = judgement.countBefore;
     if (n < 1) continue;  // a prediction from nothing
-    if (judgement.prediction == Prediction::Spanning) {
-      JudgeSpanning(v, n, setting, NF, state);
-    } else if (judgement.prediction != Prediction::None) {
-      const bool brood = judgement.prediction == Prediction::Brood;
-      JudgeOne(v,
-               brood                  ? tables.PCorrJuv[v]
-               : judgement.onHatchDay ? tables.PCorrHatch[static_cast<std::size_t>(judgement.brood)]
-                                      : tables.PCorrEgg[v],
-               state);
-    }
+    const auto b = static_cast<std::size_t>(judgement.brood);
+    AtVisit(data_, v, b, [&] {
+      if (judgement.prediction == Prediction::Spanning) {
+        JudgeSpanning(v, n, setting, NF, state);
+      } else if (judgement.prediction != Prediction::None) {
+        const bool brood = judgement.prediction == Prediction::Brood;
+        JudgeOne(v,
+                 brood                  ? tables.PCorrJuv[v]
+                 : judgement.onHatchDay ? tables.PCorrHatch[b]
+                                        : tables.PCorrEgg[v],
+                 state);
+      }
+    });
     if (tables.EVisit[v] != Missing) {
       F = F + state.VisitDeviance[v];
       if (judgement.stageBefore == -1) eggs += judgement.countBefore;
@@ -177,7 +183,7 @@ void LikelihoodPass::JudgeSpanning(std::size_t visit, int n, const EvaluationSet
   for (const Component component : {RR, CR, RC, CC}) {
     if (!kept.accurate[component]) setting.tell(InaccurateSpanningDistribution());
     if (kept.juveniles[component] == Missing || !Possible(component)) continue;
-    if (judgement.count < 0 || judgement.count > n) throw RuntimeFailure("subscript out of range");
+    if (judgement.count < 0 || judgement.count > n) throw ArithmeticFailure("subscript out of range");
     Prob[component] = probabilities[component * width + static_cast<std::size_t>(judgement.count)];
   }
   const double q = state.survival.PCorrHatch[b];

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 
 #include "base/arithmetic.h"
+#include "model/failure_context.h"
 
 namespace merlane {
 namespace {
@@ -38,7 +40,16 @@ class BroodEffects {
         NCov_(data.NCov),
         mainTerms_(mainTerms) {}
 
-  /// base * exp(X), where X sums the effects.
+  /// base * exp(X), where X sums the effects on parameter `i`, whose value `base` is.
+  Effective On(int i, double base, const Array1<double>& Z, const Matrix1<double>& Zx) const {
+    try {
+      return On(base, Z, Zx);
+    } catch (const ArithmeticFailure& failure) {
+      throw OfParameter(i, base, ArithmeticFailure(std::string(failure.what()) + " by the effects that act on it"));
+    }
+  }
+
+ private:
   Effective On(double base, const Array1<double>& Z, const Matrix1<double>& Zx) const {
     const auto Covariate = [this](int m) { return covariates_[m - 1]; };
     double X = mainTerms_ ? E_ * Z(1) + H_ * Z(2) : 0.0;
@@ -54,7 +65,6 @@ class BroodEffects {
     return effective;
   }
 
- private:
   const double E_, H_;
   const double* const covariates_;
   const int NCov_;
@@ -141,10 +151,10 @@ void BroodMortality::AddTo(double& Penalty) const {
 
 BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, int brood, double E) {
   const BroodEffects effects(data, brood, E, true);
-  const Effective AlphaR = effects.On(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective BetaR = effects.On(p.Beta_BR, p.GammaBR, p.GammaBRx);
-  const Effective AlphaC = effects.On(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
-  const Effective BetaC = effects.On(p.Beta_BC, p.GammaBC, p.GammaBCx);
+  const Effective AlphaR = effects.On(17, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective BetaR = effects.On(18, p.Beta_BR, p.GammaBR, p.GammaBRx);
+  const Effective AlphaC = effects.On(21, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective BetaC = effects.On(22, p.Beta_BC, p.GammaBC, p.GammaBCx);
   return {{AlphaR.value, BetaR.value, AlphaC.value, BetaC.value, p.c_B, p.f_B},
           AlphaR.Penalty,
           BetaR.Penalty,
@@ -154,8 +164,8 @@ BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, i
 
 BroodMortality BroodMortalityByDate(const Parameters& p, const BroodData& data, int brood, double E) {
   const BroodEffects effects(data, brood, E, false);
-  const Effective AlphaR = effects.On(p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective AlphaC = effects.On(p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective AlphaR = effects.On(17, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective AlphaC = effects.On(21, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
   return {{AlphaR.value, 1, AlphaC.value, 1, p.c_B, p.f_B}, AlphaR.Penalty, 0, AlphaC.Penalty, 0};
 }
 

@@ -1,5 +1,6 @@
 #include "model/survival_pass.h"
 
+#include "model/failure_context.h"
 #include "model/same_bits.h"
 
 namespace merlane {
@@ -149,7 +150,8 @@ void SurvivalPass::FillBroods(SurvivalTables& tables, double& Penalty) {
       }
     }
     const int number = byAge ? PreparedVisits::BroodByAge(group) : PreparedVisits::BroodByDate(group);
-    const Stage& stage = StageOfBrood(number, step.brood, tables.EHatch[b], byAge);
+    const Stage& stage = AtVisit(
+        data_, v, b, [&]() -> const Stage& { return StageOfBrood(number, step.brood, tables.EHatch[b], byAge); });
     stage.effective.AddTo(Penalty);
     if (step.kind == Kind::AgeBeforeUnknown) continue;
     if (step.kind == Kind::FromClutch) {

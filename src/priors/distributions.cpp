@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/arithmetic_failure.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -132,10 +133,15 @@ double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Pri
   priors.PriorTotal = 0;
   for (int i = 1; i <= priors.PriorCode.Size(); ++i) {
     bool counts = true;
+    const auto because = [i](const RuntimeFailure& failure) {
+      return fmt::format("the prior of parameter {} cannot be computed: {}", i, failure.what());
+    };
     try {
       priors.PriorNegLnL(i) = NegLnL(priors, i, values(i), c, counts);
+    } catch (const ArithmeticFailure& failure) {
+      throw ArithmeticFailure(because(failure));
     } catch (const RuntimeFailure& failure) {
-      throw RuntimeFailure(fmt::format("the prior of parameter {} cannot be computed: {}", i, failure.what()));
+      throw RuntimeFailure(because(failure));
     }
     if (counts) priors.PriorTotal = Checked(priors.PriorTotal + priors.PriorNegLnL(i));
   }

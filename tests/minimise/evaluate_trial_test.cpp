@@ -3,7 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/runtime_failure.h"
+#include "base/arithmetic.h"
+#include "base/arithmetic_failure.h"
 #include "support/function_run.h"
 #include "support/textbook.h"
 
@@ -78,12 +79,38 @@ TEST(EvaluateTrial, AddsThePriorOfTheVectorThatTheModelLeft) {
   EXPECT_EQ(evaluator.EvaluateTrial({-3}), 103);
 }
 
-TEST(EvaluateTrial, AnInfinityInOrOutIsARuntimeFailure) {
-  FunctionRun run({1}, [](Array1<double>& x) { return 1 / x(1); });
+TEST(EvaluateTrial, APointThatCannotBeEvaluatedCountsAsOneE30) {
+  FunctionRun run({1}, [](Array1<double>& x) { return Divide(1, x(1)); });
+  run.Pack();
+  TrialEvaluator evaluator(run.state, run.objective);
+  EXPECT_EQ(evaluator.EvaluateTrial({0}), 1E+30);
+  EXPECT_EQ(evaluator.EvaluateTrial({HUGE_VAL}), 1E+30);
+  EXPECT_EQ(evaluator.EvaluateTrial({4}), 0.25);
+  Array1<double> whole{0};
+  EXPECT_EQ(evaluator.Evaluate(whole, 1), 1E+30);
+  EXPECT_EQ(evaluator.unevaluated, 3);
+  EXPECT_EQ(evaluator.NF, 3);
+}
+
+TEST(EvaluateTrial, AStartingPointThatCannotBeEvaluatedIsTold) {
+  FunctionRun run({1}, [](Array1<double>& x) { return Divide(1, x(1)); });
+  run.Pack();
+  TrialEvaluator evaluator(run.state, run.objective);
+  EXPECT_EQ(evaluator.EvaluateStart({4}), 0.25);
+  try {
+    evaluator.EvaluateStart({0});
+    FAIL();
+  } catch (const ArithmeticFailure& failure) {
+    EXPECT_STREQ(failure.what(), "the starting point cannot be evaluated: division by zero");
+  }
+  EXPECT_EQ(evaluator.unevaluated, 0);
+}
+
+TEST(EvaluateTrial, AFailureThatNoOtherPointCanMendIsPassedOn) {
+  FunctionRun run({1}, [](Array1<double>&) -> double { throw RuntimeFailure("the file is gone"); });
   run.Pack();
   TrialEvaluator evaluator(run.state, run.objective);
   EXPECT_THROW(evaluator.EvaluateTrial({0}), RuntimeFailure);
-  EXPECT_THROW(evaluator.EvaluateTrial({HUGE_VAL}), RuntimeFailure);
 }
 
 }  // namespace

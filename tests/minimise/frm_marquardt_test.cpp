@@ -420,6 +420,22 @@ TEST_F(FrmMarquardtTest, ADeadParameterIsNamedAndTheWindowCloses) {
   ExpectPanelsEmpty();
 }
 
+TEST_F(FrmMarquardtTest, AZeroUnderARelativeToleranceIsToldInTheFixedBox) {
+  Open({1}, [](Array1<double>& x) { return x(1) > 0.995 ? Square(x(1)) - 1 : -5.0; });
+  run->state.algorithm.Tolerance = -1e-4;
+  Choose(Answer::No, false);
+  Minimise();
+  EXPECT_EQ(result.ending, MarquardtEnding::ZeroValue);
+  ASSERT_EQ(windows().messages.size(), 1u);
+  EXPECT_EQ(windows().messages[0].title, "Marquardt error");
+  EXPECT_EQ(windows().messages[0].text,
+            "A function value of zero has caused a division by zero error.\r\nReset the tolerance to ABSolute or "
+            "otherwise correct model");
+  EXPECT_EQ(windows().messages[0].style, 80);
+  EXPECT_TRUE(frmMarquardt->Loaded());
+  ExpectPanelsEmpty();
+}
+
 TEST_F(FrmMarquardtTest, InABootstrapAMatrixThatFailsIsNotTold) {
   Open({1, 2}, [](Array1<double>& x) { return Square(x(1) - 3) + 1; });
   Choose(Answer::No, false);

@@ -69,9 +69,17 @@ TEST_F(MarquardtReport, TheMeasureIsRelativeForANegativeTolerance) {
                 .find("\nCurrent Min> 7.000000     Last Min> 8.000000     Rel TC> 1.2500E-01\n\n"),
             std::string::npos);
   now.FBest = 0;
-  EXPECT_THROW(MarquardtTerminalPane(state, now), RuntimeFailure);
+  EXPECT_NE(MarquardtTerminalPane(state, now).find("Last Min> 0.000000     Rel TC> undefined\n"), std::string::npos);
   state.algorithm.Tolerance = 1e-4;
-  EXPECT_NO_THROW(MarquardtTerminalPane(state, now)) << "divides by the last minimum for a negative tolerance alone";
+  EXPECT_NE(MarquardtTerminalPane(state, now).find("Last Min> 0.000000     Abs TC> 7.0000E+00\n"), std::string::npos);
+}
+
+TEST_F(MarquardtReport, FinalTellsInOneLineHowManyPointsCouldNotBeEvaluated) {
+  const std::string pane = MarquardtFinalPane(state, now), log = MarquardtFinalLog(state, now);
+  now.unevaluated = 3;
+  const std::string line = "Note: The objective function could not be evaluated at 3 points, which counted as 1E+30\n";
+  EXPECT_EQ(MarquardtFinalPane(state, now), pane + line);
+  EXPECT_EQ(MarquardtFinalLog(state, now), log.substr(0, log.size() - 1) + line + "\n");
 }
 
 TEST_F(MarquardtReport, Final) {

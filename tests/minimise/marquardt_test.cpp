@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/runtime_failure.h"
+#include "base/arithmetic_failure.h"
 #include "support/function_run.h"
 #include "support/textbook.h"
 
@@ -218,15 +218,24 @@ TEST(MarquardtConvergence, TheRelativeTestAdmitsEqualityTheAbsoluteOneDoesNot) {
   EXPECT_TRUE(converged(std::nextafter(1, 2)));
 }
 
-TEST(MarquardtConvergence, ABestValueOfZeroIsARuntimeFailureInEitherToleranceType) {
-  for (const double Tolerance : {1e-4, -1e-4, 0.0}) {
+TEST(MarquardtConvergence, ABestValueOfZeroEndsTheRunUnderARelativeToleranceAlone) {
+  const auto ending = [](double Tolerance) {
     ScriptedTrials t({0.0, -1.0}, 100.0);
     t.run.state.algorithm.Tolerance = Tolerance;
-    EXPECT_THROW(Minimise(t.run, t.watch), RuntimeFailure) << Tolerance;
-  }
-  // It is not computed where the absolute test has passed.
-  ScriptedTrials t({0.0, -1e-9}, 100.0);
-  EXPECT_EQ(Minimise(t.run, t.watch).ending, MarquardtEnding::Minimum);
+    t.run.state.algorithm.MaxCalls = 5;
+    return Minimise(t.run, t.watch).ending;
+  };
+  EXPECT_EQ(ending(-1e-4), MarquardtEnding::ZeroValue);
+  EXPECT_EQ(ending(1e-4), MarquardtEnding::Minimum);
+  EXPECT_EQ(ending(0), MarquardtEnding::Stopped);
+}
+
+TEST(MarquardtConvergence, FromABestValueOfZeroAnyWayDownIsAnImprovement) {
+  // An accepted 0, trials above it, and the axial search behind the rejections finds something below.
+  ScriptedTrials t({5, 0, 1}, -1.0);
+  t.run.state.algorithm.Tolerance = -1e-3;
+  Minimise(t.run, t.watch);
+  EXPECT_GT(t.watch.axialImprovements.size(), 0u);
 }
 
 TEST(MarquardtLimit, IterationsAreComparedForEqualityBehindTheConvergenceTest) {
@@ -492,14 +501,43 @@ TEST(Marquardt, MovesFusedParametersTogether) {
   EXPECT_NEAR(run.state.algorithm.Value(3), 4, 1e-3);
 }
 
-TEST(Marquardt, AnObjectiveThatIsNoNumberIsARuntimeFailure) {
-  FunctionRun run({1}, [](Array1<double>& x) { return x(1) > 1 ? std::nan("") : 1.0; });
+TEST(Marquardt, AStartThatIsNoNumberIsTold) {
+  FunctionRun run({1}, [](Array1<double>&) { return std::nan(""); });
   Recorder watch;
-  EXPECT_THROW(Minimise(run, watch), RuntimeFailure);
+  EXPECT_THROW(Minimise(run, watch), ArithmeticFailure);
+}
+
+TEST(Marquardt, PointsThatCannotBeEvaluatedNeverEndTheSearch) {
+  // The first steps go far beyond the edge.
+  FunctionRun run({0.2}, [](Array1<double>& x) {
+    if (x(1) <= 0.01) throw ArithmeticFailure("division by zero");
+    return x(1) - 0.02 * std::log(x(1) - 0.01) + 10;
+  });
+  Recorder watch;
+  const MarquardtResult result = Minimise(run, watch);
+  EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
+  EXPECT_NEAR(run.state.algorithm.Value(1), 0.03, 0.002);
+  const auto beyond = std::ranges::count_if(run.calls, [](const FunctionRun::Call& call) { return call.X(1) <= 0.01; });
+  EXPECT_GT(beyond, 0);
+  EXPECT_EQ(watch.atEnd->unevaluated, beyond);
+}
+
+TEST(Marquardt, DerivativesAtTheEdgeOfWhatCanBeEvaluatedTurnTheSearchAway) {
+  // The start's own grid reaches beyond the edge.
+  FunctionRun run({1}, [](Array1<double>& x) {
+    if (x(1) < 1) throw ArithmeticFailure("overflow");
+    return Square(x(1) - 3) + 10;
+  });
+  Recorder watch;
+  const MarquardtResult result = Minimise(run, watch);
+  EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
+  EXPECT_NEAR(run.state.algorithm.Value(1), 3, 0.05);
+  EXPECT_GT(watch.atEnd->unevaluated, 0);
 }
 
 TEST(MarquardtEnding, HasAWordForTheFitFile) {
   EXPECT_STREQ(EndingText(MarquardtEnding::Minimum), "minimum");
+  EXPECT_STREQ(EndingText(MarquardtEnding::ZeroValue), "zero value");
   EXPECT_STREQ(EndingText(MarquardtEnding::Stopped), "stopped");
   EXPECT_STREQ(EndingText(MarquardtEnding::Interrupted), "interrupted");
   EXPECT_STREQ(EndingText(MarquardtEnding::InterruptedInTrials), "interrupted");

@@ -101,12 +101,22 @@ TEST_F(SimplexReport, ARelativeToleranceShowsTheRelativeMeasure) {
             std::string::npos);
 }
 
-TEST_F(SimplexReport, ARelativeMeasureOfABestValueOfZeroIsARuntimeFailure) {
+TEST_F(SimplexReport, ARelativeMeasureOfABestValueOfZeroIsUndefined) {
   state.algorithm.Tolerance = -1e-4;
   simplex.SimplexF(3) = 0;
-  EXPECT_THROW(SimplexTerminalPane(state, simplex, now), RuntimeFailure);
-  EXPECT_THROW(SimplexFileLog(state, simplex, now), RuntimeFailure);
-  EXPECT_NO_THROW(SimplexFinalPane(state, simplex, now));
+  const std::string line = "Current: Min> 0.000000     Max> 701.500000     Rel TC> undefined\n";
+  EXPECT_NE(SimplexTerminalPane(state, simplex, now).find(line), std::string::npos);
+  EXPECT_NE(SimplexFileLog(state, simplex, now).find(line), std::string::npos);
+}
+
+TEST_F(SimplexReport, FinalTellsInOneLineHowManyPointsCouldNotBeEvaluated) {
+  const std::string pane = SimplexFinalPane(state, simplex, now), log = SimplexFinalLog(state, simplex, now);
+  now.unevaluated = 12;
+  const std::string line = "Note: The objective function could not be evaluated at 12 points, which counted as 1E+30\n";
+  EXPECT_EQ(SimplexFinalPane(state, simplex, now), pane + line);
+  EXPECT_EQ(SimplexFinalLog(state, simplex, now), log.substr(0, log.size() - 1) + line + "\n");
+  now.unevaluated = 1;
+  EXPECT_NE(SimplexFinalPane(state, simplex, now).find(" at 1 point, which counted "), std::string::npos);
 }
 
 TEST_F(SimplexReport, File) {

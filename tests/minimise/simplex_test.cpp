@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/runtime_failure.h"
+#include "base/arithmetic_failure.h"
 #include "support/function_run.h"
 #include "support/textbook.h"
 
@@ -16,6 +16,7 @@ using testing::ElementsAre;
 class Recorder : public SimplexWatch {
  public:
   int built = 0, minima = 0, zeroValues = 0, ends = 0, limitQuestions = 0;
+  int unevaluated = -1;  // as the end told it
   double startOfColumn1 = 0;
   std::vector<int> terminalReports, fileReports, restarts, axialCalls;
   std::vector<SimplexProgress> progress;  // at the terminal reports
@@ -48,7 +49,10 @@ class Recorder : public SimplexWatch {
     if (haltAfter > 0 && turns >= haltAfter) return {true, reportAtHalt};
     return {};
   }
-  void OnEnd(SimplexEnding) override { ++ends; }
+  void OnEnd(SimplexEnding, const SimplexProgress& now) override {
+    ++ends;
+    unevaluated = now.unevaluated;
+  }
 };
 
 /// Runs on objective values from a list, whatever the point; the last value goes on for ever.
@@ -493,12 +497,32 @@ TEST(Simplex, LeavesValueAloneUntilTheEnd) {
   EXPECT_NE(run.state.algorithm.Value(1), 0);
 }
 
-TEST(Simplex, AnObjectiveThatIsNoNumberIsARuntimeFailure) {
+TEST(Simplex, AStartThatIsNoNumberIsTold) {
   FunctionRun run({0}, [](Array1<double>&) { return std::nan(""); });
   run.Pack();
   SimplexState simplex;
   SimplexWatch nobody;
-  EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, nobody), RuntimeFailure);
+  EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, nobody), ArithmeticFailure);
+  EXPECT_FALSE(run.state.flags.SimplexBuilt);
+}
+
+TEST(Simplex, PointsThatCannotBeEvaluatedNeverEndTheSearch) {
+  // The whole half-plane x < 1 has no objective, and the minimum lies on its edge.
+  FunctionRun run({3, 2}, [](Array1<double>& x) {
+    if (x(1) < 1) throw ArithmeticFailure("logarithm of a number that is not positive");
+    return Square(x(1) - 1) + Square(x(2) + 1);
+  });
+  run.state.algorithm.Step(1) = -2.5;  // so the first polytope has a vertex there
+  run.Pack();
+  SimplexState simplex;
+  Recorder watch;
+  const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
+  EXPECT_EQ(result.ending, SimplexEnding::Minimum);
+  EXPECT_NEAR(run.state.algorithm.Value(1), 1, 0.02);
+  EXPECT_NEAR(run.state.algorithm.Value(2), -1, 0.02);
+  const auto beyond = std::ranges::count_if(run.calls, [](const FunctionRun::Call& call) { return call.X(1) < 1; });
+  EXPECT_GT(beyond, 1);
+  EXPECT_EQ(watch.unevaluated, beyond);
 }
 
 TEST(Simplex, AVertexBeyondAllNumbersIsARuntimeFailure) {

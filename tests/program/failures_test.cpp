@@ -35,6 +35,34 @@ TEST_F(FailuresTest, OneCallThatOverflowsBringsTheMenuBack) {
   EXPECT_EQ(state.algorithm.AlgName, Golden("juveniles_only.alg"));
 }
 
+TEST_F(FailuresTest, OneCallThatOverflowsNamesTheParameter) {
+  Ready("juveniles_only");
+  state.algorithm.Value(9) = 40000;
+  windows.ExpectFailure("parameter 9 at -40000: overflow: -40000 does not lie between -32768 and 32767");
+  desk.Press(menu.cmdOneFunction);
+  ExpectUsable();
+}
+
+TEST_F(FailuresTest, OneCallThatOverflowsNamesVisitAndBroodToo) {
+  Ready("juveniles_only");
+  state.algorithm.Value(24) = 1e308;  // times the hatch date
+  windows.ExpectFailure(
+      "visit 2 of brood C00001 in 1995: parameter 17 at 0.04: overflow by the effects that act on it");
+  desk.Press(menu.cmdOneFunction);
+  ExpectUsable();
+}
+
+TEST_F(FailuresTest, ASimplexGoesOnPastPointsThatCannotBeEvaluated) {
+  Ready("juveniles_only");
+  OneFunction();
+  state.algorithm.Step(24) = 1e308;
+  windows.Yes("Just checking");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_THAT(windows.Titles(), ::testing::Contains("Simplex minimum"));
+  EXPECT_THAT(program.frmSimplex.rtbSimplex.text,
+              ::testing::HasSubstr("Note: The objective function could not be evaluated at "));
+}
+
 TEST_F(FailuresTest, MinimisersThatOverflowBringTheMenuBack) {
   Ready("juveniles_only");
   BreakTheModel();
