@@ -27,7 +27,7 @@ class NoWindows : public WindowSystem {
  public:
   std::string dataFile;
   Answer MsgBox(const Message&) override { return Answer::Yes; }
-  std::string InputBox(const InputRequest& request) override { return request.defaultText; }
+  std::optional<std::string> InputBox(const InputRequest& request) override { return request.defaultText; }
   std::optional<std::string> AskFile(const FileRequest&) override { return dataFile; }
   void OnForm(Form&, FormEvent) override {}
   void OnStatus(const std::string&, int, const std::string&) override {}

@@ -108,8 +108,8 @@ Answer HeadlessHost::MsgBox(const Message& message) {
   return answer;
 }
 
-std::string HeadlessHost::InputBox(const InputRequest& request) {
-  std::string answer = AnswerTo(Verb::Enter, request.title, request.prompt, false).text.value_or("");
+std::optional<std::string> HeadlessHost::InputBox(const InputRequest& request) {
+  std::optional<std::string> answer = AnswerTo(Verb::Enter, request.title, request.prompt, false).text;
   transcript_.Entered(request, answer);
   return answer;
 }

@@ -54,7 +54,7 @@ class HeadlessHost : public WindowSystem {
   [[noreturn]] static void Stop(int exitStatus, const BatchLine& line, const std::string& what);
 
   Answer MsgBox(const Message& message) override;
-  std::string InputBox(const InputRequest& request) override;
+  std::optional<std::string> InputBox(const InputRequest& request) override;
   std::optional<std::string> AskFile(const FileRequest& request) override;
   void OnForm(Form& form, FormEvent event) override;
   void OnStatus(const std::string& bar, int panel, const std::string& text) override;

@@ -130,9 +130,9 @@ void PeopleTranscript::Asked(const Message& message, Answer answer) {
   Write(fmt::format("message {}: {}{} -> {}", Quoted(message.title), Quoted(message.text), details, Word(answer)));
 }
 
-void PeopleTranscript::Entered(const InputRequest& request, const std::string& answer) {
+void PeopleTranscript::Entered(const InputRequest& request, const std::optional<std::string>& answer) {
   Write(fmt::format("input {}: {} (default {}) -> {}", Quoted(request.title), Quoted(request.prompt),
-                    Quoted(request.defaultText), answer.empty() ? "cancelled" : Quoted(answer)));
+                    Quoted(request.defaultText), answer ? Quoted(*answer) : "cancelled"));
 }
 
 void PeopleTranscript::Chosen(const FileRequest& request, const std::string& answer) {
@@ -178,10 +178,12 @@ void JsonTranscript::Asked(const Message& message, Answer answer) {
   WriteLine(out_, "message", std::move(box));
 }
 
-void JsonTranscript::Entered(const InputRequest& request, const std::string& answer) {
-  WriteLine(
-      out_, "input",
-      {{"title", request.title}, {"prompt", request.prompt}, {"default", request.defaultText}, {"answer", answer}});
+void JsonTranscript::Entered(const InputRequest& request, const std::optional<std::string>& answer) {
+  WriteLine(out_, "input",
+            {{"title", request.title},
+             {"prompt", request.prompt},
+             {"default", request.defaultText},
+             {"answer", answer.value_or("")}});
 }
 
 void JsonTranscript::Chosen(const FileRequest& request, const std::string& answer) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -16,7 +17,7 @@ class Transcript {
   virtual void Action(const std::string& action, int line) = 0;
   virtual void Window(const std::string& form, FormEvent event) = 0;
   virtual void Asked(const Message& message, Answer answer) = 0;
-  virtual void Entered(const InputRequest& request, const std::string& answer) = 0;
+  virtual void Entered(const InputRequest& request, const std::optional<std::string>& answer) = 0;
   virtual void Chosen(const FileRequest& request, const std::string& answer) = 0;
   virtual void Status(const std::string& bar, int panel, const std::string& text) = 0;
   virtual void State(const Form& form) = 0;
@@ -32,7 +33,7 @@ class PeopleTranscript : public Transcript {
   void Action(const std::string& action, int line) override;
   void Window(const std::string& form, FormEvent event) override;
   void Asked(const Message& message, Answer answer) override;
-  void Entered(const InputRequest& request, const std::string& answer) override;
+  void Entered(const InputRequest& request, const std::optional<std::string>& answer) override;
   void Chosen(const FileRequest& request, const std::string& answer) override;
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;
@@ -52,7 +53,7 @@ class JsonTranscript : public Transcript {
   void Action(const std::string& action, int line) override;
   void Window(const std::string& form, FormEvent event) override;
   void Asked(const Message& message, Answer answer) override;
-  void Entered(const InputRequest& request, const std::string& answer) override;
+  void Entered(const InputRequest& request, const std::optional<std::string>& answer) override;
   void Chosen(const FileRequest& request, const std::string& answer) override;
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;

@@ -63,6 +63,11 @@ void Desk::Tell(const std::string& title, const std::string& text, int boxStyle,
 }
 
 std::string Desk::Input(const std::string& title, const std::string& prompt, const std::string& defaultText) {
+  return InputOrNone(title, prompt, defaultText).value_or("");
+}
+
+std::optional<std::string> Desk::InputOrNone(const std::string& title, const std::string& prompt,
+                                             const std::string& defaultText) {
   return host.windows.InputBox({title, prompt, defaultText});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,7 +41,11 @@ class Desk {
   // Questions, answered as WindowSystem says; Tell is for messages whose answer is of no account.
   Answer Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   void Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
+  /// Empty when cancelled; for questions that take an empty line for a Cancel.
   std::string Input(const std::string& title, const std::string& prompt, const std::string& defaultText);
+  /// None when cancelled; for questions to which an empty line is an answer.
+  std::optional<std::string> InputOrNone(const std::string& title, const std::string& prompt,
+                                         const std::string& defaultText);
   std::optional<std::string> AskFile(const FileRequest& request);
 
   /// Writes a file whole and tells the host; `lasting` as WriteWholeFile.

@@ -13,6 +13,7 @@
 #include "control/fuses.h"
 #include "control/objective_constant.h"
 #include "inference/averaging.h"
+#include "inference/covariance_match.h"
 #include "inference/multi_model_file.h"
 #include "platform/files.h"
 
@@ -161,6 +162,13 @@ void FrmRank::ShowUndefined() {
       grdRank.At(row, column).text = DefinedText(std::nullopt, Figure);
 }
 
+void FrmRank::Unrank(Colour heading) {
+  ShowUndefined();
+  SetOrderHeading(Random, heading);
+  ForgetAveraging();
+  cmdAverage.enabled = false;
+}
+
 void FrmRank::ForgetAveraging() {
   AveragedFlag = false;
   txtAverage.text.clear();
@@ -188,18 +196,38 @@ void FrmRank::AddModel() {
     desk.Tell("Model limit reached", "Sorry, no more than 99 models can be ranked", style::Ok);
     return;
   }
-  Competitor& model = ranking_.Add();
+  // The row is there from the start: what fails leaves it half done, to be taken out.
+  ranking_.Add();
   const int position = ranking_.ModelCount();
   grdRank.Resize(position + 1, ColumnCount);
+  ForgetAveraging();
+  cmdAverage.enabled = false;
+  const double F = EvaluateModel();
+  // Also behind a first model that failed before it could ask.
+  if (position == 1 || state_.flags.ObjectiveConstant == 0) AskConstant();
+  Competitor& model = ranking_.entered.back();
+  if (!NameFiles(model)) return;
+  CountParameters(model);
+  model.RankNegLnL = Divide(F, state_.flags.ObjectiveConstant);
+  ranking_.SetCriteria(model, state_.flags.SampleSize);
+  ranking_.VoidWeights();
+  WriteRow(position, model, model.RankOrder);
+  for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
+  Unrank(Colour::LightRed);
+}
+
+double FrmRank::EvaluateModel() {
   main_.ShowProgress("One moment please while one function is executed...");
   BuildFuseGroups(state_);
   PackFree(state_);
   const double F = objective_(state_.algorithm.Value, 1);
   main_.ShowProgress("");
-  // Also behind a first model that failed before it could ask.
-  if (position == 1 || state_.flags.ObjectiveConstant == 0) AskConstant();
+  return F;
+}
+
+bool FrmRank::NameFiles(Competitor& model) const {
   const std::string& path = state_.algorithm.AlgName;
-  if (path.find_last_of("/\\") == std::string::npos) return;
+  if (path.find_last_of("/\\") == std::string::npos) return false;
   model.RankAlgFile = FileName(path);
   model.folder = path.substr(0, path.size() - model.RankAlgFile.size());
   const std::string bare =
@@ -207,15 +235,15 @@ void FrmRank::AddModel() {
   model.RankCovFile = Readable(model, bare + ".cov", NoCovarianceFile);
   model.RankPriFile =
       state_.flags.PriorFileName.empty() ? "No Priors loaded" : std::string(FileName(state_.flags.PriorFileName));
-  model.RankK =
-      static_cast<std::int16_t>(std::ranges::count_if(state_.algorithm.Step, [](double s) { return s != 0; }));
-  model.RankNegLnL = Divide(F, state_.flags.ObjectiveConstant);
-  ranking_.SetCriteria(model, state_.flags.SampleSize);
-  ranking_.VoidWeights();
-  WriteRow(position, model, model.RankOrder);
-  ShowUndefined();
-  SetOrderHeading(Random, Colour::LightRed);
-  for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
+  return true;
+}
+
+void FrmRank::CountParameters(Competitor& model) const {
+  const AlgorithmData& a = state_.algorithm;
+  model.Value = a.Value;
+  for (int i = 1; i <= a.NPAR; ++i)
+    if (a.Step(i) != 0) model.counted.push_back(i);
+  model.RankK = CheckedInt16(static_cast<std::int64_t>(model.counted.size()));
 }
 
 void FrmRank::AskConstant() {
@@ -232,18 +260,18 @@ void FrmRank::AskConstant() {
 void FrmRank::SetCHat() {
   double cHat = 1;
   do {
-    const std::string reply = desk.Input("Overdispersion correction",
-                                         "Input a value for C-hat (1 or greater) to correct for unexplained "
-                                         "overdispersion:",
-                                         Shortest(ranking_.CHat));
-    cHat = reply.empty() ? 1 : LenientNumber(reply);
+    const std::optional<std::string> reply = desk.InputOrNone(
+        "Overdispersion correction",
+        "Input a value for C-hat (1 or greater) to correct for unexplained overdispersion:", Shortest(ranking_.CHat));
+    if (!reply) return;
+    cHat = reply->empty() ? 1 : LenientNumber(*reply);
   } while (cHat < 1);
   ranking_.Correct(cHat, state_.flags.SampleSize);
   txtCHat.text = "C-hat: " + Format(cHat, "0.000");
   txtCHat.fore = ranking_.ByQAICc() ? Colour::Blue : Colour::Green;
   NameColumns();
-  SetOrderHeading(Random, Colour::Default);
   WriteRows(ranking_.entered, true);
+  Unrank(Colour::Default);
 }
 
 void FrmRank::RankModels() {
@@ -261,17 +289,39 @@ void FrmRank::Average() {
     cmdAverage.enabled = false;
     return;
   }
-  std::vector<CovarianceFile> files;
+  const std::optional<std::vector<CovarianceFile>> files = ReadCovarianceFiles();
+  if (!files) return;
   std::vector<double> weights;
-  for (const Competitor& model : ranking_.ranked) {
-    const std::filesystem::path path = std::filesystem::path(model.folder) / model.RankCovFile;
-    files.push_back(ReadCovarianceFile(ReadWholeFile(path.string()), state_.algorithm.NPAR, model.RankK));
-    if (!ranking_.Weight(model)) throw RuntimeFailure("the models must be ranked before they are averaged");
-    weights.push_back(*ranking_.Weight(model));
-  }
-  txtAverage.text = AveragingReport(AverageModels(files, weights, ranking_.CHat));
+  for (const Competitor& model : ranking_.ranked) weights.push_back(ranking_.Weight(model).value());
+  txtAverage.text = AveragingReport(AverageModels(*files, weights, ranking_.CHat));
   AveragedFlag = true;
   lblAverage.visible = txtAverage.visible = true;
+}
+
+std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
+  const int NPAR = state_.algorithm.NPAR;
+  std::vector<CovarianceFile> files;
+  std::string strangers;
+  for (const Competitor& model : ranking_.ranked) {
+    const std::string text = ReadWholeFile((std::filesystem::path(model.folder) / model.RankCovFile).string());
+    const CovarianceFileShape shape = ShapeOfCovarianceFile(text);
+    if (shape.parameters != NPAR) {
+      desk.Tell("Can't average models",
+                fmt::format("The covariance file {} of {} lists {} parameters, but the models have {}",
+                            model.RankCovFile, model.RankAlgFile, shape.parameters, NPAR),
+                style::Exclamation);
+      return std::nullopt;
+    }
+    files.push_back(ReadCovarianceFile(text, NPAR, static_cast<int>(shape.counted.size())));
+    const std::string difference = DifferenceFromModel(files.back(), model);
+    if (!difference.empty())
+      strangers +=
+          fmt::format("{} is not of {} as it is ranked: {}\r\n", model.RankCovFile, model.RankAlgFile, difference);
+  }
+  if (!strangers.empty() && desk.Ask("Covariances of another model", strangers + "\r\nAverage with them nevertheless?",
+                                     style::YesNoQuestion) != Answer::Yes)
+    return std::nullopt;
+  return files;
 }
 
 void FrmRank::DoubleClick(int row, int column) {
@@ -282,36 +332,40 @@ void FrmRank::DoubleClick(int row, int column) {
 }
 
 void FrmRank::DeleteModel(int position) {
+  if (grdRank.At(0, OrderColumn).text == Ranked &&
+      desk.Ask("Delete a model",
+               fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
+                           ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
+               style::YesNoQuestion) != Answer::Yes)
+    return;
   ranking_.Delete(position);
   for (int row = position; row < grdRank.Rows() - 1; ++row) {
     for (int column = 0; column < ColumnCount; ++column) grdRank.At(row, column) = grdRank.At(row + 1, column);
     grdRank.At(row, OrderColumn).text = MovedLabel(grdRank.At(row, OrderColumn).text, row);
   }
   grdRank.Resize(ranking_.ModelCount() + 1, ColumnCount);
-  ShowUndefined();
-  SetOrderHeading(Random, Colour::LightRed);
-  ForgetAveraging();
-  cmdAverage.enabled = false;
+  Unrank(Colour::LightRed);
 }
 
 void FrmRank::ChangeCovarianceFile(int position) {
-  std::string& shown = grdRank.At(position, CovarianceColumn).text;
-  const std::string reply =
-      desk.Input("Choose an associated covariance file", "Please input the desired covariance file name", shown);
-  if (reply.empty()) return;
+  const auto reply =
+      desk.InputOrNone("Choose an associated covariance file", "Please input the desired covariance file name",
+                       grdRank.At(position, CovarianceColumn).text);
+  if (!reply) return;
+  ForgetAveraging();
   Competitor& entered = ranking_.entered[static_cast<std::size_t>(position) - 1];
-  shown = Readable(entered, reply, NoSuchFile);
-  entered.RankCovFile = ranking_.ranked[static_cast<std::size_t>(position) - 1].RankCovFile = shown;
+  entered.RankCovFile = Readable(entered, *reply, NoSuchFile);
+  ranking_.ranked[static_cast<std::size_t>(position) - 1].RankCovFile = entered.RankCovFile;
+  grdRank.At(position, CovarianceColumn).text = entered.RankCovFile;
 }
 
 void FrmRank::Annotate(int position) {
-  std::string& shown = grdRank.At(position, NotesColumn).text;
-  const std::string reply =
-      desk.Input("Model notes", "Enter your annotations concerning the selected model", "Add your notation here");
-  if (reply.empty()) return;
-  shown = reply;
-  ranking_.entered[static_cast<std::size_t>(position) - 1].RankNotes = shown;
-  ranking_.ranked[static_cast<std::size_t>(position) - 1].RankNotes = shown;
+  const auto reply =
+      desk.InputOrNone("Model notes", "Enter your annotations concerning the selected model", "Add your notation here");
+  if (!reply) return;
+  for (std::vector<Competitor>* models : {&ranking_.entered, &ranking_.ranked})
+    (*models)[static_cast<std::size_t>(position) - 1].RankNotes = *reply;
+  grdRank.At(position, NotesColumn).text = *reply;
 }
 
 void FrmRank::Save() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "control/objective.h"
 #include "inference/ranking.h"
 #include "priors/frm_load_priors.h"
+#include "uncertainty/covariance_report.h"
 
 namespace merlane {
 
@@ -48,10 +50,18 @@ class FrmRank : public Form {
 
  private:
   void AddModel();
+  /// -ln[L] of the present algorithm data, before the constant.
+  double EvaluateModel();
   void AskConstant();
+  /// Names the model's three files; false when the algorithm file has no folder.
+  bool NameFiles(Competitor& model) const;
+  void CountParameters(Competitor& model) const;
   void SetCHat();
   void RankModels();
   void Average();
+  /// The covariance files of the ranked models; none when the user declines files that are not of these models, or when
+  /// they cannot be averaged, which is told.
+  std::optional<std::vector<CovarianceFile>> ReadCovarianceFiles();
   void Save();
   /// Asks, when the table is ranked, whether to save it.
   void OfferSaving();
@@ -69,6 +79,9 @@ class FrmRank : public Form {
   void WriteRows(const std::vector<Competitor>& models, bool byEntry);
   /// Writes "undefined" for all differences and weights.
   void ShowUndefined();
+  /// The table is no longer ranked: differences and weights are undefined.
+  void Unrank(Colour heading);
+  /// What was averaged is no longer what stands in the table.
   void ForgetAveraging();
   /// The name itself if that file can be read, else the marker.
   std::string Readable(const Competitor& model, const std::string& file, const char* marker) const;

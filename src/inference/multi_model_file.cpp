@@ -18,10 +18,6 @@ std::string ModelLine(const Ranking& ranking, const Competitor& model, int posit
 
 }  // namespace
 
-std::string DefinedText(const std::optional<double>& figure, const char* pattern) {
-  return figure ? Format(*figure, pattern) : "undefined";
-}
-
 std::string MultiModelText(const Ranking& ranking, const std::string& averaging) {
   std::string text = RightSet(Format(ranking.ModelCount(), "####0"), 6) + " < Number of models ranked";
   if (ranking.ByQAICc()) text += "; C-hat for QAICc calculation: " + Format(ranking.CHat, "0.000");

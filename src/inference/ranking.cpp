@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/arithmetic.h"
+#include "base/number_text.h"
 #include "base/runtime_failure.h"
 
 namespace merlane {
@@ -15,6 +16,10 @@ void Void(Competitor& model) {
 
 }  // namespace
 
+std::string DefinedText(const std::optional<double>& figure, const char* pattern) {
+  return figure ? Format(*figure, pattern) : "undefined";
+}
+
 const std::optional<double>& Ranking::Delta(const Competitor& model) const {
   return ByQAICc() ? model.RankDeltaQAICc : model.RankDeltaAICc;
 }
@@ -23,11 +28,10 @@ const std::optional<double>& Ranking::Weight(const Competitor& model) const {
   return ByQAICc() ? model.RankQAICWt : model.RankAICWt;
 }
 
-Competitor& Ranking::Add() {
+void Ranking::Add() {
+  const std::int16_t entry = CheckedInt16(lastEntry_ + 1);
   ranked.emplace_back();
-  Competitor& model = entered.emplace_back();
-  model.RankOrder = static_cast<std::int16_t>(ModelCount());
-  return model;
+  entered.emplace_back().RankOrder = lastEntry_ = entry;
 }
 
 void Ranking::SetCriteria(Competitor& model, std::int32_t n) const {

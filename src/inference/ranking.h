@@ -5,11 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "base/array1.h"
+
 namespace merlane {
 
 /// The markers that stand where a model has no covariance file.
 inline constexpr const char* NoCovarianceFile = "No covariance file found";
 inline constexpr const char* NoSuchFile = "No such file exists";
+
+/// A difference or weight in a template; "undefined" where there is none.
+std::string DefinedText(const std::optional<double>& figure, const char* pattern);
 
 /// A model among its competitors. Differences and weights are none where they are undefined.
 struct Competitor {
@@ -24,7 +29,9 @@ struct Competitor {
   std::string RankCovFile;
   std::string RankPriFile;
   std::string RankNotes;
-  std::string folder;  // where the algorithm file lies, with its last separator
+  std::string folder;        // where the algorithm file lies, with its last separator
+  Array1<double> Value;      // the estimates that were evaluated
+  std::vector<int> counted;  // numbers of the parameters that K counts
 
   bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
 };
@@ -48,8 +55,8 @@ class Ranking {
   const std::optional<double>& Delta(const Competitor& model) const;
   const std::optional<double>& Weight(const Competitor& model) const;
 
-  /// Adds an empty model with the next entry number, and returns it.
-  Competitor& Add();
+  /// Adds an empty model at the end. Its entry number is one that no model has had, also none that was deleted.
+  void Add();
   /// Computes the criteria of the mode in force from -ln[L], K and the sample size n. RuntimeFailure when n - K - 1 is
   /// 0.
   void SetCriteria(Competitor& model, std::int32_t n) const;
@@ -66,6 +73,8 @@ class Ranking {
 
  private:
   std::vector<int> RankedPositions() const;
+
+  std::int16_t lastEntry_ = 0;
 };
 
 }  // namespace merlane

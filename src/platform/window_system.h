@@ -59,8 +59,8 @@ class WindowSystem {
 
   /// Shows a modal box and returns the button pressed; a box that offers OK alone returns Ok.
   virtual Answer MsgBox(const Message& message) = 0;
-  /// Asks for a line of text; empty when cancelled.
-  virtual std::string InputBox(const InputRequest& request) = 0;
+  /// Asks for a line of text, which may be empty; none when cancelled.
+  virtual std::optional<std::string> InputBox(const InputRequest& request) = 0;
   /// Asks for a path; none when cancelled.
   virtual std::optional<std::string> AskFile(const FileRequest& request) = 0;
 

@@ -24,7 +24,7 @@ QWidget* QtHost::Parent() {
 
 Answer QtHost::MsgBox(const Message& message) { return AskInBox(message, Parent()); }
 
-std::string QtHost::InputBox(const InputRequest& request) { return AskForLine(request, Parent()); }
+std::optional<std::string> QtHost::InputBox(const InputRequest& request) { return AskForLine(request, Parent()); }
 
 std::optional<std::string> QtHost::AskFile(const FileRequest& request) {
   auto chosen = AskForFile(request, folder_, Parent());

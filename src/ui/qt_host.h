@@ -20,7 +20,7 @@ class QtHost : public WindowSystem {
   std::function<void(int)> onEnd;
 
   Answer MsgBox(const Message& message) override;
-  std::string InputBox(const InputRequest& request) override;
+  std::optional<std::string> InputBox(const InputRequest& request) override;
   std::optional<std::string> AskFile(const FileRequest& request) override;
 
   void OnForm(Form& form, FormEvent event) override;

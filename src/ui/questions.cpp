@@ -117,7 +117,7 @@ Answer AskInBox(const Message& message, QWidget* parent) {
   return AnswerOf(static_cast<QMessageBox::StandardButton>(box.exec()));
 }
 
-std::string AskForLine(const InputRequest& request, QWidget* parent) {
+std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent) {
   QDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("inputBox"));
   dialog.setWindowTitle(ToQt(request.title));
@@ -139,7 +139,8 @@ std::string AskForLine(const InputRequest& request, QWidget* parent) {
   dialog.setMinimumWidth(std::max(34 * dialog.fontMetrics().averageCharWidth() + 200, WidthOfTitle(dialog)));
   StandAside(dialog);
   entry->setFocus();
-  return dialog.exec() == QDialog::Accepted ? FromQt(entry->text()) : std::string();
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  return FromQt(entry->text());
 }
 
 QStringList NameFilters(const std::string& filter) {

@@ -361,7 +361,7 @@ TEST_F(AlgorithmEditor, TheMenuEntryWalksTheStepsToo) {
 class WatchingWindows : public test::ScriptedWindows {
  public:
   std::function<void()> onInput;
-  std::string InputBox(const InputRequest& request) override {
+  std::optional<std::string> InputBox(const InputRequest& request) override {
     onInput();
     return ScriptedWindows::InputBox(request);
   }

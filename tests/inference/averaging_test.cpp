@@ -66,7 +66,8 @@ TEST(AverageModels, AveragesTheFirstCoefficientOfTheCementData) {
   Ranking ranking;
   std::vector<CovarianceFile> files;
   for (const Regression& one : regressions) {  // the best first, as they will rank
-    Competitor& model = ranking.Add();
+    ranking.Add();
+    Competitor& model = ranking.entered.back();
     model.RankNegLnL = n / 2.0 * std::log(one.meanSquare);
     model.RankK = static_cast<std::int16_t>(one.K);
     ranking.SetCriteria(model, n);

@@ -59,14 +59,16 @@ struct FrmRankTest : ::testing::Test {
   }
   ~FrmRankTest() override { std::filesystem::remove_all(folder); }
 
-  /// Makes the model of that file the present one: its -ln[L] and its number of free parameters.
-  void Present(const std::string& file, double negLnL, int K) {
+  /// Makes the model of that file the present one: its -ln[L] and its number of free parameters. The first parameter's
+  /// value is twice the former, all others have the value given.
+  void Present(const std::string& file, double negLnL, int K, double value = 0) {
     state.algorithm.AlgName = folder + file;
+    state.algorithm.Value.Fill(value);
     state.algorithm.Value(1) = 2 * negLnL;
     for (int i = 1; i <= NPAR; ++i) state.algorithm.Step(i) = i <= K ? 0.1 : 0;
   }
-  void Add(const std::string& file, double negLnL, int K) {
-    Present(file, negLnL, K);
+  void Add(const std::string& file, double negLnL, int K, double value = 0) {
+    Present(file, negLnL, K, value);
     if (form.Models().ModelCount() == 0) windows.Enter("0.5", "Enter constant");
     ASSERT_TRUE(desk.Press(form.cmdAICc));
   }
@@ -77,10 +79,12 @@ struct FrmRankTest : ::testing::Test {
     windows.Enter(reply, "Overdispersion correction");
     ASSERT_TRUE(desk.Press(form.cmdQAICc));
   }
-  /// A covariance file by its columns, for K parameters with these values and errors.
-  void WriteCovariances(const std::string& file, int K, double value, double error, double errorOnGrid2) const {
+  /// A covariance file by its columns, of a model as Add makes it: its K parameters have these errors.
+  void WriteCovariances(const std::string& file, double negLnL, int K, double value, double error,
+                        double errorOnGrid2) const {
     std::string text(4, '\n');
-    for (int i = 1; i <= NPAR; ++i) text += "      " + RightSet(Format(value, "0.0000000E+00"), 14) + "\n";
+    for (int i = 1; i <= NPAR; ++i)
+      text += Format(i, " 000) ") + RightSet(Format(i == 1 ? 2 * negLnL : value, "0.0000000E+00"), 14) + "\n";
     text += std::string(15, '\n');
     const auto field = [](double x, int width) { return RightSet(Format(x, "0.0000000E+00"), width); };
     for (int i = 1; i <= K; ++i)
@@ -89,9 +93,10 @@ struct FrmRankTest : ::testing::Test {
   }
   /// Two models with covariance files, ranked.
   void RankTwo(double errorOnGrid2 = 0.5) {
-    WriteCovariances("m1.cov", 2, 1, 0.5, errorOnGrid2);
-    WriteCovariances("m2.cov", 2, 2, 0.5, 0.5);
-    Add(2);
+    WriteCovariances("m1.cov", 99, 2, 1, 0.5, errorOnGrid2);
+    WriteCovariances("m2.cov", 98, 2, 2, 0.5, 0.5);
+    Add("m1.alg", 99, 2, 1);
+    Add("m2.alg", 98, 2, 2);
     ASSERT_TRUE(desk.Press(form.cmdRank));
   }
   std::string Text(int row, int column) const { return form.grdRank.At(row, column).text; }
@@ -313,6 +318,17 @@ TEST_F(FrmRankTest, EmptyReplyCountsAsACHatOfOne) {
   EXPECT_EQ(form.txtCHat.fore, Colour::Green);
 }
 
+TEST_F(FrmRankTest, CancelledCHatLeavesTheRankingAsItIs) {
+  RankTwo();
+  SetCHat("1.5");
+  desk.Press(form.cmdRank);
+  windows.CancelInput("Overdispersion correction");
+  desk.Press(form.cmdQAICc);
+  EXPECT_EQ(Text(0, 0), "Ranked");
+  EXPECT_EQ(form.txtCHat.text, "C-hat: 1.500");
+  EXPECT_NE(Text(1, 4), "undefined");
+}
+
 TEST_F(FrmRankTest, CHatAboveOneShowsQaiccUnderItsHeadingsAndBackAgain) {
   Add("a.alg", 40, 3);
   SetCHat("2");
@@ -397,7 +413,7 @@ TEST_F(FrmRankTest, CriterionThatIsNotPositiveEndsTheRankingAndChangesNothing) {
 }
 
 TEST_F(FrmRankTest, AveragingIsOfferedWhenMoreThanOneModelIsRankedAndAllHaveCovariances) {
-  WriteCovariances("m1.cov", 2, 1, 0.5, 0.5);
+  WriteCovariances("m1.cov", 99, 2, 1, 0.5, 0.5);
   Add(2);
   desk.Press(form.cmdRank);
   EXPECT_FALSE(form.cmdAverage.enabled);
@@ -421,6 +437,7 @@ TEST_F(FrmRankTest, DoubleClickOnTheOrderDeletesTheModel) {
   RankTwo();
   Add("m3.alg", 90, 2);
   desk.Press(form.cmdRank);
+  windows.Yes("Delete a model");
   desk.DoubleClick(form.grdRank, 1, 0);
   EXPECT_THAT(Column(6), ElementsAre("m2.alg", "m1.alg"));
   EXPECT_THAT(Column(0), ElementsAre("   1)    2", "   2)    1"));
@@ -429,6 +446,24 @@ TEST_F(FrmRankTest, DoubleClickOnTheOrderDeletesTheModel) {
   EXPECT_EQ(Fore(0, 0), Colour::LightRed);
   EXPECT_FALSE(form.cmdAverage.enabled);
   EXPECT_EQ(form.Models().ranked.size(), 2U);
+}
+
+TEST_F(FrmRankTest, RankedTableIsNotLostByADoubleClickWithoutAQuestion) {
+  RankTwo();
+  windows.No("Delete a model");
+  desk.DoubleClick(form.grdRank, 1, 0);
+  EXPECT_EQ(windows.LastText(), "m2.alg leaves the table, and the ranking is lost.\r\n\r\nDelete it?");
+  EXPECT_EQ(Text(0, 0), "Ranked");
+  EXPECT_EQ(form.Models().ModelCount(), 2);
+}
+
+TEST_F(FrmRankTest, EntryNumbersAreNotUsedAgainAfterADeletion) {
+  Add(3);
+  desk.DoubleClick(form.grdRank, 1, 0);
+  Add("m4.alg", 50, 2);
+  EXPECT_THAT(Column(0), ElementsAre("   1)    2", "   2)    3", "   3)    4"));
+  desk.Press(form.cmdRank);
+  EXPECT_THAT(Column(0), ElementsAre("   1)    4", "   2)    3", "   3)    2"));
 }
 
 TEST_F(FrmRankTest, DeletionMovesTheEntryNumbersUpAsTheyAreShown) {
@@ -456,6 +491,7 @@ TEST_F(FrmRankTest, DeletionClearsTheAverages) {
   RankTwo();
   desk.Press(form.cmdAverage);
   EXPECT_TRUE(form.AveragedFlag);
+  windows.Yes("Delete a model");
   desk.DoubleClick(form.grdRank, 2, 0);
   EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
   EXPECT_EQ(form.txtAverage.text, "");
@@ -508,6 +544,19 @@ TEST_F(FrmRankTest, CancelledBoxesChangeNothing) {
   EXPECT_EQ(Text(1, 7), "No covariance file found");
 }
 
+TEST_F(FrmRankTest, EmptyReplyEmptiesANoteAndTakesACovarianceFileAway) {
+  RankTwo();
+  windows.Enter("a note", "Model notes");
+  desk.DoubleClick(form.grdRank, 1, 9);
+  windows.Enter("", "Model notes");
+  desk.DoubleClick(form.grdRank, 1, 9);
+  EXPECT_EQ(Text(1, 9), "");
+  EXPECT_EQ(form.Models().ranked[0].RankNotes, "");
+  windows.Enter("", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 1, 7);
+  EXPECT_EQ(Text(1, 7), "No such file exists");
+}
+
 // ---- Averaging
 
 TEST_F(FrmRankTest, AveragesStandInThePaneUntilTheNextRanking) {
@@ -518,7 +567,7 @@ TEST_F(FrmRankTest, AveragesStandInThePaneUntilTheNextRanking) {
   const std::vector<std::string> lines = Lines(form.txtAverage.text);
   ASSERT_EQ(lines.size(), 5U + NPAR);
   // m2 lies 2 below m1: weights 0.7311 and 0.2689, values 2 and 1.
-  EXPECT_THAT(lines[5], HasSubstr("      1.7311E+00"));
+  EXPECT_THAT(lines[6], HasSubstr("      1.7311E+00"));
   desk.Press(form.cmdRank);
   EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
   EXPECT_EQ(form.txtAverage.text, "");
@@ -535,10 +584,10 @@ TEST_F(FrmRankTest, MissingErrorOnGridTwoOfOneModelSetsAllOfGridTwo) {
 }
 
 TEST_F(FrmRankTest, AveragesByQaiccTakeItsWeightsAndItsCHat) {
-  WriteCovariances("a.cov", 2, 1, 0.5, 0.5);
-  WriteCovariances("b.cov", 2, 3, 0.5, 0.5);
-  Add("a.alg", 40, 2);
-  Add("b.alg", 41, 2);
+  WriteCovariances("a.cov", 40, 2, 1, 0.5, 0.5);
+  WriteCovariances("b.cov", 41, 2, 3, 0.5, 0.5);
+  Add("a.alg", 40, 2, 1);
+  Add("b.alg", 41, 2, 3);
   SetCHat("4");
   desk.Press(form.cmdRank);
   desk.Press(form.cmdAverage);
@@ -547,7 +596,7 @@ TEST_F(FrmRankTest, AveragesByQaiccTakeItsWeightsAndItsCHat) {
   const double average = weight * 1 + (1 - weight) * 3;
   const double error = weight * std::sqrt(0.25 * 4 + (1 - average) * (1 - average)) +
                        (1 - weight) * std::sqrt(0.25 * 4 + (3 - average) * (3 - average));
-  EXPECT_THAT(Lines(form.txtAverage.text)[5],
+  EXPECT_THAT(Lines(form.txtAverage.text)[6],
               HasSubstr("      " + Format(average, "0.0000E+00") + "      " + Format(error, "0.0000E+00")));
 }
 
@@ -562,12 +611,10 @@ TEST_F(FrmRankTest, CovarianceFileLostAfterTheRankingStopsTheAveraging) {
   EXPECT_FALSE(form.cmdAverage.enabled || form.AveragedFlag);
 }
 
-TEST_F(FrmRankTest, AveragingOfATableThatIsNoLongerRankedFails) {
+TEST_F(FrmRankTest, AveragingIsNotOfferedForATableThatIsNoLongerRanked) {
   RankTwo();
   SetCHat("2");
-  windows.ExpectFailure("must be ranked");
-  desk.Press(form.cmdAverage);
-  EXPECT_FALSE(form.AveragedFlag);
+  EXPECT_FALSE(desk.Usable(form.cmdAverage));
   desk.Press(form.cmdRank);
   desk.Press(form.cmdAverage);
   EXPECT_TRUE(form.AveragedFlag);
@@ -576,10 +623,75 @@ TEST_F(FrmRankTest, AveragingOfATableThatIsNoLongerRankedFails) {
 TEST_F(FrmRankTest, CovarianceFileThatIsTooShortFailsAndLeavesTheFormUsable) {
   RankTwo();
   WriteWholeFile(folder + "m1.cov", "four\nlines\nand no\nmore\n");
-  windows.ExpectFailure("frmRank.cmdAverage");
   desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(), "The covariance file m1.cov of m1.alg lists 0 parameters, but the models have 6");
   EXPECT_FALSE(form.AveragedFlag);
   EXPECT_TRUE(desk.Usable(form.cmdAverage));
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfOtherEstimatesIsAveragedOnlyWhenTheUserWantsIt) {
+  RankTwo();
+  WriteCovariances("m1.cov", 99, 2, 1.25, 0.5, 0.5);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: parameter 2 is 1.25 in it and 1 in the model\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
+  windows.Yes("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfOtherFreeParametersIsAskedAbout) {
+  RankTwo();
+  WriteCovariances("m2.cov", 98, 3, 2, 0.5, 0.5);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_THAT(windows.LastText(), HasSubstr("m2.cov is not of m2.alg as it is ranked: its free parameters are 1, 2, 3, "
+                                            "those of the model 1, 2\r\n"));
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfTheDigitsThatFilesKeepIsTheModels) {
+  WriteCovariances("a.cov", 40, 2, 0.0123456781, 0.5, 0.5);
+  WriteCovariances("b.cov", 41, 2, 0.0123456781, 0.5, 0.5);
+  Add("a.alg", 40, 2, 0.0123456781);
+  Add("b.alg", 41, 2, 0.0123456781);
+  desk.Press(form.cmdRank);
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, AveragesGoWithTheTableThatWasAveraged) {
+  const auto averaged = [this] {
+    ASSERT_TRUE(desk.Press(form.cmdRank));
+    ASSERT_TRUE(desk.Press(form.cmdAverage));
+    ASSERT_TRUE(form.AveragedFlag);
+  };
+  const auto expectGone = [this](const char* change) {
+    EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible || form.lblAverage.visible) << change;
+    EXPECT_EQ(form.txtAverage.text, "") << change;
+  };
+  RankTwo();
+  averaged();
+  SetCHat("2");
+  expectGone("another C-hat");
+  averaged();
+  windows.Enter("m1.cov", "Choose an associated covariance file");
+  desk.DoubleClick(form.grdRank, 2, 7);
+  expectGone("another covariance file");
+  averaged();
+  Add("m3.alg", 97, 2);
+  expectGone("another model");
+}
+
+TEST_F(FrmRankTest, SavedTableThatWasEnlargedHoldsNoAverages) {
+  RankTwo();
+  desk.Press(form.cmdAverage);
+  Add("m3.alg", 97, 2);
+  windows.File(folder + "kept.mms");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(ReadWholeFile(folder + "kept.mms"), testing::Not(HasSubstr("Averag")));
 }
 
 // ---- Saving and closing

@@ -8,7 +8,8 @@ namespace merlane {
 namespace {
 
 void AddModel(Ranking& ranking, const std::string& file, double negLnL, int K, int n) {
-  Competitor& model = ranking.Add();
+  ranking.Add();
+  Competitor& model = ranking.entered.back();
   model.RankAlgFile = file;
   model.RankCovFile = NoCovarianceFile;
   model.RankNegLnL = negLnL;

@@ -58,7 +58,7 @@ class AnyHand : public WindowSystem {
     Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(quits ? Answer::No : answer)));
     return quits ? Answer::No : answer;
   }
-  std::string InputBox(const InputRequest& request) override {
+  std::optional<std::string> InputBox(const InputRequest& request) override {
     const std::string answer =
         Pick<std::string>({request.defaultText, "", "0.5", "1", "2", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
     Note("  input " + request.title + " -> " + answer);

@@ -61,7 +61,7 @@ class ScriptedWindows : public WindowSystem {
   void Enter(const std::string& text, const std::string& title = "") {
     answers_.push_back({Kind::Input, Answer::Ok, text, title});
   }
-  void CancelInput(const std::string& title = "") { Enter("", title); }
+  void CancelInput(const std::string& title = "") { answers_.push_back({Kind::Input, Answer::Cancel, "", title}); }
   void File(const std::string& path, const std::string& title = "") {
     answers_.push_back({Kind::File, Answer::Ok, path, title});
   }
@@ -105,10 +105,12 @@ class ScriptedWindows : public WindowSystem {
     const bool okAlone = (message.style & 15) == 0;
     return okAlone ? Answer::Ok : Take(Kind::Box, message.title, message.text).button;
   }
-  std::string InputBox(const InputRequest& request) override {
+  std::optional<std::string> InputBox(const InputRequest& request) override {
     inputs.push_back(request);
     events.push_back("input " + request.title);
-    return Take(Kind::Input, request.title, request.prompt).text;
+    const Prepared answer = Take(Kind::Input, request.title, request.prompt);
+    if (answer.button == Answer::Cancel) return std::nullopt;
+    return answer.text;
   }
   std::optional<std::string> AskFile(const FileRequest& request) override {
     files.push_back(request);

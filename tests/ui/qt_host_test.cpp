@@ -302,7 +302,9 @@ TEST_F(QtHostTest, InputBoxTakesAndCancels) {
   hand.Enter("0.25", "Edit");
   EXPECT_EQ(host.InputBox({"Edit", "Enter the new value of parameter #3", "1"}), "0.25");
   hand.CancelEntry("Edit");
-  EXPECT_EQ(host.InputBox({"Edit", "Enter the new value of parameter #3", "1"}), "");
+  EXPECT_EQ(host.InputBox({"Edit", "Enter the new value of parameter #3", "1"}), std::nullopt);
+  hand.Enter("", "Edit");
+  EXPECT_EQ(host.InputBox({"Edit", "Enter the new value of parameter #3", "1"}), "") << "an empty line is an answer";
 }
 
 TEST_F(QtHostTest, FileDialogTakesAFileAndCancels) {

@@ -1,0 +1,52 @@
+#include "inference/covariance_match.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+#include "base/text.h"
+
+namespace merlane {
+namespace {
+
+/// Files keep eight digits of a value, and it may have been through two of them.
+constexpr double DigitsOfFiles = 1e-6;
+
+bool SameInFiles(double a, double b) {
+  return std::fabs(a - b) <= DigitsOfFiles * std::max(std::fabs(a), std::fabs(b));
+}
+
+std::string Numbers(const std::vector<int>& parameters) {
+  return parameters.empty() ? "none" : fmt::format("{}", fmt::join(parameters, ", "));
+}
+
+}  // namespace
+
+CovarianceFileShape ShapeOfCovarianceFile(std::string_view text) {
+  constexpr std::size_t Heading = 4, Between = 15;
+  const std::vector<std::string> lines = Lines(text);
+  CovarianceFileShape shape;
+  std::size_t line = Heading;
+  for (; line < lines.size() && lines[line].starts_with(Format(shape.parameters + 1, " 000) ")); ++line)
+    ++shape.parameters;
+  for (line += Between; line < lines.size() && !Trim(Columns(lines[line], 1, 3)).empty(); ++line)
+    shape.counted.push_back(static_cast<int>(LenientNumber(Columns(lines[line], 1, 3))));
+  return shape;
+}
+
+std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& model) {
+  std::vector<int> estimated;
+  for (const CovarianceFile::Row& row : file.rows) estimated.push_back(row.parameter);
+  if (estimated != model.counted)
+    return fmt::format("its free parameters are {}, those of the model {}", Numbers(estimated), Numbers(model.counted));
+  for (int i = 1; i <= file.values.Size(); ++i)
+    if (!SameInFiles(file.values(i), model.Value(i)))
+      return fmt::format("parameter {} is {} in it and {} in the model", i, Shortest(file.values(i)),
+                         Shortest(model.Value(i)));
+  return "";
+}
+
+}  // namespace merlane
