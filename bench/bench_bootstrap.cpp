@@ -30,7 +30,10 @@ class NoWindows : public WindowSystem {
   std::optional<std::string> InputBox(const InputRequest& request) override { return request.defaultText; }
   std::optional<std::string> AskFile(const FileRequest&) override { return dataFile; }
   void OnForm(Form&, FormEvent) override {}
-  void OnStatus(const std::string&, int, const std::string&) override {}
+  std::function<void(const std::string&)> onStatus;
+  void OnStatus(const std::string&, int, const std::string& text) override {
+    if (onStatus) onStatus(text);
+  }
   void OnWrote(const std::string&) override {}
   void OnFailure(const std::string& text) override { fmt::print("a command failed: {}\n", text); }
   void OnEnd(int) override {}
@@ -41,30 +44,6 @@ class NoWindows : public WindowSystem {
 class NoWorkbooks : public Workbooks {
  public:
   std::vector<Worksheet> Read(const std::string&) override { return {}; }
-};
-
-/// The time in which at least one thread evaluates the objective.
-class ObjectiveTime {
- public:
-  void Reset() { sum_ = Seconds(0); }
-  Seconds Sum() const { return sum_; }
-  template <class Evaluation>
-  void Of(const Evaluation& evaluate) {
-    Count(+1);
-    evaluate();
-    Count(-1);
-  }
-
- private:
-  void Count(int change) {
-    const std::lock_guard lock(mutex_);
-    if (active_ == 0) begin_ = Now();
-    active_ += change;
-    if (active_ == 0) sum_ += Now() - begin_;
-  }
-  std::mutex mutex_;
-  int active_ = 0;
-  Seconds begin_{0}, sum_{0};
 };
 
 /// The example, read and ready, with an objective that keeps the time.
@@ -83,27 +62,7 @@ class Example {
     desk.Press(form.cmdDone);
     windows_.dataFile = MERLANE_SOURCE_DIR "/examples/first_fit.alg";
     desk.Press(program_.frmMenu.cmdLoadAlg);
-    bootstrap_.minimiseSimplex = [this] {
-      return Minimising([this] {
-        program_.state.flags.SimplexBuilt = false;
-        simplexForm_.Minimise();
-        return true;
-      });
-    };
-    bootstrap_.minimiseMarquardt = [this] {
-      return Minimising([this] {
-        marquardtForm_.TakeNumericalDerivatives();
-        return marquardtForm_.Minimise().ending != MarquardtEnding::MatrixFailed;
-      });
-    };
-    bootstrap_.minimiseAhead = [this](BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
-      Objective timed(run, [&](ModelCall& call) {
-        inObjective_.Of([&] { call.F = objective.Call(call.X, call.NF); });
-        ++calls_;
-      });
-      timed.priorTerm = objective.priorTerm;
-      Program::MinimiseAhead(minimiser, run, timed);
-    };
+    windows_.onStatus = [this](const std::string& text) { Note(text); };
   }
   Example(const Example&) = delete;
   Example& operator=(const Example&) = delete;
@@ -112,31 +71,33 @@ class Example {
     random_.SetSeed(++seed_);  // or the data files would have the names of the last run's
     bootstrap_.cores = cores;
     calls_ = 0;
-    inObjective_.Reset();
-    inReading_ = minimising_ = inMinimiser_ = Seconds(0);
+    inObjective_ = inReading_ = fitting_ = inFits_ = Seconds(0);
     const Seconds begin = Now();
     const BootstrapResults results = bootstrap_.Run({replicates, 40, minimiser});
     const double all = (Now() - begin).count();
-    fmt::print(
-        "{:<10}{:4} replicates on {} core{} in {:6.2f} s: {:7.0f} per minute, {:5.0f} function calls each; objective "
-        "{:3.0f} %",
-        name, results.BootCount(), cores, cores == 1 ? " " : "s", all, 60 * results.BootCount() / all,
-        static_cast<double>(calls_.load()) / results.BootCount(), 100 * inObjective_.Sum().count() / all);
-    if (cores == 1)
-      fmt::print(", rest of the minimiser {:3.0f} %, reading data {:3.0f} %",
-                 100 * (minimising_ - inMinimiser_).count() / all, 100 * inReading_.count() / all);
+    fmt::print("{:<10}{:4} replicates on {} core{} in {:6.2f} s: {:7.0f} per minute", name, results.BootCount(), cores,
+               cores == 1 ? " " : "s", all, 60 * results.BootCount() / all);
+    if (cores == 1)  // on several, the objective is called ahead
+      fmt::print(
+          ", {:5.0f} function calls each; objective {:3.0f} %, rest of the minimiser {:3.0f} %, reading data {:3.0f} %",
+          static_cast<double>(calls_) / results.BootCount(), 100 * inObjective_.count() / all,
+          100 * (fitting_ - inFits_).count() / all, 100 * inReading_.count() / all);
     fmt::print("\n");
   }
 
  private:
-  bool Minimising(const std::function<bool()>& minimise) {
-    BuildFuseGroups(program_.state);
-    PackFree(program_.state);
-    const Seconds begin = Now(), before = inObjective_.Sum();
-    const bool done = minimise();
-    minimising_ += Now() - begin;
-    inMinimiser_ += inObjective_.Sum() - before;
-    return done;
+  /// A replicate is fitted from one status to the next that the bootstrap itself shows.
+  void Note(const std::string& text) {
+    if (text == "Estimating parameters for simulated data") {
+      fitBegan_ = Now();
+      objectiveBefore_ = inObjective_;
+    } else if (text.starts_with("Last bootstrap") || text.find("Calculating p[survive 1 day]") != std::string::npos) {
+      if (fitBegan_) {
+        fitting_ += Now() - *fitBegan_;
+        inFits_ += inObjective_ - objectiveBefore_;
+      }
+      fitBegan_.reset();
+    }
   }
 
   NoWindows windows_;
@@ -144,17 +105,16 @@ class Example {
   RandomStreams random_{clock_};
   NoWorkbooks workbooks_;
   Program program_;
-  ObjectiveTime inObjective_;
-  Seconds inReading_{0}, minimising_{0}, inMinimiser_{0};  // of the bootstrap itself, not of what goes ahead of it
-  std::atomic<int> calls_ = 0;  // those made ahead, and those of the bootstrap itself that nobody was ahead of
+  Seconds inObjective_{0}, inReading_{0};
+  Seconds fitting_{0}, inFits_{0};  // fits as a whole, and the objective in them
+  std::optional<Seconds> fitBegan_;
+  Seconds objectiveBefore_{0};
+  int calls_ = 0;
   std::uint64_t seed_ = 0;
   Objective objective_{program_.state, [this](ModelCall& call) {
                          const Seconds begin = Now();
-                         if (call.NF > 0)
-                           inObjective_.Of([&] { program_.model(call); });
-                         else
-                           program_.model(call);
-                         if (call.NF == 0) inReading_ += Now() - begin;
+                         program_.model(call);
+                         (call.NF > 0 ? inObjective_ : inReading_) += Now() - begin;
                          if (call.NF > 0) ++calls_;
                        }};
   SimplexState simplex_;
@@ -162,7 +122,8 @@ class Example {
                           simplex_,      program_.log,     program_.profile};
   FrmMarquardt marquardtForm_{program_.desk, program_.frmMain, program_.state,
                               objective_,    program_.log,     program_.profile};
-  ParametricBootstrap bootstrap_{program_.desk, program_.state, objective_, program_.model, program_.frmMain};
+  ParametricBootstrap bootstrap_{{program_.desk, program_.state, objective_, program_.model, program_.priors,
+                                  program_.frmMain, simplexForm_, marquardtForm_, program_.frmReviewPriors}};
 };
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/arithmetic.h"
-
 namespace merlane {
 
 void Spread::Add(double x) {
@@ -49,9 +47,5 @@ void BootstrapResults::Keep(double F, const Array1<double>& Value, const Surviva
     for (std::size_t v = 0; v < survival[q].size(); ++v)
       if ((*columns[q])[v] != Missing) survival[q][v].Add((*columns[q])[v]);
 }
-
-void BootstrapResults::RejectForPenalty() { BootPenaltyRejects = CheckedInt16(BootPenaltyRejects + 1); }
-
-void BootstrapResults::RejectForMatrix() { BootMatrixRejects = CheckedInt16(BootMatrixRejects + 1); }
 
 }  // namespace merlane

@@ -44,21 +44,19 @@ struct BootstrapResults {
   /// each over both kinds of mortality, under random and under correlated mortality.
   std::array<std::vector<Spread>, 9> survival;
 
-  std::int16_t BootAboveObserved = 0;   // replicates whose deviance is not below that of the real data
-  std::int16_t BootPenaltyRejects = 0;  // attempts rejected for a penalty ...
-  std::int16_t BootMatrixRejects = 0;   // ... and for a matrix that could not be inverted
+  std::int32_t BootAboveObserved = 0;   // replicates whose deviance is not below that of the real data
+  std::int32_t BootPenaltyRejects = 0;  // attempts rejected for a penalty, ...
+  std::int32_t BootMatrixRejects = 0;   // ... for a matrix that could not be inverted ...
+  std::int32_t BootFailureRejects = 0;  // ... and for a calculation that failed
   double BootPenaltySum = 0;
 
   int BootCount() const { return static_cast<int>(BootDeviance.size()); }
-  int Rejects() const { return BootPenaltyRejects + BootMatrixRejects; }
+  int Rejects() const { return BootPenaltyRejects + BootMatrixRejects + BootFailureRejects; }
 
   /// Begins with the fit of the real data, whose visits number `visits`.
   void Begin(double deviance0, const Array1<double>& Value, const FreeParameters& free, int visits);
   /// Keeps a replicate.
   void Keep(double F, const Array1<double>& Value, const SurvivalEstimates& survivalOfReplicate);
-  /// Counts a rejected attempt. RuntimeFailure when there are more than can be counted.
-  void RejectForPenalty();
-  void RejectForMatrix();
 };
 
 }  // namespace merlane

@@ -1,19 +1,25 @@
 #include "bootstrap/bootstrap_command.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <filesystem>
+#include <limits>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "bootstrap/bootstrap_reports.h"
+#include "bootstrap/saved_model.h"
 
 namespace merlane {
 namespace {
 
 constexpr const char* Title = "Parametric bootstrap";
 constexpr int ProposedCount = 100;
+constexpr int MostReplicates = 1'000'000;
+constexpr int OldestAge = std::numeric_limits<std::int16_t>::max();
 
 }  // namespace
 
@@ -22,6 +28,7 @@ BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneMod
     : desk_(desk), state_(state), model_(model), bootstrap_(bootstrap), abort_(abort), summary_(summary) {}
 
 void BootstrapCommand::Bootstrap() {
+  if (!SavedModelIsMeant()) return;
   const std::optional<BootstrapOptions> options = AskForOptions();
   if (!options) return;
   const BootstrapResults results = RunHidden(*options);
@@ -35,15 +42,40 @@ void BootstrapCommand::Bootstrap() {
                BootstrapSurvivalText(results, model_.data)});
 }
 
+bool BootstrapCommand::SavedModelIsMeant() {
+  RunState saved = state_;
+  if (!ReadSavedAlgorithm(saved)) {
+    desk_.Tell("No Algorithm File", "Please try again and choose an existing algorithm file name.", style::Exclamation,
+               state_.algorithm.AlgName);
+    return false;
+  }
+  if (saved.free.NFREE == 0) {
+    desk_.Tell(Title, fmt::format("There is nothing to do: all step sizes are zero in {}", FileOfModel()),
+               style::Exclamation);
+    return false;
+  }
+  const std::vector<int> unsaved = UnsavedParameters(state_, saved);
+  return unsaved.empty() ||
+         desk_.Ask(
+             Title,
+             fmt::format("What is bootstrapped is the model as it was saved in {}. It has another value, step size "
+                         "or fuse than the present one for parameter {}.\r\n\r\n"
+                         "Bootstrap the saved model nevertheless?",
+                         FileOfModel(), fmt::join(unsaved, ", ")),
+             style::YesNoQuestion) == Answer::Yes;
+}
+
+std::string BootstrapCommand::FileOfModel() const { return std::string(FileName(state_.algorithm.AlgName)); }
+
 std::optional<BootstrapOptions> BootstrapCommand::AskForOptions() {
   BootstrapOptions options;
-  const auto count = AskForNumber("How many parametric bootstraps do you want?", ProposedCount, 1);
+  const auto count = AskForNumber("How many parametric bootstraps do you want?", ProposedCount, 1, MostReplicates);
   if (!count) return std::nullopt;
   const auto age = AskForNumber("To which age D (days after hatch) shall survival be estimated?",
-                                model_.likelihood.best.parameters.FledgeAge, 0);
+                                model_.likelihood.best.parameters.FledgeAge, 0, OldestAge);
   if (!age) return std::nullopt;
   options.BootstrapCount = *count;
-  options.TargetAge = *age;
+  options.TargetAge = static_cast<std::int16_t>(*age);
   const bool simplex =
       desk_.Ask("Choose minimization algorithm", "Choose 'Yes' to minimize with Simplex, 'No' for Marquardt",
                 style::YesNoQuestion) == Answer::Yes;
@@ -51,12 +83,13 @@ std::optional<BootstrapOptions> BootstrapCommand::AskForOptions() {
   return options;
 }
 
-std::optional<std::int16_t> BootstrapCommand::AskForNumber(const std::string& prompt, int proposal, int least) {
+std::optional<std::int32_t> BootstrapCommand::AskForNumber(const std::string& prompt, int proposal, int least,
+                                                           int most) {
   for (;;) {
     const std::string entered = desk_.Input(Title, prompt, std::to_string(proposal));
     if (entered.empty()) return std::nullopt;
-    const std::int16_t number = ToInt16(LenientNumber(entered));
-    if (number >= least) return number;
+    const double number = RoundHalfEven(LenientNumber(entered));
+    if (number >= least && number <= most) return static_cast<std::int32_t>(number);
   }
 }
 

@@ -20,10 +20,14 @@ class BootstrapCommand {
   void Bootstrap();
 
  private:
+  /// What is bootstrapped is the model in the algorithm file. False when there is none, when it has no free parameter,
+  /// and when it is not the present one and the user does not want it; all is told.
+  bool SavedModelIsMeant();
+  std::string FileOfModel() const;
   /// None: the user has thought better of it.
   std::optional<BootstrapOptions> AskForOptions();
-  /// A whole number of at least `least`; none when the box was cancelled.
-  std::optional<std::int16_t> AskForNumber(const std::string& prompt, int proposal, int least);
+  /// A whole number from `least` to `most`, asked for until it is; none when the box was cancelled.
+  std::optional<std::int32_t> AskForNumber(const std::string& prompt, int proposal, int least, int most);
   BootstrapResults RunHidden(const BootstrapOptions& options);
 
   /// One of the two reports: what is asked about it, and how it is saved.

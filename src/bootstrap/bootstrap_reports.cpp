@@ -15,16 +15,18 @@ constexpr const char* LineEnd = "\r\n";
 
 std::string EstimateField(double x) { return RightSet(Format(x, "0.0000000  "), 14); }
 
-// The columns of the survival file: nine quantities, four figures each.
+// The columns of the survival file: nine quantities, four figures each. An age of more digits than the headings have
+// room for widens its columns.
 struct Quantity {
   std::string name;
   int width;  // of each of its columns
 };
 std::vector<Quantity> Quantities(int TargetAge) {
   const std::string D = Format(TargetAge, "000");
+  const int widthWithAge = 20 + static_cast<int>(D.size());
   std::vector<Quantity> quantities;
-  for (const Quantity& of :
-       {Quantity{"p[Live 1 Day]", 21}, Quantity{"p[Fledge(a;" + D + ")]", 23}, Quantity{"p[Fledge(0;" + D + ")]", 23}})
+  for (const Quantity& of : {Quantity{"p[Live 1 Day]", 21}, Quantity{"p[Fledge(a;" + D + ")]", widthWithAge},
+                             Quantity{"p[Fledge(0;" + D + ")]", widthWithAge}})
     for (const char* mortality : {"", "_R", "_C"}) quantities.push_back({of.name + mortality, of.width});
   return quantities;
 }
@@ -66,6 +68,9 @@ std::string BootstrapSummary(const BootstrapResults& r) {
           Format(r.BootPenaltyRejects, "####0") + LineEnd;
   text += "The 'penalty rejected' bootstraps included penalties summing to " +
           Format(r.BootPenaltySum, "0.0000000E+00") + LineEnd;
+  if (r.BootFailureRejects > 0)
+    text += "The number of bootstraps rejected due to a calculation that failed was " +
+            Format(r.BootFailureRejects, "####0") + LineEnd;
   return text;
 }
 

@@ -205,24 +205,24 @@ void FitsAhead::Run(int attempt, Fit& fit) const {
   try {
     BroodData data = origin_.data;
     LikelihoodState likelihood = origin_.fit;
-    if (ReadReplicate(attempt, fit, data, likelihood)) Minimise(fit, data, likelihood);
+    ReadReplicate(attempt, fit, data, likelihood);
+    Minimise(fit, data, likelihood);
   } catch (...) {
   }
   fit.Ends();
 }
 
-bool FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const {
+void FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const {
   RandomStreams random = origin_.random;
   random.Skip(attempt - 1);
   Simulation simulation;
   const CalculationWatch watch{.turn = [&fit] { fit.StopIfAbandoned(); }};
-  if (!SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation)) return false;
+  SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation);
   const std::string text = origin_.text.Of(simulation.SimCount);
   fit.Begins(text);
   ReadTextData(text, true, data, [](const Message&) {});
   likelihood.Dimension(data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
-  return true;
 }
 
 void FitsAhead::Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const {

@@ -69,9 +69,8 @@ class FitsAhead {
 
   void Work();
   void Run(int attempt, Fit& fit) const;
-  /// Simulates an attempt's data from the fit and reads them into `data`, for which `likelihood` is made ready. False
-  /// when none could be simulated.
-  bool ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const;
+  /// Simulates an attempt's data from the fit and reads them into `data`, for which `likelihood` is made ready.
+  void ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const;
   void Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const;
 
   const Origin origin_;

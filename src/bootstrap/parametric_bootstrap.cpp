@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
@@ -12,38 +13,48 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "bootstrap/remaining_time.h"
-#include "control/algorithm_file.h"
+#include "bootstrap/saved_model.h"
 #include "control/fuses.h"
 #include "platform/clock.h"
-#include "platform/files.h"
+#include "priors/prior_review.h"
+#include "results/desk_watch.h"
 
 namespace merlane {
 namespace {
 
-constexpr double LeastTolerance = 1e-6;
+constexpr int MostRejectedInARow = 100;
 
 /// The algorithm file cannot be used.
 struct NoAlgorithmFile {};
 
+/// What costs the bootstrap, and not just the attempt.
+class CannotGoOn : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace
 
-ParametricBootstrap::ParametricBootstrap(Desk& desk, RunState& state, Objective& objective, MerlaneModel& model,
-                                         FrmMain& main)
+ParametricBootstrap::ParametricBootstrap(const Parts& parts)
     : cores(static_cast<int>(std::thread::hardware_concurrency())),
-      desk_(desk),
-      state_(state),
-      objective_(objective),
-      model_(model),
-      main_(main) {}
+      desk_(parts.desk),
+      state_(parts.state),
+      objective_(parts.objective),
+      model_(parts.model),
+      priors_(parts.priors),
+      main_(parts.main),
+      review_(parts.review),
+      minimisers_(parts.desk, parts.state, parts.simplex, parts.marquardt) {}
 
 BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
   BootstrapResults results;
   results.minimiser = options.minimiser;
   results.TargetAge = options.TargetAge;
+  const std::string review = review_.rtbReview.text;
   std::string failure;
   {
-    const AtEnd putBack([this, run = state_, tables = model_.Keep()]() mutable {
-      state_ = std::move(run);
+    usersRun_ = state_;
+    const AtEnd putBack([this, tables = model_.Keep()]() mutable {
+      state_ = *std::exchange(usersRun_, std::nullopt);
       state_.flags.SimplexBuilt = false;  // the simplex that stands is the last replicate's
       model_.PutBack(std::move(tables));
     });
@@ -60,10 +71,12 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
     } catch (const std::exception& caught) {
       failure = caught.what();
     }
-    closeMinimisers();  // while they know that they work for a bootstrap, and leave the menu alone
+    minimisers_.Close();  // while they know that they work for a bootstrap, and leave the menu alone
   }
   Tell("");
   TellTime("");
+  if (review_.Visible() && review_.rtbReview.text != review)  // the last replicate's
+    review_.Open(PriorReview(state_.algorithm.Value, state_.flags.ObjectiveConstant, priors_));
   if (!failure.empty())
     desk_.Tell("Parametric bootstrap",
                fmt::format("The bootstrap cannot go on and ends with {} of {} replicates:\r\n{}", results.BootCount(),
@@ -85,16 +98,21 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapRe
   state_.flags.BootstrapMode = true;
   const Clock& clock = desk_.host.clock;
   RemainingTime remaining(Timer(clock));
+  int rejectedInARow = 0;
   for (int attempt = 1; results.BootCount() < options.BootstrapCount; ++attempt) {
-    Attempt(options, attempt, results);
+    rejectedInARow = Attempt(options, attempt, results) ? 0 : rejectedInARow + 1;
     TellTime("Estimated time remaining (h:mm:ss) is " +
              remaining.After(Timer(clock), attempt, options.BootstrapCount + results.Rejects()));
     desk_.Turn();
     if (state_.flags.AbortRun) return;
+    if (rejectedInARow == MostRejectedInARow) {
+      if (!AskToGoOn(options, results)) return;
+      rejectedInARow = 0;
+    }
   }
 }
 
-void ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results) {
+bool ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results) {
   const int b = results.BootCount() + 1;
   const std::string path = NameDataFile(b);
   Tell(fmt::format("Performing parametric bootstrap {} of {}", b, options.BootstrapCount));
@@ -102,16 +120,43 @@ void ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, 
   TakeOriginal();
   if (attempt == 1) BeginAhead(options.minimiser);
   if (ahead_) ahead_->Begin(attempt, attempt + options.BootstrapCount - b);
+  try {
+    return Fit(options, attempt, path, results);
+  } catch (const RuntimeFailure& failure) {
+    return Reject(results.BootFailureRejects, fmt::format("a calculation that failed: {}", failure.what()));
+  }
+}
+
+bool ParametricBootstrap::Fit(const BootstrapOptions& options, int attempt, const std::string& path,
+                              BootstrapResults& results) {
   const std::string dataText = Simulate();
   Tell("Writing simulated data");
-  desk_.Write(path, dataText, false);
+  WriteData(path, dataText);
   Tell("Reading simulated data");
   ReadData(path);
   ReadAlgorithmFile();
   Tell("Estimating parameters for simulated data");
   Evaluate();
   const bool inverted = Minimise(options.minimiser, attempt, dataText);
-  Judge(options, Evaluate(), !inverted, results);
+  return Judge(options, Evaluate(), !inverted, results);
+}
+
+bool ParametricBootstrap::Reject(std::int32_t& counter, const std::string& reason) {
+  ++counter;
+  lastRejection_ = reason;
+  Tell("Last bootstrap attempt rejected due to " + reason);
+  return false;
+}
+
+bool ParametricBootstrap::AskToGoOn(const BootstrapOptions& options, const BootstrapResults& results) {
+  return desk_.Ask("Parametric bootstrap",
+                   fmt::format("The last {} attempts were all rejected, the last one due to {}.\r\n\r\n"
+                               "So far {} of {} replicates are kept; {} attempts were rejected for a penalty, {} for a "
+                               "matrix that could not be inverted, and {} for a calculation that failed.\r\n\r\n"
+                               "Go on?",
+                               MostRejectedInARow, lastRejection_, results.BootCount(), options.BootstrapCount,
+                               results.BootPenaltyRejects, results.BootMatrixRejects, results.BootFailureRejects),
+                   style::YesNoQuestion) == Answer::Yes;
 }
 
 std::string ParametricBootstrap::NameDataFile(int replicate) {
@@ -141,13 +186,13 @@ void ParametricBootstrap::TakeOriginal() {
 }
 
 void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
-  if (cores < 2 || !minimiseAhead) return;
-  const auto minimise = [this, minimiser](RunState& run, Objective& objective) {
-    minimiseAhead(minimiser, run, objective);
-  };
+  if (cores < 2) return;
+  const auto minimise = [minimiser](RunState& run, Objective& objective) { MinimiseAhead(minimiser, run, objective); };
+  const auto priorTerm = [constant = state_.flags.ObjectiveConstant, priors = priors_](
+                             const Array1<double>& vector) mutable { return EvaluatePrior(vector, constant, priors); };
   ahead_ = std::make_unique<FitsAhead>(
       FitsAhead::Origin{original_->tables.data, original_->tables.likelihood, original_->text, desk_.host.random,
-                        original_->run, priorTermAhead(), minimise},
+                        original_->run, priorTerm, minimise},
       FitsAhead::Watch{[this] { desk_.Turn(); },
                        [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
       ThreadsAhead(cores, model_.data.Visits()));
@@ -156,11 +201,8 @@ void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
 
 std::string ParametricBootstrap::Simulate() {
   Tell("Simulating new data");
-  const CalculationWatch watch{.tell = [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); },
-                               .turn = [this] { desk_.Turn(); }};
-  if (!SimulateData(model_.data, {.BootstrapMode = true}, model_.likelihood.best, desk_.host.random, watch,
-                    model_.simulation))
-    throw RuntimeFailure("no data could be simulated");
+  SimulateData(model_.data, {.BootstrapMode = true}, model_.likelihood.best, desk_.host.random,
+               DeskWatch(desk_, main_, state_.flags), model_.simulation);
   return original_->text.Of(model_.simulation.SimCount);
 }
 
@@ -173,18 +215,18 @@ void ParametricBootstrap::ReadData(const std::string& simulatedFile) {
   if (!model_.data.ReadOK) throw RuntimeFailure("the data could not be read");
 }
 
-void ParametricBootstrap::ReadAlgorithmFile() {
-  AlgorithmData& a = state_.algorithm;
+void ParametricBootstrap::WriteData(const std::string& path, const std::string& text) {
   try {
-    algorithmText_ = ReadWholeFile(a.AlgName);
-    if (ReadAlgorithm(algorithmText_, a).failure != AlgorithmReading::Failure::None) throw NoAlgorithmFile{};
-  } catch (const RuntimeFailure&) {
-    throw NoAlgorithmFile{};
+    desk_.Write(path, text, false);
+  } catch (const RuntimeFailure& failure) {
+    throw CannotGoOn(failure.what());
   }
-  // Absolute from here on, whatever the sign was.
-  if (std::fabs(a.Tolerance) < LeastTolerance) a.Tolerance = LeastTolerance;
-  BuildFuseGroups(state_);
-  PackFree(state_);
+}
+
+void ParametricBootstrap::ReadAlgorithmFile() {
+  std::optional<std::string> text = ReadSavedAlgorithm(state_);
+  if (!text) throw NoAlgorithmFile{};
+  algorithmText_ = std::move(*text);
 }
 
 /// The deviance at Value as the first call of a run, without a prior term.
@@ -198,29 +240,27 @@ bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int at
   // What goes ahead began with the algorithm file as it was. To follow it part of the way would not do: the objective
   // may depend on all calls that were made.
   if (ahead_ && algorithmText_ == original_->algorithmText) ahead_->Follow(attempt, dataText);
-  const bool inverted = minimiser == BootstrapResults::Minimiser::Simplex ? minimiseSimplex() : minimiseMarquardt();
-  if (ahead_) ahead_->Leave();
-  return inverted;
+  const AtEnd leave([this] {
+    if (ahead_) ahead_->Leave();
+  });
+  return minimisers_.Minimise(minimiser);
 }
 
-void ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool matrixFailed,
+bool ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool matrixFailed,
                                 BootstrapResults& results) {
   const double Penalty = model_.likelihood.Penalty;
   results.BootPenaltySum += Penalty;
-  if (Penalty > 0) {
-    results.RejectForPenalty();
-    Tell("Last bootstrap attempt rejected due to a penalty added to the Deviance");
-    return;
-  }
-  if (matrixFailed) {
-    results.RejectForMatrix();
-    Tell("Last bootstrap attempt rejected due to a matrix inversion failure");
-    return;
-  }
-  const CalculationWatch watch{.turn = [this] { desk_.Turn(); }};
+  if (Penalty > 0) return Reject(results.BootPenaltyRejects, "a penalty added to the Deviance");
+  if (matrixFailed) return Reject(results.BootMatrixRejects, "a matrix inversion failure");
+  const CalculationWatch watch = DeskWatch(desk_, main_, state_.flags);
   EstimateOneDaySurvival(model_.data, model_.likelihood, true, watch, model_.estimates);
   EstimateFledgingSurvival(model_.data, model_.likelihood, true, options.TargetAge, watch, model_.estimates);
   results.Keep(F, state_.algorithm.Value, model_.estimates);
+  return true;
+}
+
+void ParametricBootstrap::SwapUsersRun() {
+  if (usersRun_) std::swap(state_, *usersRun_);
 }
 
 }  // namespace merlane

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "base/at_end.h"
 #include "bootstrap/bootstrap.h"
+#include "bootstrap/bootstrap_minimisers.h"
 #include "bootstrap/fits_ahead.h"
 #include "bootstrap/replicate_data_text.h"
 #include "control/frm_main.h"
@@ -14,11 +15,13 @@
 #include "control/run_state.h"
 #include "forms/desk.h"
 #include "model/merlane_model.h"
+#include "priors/distributions.h"
+#include "priors/frm_review_priors.h"
 
 namespace merlane {
 
 struct BootstrapOptions {
-  std::int16_t BootstrapCount = 0;  // replicates wanted
+  std::int32_t BootstrapCount = 0;  // replicates wanted
   std::int16_t TargetAge = 0;       // D, days
   BootstrapResults::Minimiser minimiser = BootstrapResults::Minimiser::Simplex;
 };
@@ -28,24 +31,35 @@ struct BootstrapOptions {
 /// back like these.
 class ParametricBootstrap {
  public:
-  ParametricBootstrap(Desk& desk, RunState& state, Objective& objective, MerlaneModel& model, FrmMain& main);
+  /// Where a bootstrap works: the run that it takes over, and the windows in which it shows what it does.
+  struct Parts {
+    Desk& desk;
+    RunState& state;
+    Objective& objective;
+    MerlaneModel& model;
+    Priors& priors;
+    FrmMain& main;
+    FrmSimplex& simplex;
+    FrmMarquardt& marquardt;
+    FrmReviewPriors& review;
+  };
+  explicit ParametricBootstrap(const Parts& parts);
 
-  /// What minimises the objective over the free parameters, from the present values, and leaves its result there; false
-  /// when it failed to invert a matrix.
-  std::function<bool()> minimiseSimplex, minimiseMarquardt;
-  /// Closes the windows of both.
-  std::function<void()> closeMinimisers = [] {};
-
-  /// What works ahead of them on the other cores (see FitsAhead): the same minimisation of any run and objective
-  /// without a window, and the prior term as it is now. Without them every replicate waits for the one before.
-  std::function<void(BootstrapResults::Minimiser, RunState&, Objective&)> minimiseAhead;
-  std::function<std::function<double(const Array1<double>&)>()> priorTermAhead = [] { return nullptr; };
   int cores;  // those of the machine, unless a test wants others
 
-  /// Replicates until as many are kept as are wanted, or the user aborts; an attempt that meets a penalty or a matrix
-  /// that cannot be inverted is rejected. A failure ends the bootstrap with a message and what it has so far. In any
-  /// case data, parameters and results are as they were before. Under a seed all is repeated to the last digit.
+  /// Replicates until as many are kept as are wanted, or the user aborts. An attempt that meets a penalty, a matrix
+  /// that cannot be inverted or a calculation that fails is rejected; after each hundred rejections in a row the user
+  /// is asked whether to go on. Files that cannot be read or written end the bootstrap with a message and what it has
+  /// so far. In any case data, parameters and results are as they were before. Under a seed all is repeated to the last
+  /// digit.
   BootstrapResults Run(const BootstrapOptions& options);
+
+  /// While a bootstrap runs, the run state is a replicate's. Until the guard that is returned goes, it is the user's,
+  /// to be saved by somebody who leaves the program on the way. Does nothing without a bootstrap.
+  [[nodiscard]] auto UsersRun() {
+    SwapUsersRun();
+    return AtEnd([this] { SwapUsersRun(); });
+  }
 
  private:
   /// The real data as a bootstrap reads them, and the fit that is bootstrapped: each replicate begins with them.
@@ -57,16 +71,23 @@ class ParametricBootstrap {
   };
 
   void Replicate(const BootstrapOptions& options, BootstrapResults& results);
-  void Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results);
+  /// False when the attempt was rejected.
+  bool Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results);
+  /// Simulates the data of an attempt, fits and judges them; false when they were rejected.
+  bool Fit(const BootstrapOptions& options, int attempt, const std::string& path, BootstrapResults& results);
+  bool Reject(std::int32_t& counter, const std::string& reason);
+  bool AskToGoOn(const BootstrapOptions& options, const BootstrapResults& results);
   std::string NameDataFile(int replicate);
   void TakeOriginal();
   void BeginAhead(BootstrapResults::Minimiser minimiser);
   std::string Simulate();
+  void WriteData(const std::string& path, const std::string& text);
   void ReadData(const std::string& simulatedFile);
   void ReadAlgorithmFile();
   double Evaluate();
   bool Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText);
-  void Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
+  bool Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
+  void SwapUsersRun();
 
   void Tell(const std::string& status) { main_.ShowProgress(status); }
   /// A status that stays while the minimiser writes its own.
@@ -76,9 +97,14 @@ class ParametricBootstrap {
   RunState& state_;
   Objective& objective_;
   MerlaneModel& model_;
+  Priors& priors_;
   FrmMain& main_;
+  FrmReviewPriors& review_;
+  BootstrapMinimisers minimisers_;
 
   // While a bootstrap runs.
+  std::optional<RunState> usersRun_;
+  std::string lastRejection_;  // why
   std::optional<Original> original_;
   std::string algorithmText_;  // of the algorithm file as it was read last
   std::unique_ptr<FitsAhead> ahead_;

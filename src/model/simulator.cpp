@@ -1,6 +1,7 @@
 #include "model/simulator.h"
 
 #include "base/arithmetic.h"
+#include "base/at_end.h"
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/forward_expectation.h"
@@ -114,20 +115,18 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
   best.VarAll[v] = prediction.VarAll;
 }
 
-bool SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
+void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
                   const CalculationWatch& watch, Simulation& simulation) {
   simulation.Preset(data);
   random.BeginNext();
   if (!setting.BootstrapMode) watch.progress("Simulating data, one moment please...");
-  bool done = true;
+  const AtEnd clear([&watch] { watch.progress(""); });
   try {
     Simulator(data, setting, best, random, watch, simulation).Run();
   } catch (const RuntimeFailure& failure) {
+    if (setting.BootstrapMode) throw;
     watch.tell(SimulationError(failure.what()));
-    done = false;
   }
-  if (!setting.BootstrapMode) watch.progress("");
-  return done;
 }
 
 }  // namespace merlane

@@ -45,9 +45,9 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
 
 /// Fills `simulation` with counts drawn from the next random stream, each from the one before it in its brood. A brood
 /// ends at a count of 0 and, outside a bootstrap, at a count that cannot be predicted. Refreshes the variances of the
-/// best tables. A failing calculation is told and ends the simulation with what there is, and then false is returned;
-/// an abort ends it outside a bootstrap.
-bool SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
+/// best tables. A failing calculation is told and ends the simulation with what there is, as an abort does; in a
+/// bootstrap, which cannot be aborted here, it is a RuntimeFailure.
+void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
                   const CalculationWatch& watch, Simulation& simulation);
 
 }  // namespace merlane

@@ -20,8 +20,6 @@ Program::Program(const Host& host)
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       frmXYPlot(desk),
       detailPlots(desk, model, frmSummary, frmXYPlot),
-      parametricBootstrap(desk, state, objective, model, frmMain),
-      bootstrapCommand(desk, state, model, parametricBootstrap, frmAbort, frmSummary),
       frmHelp(desk),
       frmDefaults(desk),
       frmWisdom(desk),
@@ -32,6 +30,8 @@ Program::Program(const Host& host)
       frmReviewPriors(desk),
       frmSimplex(desk, frmMain, state, objective, simplex, log, profile),
       frmMarquardt(desk, frmMain, state, objective, log, profile),
+      parametricBootstrap({desk, state, objective, model, priors, frmMain, frmSimplex, frmMarquardt, frmReviewPriors}),
+      bootstrapCommand(desk, state, model, parametricBootstrap, frmAbort, frmSummary),
       frmCovData(desk),
       frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
       covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
@@ -106,18 +106,6 @@ void Program::WireForms() {
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
-  parametricBootstrap.minimiseSimplex = [this] { return BootstrapSimplex(); };
-  parametricBootstrap.minimiseMarquardt = [this] { return BootstrapMarquardt(); };
-  parametricBootstrap.minimiseAhead = MinimiseAhead;
-  parametricBootstrap.priorTermAhead = [this] {
-    return [constant = state.flags.ObjectiveConstant, own = priors](const Array1<double>& vector) mutable {
-      return EvaluatePrior(vector, constant, own);
-    };
-  };
-  parametricBootstrap.closeMinimisers = [this] {
-    desk.Unload(frmSimplex);
-    desk.Unload(frmMarquardt);
-  };
   log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };
 }
 

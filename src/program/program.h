@@ -60,9 +60,6 @@ class Program {
   /// Shows the main window and the menu.
   void Start();
 
-  /// Minimises a replicate of a bootstrap without a window, on a run of its own and in any thread.
-  static void MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective);
-
   Desk desk;
   RunState state;
   LogFile log;
@@ -86,8 +83,6 @@ class Program {
   SimulationCommand simulationCommand;
   FrmXyPlot frmXYPlot;
   DetailPlots detailPlots;
-  ParametricBootstrap parametricBootstrap;
-  BootstrapCommand bootstrapCommand;
   FrmHelp frmHelp;
   FrmDefaults frmDefaults;
   FrmWisdom frmWisdom;
@@ -102,6 +97,9 @@ class Program {
   ProfileRun profile;
   FrmSimplex frmSimplex;
   FrmMarquardt frmMarquardt;
+
+  ParametricBootstrap parametricBootstrap;
+  BootstrapCommand bootstrapCommand;
 
   Covariances covariances;
   FrmCovData frmCovData;
@@ -141,9 +139,6 @@ class Program {
   void Rank();
   /// Runs what follows upon a results summary, without the menu.
   void FollowSummary(const std::function<void()>& command);
-  // The minimisers of a bootstrap; false when a matrix could not be inverted.
-  bool BootstrapSimplex();
-  bool BootstrapMarquardt();
   /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns. The editor of the priors
   /// asks for these in its own words.
   void Quit(const std::string& priorsTitle = "What about Bayesian priors?",

@@ -4,6 +4,7 @@ namespace merlane {
 
 void Program::Quit(const std::string& priorsTitle, const std::string& priorsText) {
   if (desk.Ask("Exit Tolvane", "Do you want to quit Tolvane?", style::YesNoQuestionDefaultNo) != Answer::Yes) return;
+  const auto users = parametricBootstrap.UsersRun();
   if (const auto& pinned = state.profile.pinned) {
     // Leaving in the middle of an evaluation shall not cost its parameter the value and step in the file.
     state.algorithm.Value(pinned->parameter) = pinned->value;

@@ -95,18 +95,29 @@ TEST_F(BootstrapResultsTest, SurvivalIsKeptOverTheReplicatesThatHaveIt) {
   EXPECT_EQ(results.survival[0][0].Count(), 0);
 }
 
-TEST_F(BootstrapResultsTest, MoreRejectionsThanCanBeCountedFail) {
-  for (int i = 0; i < 32767; ++i) results.RejectForPenalty();
-  EXPECT_THROW(results.RejectForPenalty(), RuntimeFailure);
-  EXPECT_EQ(results.Rejects(), 32767);
+TEST_F(BootstrapResultsTest, RejectionsAreCountedAndToldBeyondFiveDigits) {
+  for (int i = 0; i < 123456; ++i) ++results.BootPenaltyRejects;
+  EXPECT_EQ(results.Rejects(), 123456);
+  EXPECT_THAT(BootstrapSummary(results), ::testing::HasSubstr("added to the Deviance was 123456\r\n"));
+}
+
+TEST_F(BootstrapResultsTest, HeadsOfAnAgeOfFourDigitsAreWholeAndTheirColumnsAsWide) {
+  Keep(99, 0.5);
+  results.TargetAge = 1000;
+  const std::vector<std::string> lines = Lines(BootstrapSurvivalText(results, reading.data));
+  EXPECT_THAT(lines[0],
+              ::testing::HasSubstr(",Mean p[Fledge(a;1000)]_R,  SE p[Fledge(a;1000)]_R, Min p[Fledge(a;1000)]_R"));
+  EXPECT_THAT(lines[0], ::testing::EndsWith(", Max p[Fledge(0;1000)]_C"));
+  ASSERT_EQ(lines.size(), 3U);
+  for (const std::string& line : lines) EXPECT_EQ(line.size(), lines[0].size());
 }
 
 // ---- The lines in the summary
 
 TEST_F(BootstrapResultsTest, ZeroReplicatesPrintTheRejectionsAndNoMeaningfulMeans) {
-  results.RejectForPenalty();
-  results.RejectForPenalty();
-  results.RejectForMatrix();
+  ++results.BootPenaltyRejects;
+  ++results.BootPenaltyRejects;
+  ++results.BootMatrixRejects;
   results.BootPenaltySum = 1.5e20;
   const std::vector<std::string> lines = SummaryLines();
   ASSERT_EQ(lines.size(), 18U);

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "control/algorithm_file.h"
+#include "platform/files.h"
 #include "program/program.h"
 #include "support/scripted_host.h"
 
@@ -84,6 +87,33 @@ struct Analysis {
     windows.No("Save Bayesian priors");
     windows.Enter("0.5", "Enter constant");
     ASSERT_TRUE(desk.Press(program.frmSetPriors.mnuFinished));
+  }
+
+  /// Runs `action` with the number of the attempt when a bootstrap shows this status.
+  void AtEachAttempt(const std::string& status, std::function<void(int attempt)> action) {
+    windows.onStatus = [before = std::move(windows.onStatus), status, action = std::move(action),
+                        attempt = 0](const ScriptedWindows::Status& shown) mutable {
+      if (before) before(shown);
+      if (shown.bar == "stbMain5" && shown.text == status) action(++attempt);
+    };
+  }
+  /// The same when it is about to fit a replicate.
+  void AtEachFit(std::function<void(int attempt)> action) {
+    AtEachAttempt("Estimating parameters for simulated data", std::move(action));
+  }
+  /// Saves the algorithm data under this path, and lets a bootstrap find them changed in the attempts of which
+  /// `isChanged` says so, from their simulated data on.
+  void SaveForABootstrap(const std::string& path, const std::function<void(AlgorithmData&)>& change,
+                         std::function<bool(int attempt)> isChanged) {
+    windows.File(path);
+    ASSERT_TRUE(desk.Press(menu.cmdSaveAlg));
+    AlgorithmData changed = state.algorithm;
+    change(changed);
+    AtEachAttempt("Reading original data", [path, text = ReadWholeFile(path)](int) { WriteWholeFile(path, text); });
+    AtEachAttempt("Reading simulated data",
+                  [path, text = AlgorithmText(changed, AlgorithmForm::Menu), isChanged](int attempt) {
+                    if (isChanged(attempt)) WriteWholeFile(path, text);
+                  });
   }
 
   /// Opens the chooser of the priors and leaves it again.

@@ -90,16 +90,23 @@ TEST_P(BootstrapCores, GiveTheSameWithPriors) {
 }
 
 TEST_P(BootstrapCores, GiveTheSameWhereAttemptsAreRejected) {
-  ExpectSameOnAllCores("juveniles_only", [](Analysis& a) {
-    ParametricBootstrap& bootstrap = a.program.parametricBootstrap;
-    for (auto* minimise : {&bootstrap.minimiseSimplex, &bootstrap.minimiseMarquardt})
-      *minimise = [&a, before = *minimise, attempt = 0]() mutable {
-        const bool inverted = before();
-        if (++attempt == 2) a.state.algorithm.Value(13) = 1.5;  // a probability above 1
-        return inverted && attempt % 3 != 0;
-      };
+  const Folder folder("bootstrap_rejected");
+  ExpectSameOnAllCores("juveniles_only", [&folder](Analysis& a) {
+    a.SaveForABootstrap(
+        folder / "own.alg", [](AlgorithmData& algorithm) { algorithm.Value(13) = 1.5; },  // a probability above 1
+        [](int attempt) { return attempt == 2; });
   });
   EXPECT_THAT(one_->summary, HasSubstr("due to a penalty being added to the Deviance was 1\r\n"));
+}
+
+TEST_P(BootstrapCores, GiveTheSameWhereACalculationFails) {
+  const Folder folder("bootstrap_failing");
+  ExpectSameOnAllCores("juveniles_only", [&folder](Analysis& a) {
+    a.SaveForABootstrap(
+        folder / "own.alg", [](AlgorithmData& algorithm) { algorithm.Value(5) = 1e200; },
+        [](int attempt) { return attempt == 3; });
+  });
+  EXPECT_THAT(one_->summary, HasSubstr("due to a calculation that failed was 1\r\n"));
 }
 
 TEST_P(BootstrapCores, GiveTheSameWhereTheUserAborts) {

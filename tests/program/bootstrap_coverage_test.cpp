@@ -62,7 +62,6 @@ TEST(BootstrapCoverage, IntervalsOf95PercentHoldTheTruthAsOftenAsTheBinomialAllo
   WriteWholeFile(folder / "design.dat", Design());
   WriteWholeFile(folder / "truth.alg", Truth());
   Study truth(folder, "design.dat");
-  truth.program.parametricBootstrap.minimiseSimplex = [] { return true; };  // the data sets alone are wanted
   truth.Bootstrap(folder / "sets", 1, DataSets);
 
   int covered = 0;

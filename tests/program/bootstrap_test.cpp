@@ -20,6 +20,7 @@ using test::Folder;
 using test::Golden;
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
@@ -159,10 +160,15 @@ TEST_F(BootstrapTest, EachAttemptTellsItsSteps) {
   Run(1);
   std::vector<std::string> steps;
   for (const std::string& text : Statuses("stbMain5"))
-    if (text.ends_with("data") || text.starts_with("Performing")) steps.push_back(text);
+    if (text.ends_with("data") || text.starts_with("Performing") || text.ends_with("brood # 1 of 60"))
+      steps.push_back(text);
+    else if (text.empty() && steps.back() == "Simulating new data")
+      steps.push_back("cleared");
   EXPECT_THAT(steps, ElementsAre("Performing parametric bootstrap 1 of 1", "Reading original data",
-                                 "Simulating new data", "Writing simulated data", "Reading simulated data",
-                                 "Estimating parameters for simulated data"));
+                                 "Simulating new data", "cleared", "Writing simulated data", "Reading simulated data",
+                                 "Estimating parameters for simulated data",
+                                 "1995Calculating p[survive 1 day]  brood # 1 of 60",
+                                 "1995Calculating p[fledge(a,D)] for  brood # 1 of 60"));
   EXPECT_THAT(Statuses("stbMain2"),
               ElementsAre("Estimated time remaining (h:mm:ss) will be calculated after the 1st bootstrap estimate is "
                           "complete",
@@ -172,11 +178,9 @@ TEST_F(BootstrapTest, EachAttemptTellsItsSteps) {
 TEST_F(BootstrapTest, RunAcrossMidnightKeepsAPositiveEstimateOfTheTimeRemaining) {
   Ready("juveniles_only");
   host.clock.now = {2024, 6, 1, 23, 59, 50};
-  program.parametricBootstrap.minimiseSimplex = [this, attempt = 0]() mutable {
-    host.clock.now =
-        ++attempt == 1 ? DateTime{2024, 6, 1, 23, 59, 55} : DateTime{2024, 6, 2, 0, 0, 5.0 * (attempt - 2)};
-    return true;
-  };
+  AtEachFit([this](int attempt) {
+    host.clock.now = attempt == 1 ? DateTime{2024, 6, 1, 23, 59, 55} : DateTime{2024, 6, 2, 0, 0, 5.0 * (attempt - 2)};
+  });
   Run(4);
   EXPECT_THAT(Statuses("stbMain2"), IsSupersetOf({"Estimated time remaining (h:mm:ss) is 0:00:15",
                                                   "Estimated time remaining (h:mm:ss) is 0:00:10",
@@ -185,28 +189,28 @@ TEST_F(BootstrapTest, RunAcrossMidnightKeepsAPositiveEstimateOfTheTimeRemaining)
 
 TEST_F(BootstrapTest, PenaltyRejectsTheAttemptAndTheReplicateKeepsItsNumber) {
   Ready("juveniles_only");
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
-    minimise();
-    if (++attempt == 2) state.algorithm.Value(13) = 1.5;  // a probability above 1
-    return attempt != 2;                                  // a penalty comes before a failed matrix
-  };
-  const BootstrapResults results = Run(2);
+  SaveForABootstrap(
+      folder / "own.alg",
+      [](AlgorithmData& a) {
+        a.Value(13) = 1.5;  // a probability above 1 ...
+        a.Step(15) = 0.1;   // ... comes before a failed matrix
+      },
+      [](int attempt) { return attempt == 2; });
+  const BootstrapResults results = Run(2, Minimiser::Marquardt);
   EXPECT_EQ(results.BootCount(), 2);
   EXPECT_EQ(results.BootPenaltyRejects, 1);
   EXPECT_EQ(results.BootMatrixRejects, 0);
   EXPECT_GT(results.BootPenaltySum, 1e19);
   EXPECT_THAT(DataFiles(), ElementsAre(StartsWith("BootstrappedData00001_"), StartsWith("BootstrappedData00002_"),
-                                       StartsWith("BootstrappedData00002_")));
+                                       StartsWith("BootstrappedData00002_"), "own.alg"));
   EXPECT_THAT(Statuses("stbMain5"), Contains("Last bootstrap attempt rejected due to a penalty added to the Deviance"));
 }
 
 TEST_F(BootstrapTest, MatrixThatCannotBeInvertedRejectsTheAttemptAndIsForgottenAtTheNext) {
   Ready("juveniles_only");
-  const auto minimise = program.parametricBootstrap.minimiseMarquardt;
-  program.parametricBootstrap.minimiseMarquardt = [minimise, attempt = 0]() mutable {
-    return minimise() && ++attempt > 2;
-  };
+  // Mortality of eggs that the data do not have.
+  SaveForABootstrap(
+      folder / "own.alg", [](AlgorithmData& a) { a.Step(15) = 0.1; }, [](int attempt) { return attempt <= 2; });
   const BootstrapResults results = Run(1, Minimiser::Marquardt);
   EXPECT_EQ(results.BootCount(), 1);
   EXPECT_EQ(results.BootMatrixRejects, 2);
@@ -221,11 +225,9 @@ TEST_F(BootstrapTest, DeadParameterMakesMarquardtRejectEachAttemptUntilTheUserAb
   desk.Press(menu.cmdSaveAlg);
   Summary();
   AnswerOptions("3", "40", false);
-  const auto minimise = program.parametricBootstrap.minimiseMarquardt;
-  program.parametricBootstrap.minimiseMarquardt = [this, minimise, attempt = 0]() mutable {
-    if (++attempt == 4) desk.Press(program.frmAbort.cmdAbort);
-    return minimise();
-  };
+  AtEachFit([this](int attempt) {
+    if (attempt == 4) desk.Press(program.frmAbort.cmdAbort);
+  });
   desk.Press(program.frmSummary.cmdBootstrap);
   EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 0 parametric bootstraps:"));
   EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("due to a maxtrix inversion failure was 4\r\n"));
@@ -235,12 +237,10 @@ TEST_F(BootstrapTest, AbortAfterTwoKeptReplicatesLeavesTwoForTheReports) {
   Ready("juveniles_only");
   Summary();
   AnswerOptions("5", "40", true);
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
-    if (++attempt == 2) desk.Press(program.frmAbort.cmdAbort);
+  AtEachFit([this](int attempt) {
+    if (attempt == 2) desk.Press(program.frmAbort.cmdAbort);
     EXPECT_LE(attempt, 2) << "the present replicate finishes, no other begins";
-    return minimise();
-  };
+  });
   windows.Yes("Confirmation request");
   windows.File(folder / "kept.bpv");
   windows.Yes("Confirmation request");
@@ -324,14 +324,20 @@ TEST_F(BootstrapTest, CovariatesAreSimulatedWithAndTheirNamesComeBack) {
     const Array1<std::string> names = program.model.data.CovariateName;
     const std::vector<double> covariates = program.model.data.Covariate;
     // The likelihood of these data needs many calls; what is tested is the way of the covariates.
-    program.parametricBootstrap.minimiseSimplex = [this, covariates] {
+    state.algorithm.Tolerance = 1e9;
+    windows.File(folder / "coarse.alg");
+    desk.Press(menu.cmdSaveAlg);
+    int fits = 0;
+    windows.onStatus = nullptr;
+    AtEachFit([this, covariates, &fits](int) {
+      ++fits;
       const std::vector<double>& simulated = program.model.data.Covariate;
       EXPECT_EQ(simulated.size(), covariates.size());
       for (std::size_t i = 0; i < covariates.size(); ++i)
         EXPECT_NEAR(simulated[i], covariates[i], 1e-5 * std::max(1.0, std::fabs(covariates[i])));
-      return true;
-    };
+    });
     const BootstrapResults results = Run(1);
+    EXPECT_EQ(fits, 1);
     EXPECT_EQ(results.BootCount(), 1);
     EXPECT_GT(results.BootDeviance[0], 0);
     EXPECT_EQ(program.model.data.CovariateName, names);
@@ -371,6 +377,11 @@ struct RestoreTest : BootstrapTest {
     Summary();
     ASSERT_FALSE(state.flags.SimplexBuilt);
   }
+  /// The saved model is meant, although the present values are others.
+  void AnswerOptions(const std::string& replicates, const std::string& age, bool simplex) {
+    windows.Yes("Parametric bootstrap");
+    BootstrapTest::AnswerOptions(replicates, age, simplex);
+  }
   /// Presses for a bootstrap of three replicates that will end after `kept` of them with this reason.
   void EndsWith(int kept, const std::string& reason) {
     const RunAsItStands before(program);
@@ -379,8 +390,8 @@ struct RestoreTest : BootstrapTest {
     desk.Press(program.frmSummary.cmdBootstrap);
     EXPECT_TRUE(RunAsItStands(program) == before);
     ExpectWindowsBack();
-    const auto message = std::find_if(windows.messages.begin(), windows.messages.end(),
-                                      [](const Message& m) { return m.title == "Parametric bootstrap"; });
+    const auto message =
+        std::ranges::find_if(windows.messages, [](const Message& m) { return m.text.starts_with("The bootstrap"); });
     ASSERT_NE(message, windows.messages.end());
     EXPECT_THAT(message->text, StartsWith("The bootstrap cannot go on and ends with " + std::to_string(kept) +
                                           " of 3 replicates:\r\n"));
@@ -418,22 +429,43 @@ TEST_F(RestoreTest, UnwritableFolderEndsItWithAMessage) {
 }
 
 TEST_F(RestoreTest, FolderThatIsLostOnTheWayEndsItWithWhatItHas) {
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
-    if (++attempt == 2) desk.host.bootstrapFolder = "/dev/full";  // like a disk that has filled up
-    return minimise();
-  };
+  AtEachFit([this](int attempt) {
+    if (attempt == 2) desk.host.bootstrapFolder = "/dev/full";  // like a disk that has filled up
+  });
   EndsWith(2, "/dev/full/BootstrappedData00003_");
 }
 
-TEST_F(RestoreTest, MinimiserThatFailsEndsItWithWhatItHas) {
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise, attempt = 0]() mutable {
-    if (++attempt == 2) state.algorithm.Value(17) = state.free.FreeValue(1) = 1e300;
-    if (attempt == 2) throw RuntimeFailure("overflow in the minimiser");
-    return minimise();
-  };
-  EndsWith(1, "overflow in the minimiser");
+// A brood's attribute that drives a rate beyond all numbers.
+void Overflow(AlgorithmData& a) { a.Value(5) = 1e200; }
+
+TEST_F(BootstrapTest, CalculationThatFailsCostsTheAttemptAndNotTheRun) {
+  Ready("juveniles_only");
+  SaveForABootstrap(folder / "own.alg", Overflow, [](int attempt) { return attempt % 3 == 2; });
+  for (const Minimiser minimiser : {Minimiser::Simplex, Minimiser::Marquardt}) {
+    const BootstrapResults results = Run(2, minimiser);
+    EXPECT_EQ(results.BootCount(), 2);
+    EXPECT_EQ(results.BootFailureRejects, 1);
+    EXPECT_THAT(BootstrapSummary(results),
+                HasSubstr("The number of bootstraps rejected due to a calculation that failed was 1\r\n"));
+  }
+  EXPECT_THAT(Statuses("stbMain5"), Contains(StartsWith("Last bootstrap attempt rejected due to a calculation that "
+                                                        "failed: ")));
+  EXPECT_THAT(windows.Titles(), testing::Not(Contains("Parametric bootstrap")));
+}
+
+TEST_F(BootstrapTest, HundredRejectionsInARowAreToldAndTheUserIsAskedWhetherToGoOn) {
+  Ready("juveniles_only");
+  SaveForABootstrap(folder / "own.alg", Overflow, [](int attempt) { return attempt != 2; });
+  windows.Yes("Parametric bootstrap");
+  windows.No("Parametric bootstrap");
+  const BootstrapResults results = Run(2);
+  EXPECT_EQ(results.BootCount(), 1);
+  EXPECT_EQ(results.BootFailureRejects, 201);
+  EXPECT_THAT(windows.LastText(), StartsWith("The last 100 attempts were all rejected, the last one due to a "
+                                             "calculation that failed: "));
+  EXPECT_THAT(windows.LastText(),
+              EndsWith("So far 1 of 2 replicates are kept; 0 attempts were rejected for a penalty, 0 for a matrix that "
+                       "could not be inverted, and 201 for a calculation that failed.\r\n\r\nGo on?"));
 }
 
 TEST_F(RestoreTest, RealDataThatAreGoneWhenItBeginsEndIt) {
@@ -443,25 +475,52 @@ TEST_F(RestoreTest, RealDataThatAreGoneWhenItBeginsEndIt) {
 }
 
 TEST_F(RestoreTest, RealDataThatAreLostOnTheWayAreNotMissed) {
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
-    program.model.data.TextFileName = folder / "vanished.dat";
-    return minimise();
-  };
+  AtEachFit([this](int) { program.model.data.TextFileName = folder / "vanished.dat"; });
   EXPECT_EQ(Run(3).BootCount(), 3);
 }
 
 TEST_F(RestoreTest, ClosingTheProgramOnTheWayEndsIt) {
   AnswerOptions("3", "40", true);
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
-    desk.Close(program.frmMain);
-    return minimise();
-  };
+  AtEachFit([this](int) { desk.Close(program.frmMain); });
   windows.Yes("Exit Tolvane");
   windows.No("What about algorithm data?");
   desk.Press(program.frmSummary.cmdBootstrap);
   EXPECT_EQ(windows.exitStatus, 0);
+}
+
+TEST_F(RestoreTest, QuittingOnTheWaySavesTheUsersEstimatesAndNoReplicates) {
+  AnswerOptions("3", "40", true);
+  for (const char* when : {"Reading simulated data", "1995Calculating p[survive 1 day]  brood # 2 of 60"})
+    AtEachAttempt(when, [this, when](int attempt) {
+      const double replicates = state.algorithm.Value(17);
+      EXPECT_NE(replicates, 0.05) << when;
+      {
+        const auto users = program.parametricBootstrap.UsersRun();
+        EXPECT_EQ(state.algorithm.Value(17), 0.05) << when;
+      }
+      EXPECT_EQ(state.algorithm.Value(17), replicates) << when << ": who stays goes on";
+      if (attempt == 2) desk.Close(program.frmMain);
+    });
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.File(folder / "kept.alg", "Save algorithm data in...");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(windows.exitStatus, 0);
+  AlgorithmData kept;
+  kept.NPAR = state.algorithm.NPAR;
+  ReadAlgorithm(ReadWholeFile(folder / "kept.alg"), kept);
+  EXPECT_EQ(kept.Value(17), 0.05);
+}
+
+TEST_F(RestoreTest, ReviewOfThePriorsIsTheRealFitsBehindABootstrap) {
+  state.flags.ObjectiveConstant = 2;
+  program.priors.PriorCode(17) = "N";
+  program.priors.PriorFirstMean(17) = 0.05;
+  program.priors.PriorFirstSD(17) = 0.01;
+  state.flags.BayesOn = true;
+  Run(2);
+  EXPECT_THAT(windows.events, Contains("shown frmReviewPriors")) << "by each minimum";
+  EXPECT_THAT(program.frmReviewPriors.rtbReview.text, HasSubstr("Parameter 17 at 5.000E-02 has a prior"));
 }
 
 // ---- Algorithm files
@@ -469,7 +528,6 @@ TEST_F(RestoreTest, ClosingTheProgramOnTheWayEndsIt) {
 struct AlgorithmFileOfABootstrap : BootstrapTest {
   void ExpectNoAlgorithmFile() {
     const std::string text = program.frmSummary.rtbOut.text;
-    AnswerOptions("3", "40", true);
     desk.Press(program.frmSummary.cmdBootstrap);
     EXPECT_EQ(windows.messages.back().title, "No Algorithm File");
     EXPECT_EQ(windows.messages.back().text, "Please try again and choose an existing algorithm file name.");
@@ -501,11 +559,7 @@ TEST_F(AlgorithmFileOfABootstrap, ThatVanishesOnTheWayEndsItWithWhatItHas) {
   windows.File(folder / "own.alg");
   desk.Press(menu.cmdSaveAlg);
   Summary();
-  const auto minimise = program.parametricBootstrap.minimiseSimplex;
-  program.parametricBootstrap.minimiseSimplex = [this, minimise] {
-    std::filesystem::remove(folder / "own.alg");
-    return minimise();
-  };
+  AtEachFit([this](int) { std::filesystem::remove(folder / "own.alg"); });
   AnswerOptions("3", "40", true);
   DeclineReports();
   desk.Press(program.frmSummary.cmdBootstrap);
@@ -513,16 +567,41 @@ TEST_F(AlgorithmFileOfABootstrap, ThatVanishesOnTheWayEndsItWithWhatItHas) {
   EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 1 parametric bootstraps:"));
 }
 
-TEST_F(AlgorithmFileOfABootstrap, WithoutAFreeParameterEndsItAtOnce) {
+TEST_F(AlgorithmFileOfABootstrap, WithoutAFreeParameterIsRefusedBeforeAnyQuestion) {
   Initialize({.path = Golden("juveniles_only.dat")});
   LoadDefaults();
   windows.File(folder / "fixed.alg");
   desk.Press(menu.cmdSaveAlg);
   Summary();
-  AnswerOptions("3", "40", true);
+  const std::string text = program.frmSummary.rtbOut.text;
   desk.Press(program.frmSummary.cmdBootstrap);
-  EXPECT_THAT(windows.LastText(), HasSubstr("All step sizes are zero"));
+  EXPECT_EQ(windows.LastText(), "There is nothing to do: all step sizes are zero in fixed.alg");
   EXPECT_THAT(DataFiles(), ElementsAre("fixed.alg"));
+  EXPECT_EQ(program.frmSummary.rtbOut.text, text);
+}
+
+TEST_F(AlgorithmFileOfABootstrap, ThatIsNotThePresentModelIsAskedAbout) {
+  Ready("juveniles_only");
+  state.algorithm.Value(17) = 0.05;
+  state.algorithm.Step(18) = 0;
+  Summary();
+  windows.No("Parametric bootstrap");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(windows.LastText(),
+            "What is bootstrapped is the model as it was saved in juveniles_only.alg. It has another value, step size "
+            "or fuse than the present one for parameter 17, 18.\r\n\r\nBootstrap the saved model nevertheless?");
+  EXPECT_THAT(DataFiles(), IsEmpty());
+}
+
+TEST_F(AlgorithmFileOfABootstrap, ThatKeepsFewerDigitsThanTheModelIsThePresentOne) {
+  Ready("juveniles_only");
+  state.algorithm.Value(17) = 0.0123456789012345;
+  windows.File(folder / "own.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  windows.CancelInput("Parametric bootstrap");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(windows.inputs, Contains(testing::Field(&InputRequest::title, "Parametric bootstrap")));
 }
 
 // ---- Questions and reports
@@ -531,8 +610,6 @@ struct BootstrapQuestions : BootstrapTest {
   void SetUp() override {
     Ready("juveniles_only");
     Summary();
-    // Nothing here is about the replicates themselves.
-    program.parametricBootstrap.minimiseSimplex = [] { return true; };
     windows.messages.clear();
     windows.inputs.clear();
     windows.files.clear();
@@ -574,12 +651,13 @@ TEST_F(BootstrapQuestions, NumbersTooSmallAreAskedForAgain) {
   EXPECT_THAT(windows.inputs, SizeIs(5));
 }
 
-TEST_F(BootstrapQuestions, NumberTooLargeToCountFailsAndCanBeTriedAgain) {
+TEST_F(BootstrapQuestions, NumbersTooLargeAreAskedForAgain) {
+  windows.Enter("2000000000");
   windows.Enter("40000");
-  windows.ExpectFailure("frmSummary.cmdBootstrap");
+  windows.Enter("40000");
+  windows.CancelInput();
   Press();
-  EXPECT_TRUE(desk.Usable(program.frmSummary.cmdBootstrap));
-  EXPECT_TRUE(ApplicationMenuUsable());
+  EXPECT_THAT(windows.inputs, SizeIs(4)) << "40000 replicates can be had, but no such age";
 }
 
 TEST_F(BootstrapQuestions, ReportsAreSavedUnderTheNameOfTheAlgorithmFile) {

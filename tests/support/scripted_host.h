@@ -71,6 +71,8 @@ class ScriptedWindows : public WindowSystem {
 
   /// Runs `action` in the n-th turn from now (1: the next).
   void AtTurn(int n, std::function<void()> action) { atTurn_[turns + n] = std::move(action); }
+  /// Runs at each status that is shown.
+  std::function<void(const Status&)> onStatus;
   /// Runs `action` when the program waits; each waiting takes the next action.
   void AtWait(std::function<void()> action) { atWait_.push_back(std::move(action)); }
 
@@ -127,6 +129,7 @@ class ScriptedWindows : public WindowSystem {
   void OnStatus(const std::string& bar, int panel, const std::string& text) override {
     statuses.push_back({bar, panel, text});
     events.push_back("status " + bar + " " + std::to_string(panel) + " " + text);
+    if (onStatus) onStatus(statuses.back());
   }
   void OnWrote(const std::string& path) override {
     writes.push_back(path);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "control/run_state.h"
+
+namespace merlane {
+
+/// Reads the run's algorithm file, as it is on the disk at this moment, into the run, whose fuses and free parameters
+/// are made anew; returns the text that was read. A tolerance below a millionth becomes an absolute one of a millionth.
+/// None, with the run's algorithm data perhaps half read, when the file is missing or not in order.
+std::optional<std::string> ReadSavedAlgorithm(RunState& run);
+
+/// Numbers of the parameters whose value, step or fuse in the run is not that of `saved`, the same run read from its
+/// file, beyond the digits that files keep.
+std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved);
+
+}  // namespace merlane
