@@ -202,7 +202,8 @@ TEST(SimulateData, AnAbortLeavesWhatHasBeenSimulated) {
   turns = 0;
   const Simulation bootstrap = Simulated(a, {.BootstrapMode = true}, 1, watch);
   EXPECT_EQ(bootstrap.SimCount[3], 7) << "a bootstrap finishes the data set that it has begun";
-  EXPECT_EQ(progress.size(), 2u) << "and shows its own progress";
+  EXPECT_THAT(progress, ElementsAre("Simulating data, one moment please...", "", ""))
+      << "and clears the text it has shown";
 }
 
 TEST(SimulateData, AFailingCalculationIsToldAndWhatIsSimulatedStays) {
@@ -226,7 +227,9 @@ TEST(SimulateData, AFailingCalculationIsToldAndWhatIsSimulatedStays) {
   EXPECT_EQ(s.SimCount[4], Missing) << "the brood behind the failure";
   Streams streams(1);
   Simulation again;
-  EXPECT_FALSE(SimulateData(a.reading.data, {}, a.state.best, streams.random, {}, again));
+  EXPECT_THROW(SimulateData(a.reading.data, {.BootstrapMode = true}, a.state.best, streams.random, {}, again),
+               RuntimeFailure)
+      << "an attempt of a bootstrap fails as a whole";
 }
 
 TEST(SimulateData, DeficienciesAreNoted) {
