@@ -37,4 +37,18 @@ struct Drawing {
   std::vector<Item> items;
 };
 
+/// Lengths of the dashes of a pen and of the gaps between them, one after the other, in pixels of a screen; none for a
+/// solid line.
+inline std::vector<double> Dashes(Drawing::Pen pen) {
+  switch (pen) {
+    case Drawing::Pen::Dotted:
+      return {1, 3};
+    case Drawing::Pen::Dashed:
+      return {6, 4};
+    case Drawing::Pen::Solid:
+      break;
+  }
+  return {};
+}
+
 }  // namespace merlane

@@ -17,6 +17,8 @@ void FrmBivarPlot::ShowBivarPlot(const BivariateDensity& density) {
   picGraph.drawing = plot.drawing;
   if (plot.drawn) {
     LegendBox.drawing = plot.legend;
+    lblHighDensity.text = "High Density";
+    lblLowDensity.text = "Low Density";
     lblLegendHead.text = "SE's";
     lblLegend.text = "   0.0  \r\n\n< 0.5\r\n\n< 1.0\r\n\n< 1.5\r\n\n< 2.0\r\n\n< 2.5\r\n\n< 3.0";
     lblVar.text = plot.axes;
@@ -35,7 +37,8 @@ void FrmBivarPlot::Clear() {
   LegendBox.drawing = {};
   ++picGraph.version;
   ++LegendBox.version;
-  for (Label* label : {&lblLegendHead, &lblLegend, &lblVar, &lblXYMax, &lblXYMin, &XYPeak, &lblCorr, &lblNote})
+  for (Label* label : {&lblHighDensity, &lblLowDensity, &lblLegendHead, &lblLegend, &lblVar, &lblXYMax, &lblXYMin,
+                       &XYPeak, &lblCorr, &lblNote})
     label->text.clear();
 }
 

@@ -14,8 +14,8 @@ class FrmBivarPlot : public Form {
   Label lblLegendHead{*this, "lblLegendHead", ""};
   Canvas LegendBox{*this, "LegendBox"};
   Label lblLegend{*this, "lblLegend", ""};
-  Label lblHighDensity{*this, "lblHighDensity", "High Density"};
-  Label lblLowDensity{*this, "lblLowDensity", "Low Density"};
+  Label lblHighDensity{*this, "lblHighDensity", ""};
+  Label lblLowDensity{*this, "lblLowDensity", ""};
   Label lblVar{*this, "lblVar", ""};
   Label lblXYMax{*this, "lblXYMax", ""};
   Label lblXYMin{*this, "lblXYMin", ""};

@@ -120,13 +120,13 @@ void FrmDistPlot::Plot() {
   auto& items = picGraph.drawing.items;
   if (Check_Line.value)
     for (std::size_t i = 1; i < x.size(); ++i)
-      items.push_back(Drawing::Line{across(x[i - 1]), down(y[i - 1]), across(x[i]), down(y[i]), colour});
+      items.emplace_back(Drawing::Line{across(x[i - 1]), down(y[i - 1]), across(x[i]), down(y[i]), colour});
   if (Check_Scatter.value)
     for (std::size_t i = 0; i < x.size(); ++i)
-      items.push_back(Drawing::Circle{across(x[i]), down(y[i]), graph::PointRadius, colour});
+      items.emplace_back(Drawing::Circle{across(x[i]), down(y[i]), graph::PointRadius, colour});
   if (Check_Drop.value)
     for (std::size_t i = 0; i < x.size(); ++i)
-      items.push_back(Drawing::Line{across(x[i]), down(y[i]), across(x[i]), graph::Bottom, colour});
+      items.emplace_back(Drawing::Line{across(x[i]), down(y[i]), across(x[i]), graph::Bottom, colour});
   ++picGraph.version;
 }
 
@@ -138,16 +138,16 @@ void FrmDistPlot::DrawMarkers(int number) {
   const bool showsZero = zero > 0 && first < 0 && last > 0;
   const bool showsOne = one > 0 && first < 1 && last > 1;
   if (showsZero) {
-    items.push_back(DownAt(graph::Left + zero, Black, Drawing::Pen::Dotted));
+    items.emplace_back(DownAt(graph::Left + zero, Black, Drawing::Pen::Dotted));
     lblNote.text = "Note: Vertical line locates 0";
   }
   if (showsOne) {
-    items.push_back(DownAt(graph::Left + one, Black, Drawing::Pen::Dotted));
+    items.emplace_back(DownAt(graph::Left + one, Black, Drawing::Pen::Dotted));
     lblNote.text =
         showsZero ? "Left vertical line locates 0\nRight vertical line locates 1" : "Note: Vertical line locates 1";
   }
   if (number >= FirstProportion && number <= LastProportion) {
-    items.push_back(AcrossAt(NinetyFivePercent, Black, Drawing::Pen::Dotted));
+    items.emplace_back(AcrossAt(NinetyFivePercent, Black, Drawing::Pen::Dotted));
     lblCI.text = "< 95% CI >";
   }
 }

@@ -116,7 +116,16 @@ void FrmXyPlot::Clear() {
 void FrmXyPlot::Plot() {
   ++presses_;
   ++picGraph.version;
-  if (!DrawGrids()) DrawPoints(Points());
+  if (DrawGrids()) return;
+  StretchSingleRecord();
+  DrawPoints(Points());
+}
+
+/// An axis of the index needs two ends.
+void FrmXyPlot::StretchSingleRecord() {
+  if (!IndexChosen() || table_.PlotXMax != table_.PlotXMin) return;
+  table_.PlotXMax = table_.PlotXMin + 1;
+  table_.PlotXLabelMax = table_.PlotXLabelMin + 1;
 }
 
 bool FrmXyPlot::DrawGrids() {
@@ -164,13 +173,7 @@ FrmXyPlot::Range FrmXyPlot::WidenedY(const std::vector<Point>& points) {
 }
 
 FrmXyPlot::Range FrmXyPlot::WidenedX(const std::vector<Point>& points) {
-  if (IndexChosen()) {
-    if (table_.PlotXMax == table_.PlotXMin) {
-      table_.PlotXMax = table_.PlotXMin + 1;
-      table_.PlotXLabelMax = table_.PlotXLabelMin + 1;
-    }
-    return {table_.PlotXMin, table_.PlotXMax};
-  }
+  if (IndexChosen()) return {table_.PlotXMin, table_.PlotXMax};
   Range x{LenientNumber(txtXmin.text), LenientNumber(txtXmax.text)};
   for (const Point& point : points)
     if (point.Present()) Widen(point.x, x.min, x.max, txtXmin, txtXmax);
@@ -210,11 +213,18 @@ void FrmXyPlot::DrawAxes(const Range& xRange, const Range& yRange) {
   lblXMaxMin.text = Limits("X", xRange.max, xRange.min);
 }
 
-/// Joins neighbours in the table; a missing point breaks the line.
+/// True for the first point of a brood's, or of whatever else the index goes through one after the other.
+bool FrmXyPlot::BeginsRun(std::size_t point) const {
+  if (table_.PlotRun == 0) return false;
+  const int row = static_cast<int>(RoundHalfEven(table_.PlotXMin)) + static_cast<int>(point);
+  return (row - 1) % table_.PlotRun == 0;
+}
+
+/// Joins neighbours in the table; a missing point breaks the line and, along the index, the next brood.
 void FrmXyPlot::JoinPoints(const std::vector<Point>& points, const XScale& x, const YScale& y) {
   for (std::size_t i = 1; i < points.size(); ++i) {
     const Point &from = points[i - 1], &to = points[i];
-    if (!from.Present() || !to.Present()) continue;
+    if (!from.Present() || !to.Present() || (IndexChosen() && BeginsRun(i))) continue;
     if (Check_Line.value || (Check_Line_LtoR.value && to.x >= from.x) || (Check_Line_RtoL.value && to.x <= from.x))
       picGraph.drawing.items.push_back(Drawing::Line{x(from.x), y(from.y), x(to.x), y(to.y), PlotColour()});
   }

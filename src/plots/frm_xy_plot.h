@@ -77,9 +77,11 @@ class FrmXyPlot : public Form {
   void Plot();
   bool DrawGrids();
   void DrawGrid(int cells, bool& black);
+  void StretchSingleRecord();
   std::vector<Point> Points() const;
   double ValueAt(int variable, int row) const;
   void DrawPoints(const std::vector<Point>& points);
+  bool BeginsRun(std::size_t point) const;
   void DrawAxes(const Range& xRange, const Range& yRange);
   void JoinPoints(const std::vector<Point>& points, const XScale& x, const YScale& y);
   void MarkPoints(const std::vector<Point>& points, const XScale& x, const YScale& y);

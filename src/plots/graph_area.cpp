@@ -5,7 +5,7 @@ namespace {
 
 constexpr int Ticks = 10;
 constexpr double TickLength = 100;
-constexpr double SpacingDown = 624;
+constexpr double SpacingDown = graph::Height / Ticks;
 
 }  // namespace
 
@@ -22,7 +22,9 @@ Drawing DrawGridmarks(const Drawing& canvas, double across) {
   return drawing;
 }
 
-Drawing DrawGridmarks() { return DrawGridmarks({graph::Left, graph::Top, graph::Right, graph::Bottom, {}}, 648); }
+Drawing DrawGridmarks() {
+  return DrawGridmarks({graph::Left, graph::Top, graph::Right, graph::Bottom, {}}, graph::Width / Ticks);
+}
 
 Drawing::Line AcrossAt(double y, int colour, Drawing::Pen pen, int width) {
   return {graph::Left, y, graph::Right, y, colour, pen, width};

@@ -17,6 +17,7 @@ struct PlotTable {
   std::string PlotXName;                        // what the index of the points means, such as "Data Record"
   double PlotXMin = 1, PlotXMax = 1;            // first and last point plotted
   double PlotXLabelMin = 1, PlotXLabelMax = 1;  // what the X axis reads there
+  int PlotRun = 0;                              // points that belong together, such as a brood's visits; 0: all do
   std::string PlotPageText;                     // empty: no page line
 };
 

@@ -44,22 +44,16 @@ std::string BoxAt(double x1, double y1, double x2, double y2, const std::string&
 }
 
 /// The attribute of a broken line; nothing for a solid one.
-std::string Dashes(Drawing::Pen pen) {
-  switch (pen) {
-    case Drawing::Pen::Dotted:
-      return " stroke-dasharray=\"15 45\"";
-    case Drawing::Pen::Dashed:
-      return " stroke-dasharray=\"90 60\"";
-    case Drawing::Pen::Solid:
-      break;
-  }
-  return "";
+std::string DashArray(Drawing::Pen pen) {
+  std::string lengths;
+  for (const double pixels : Dashes(pen)) lengths += (lengths.empty() ? "" : " ") + Shortest(pixels * UnitsPerPixel);
+  return lengths.empty() ? "" : fmt::format(" stroke-dasharray=\"{}\"", lengths);
 }
 
 std::string Element(const Drawing::Line& line) {
   return fmt::format("<line x1=\"{}\" y1=\"{}\" x2=\"{}\" y2=\"{}\" stroke=\"{}\" stroke-width=\"{}\"{}/>\n",
                      Shortest(line.x1), Shortest(line.y1), Shortest(line.x2), Shortest(line.y2), ColourOf(line.colour),
-                     Shortest(line.width * UnitsPerPixel), Dashes(line.pen));
+                     Shortest(line.width * UnitsPerPixel), DashArray(line.pen));
 }
 
 std::string Element(const Drawing::Circle& circle) {

@@ -106,6 +106,7 @@ class Page {
     table.PlotVarName.Dimension(count);
     table.PlotXName = "Data Record";
     table.PlotXMax = table.PlotXLabelMax = rows;
+    table.PlotRun = data_.MaxVisits;
     table.PlotPageText = pageText;
     for (int i = 1; i <= count; ++i) {
       const Variable& variable = variables_[static_cast<std::size_t>(i) - 1];

@@ -203,10 +203,10 @@ void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column) {
     if (QWidget* const label = Lines(layouter, name, 2, fixedPitch)) side->addWidget(label);
   if (QWidget* const correlation = Lines(layouter, "lblCorr", 1, fixedPitch)) side->addWidget(correlation);
   side->addStretch(1);
-  if (QWidget* const high = layouter.Take("lblHighDensity")) side->addWidget(high);
+  if (QWidget* const high = Lines(layouter, "lblHighDensity", 1)) side->addWidget(high);
   if (QWidget* const head = Lines(layouter, "lblLegendHead", 1)) side->addWidget(head);
   side->addLayout(Legend(layouter));
-  if (QWidget* const low = layouter.Take("lblLowDensity")) side->addWidget(low);
+  if (QWidget* const low = Lines(layouter, "lblLowDensity", 1)) side->addWidget(low);
   side->addStretch(1);
   side->addStrut(22 * QFontMetrics(fixedPitch).horizontalAdvance(QLatin1Char('0')));
   QWidget* const graphAndLegend = Picture(SideBySide(graph, side, 1, 0));

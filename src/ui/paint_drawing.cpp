@@ -32,16 +32,12 @@ double Crisp(double coordinate, int width) {
   return width % 2 == 0 ? std::round(coordinate) : std::floor(coordinate) + 0.5;
 }
 
-Qt::PenStyle StyleOf(Drawing::Pen pen) {
-  switch (pen) {
-    case Drawing::Pen::Dotted:
-      return Qt::DotLine;
-    case Drawing::Pen::Dashed:
-      return Qt::DashLine;
-    case Drawing::Pen::Solid:
-      break;
-  }
-  return Qt::SolidLine;
+QPen PenOf(const Drawing::Line& line) {
+  QPen pen(PaletteColour(line.colour), line.width == 1 ? 1.2 : line.width, Qt::SolidLine, Qt::FlatCap);
+  QList<qreal> dashes;
+  for (const double pixels : Dashes(line.pen)) dashes.append(pixels / pen.widthF());  // Qt measures in pens
+  if (!dashes.isEmpty()) pen.setDashPattern(dashes);
+  return pen;
 }
 
 void Paint(QPainter& painter, const Scale& scale, const Drawing::Line& line) {
@@ -54,7 +50,7 @@ void Paint(QPainter& painter, const Scale& scale, const Drawing::Line& line) {
     from.setY(Crisp(from.y(), line.width));
     to.setY(from.y());
   }
-  painter.setPen(QPen(PaletteColour(line.colour), line.width == 1 ? 1.2 : line.width, StyleOf(line.pen), Qt::FlatCap));
+  painter.setPen(PenOf(line));
   painter.drawLine(from, to);
 }
 

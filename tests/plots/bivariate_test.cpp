@@ -114,7 +114,13 @@ TEST_F(BivarForm, ClearLeavesTheTickMarksOfTheWidenedCanvas) {
     EXPECT_EQ(tick.x1, before.x1);
     EXPECT_EQ(tick.y1, before.y1);
   }
-  EXPECT_EQ(form.lblLegend.text, "");
+  for (const Control* control : form.Controls())
+    if (dynamic_cast<const Label*>(control) != nullptr) {
+      EXPECT_EQ(control->text, "") << control->name;
+    }
+  form.ShowBivarPlot(density);
+  EXPECT_EQ(form.lblHighDensity.text, "High Density");
+  EXPECT_EQ(form.lblLowDensity.text, "Low Density");
 }
 
 }  // namespace

@@ -148,6 +148,26 @@ TEST_F(XyPlot, AColumnOfMissingValuesDrawsNothingAndLeavesTheFigures) {
   EXPECT_EQ(form.lblCorr.text, figures);
 }
 
+/// The lines of the last press, as pairs of the points that they join.
+std::vector<std::pair<int, int>> Joined(const Drawing& drawing, std::size_t first, double distance) {
+  const auto point = [&](double x) { return static_cast<int>(std::lround((x - 720) / distance)) + 1; };
+  std::vector<std::pair<int, int>> joined;
+  for (std::size_t i = first; i < drawing.items.size(); ++i)
+    if (const auto* line = std::get_if<Drawing::Line>(&drawing.items[i]))
+      joined.emplace_back(point(line->x1), point(line->x2));
+  return joined;
+}
+
+TEST_F(XyPlot, TheLastVisitOfABroodIsNotJoinedToTheFirstOfTheNext) {
+  PlotTable table = TableOf(std::vector<std::vector<double>>{{5, 4, 3, 6, 5, 4}});
+  table.PlotRun = 3;
+  form.ShowXYPlot(table);
+  const std::size_t first = Items();
+  Press();
+  EXPECT_THAT(Joined(form.picGraph.drawing, first, 6480.0 / 5),
+              testing::ElementsAre(std::pair(1, 2), std::pair(2, 3), std::pair(4, 5), std::pair(5, 6)));
+}
+
 TEST_F(XyPlot, TwoPointsGiveNoFigures) {
   Open({{1, 2}});
   Press();
