@@ -6,6 +6,7 @@ namespace merlane {
 
 FrmCredits::FrmCredits(Desk& d) : FrmInformation(d, "frmCredits", "About Merlane") {
   txtCredits.fixedPitch = false;
+  txtCredits.wraps = true;
   txtCredits.text =
       "Merlane Survival Estimation Model, version " + std::string(Version()) +
       "\r\n\r\n"

@@ -4,6 +4,7 @@ namespace merlane {
 
 FrmDefaults::FrmDefaults(Desk& d) : FrmInformation(d, "frmDefaults", "Default names and values etc.") {
   txtDefaultNames.fixedPitch = false;
+  txtDefaultNames.wraps = true;
   txtDefaultNames.text =
       "Tolvane is most user-friendly when used at a resolution of 1280 X 1024 pixels (small or large fonts).  "
       "It's not too bad at 1152 X 864 pixels (small fonts) or 1024 X 768 pixels (small fonts).  Lower resolutions or "

@@ -4,6 +4,7 @@ namespace merlane {
 
 FrmWisdom::FrmWisdom(Desk& d) : FrmInformation(d, "frmWisdom", "Patience and wisdom lead to satisfying results") {
   txtWisdom.fixedPitch = false;
+  txtWisdom.wraps = true;
   txtWisdom.text =
       "By far the single most common cause of a frustrating program crash is an unwise choice of initial model "
       "parameters to begin a minimization."

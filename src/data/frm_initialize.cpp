@@ -34,6 +34,7 @@ FrmInitialize::FrmInitialize(Desk& d, FrmMain& main) : Form(d, "frmInitialize", 
   optRead.value = true;
   txtDataInput.readOnly = true;
   txtInitialize.fixedPitch = txtDataFormat.fixedPitch = false;
+  txtInitialize.wraps = txtDataFormat.wraps = true;
   FillLists();
   SetToolTips();
   ShowWhatApplies();

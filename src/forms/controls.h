@@ -166,12 +166,14 @@ class Grid : public Control {
   std::vector<Cell> cells_;
 };
 
-/// Many lines of text in a fixed-pitch font, which scroll and can be copied from.
+/// Many lines of text, which scroll and can be copied from. One that is not read-only is edited when that is asked for;
+/// till then keys scroll it.
 class Pane : public Control {
  public:
   Pane(Form& f, std::string n) : Control(f, std::move(n), "") {}
   bool readOnly = true;
   bool fixedPitch = true;
+  bool wraps = false;  // lines that are too long go on below; else the pane scrolls to their ends
 };
 
 /// An entry of a menu bar. Entries with the same parent make a menu; a parent of null stands in the bar.

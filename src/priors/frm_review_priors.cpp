@@ -6,6 +6,7 @@ namespace merlane {
 
 FrmReviewPriors::FrmReviewPriors(Desk& d) : Form(d, "frmReviewPriors", "Review of Bayesian priors") {
   rtbReview.readOnly = false;
+  rtbReview.wraps = true;  // its paragraphs; the lines of figures are short
   cmdSave.toolTip = "Saves the (possibly edited) review appearing in the textbox below";
   cmdSave.onClick = [this] { Save(); };
 }

@@ -14,7 +14,7 @@ void Binder::Act(const std::function<void()>& action) { windows.Act(this, action
 void Binder::Sync() {
   if (widget_ == nullptr) return;
   if (shownToolTip_ != control.toolTip) widget_->setToolTip(ToQt(shownToolTip_ = control.toolTip));
-  if (shownEnabled_ != control.enabled) widget_->setEnabled(shownEnabled_ = control.enabled);
+  if (shownEnabled_ != Enabled()) widget_->setEnabled(shownEnabled_ = Enabled());
   if (shownVisible_ != control.visible) widget_->setVisible(shownVisible_ = control.visible);
 }
 
@@ -76,6 +76,10 @@ void FormBinding::Sync() {
 void FormBinding::Commit(const Binder* source) {
   for (const auto& binder : binders_)
     if (binder.get() != source) binder->Commit();
+}
+
+void FormBinding::LeaveKeys(const std::set<QKeySequence>& keys) {
+  for (const auto& binder : binders_) binder->LeaveKeys(keys);
 }
 
 void FormBinding::GiveFocus() {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,10 +30,14 @@ class Binder : public QObject {
   virtual void Sync();
   /// Hands over what was typed into the widget and has not been left yet.
   virtual void Commit() {}
+  /// Gives up these accelerators, which another window has for its own.
+  virtual void LeaveKeys(const std::set<QKeySequence>&) {}
 
  protected:
   /// Takes the widget: its name, and its tool tip and state from now on.
   void Adopt(QWidget* widget);
+  /// True while the widget can be worked with: not in a form that takes no input.
+  virtual bool Enabled() const { return control.enabled && control.form.TakesInput(); }
   /// Runs what a person did, after committing what they typed elsewhere.
   void Act(const std::function<void()>& action);
   Desk& TheDesk() const { return control.form.desk; }
@@ -81,6 +86,7 @@ class FormBinding {
   void Sync();
   /// Hands over what was typed, except into the widget of `source`.
   void Commit(const Binder* source);
+  void LeaveKeys(const std::set<QKeySequence>& keys);
   /// Gives the keyboard focus to the control that the form asks for.
   void GiveFocus();
 

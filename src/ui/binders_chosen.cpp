@@ -109,7 +109,7 @@ class ListBinder : public Binder {
 class MenuEntryBinder : public Binder {
  public:
   MenuEntryBinder(MenuEntry& entry, Windows& allWindows, QMenuBar* bar, Menus& menus, bool opensMenu)
-      : Binder(entry, allWindows) {
+      : Binder(entry, allWindows), standsInBar_(entry.parent == nullptr) {
     QMenu* const above = entry.parent == nullptr ? nullptr : menus.at(entry.parent);
     if (opensMenu) {
       QMenu* const menu = above != nullptr ? above->addMenu(QString()) : bar->addMenu(QString());
@@ -126,16 +126,25 @@ class MenuEntryBinder : public Binder {
 
   void Sync() override {
     std::string text = control.visible ? control.text : "";
-    if (!control.enabled) std::erase(text, '&');  // an entry that cannot be chosen would keep its key from others
+    // An entry that cannot be chosen would keep its key from others.
+    if (!Enabled() || left_.contains(QKeySequence::mnemonic(Caption(text)))) std::erase(text, '&');
     if (shown_ != text) action_->setText(Caption(shown_ = text));
     if (shownToolTip_ != control.toolTip) action_->setToolTip(ToQt(shownToolTip_ = control.toolTip));
-    action_->setEnabled(control.enabled);
+    action_->setEnabled(Enabled());
     action_->setVisible(control.visible);
   }
 
+  void LeaveKeys(const std::set<QKeySequence>& keys) override {
+    if (!standsInBar_ || left_ == keys) return;
+    left_ = keys;
+    Sync();
+  }
+
  private:
+  const bool standsInBar_;
   QAction* action_;
   std::string shown_, shownToolTip_;
+  std::set<QKeySequence> left_;  // to the window in front
 };
 
 }  // namespace

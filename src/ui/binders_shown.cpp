@@ -64,7 +64,7 @@ class StatusBarBinder : public Binder {
 class CanvasWidget : public QWidget {
  public:
   CanvasWidget(const Canvas& canvas, QWidget* parent) : QWidget(parent), canvas_(canvas) {
-    setMinimumSize(320, 300);
+    setMinimumSize(200, 150);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAttribute(Qt::WA_OpaquePaintEvent);
   }

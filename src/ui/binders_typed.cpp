@@ -93,12 +93,40 @@ class ComboBinder : public Binder {
   std::vector<std::string> shownItems_;
 };
 
+/// A text that is read: keys scroll it. One that may be edited is so from F2, or from Edit in its context menu, till
+/// the keys go elsewhere; a stray key changes nothing.
+class TextView : public QPlainTextEdit {
+ public:
+  explicit TextView(QWidget* parent) : QPlainTextEdit(parent) { Edit(false); }
+
+  bool mayBeEdited = false;
+
+  bool Editing() const { return !isReadOnly(); }
+  void Edit(bool edits) {
+    setReadOnly(!edits);
+    setTextInteractionFlags(edits ? Qt::TextEditorInteraction
+                                  : Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (mayBeEdited && event->key() == Qt::Key_F2) return Edit(true);
+    QPlainTextEdit::keyPressEvent(event);
+  }
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
+    if (mayBeEdited && !Editing())
+      menu->addAction(QStringLiteral("&Edit this text"), QKeySequence(Qt::Key_F2), this, [this] { Edit(true); });
+    menu->exec(event->globalPos());
+  }
+};
+
 /// A document keeps its lines without their ends: those of the pane's text are put back when it has been edited.
 class PaneBinder : public Binder {
  public:
   PaneBinder(Pane& pane, Windows& allWindows, QWidget* parent) : Binder(pane, allWindows), pane_(pane) {
-    view_ = new QPlainTextEdit(parent);
-    view_->setLineWrapMode(pane.fixedPitch ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
+    view_ = new TextView(parent);
+    view_->setLineWrapMode(pane.wraps ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
     if (pane.fixedPitch) {
       view_->setFont(FixedPitchFont());
       view_->setTabStopDistance(8 * QFontMetricsF(view_->font()).horizontalAdvance(QLatin1Char(' ')));
@@ -111,7 +139,8 @@ class PaneBinder : public Binder {
 
   void Sync() override {
     Binder::Sync();
-    if (view_->isReadOnly() != pane_.readOnly) ShowReadOnly();
+    view_->mayBeEdited = !pane_.readOnly && pane_.form.TakesInput();
+    if (view_->Editing() && !view_->mayBeEdited) view_->Edit(false);
     if (shown_ == control.text) return;
     if (!shown_.empty() && control.text.starts_with(shown_)) {
       Append(control.text.substr(shown_.size()));
@@ -123,7 +152,7 @@ class PaneBinder : public Binder {
   }
 
   void Commit() override {
-    if (pane_.readOnly || !view_->document()->isModified()) return;
+    if (!view_->Editing() || !view_->document()->isModified()) return;
     view_->document()->setModified(false);
     QString edited = view_->toPlainText();
     if (shown_.find("\r\n") != std::string::npos) edited.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
@@ -132,18 +161,19 @@ class PaneBinder : public Binder {
   }
 
  protected:
+  /// What is shown can be scrolled and copied at any time.
+  bool Enabled() const override { return control.enabled; }
+
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::FocusOut) Commit();
+    if (event->type() != QEvent::FocusOut) return false;
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason) return false;
+    Commit();
+    view_->Edit(false);
     return false;
   }
 
  private:
-  void ShowReadOnly() {
-    view_->setReadOnly(pane_.readOnly);
-    view_->setTextInteractionFlags(pane_.readOnly ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
-                                                  : Qt::TextEditorInteraction);
-  }
-
   /// What a running command adds is added below, in view when the end was in view.
   void Append(const std::string& more) {
     QScrollBar* const bar = view_->verticalScrollBar();
@@ -155,7 +185,7 @@ class PaneBinder : public Binder {
   }
 
   Pane& pane_;
-  QPlainTextEdit* view_;
+  TextView* view_;
   std::string shown_;
 };
 

@@ -1,6 +1,11 @@
 #include "ui/elided_label.h"
 
 namespace merlane {
+namespace {
+
+constexpr int LeastCharacters = 8;  // of a text that is shortened: enough to point at
+
+}  // namespace
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
@@ -11,7 +16,8 @@ void ElidedLabel::MayShrink() {
 
 QSize ElidedLabel::minimumSizeHint() const {
   const QSize whole = QLabel::minimumSizeHint();
-  return {mayShrink_ ? 0 : whole.width(), whole.height()};
+  const int toPointAt = LeastCharacters * fontMetrics().averageCharWidth();
+  return {mayShrink_ ? std::min(toPointAt, sizeHint().width()) : whole.width(), whole.height()};
 }
 
 bool ElidedLabel::event(QEvent* event) {

@@ -7,16 +7,31 @@
 namespace merlane {
 namespace {
 
-/// Must be seen whatever else is on the screen: it ends what runs.
-bool StandsBeforeAll(const Form& form) { return form.name == "frmAbort"; }
-
 constexpr int MenuMargin = 8;  // around the menu
 
 }  // namespace
 
+/// Is scrolled when there is less room than its layout needs at the least, lines that wrap included.
+class FormWindow::ScrolledContent : public QWidget {
+ public:
+  int heightForWidth(int width) const override {
+    return layout() != nullptr && layout()->hasHeightForWidth() ? layout()->totalMinimumHeightForWidth(width) : -1;
+  }
+};
+
 FormWindow::FormWindow(Form& form, Windows& windows)
-    : binding(form, windows, this, new QMenuBar(this)), windows_(windows) {
+    : binding(form, windows, this, new QMenuBar(this)),
+      windows_(windows),
+      scroll_(new QScrollArea),
+      content_(new ScrolledContent) {
   setObjectName(ToQt(form.name));
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setWidgetResizable(true);
+  scroll_->setWidget(content_);
+  auto* const whole = new QVBoxLayout(this);
+  whole->setContentsMargins(0, 0, 0, 0);
+  whole->addWidget(scroll_);
   binding.Sync();  // a layout may look at what its pieces say
   LayOut(*this);
   SetTabOrder();
@@ -44,38 +59,38 @@ void FormWindow::SetTabOrder() {
 void FormWindow::Sync() {
   const QString title = ToQt(binding.form.title);
   if (windowTitle() != title) setWindowTitle(title);
+  const bool takes = binding.form.TakesInput();
+  if (!takes && takesInput_) rested_ = focusWidget();
   binding.Sync();
   for (const auto& [frame, members] : frames_)
     frame->setVisible(std::ranges::any_of(members, [](const QWidget* member) { return !member->isHidden(); }));
-  if (isEnabled() != binding.form.TakesInput()) TakeInput(binding.form.TakesInput());
-}
-
-/// While the window takes no input the keys have nowhere to go; afterwards they go where they went before.
-void FormWindow::TakeInput(bool takes) {
-  if (!takes) rested_ = focusWidget();
-  setEnabled(takes);
+  // Behind a time in which its controls rested the keys go where they went before.
   const bool inFront = !frame_ || frame_->mdiArea()->currentSubWindow() == frame_;
-  if (takes && rested_ && inFront) rested_->setFocus(Qt::OtherFocusReason);
+  if (takes && !takesInput_ && rested_ && inFront) rested_->setFocus(Qt::OtherFocusReason);
+  takesInput_ = takes;
 }
 
 void FormWindow::Place(MainWindow* main) {
-  const bool floats = main == nullptr || StandsBeforeAll(binding.form);
+  const bool floats = main == nullptr || room_ == Room::Above;
   // A child of a hidden main window stays where it is and comes back with it.
   if (onScreen_ && (floats == !frame_ || main == nullptr)) return;
   onScreen_ = true;
   focusGiven_ = false;
   if (floats)
-    Float();
+    Float(main);
   else
     Dock(main->Area());
 }
 
-void FormWindow::Float() {
+/// A window above the others belongs to the main window, which puts it above that window's children and, like every
+/// question, below the question that was asked last.
+void FormWindow::Float(MainWindow* main) {
   Undock();
-  setParent(nullptr, StandsBeforeAll(binding.form) ? Qt::Window | Qt::WindowStaysOnTopHint : Qt::Window);
+  const bool above = room_ == Room::Above && main != nullptr;
+  setParent(above ? main : nullptr, above ? Qt::Dialog : Qt::Window);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   resize(SizeWithin(screen.size() * 0.9));
-  move(screen.center() - rect().center());
+  move(above ? main->Area().mapToGlobal(QPoint(MenuMargin, MenuMargin)) : screen.center() - rect().center());
   show();
 }
 
@@ -89,12 +104,20 @@ void FormWindow::Undock() {
 void FormWindow::Dock(QMdiArea& area) {
   if (!frame_) {
     hide();
-    frame_ = area.addSubWindow(this, Qt::SubWindow);
+    frame_ = area.addSubWindow(this, FrameFlags());
     frame_->setAttribute(Qt::WA_DeleteOnClose, false);
     FindPlace(area);
   }
   show();
   frame_->show();
+}
+
+/// A window that fills the area cannot be made an icon: what it keeps out of work would look dead without it.
+Qt::WindowFlags FormWindow::FrameFlags() const {
+  Qt::WindowFlags flags = Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+  if (!stays_) flags |= Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint | Qt::WindowMaximizeButtonHint;
+  if (room_ == Room::BesideMenu) flags |= Qt::WindowMinimizeButtonHint;
+  return flags;
 }
 
 /// The part of the area in which the window opens.
@@ -103,7 +126,7 @@ QRect FormWindow::RoomIn(QMdiArea& area) const {
   if (room_ == Room::Whole) return whole;
   if (room_ == Room::Left) return whole.adjusted(MenuMargin, MenuMargin, -MenuMargin, -MenuMargin);
   // The menu comes back behind each command, so its place is kept free while it is away too.
-  const FormWindow* const menu = windows_.FindForm("frmMenu");
+  const FormWindow* const menu = windows_.FirstAtTheLeft();
   if (menu == nullptr || !menu->frame_ || menu->frame_->geometry().right() > whole.width() / 2) return whole;
   return whole.adjusted(menu->frame_->geometry().right() + MenuMargin, 0, 0, 0);
 }
@@ -114,24 +137,51 @@ void FormWindow::FindPlace(QMdiArea& area) {
   const QRect room = RoomIn(area);
   const QSize decoration = frame_->sizeHint() - sizeHint();
   const QSize size = SizeWithin(room.size() - decoration) + decoration;
-  frame_->resize(size);
-  if (room_ == Room::Left) return frame_->move(room.topLeft());
-  const auto others = std::ranges::count_if(area.subWindowList(), &QWidget::isVisible);
+  const auto others = std::ranges::count_if(
+      area.subWindowList(), [this](const QWidget* window) { return window != frame_ && window->isVisible(); });
   const QSize free = (room.size() - size).expandedTo(QSize(0, 0));
   const int step = 26 * static_cast<int>(others % 6);
   const int left = std::min(room.left(), std::max(0, room.right() + 1 - size.width()));
-  frame_->move(left + std::min(free.width(), free.width() / 2 + step),
-               std::min(free.height(), free.height() / 3 + step));
+  const QPoint place = room_ == Room::Left ? room.topLeft()
+                                           : QPoint(left + std::min(free.width(), free.width() / 2 + step),
+                                                    std::min(free.height(), free.height() / 3 + step));
+  frame_->setGeometry(QRect(place, size));
+  opened_ = frame_->geometry();
 }
 
+void FormWindow::Refit() {
+  if (frame_ && frame_->geometry() == opened_) FindPlace(*frame_->mdiArea());
+}
+
+/// What the content asks for; it can be scrolled, so that nothing is lost in less.
+QSize FormWindow::sizeHint() const {
+  const QWidget* const bar = layout()->menuBar();
+  return content_->sizeHint() + QSize(0, bar == nullptr ? 0 : bar->sizeHint().height());
+}
+
+/// As large as it is wanted, as far as the room allows. Where the content has to be scrolled down, the bar that does it
+/// stands beside the content and not over its right edge, as far as there is room for it.
 QSize FormWindow::SizeWithin(const QSize& room) const {
   const QSize title(fontMetrics().horizontalAdvance(windowTitle()) + 160, 0);
-  return sizeHint().expandedTo(preferredSize_).expandedTo(title).boundedTo(room).expandedTo(minimumSizeHint());
+  QSize size = sizeHint().expandedTo(preferredSize_).expandedTo(title);
+  if (content_->minimumSizeHint().height() > room.height())
+    size.rwidth() += scroll_->verticalScrollBar()->sizeHint().width();
+  return size.boundedTo(room);
+}
+
+std::set<QKeySequence> FormWindow::Keys() const {
+  std::set<QKeySequence> keys;
+  for (const QAbstractButton* button : findChildren<QAbstractButton*>())
+    if (button->isVisible() && button->isEnabled()) keys.insert(button->shortcut());
+  if (const auto* const bar = qobject_cast<QMenuBar*>(layout()->menuBar()))
+    for (const QAction* menu : bar->actions())
+      if (menu->isVisible() && menu->isEnabled()) keys.insert(QKeySequence::mnemonic(menu->text()));
+  return keys;
 }
 
 void FormWindow::Leave() {
   if (!std::exchange(onScreen_, false)) return;
-  if (isEnabled()) rested_ = focusWidget();
+  if (takesInput_) rested_ = focusWidget();
   if (!frame_) return hide();
   frame_->hide();
   // The area would keep the hidden window active: the one that was active before it takes over.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtWidgets>
+#include <set>
 
 #include "ui/binder.h"
 
@@ -8,8 +9,8 @@ namespace merlane {
 
 class MainWindow;
 
-/// The window of one form: a child of the main window or, where that is hidden or the form must stand before all, a
-/// window of its own.
+/// The window of one form: a child of the main window or, where that is hidden or the form must stand above the others,
+/// a window of its own. What does not fit is scrolled to, so that every control can be reached on a small screen.
 class FormWindow : public QWidget {
  public:
   FormWindow(Form& form, Windows& windows);
@@ -18,14 +19,22 @@ class FormWindow : public QWidget {
   FormBinding binding;
 
   // What the layout decides.
+  /// Holds what the layout places.
+  QWidget& Content() { return *content_; }
+  /// The menus of the form, above the content.
+  void SetMenuBar(QMenuBar* bar) { layout()->setMenuBar(bar); }
   void PreferSize(QSize size) { preferredSize_ = size; }
   void SetDefault(QWidget* button);                                                      // pressed by Enter
   void SetCancel(QWidget* button) { cancel_ = qobject_cast<QAbstractButton*>(button); }  // pressed by Escape
   /// Escape closes the window as its frame does.
   void CloseByEscape() { closesByEscape_ = true; }
-  /// Where the window opens: at the left, where the menu stands; in the room beside the menu; or over all of it.
-  enum class Room { Left, BesideMenu, Whole };
+  /// Where the window opens: at the left, where the menu stands; in the room beside the menu; over all of it; or, as a
+  /// window of its own, above the others at their upper left corner, but never above a question.
+  enum class Room { Left, BesideMenu, Whole, Above };
   void Stand(Room room) { room_ = room; }
+  Room StandsIn() const { return room_; }
+  /// The window stays: its frame offers no way to close it.
+  void Stay() { stays_ = true; }
   /// The next widget that the Tab key goes to, if it is one that takes keys.
   void AddTabStop(QWidget* widget);
   /// A frame that is seen only while one of these is.
@@ -38,16 +47,24 @@ class FormWindow : public QWidget {
   /// Takes the window off the screen.
   void Leave();
   void BringToFront();
+  /// The area has another size: a window that still stands where it was opened takes the room that there is now.
+  void Refit();
+  /// What Alt with an underlined letter presses here at present.
+  std::set<QKeySequence> Keys() const;
+
+  QSize sizeHint() const override;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void TakeInput(bool takes);
+  class ScrolledContent;
+
+  Qt::WindowFlags FrameFlags() const;
   void SetTabOrder();
   void FirstFocus();
-  void Float();
+  void Float(MainWindow* main);
   void Undock();
   void Dock(QMdiArea& area);
   void FindPlace(QMdiArea& area);
@@ -55,14 +72,19 @@ class FormWindow : public QWidget {
   QSize SizeWithin(const QSize& room) const;
 
   Windows& windows_;
+  QScrollArea* scroll_;
+  QWidget* content_;
   QSize preferredSize_;
   Room room_ = Room::BesideMenu;
   std::vector<QWidget*> tabStops_;
   QAbstractButton* default_ = nullptr;
   QAbstractButton* cancel_ = nullptr;
   bool closesByEscape_ = false;
+  bool stays_ = false;
+  bool takesInput_ = true;
   std::vector<std::pair<QWidget*, std::vector<QWidget*>>> frames_;
   QPointer<QMdiSubWindow> frame_;  // around the window while it is a child
+  QRect opened_;                   // where the frame was put when it opened
   QPointer<QWidget> rested_;       // had the focus when the window ceased to take input or went off the screen
   bool onScreen_ = false;
   bool focusGiven_ = false;

@@ -238,6 +238,10 @@ class GridBinder : public Binder {
     if (entry_) entry_->LeaveBy(Leave::Commit);
   }
 
+ protected:
+  /// What the table shows can be scrolled to at any time; the desk refuses what must not be done with it now.
+  bool Enabled() const override { return control.enabled; }
+
  private:
   int GridRow(const QModelIndex& cell) const { return cell.row() + grid_.headingRows; }
 

@@ -35,6 +35,7 @@ void LayOutCovDisplay(Layouter& layouter, QVBoxLayout& column) {
 void LayOutAbort(Layouter& layouter, QVBoxLayout& column) {
   if (QWidget* const abort = layouter.Take("cmdAbort")) column.addWidget(abort, 1, Qt::AlignCenter);
   layouter.PreferText(44, 1);
+  layouter.window.Stand(FormWindow::Room::Above);
 }
 
 }  // namespace merlane

@@ -70,6 +70,7 @@ void LayOutMenu(Layouter& layouter, QVBoxLayout& column) {
   column.addStretch(1);
   column.addLayout(layouter.Buttons({"cmdQuit"}));
   layouter.window.Stand(FormWindow::Room::Left);
+  layouter.window.Stay();
 }
 
 }  // namespace merlane

@@ -83,12 +83,12 @@ void LayOut(FormWindow& window) {
       {"frmEditVS", LayOutCommands},     {"frmLoadPriors", LayOutCommands},
       {"frmParEvals", LayOutCommands},   {"frmCovDisplay", LayOutCovDisplay},
   };
-  auto* const column = new QVBoxLayout(&window);
+  auto* const column = new QVBoxLayout(&window.Content());
   column->setContentsMargins(16, 14, 16, 14);
   column->setSpacing(12);
   auto* const bar = window.findChild<QMenuBar*>(QString(), Qt::FindDirectChildrenOnly);
   if (window.binding.HasMenus())
-    column->setMenuBar(bar);
+    window.SetMenuBar(bar);
   else
     delete bar;
   Layouter layouter(window);

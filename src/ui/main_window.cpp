@@ -1,5 +1,6 @@
 #include "ui/main_window.h"
 
+#include "ui/form_window.h"
 #include "ui/windows.h"
 
 namespace merlane {
@@ -12,6 +13,8 @@ MainWindow::MainWindow(FrmMain& form, Windows& windows) : binding(form, windows,
   area_->setBackground(palette().brush(QPalette::Mid));
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  area_->viewport()->installEventFilter(this);
+  connect(area_, &QMdiArea::subWindowActivated, this, [this] { LeaveKeysToFront(); });
 
   auto* const central = new QWidget;
   auto* const column = new QVBoxLayout(central);
@@ -37,7 +40,8 @@ QWidget* MainWindow::Footer() {
   progress->setSpacing(24);
   progress->addWidget(binding.Find("stbMain5"), 1);
   progress->addWidget(binding.Find("stbMain2"));
-  written_ = new QLabel;
+  written_ = new ElidedLabel(nullptr);
+  written_->MayShrink();
   written_->setObjectName(QStringLiteral("written"));
   progress->addWidget(written_);
   lines->addLayout(files);
@@ -64,9 +68,24 @@ void MainWindow::TellWritten(const QString& path) {
   written_->setToolTip(path);
 }
 
+void MainWindow::LeaveKeysToFront() {
+  const QMdiSubWindow* const frame = area_->activeSubWindow();
+  const auto* const front = frame == nullptr ? nullptr : dynamic_cast<const FormWindow*>(frame->widget());
+  binding.LeaveKeys(front == nullptr ? std::set<QKeySequence>() : front->Keys());
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  // The area lays out its scroll bars itself, when this event has gone by.
+  if (event->type() == QEvent::Resize)
+    QMetaObject::invokeMethod(
+        this, [this] { windows_.Refit(); }, Qt::QueuedConnection);
+  return QMainWindow::eventFilter(watched, event);
+}
+
 void MainWindow::Arrange(Arrangement arrangement) {
   switch (arrangement) {
     case Arrangement::Cascade:
+      Restored();
       return area_->cascadeSubWindows();
     case Arrangement::TileHorizontal:
       return Tile(Qt::Vertical);
@@ -84,19 +103,28 @@ void MainWindow::Arrange(Arrangement arrangement) {
     }
 }
 
+/// The windows on the screen; those that were icons or filled the area are windows again.
+std::vector<QMdiSubWindow*> MainWindow::Restored() {
+  std::vector<QMdiSubWindow*> open;
+  for (QMdiSubWindow* window : area_->subWindowList())
+    if (window->isVisible()) {
+      window->showNormal();
+      open.push_back(window);
+    }
+  return open;
+}
+
 /// Lays the windows one below the other, or side by side.
 void MainWindow::Tile(Qt::Orientation orientation) {
-  QList<QMdiSubWindow*> open;
-  for (QMdiSubWindow* window : area_->subWindowList())
-    if (window->isVisible() && !window->isMinimized()) open.append(window);
+  const std::vector<QMdiSubWindow*> open = Restored();
   const QSize room = area_->viewport()->size();
   const int count = static_cast<int>(open.size());
   for (int i = 0; i < count; ++i) {
-    open[i]->showNormal();
+    QMdiSubWindow& window = *open[static_cast<std::size_t>(i)];
     if (orientation == Qt::Vertical)
-      open[i]->setGeometry(0, room.height() * i / count, room.width(), room.height() / count);
+      window.setGeometry(0, room.height() * i / count, room.width(), room.height() / count);
     else
-      open[i]->setGeometry(room.width() * i / count, 0, room.width() / count, room.height());
+      window.setGeometry(room.width() * i / count, 0, room.width() / count, room.height());
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "control/frm_main.h"
 #include "ui/binder.h"
+#include "ui/elided_label.h"
 
 namespace merlane {
 
@@ -17,19 +18,23 @@ class MainWindow : public QMainWindow {
   QMdiArea& Area() { return *area_; }
   void Sync();
   void Arrange(Arrangement arrangement);
+  /// Gives up the underlined letters of the menu bar that the window in front has for its own controls.
+  void LeaveKeysToFront();
   /// Tells at the right end of the status line that a file has been written.
   void TellWritten(const QString& path);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* Footer();
+  std::vector<QMdiSubWindow*> Restored();
   void Tile(Qt::Orientation orientation);
 
   Windows& windows_;
   QMdiArea* area_;
-  QLabel* written_;
+  ElidedLabel* written_;
   bool placed_ = false;
 };
 

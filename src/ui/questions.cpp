@@ -155,7 +155,8 @@ QStringList NameFilters(const std::string& filter) {
 
 void PrepareFileDialog(QFileDialog& dialog) {
   dialog.setObjectName(QStringLiteral("fileDialog"));
-  dialog.resize(860, 520);
+  const QSize titleBar(0, 40);
+  dialog.resize(QSize(860, 520).boundedTo(QGuiApplication::primaryScreen()->availableSize() - titleBar));
   auto* const files = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
   if (files == nullptr) return;  // it is the system's own dialog
   files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -52,13 +52,17 @@ void Windows::Sync() {
   for (Form* form : desk.Forms()) {
     if (!form->Visible() || form->name == "frmMain") continue;
     std::unique_ptr<FormWindow>& window = windows_[form];
-    if (!window) window = std::make_unique<FormWindow>(*form, *this);
+    if (!window) {
+      window = std::make_unique<FormWindow>(*form, *this);
+      if (atTheLeft_ == nullptr && window->StandsIn() == FormWindow::Room::Left) atTheLeft_ = window.get();
+    }
     window->Sync();
     window->Place(MainVisible() ? main_.get() : nullptr);
   }
   for (Form* form : std::exchange(fronts_, {})) BringToFront(*form);
   for (const auto& [form, window] : windows_)
     if (form->Visible()) window->binding.GiveFocus();
+  if (main_) main_->LeaveKeysToFront();
   syncing_ = false;
 }
 
@@ -72,8 +76,13 @@ void Windows::Arrange(Arrangement arrangement) {
 }
 
 QWidget* Windows::OnScreen() const {
-  if (QWidget* const active = QApplication::activeWindow()) return active;
-  return MainVisible() ? main_.get() : nullptr;
+  if (QWidget* const modal = QApplication::activeModalWidget()) return modal;
+  return MainVisible() ? main_.get() : QApplication::activeWindow();
+}
+
+void Windows::Refit() {
+  for (const auto& [form, window] : windows_)
+    if (form->Visible()) window->Refit();
 }
 
 QWidget* Windows::Find(const std::string& formName) const {

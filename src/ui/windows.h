@@ -37,12 +37,16 @@ class Windows {
   /// Brings every window in step with its form.
   void Sync();
 
-  /// The window that a dialog belongs to; null when none is on the screen.
+  /// The window that a dialog belongs to and is seen above of; null when none is on the screen.
   QWidget* OnScreen() const;
   /// The window of a form; null when it has not been shown yet.
   QWidget* Find(const std::string& formName) const;
   FormWindow* FindForm(const std::string& formName) const;  // the same, but for the main window
   MainWindow* Main() const { return main_.get(); }
+  /// The first window that was made to stand at the left; null when there is none.
+  const FormWindow* FirstAtTheLeft() const { return atTheLeft_; }
+  /// The area of the child windows has another size.
+  void Refit();
 
  private:
   bool MainVisible() const;
@@ -52,6 +56,7 @@ class Windows {
 
   std::unique_ptr<MainWindow> main_;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
+  const FormWindow* atTheLeft_ = nullptr;
   std::vector<Form*> fronts_;  // in the order in which they came to the front since the last Sync
   int acting_ = 0;
   bool syncing_ = false;

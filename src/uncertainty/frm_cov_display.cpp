@@ -31,6 +31,7 @@ FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Covariances& 
   cmdFile.enabled = false;
   txtExplain.text = Explanation;
   txtExplain.fixedPitch = false;
+  txtExplain.wraps = true;
   cmdScreen.onClick = [this] { DisplayOnScreen(); };
   cmdFile.onClick = [this] { SaveAs(); };
   cmdFinish.onClick = [this] { desk.Unload(*this); };

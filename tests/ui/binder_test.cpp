@@ -281,10 +281,52 @@ TEST_F(BinderTest, PastedColumnEntersConsecutiveRows) {
 TEST_F(BinderTest, PaneGivesBackItsLineEnds) {
   auto* const pane = hand.Find<QPlainTextEdit>("frmDemo", "rtbEdited");
   pane->setFocus();
+  QTest::keyClick(pane, Qt::Key_F2);
   pane->moveCursor(QTextCursor::End);
   QTest::keyClicks(pane, "!");
   hand.Press("frmDemo", "cmdGo");
   EXPECT_EQ(demo.edited.text, "one\r\ntwo!");
+}
+
+TEST_F(BinderTest, AStrayKeyChangesNoTextThatMayBeEdited) {
+  auto* const pane = hand.Find<QPlainTextEdit>("frmDemo", "rtbEdited");
+  pane->setFocus();
+  QTest::mouseClick(pane->viewport(), Qt::LeftButton, {}, QPoint(5, 5));
+  QTest::keyClicks(pane, "x");
+  QTest::keyClick(pane, Qt::Key_Backspace);
+  EXPECT_EQ(pane->toPlainText(), "one\ntwo");
+  QTest::keyClick(pane, Qt::Key_F2);
+  hand.Find("frmDemo", "txtBox")->setFocus();
+  pane->setFocus();
+  QTest::keyClicks(pane, "x");
+  EXPECT_EQ(pane->toPlainText(), "one\ntwo") << "it was left meanwhile";
+}
+
+/// Turns the wheel over a widget by one notch downward.
+void TurnWheel(QAbstractScrollArea& over) {
+  const QPointF at = over.viewport()->rect().center();
+  QWheelEvent turn(at, over.viewport()->mapToGlobal(at), {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                   false);
+  QApplication::sendEvent(over.viewport(), &turn);
+}
+
+TEST_F(BinderTest, ResultsAreScrolledWhileTheirFormTakesNoInput) {
+  for (int i = 0; i < 200; ++i) demo.edited.text += "\r\nline";
+  demo.grid.Resize(300, 3);
+  demo.enabled = false;
+  windows.Sync();
+  QCoreApplication::processEvents();
+  for (const char* name : {"rtbEdited", "grdCells"}) {
+    auto* const view = hand.Find<QAbstractScrollArea>("frmDemo", name);
+    view->verticalScrollBar()->setValue(0);
+    TurnWheel(*view);
+    EXPECT_GT(view->verticalScrollBar()->value(), 0) << name;
+  }
+  auto* const pane = hand.Find<QPlainTextEdit>("frmDemo", "rtbEdited");
+  QTest::keyClick(pane, Qt::Key_F2);
+  QTest::keyClicks(pane, "x");
+  EXPECT_TRUE(pane->toPlainText().startsWith("one"));
+  EXPECT_FALSE(hand.Find("frmDemo", "cmdGo")->isEnabled());
 }
 
 TEST_F(BinderTest, PaneShowsWhatARunAdds) {

@@ -59,4 +59,18 @@ class Desktop {
   int ended = -1;  // the exit status
 };
 
+/// Shows one form after the other and looks at its window. Forms whose load begins a command of its own are opened by
+/// that command alone.
+inline void ShowEvery(Desktop& desktop, const std::function<void(Form&, QWidget&)>& look) {
+  for (Form* form : desktop.program.desk.Forms()) {
+    if (form->name != "frmMain") desktop.program.desk.Show(*form);
+    desktop.windows.Sync();
+    QWidget* const window = desktop.windows.Find(form->name);
+    ASSERT_NE(window, nullptr) << form->name;
+    look(*form, *window);
+    if (form->name != "frmMain" && form->name != "frmMenu") desktop.program.desk.Hide(*form);
+    if (!desktop.program.frmMain.Visible()) desktop.program.desk.Show(desktop.program.frmMain);
+  }
+}
+
 }  // namespace merlane::test

@@ -106,6 +106,7 @@ void Hand::Type(const std::string& form, const std::string& control, const std::
   auto* const combo = qobject_cast<QComboBox*>(widget);
   QWidget* const entry = combo != nullptr ? combo->lineEdit() : widget;
   entry->setFocus();
+  if (qobject_cast<QPlainTextEdit*>(entry) != nullptr) QTest::keyClick(entry, Qt::Key_F2);
   QTest::keyClick(entry, Qt::Key_A, Qt::ControlModifier);
   QTest::keyClick(entry, Qt::Key_Delete);
   const QStringList lines = QString::fromStdString(text).split('\n');

@@ -71,6 +71,19 @@ TEST(KeyboardTest, AMenuThatCannotBeOpenedKeepsNoKeyFromAButton) {
   QTest::qWait(200);  // a button that is pressed by its accelerator stays down for a moment
 }
 
+TEST(KeyboardTest, TheWindowInFrontGetsItsLettersFirst) {
+  Desktop desktop;
+  for (const char* plot : {"frmDistPlot", "frmBivarPlot"}) {  // "Done" shares its letter with "Defaults etc."
+    desktop.program.desk.Show(plot);
+    desktop.windows.Sync();
+    desktop.hand.Key(plot, Qt::Key_D, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !desktop.program.desk.Find(plot)->Visible(); })) << plot;
+    EXPECT_TRUE(desktop.windows.Main()->isVisible()) << plot;
+  }
+  desktop.hand.Key("frmMenu", Qt::Key_D, Qt::AltModifier);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return desktop.program.desk.Find("frmDefaults")->Visible(); }));
+}
+
 TEST(KeyboardTest, EscapeClosesWhatIsOnlyReadAndCommandsWithoutCancel) {
   Desktop desktop;
   for (const char* name : {"frmOneFunction", "frmEditVS"}) {

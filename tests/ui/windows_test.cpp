@@ -9,19 +9,7 @@ namespace merlane {
 namespace {
 
 using test::Desktop;
-
-/// Forms whose load begins a command of its own are opened by that command alone.
-void ShowEvery(Desktop& desktop, const std::function<void(Form&, QWidget&)>& look) {
-  for (Form* form : desktop.program.desk.Forms()) {
-    if (form->name != "frmMain") desktop.program.desk.Show(*form);
-    desktop.windows.Sync();
-    QWidget* const window = desktop.windows.Find(form->name);
-    ASSERT_NE(window, nullptr) << form->name;
-    look(*form, *window);
-    if (form->name != "frmMain" && form->name != "frmMenu") desktop.program.desk.Hide(*form);
-    if (!desktop.program.frmMain.Visible()) desktop.program.desk.Show(desktop.program.frmMain);
-  }
-}
+using test::ShowEvery;
 
 TEST(WindowsTest, EveryControlHasItsWidgetByName) {
   Desktop desktop;
@@ -368,6 +356,66 @@ TEST(WindowsTest, ChildWindowsAreArranged) {
   EXPECT_NE(help->y(), menu->y());
   desktop.hand.Choose("frmMain", "mnuCascade");
   EXPECT_TRUE(menu->geometry().intersects(help->geometry()));
+}
+
+QMdiSubWindow& FrameOf(Desktop& desktop, const char* form) {
+  return *qobject_cast<QMdiSubWindow*>(desktop.windows.Find(form)->parentWidget());
+}
+
+TEST(WindowsTest, IconsAreWindowsAgainWhenTheyAreArranged) {
+  Desktop desktop;
+  desktop.program.desk.Show("frmMaxLike");
+  desktop.windows.Sync();
+  QMdiSubWindow& frame = FrameOf(desktop, "frmMaxLike");
+  for (const char* arrangement : {"mnuTileVertical", "mnuTileHorizontal", "mnuCascade"}) {
+    frame.showMinimized();
+    desktop.hand.Choose("frmMain", arrangement);
+    EXPECT_FALSE(frame.isMinimized()) << arrangement;
+  }
+}
+
+/// What puts the menu out of work would leave a program that looks dead.
+TEST(WindowsTest, OnlyWindowsBesideTheMenuCanBeMadeIcons) {
+  Desktop desktop;
+  ShowEvery(desktop, [&](const Form& form, QWidget& window) {
+    auto* const frame = qobject_cast<QMdiSubWindow*>(window.parentWidget());
+    if (frame == nullptr) return;
+    const bool besideMenu =
+        dynamic_cast<FormWindow&>(window).StandsIn() == FormWindow::Room::BesideMenu && form.name != "frmMenu";
+    EXPECT_EQ(frame->windowFlags().testFlag(Qt::WindowMinimizeButtonHint), besideMenu) << form.name;
+  });
+  for (const char* plot : {"frmXYPlot", "frmDistPlot", "frmBivarPlot"})
+    EXPECT_FALSE(FrameOf(desktop, plot).windowFlags().testFlag(Qt::WindowMinimizeButtonHint)) << plot;
+}
+
+TEST(WindowsTest, TheMenuIsNotClosedByAKey) {
+  Desktop desktop;
+  desktop.hand.Key("frmMenu", Qt::Key_W, Qt::ControlModifier);
+  EXPECT_TRUE(desktop.program.frmMenu.Visible());
+  EXPECT_TRUE(desktop.windows.Find("frmMenu")->isVisible());
+}
+
+/// A window of its own that only stands above, and a question that comes later.
+TEST(WindowsTest, QuestionsStandAboveTheAbortWindow) {
+  Desktop desktop;
+  desktop.program.desk.Show("frmAbort");
+  desktop.windows.Sync();
+  QWidget& abort = *desktop.windows.Find("frmAbort");
+  EXPECT_TRUE(abort.isWindow());
+  EXPECT_FALSE(abort.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  desktop.hand.Expect(
+      [&](QWidget& question) {
+        EXPECT_EQ(question.parentWidget(), desktop.windows.Main());
+        const QWidget* const yes = qobject_cast<QMessageBox*>(&question)->button(QMessageBox::Yes);
+        const QPoint at = yes->mapToGlobal(yes->rect().center());
+        abort.move(at - abort.rect().center());
+        QTest::qWait(300);  // for a window manager
+        QWidget* const seen = QApplication::topLevelAt(at);
+        EXPECT_EQ(seen, &question) << (seen == nullptr ? "nothing" : seen->objectName().toStdString());
+        desktop.hand.Click(question, QMessageBox::Yes);
+      },
+      "Go on?");
+  EXPECT_EQ(desktop.host.MsgBox({"Go on?", "100 rejections in a row.", style::YesNoQuestion, ""}), Answer::Yes);
 }
 
 }  // namespace
