@@ -35,8 +35,11 @@ class Field {
       case FieldDataPlan::Covariates::Recurring:
         return fmt::format(",{:>12},{:>12},{:>12.4f}", year % 3 == 0 ? 1 : 0, year % 3 == 1 ? 1 : 0,
                            0.1 + 0.04 * Whole(0, 19));
-      case FieldDataPlan::Covariates::Continuous:
-        return fmt::format(",{:>12.6f},{:>12.6f},{:>12.6f}", random_.Uniform(), random_.Uniform(), random_.Uniform());
+      case FieldDataPlan::Covariates::Continuous: {
+        // Drawn from the last to the first, so that the data are those of earlier measurements.
+        const double third = random_.Uniform(), second = random_.Uniform(), first = random_.Uniform();
+        return fmt::format(",{:>12.6f},{:>12.6f},{:>12.6f}", first, second, third);
+      }
     }
     return "";
   }

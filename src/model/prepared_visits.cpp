@@ -156,8 +156,9 @@ class Preparation {
         add(BroodInterval::AgeBeforeUnknown, -1);
       } else if (before < 0) {
         const int N = Count(visit - 1);
-        add(BroodInterval::FromClutch, AddInterval(mortality, 0.0, age, N, before, false),
-            AddInterval(mortality, 0.0, age, N, before, true));
+        const int random = AddInterval(mortality, 0.0, age, N, before, false);
+        const int correlated = AddInterval(mortality, 0.0, age, N, before, true);
+        add(BroodInterval::FromClutch, random, correlated);
       } else {
         add(BroodInterval::ByAge, AddInterval(mortality, before, age, Count(visit - 1)));
       }

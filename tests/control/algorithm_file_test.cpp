@@ -271,9 +271,11 @@ TEST(AlgorithmFileTest, BrokenFilesNeverDoMoreThanFail) {
         case 1:
           text.erase(at, upTo(40));
           break;
-        case 2:
-          text.insert(at, std::string(upTo(20), "0E+\n~ "[upTo(6)]));
+        case 2: {
+          const std::size_t count = upTo(20);
+          text.insert(at, std::string(count, "0E+\n~ "[upTo(6)]));
           break;
+        }
         default:
           text.resize(at + 1);
       }

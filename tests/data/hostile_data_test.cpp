@@ -74,7 +74,9 @@ TEST(HostileData, WhateverTheBytesTheReaderEndsInAReadAFailureOrAFatalMessage) {
     reading.data.CensorEggs = random() % 8 == 0;
     reading.data.CensorJuvs = random() % 8 == 0;
     try {
-      reading.Of(Mutated(files[random() % files.size()], random), random() % 4 == 0);
+      const std::string& file = files[random() % files.size()];
+      const std::string text = Mutated(file, random);
+      reading.Of(text, random() % 4 == 0);
       ++read;
       ExpectConsistent(reading.data);
     } catch (const RuntimeFailure& failure) {

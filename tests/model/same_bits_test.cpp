@@ -200,9 +200,11 @@ class Wanderer {
       case 11:
         v(15 + 2 * Pick(4)) = 1e300;
         break;  // overflows
-      case 12:
-        v(16 + 2 * Pick(4)) = 1 + Pick(3) + 0.5 * Pick(2);
+      case 12: {
+        const int whole = Pick(3), halves = Pick(2);
+        v(16 + 2 * Pick(4)) = 1 + whole + 0.5 * halves;
         break;
+      }
       case 13:
         v(23 + Pick(8)) = 0.01 * (Uniform() - 0.5);
         break;
@@ -309,9 +311,10 @@ std::string OddData(unsigned seed) {
     int count = 1 + pick(9);
     const int hatchDay = brood % 7 == 0 ? 0 : 150 + pick(20);
     for (int visit = 1; visit <= 6; ++visit) {
-      text += test::Record("1995", std::to_string(brood), std::to_string(150 + age), std::to_string(hatchDay),
-                           pick(5) == 0 ? oddAges[random() % oddAges.size()] : std::to_string(age),
-                           pick(40) == 0 ? "-999" : std::to_string(count));
+      const std::string ageText = pick(5) == 0 ? oddAges[random() % oddAges.size()] : std::to_string(age);
+      const std::string countText = pick(40) == 0 ? "-999" : std::to_string(count);
+      text += test::Record("1995", std::to_string(brood), std::to_string(150 + age), std::to_string(hatchDay), ageText,
+                           countText);
       age += 1 + pick(9);
       if (pick(3) == 0) count += pick(20) == 0 ? 1 : -std::min(count, pick(3));
     }
