@@ -14,7 +14,7 @@ double NegLnL(Array1<double>& vector, RunState& state, Objective& objective, Con
     if (!(flags.ObjectiveConstant > 0)) watch.OnBadConstant();
   }
   const double prior = flags.BayesOn ? objective.priorTerm(vector) : 0;
-  return Checked(Divide(F, flags.ObjectiveConstant) + prior);
+  return Divide(F + prior, flags.ObjectiveConstant);
 }
 
 }  // namespace merlane

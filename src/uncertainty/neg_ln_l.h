@@ -14,10 +14,9 @@ class ConstantWatch {
 };
 
 /// -ln[L] at `vector` (1..NPAR), which the fuses and the model may rewrite: the objective, called as the first of a
-/// run, over the run's ObjectiveConstant, plus the prior term when priors are on. That term is on the scale of the
-/// objective and is not divided, so that a prior counts ObjectiveConstant times as much as in a minimisation. A sum of
-/// squares (NOBS above 0) sets the constant from its degrees of freedom each time. RuntimeFailure when there is no
-/// finite result.
+/// run, and the prior term when priors are on, which is on the scale of the objective, both over the run's
+/// ObjectiveConstant. So a prior counts exactly as much as in a minimisation. A sum of squares (NOBS above 0) sets the
+/// constant from its degrees of freedom each time. RuntimeFailure when there is no finite result.
 double NegLnL(Array1<double>& vector, RunState& state, Objective& objective, ConstantWatch& watch);
 
 }  // namespace merlane

@@ -209,15 +209,14 @@ TEST_F(EvaluationTest, APosteriorIsReachedFromTheMenu) {
   EXPECT_TRUE(menu.Visible());
 }
 
-TEST_F(EvaluationTest, ADoubledPriorDrawsThePosteriorToItself) {
-  // On the scale of this model's objective a prior counts twice in profiles and posteriors.
+TEST_F(EvaluationTest, ANarrowPriorDrawsThePosteriorToItselfAndCountsOnce) {
   program.priors.PriorCode(17) = "N";
   program.priors.PriorFirstMean(17) = 0.03;
-  program.priors.PriorFirstSD(17) = 0.0001;  // so narrow that the data hardly matter
+  program.priors.PriorFirstSD(17) = 0.00001;  // so narrow that the data hardly matter
   state.flags.BayesOn = true;
   state.algorithm.Step(18) = 0;
   state.algorithm.Value(17) = 0.03;
-  state.algorithm.Step(17) = 0.00002;
+  state.algorithm.Step(17) = 0.000003;
   Open();
   windows.Yes("Bayesian parameter estimate evaluation");
   windows.Enter("0.5", "Enter constant");
@@ -225,7 +224,7 @@ TEST_F(EvaluationTest, ADoubledPriorDrawsThePosteriorToItself) {
   FinishEditing();
   ClosePlots();
   EXPECT_TRUE(desk.Press(program.frmParEvals.cmdBP));
-  EXPECT_NEAR(program.evaluation.series->EstimatedSE, 0.0001 / std::sqrt(2), 1e-7);
+  EXPECT_NEAR(program.evaluation.series->EstimatedSE, 0.00001, 1e-9);
 }
 
 TEST_F(EvaluationTest, ThePriorsOfTheEditorCanBeProfiled) {

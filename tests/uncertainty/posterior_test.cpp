@@ -236,27 +236,33 @@ TEST(Posterior, OfNormalVariablesTheMarginalIsNormalAndTheirCorrelationIsSeen) {
   EXPECT_NEAR(*DrawBivariate(*posterior.bivariate).correlation, r, 1e-5);
 }
 
-TEST(Posterior, OfBinomialCountsWithABetaPriorIsTheExactBeta) {
-  // Beta(4, 6) prior, 7 of 20: the posterior is Beta(11, 19).
-  FunctionRun run({0.5}, {0.005}, [](Array1<double>& v) { return -(7 * std::log(v(1)) + 13 * std::log(1 - v(1))); });
-  Priors priors = test::PriorsOf(1, "B", 0.4, std::sqrt(0.4 * 0.6 / 11));
-  run.state.flags.BayesOn = true;
-  run.objective.priorTerm = [&](const Array1<double>& v) {
-    return EvaluatePrior(v, run.state.flags.ObjectiveConstant, priors);
-  };
-  Integrated p(run);
-  const ConfidenceSeries once = MakeConfidenceSeries(p.Integrate(1, {199, 0}).points);
-  EXPECT_NEAR(once.ModeValue, 10.0 / 28, 0.0025);
-  EXPECT_NEAR(once.ExpectedValue, 11.0 / 30, 1e-8);
-  EXPECT_NEAR(once.EstimatedSE, std::sqrt(11.0 * 19 / (30.0 * 30 * 31)), 1e-8);
+TEST(Posterior, OfBinomialCountsWithABetaPriorIsTheExactBetaOnEitherScale) {
+  // Beta(3, 7) prior, 7 of 20: the posterior is Beta(10, 20), whether the objective is -ln[L] or -2 ln[L].
+  for (const double constant : {1.0, 2.0}) {
+    FunctionRun run({0.5}, {0.0098}, [constant](Array1<double>& v) {
+      return -constant * (7 * std::log(v(1)) + 13 * std::log(1 - v(1)));
+    });
+    Priors priors = test::PriorsOf(1, "B", 0.3, std::sqrt(0.3 * 0.7 / 11));
+    run.state.flags.BayesOn = true;
+    run.state.flags.ObjectiveConstant = constant;
+    run.objective.priorTerm = [&](const Array1<double>& v) { return EvaluatePrior(v, constant, priors); };
+    Integrated p(run);
+    const ConfidenceSeries s = MakeConfidenceSeries(p.Integrate(1, {101, 0}).points);
+    EXPECT_NEAR(s.ModeValue, 9.0 / 28, 0.0049);
+    EXPECT_NEAR(s.ExpectedValue, 10.0 / 30, 1e-7);
+    EXPECT_NEAR(s.EstimatedSE, std::sqrt(10.0 * 20 / (30.0 * 30 * 31)), 1e-7);
+  }
+}
 
-  // On the scale of an objective of -2 ln[L] the prior counts twice: Beta(14, 24).
-  const test::Function negLnL = run.function;
-  run.function = [negLnL](Array1<double>& v) { return 2 * negLnL(v); };
+TEST(Posterior, ThePriorCountsOnceInTheReferenceAndInTheJointDensity) {
+  FunctionRun run({0.5, 1}, {0.1, 0.5}, [](Array1<double>& v) { return 2 * (v(1) + v(2)); });
   run.state.flags.ObjectiveConstant = 2;
-  const ConfidenceSeries twice = MakeConfidenceSeries(p.Integrate(1, {199, 0}).points);
-  EXPECT_NEAR(twice.ExpectedValue, 14.0 / 38, 1e-8);
-  EXPECT_NEAR(twice.EstimatedSE, std::sqrt(14.0 * 24 / (38.0 * 38 * 39)), 1e-8);
+  run.state.flags.BayesOn = true;
+  run.objective.priorTerm = [](const Array1<double>& v) { return 2 * (3 * v(1)); };
+  Integrated p(run);
+  const Posterior posterior = p.Integrate(1, {3, 3});
+  EXPECT_DOUBLE_EQ(p.ReferenceF, 0.5 + 1 + 1.5);
+  EXPECT_DOUBLE_EQ(posterior.bivariate->f(2, 3), std::exp(-0.4)) << "at 0.6 beside 0.5";
 }
 
 TEST(Posterior, OfTwoProportionsOfOneSampleTheMarginalIsTheExactBeta) {

@@ -188,13 +188,22 @@ TEST(Profile, TheLowestPointMayNotBeAmongThoseKept) {
   EXPECT_FALSE(p.Profile(1, 9).HasMinimum());
 }
 
-TEST(Profile, TheObjectiveIsDividedByItsConstantAndThePriorIsNot) {
+TEST(Profile, TheObjectiveAndThePriorAreDividedByTheConstantTogether) {
   FunctionRun run({2}, {1}, [](Array1<double>&) { return 12; });
   run.state.flags.ObjectiveConstant = 2;
   run.state.flags.BayesOn = true;
   run.objective.priorTerm = [](const Array1<double>& v) { return v(1); };
   Profiled p(run);
-  EXPECT_THAT(Vector(p.Profile(1, 3).ProfileF), ElementsAre(7, 8, 9));
+  EXPECT_THAT(Vector(p.Profile(1, 3).ProfileF), ElementsAre(6.5, 7, 7.5));
+}
+
+TEST(Profile, OfASumOfSquaresThePriorIsScaledByTheConstantThatTheObjectiveAloneSets) {
+  FunctionRun run({2}, {1}, [](Array1<double>& v) { return v(1); });
+  run.state.flags.NOBS = 9;
+  run.state.flags.BayesOn = true;
+  run.objective.priorTerm = [&](const Array1<double>&) { return 5 * run.state.flags.ObjectiveConstant; };
+  Profiled p(run);
+  EXPECT_THAT(Vector(p.Profile(1, 3).ProfileF), ElementsAre(5.25, 6, 7.25));
 }
 
 TEST(Profile, ASumOfSquaresSetsItsConstantAtEachPoint) {
