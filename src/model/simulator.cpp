@@ -49,17 +49,14 @@ class Simulator {
     const auto v = static_cast<std::size_t>(visit);
     const bool anyVisit = setting_.SimulationMode || setting_.BootstrapMode;
     if (!anyVisit && best_.survival.EVisit[v] == Missing) return;
-    bool predictable = HasForwardExpectation(data_, best_.parameters, brood, visit);
     const int n = simulation_.SimCount[v - 1];
-    if (predictable && n > 0) {
-      const auto expected =
-          ForwardExpectation(data_, best_.parameters, setting_.BootstrapMode, brood, visit, simulation_);
-      if (expected)
-        simulation_.SimCount[v] = Pick(visit, n, *expected);
-      else
-        predictable = false;
-    }
-    if (!predictable && setting_.BootstrapMode) simulation_.SimCount[v] = data_.VisitCount[v];
+    std::optional<CountExpectation> expected;
+    if (n > 0)
+      expected = ForwardExpectation(data_, best_.parameters, setting_.BootstrapMode, brood, visit, simulation_);
+    if (expected)
+      simulation_.SimCount[v] = Pick(visit, n, *expected);
+    else if (setting_.BootstrapMode && (n > 0 || !HasForwardExpectation(data_, best_.parameters, brood, visit)))
+      simulation_.SimCount[v] = data_.VisitCount[v];
   }
 
   std::int16_t Pick(int visit, int n, const CountExpectation& expected) {
