@@ -1,9 +1,9 @@
 #include "plain_objective.h"
 
-#include <cmath>
 #include <vector>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/catalogue.h"
@@ -146,16 +146,14 @@ void FillBroodByDate(const BroodData& data, const Brood& brood, const Evaluation
 }
 
 double ThetaEggs(const Parameters& p, double age) {
-  return Checked(p.ThetaEggC * Checked(std::exp(Checked(-p.v_N * (age - p.LayAge)))));
+  return Checked(p.ThetaEggC * Checked(Exp(Checked(-p.v_N * (age - p.LayAge)))));
 }
 
-double ThetaJuvs(const Parameters& p, double age) {
-  return Checked(p.ThetaJuvC * Checked(std::exp(Checked(-p.v_B * age))));
-}
+double ThetaJuvs(const Parameters& p, double age) { return Checked(p.ThetaJuvC * Checked(Exp(Checked(-p.v_B * age)))); }
 
 void TakeDeviance(double P, double& VisitDeviance, double& Penalty) {
   if (Checked(P) > 0) {
-    VisitDeviance = -2 * std::log(P);
+    VisitDeviance = -2 * Log(P);
   } else {
     VisitDeviance = 0;
     Penalty = Penalty + P * P * 1e20;
@@ -247,7 +245,7 @@ void KeepBest(const Array1<double>& Value, LikelihoodState& state) {
     state.best.VisitDeviance[v] = deviance;
     if (deviance < state.MinDeviance) state.MinDeviance = deviance;
     if (deviance > state.MaxDeviance) state.MaxDeviance = deviance;
-    const double P = std::exp(-0.5 * deviance);
+    const double P = Exp(-0.5 * deviance);
     if (P > 0 && (1 - P) / P < state.MinDeviance) state.MinDeviance = (1 - P) / P;
     state.best.VarR[v] = state.VarR[v];
     state.best.VarC[v] = state.VarC[v];

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "base/arithmetic_failure.h"
+#include "base/elementary.h"
 
 namespace merlane {
 namespace {
@@ -38,7 +39,7 @@ double CheckedSqrt(double x) {
 
 double CheckedLog(double x) {
   if (!(x > 0)) throw ArithmeticFailure("logarithm of a number that is not positive");
-  return Checked(std::log(x));
+  return Checked(Log(x));
 }
 
 double RoundHalfEven(double x) { return std::nearbyint(x); }

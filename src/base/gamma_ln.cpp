@@ -1,8 +1,7 @@
 #include "base/gamma_ln.h"
 
-#include <cmath>
-
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 
 namespace merlane {
 
@@ -11,17 +10,16 @@ double GammaLn(double x) {
   const double z = x >= 1 ? x : 2 - x;
   double y = z - 1;
   double t = y + 5.5;
-  t = (y + 0.5) * std::log(t) - t;
+  t = (y + 0.5) * Log(t) - t;
   double s = 1.0;
   for (const double coefficient : coefficients) {
     y = y + 1;
     s = s + coefficient / y;
   }
-  const double r = t + std::log(2.50662827465 * s);
+  const double r = t + Log(2.50662827465 * s);
   if (x >= 1) return r;
 
-  const double pi = 4 * std::atan(1.0);
-  return CheckedLog(Divide(pi * (1 - x), Checked(std::sin(pi * (1 - x)) * Checked(std::exp(r)))));
+  return CheckedLog(Divide(Pi * (1 - x), Checked(Sin(Pi * (1 - x)) * Checked(Exp(r)))));
 }
 
 }  // namespace merlane

@@ -1,9 +1,9 @@
 #include "inference/ranking.h"
 
-#include <cmath>
 #include <utility>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 
@@ -93,10 +93,9 @@ void Ranking::Rank() {
     for (std::size_t j = 0; j < ranked.size(); ++j) {
       const double delta = j == 0 ? 0 : Criterion(ranked[j]) - lowest;
       (ByQAICc() ? ranked[j].RankDeltaQAICc : ranked[j].RankDeltaAICc) = delta;
-      sum += std::exp(-0.5 * delta);
+      sum += Exp(-0.5 * delta);
     }
-    for (Competitor& model : ranked)
-      (ByQAICc() ? model.RankQAICWt : model.RankAICWt) = std::exp(-0.5 * *Delta(model)) / sum;
+    for (Competitor& model : ranked) (ByQAICc() ? model.RankQAICWt : model.RankAICWt) = Exp(-0.5 * *Delta(model)) / sum;
   }
   entered = std::move(order);
   for (Competitor& model : entered) Void(model);

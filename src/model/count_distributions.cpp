@@ -1,9 +1,9 @@
 #include "model/count_distributions.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/gamma_ln.h"
 #include "model/distributions.h"
 
@@ -15,10 +15,10 @@ struct BinomialLogs {
   explicit BinomialLogs(double p) {
     if (p < 1e-6) p = 1e-6;
     if (p > 0.999999) p = 0.999999;
-    logP = std::log(p);
-    logQ = std::log(1 - p);
+    logP = Log(p);
+    logQ = Log(1 - p);
   }
-  double Probability(double logChoices, int n, int k) const { return std::exp(logChoices + k * logP + (n - k) * logQ); }
+  double Probability(double logChoices, int n, int k) const { return Exp(logChoices + k * logP + (n - k) * logQ); }
   double logP, logQ;
 };
 
@@ -43,7 +43,7 @@ struct BetaBinomialLogs {
     logNAB = GammaLn(n + a + b);
   }
   double Probability(double logChoices, int n, int k) const {
-    return std::exp(logChoices + logAB - logA - logB + GammaLn(k + a) + GammaLn(n - k + b) - logNAB);
+    return Exp(logChoices + logAB - logA - logB + GammaLn(k + a) + GammaLn(n - k + b) - logNAB);
   }
   double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
 };

@@ -1,9 +1,9 @@
 #include "model/distributions.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/gamma_ln.h"
 
 namespace merlane {
@@ -11,7 +11,7 @@ namespace merlane {
 double ProbBinomial(int n, int k, double p) {
   if (p < 1e-6) p = 1e-6;
   if (p > 0.999999) p = 0.999999;
-  return std::exp(GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1) + k * std::log(p) + (n - k) * std::log(1 - p));
+  return Exp(GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1) + k * Log(p) + (n - k) * Log(1 - p));
 }
 
 double ProbBetaBinomial(int n, int k, double& E, double theta) {
@@ -26,8 +26,8 @@ double ProbBetaBinomial(int n, int k, double& E, double theta) {
     a = 0;
   }
   const double b = (n - E) * a / E;
-  return std::exp(GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1) + GammaLn(a + b) - GammaLn(a) - GammaLn(b) +
-                  GammaLn(k + a) + GammaLn(n - k + b) - GammaLn(n + a + b));
+  return Exp(GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1) + GammaLn(a + b) - GammaLn(a) - GammaLn(b) +
+             GammaLn(k + a) + GammaLn(n - k + b) - GammaLn(n + a + b));
 }
 
 double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) {
@@ -67,9 +67,7 @@ bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double 
   return sum >= 0.999999 && sum <= 1.000001;
 }
 
-double Overdispersion(double Theta, double v, double days) {
-  return Checked(Theta * Checked(std::exp(Checked(-v * days))));
-}
+double Overdispersion(double Theta, double v, double days) { return Checked(Theta * Checked(Exp(Checked(-v * days)))); }
 
 double PmfVariance(std::span<const double> Pmf) {
   double mean = 0;

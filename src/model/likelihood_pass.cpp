@@ -1,9 +1,9 @@
 #include "model/likelihood_pass.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "model/calculation_problem.h"
 #include "model/distributions.h"
 #include "model/failure_context.h"
@@ -114,7 +114,7 @@ const LikelihoodPass::KeptOutcome& LikelihoodPass::Outcome(std::size_t visit, do
                                         brood ? ThetaJuvs(age) : ThetaEggs(age), n, k, outcome.clampedEC, outcome.VarC);
   }
   outcome.P = Checked((1 - q) * ProbRandom + q * ProbCorr);
-  outcome.deviance = outcome.P > 0 ? -2 * std::log(outcome.P) : 0;
+  outcome.deviance = outcome.P > 0 ? -2 * Log(outcome.P) : 0;
   return kept = outcome;
 }
 
@@ -200,7 +200,7 @@ void LikelihoodPass::JudgeSpanning(std::size_t visit, int n, const EvaluationSet
     if (sum != 0 && (sum < 0.999999 || sum > 1.000001)) setting.tell(SumOfProbabilitiesNotOne(sum));
   }
   if (P > 0) {
-    state.VisitDeviance[visit] = -2 * std::log(P);
+    state.VisitDeviance[visit] = -2 * Log(P);
   } else {
     state.VisitDeviance[visit] = 0;
     state.Penalty = state.Penalty + P * P * 1e20;

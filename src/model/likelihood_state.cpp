@@ -1,7 +1,8 @@
 #include "model/likelihood_state.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "base/elementary.h"
 
 namespace merlane {
 namespace {
@@ -14,7 +15,7 @@ void UpdateLimits(const std::vector<double>& VisitDeviance, double& MinDeviance,
     if (deviance > MaxDeviance) MaxDeviance = deviance;
     // A positive deviance has P below 1 and so a positive deviate, which cannot lower a limit that is not above 0.
     if (deviance > 0 && MinDeviance <= 0) continue;
-    const double P = std::exp(-0.5 * deviance);
+    const double P = Exp(-0.5 * deviance);
     if (P > 0 && (1 - P) / P < MinDeviance) MinDeviance = (1 - P) / P;
   }
 }

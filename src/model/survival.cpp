@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "model/failure_context.h"
 
 namespace merlane {
@@ -57,7 +58,7 @@ class BroodEffects {
     X = X + Zx(1, 2) * E_ * H_;
     for (int m = 1; m <= NCov_; ++m) X = X + (Zx(1, m + 2) * E_ * Covariate(m) + Zx(2, m + 2) * H_ * Covariate(m));
 
-    Effective effective{Checked(base * std::exp(std::min(Checked(X), 10.0))), 0};
+    Effective effective{Checked(base * Exp(std::min(Checked(X), 10.0))), 0};
     if (effective.value > 10) {
       const double excess = effective.value - 10;
       effective = {10, Checked(excess * excess * 1e20)};
@@ -93,15 +94,15 @@ SharesAlive SurvivalFunctions::At(double t) const {
   ArithmeticWatch watch;
   if (!CorrelatedOnly()) {
     alive.failed |= failedR_;
-    const double w = watch(std::pow(t, m_.BetaR));
-    const double surviving = watch(std::exp(watch(-m_.AlphaR * w)));
-    const double attenuation = watch(std::exp(watch(-m_.f * w)));
+    const double w = watch(Pow(t, m_.BetaR));
+    const double surviving = watch(Exp(watch(-m_.AlphaR * w)));
+    const double attenuation = watch(Exp(watch(-m_.f * w)));
     alive.SR = watch(watch(surviving * watch(1 - watch(shareR_ * attenuation))) / normaliser_);
   }
   if (!RandomOnly()) {
     alive.failed |= failedC_;
-    const double w = watch(std::pow(t, m_.BetaC));
-    alive.SC = watch(watch(shareC_ * watch(std::exp(watch(-(m_.f + m_.AlphaC) * w)))) / normaliser_);
+    const double w = watch(Pow(t, m_.BetaC));
+    alive.SC = watch(watch(shareC_ * watch(Exp(watch(-(m_.f + m_.AlphaC) * w)))) / normaliser_);
   }
   alive.failed |= watch.Failed();
   return alive;
@@ -134,7 +135,7 @@ Survivors ExpectedSurvivors(const SurvivalFunctions& functions, const SharesAliv
   if (atT1.failed || atT2.failed || watch.Failed()) return {0, Missing, Missing, Missing, 0};
 
   if (out.OutAll < 1e-8 && N > 0 && !BootstrapMode) {
-    out.Penalty = -std::log(1e-8 - out.OutAll) * 1e20;
+    out.Penalty = -Log(1e-8 - out.OutAll) * 1e20;
     out.OutAll = 1e-8;
   }
   if (out.OutAll == 0 && N > 0 && BootstrapMode) out.Penalty = 1e20;

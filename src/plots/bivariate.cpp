@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "plots/graph_area.h"
 
@@ -41,7 +42,7 @@ Drawing Legend() {
 /// peak of a Gaussian.
 int BandColour(double d) {
   for (const double b : {3.0, 2.5, 2.0, 1.5, 1.0, 0.5, 0.0})
-    if (std::exp(-b * b / 2) > d) {
+    if (Exp(-b * b / 2) > d) {
       const int colour = Palette[static_cast<std::size_t>(6 - 2 * b)];
       return colour == 0 ? White : colour;
     }

@@ -7,6 +7,7 @@
 
 #include "base/arithmetic.h"
 #include "base/arithmetic_failure.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -32,7 +33,7 @@ double Gamma(double x, double m, double s) {
 double LnNormal(double x, double m, double s) {
   const double sigma = CheckedSqrt(CheckedLog(Square(s) + Square(m)) - 2 * CheckedLog(m));
   const double mu = CheckedLog(m) - Square(sigma) / 2;
-  const double mode = Checked(std::exp(mu - Square(sigma)));
+  const double mode = Checked(Exp(mu - Square(sigma)));
   const double ref = CheckedLog(mode) + 0.5 * Square(Divide(CheckedLog(mode) - mu, sigma));
   return Checked(CheckedLog(x) + 0.5 * Square(Divide(CheckedLog(x) - mu, sigma)) - ref);
 }
@@ -156,7 +157,7 @@ double NormalCDF(double z) {
   const double t = 1 / (1 + w / 2);
   double u = 0;
   for (std::size_t k = coef.size() - 1; k >= 1; --k) u = (u + coef[k]) * t;
-  const double e = t * std::exp(u + coef[0] - w * w);
+  const double e = t * Exp(u + coef[0] - w * w);
   return z < 0 ? e / 2 : (1 - e) / 2 + 0.5;
 }
 

@@ -2,9 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
-
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 
 namespace merlane {
@@ -38,7 +37,7 @@ std::string PriorReview(const Array1<double>& values, double ObjectiveConstant, 
     sum = Checked(sum + scaled);
     text += fmt::format("Parameter {} at {} has a prior -ln[L] of {} and a prior likelihood of {}\n", Format(i, "##0"),
                         Format(values(i), "0.000E+00"), Format(scaled, "##0.00"),
-                        Format(Checked(std::exp(-priors.PriorNegLnL(i) * ObjectiveConstant)), "0.000000"));
+                        Format(Checked(Exp(-priors.PriorNegLnL(i) * ObjectiveConstant)), "0.000000"));
   }
   return text + "           The entire model has a prior -ln[L] of " + Format(sum, "##0.00");
 }

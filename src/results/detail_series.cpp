@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/text.h"
 
 namespace merlane {
@@ -150,7 +151,7 @@ VisitValue Deviance(const DetailSubject& s) {
 VisitValue PearsonDeviate(const DetailSubject& s) {
   return [&s](std::size_t v) {
     if (s.best.survival.EVisit[v] == Missing) return static_cast<double>(Missing);
-    const double P = std::exp(-0.5 * s.best.VisitDeviance[v]);
+    const double P = Exp(-0.5 * s.best.VisitDeviance[v]);
     return Divide(1 - P, P);
   };
 }

@@ -1,15 +1,14 @@
 #include "results/effective_sizes.h"
 
-#include <cmath>
-
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 
 namespace merlane {
 namespace {
 
 /// Individuals of `n` that count as one, where the overdispersion has faded for that many days.
 double Unit(int n, double Theta, double v, double days) {
-  return Checked(1 + (n - 1) * Theta * Checked(std::exp(Checked(-v * days))));
+  return Checked(1 + (n - 1) * Theta * Checked(Exp(Checked(-v * days))));
 }
 
 /// What n individuals count of which a share q is exposed to correlated mortality with the unit e.

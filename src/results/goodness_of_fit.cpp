@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "model/count_prediction.h"
 #include "model/simulator.h"
@@ -17,7 +18,7 @@ namespace {
 void Observe(const BroodData& data, const BestTables& best, GoodnessOfFit& fit) {
   for (std::size_t v = 0; v < static_cast<std::size_t>(data.Visits()); ++v) {
     if (best.survival.EVisit[v] == Missing) continue;
-    const double P = std::exp(-0.5 * best.VisitDeviance[v]);
+    const double P = Exp(-0.5 * best.VisitDeviance[v]);
     fit.pearson.observed = fit.pearson.observed + Divide(1 - P, P);
     fit.deviance.observed = fit.deviance.observed + best.VisitDeviance[v];
   }

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "model/prepared_visits.h"
@@ -102,7 +103,7 @@ class Rows {
     // Visits without a prediction have a deviance in the table, which says nothing.
     const bool predicted = best_.survival.EVisit[r.v] != Missing;
     const double deviance = best_.VisitDeviance[r.v];
-    const double P = std::exp(-0.5 * deviance);
+    const double P = Exp(-0.5 * deviance);
     row.Number(predicted ? deviance : Missing, pattern, width);
     row.Number(predicted ? Divide(1 - P, P) : Missing, pattern, width);
   }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 
 namespace merlane {
 namespace {
@@ -30,7 +31,7 @@ Array1<double> NormalDensity(const Array1<double>& x, double mean, double sd) {
   if (!(sd > 0)) return density;
   for (int i = 1; i <= x.Size(); ++i) {
     const double d = x(i) - mean;
-    density(i) = Checked((1 / (std::sqrt(8 * std::atan(1.0)) * sd)) * std::exp(-(d * d) / (2 * (sd * sd))));
+    density(i) = Checked((1 / (std::sqrt(2 * Pi) * sd)) * Exp(-(d * d) / (2 * (sd * sd))));
   }
   return density;
 }
@@ -100,7 +101,7 @@ ConfidenceSeries MakeConfidenceSeries(const EvaluatedPoints& points) {
 
   Array1<double>& L = s.ProfilePDF;
   L.Dimension(n);
-  for (int i = 1; i <= n; ++i) L(i) = std::exp(-s.ProfileF(i));
+  for (int i = 1; i <= n; ++i) L(i) = Exp(-s.ProfileF(i));
   const double area = Integral(n, H, [&](int i) { return L(i); });
   if (area > 0) {
     const double first = Integral(n, H, [&](int i) { return x(i) * L(i); });

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/arithmetic.h"
+#include "base/elementary.h"
 #include "control/fuses.h"
 #include "minimise/lu.h"
 #include "uncertainty/cholesky.h"
@@ -115,7 +116,7 @@ void InvertHessian(int g, const Matrix1<double>& H, Covariances& c, CovarianceWa
   watch.OnInverting(g);
   double determinant = 0;
   const Matrix1<double> inverse = Inverse(H, determinant, watch);
-  grid.determinant = Checked(std::pow(c.CovConstantInverse, c.CovCount) * determinant);
+  grid.determinant = Checked(Pow(c.CovConstantInverse, c.CovCount) * determinant);
   watch.OnDeterminant(grid.determinant);
   grid.productOfVariances = 1;
   for (int a = 1; a <= c.CovCount; ++a) {

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 
 namespace merlane {
@@ -22,7 +23,7 @@ class PosteriorRun {
         objective_(objective),
         ReferenceF_(ReferenceF),
         watch_(watch),
-        calls_(std::pow(options.GridPoints, NFREE_) * options.ProfilePoints),
+        calls_(Pow(options.GridPoints, NFREE_) * options.ProfilePoints),
         GridMid_((options.GridPoints - 1) / 2 + 1) {}
 
   Posterior Run() {
@@ -69,7 +70,7 @@ class PosteriorRun {
       PointSum_ = 0;
       GridVector_ = Value_;
       if (!SumOver(1)) return false;
-      f = PointSum_ != 0 ? -std::log(PointSum_) : 1E+20;
+      f = PointSum_ != 0 ? -Log(PointSum_) : 1E+20;
     }
     result_.points.Add(point, x, f);
     return true;
@@ -92,7 +93,7 @@ class PosteriorRun {
   }
 
   void AddNode(int j) {
-    const double D = std::exp(-(Evaluate(GridVector_) - ReferenceF_));
+    const double D = Exp(-(Evaluate(GridVector_) - ReferenceF_));
     TellCall();
     PointSum_ += D;
     if (!std::isfinite(PointSum_))

@@ -2,11 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cmath>
 #include <limits>
 #include <utility>
 
 #include "base/at_end.h"
+#include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "control/objective_constant.h"
@@ -106,7 +106,7 @@ EvaluationDialogue::Reply PosteriorDialogue::AskMethod(EvaluationSetup& setup) {
   if (!points) return Reply::Quit;
   setup.GridPoints = *points;
   // The number that the message quotes is not the one that is tested.
-  if (std::pow(setup.GridPoints, others) * setup.ProfilePoints <= std::numeric_limits<std::int32_t>::max())
+  if (Pow(setup.GridPoints, others) * setup.ProfilePoints <= std::numeric_limits<std::int32_t>::max())
     return Reply::GoOn;
   p_.desk.Tell("Too many function calls",
                "Required number of function calls exceeds the maximum allowed of 32767.\r\n"

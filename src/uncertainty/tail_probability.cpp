@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/gamma_ln.h"
 #include "base/number_text.h"
 
@@ -12,12 +13,9 @@ constexpr int Panels = 4000;
 constexpr double DegreesOfFreedom = 999;
 
 /// Student's density without its constant.
-double Kernel(double t) { return std::exp(-0.5 * (DegreesOfFreedom + 1) * std::log(t * t / DegreesOfFreedom + 1)); }
+double Kernel(double t) { return Exp(-0.5 * (DegreesOfFreedom + 1) * Log(t * t / DegreesOfFreedom + 1)); }
 
-double DensityConstant() {
-  const double pi = 4 * std::atan(1.0);
-  return std::exp(GammaLn(500) - GammaLn(499.5) - std::log(std::sqrt(DegreesOfFreedom * pi)));
-}
+double DensityConstant() { return Exp(GammaLn(500) - GammaLn(499.5) - Log(std::sqrt(DegreesOfFreedom * Pi))); }
 
 }  // namespace
 

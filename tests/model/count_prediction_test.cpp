@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/distributions.h"
@@ -110,7 +111,7 @@ TEST(CountPrediction, OverdispersionOfEggsWidensTheDistribution) {
   a.Value(19) = 0.05;
   a.Value(21) = 0.06;
   a.Evaluate();
-  const double theta = 0.5 * std::exp(-0.1 * (-9 + 28));
+  const double theta = 0.5 * Exp(-0.1 * (-9 + 28));
   const double p = a.state.best.survival.EVisitC[ClutchVisit] / 8;
   EXPECT_NEAR(PredictionOfVisit(a, 0, ClutchVisit).VarAll, 8 * p * (1 - p) * (7 * theta + 1), 1e-6);
 }
@@ -238,7 +239,7 @@ TEST(Pick, AddsDeviateAndDevianceOfItsProbability) {
   double SumPearson = 1, SumDeviance = 2;
   Simulate_Pick_ChiSq({.Pmf = {0.25}, .Cum = {1}}, streams.random, {}, SumPearson, SumDeviance);
   EXPECT_EQ(SumPearson, 1 + 3);
-  EXPECT_EQ(SumDeviance, 2 + -2 * std::log(0.25));
+  EXPECT_EQ(SumDeviance, 2 + -2 * Log(0.25));
 }
 
 /// The 0.999 quantile of chi-square (Wilson and Hilferty 1931).
@@ -293,7 +294,7 @@ TEST_P(GoldenPrediction, GivesTheObservedCountTheProbabilityOfTheLikelihood) {
                         prediction);
       // A probability of 0 costs nothing in the likelihood.
       if (prediction.Pmf[k] > 0 || e.state.best.VisitDeviance[v] != 0) {
-        ASSERT_NEAR(prediction.Pmf[k], std::exp(-0.5 * e.state.best.VisitDeviance[v]), 1e-8) << "visit " << visit;
+        ASSERT_NEAR(prediction.Pmf[k], Exp(-0.5 * e.state.best.VisitDeviance[v]), 1e-8) << "visit " << visit;
       }
     }
   }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/gamma_ln.h"
 #include "base/runtime_failure.h"
 #include "model/count_distributions.h"
@@ -28,7 +29,7 @@ TEST(ProbBinomial, UsesBoundsForCertaintiesSoThatNoCountHasProbability0) {
 }
 
 TEST(ProbBinomial, OfNothingOutOfNothingIsNotQuite1) {
-  EXPECT_EQ(ProbBinomial(0, 0, 0.5), std::exp(-GammaLn(1)));
+  EXPECT_EQ(ProbBinomial(0, 0, 0.5), Exp(-GammaLn(1)));
   EXPECT_NE(ProbBinomial(0, 0, 0.5), 1);
 }
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include "base/elementary.h"
 
 namespace merlane {
 namespace {
@@ -22,7 +22,7 @@ TEST(LikelihoodState, TheLimitsAreThoseOfTheDeviances) {
 
 TEST(LikelihoodState, APearsonDeviateBelowAllDeviancesIsTheLowerLimit) {
   const LikelihoodState state = WithDeviances({0.25, 3.5});
-  const double P = std::exp(-0.5 * 0.25);
+  const double P = Exp(-0.5 * 0.25);
   EXPECT_EQ(state.MinDeviance, (1 - P) / P);
   EXPECT_EQ(state.MaxDeviance, 3.5);
 }

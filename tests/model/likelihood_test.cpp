@@ -2,8 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/distributions.h"
@@ -23,11 +22,11 @@ TEST(Likelihood, WithoutCorrelatedMortalityIsBinomial) {
   const SurvivalTables& t = a.state.survival;
   const std::vector<double>& deviance = a.state.VisitDeviance;
   EXPECT_EQ(deviance[0], 0);
-  EXPECT_EQ(deviance[1], -2 * std::log(ProbBinomial(6, 5, t.EVisitR[1] / 6)));
+  EXPECT_EQ(deviance[1], -2 * Log(ProbBinomial(6, 5, t.EVisitR[1] / 6)));
   std::vector<double> Pmf(6);
   Calc_Probs_and_Theta(1, 5, 0, 0, t.EHatchR[0], t.JuvRR[0], Pmf);
-  EXPECT_EQ(deviance[2], -2 * std::log(Pmf[4]));
-  EXPECT_EQ(deviance[3], -2 * std::log(ProbBinomial(4, 3, t.EVisitR[3] / 4)));
+  EXPECT_EQ(deviance[2], -2 * Log(Pmf[4]));
+  EXPECT_EQ(deviance[3], -2 * Log(ProbBinomial(4, 3, t.EVisitR[3] / 4)));
   EXPECT_EQ(a.F, deviance[1] + deviance[2] + deviance[3]);
   EXPECT_EQ(a.state.EggsAtRisk, 6 + 5);
   EXPECT_EQ(a.state.JuvsAtRisk, 4);
@@ -54,7 +53,7 @@ TEST(Likelihood, MixesTheFourFatesOverHatch) {
   const double P = (1 - r) * (1 - q) * probability(t.EHatchR[0], t.JuvRR[0]) +
                    (1 - r) * q * probability(t.EHatchC[0], t.JuvCR[0]) +
                    (1 - q) * r * probability(t.EHatchR[0], t.JuvRC[0]) + q * r * probability(t.EHatchC[0], t.JuvCC[0]);
-  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(P));
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * Log(P));
   EXPECT_EQ(a.state.VarR[1], 0) << "no variance over hatch";
 }
 
@@ -65,7 +64,7 @@ TEST(Likelihood, ABroodFirstSeenAfterHatchHasItsFirstPredictionAtItsSecondVisit)
   a.Evaluate();
   EXPECT_EQ(a.state.survival.EVisit[0], Missing);
   EXPECT_EQ(a.state.VisitDeviance[0], 0);
-  EXPECT_EQ(a.F, -2 * std::log(ProbBinomial(6, 5, a.state.survival.EVisitR[1] / 6)));
+  EXPECT_EQ(a.F, -2 * Log(ProbBinomial(6, 5, a.state.survival.EVisitR[1] / 6)));
   EXPECT_EQ(a.state.EggsAtRisk, 0);
   EXPECT_EQ(a.state.JuvsAtRisk, 6);
 }
@@ -85,11 +84,11 @@ TEST(Likelihood, AVisitOnTheHatchDayIsACountOfEggsAndTheNextStartsFromItAsJuveni
   EXPECT_EQ(t.PCorrEgg[1], t.PCorrHatch[0]);
   double EC = t.EVisitC[1];
   const double q = t.PCorrHatch[0];
-  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log((1 - q) * ProbBinomial(6, 5, t.EVisitR[1] / 6) +
-                                                    q * ProbBetaBinomial(6, 5, EC, 0.2 * std::exp(-0.03 * (-6 + 28)))));
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * Log((1 - q) * ProbBinomial(6, 5, t.EVisitR[1] / 6) +
+                                               q * ProbBetaBinomial(6, 5, EC, 0.2 * Exp(-0.03 * (-6 + 28)))));
   const double r = t.PCorrJuv[2];
   EXPECT_EQ(a.state.VisitDeviance[2],
-            -2 * std::log((1 - r) * ProbBinomial(5, 4, t.EVisitR[2] / 5) + r * ProbBinomial(5, 4, t.EVisitC[2] / 5)));
+            -2 * Log((1 - r) * ProbBinomial(5, 4, t.EVisitR[2] / 5) + r * ProbBinomial(5, 4, t.EVisitC[2] / 5)));
   EXPECT_EQ(a.state.EggsAtRisk, 6);
   EXPECT_EQ(a.state.JuvsAtRisk, 5);
 }
@@ -106,8 +105,8 @@ TEST(Likelihood, TheJuvenilesOverdispersionOverHatchIsAtTheNegativeAgeOfTheClutc
   a.Evaluate();
   const SurvivalTables& t = a.state.survival;
   std::vector<double> Pmf(6);
-  Calc_Probs_and_Theta(2, 5, 0, 0.2 * std::exp(0.1 * 5), t.EHatchR[0], t.JuvRC[0], Pmf);
-  EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(Pmf[3]));
+  Calc_Probs_and_Theta(2, 5, 0, 0.2 * Exp(0.1 * 5), t.EHatchR[0], t.JuvRC[0], Pmf);
+  EXPECT_EQ(a.state.VisitDeviance[1], -2 * Log(Pmf[3]));
 }
 
 TEST(Likelihood, OverdispersionTakesTheAgeAlsoOfAClutchThatIsFollowedByDate) {
@@ -129,7 +128,7 @@ TEST(Likelihood, OverdispersionTakesTheAgeAlsoOfAClutchThatIsFollowedByDate) {
     double EC = a.state.survival.EVisitC[v];
     EXPECT_EQ(EC, a.state.survival.EVisitC[2]) << "both broods have the same dates and counts";
     EXPECT_EQ(a.state.VisitDeviance[v],
-              -2 * std::log(0 * 1.0 + ProbBetaBinomial(6, 5, EC, 0.2 * std::exp(-0.05 * (-14 + 4 * brood + 28)))));
+              -2 * Log(0 * 1.0 + ProbBetaBinomial(6, 5, EC, 0.2 * Exp(-0.05 * (-14 + 4 * brood + 28)))));
   }
 }
 
@@ -258,7 +257,7 @@ TEST(Likelihood, AProbabilityOf0CostsNothing) {
   EXPECT_EQ(a.state.survival.EHatchR[0], 0);
   EXPECT_EQ(a.state.VisitDeviance[1], 0);
   EXPECT_EQ(a.state.EggsAtRisk, 6);
-  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20) << "of the expected number at hatch alone";
+  EXPECT_EQ(a.state.Penalty, -Log(1e-8) * 1e20) << "of the expected number at hatch alone";
 }
 
 TEST(Likelihood, AProbabilityThatUnderflowsTo0CostsNothing) {
@@ -295,7 +294,7 @@ TEST(Likelihood, ANegativeProbabilityIsPenalised) {
   const double P = (1 - q) * ProbBinomial(6, 3, 0) + q * ProbBinomial(6, 3, t.EVisitC[1] / 6);
   ASSERT_LT(P, 0);
   EXPECT_EQ(a.state.VisitDeviance[1], 0);
-  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20 + P * P * 1e20) << "beside that of too few survivors";
+  EXPECT_EQ(a.state.Penalty, -Log(1e-8) * 1e20 + P * P * 1e20) << "beside that of too few survivors";
   EXPECT_EQ(a.state.EggsAtRisk, 6);
 }
 
@@ -311,7 +310,7 @@ TEST(Likelihood, ANegativeProbabilityOverHatchIsPenalisedToo) {
   Calc_Probs_and_Theta(1, 6, 0, 0, t.EHatchC[0], t.JuvCR[0], Pmf);
   const double P = q * Pmf[0];
   EXPECT_EQ(a.state.VisitDeviance[1], 0);
-  EXPECT_EQ(a.state.Penalty, -std::log(1e-8) * 1e20 + P * P * 1e20);
+  EXPECT_EQ(a.state.Penalty, -Log(1e-8) * 1e20 + P * P * 1e20);
 }
 
 TEST(Likelihood, AFirstCallSaysThatTheProbabilitiesOverHatchDoNotSumTo1) {
@@ -364,7 +363,7 @@ TEST(Likelihood, ANewExpectedNumberAtHatchActsThoughThoseBehindHatchAreOld) {
                      (1 - r) * q * probability(t.EHatchC[0], t.JuvCR[0]) +
                      (1 - q) * r * probability(t.EHatchR[0], t.JuvRC[0]) +
                      q * r * probability(t.EHatchC[0], t.JuvCC[0]);
-    EXPECT_EQ(a.state.VisitDeviance[1], -2 * std::log(P)) << rate;
+    EXPECT_EQ(a.state.VisitDeviance[1], -2 * Log(P)) << rate;
   }
 }
 

@@ -2,8 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cmath>
-
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 
 namespace merlane {
@@ -21,7 +20,7 @@ void ExpectNoPrediction(const Survivors& out) {
 
 TEST(ExpectedSurvivors, UnderRandomMortalityAloneIsExponential) {
   const Survivors out = ExpectedSurvivors(Random, 0, 10, 5, false);
-  EXPECT_DOUBLE_EQ(out.OutR, 5 * std::exp(-0.2));
+  EXPECT_DOUBLE_EQ(out.OutR, 5 * Exp(-0.2));
   EXPECT_EQ(out.OutAll, out.OutR);
   EXPECT_EQ(out.OutC, 0);
   EXPECT_EQ(out.PCorr, 0);
@@ -30,7 +29,7 @@ TEST(ExpectedSurvivors, UnderRandomMortalityAloneIsExponential) {
 
 TEST(ExpectedSurvivors, UnderCorrelatedMortalityAloneLeavesTheRandomNumberAt0) {
   const Survivors out = ExpectedSurvivors({.AlphaC = 0.03, .BetaC = 1, .c = 1}, 2, 12, 4, false);
-  EXPECT_DOUBLE_EQ(out.OutC, 4 * std::exp(-0.3));
+  EXPECT_DOUBLE_EQ(out.OutC, 4 * Exp(-0.3));
   EXPECT_EQ(out.OutAll, out.OutC);
   EXPECT_EQ(out.OutR, 0);
   EXPECT_EQ(out.PCorr, 1);
@@ -53,15 +52,15 @@ TEST(ExpectedSurvivors, WithAllNestsCorrelatedTheRandomFunctionVanishes) {
       ExpectedSurvivors({.AlphaR = 0.01, .BetaR = 1, .AlphaC = 0.02, .BetaC = 1, .c = 1}, 0, 10, 6, false);
   EXPECT_EQ(out.OutR, 0);
   EXPECT_EQ(out.PCorr, 1);
-  EXPECT_DOUBLE_EQ(out.OutC, 6 * std::exp(-0.2));
+  EXPECT_DOUBLE_EQ(out.OutC, 6 * Exp(-0.2));
   EXPECT_EQ(out.OutAll, out.OutC);
 }
 
 TEST(ExpectedSurvivors, AMixtureWithoutAttenuationIsPlain) {
   const Survivors out =
       ExpectedSurvivors({.AlphaR = 0.01, .BetaR = 1, .AlphaC = 0.05, .BetaC = 1, .c = 0.3}, 3, 10, 6, false);
-  const auto SR = [](double t) { return 0.7 * std::exp(-0.01 * t); };
-  const auto SC = [](double t) { return 0.3 * std::exp(-0.05 * t); };
+  const auto SR = [](double t) { return 0.7 * Exp(-0.01 * t); };
+  const auto SC = [](double t) { return 0.3 * Exp(-0.05 * t); };
   EXPECT_DOUBLE_EQ(out.OutAll, 6 * (SR(10) + SC(10)) / (SR(3) + SC(3)));
   EXPECT_DOUBLE_EQ(out.PCorr, SC(3) / (SR(3) + SC(3)));
 }
@@ -75,16 +74,16 @@ TEST(SurvivalFunctions, SumTo1AtTheStart) {
 TEST(SurvivalFunctions, TakeThePower0Of0For1) {
   const SharesAlive alive = SurvivalFunctions({.AlphaR = 0.5, .BetaR = 0}).At(0);
   EXPECT_FALSE(alive.failed);
-  EXPECT_DOUBLE_EQ(alive.SR, std::exp(-0.5));
+  EXPECT_DOUBLE_EQ(alive.SR, Exp(-0.5));
 }
 
 TEST(SurvivalFunctions, AttenuateTheRandomShareWithTheRandomShapeAndTheCorrelatedWithItsOwn) {
   const double AR = 0.02, BR = 1.3, AC = 0.07, BC = 0.8, c = 0.6, f = 0.1, t = 5;
   const double Dn = 1 + c * f * (AC - AR) / ((f + AR) * (f + AC));
   const SharesAlive alive = SurvivalFunctions({AR, BR, AC, BC, c, f}).At(t);
-  const double wR = std::pow(t, BR), wC = std::pow(t, BC);
-  EXPECT_EQ(alive.SR, std::exp(-AR * wR) * (1 - (c * AR / (f + AR)) * std::exp(-f * wR)) / Dn);
-  EXPECT_EQ(alive.SC, (c * AC / (f + AC)) * std::exp(-(f + AC) * wC) / Dn);
+  const double wR = Pow(t, BR), wC = Pow(t, BC);
+  EXPECT_EQ(alive.SR, Exp(-AR * wR) * (1 - (c * AR / (f + AR)) * Exp(-f * wR)) / Dn);
+  EXPECT_EQ(alive.SC, (c * AC / (f + AC)) * Exp(-(f + AC) * wC) / Dn);
 }
 
 TEST(ExpectedSurvivors, AnOverflowThatWouldEndAs0IsAnError) {
@@ -98,13 +97,13 @@ TEST(ExpectedSurvivors, ANegativeTimeWithAFractionalShapeIsAnError) {
 
 TEST(ExpectedSurvivors, ANegativeTimeWithAWholeShapeIsNone) {
   const Survivors out = ExpectedSurvivors(Random, -3, 4, 5, false);
-  EXPECT_DOUBLE_EQ(out.OutAll, 5 * std::exp(-0.02 * 7));
+  EXPECT_DOUBLE_EQ(out.OutAll, 5 * Exp(-0.02 * 7));
 }
 
 TEST(ExpectedSurvivors, OnlyTheFunctionsInUseCanFail) {
   // Correlated mortality is switched off by its rate; its shape would overflow.
   const Survivors out = ExpectedSurvivors({.AlphaR = 0.02, .BetaR = 1, .BetaC = 1000}, 0, 10, 5, false);
-  EXPECT_DOUBLE_EQ(out.OutAll, 5 * std::exp(-0.2));
+  EXPECT_DOUBLE_EQ(out.OutAll, 5 * Exp(-0.2));
 }
 
 TEST(ExpectedSurvivors, MortalityIsOfOneKindByItsRatesWhateverTheProbability) {
@@ -112,14 +111,14 @@ TEST(ExpectedSurvivors, MortalityIsOfOneKindByItsRatesWhateverTheProbability) {
   const Survivors out = ExpectedSurvivors({.BetaR = 1, .AlphaC = 0.02, .BetaC = 1, .c = 0}, 0, 10, 5, false);
   EXPECT_EQ(out.OutC, 0);
   EXPECT_EQ(out.OutAll, 1e-8);
-  EXPECT_DOUBLE_EQ(out.Penalty, -std::log(1e-8) * 1e20);
+  EXPECT_DOUBLE_EQ(out.Penalty, -Log(1e-8) * 1e20);
 }
 
 TEST(ExpectedSurvivors, TooFewSurvivorsArePenalised) {
   const Survivors out = ExpectedSurvivors({.AlphaR = 3, .BetaR = 1}, 0, 10, 5, false);
   EXPECT_LT(out.OutR, 1e-8);
   EXPECT_EQ(out.OutAll, 1e-8);
-  EXPECT_EQ(out.Penalty, -std::log(1e-8 - out.OutR) * 1e20);
+  EXPECT_EQ(out.Penalty, -Log(1e-8 - out.OutR) * 1e20);
 }
 
 TEST(ExpectedSurvivors, InABootstrapAnExpectedNumberOf0StaysAndIsPenalised) {
@@ -200,7 +199,7 @@ TEST(BroodMortality, SumsTheEffectsInOneRunningSum) {
   X = X + 3.26e-05 * E * H;
   X = X + (0.0057 * E * 0.294 + 0.00022 * H * 0.294);
   X = X + (0.0016 * E * -0.895 + 0.00079 * H * -0.895);
-  EXPECT_EQ(BroodMortalityByAge(b.p, b.data, 0, E).mortality.AlphaR, 0.1 * std::exp(X));
+  EXPECT_EQ(BroodMortalityByAge(b.p, b.data, 0, E).mortality.AlphaR, 0.1 * Exp(X));
 }
 
 TEST(BroodMortality, ASumOf12ActsAs10AndTheRateEndsAtItsLimitWithAPenalty) {
@@ -208,7 +207,7 @@ TEST(BroodMortality, ASumOf12ActsAs10AndTheRateEndsAtItsLimitWithAPenalty) {
   b.p.ZetaBR(3) = 1;
   const BroodMortality effective = BroodMortalityByAge(b.p, b.data, 0, Missing);
   EXPECT_EQ(effective.mortality.AlphaR, 10);
-  const double excess = 0.1 * std::exp(10.0) - 10;  // 2202.6 - 10
+  const double excess = 0.1 * Exp(10.0) - 10;  // 2202.6 - 10
   EXPECT_EQ(effective.PenaltyAlphaR, excess * excess * 1e20);
   double Penalty = 3;
   effective.AddTo(Penalty);
@@ -226,7 +225,7 @@ TEST(BroodMortality, ItsPenaltiesAreAddedInTheirOrder) {
 TEST(BroodMortality, AMissingSizeAtHatchEntersAsItStands) {
   OneBrood b(150, {});
   b.p.ZetaBR(1) = 0.001;
-  EXPECT_EQ(BroodMortalityByAge(b.p, b.data, 0, Missing).mortality.AlphaR, 0.1 * std::exp(-999 * 0.001));
+  EXPECT_EQ(BroodMortalityByAge(b.p, b.data, 0, Missing).mortality.AlphaR, 0.1 * Exp(-999 * 0.001));
 }
 
 TEST(BroodMortality, ByDateHasNoMainTermsAndNoShapes) {
@@ -234,7 +233,7 @@ TEST(BroodMortality, ByDateHasNoMainTermsAndNoShapes) {
   b.p.ZetaBR = {0.5, 0.5, 0.1};
   b.p.ZetaBRx(1, 2) = 1e-4;
   const Mortality m = BroodMortalityByDate(b.p, b.data, 0, 4).mortality;
-  EXPECT_EQ(m.AlphaR, 0.1 * std::exp(2 * 0.1 + 1e-4 * 4 * 150));
+  EXPECT_EQ(m.AlphaR, 0.1 * Exp(2 * 0.1 + 1e-4 * 4 * 150));
   EXPECT_EQ(m.BetaR, 1);
   EXPECT_EQ(m.BetaC, 1);
 }

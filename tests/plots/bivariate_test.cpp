@@ -1,5 +1,6 @@
 #include "plots/bivariate.h"
 
+#include "base/elementary.h"
 #include "plots/frm_bivar_plot.h"
 #include "plots/kept_drawing.h"
 #include "support/scripted_host.h"
@@ -71,8 +72,8 @@ TEST(Bivariate, ACellTakesTheBandOfItsDistanceFromThePeak) {
 }
 
 TEST(Bivariate, ADensityOnTheEdgeOfTwoBandsBelongsToTheNearer) {
-  EXPECT_EQ(ColourAt(std::exp(-1.0 * 1.0 / 2)), 14);
-  EXPECT_EQ(ColourAt(std::nextafter(std::exp(-1.0 * 1.0 / 2), 0)), 2);
+  EXPECT_EQ(ColourAt(Exp(-1.0 * 1.0 / 2)), 14);
+  EXPECT_EQ(ColourAt(std::nextafter(Exp(-1.0 * 1.0 / 2), 0)), 2);
 }
 
 TEST(Bivariate, AThreeByThreeGridPaintsOneCell) {

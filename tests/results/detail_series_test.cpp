@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "control/algorithm_file.h"
 #include "data/golden_case.h"
@@ -194,7 +195,7 @@ TEST_F(DetailSeriesTest, DeviancesStandOnlyWhereThereIsAPrediction) {
   const int deviance = Number(page, "Deviances for 1995"), deviate = Number(page, "Pearson-deviates for 1995");
   EXPECT_EQ(page.PlotData(deviance, 1), MissingPoint);
   EXPECT_EQ(page.PlotData(deviate, 1), MissingPoint);
-  const double P = std::exp(-0.5 * page.PlotData(deviance, 2));
+  const double P = Exp(-0.5 * page.PlotData(deviance, 2));
   EXPECT_EQ(page.PlotData(deviate, 2), (1 - P) / P);
 }
 

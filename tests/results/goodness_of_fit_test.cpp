@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "model/analysis.h"
@@ -178,7 +179,7 @@ TEST(GoodnessOfFit, ObservedSumsAreThoseOfTheFit) {
   EXPECT_EQ(fit->deviance.observed, a.F);
   double pearson = 0;
   for (const std::size_t v : {1u, 2u, 4u, 5u}) {
-    const double P = std::exp(-0.5 * a.state.VisitDeviance[v]);
+    const double P = Exp(-0.5 * a.state.VisitDeviance[v]);
     pearson = pearson + (1 - P) / P;
   }
   EXPECT_EQ(fit->pearson.observed, pearson);
@@ -214,7 +215,7 @@ TEST(GoodnessOfFit, RefreshesTheVariancesOfWhatItPredicts) {
   Streams streams;
   EXPECT_EQ(a.state.best.VarAll[1], Missing);
   RandomisedGoodnessOfFit(a.reading.data, a.state.best, 1, streams.random, {});
-  const double p = std::exp(-0.05 * 4);
+  const double p = Exp(-0.05 * 4);
   EXPECT_NEAR(a.state.best.VarAll[1], 8 * p * (1 - p), 1e-8);
   EXPECT_NEAR(a.state.best.VarR[1], 8 * p * (1 - p), 1e-8);
   EXPECT_EQ(a.state.best.VarC[1], 0) << "a kind of mortality that cannot occur";
@@ -242,7 +243,7 @@ TEST(GoodnessOfFit, TheMeansOfTheSumsAreTheirExpectations) {
     const int n = a.reading.data.VisitCount[static_cast<std::size_t>(visit) - 1];
     predictor.Predict(visit, n, BestExpectation(a.reading.data, a.state.best.survival, visit < 3 ? 0 : 1, visit),
                       prediction);
-    for (const double P : prediction.Pmf) expected += P * -2 * std::log(P);
+    for (const double P : prediction.Pmf) expected += P * -2 * Log(P);
   }
   EXPECT_NEAR(*fit->deviance.Mean, expected, 4 * *fit->deviance.SD / std::sqrt(R));
 }
