@@ -7,7 +7,7 @@
 #include "model/survival_run.h"
 
 // The survival model fitted to data sets whose fits are known from an implementation in another language by another
-// author: counts, actions and messages exactly, values to 1e-12 after a simplex and 1e-9 after a Marquardt run.
+// author: counts, actions, messages and values exactly.
 
 namespace merlane::test {
 namespace {
@@ -53,11 +53,10 @@ std::vector<GoldenFit> Fits(const std::string& what, bool traced = false) {
   return fits;
 }
 
-void ExpectValues(const RunState& state, const json& expected, double relative) {
+void ExpectValues(const RunState& state, const json& expected) {
   ASSERT_EQ(state.algorithm.NPAR, static_cast<int>(expected.size()));
   for (int i = 1; i <= state.algorithm.NPAR; ++i) {
-    const double value = expected[static_cast<std::size_t>(i - 1)];
-    EXPECT_NEAR(state.algorithm.Value(i), value, relative * std::fabs(value)) << "parameter " << i;
+    EXPECT_EQ(state.algorithm.Value(i), expected[static_cast<std::size_t>(i - 1)]) << "parameter " << i;
   }
 }
 
@@ -87,8 +86,8 @@ TEST_P(SimplexFit, TakesTheSameStepsToTheSameValues) {
   EXPECT_EQ(result.NF, fit["NF"]);
   EXPECT_EQ(result.calls, fit["calls"]);
   EXPECT_EQ(result.Restarts, fit["restarts"]);
-  EXPECT_NEAR(result.F, fit["F"], 1e-12 * result.F);
-  ExpectValues(a.state, fit["Value"], 1e-12);
+  EXPECT_EQ(result.F, fit["F"]);
+  ExpectValues(a.state, fit["Value"]);
   ExpectMessages(a.host.windows.messages, fit["messages"]);
   EXPECT_EQ(a.state.flags.SampleSize, expected["model"]["SampleSize"]);
 }
@@ -124,12 +123,8 @@ TEST_P(SimplexTrace, IsTheSameActionByAction) {
   const json& trace = expected["fit"]["trace"];
   ASSERT_EQ(trace_.size(), trace.size());
   for (std::size_t i = 0; i < trace_.size(); ++i) {
-    for (const char* key : {"iteration", "action", "improved", "ilow", "ihigh", "nf"})
+    for (const char* key : {"iteration", "action", "improved", "ilow", "ihigh", "best", "worst", "nf"})
       EXPECT_EQ(trace_[i][key], trace[i][key]) << "iteration " << i + 1 << " " << key;
-    for (const char* key : {"best", "worst"}) {
-      const double value = trace[i][key];
-      EXPECT_NEAR(trace_[i][key].get<double>(), value, 1e-12 * value) << "iteration " << i + 1;
-    }
   }
 }
 
@@ -154,10 +149,10 @@ TEST_P(MarquardtFit, TakesTheSameStepsToTheSameValues) {
   EXPECT_EQ(result.calls, fit["calls"]);
   EXPECT_EQ(result.axialCalls, fit["axial_calls"]);
   EXPECT_EQ(result.verifications, fit["verifications"]);
-  EXPECT_NEAR(result.F, fit["F"], 1e-9 * result.F);
-  EXPECT_NEAR(result.FBest, fit["FBest"], 1e-9 * result.F);
-  EXPECT_NEAR(result.FTrial, fit["FTrial"], 1e-9 * result.F);
-  ExpectValues(a.state, fit["Value"], 1e-9);
+  EXPECT_EQ(result.F, fit["F"]);
+  EXPECT_EQ(result.FBest, fit["FBest"]);
+  EXPECT_EQ(result.FTrial, fit["FTrial"]);
+  ExpectValues(a.state, fit["Value"]);
   ExpectMessages(a.host.windows.messages, fit["messages"]);
 }
 
@@ -197,8 +192,7 @@ TEST_P(MarquardtTrace, IsTheSamePassByPass) {
     const MarquardtProgress& end = passes_[i + 1];
     EXPECT_EQ(begin.TrialCount, pass["trial_count"]) << "pass " << i + 1;
     EXPECT_EQ(begin.Lambda, pass["lambda_of_trial"]) << "pass " << i + 1;
-    const double FTrial = pass["ftrial"];
-    EXPECT_NEAR(end.FTrial, FTrial, 1e-9 * FTrial) << "pass " << i + 1;
+    EXPECT_EQ(end.FTrial, pass["ftrial"]) << "pass " << i + 1;
     EXPECT_EQ(end.NF, pass["nf"]) << "pass " << i + 1;
     if (!pass["accepted"].is_null()) {
       EXPECT_EQ(end.Iterations - begin.Iterations, pass["accepted"] ? 1 : 0) << "pass " << i + 1;
@@ -208,8 +202,7 @@ TEST_P(MarquardtTrace, IsTheSamePassByPass) {
     }
     if (pass.contains("gradient"))
       for (std::size_t k = 0; k < pass["gradient"].size(); ++k) {
-        const double g = pass["gradient"][k];
-        EXPECT_NEAR(end.GradientShown(static_cast<int>(k) + 1), g, 1e-6 * std::fabs(g) + 1e-6) << "pass " << i + 1;
+        EXPECT_EQ(end.GradientShown(static_cast<int>(k) + 1), pass["gradient"][k]) << "pass " << i + 1;
       }
   }
 }
@@ -233,7 +226,7 @@ TEST_P(LargeSimplexFit, TakesTheSameNumberOfStepsToTheSameMinimum) {
   EXPECT_EQ(result.Iterations, known.Iterations);
   EXPECT_EQ(result.NF, known.NF);
   EXPECT_EQ(result.Restarts, known.Restarts);
-  EXPECT_NEAR(result.F, known.F, 1e-12 * known.F);
+  EXPECT_EQ(result.F, known.F);
 }
 
 INSTANTIATE_TEST_SUITE_P(, LargeSimplexFit,
