@@ -21,7 +21,7 @@ list(TRANSFORM functions APPEND .lo OUTPUT_VARIABLE members)
 list(TRANSFORM needed APPEND .lo OUTPUT_VARIABLE needed_members)
 list(APPEND members ${needed_members})
 list(TRANSFORM functions REPLACE "(.+)" "--redefine-sym=\\1=merlane_\\1" OUTPUT_VARIABLE renamed)
-list(TRANSFORM functions REPLACE "(.+)" "--keep-global-symbol=merlane_\\1" OUTPUT_VARIABLE kept)
+list(TRANSFORM functions REPLACE "(.+)" "--keep-global-symbol=\\1" OUTPUT_VARIABLE kept)
 
 set(elementary_folder ${PROJECT_BINARY_DIR}/elementary)
 set(MERLANE_ELEMENTARY_OBJECT ${elementary_folder}/elementary.o)
@@ -30,7 +30,8 @@ add_custom_command(
   OUTPUT ${MERLANE_ELEMENTARY_OBJECT}
   COMMAND ${CMAKE_AR} x ${MUSL_C_LIBRARY} ${members}
   COMMAND ${CMAKE_LINKER} -r -o joined.o ${members}
-  COMMAND ${CMAKE_OBJCOPY} ${renamed} ${kept} joined.o ${MERLANE_ELEMENTARY_OBJECT}
+  COMMAND ${CMAKE_OBJCOPY} ${kept} joined.o visible.o
+  COMMAND ${CMAKE_OBJCOPY} ${renamed} visible.o ${MERLANE_ELEMENTARY_OBJECT}
   DEPENDS ${MUSL_C_LIBRARY} ${CMAKE_CURRENT_LIST_FILE}
   WORKING_DIRECTORY ${elementary_folder}
   COMMENT "Taking the elementary functions from ${MUSL_C_LIBRARY}"

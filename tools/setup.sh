@@ -2,7 +2,9 @@
 # Brings a Debian 12 machine to the point where the program stands in build/: installs the packages that are missing,
 # configures the build and builds. Does only what is not done yet, and says only what somebody must know.
 #
-#   tools/setup.sh [TARGET...]      builds these targets; all of them when none is named
+#   tools/setup.sh [--clang] [TARGET...]      builds these targets; all of them when none is named
+#
+# With --clang it is the other compiler that builds, in build-clang/.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -12,6 +14,14 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth fonts-dejavu-core
 )
+preset=dev
+folder=build
+if [[ ${1:-} == --clang ]]; then
+  shift
+  packages+=(clang)
+  preset=clang
+  folder=build-clang
+fi
 
 is_installed() {
   [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
@@ -49,22 +59,22 @@ install_missing() {
 
 # Runs a step of the build with its output kept aside, which is shown only if the step fails.
 step() {
-  if ! "$@" >build/setup.log 2>&1; then
-    tail -n 60 build/setup.log >&2
-    echo "The build failed at: $*   (all of its output: build/setup.log)" >&2
+  if ! "$@" >"$folder/setup.log" 2>&1; then
+    tail -n 60 "$folder/setup.log" >&2
+    echo "The build failed at: $*   (all of its output: $folder/setup.log)" >&2
     exit 1
   fi
 }
 
 build() {
-  mkdir -p build
-  if ! grep -qsFx "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" build/CMakeCache.txt; then
-    step cmake --preset dev --fresh # new, or made where this folder stood before
-  elif [[ ! -f build/build.ninja ]]; then
-    step cmake --preset dev
+  mkdir -p "$folder"
+  if ! grep -qsFx "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
+    step cmake --preset "$preset" --fresh # new, or made where this folder stood before
+  elif [[ ! -f $folder/build.ninja ]]; then
+    step cmake --preset "$preset"
   fi
-  [[ -x build/merlane-batch ]] || echo "Building Merlane; the first time takes some minutes."
-  step cmake --build build --target "$@"
+  [[ -x $folder/merlane-batch ]] || echo "Building Merlane; the first time takes some minutes."
+  step cmake --build "$folder" --target "$@"
 }
 
 if command -v dpkg-query >/dev/null; then

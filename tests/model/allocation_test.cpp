@@ -29,8 +29,8 @@ namespace {
 
 TEST(Allocation, IsCounted) {
   const long before = allocations;
-  std::vector<int> vector(10, 1);
-  EXPECT_GT(allocations, before) << vector.size();
+  ::operator delete(::operator new(1));  // calls that a compiler may not leave out, as it may an allocation of its own
+  EXPECT_EQ(allocations, before + 1);
 }
 
 TEST(Allocation, AnEvaluationNeedsNone) {
