@@ -219,6 +219,8 @@ void FrmAlgo::LeaveEntry(const std::string& text) {
   entry_.reset();
   grdVS.At(entry.row, entry.column) = entry.before;
   focus = &grdVS;  // so that the next row can be typed at once
+  // What the cell shows is rounded: left as it stands it changes nothing.
+  if (text == entry.before.text) return;
   if (entry.column == Value) EnterValue(entry, text);
   if (entry.column == Step) EnterStep(entry, text);
   if (entry.column == Fuse) EnterFuse(entry, text);
@@ -376,43 +378,49 @@ void FrmAlgo::ChangeTolerance() {
                                    : "Current tolerance type is ABSOLUTE.\r\n\r\nDo you want to change to RELATIVE?";
   if (desk.Ask(boxTitle, question, style::YesNoQuestion) == Answer::Yes) relative = !relative;
   const std::string magnitude = Format(std::fabs(tolerance), "0.0E+00");
-  const std::string answer =
-      desk.Input(boxTitle, "Current tolerance is " + magnitude + "  (Minimum allowed is 1E-06)", magnitude);
-  if (answer.empty()) return;
-  const double entered = std::fabs(LenientNumber(answer));
-  tolerance = relative && entered != 0 ? -entered : entered;
+  std::optional<double> entered;
+  while (!entered) {
+    const std::string answer =
+        desk.Input(boxTitle, "Current tolerance is " + magnitude + "  (Minimum allowed is 1E-06)", magnitude);
+    if (answer.empty()) return;
+    // The magnitude that was proposed is rounded: left as it stands it changes nothing.
+    entered = answer == magnitude ? tolerance : NumberIn(answer);
+  }
+  const double size = std::fabs(*entered);
+  tolerance = relative && size != 0 ? -size : size;
   RaiseTolerance(Data());
   ShowOptions();
 }
 
 void FrmAlgo::EnterOption(TextBox& box, const char* boxTitle, const char* refusal,
                           const std::function<void(double)>& store) {
-  const std::optional<double> number = NumberIn(box.text);
+  const std::string text = box.text;
+  ShowOptions();  // the old value stands again, unless a new one is stored
+  if (text == box.text) return;
+  const std::optional<double> number = NumberIn(text);
   const bool negative = number && *number < 0;
   if (negative) {
     desk.Tell(boxTitle, refusal, style::Information);
     focus = &box;
   }
-  ShowOptions();  // the old value stands again, unless a new one is stored
   if (!number || negative) return;
   store(*number);
   ShowOptions();
 }
 
 void FrmAlgo::OpenLog() {
-  const std::optional<std::string> chosen =
-      desk.AskFile({FileRequest::Kind::Save, "Save minimization progress in...",
-                    "All files (*.*)|*.*|Tolvane log files (*.tvl)|*.tvl", 2, Data().LogName});
-  if (!chosen) return;
-  const std::string path = *chosen + ".tvl";
-  log_.Open(path);
-  desk.host.windows.OnWrote(path);
-  Data().LogName = path;
+  const std::optional<std::string> path = desk.AskFile({FileRequest::Kind::Save, "Save minimization progress in...",
+                                                        "All files (*.*)|*.*|Tolvane log files (*.tvl)|*.tvl", 2,
+                                                        Data().LogName, ".tvl", FileRequest::Adding::Always});
+  if (!path) return;
+  log_.Open(*path);
+  desk.host.windows.OnWrote(*path);
+  Data().LogName = *path;
   Data().FileFreq = 10;
   ShowLog();
   lblFileFreq.visible = txtFileFreq.visible = true;
   ShowOptions();
-  desk.Tell("Log file management", "The log file " + path + " is now open for output", style::Information);
+  desk.Tell("Log file management", "The log file " + *path + " is now open for output", style::Information);
 }
 
 void FrmAlgo::CloseLog() {

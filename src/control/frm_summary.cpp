@@ -37,10 +37,10 @@ void FrmSummary::OnUnload() {
 }
 
 void FrmSummary::SaveSimulatedData() {
-  const std::optional<std::string> chosen =
-      desk.AskFile({FileRequest::Kind::Save, "Save simulated data in...",
-                    "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim", 2, ClockName(desk.host.clock)});
-  if (chosen) desk.Write(*chosen + ".sim", WithCrLf(rtbOut.text));
+  const std::optional<std::string> path = desk.AskFile(
+      {FileRequest::Kind::Save, "Save simulated data in...", "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim",
+       2, ClockName(desk.host.clock), ".sim", FileRequest::Adding::Always});
+  if (path) desk.Write(*path, WithCrLf(rtbOut.text));
 }
 
 void FrmSummary::SaveResults() {
@@ -49,10 +49,9 @@ void FrmSummary::SaveResults() {
       (a.AlgName.ends_with(".alg") ? a.AlgName.substr(0, a.AlgName.size() - 4) : a.AlgName) + ".tvo";
   const std::string filter = fmt::format(
       "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", a.AlgShortName);
-  const std::optional<std::string> chosen =
-      desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start});
-  if (!chosen) return;
-  SavePane(desk, rtbOut, chosen->ends_with(".tvo") ? *chosen : *chosen + ".tvo");
+  const std::optional<std::string> path =
+      desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start, ".tvo"});
+  if (path) SavePane(desk, rtbOut, *path);
 }
 
 }  // namespace merlane

@@ -71,7 +71,11 @@ std::optional<std::string> Desk::InputOrNone(const std::string& title, const std
   return host.windows.InputBox({title, prompt, defaultText});
 }
 
-std::optional<std::string> Desk::AskFile(const FileRequest& request) { return host.windows.AskFile(request); }
+std::optional<std::string> Desk::AskFile(const FileRequest& request) {
+  const std::optional<std::string> chosen = host.windows.AskFile(request);
+  if (!chosen) return std::nullopt;
+  return request.PathOf(*chosen);
+}
 
 void Desk::Write(const std::string& path, std::string_view bytes, bool lasting) {
   WriteWholeFile(path, bytes, lasting);

@@ -46,6 +46,7 @@ class Desk {
   /// None when cancelled; for questions to which an empty line is an answer.
   std::optional<std::string> InputOrNone(const std::string& title, const std::string& prompt,
                                          const std::string& defaultText);
+  /// The path of a file, its extension added; none when cancelled.
   std::optional<std::string> AskFile(const FileRequest& request);
 
   /// Writes a file whole and tells the host; `lasting` as WriteWholeFile.

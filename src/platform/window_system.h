@@ -42,11 +42,20 @@ struct InputRequest {
 /// A request for a file. The filter is pairs of a description and a pattern, each followed by a vertical bar.
 struct FileRequest {
   enum class Kind { Open, Save };
+  enum class Adding { WhereMissing, Always };
   Kind kind = Kind::Open;
   std::string title;
   std::string filter;
   int filterIndex = 2;  // which pair is selected, from 1
   std::string startName;
+  /// What is added to the name that was chosen, before it is asked whether to overwrite; with its point, or empty.
+  std::string extension{};
+  Adding adding = Adding::WhereMissing;
+
+  /// The path that a chosen name stands for.
+  std::string PathOf(const std::string& chosen) const {
+    return adding == Adding::WhereMissing && chosen.ends_with(extension) ? chosen : chosen + extension;
+  }
 };
 
 /// What happened to a form; Front: it was brought to the front.
@@ -61,7 +70,8 @@ class WindowSystem {
   virtual Answer MsgBox(const Message& message) = 0;
   /// Asks for a line of text, which may be empty; none when cancelled.
   virtual std::optional<std::string> InputBox(const InputRequest& request) = 0;
-  /// Asks for a path; none when cancelled.
+  /// Asks for the name of a file as it is typed or chosen; none when cancelled. What is asked whether to overwrite is
+  /// FileRequest::PathOf that name.
   virtual std::optional<std::string> AskFile(const FileRequest& request) = 0;
 
   /// Tells that a form was shown, hidden, unloaded or brought to the front.

@@ -67,10 +67,15 @@ Answer AnswerOf(QMessageBox::StandardButton button) {
   }
 }
 
+/// The patterns of a filter, with blanks between them. What would end a pattern or is no part of one, as it may stand
+/// in the name of somebody's file, is any one character.
 QString Patterns(const QString& patterns) {
+  static const QRegularExpression foreign(QStringLiteral("[^\\w.*?\\-]"));
   QStringList split = patterns.split(QLatin1Char(';'), Qt::SkipEmptyParts);
-  for (QString& pattern : split)
+  for (QString& pattern : split) {
     if (pattern == QLatin1String("*.*")) pattern = QStringLiteral("*");
+    pattern.replace(foreign, QStringLiteral("?"));
+  }
   return split.join(QLatin1Char(' '));
 }
 
@@ -163,6 +168,16 @@ void PrepareFileDialog(QFileDialog& dialog) {
   files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
+/// Whether a file that is there may be replaced; true when there is none.
+bool MayReplace(const QString& path, QWidget& parent) {
+  if (!QFileInfo::exists(path)) return true;
+  const QString text = QStringLiteral("%1 already exists.\nDo you want to replace it?").arg(QFileInfo(path).fileName());
+  QMessageBox box(QMessageBox::Warning, parent.windowTitle(), text, QMessageBox::Yes | QMessageBox::No, &parent);
+  box.setObjectName(QStringLiteral("messageBox"));
+  box.setDefaultButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
 std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent) {
   QFileDialog dialog(parent, ToQt(request.title));
   PrepareFileDialog(dialog);
@@ -177,8 +192,14 @@ std::optional<std::string> AskForFile(const FileRequest& request, const QString&
   const bool namesFolder = !start.path().isEmpty() && start.path() != QLatin1String(".");
   dialog.setDirectory(namesFolder ? start.path() : folder);
   if (!request.startName.empty()) dialog.selectFile(start.fileName());
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return FromQt(dialog.selectedFiles().front());
+  // The dialog would ask about the name that was typed, and not about the file that is written.
+  const bool asksItself = request.extension.empty();
+  dialog.setOption(QFileDialog::DontConfirmOverwrite, !asksItself);
+  while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    const std::string chosen = FromQt(dialog.selectedFiles().front());
+    if (!saves || asksItself || MayReplace(ToQt(request.PathOf(chosen)), dialog)) return chosen;
+  }
+  return std::nullopt;
 }
 
 void TellFailure(const std::string& text, QWidget* parent) {

@@ -39,6 +39,21 @@ TEST_F(EditAllValues, CaptionsAndNote) {
             "constant");
 }
 
+TEST_F(EditAllValues, ProposalsLeftAsTheyStandChangeNeitherHiddenDigitsNorSteps) {
+  a.Value(1) = 0.1234567890123;
+  a.Step(1) = 0.0987654321;
+  Open();
+  desk.Press(editor.mnuValue);
+  for (Button* command : {&editVS.cmdFree, &editVS.cmdProp, &editVS.cmdNoProp}) {
+    host.windows.Enter("0.1234567890123");
+    host.windows.CancelInput();
+    desk.Press(*command);
+    EXPECT_EQ(host.windows.inputs[host.windows.inputs.size() - 2].defaultText, "0.1234567890123");
+    EXPECT_EQ(a.Value(1), 0.1234567890123);
+    EXPECT_EQ(a.Step(1), 0.0987654321);
+  }
+}
+
 TEST_F(EditAllValues, FreeValuesAreSavedFirstAndWalkOnlyTheFree) {
   a.Step(2) = 0;
   Open();

@@ -72,6 +72,8 @@ TEST_F(FrmSummaryTest, ANameTypedWithItsExtensionIsNotExtended) {
   desk.Press(summary.cmdSaveSummary);
   EXPECT_TRUE(std::filesystem::exists(Path("lake.tvo")));
   EXPECT_FALSE(std::filesystem::exists(Path("lake.tvo.tvo")));
+  EXPECT_EQ(host.windows.files[0].PathOf("lake"), "lake.tvo") << "what is asked whether to overwrite";
+  EXPECT_EQ(host.windows.files[0].PathOf("lake.tvo"), "lake.tvo");
 }
 
 TEST_F(FrmSummaryTest, SimulatedDataAlwaysGetTheirExtensionAdded) {
@@ -84,6 +86,7 @@ TEST_F(FrmSummaryTest, SimulatedDataAlwaysGetTheirExtensionAdded) {
   EXPECT_EQ(summary.rtbOut.text, "Year\n1995\n");
   EXPECT_EQ(host.windows.files[0].filter, "All Files (*.*)|*.*|Simulated data files (*.sim)|*.sim");
   EXPECT_EQ(host.windows.files[0].startName, "06011030");
+  EXPECT_EQ(host.windows.files[0].PathOf("lake.sim"), "lake.sim.sim") << "what is asked whether to overwrite";
 }
 
 TEST_F(FrmSummaryTest, WhatIsShownIsSavedAsWhatItIsThoughTheRunHasBecomeAnother) {

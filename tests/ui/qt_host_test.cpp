@@ -333,6 +333,37 @@ TEST_F(QtHostTest, FileDialogBeginsInTheWorkingFolderThenWhereTheLastFileWas) {
   EXPECT_EQ(folder, QDir(MERLANE_GOLDEN_DIR).absolutePath());
 }
 
+TEST_F(QtHostTest, WhetherToOverwriteIsAskedOfTheNameWithItsExtension) {
+  const QTemporaryDir folder;
+  const QString name = folder.filePath(QStringLiteral("lake"));
+  const std::string path = name.toStdString();
+  const FileRequest save{FileRequest::Kind::Save, "Save", "All (*.*)|*.*|", 1, "", ".sim", FileRequest::Adding::Always};
+  const auto create = [](const QString& file) { EXPECT_TRUE(QFile(file).open(QIODevice::WriteOnly)); };
+  create(name);
+  hand.ChooseFile(path, "Save");
+  EXPECT_EQ(host.AskFile(save), path) << "lake.sim is not there, and lake is left alone";
+  create(name + QStringLiteral(".sim"));
+  QString asked;
+  const auto answer = [&asked](QMessageBox::StandardButton button) {
+    return [&asked, button](QWidget& dialog) {
+      auto& box = dynamic_cast<QMessageBox&>(dialog);
+      asked = box.text();
+      QTest::mouseClick(box.button(button), Qt::LeftButton);
+    };
+  };
+  hand.ChooseFile(path, "Save");
+  hand.Expect(answer(QMessageBox::No), "Save");
+  hand.ChooseFile(path, "Save");
+  hand.Expect(answer(QMessageBox::Yes), "Save");
+  EXPECT_EQ(host.AskFile(save), path);
+  EXPECT_EQ(asked, QStringLiteral("lake.sim already exists.\nDo you want to replace it?"));
+}
+
+TEST(QuestionsTest, AFilterForANameWithABlankIsOnePattern) {
+  EXPECT_EQ(NameFilters("Named for data file (my lake (2).*)|my lake (2).*|"),
+            QStringList({"Named for data file (my?lake??2?.*)"}));
+}
+
 TEST(QuestionsTest, FiltersBecomeThoseOfAFileDialog) {
   const QStringList filters =
       NameFilters("All Files (*.*)|*.*|Original text and EXCEL data files (*.dat;*.xls)|*.dat;*.xls|");
