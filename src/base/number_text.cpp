@@ -117,6 +117,19 @@ std::string Format(double x, std::string_view pattern) {
   return fmt::format("{}{}{}{}", x < 0 ? "-" : "", p.before, digits, p.after);
 }
 
+std::string NumberField(double x, std::string_view pattern, int width) {
+  const std::string number = Format(x, pattern);
+  return RightSet(number, std::max(width, static_cast<int>(number.size())));
+}
+
+std::string_view NumberColumns(std::string_view line, int first, int last) {
+  const std::string_view field = Columns(line, first, last);
+  if (field.empty() || !IsDigit(field.back())) return field;
+  int end = last;
+  while (static_cast<std::size_t>(end) < line.size() && IsDigit(line[static_cast<std::size_t>(end)])) ++end;
+  return Columns(line, first, end);
+}
+
 std::string Shortest(double x) { return x == 0 ? "0" : fmt::format("{}", x); }
 
 std::string Plain(double x) {

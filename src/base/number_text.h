@@ -12,6 +12,12 @@ namespace merlane {
 /// RuntimeFailure when x is not finite.
 std::string Format(double x, std::string_view pattern);
 
+/// `x` after a template, flush right in a field of that width. A number is never cut: the field grows for it.
+std::string NumberField(double x, std::string_view pattern, int width);
+
+/// Columns `first` to `last` of a line, counted from 1, and the digits with which the number there has outgrown them.
+std::string_view NumberColumns(std::string_view line, int first, int last);
+
 /// Shortest text that reads back as the same number; whole numbers have no point.
 std::string Shortest(double x);
 

@@ -35,10 +35,16 @@ class LineReader {
 };
 
 /// The first 14 columns, where every line has its number.
-std::string_view FirstField(std::string_view line) { return Columns(line, 1, 14); }
+constexpr int FirstWidth = 14;
+std::string_view FirstField(std::string_view line) { return NumberColumns(line, 1, FirstWidth); }
 
-std::string ReadFuse(std::string_view line) {
-  const std::string fuse = UpperCase(Trim(Columns(line, 33, 34)));
+// The other fields of a parameter's line stand behind its value, which may have outgrown its columns.
+
+/// Columns 17 to 30, and the sign of a number that needs one more.
+double ReadStep(std::string_view rest) { return StrictNumber(Columns(rest, Columns(rest, 2, 2) == "-" ? 2 : 3, 16)); }
+
+std::string ReadFuse(std::string_view rest) {
+  const std::string fuse = UpperCase(Trim(Columns(rest, 19, 20)));
   if (fuse.empty()) throw RuntimeFailure("there is no fuse in columns 33 and 34");
   const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
   return isCapital(fuse.front()) && isCapital(fuse.back()) ? fuse : Unfused;
@@ -50,9 +56,12 @@ void ReadParameters(LineReader& lines, AlgorithmData& a) {
   a.Fuse.Dimension(a.NPAR);
   for (int i = 1; i <= a.NPAR; ++i) {
     const std::string& line = lines.Next();
-    a.Value(i) = StrictNumber(FirstField(line));
-    a.Step(i) = StrictNumber(Columns(line, 17, 30));
-    a.Fuse(i) = ReadFuse(line);
+    const std::string_view value = FirstField(line);
+    const auto width = std::max<std::size_t>(FirstWidth, value.size());
+    const std::string_view rest = std::string_view(line).substr(std::min(width, line.size()));
+    a.Value(i) = StrictNumber(value);
+    a.Step(i) = ReadStep(rest);
+    a.Fuse(i) = ReadFuse(rest);
   }
 }
 
@@ -61,7 +70,7 @@ void ReadOptions(LineReader& lines, AlgorithmData& a) {
   a.MaxCalls = StrictInt32(FirstField(lines.Next()));
   a.TerminalFreq = StrictInt16(FirstField(lines.Next()));
   a.FileFreq = StrictInt16(FirstField(lines.Next()));
-  a.LogName = FirstField(lines.Next());
+  a.LogName = Trim(Columns(lines.Next(), 1, FirstWidth));
   a.StepReduction = StrictNumber(FirstField(lines.Next()));
 }
 
@@ -85,20 +94,22 @@ std::string AlgorithmText(const AlgorithmData& a, AlgorithmForm form) {
   const bool ranking = form == AlgorithmForm::Ranking;
   std::string text;
   const auto line = [&text](const std::string& field, std::string_view comment) {
-    text += fmt::format("{}{}\r\n", RightSet(field, 14), comment);
+    text += fmt::format("{}{}\r\n", field, comment);
   };
-  line(Format(a.NPAR, "###0"), "  Number of parameters");
+  const auto number = [](double x, const char* pattern) { return NumberField(x, pattern, FirstWidth); };
+  constexpr const char* Real = "0.0000000E+00";
+  line(number(a.NPAR, "###0"), "  Number of parameters");
   for (int i = 1; i <= a.NPAR; ++i)
-    line(Format(a.Value(i), "0.0000000E+00"),
-         RightSet(Format(a.Step(i), "0.0000000E+00"), 16) + RightSet(a.Fuse(i), ranking ? 4 : 3) +
-             (ranking ? "  Value, step then link for: " : "  Value, step then link for ") + a.ParName(i));
-  line(Format(a.Tolerance, "0.0000000E+00"),
+    line(number(a.Value(i), Real), NumberField(a.Step(i), Real, 16) + RightSet(a.Fuse(i), ranking ? 4 : 3) +
+                                       (ranking ? "  Value, step then link for: " : "  Value, step then link for ") +
+                                       a.ParName(i));
+  line(number(a.Tolerance, Real),
        ranking ? "  Simplex limit (+ for ABS, - for REL)" : "  Tolerance for Convergence (+ for ABS, - for REL)");
-  line(Format(a.MaxCalls, "####0"), "  Maximum # of function calls (simplex) or iterations (Marquardt)");
-  line(Format(a.TerminalFreq, "####0"), "  Terminal output frequency");
-  line(Format(a.FileFreq, "####0"), "  File output frequency");
-  line(a.LogName, "  Name of output file");
-  line(Format(a.StepReduction, "0.0000000E+00"), "  Step size reduction fraction");
+  line(number(a.MaxCalls, "####0"), "  Maximum # of function calls (simplex) or iterations (Marquardt)");
+  line(number(a.TerminalFreq, "####0"), "  Terminal output frequency");
+  line(number(a.FileFreq, "####0"), "  File output frequency");
+  line(RightSet(a.LogName, FirstWidth), "  Name of output file");
+  line(number(a.StepReduction, Real), "  Step size reduction fraction");
   return text;
 }
 

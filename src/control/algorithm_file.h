@@ -16,7 +16,8 @@ enum class AlgorithmForm { Menu, Ranking };
 /// The data of a model of `NPAR` parameters before anybody has edited them: no step, so no free parameter, and no fuse.
 void SetDefaultAlgorithm(AlgorithmData& a);
 
-/// Text of a .alg file: NPAR + 7 lines ended by CR LF. A value or log name too long for its columns loses its end.
+/// Text of a .alg file: NPAR + 7 lines ended by CR LF. A number too long for its columns moves what stands behind it, a
+/// log name loses its end.
 std::string AlgorithmText(const AlgorithmData& a, AlgorithmForm form);
 
 /// A log name as it goes into the file: at most its last 14 characters, of those only what stands behind the last

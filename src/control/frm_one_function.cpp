@@ -39,7 +39,7 @@ std::string OneFunctionText(double F, const AlgorithmData& a, double seconds) {
   std::string text = fmt::format("\r\nCurrent minimum of {} found at the following parameter values: \r\n\r\n",
                                  Format(F, "####0.000000"));
   for (int i = 1; i <= a.NPAR; ++i)
-    text += fmt::format("{}{} {}  {}\r\n", Format(i, "    000) "), RightSet(Format(a.Value(i), "0.0000000E+00"), 14),
+    text += fmt::format("{}{} {}  {}\r\n", Format(i, "    000) "), NumberField(a.Value(i), "0.0000000E+00", 14),
                         RightSet(a.Fuse(i), 3), a.ParName(i));
   return text + fmt::format("\r\nNote: One function call requires about {} seconds\r\n", Format(seconds, "0.00"));
 }

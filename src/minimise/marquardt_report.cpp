@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include "base/number_text.h"
-#include "base/text.h"
 #include "minimise/parameter_rows.h"
 
 namespace merlane {
@@ -30,7 +29,7 @@ std::string MinimumLine(const RunState& state, const MarquardtProgress& progress
                      Format(progress.FBest, "####0.000000"), state.free.NFREE);
 }
 
-std::string DerivativeField(double derivative) { return RightSet(Format(derivative, "0.00000E+00"), 13) + "\n"; }
+std::string DerivativeField(double derivative) { return NumberField(derivative, "0.00000E+00", 13) + "\n"; }
 
 }  // namespace
 

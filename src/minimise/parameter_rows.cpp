@@ -11,7 +11,7 @@ namespace merlane {
 namespace {
 
 std::string Field(int parameter, double value) {
-  return Format(parameter, "    000) ") + RightSet(Format(value, "0.0000000E+00"), 14);
+  return Format(parameter, "    000) ") + NumberField(value, "0.0000000E+00", 14);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -12,13 +14,54 @@ namespace {
 constexpr int TermWidth = 11;
 constexpr const char* TermPattern = " 0.000E+000";
 
-std::string TermField(double term) { return RightSet(Format(term, TermPattern), TermWidth); }
+/// Flush right; a longer field grows.
+std::string Field(const std::string& text) {
+  return RightSet(text, std::max(TermWidth, static_cast<int>(text.size())));
+}
+
+/// A negative number is one character too long. The exponent 0 goes without its last digit; any other would be another
+/// number without it, and the field grows.
+std::string TermField(double term) {
+  std::string text = Format(term, TermPattern);
+  if (static_cast<int>(text.size()) > TermWidth && text.ends_with("E+000")) text.pop_back();
+  return Field(text);
+}
 
 /// A text goes through as it stands, also when it is a number.
 std::string TermField(const PriorTerm& term) {
   if (const double* number = std::get_if<double>(&term)) return TermField(*number);
-  return RightSet(std::get<std::string>(term), TermWidth);
+  return Field(std::get<std::string>(term));
 }
+
+/// Hands out the terms of a line one behind the other; one that has outgrown its columns moves those behind it.
+class TermReader {
+ public:
+  explicit TermReader(std::string_view line) : rest_(line.substr(std::min<std::size_t>(line.size(), TermsBegin))) {}
+
+  /// A number whose sign leaves no room for its last digit goes on with it.
+  double Number() {
+    const auto width = static_cast<std::size_t>(TermWidth);
+    const bool grown = rest_.size() > width && rest_[0] == '-' && rest_[width] >= '0' && rest_[width] <= '9';
+    return LenientNumber(Take(grown ? width + 1 : width));
+  }
+  /// A text that fills its columns goes on to the next blank.
+  std::string Text() {
+    auto width = static_cast<std::size_t>(TermWidth);
+    while (width < rest_.size() && rest_[width - 1] != ' ' && rest_[width] != ' ') ++width;
+    return std::string(Trim(Take(width)));
+  }
+
+ private:
+  static constexpr std::size_t TermsBegin = 7;  // characters before the terms
+
+  std::string_view Take(std::size_t width) {
+    const std::string_view field = rest_.substr(0, width);
+    rest_.remove_prefix(field.size());
+    return field;
+  }
+
+  std::string_view rest_;
+};
 
 }  // namespace
 
@@ -49,10 +92,11 @@ PriorsReading ReadPriorsText(std::string_view text, int NPAR) {
   for (int i = 1; i <= NPAR; ++i) {
     const std::string& line = lines[static_cast<std::size_t>(i)];
     priors.PriorCode(i) = UpperCase(Columns(line, 7, 7));
-    priors.PriorFirstMean(i) = LenientNumber(Columns(line, 8, 18));
-    priors.PriorFirstSD(i) = LenientNumber(Columns(line, 19, 29));
-    priors.PriorSecondMean(i) = std::string(Trim(Columns(line, 30, 40)));
-    priors.PriorSecondSD(i) = std::string(Trim(Columns(line, 41, 51)));
+    TermReader terms(line);
+    priors.PriorFirstMean(i) = terms.Number();
+    priors.PriorFirstSD(i) = terms.Number();
+    priors.PriorSecondMean(i) = terms.Text();
+    priors.PriorSecondSD(i) = terms.Text();
   }
   return reading;
 }

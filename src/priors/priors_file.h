@@ -9,7 +9,8 @@
 namespace merlane {
 
 /// The text of a .pri file: the count of parameters, then a line of fixed columns for each. A negative first term is
-/// one character too wide for its field and loses the last digit of its exponent; that belongs to the format.
+/// one character too wide for its field: an exponent of 0 loses its last digit, otherwise the field grows, as it does
+/// for a second term that was typed with more characters.
 std::string PriorsFileText(const Priors& priors);
 
 /// What reading a .pri file found.

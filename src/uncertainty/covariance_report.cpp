@@ -23,7 +23,7 @@ using OfGrid = std::function<double(int g)>;
 /// One value for each grid in fields of these widths.
 std::string Fields(const OfGrid& value, const char* pattern, const std::array<int, 3>& widths) {
   std::string fields;
-  for (int g = 1; g <= 3; ++g) fields += RightSet(Format(value(g), pattern), widths[static_cast<std::size_t>(g) - 1]);
+  for (int g = 1; g <= 3; ++g) fields += NumberField(value(g), pattern, widths[static_cast<std::size_t>(g) - 1]);
   return fields;
 }
 
@@ -58,8 +58,8 @@ class Report {
                      Numerical() ? "numerically" : "analytically"));
     Line();
     for (int i = 1; i <= a_.NPAR; ++i)
-      Line(Format(i, " 000) ") + RightSet(Format(c_.CovBaseValue(i), F1), 14) +
-           RightSet(Format(c_.CovStep(i), F1), 16) + " " + RightSet(a_.Fuse(i), 3) + "  " + a_.ParName(i));
+      Line(Format(i, " 000) ") + NumberField(c_.CovBaseValue(i), F1, 14) + NumberField(c_.CovStep(i), F1, 16) + " " +
+           RightSet(a_.Fuse(i), 3) + "  " + a_.ParName(i));
   }
 
   // Fifteen lines stand between the parameters and their standard errors; averaging counts on that.
@@ -75,7 +75,7 @@ class Report {
     Line();
     Line("                               Grid #1           Grid #2           Grid #3");
     Line();
-    const auto factor = [&](int g) { return RightSet(Format(c_.grid(g).GridFactor, F1), 13); };
+    const auto factor = [&](int g) { return NumberField(c_.grid(g).GridFactor, F1, 13); };
     Line("Factors:              1) " + factor(1) + "  2) " + factor(2) + "  3) " + factor(3));
     Line();
     Line("Likelihood function value summary:");
@@ -170,7 +170,7 @@ CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
         fmt::format("a covariance file of {} parameters, {} of them estimated, has more lines", NPAR, rows));
   auto line = lines.begin() + Heading;
   CovarianceFile file{Array1<double>(NPAR), Array1<CovarianceFile::Row>(rows)};
-  for (double& value : file.values) value = LenientNumber(Columns(*line++, 7, 20));
+  for (double& value : file.values) value = LenientNumber(NumberColumns(*line++, 7, 20));
   line += Between;
   for (CovarianceFile::Row& row : file.rows) {
     row.parameter = ToInt16(LenientNumber(Columns(*line, 1, 3)));

@@ -12,10 +12,10 @@
 
 namespace merlane {
 
-/// The report of a covariance calculation as it stands in its pane: lines in fixed columns that end with CR LF. Saved
-/// with its name on top (SavePane) it is a .cov file, which the averaging of models reads by line and column. Fuses and
-/// definitions are the present ones of `a`. `turn` is called for each parameter that is tested against 0 and 1, which
-/// takes its time.
+/// The report of a covariance calculation as it stands in its pane: lines in fixed columns that end with CR LF. A
+/// number too long for its columns moves what stands behind it. Saved with its name on top (SavePane) it is a .cov
+/// file, which the averaging of models reads by line and column. Fuses and definitions are the present ones of `a`.
+/// `turn` is called for each parameter that is tested against 0 and 1, which takes its time.
 std::string CovarianceReport(
     const Covariances& c, const AlgorithmData& a, const std::function<void()>& turn = [] {});
 

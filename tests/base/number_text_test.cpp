@@ -52,6 +52,20 @@ TEST(Format, RefusesWhatIsNoNumber) {
   EXPECT_THROW(Format(0.0 / 0.0, "0"), RuntimeFailure);
 }
 
+TEST(NumberField, IsFlushRightAndGrowsForANumberThatDoesNotFit) {
+  EXPECT_EQ(NumberField(-2, "0.0000000E+00", 16), "  -2.0000000E+00");
+  EXPECT_EQ(NumberField(-2e-100, "0.0000000E+00", 14), "-2.0000000E-100");
+  EXPECT_EQ(NumberField(12345, "#0.00", 4), "12345.00");
+}
+
+TEST(NumberColumns, GoOnAsFarAsTheDigitsDo) {
+  EXPECT_EQ(NumberColumns("ab-1.0E-100  2", 3, 9), "-1.0E-100");
+  EXPECT_EQ(NumberColumns("ab-1.0E-10  2", 3, 10), "-1.0E-10");
+  EXPECT_EQ(NumberColumns("ab    1 23", 3, 8), "    1 ") << "what follows upon a blank is another number";
+  EXPECT_EQ(NumberColumns("ab 1", 3, 9), " 1");
+  EXPECT_EQ(NumberColumns("ab", 3, 9), "");
+}
+
 TEST(Shortest, WholeNumbersHaveNoPoint) {
   EXPECT_EQ(Shortest(-26.0), "-26");
   EXPECT_EQ(Shortest(-7.5), "-7.5");

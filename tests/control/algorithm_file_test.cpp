@@ -101,7 +101,7 @@ TEST(AlgorithmFileTest, GoldenFilesReadAndWriteBackByteForByte) {
   }
 }
 
-TEST(AlgorithmFileTest, SavedAndLoadedHoldsEightDigitsNoLoggingAndABlankedLogName) {
+TEST(AlgorithmFileTest, SavedAndLoadedHoldsEightDigitsNoLoggingAndTheLogName) {
   AlgorithmData a = Fresh();
   ASSERT_EQ(ReadAlgorithm(Text(), a).failure, Failure::None);
   EXPECT_FALSE(a.AlgLoadFailed);
@@ -111,7 +111,7 @@ TEST(AlgorithmFileTest, SavedAndLoadedHoldsEightDigitsNoLoggingAndABlankedLogNam
   EXPECT_EQ(a.MaxCalls, 12345);
   EXPECT_EQ(a.TerminalFreq, 20);
   EXPECT_EQ(a.FileFreq, 0);
-  EXPECT_EQ(a.LogName, "       run.tvl");
+  EXPECT_EQ(a.LogName, "run.tvl") << "without the blanks that fill its columns";
   EXPECT_EQ(a.StepReduction, 0.05);
 }
 
@@ -144,22 +144,27 @@ TEST(AlgorithmFileTest, TwoBlanksForAFuseEndTheLoad) {
   EXPECT_TRUE(a.AlgLoadFailed);
 }
 
-TEST(AlgorithmFileTest, NegativeValueWithThreeDigitExponentLosesItsLastDigit) {
+TEST(AlgorithmFileTest, NumbersTooLongForTheirColumnsMoveTheRestAndReadBack) {
   AlgorithmData a = Three();
-  a.Value(1) = -1e-100;
+  a.Value(1) = a.Tolerance = -1e-100;
+  a.Step(1) = -2e-200;
   const std::string text = AlgorithmText(a, AlgorithmForm::Menu);
-  EXPECT_EQ(Lines(text)[1].substr(0, 14), "-1.0000000E-10");
-  ReadAlgorithm(text, a);
-  EXPECT_EQ(a.Value(1), -1e-10);
+  EXPECT_EQ(Lines(text)[1].substr(0, 35), "-1.0000000E-100 -2.0000000E-200  A ");
+  AlgorithmData read = Fresh();
+  EXPECT_EQ(ReadAlgorithm(text, read).failure, Failure::None);
+  EXPECT_EQ(read.Value(1), -1e-100);
+  EXPECT_EQ(read.Step(1), -2e-200);
+  EXPECT_EQ(read.Fuse(1), a.Fuse(1));
+  EXPECT_EQ(read.Tolerance, -1e-100);
 }
 
-TEST(AlgorithmFileTest, NegativeStepWithThreeDigitExponentLosesItsSign) {
+TEST(AlgorithmFileTest, NegativeStepWithThreeDigitExponentKeepsItsSign) {
   AlgorithmData a = Three();
   a.Step(1) = -1e-100;
   const std::string text = AlgorithmText(a, AlgorithmForm::Menu);
   EXPECT_EQ(Lines(text)[1].substr(14, 16), " -1.0000000E-100");
   ReadAlgorithm(text, a);
-  EXPECT_EQ(a.Step(1), 1e-100);
+  EXPECT_EQ(a.Step(1), -1e-100);
 }
 
 TEST(AlgorithmFileTest, BlankLineAtTheEndLoads) {
@@ -187,7 +192,7 @@ TEST(AlgorithmFileTest, FileThatEndsBeforeTheStepReductionFailsWithTooFew) {
   std::string text = Text();
   text.resize(text.rfind(" 5.0000000E-02"));
   EXPECT_EQ(ReadAlgorithm(text, a).failure, Failure::TooFewLines);
-  EXPECT_EQ(a.LogName, "       run.tvl");
+  EXPECT_EQ(a.LogName, "run.tvl");
   EXPECT_EQ(a.StepReduction, 0.1);
 }
 

@@ -75,7 +75,7 @@ TEST_F(SimplexReport, Terminal) {
             "    003) -2.5000000E+00  ~~  \n"
             "    005)  1.2345678E-02  ~~  \n"
             "    007) 1.0000000E-100  XY  \n"
-            "    008) -1.0000000E-10  ~~  \n"
+            "    008) -1.0000000E-100  ~~  \n"
             "\n");
 }
 
@@ -127,7 +127,7 @@ TEST_F(SimplexReport, File) {
             "Current minimum found at these 5 adjusted parameter values: \n"
             "\n"
             "    002)  1.2500000E+00    003) -2.5000000E+00    005)  1.2345678E-02    007) 1.0000000E-100\n"
-            "    008) -1.0000000E-10\n"
+            "    008) -1.0000000E-100\n"
             "\n"
             "\n"
             "Current: Min> 693.250000     Max> 701.500000     Abs TC> 8.2500E+00\n"
@@ -152,7 +152,7 @@ TEST_F(SimplexReport, Final) {
             "    003) -2.5000000E+00  ~~  \n"
             "    005)  1.2345678E-02  ~~  \n"
             "    007) 1.0000000E-100  XY  \n"
-            "    008) -1.0000000E-10  ~~  \n"
+            "    008) -1.0000000E-100  ~~  \n"
             "\n"
             "This result required 20 iterations, 45 function calls, and 1 restarts\n");
   EXPECT_EQ(SimplexFinalLog(state, simplex, now),
@@ -161,7 +161,7 @@ TEST_F(SimplexReport, Final) {
             "Minimum of 693.250000 found at these 5 adjusted parameter values:\n"
             "\n"
             "    002)  1.2500000E+00    003) -2.5000000E+00    005)  1.2345678E-02    007) 1.0000000E-100\n"
-            "    008) -1.0000000E-10\n"
+            "    008) -1.0000000E-100\n"
             "\n"
             "\n"
             "This result required 20 iterations, 45 function calls, and 1 restarts\n"

@@ -20,9 +20,36 @@ TEST(PriorsFile, HasTheColumnsOfItsTwoExampleLines) {
             "  2   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded\r\n");
 }
 
-TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfItsExponent) {
-  const Priors priors = test::PriorsOf(1, "S", -1.5, 2);
-  EXPECT_EQ(PriorsFileText(priors), "1\r\n  1   S- 1.500E+00 2.000E+000     Unused     Unused   Left-side cliff\r\n");
+TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfAnExponentOfZeroAlone) {
+  EXPECT_EQ(PriorsFileText(test::PriorsOf(1, "S", -1.5, 2)),
+            "1\r\n  1   S- 1.500E+00 2.000E+000     Unused     Unused   Left-side cliff\r\n");
+  for (const double mean : {-1.5, -15.0, -0.15, -1.5e100}) {
+    const std::string text = PriorsFileText(test::PriorsOf(1, "S", mean, 2));
+    const Priors back = ReadPriorsText(text, 1).priors;
+    EXPECT_EQ(back.PriorFirstMean(1), mean) << text;
+    EXPECT_EQ(back.PriorFirstSD(1), 2) << text;
+    EXPECT_EQ(back.PriorSecondMean(1), PriorTerm("Unused")) << text;
+  }
+}
+
+TEST(PriorsFile, ASecondTermTypedWithManyCharactersIsKeptWhole) {
+  Priors priors = test::PriorsOf(1, "T", -200, 1);
+  priors.PriorSecondMean(1) = "-0.123456789012";
+  priors.PriorSecondSD(1) = 0.25;
+  const Priors back = ReadPriorsText(PriorsFileText(priors), 1).priors;
+  EXPECT_EQ(back.PriorFirstMean(1), -200);
+  EXPECT_EQ(back.PriorFirstSD(1), 1);
+  EXPECT_EQ(back.PriorSecondMean(1), PriorTerm("-0.123456789012"));
+  EXPECT_EQ(NumberOf(back.PriorSecondSD(1)), 0.25);
+}
+
+TEST(PriorsFile, WrittenWithCutExponentsItIsReadByItsColumns) {
+  const Priors read =
+      ReadPriorsText("1\n  1   T- 1.000E-00 1.000E-00112345678901 2.500E-001   Uniform - bounded\n", 1).priors;
+  EXPECT_EQ(read.PriorFirstMean(1), -1);
+  EXPECT_EQ(read.PriorFirstSD(1), 0.1);
+  EXPECT_EQ(read.PriorSecondMean(1), PriorTerm("12345678901"));
+  EXPECT_EQ(NumberOf(read.PriorSecondSD(1)), 0.25);
 }
 
 TEST(PriorsFile, WritingAPriorAndReadingItBackKeepsTheCodeAndFourSignificantDigitsOfEachTerm) {
