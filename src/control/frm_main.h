@@ -18,6 +18,8 @@ class FrmMain : public Form {
   void ShowDataFile(const std::string& text) { stbMain0.Set(1, "Brood data file name: " + text); }
   void ShowAlgorithmFile(const std::string& shortName) { stbMain1.Set(1, "Algorithm file: " + shortName); }
   void ShowPriorsFile(const std::string& fileName) { stbMain1.Set(2, "Bayesian priors file: " + fileName); }
+  /// What has to be said about the priors of that file; empty when there is nothing.
+  void ShowPriorsNote(const std::string& text) { stbMain1.Set(3, text); }
   /// A transient message; empty when the work is done.
   void ShowProgress(const std::string& text) { stbMain5.Set(1, text); }
 
@@ -36,7 +38,7 @@ class FrmMain : public Form {
   MenuEntry mnuCredits{*this, "mnuCredits", "C&redits", &mnuAbout};
 
   StatusBar stbMain0{*this, "stbMain0", 1};
-  StatusBar stbMain1{*this, "stbMain1", 2};
+  StatusBar stbMain1{*this, "stbMain1", 3};
   StatusBar stbMain2{*this, "stbMain2", 1};
   StatusBar stbMain5{*this, "stbMain5", 4};  // "status panel n" of a calculation is panel n of this bar
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
-#include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "plots/graph_area.h"
 
@@ -153,13 +153,13 @@ void FrmDistPlot::DrawMarkers(int number) {
 }
 
 void FrmDistPlot::ShowEstimates() {
-  // The percentage first: an estimate of 0 fails here, before anything is drawn.
-  const double percent = Divide(series_.difference * 100, series_.maximumLikelihood);
+  const double percent = series_.difference * 100 / series_.maximumLikelihood;
+  const auto shown = [](double value) { return std::isfinite(value) ? Format(value, "0.000E+00") : "undefined"; };
   lblEstimateNames.text = "ML Estimate: \nEV Estimate:\nEstimated Diff:\nPercent Diff:\nEstimated SE:";
   lblEstimateValues.text.clear();
   for (const double value :
        {series_.maximumLikelihood, series_.expected, series_.difference, percent, series_.standardError})
-    lblEstimateValues.text += (lblEstimateValues.text.empty() ? "" : "\n") + Format(value, "0.000E+00");
+    lblEstimateValues.text += (lblEstimateValues.text.empty() ? "" : "\n") + shown(value);
 }
 
 }  // namespace merlane

@@ -39,8 +39,7 @@ double LnNormal(double x, double m, double s) {
 }
 
 double Beta(double x, double m, double s) {
-  const double a = Divide(((m - Square(m)) - Square(s)) * m, Square(s));
-  const double b = Divide(((m - Square(m)) - Square(s)) * (1 - m), Square(s));
+  const auto [a, b] = BetaShapeOf(m, s);
   const double mode = std::clamp(Divide(1 - a, (2 - a) - b), PriorLowerEnd, PriorUpperEnd);
   const double ref = Checked((1 - a) * CheckedLog(mode) + (1 - b) * CheckedLog(1 - mode));
   return Checked((1 - a) * CheckedLog(x) + (1 - b) * CheckedLog(1 - x) - ref);
@@ -148,6 +147,11 @@ double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Pri
   }
   priors.PriorTotal = Checked(ObjectiveConstant * priors.PriorTotal);
   return priors.PriorTotal;
+}
+
+BetaShape BetaShapeOf(double m, double s) {
+  return {Divide(((m - Square(m)) - Square(s)) * m, Square(s)),
+          Divide(((m - Square(m)) - Square(s)) * (1 - m), Square(s))};
 }
 
 double NormalCDF(double z) {

@@ -65,6 +65,13 @@ std::string PriorDistName(const std::string& code);
 /// logarithm of a number that is not positive, a second term of "T" that is no number.
 double EvaluatePrior(const Array1<double>& values, double ObjectiveConstant, Priors& priors);
 
+/// The exponents a and b of a beta distribution of that mean (between 0 and 1) and standard deviation.
+/// ArithmeticFailure for a deviation of 0.
+struct BetaShape {
+  double a, b;
+};
+BetaShape BetaShapeOf(double mean, double sd);
+
 /// Standard normal distribution function by the Chebyshev fit `erfcc` of W. H. Press, B. P. Flannery, S. A. Teukolsky
 /// and W. T. Vetterling, Numerical Recipes (1986), chapter 6.2; relative error of the smaller tail below 1.2e-7.
 /// Reaches 1 exactly some eight deviations above the mean.

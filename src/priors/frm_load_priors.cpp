@@ -50,6 +50,7 @@ void FrmLoadPriors::Open(const std::string& caller) {
 
 void FrmLoadPriors::OnUnload() {
   state_.flags.BayesOn = priors_.AnySet();
+  commands_.ShowWhetherInForce();
   BringCallerBack();
 }
 
@@ -64,8 +65,7 @@ void FrmLoadPriors::OpenFile() {
   desk.Unload(*this);
   PriorsReading reading = ReadPriorsText(ReadWholeFile(*path), state_.algorithm.NPAR);
   state_.flags.PriorFileName = *path;
-  fileRefused_ = reading.count != state_.algorithm.NPAR;
-  if (fileRefused_) {
+  if (reading.count != state_.algorithm.NPAR) {
     desk.Tell(
         "Bayes information",
         fmt::format("Bayesian priors file  {}  has {} parameters, but your model specifies {}.\r\nTherefore default "
@@ -73,9 +73,11 @@ void FrmLoadPriors::OpenFile() {
                     *path, reading.count, state_.algorithm.NPAR),
         style::MinimumFound);
     state_.flags.BayesOn = false;
+    commands_.ShowWhetherInForce();
     return;
   }
   priors_ = std::move(reading.priors);
+  commands_.ShowWhetherInForce();
   desk.Hide(caller_);
   desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);
   editor_.Open(caller_);
@@ -100,6 +102,7 @@ void FrmLoadPriors::SetUniform() {
   desk.Hide(*this);
   state_.flags.BayesOn = false;
   main_.ShowPriorsFile("");
+  commands_.ShowWhetherInForce();
   desk.Tell("Default prior probabilities", "Prior probabilities have been set to default (uniform-unbounded) values",
             style::Information);
   BringCallerBack();

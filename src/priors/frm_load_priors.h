@@ -19,8 +19,6 @@ class FrmLoadPriors : public Form {
   /// Shows the chooser for the form of that name, which comes back when the priors are done. Showing it switches the
   /// priors on until it closes.
   void Open(const std::string& caller);
-  /// True when the last file opened was refused because it has another number of parameters.
-  bool FileRefused() const { return fileRefused_; }
 
  protected:
   void OnUnload() override;
@@ -37,7 +35,6 @@ class FrmLoadPriors : public Form {
   PriorsCommands& commands_;
   FrmSetPriors& editor_;
   std::string caller_;
-  bool fileRefused_ = false;
 };
 
 }  // namespace merlane

@@ -75,7 +75,7 @@ FrmSetPriors::FrmSetPriors(Desk& d, RunState& state, Objective& objective, FrmMa
   MnuS.onClick = [this] { SetCliff("S", "Left-side cliff", "left"); };
   mnuR.onClick = [this] { SetCliff("D", "Right-side cliff", "right"); };
   mnuL.onClick = [this] { SetLnNormal(); };
-  mnuProfile.onClick = [this] { profile(); };
+  mnuProfile.onClick = [this] { profile(static_cast<std::int16_t>(Parameter())); };
   mnuSave.onClick = [this] { commands_.SavePriors(); };
   mnuHelp.onClick = [this] { ShowHelp(); };
   mnuFinished.onClick = [this] { desk.Unload(*this); };
@@ -109,6 +109,7 @@ void FrmSetPriors::Fill() {
 
 void FrmSetPriors::OnUnload() {
   main_.ShowProgress("");
+  commands_.ShowWhetherInForce();
   desk.Tell("Just so you know", "Bayesian priors data, if changed, have been updated", style::Information);
   if (!priors_.AnySet()) {
     state_.flags.BayesOn = false;
@@ -214,17 +215,26 @@ void FrmSetPriors::Store(const char* code, double mean, double sd, const PriorTe
 
 void FrmSetPriors::SetUniform() { Store("U", priors_.PriorFirstMean(Parameter()), priors_.PriorFirstSD(Parameter())); }
 
+void FrmSetPriors::StoreMeanAndSD(const char* code, const std::vector<std::string>& replies) {
+  const double mean = StrictNumber(replies[0]), sd = std::fabs(StrictNumber(replies[1]));
+  Store(code, mean, sd);
+}
+
+void FrmSetPriors::StoreMagnitudes(const char* code, const std::vector<std::string>& replies) {
+  const double mean = std::fabs(StrictNumber(replies[0])), sd = std::fabs(StrictNumber(replies[1]));
+  Store(code, mean, sd);
+}
+
+// A command checks its replies by what is a number in them, and reads all of them strictly before it tells or stores
+// anything: one that is no number changes nothing.
+
 void FrmSetPriors::SetNormal() {
   const char* box = "Gaussian (i.e., Normal)";
-  // An empty first reply still leads to the second prompt, and an empty second one to the store, which fails when code
-  // and mean have been stored.
+  // An empty first reply still leads to the second prompt.
   const std::string mean = Ask(box, "Choose mean of parameter #");
   const std::string sd = Ask(box, "Choose SD of parameter #");
-  if (mean.empty()) return;
-  const int i = Parameter();
-  priors_.PriorCode(i) = "N";
-  priors_.PriorFirstMean(i) = StrictNumber(mean);
-  Store("N", priors_.PriorFirstMean(i), std::fabs(StrictNumber(sd)));
+  if (mean.empty() || sd.empty()) return;
+  StoreMeanAndSD("N", {mean, sd});
 }
 
 void FrmSetPriors::SetGamma() {
@@ -233,7 +243,7 @@ void FrmSetPriors::SetGamma() {
   if (!replies) return;
   const double mean = LenientNumber((*replies)[0]), sd = LenientNumber((*replies)[1]);
   if (sd >= mean || mean == 0 || sd == 0) return;
-  Store("G", std::fabs(StrictNumber((*replies)[0])), std::fabs(StrictNumber((*replies)[1])));
+  StoreMagnitudes("G", *replies);
 }
 
 void FrmSetPriors::SetExponential() {
@@ -241,24 +251,23 @@ void FrmSetPriors::SetExponential() {
       Prompt("Exponential", {"For the exponential distribution the instantaneous decay rate is equal to the reciprocal "
                              "of both the mean and the SD\r\n\r\nChoose the mean (and thus SD) of parameter #"});
   if (!replies) return;
-  const double mean = std::fabs(StrictNumber((*replies)[0]));
-  Store("E", mean, mean);
+  StoreMagnitudes("E", {replies->front(), replies->front()});
 }
 
 void FrmSetPriors::SetLnNormal() {
   const auto replies = Prompt("Ln-normal", {"Choose mean (> 0) of parameter #", "Choose SD (> 0) of parameter #"});
   if (!replies) return;
   if (LenientNumber((*replies)[0]) == 0 || LenientNumber((*replies)[1]) == 0) return;
-  Store("L", std::fabs(StrictNumber((*replies)[0])), std::fabs(StrictNumber((*replies)[1])));
+  StoreMagnitudes("L", *replies);
 }
 
 void FrmSetPriors::SetBeta() {
   const auto replies = Prompt("Beta", {"Choose mean (0 < mean < 1) of parameter #", "Choose SD (> 0) of parameter #"});
   if (!replies) return;
-  const double m = LenientNumber((*replies)[0]), s = std::fabs(LenientNumber((*replies)[1]));
-  if (m <= 0 || m >= 1 || s == 0) return;
-  const double a = ((m - m * m) - s * s) * m / (s * s);
-  const double b = ((m - m * m) - s * s) * (1 - m) / (s * s);
+  const double checked = LenientNumber((*replies)[0]);
+  if (checked <= 0 || checked >= 1 || LenientNumber((*replies)[1]) == 0) return;
+  const double m = StrictNumber((*replies)[0]), s = std::fabs(StrictNumber((*replies)[1]));
+  const auto [a, b] = BetaShapeOf(m, s);
   const auto shown = [](double x) { return Format(x, "####0.0000"); };
   const auto refuse = [&](char which, double value) {
     desk.Tell("Beta", fmt::format("An unacceptable (< 0) value for '{}' of \u00DF (a,b) is: {}", which, shown(value)),
@@ -269,14 +278,14 @@ void FrmSetPriors::SetBeta() {
   desk.Tell("Beta",
             fmt::format("The corresponding values for 'a' & 'b' of \u00DF (a,b) are: {} & {}", shown(a), shown(b)),
             style::Information);
-  Store("B", StrictNumber((*replies)[0]), std::fabs(StrictNumber((*replies)[1])));
+  Store("B", m, s);
 }
 
 void FrmSetPriors::SetCliff(const char* code, const char* box, const char* side) {
   const auto replies = Prompt(box, {fmt::format("Choose {} foot of parameter #", side),
                                     fmt::format("Choose SD @ the {} foot of parameter #", side)});
   if (!replies) return;
-  Store(code, StrictNumber((*replies)[0]), std::fabs(StrictNumber((*replies)[1])));
+  StoreMeanAndSD(code, *replies);
 }
 
 void FrmSetPriors::SetBounded() {
@@ -290,7 +299,10 @@ void FrmSetPriors::SetBounded() {
     const std::string rightSD = Ask(box, "Choose SD @ the right foot of parameter #");
     if (rightSD.empty()) return;
     if (LenientNumber((*left)[0]) >= LenientNumber(right)) continue;
-    Store("T", StrictNumber((*left)[0]), std::fabs(StrictNumber((*left)[1])), right, std::fabs(StrictNumber(rightSD)));
+    const double leftFoot = StrictNumber((*left)[0]), leftDeviation = std::fabs(StrictNumber((*left)[1]));
+    const double rightDeviation = std::fabs(StrictNumber(rightSD));
+    static_cast<void>(StrictNumber(right));  // stored as it was typed
+    Store("T", leftFoot, leftDeviation, right, rightDeviation);
     return;
   }
 }

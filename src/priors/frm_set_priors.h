@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include "control/frm_main.h"
@@ -40,9 +41,10 @@ class FrmSetPriors : public Form {
   /// Shows the editor; the form of that name comes back when it closes.
   void Open(const std::string& caller);
 
-  /// The quit dialogue, and the profile of the priors; assigned where the program is put together.
+  /// The quit dialogue, and the profile of the priors, which proposes this parameter; assigned where the program is put
+  /// together.
   std::function<void()> quit;
-  std::function<void()> profile;
+  std::function<void(std::int16_t selected)> profile;
 
  protected:
   void OnUnload() override;
@@ -67,6 +69,9 @@ class FrmSetPriors : public Form {
   int Parameter() const { return grdPriors.selectedRow - 1; }
   void Store(const char* code, double mean, double sd, const PriorTerm& secondMean = PriorUnused,
              const PriorTerm& secondSD = PriorUnused);
+  // Of two replies, read before anything is stored: the first as it is, or the magnitudes of both.
+  void StoreMeanAndSD(const char* code, const std::vector<std::string>& replies);
+  void StoreMagnitudes(const char* code, const std::vector<std::string>& replies);
   void ShowRow(int parameter);
   /// Paints a row as it stands while it is not selected.
   void PaintPlain(int parameter);

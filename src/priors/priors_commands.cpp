@@ -29,4 +29,9 @@ void PriorsCommands::ShowName() {
   main_.ShowPriorsFile(std::string(bare));
 }
 
+void PriorsCommands::ShowWhetherInForce() {
+  const bool idle = priors_.AnySet() && !state_.flags.BayesOn;
+  main_.ShowPriorsNote(idle ? "Priors are not in force: open them once more and choose Cancel" : "");
+}
+
 }  // namespace merlane

@@ -19,6 +19,8 @@ class PriorsCommands {
   void NameByClock();
   /// Shows the bare name of the file, without folder and last four characters, in the main window.
   void ShowName();
+  /// Says there whether the priors wait to be switched on.
+  void ShowWhetherInForce();
 
  private:
   Desk& desk_;

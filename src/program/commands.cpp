@@ -3,6 +3,7 @@
 
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
+#include "control/nothing_to_do.h"
 #include "program/program.h"
 
 namespace merlane {
@@ -154,7 +155,7 @@ bool Program::BeginMinimiser(bool& running) {
 void Program::TellNothingToDo() {
   // The running flag stays set and the application menu disabled: the next command that ends enables it again.
   desk.Show(frmMenu);
-  desk.Tell("There is nothing to do", "All step sizes are zero", style::Exclamation);
+  merlane::TellNothingToDo(desk);
 }
 
 void Program::ForgetCovariances() {

@@ -48,6 +48,7 @@ void Program::BeginRun() {
   DimensionRun();
 
   frmMain.ShowPriorsFile("");
+  priorsCommands.ShowWhetherInForce();
   flags.ModelInitialised = true;
   desk.Show(frmMenu);
   frmMenu.focus = &frmMenu.cmdLoadAlg;

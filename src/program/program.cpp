@@ -94,7 +94,7 @@ void Program::WireForms() {
   frmParEvals.evaluateProfile = [this] { profileDialogue.EvaluateProfile(); };
   frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };
   frmSetPriors.quit = [this] { Quit("Save Bayesian priors", "Save Bayesian priors now?"); };
-  frmSetPriors.profile = [this] { priorProfileDialogue.ProfilePrior(); };
+  frmSetPriors.profile = [this](std::int16_t selected) { priorProfileDialogue.ProfilePrior(selected); };
   frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
     frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
   };

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "control/nothing_to_do.h"
 #include "control/objective_constant.h"
 #include "uncertainty/time_left.h"
 
@@ -113,11 +114,13 @@ class Progress : public CovarianceWatch {
 }  // namespace
 
 bool CovarianceDialogue::CalculateCovariances() {
+  if (NothingIsFree(state_.algorithm)) return RefuseNothing();
   const std::optional<CovarianceOptions> options = AskOptions();
   if (!options) {
     desk_.Show("frmMenu");
     return false;
   }
+  if (NothingIsFree(state_.algorithm)) return RefuseNothing();
   const bool analytical = options->mode == CovarianceMode::Analytical;
   data_.OpenForCalculation();
   main_.stbMain5.Set(1, analytical ? "One moment please while one function call is executed" : "One moment please...");
@@ -136,6 +139,12 @@ bool CovarianceDialogue::CalculateCovariances() {
   covariances_ = std::move(calculated);
   display_.OpenCalculated();
   return true;
+}
+
+bool CovarianceDialogue::RefuseNothing() {
+  desk_.Show("frmMenu");
+  TellNothingToDo(desk_);
+  return false;
 }
 
 std::optional<CovarianceOptions> CovarianceDialogue::AskOptions() {
@@ -164,9 +173,10 @@ bool CovarianceDialogue::AskGridFactors(CovarianceOptions& options) {
       const std::string prompt = fmt::format(
           "Default grid factor for Grid {} :\r\n\r\n Currently:  {}\r\n\r\nValue must be positive for all factors", g,
           FactorList(factor));
-      const std::string answer = desk_.Input(Title, prompt, Format(factor(g), "0.000E+00"));
+      const std::string shown = Format(factor(g), "0.000E+00");
+      const std::string answer = desk_.Input(Title, prompt, shown);
       if (answer.empty()) return false;
-      if (IsNumber(answer) && StrictNumber(answer) > 0) factor(g) = StrictNumber(answer);
+      if (answer != shown && IsNumber(answer) && StrictNumber(answer) > 0) factor(g) = StrictNumber(answer);
     }
   } while (desk_.Ask(Title, "Are these default grid factors OK?\r\n\r\n" + FactorList(factor), style::YesNoQuestion) !=
            Answer::Yes);

@@ -27,12 +27,14 @@ class CovarianceDialogue {
         data_(data),
         display_(display) {}
 
-  /// True when covariances were calculated; `frmCovDisplay` is then open. False when the user cancelled: the main menu
-  /// is back, and nothing has changed but what was edited.
+  /// True when covariances were calculated; `frmCovDisplay` is then open. False when the user cancelled or no parameter
+  /// is free: the main menu is back, and nothing has changed but what was edited.
   bool CalculateCovariances();
 
  private:
   std::optional<CovarianceOptions> AskOptions();
+  /// Brings the menu back, and tells that no parameter is free; false.
+  bool RefuseNothing();
   /// Lets the user edit values and steps; false when cancelled.
   bool EditSteps();
   /// Asks for the three factors until they please; false when cancelled.

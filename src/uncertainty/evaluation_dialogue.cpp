@@ -4,13 +4,14 @@
 
 #include <utility>
 
+#include "base/arithmetic_failure.h"
 #include "base/at_end.h"
 #include "base/text.h"
 #include "control/fuses.h"
+#include "control/nothing_to_do.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
-#include "uncertainty/pinned_parameter.h"
 
 namespace merlane {
 namespace {
@@ -39,6 +40,7 @@ void EvaluationDialogue::Evaluate(bool& on) {
 }
 
 void EvaluationDialogue::Converse() {
+  if (NothingToEvaluate() && !HasEarlierResults()) return TellNothingToDo(p_.desk);
   p_.desk.Tell(texts_.title, texts_.notice, style::Information);
   if (p_.desk.Ask(texts_.title, texts_.introduction, style::YesNoQuestion) != Answer::Yes) return;
   if (HasEarlierResults() && p_.desk.Ask(texts_.title, texts_.again, style::YesNoQuestion) != Answer::Yes) {
@@ -46,10 +48,15 @@ void EvaluationDialogue::Converse() {
     ShowLast();
     return;
   }
+  if (NothingToEvaluate()) return TellNothingToDo(p_.desk);
   if (p_.state.flags.NOBS == 0) EnterObjectiveConstant(p_.desk, p_.main, p_.state);
   BuildFuseGroups(p_.state);
   PackFree(p_.state);
   if (const auto setup = AskSetup()) Run(*setup);
+}
+
+bool EvaluationDialogue::NothingToEvaluate() const {
+  return kind_ == EvaluationKind::Posterior && NothingIsFree(p_.state.algorithm);
 }
 
 bool EvaluationDialogue::HasEarlierResults() const {
@@ -98,6 +105,29 @@ void EvaluationDialogue::EditSteps() {
   edited_ = true;
   p_.algo.OpenLocked(EditValuesAndSteps);
   p_.desk.WaitUntil([this] { return p_.algo.EditClosed; });
+}
+
+void EvaluationDialogue::OfferOneSide(PinnedParameter& pinned, const EvaluationSetup& setup) const {
+  if (!pinned.CrossesZero(setup.ProfilePoints) || !IsMirrored(pinned, setup)) return;
+  const std::string text = fmt::format(
+      "Parameter #{} is taken without its sign: beyond 0 the curves would be mirror images of those before it.\r\n\r\n"
+      "Do you want all points on the side of 0 on which its value lies?",
+      setup.ProfileParameter);
+  if (p_.desk.Ask(texts_.title, text, style::YesNoQuestion) == Answer::Yes) pinned.KeepToItsSide(setup.ProfilePoints);
+}
+
+bool EvaluationDialogue::IsMirrored(const PinnedParameter& pinned, const EvaluationSetup& setup) const {
+  const std::int16_t p = pinned.ProfileParameter;
+  const double first = pinned.ValueAt(1, setup.ProfilePoints);
+  const double beyond = first * pinned.X0 < 0 ? first : pinned.ValueAt(setup.ProfilePoints, setup.ProfilePoints);
+  Array1<double> vector = p_.state.algorithm.Value;
+  vector(p) = beyond;
+  try {
+    p_.objective(vector, 1);
+  } catch (const ArithmeticFailure&) {
+    return false;
+  }
+  return vector(p) == -beyond;
 }
 
 void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoints& points,

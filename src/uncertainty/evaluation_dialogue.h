@@ -14,6 +14,7 @@
 #include "uncertainty/confidence_series.h"
 #include "uncertainty/covariance.h"
 #include "uncertainty/frm_distribution_table.h"
+#include "uncertainty/pinned_parameter.h"
 
 namespace merlane {
 
@@ -85,6 +86,9 @@ class EvaluationDialogue {
   virtual std::string Table(const ConfidenceSeries& series) const = 0;
   virtual void ShowMore(const Evaluation& /*evaluation*/) {}
 
+  /// Where the model takes the parameter without its sign and the points cross 0, says so and offers to keep them to
+  /// the side of its value.
+  void OfferOneSide(PinnedParameter& pinned, const EvaluationSetup& setup) const;
   /// Keeps what was evaluated as the last evaluation.
   void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);
   /// Shows the last evaluation, if there is something to be seen: the plots until they are closed, then the table.
@@ -97,11 +101,15 @@ class EvaluationDialogue {
 
  private:
   void Converse();
+  /// True for a posterior while no parameter is free; a profile may be given its step on the way.
+  bool NothingToEvaluate() const;
   bool HasEarlierResults() const;
   std::optional<EvaluationSetup> AskSetup();
   /// Offers steps from the standard errors of the last covariances. False when the user quits.
   bool AskSteps(const EvaluationSetup& setup);
   void EditSteps();
+  /// True when the model gives the parameter another sign at the end of the points that lies beyond 0.
+  bool IsMirrored(const PinnedParameter& pinned, const EvaluationSetup& setup) const;
 
   const EvaluationKind kind_;
   const Texts& texts_;

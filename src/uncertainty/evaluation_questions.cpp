@@ -6,16 +6,17 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/text.h"
 
 namespace merlane {
 namespace {
 
-/// Asks for a whole number of a range until one is given; none when the answer is empty.
+/// Asks for a whole number of a range until one is given; none when the answer is empty or "Q".
 std::optional<std::int16_t> AskNumber(Desk& desk, const std::string& boxTitle, const std::string& prompt,
                                       const std::string& proposal, int least, int most) {
   for (;;) {
     const std::string answer = desk.Input(boxTitle, prompt, proposal);
-    if (answer.empty()) return std::nullopt;
+    if (answer.empty() || UpperCase(Trim(answer)) == "Q") return std::nullopt;
     if (!IsNumber(answer)) continue;
     const double number = RoundHalfEven(StrictNumber(answer));
     if (number >= least && number <= most) return ToInt16(number);
@@ -30,8 +31,8 @@ std::int16_t PointsUsed(std::int16_t asked, std::int16_t standard) {
 }
 
 std::optional<std::int16_t> AskParameterNumber(Desk& desk, const std::string& boxTitle, const std::string& prompt,
-                                               std::int16_t NPAR) {
-  return AskNumber(desk, boxTitle, prompt, "", 1, NPAR);
+                                               std::int16_t NPAR, const std::string& proposal) {
+  return AskNumber(desk, boxTitle, prompt, proposal, 1, NPAR);
 }
 
 std::optional<std::int16_t> AskPointCount(Desk& desk, const std::string& boxTitle, const std::string& prompt, int least,

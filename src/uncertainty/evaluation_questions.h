@@ -14,10 +14,12 @@ inline constexpr int MostPoints = 1001;
 /// A number of points as it is used: `standard` for 0, 3 at least, and odd.
 std::int16_t PointsUsed(std::int16_t asked, std::int16_t standard);
 
-/// Asks for the number of a parameter until there is one of that number; none when the answer is empty.
+// Each asks until there is a number that will do; none when the answer is empty or "Q".
+
+/// Asks for the number of a parameter; `proposal` is one, or empty.
 std::optional<std::int16_t> AskParameterNumber(Desk& desk, const std::string& boxTitle, const std::string& prompt,
-                                               std::int16_t NPAR);
-/// Asks for a number of points from `least` to MostPoints until one is given; none when the answer is empty.
+                                               std::int16_t NPAR, const std::string& proposal = "");
+/// Asks for a number of points from `least` to MostPoints.
 std::optional<std::int16_t> AskPointCount(Desk& desk, const std::string& boxTitle, const std::string& prompt, int least,
                                           std::int16_t standard);
 

@@ -2,37 +2,36 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <initializer_list>
 
-#include "base/arithmetic.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
 
 namespace merlane {
 namespace {
 
-std::string Number(double x) { return RightSet(Format(x, "0.0000E+000   "), 15); }
+std::string Number(double x) { return NumberField(x, "0.0000E+000   ", 15); }
 
 std::string PointRows(const Array1<double>& x, std::initializer_list<const Array1<double>*> columns) {
   std::string text;
   for (int i = 1; i <= x.Size(); ++i) {
-    text += RightSet(Format(i, "##0"), 5) + "    " + Number(x(i));
+    text += NumberField(i, "##0", 5) + "    " + Number(x(i));
     for (const Array1<double>* column : columns) text += Number((*column)(i));
     text += "\n";
   }
   return text;
 }
 
-double PercentDiff(const ConfidenceSeries& s) {
-  if (s.ExpectedValue == 0)
-    throw RuntimeFailure("division by zero: the expected value is 0, of which the difference is told in percent");
-  return Checked(s.EstimatedDiff * 100 / s.ExpectedValue);
+/// Of an expected value of 0 the difference cannot be told in percent.
+std::string PercentDiff(const ConfidenceSeries& s) {
+  const double percent = s.EstimatedDiff * 100 / s.ExpectedValue;
+  return std::isfinite(percent) ? Number(percent) : RightSet("undefined   ", 15);
 }
 
 std::string Estimates(const ConfidenceSeries& s) {
   return "Max Likelihood: " + Number(s.ModeValue) + "\nExpected Value: " + Number(s.ExpectedValue) +
-         "\nEstimated Diff: " + Number(s.EstimatedDiff) + "\nPercent Diff:   " + Number(PercentDiff(s)) +
+         "\nEstimated Diff: " + Number(s.EstimatedDiff) + "\nPercent Diff:   " + PercentDiff(s) +
          "\nEstimated SE:   " + Number(s.EstimatedSE) + "\n";
 }
 

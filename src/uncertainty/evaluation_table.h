@@ -9,7 +9,7 @@
 namespace merlane {
 
 /// The tables of a likelihood profile, a posterior and a prior profile: a line for each point in fixed columns, and the
-/// estimates below. RuntimeFailure when the expected value is 0, of which the difference is told in percent.
+/// estimates below.
 std::string LikelihoodProfileTable(const ConfidenceSeries& series);
 std::string PosteriorTable(const ConfidenceSeries& series);
 std::string PriorProfileTable(const ConfidenceSeries& series);

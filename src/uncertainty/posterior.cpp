@@ -28,13 +28,14 @@ class PosteriorRun {
 
   Posterior Run() {
     if (NFREE_ == 1) PrepareBivariate();
-    result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.H);
+    result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.Distance());
     watch_.OnStart(calls_);
     for (int point = 1; point <= options_.ProfilePoints; ++point)
       if (!EvaluatePoint(point)) {
         result_.points.Keep(std::max(0, point - 2));
         break;
       }
+    if (result_.Vanishes()) result_.points.IMin = 0;
     if (result_.bivariate) result_.bivariate->X = result_.points.ProfileX;  // of the points kept
     result_.points.Ascend();
     return std::move(result_);
@@ -136,6 +137,10 @@ class PosteriorRun {
 };
 
 }  // namespace
+
+bool Posterior::Vanishes() const {
+  return std::ranges::all_of(points.ProfileF, [](double f) { return f == VanishedF; });
+}
 
 Posterior EvaluatePosterior(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state,
                             Objective& objective, double& ReferenceF, PosteriorWatch& watch) {

@@ -15,6 +15,9 @@ namespace merlane {
 /// The other free parameters over which a posterior can be summed.
 inline constexpr int MostGridParameters = 6;
 
+/// -ln[L] of a point at which the densities of all nodes underflow.
+inline constexpr double VanishedF = 1E+20;
+
 struct PosteriorOptions {
   std::int16_t ProfilePoints = 25;  // of the parameter itself; odd, 3 at least
   std::int16_t GridPoints = 25;     // of each other free parameter, likewise; 0 when none is free
@@ -42,12 +45,15 @@ struct Posterior {
   std::optional<BivariateDensity> bivariate;  // with exactly one other free parameter; its X are not turned round, and
                                               // its peak is that of all nodes, also of points that are not kept
   double NodeCounter = 0;                     // function calls done
+
+  /// True when every point is VanishedF: there is no curve, and the points have no minimum.
+  bool Vanishes() const;
 };
 
 /// The marginal posterior of a pinned parameter: at each of its points the likelihood is summed over a regular grid of
 /// all other free parameters (MostGridParameters at most), with one function call at each node, centred at Value and a
-/// step apart. -ln[L] of a point is -ln of the plain sum of exp(ReferenceF - (-ln[L])) over the nodes, or 1E+20 when
-/// all of them underflow; with no other free parameter it is that of the one call.
+/// step apart. -ln[L] of a point is -ln of the plain sum of exp(ReferenceF - (-ln[L])) over the nodes, or VanishedF
+/// when all of them underflow; with no other free parameter it is that of the one call.
 ///
 /// ReferenceF is kept by the caller from one run to the next and is set, to -ln[L] at Value, only when exactly one
 /// other parameter is free; with more it is what an earlier run has left, 0 at first.

@@ -139,6 +139,7 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
     if (!points) return;
     setup.GridPoints = *points;
   }
+  OfferOneSide(pinned, setup);
   p_.state.flags.InterruptBayes = false;
   Progress progress(*this, setup);
   Posterior posterior = [&] {
@@ -149,8 +150,18 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   pinned.Restore();  // unlike a profile, which holds the parameter while its plots are open
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
+  if (posterior.points.Count() > 0 && posterior.Vanishes()) TellVanished();
   Keep(setup, posterior.points, std::move(posterior.bivariate));
   ShowLast();
+}
+
+void PosteriorDialogue::TellVanished() const {
+  p_.desk.Tell(
+      Words.title,
+      "The posterior vanishes at all points: every likelihood is too small for a number, so there is no curve "
+      "to be drawn.\r\nEvaluate a posterior with exactly one other free parameter first: it sets the reference "
+      "that makes the likelihoods larger, and later ones keep it.",
+      style::Exclamation);
 }
 
 std::string PosteriorDialogue::Table(const ConfidenceSeries& series) const { return PosteriorTable(series); }

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <string>
+
 #include "base/at_end.h"
 #include "uncertainty/evaluation_questions.h"
 #include "uncertainty/evaluation_table.h"
@@ -26,12 +28,12 @@ constexpr const char* Notice =
 
 }  // namespace
 
-void PriorProfileDialogue::ProfilePrior() {
+void PriorProfileDialogue::ProfilePrior(std::int16_t selected) {
   desk_.Tell(Title, Notice, style::Information);
   const auto parameter = AskParameterNumber(
       desk_, Title,
       fmt::format("Choose the parameter number to be profiled.\r\n(0 < parameter # <= {})", state_.algorithm.NPAR),
-      state_.algorithm.NPAR);
+      state_.algorithm.NPAR, std::to_string(selected));
   if (!parameter) return;
   if (priors_.PriorCode(*parameter) == "U") {
     desk_.Tell(Title, "There is nothing to plot when the prior distribution is uniform-unbounded", style::Exclamation);

@@ -19,7 +19,8 @@ class PriorProfileDialogue : private PriorProfileWatch {
                        FrmDistributionTable& frmPriorDists)
       : desk_(desk), state_(state), priors_(priors), main_(main), distPlot_(distPlot), table_(frmPriorDists) {}
 
-  void ProfilePrior();
+  /// The command; `selected` is the parameter that is proposed.
+  void ProfilePrior(std::int16_t selected);
 
  private:
   EvaluatedPoints Evaluate();

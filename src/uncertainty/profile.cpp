@@ -6,7 +6,7 @@ namespace merlane {
 
 EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t ProfilePoints, RunState& state,
                                 Objective& objective, const ProfileMinimiser& minimise, ProfileWatch& watch) {
-  EvaluatedPoints points(ProfilePoints, pinned.H);
+  EvaluatedPoints points(ProfilePoints, pinned.Distance());
   Array1<double>& Value = state.algorithm.Value;
   for (int point = 1; point <= ProfilePoints; ++point) {
     const double x = pinned.ValueAt(point, ProfilePoints);

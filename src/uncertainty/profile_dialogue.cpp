@@ -94,6 +94,7 @@ double ProfileDialogue::StepFrom(double standardError, std::int16_t, const Evalu
 
 void ProfileDialogue::Run(const EvaluationSetup& setup) {
   PinnedParameter pinned(p_.state, setup.ProfileParameter);
+  OfferOneSide(pinned, setup);
   SetPanel(1, "");
   p_.state.flags.InterruptML = false;
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};

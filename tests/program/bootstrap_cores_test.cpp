@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "bootstrap/bootstrap_reports.h"
+#include "control/algorithm_file.h"
 #include "platform/files.h"
 #include "priors/set_prior.h"
 #include "program/analysis.h"
@@ -107,6 +108,16 @@ TEST_P(BootstrapCores, GiveTheSameWhereACalculationFails) {
         [](int attempt) { return attempt == 3; });
   });
   EXPECT_THAT(one_->summary, HasSubstr("due to a calculation that failed was 1\r\n"));
+}
+
+TEST_P(BootstrapCores, GiveTheSameWherePointsCannotBeEvaluated) {
+  const Folder folder("bootstrap_unevaluated");
+  ExpectSameOnAllCores("juveniles_only", [&folder](Analysis& a) {
+    a.state.algorithm.Step(24) = 1e308;  // far beyond what can be evaluated, wherever it leads
+    a.windows.File(folder / "own.alg");
+    ASSERT_TRUE(a.desk.Press(a.menu.cmdSaveAlg));
+  });
+  EXPECT_THAT(one_->summary, ::testing::Not(HasSubstr("due to a calculation that failed was 1")));
 }
 
 TEST_P(BootstrapCores, GiveTheSameWhereTheUserAborts) {

@@ -98,6 +98,45 @@ TEST_F(CovarianceDialogueTest, CancelAtTheFirstQuestionReturnsToTheMenu) {
             "NUMERICALLY");
 }
 
+TEST_F(CovarianceDialogueTest, WithNothingFreeItIsRefusedInOneBoxBeforeAnyQuestion) {
+  t.state.algorithm.Step.Fill(0);
+  Run();
+  ASSERT_EQ(host.windows.messages.size(), 1U);
+  EXPECT_EQ(host.windows.messages[0].title, "There is nothing to do");
+  EXPECT_EQ(host.windows.messages[0].text, "All step sizes are zero");
+  EXPECT_EQ(host.windows.messages[0].style, style::Exclamation);
+  EXPECT_FALSE(calculated);
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_TRUE(t.calls.empty());
+}
+
+TEST_F(CovarianceDialogueTest, WithNothingLeftFreeInTheEditorItIsRefusedBeforeTheConstant) {
+  host.windows.No("Covariance calculator");
+  host.windows.Reply(Answer::Ok, "Covariance calculator");
+  host.windows.AtWait([this] {
+    t.state.algorithm.Step.Fill(0);
+    EXPECT_TRUE(desk.Press(algo.cmdFinish));
+  });
+  AnswerFactors();
+  Run();
+  EXPECT_EQ(host.windows.LastText(), "All step sizes are zero");
+  EXPECT_FALSE(calculated);
+  EXPECT_TRUE(menu.Visible());
+}
+
+TEST_F(CovarianceDialogueTest, AFactorsProposalLeftAsItStandsKeepsItsHiddenDigits) {
+  AnswerUpToFactors();
+  for (const char* factor : {"0.123456", "1.000E-01", "1.000E-02"}) host.windows.Enter(factor, "Covariance calculator");
+  host.windows.No("Covariance calculator");
+  for (const char* factor : {"1.235E-01", "1.000E-01", "1.000E-02"})
+    host.windows.Enter(factor, "Covariance calculator");
+  host.windows.Yes("Covariance calculator");
+  AnswerConstant();
+  host.windows.No("Calculate optimistic SEs only?");
+  Run();
+  EXPECT_EQ(covariances.grid(1).GridFactor, 0.123456);
+}
+
 TEST_F(CovarianceDialogueTest, CancelAtTheNoticeReturnsToTheMenu) {
   host.windows.No("Covariance calculator");
   host.windows.Reply(Answer::Cancel, "Covariance calculator");

@@ -85,6 +85,38 @@ TEST_F(PosteriorDialogueTest, AnEmptyParameterEndsTheCommand) {
   ExpectBackAtMenu();
 }
 
+TEST_F(PosteriorDialogueTest, QuitAtTheParameterEndsTheCommandAsThePromptSays) {
+  AnswerUpToParameter();
+  windows.Enter(" q ", Title);
+  Choose(frmParEvals.cmdBP);
+  EXPECT_EQ(windows.inputs.back().prompt,
+            "Choose the parameter number to be evaluated or Quit: \r\n0 < parameter # <= 8");
+  ExpectBackAtMenu();
+}
+
+TEST_F(PosteriorDialogueTest, WithNothingFreeItIsRefusedInOneBoxBeforeAnyQuestion) {
+  algorithm.Step.Fill(0);
+  Choose(frmParEvals.cmdBP);
+  ASSERT_EQ(windows.messages.size(), 1U);
+  EXPECT_EQ(windows.messages[0].title, "There is nothing to do");
+  EXPECT_EQ(windows.messages[0].text, "All step sizes are zero");
+  EXPECT_THAT(run.calls, IsEmpty());
+  ExpectBackAtMenu();
+}
+
+TEST_F(PosteriorDialogueTest, OrdinatesThatAllVanishAreToldInPlaceOfAFlatCurve) {
+  FreeThree();
+  run.function = [](Array1<double>&) { return 2000; };  // far beyond what the reference of 0 can hold
+  AnswerSetup("1", "3", "3");
+  Edit();
+  Choose(frmParEvals.cmdBP);
+  EXPECT_THAT(LastBox(), StartsWith("The posterior vanishes at all points: "));
+  EXPECT_FALSE(evaluation.series);
+  EXPECT_FALSE(frmDistPlot.Loaded());
+  EXPECT_FALSE(frmBayesian.Loaded());
+  ExpectBackAtMenu();
+}
+
 TEST_F(PosteriorDialogueTest, APointCountBelowOneOrAbove1001IsAskedForAgain) {
   AnswerUpToParameter();
   windows.Enter("1", Title);

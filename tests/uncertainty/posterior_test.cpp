@@ -121,10 +121,12 @@ TEST(Posterior, APointWhoseNodesAllUnderflowHasADensityOfZero) {
   EXPECT_EQ(MakeConfidenceSeries(points).ProfilePDF(1), 0);
 }
 
-TEST(Posterior, WhenEverythingUnderflowsTheModeIsTheFirstPoint) {
+TEST(Posterior, WhenEverythingUnderflowsThereIsNoCurve) {
   FunctionRun run({0, 0, 0}, {1, 1, 1}, [](Array1<double>&) { return 800; });
   Integrated p(run);
-  EXPECT_EQ(p.Integrate(1, {5, 3}).points.IMin, 1);
+  const Posterior posterior = p.Integrate(1, {5, 3});
+  EXPECT_TRUE(posterior.Vanishes());
+  EXPECT_FALSE(posterior.points.HasMinimum());
 }
 
 TEST(Posterior, ADensityThatOverflowsIsARuntimeFailure) {

@@ -360,20 +360,59 @@ TEST_F(ProfileDialogueTest, AMinimumAtTheFirstPointSkipsTheRegionOnTheMode) {
   EXPECT_THAT(frmMaxLike.rtbTable.text, HasSubstr("    5     5.0000E+000"));
 }
 
-TEST_F(ProfileDialogueTest, AnExpectedValueOfZeroFailsAtTheTableAndLeavesThePlots) {
+TEST_F(ProfileDialogueTest, AnExpectedValueOfZeroCostsThePercentageAlone) {
   FreezeTheOther();
   run.function = [](Array1<double>& v) { return v(1) * v(1); };
   algorithm.Value(1) = 0;
-  windows.ExpectFailure("the expected value is 0");
   ProfileBySimplex("5");
-  EXPECT_FALSE(state.profile.ProfileOn);
-  EXPECT_EQ(algorithm.Step(1), 0.25);
-  EXPECT_TRUE(frmMenu.Visible());
+  EXPECT_THAT(frmMaxLike.rtbTable.text, HasSubstr("\nPercent Diff:      undefined   \nEstimated SE:   "));
+  ExpectBackAtMenu();
+}
+
+// A parameter whose sign the model drops.
+
+TEST_F(ProfileDialogueTest, PointsBeyondZeroOfAParameterWithoutASignCanBeLeftOut) {
+  FreezeTheOther();
+  run.function = [](Array1<double>& v) {
+    v(1) = std::fabs(v(1));
+    return 20 + 4 * (v(1) - 3) * (v(1) - 3);
+  };
+  algorithm.Step(1) = 2;  // from -1 to 7
+  AnswerUpToMinimiser("1", "5");
   windows.Yes(Title);
+  Edit();
+  windows.Yes(Title);
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
+            "Parameter #1 is taken without its sign: beyond 0 the curves would be mirror images of those before it."
+            "\r\n\r\nDo you want all points on the side of 0 on which its value lies?");
+  for (int i = 1; i <= 5; ++i) EXPECT_DOUBLE_EQ(evaluation.series->ProfileX(i), 1.4 * i);
+  EXPECT_EQ(algorithm.Value(1), 3);
+  EXPECT_EQ(algorithm.Step(1), 2);
+}
+
+TEST_F(ProfileDialogueTest, MirroredPointsStayWhenTheyAreWanted) {
+  FreezeTheOther();
+  run.function = [](Array1<double>& v) {
+    v(1) = std::fabs(v(1));
+    return 20 + 4 * (v(1) - 3) * (v(1) - 3);
+  };
+  algorithm.Step(1) = 2;
+  AnswerUpToMinimiser("1", "5");
+  windows.Yes(Title);
+  Edit();
   windows.No(Title);
   SeePlots();
-  windows.ExpectFailure("the expected value is 0");
   Choose(frmParEvals.cmdML);
+  EXPECT_EQ(*evaluation.series->ProfileX.begin(), -1);
+}
+
+TEST_F(ProfileDialogueTest, AParameterWithASignMayCrossZeroWithoutAWord) {
+  FreezeTheOther();
+  algorithm.Step(1) = 2;
+  ProfileBySimplex("5");
+  EXPECT_EQ(*evaluation.series->ProfileX.begin(), -1);
 }
 
 // Earlier results.
