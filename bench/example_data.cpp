@@ -15,7 +15,7 @@ Example ReadExample() {
   data.FirstYear = 1995;
   data.LastYear = 1996;
   data.NCov = 3;
-  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
+  data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
   ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {});
   example.algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));

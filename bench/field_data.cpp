@@ -72,7 +72,7 @@ BroodData ReadFieldData(const FieldDataPlan& plan) {
   data.FirstYear = FirstFieldYear;
   data.LastYear = static_cast<std::int16_t>(FirstFieldYear + plan.years - 1);
   data.NCov = plan.covariates == FieldDataPlan::Covariates::None ? 0 : 3;
-  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
+  data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   ReadTextData(FieldData(plan), false, data, [](const Message&) {});
   return data;
 }

@@ -7,9 +7,9 @@
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/catalogue.h"
-#include "model/distributions.h"
 #include "model/first_evaluation.h"
 #include "model/survival.h"
+#include "plain_distributions.h"
 
 namespace merlane::plain {
 namespace {
@@ -313,7 +313,7 @@ void EvaluateObjective(const BroodData& data, const EvaluationSetting& setting, 
   bool allZero = true;
   for (const double value : Value) allZero = allZero && value == 0;
   if (allZero) return;
-  DecodeParameters(Value, Step, data.NCov, data.InteractionBase, state.parameters, state.Penalty);
+  DecodeParameters(Value, Step, ParameterLayout(data), state.parameters, state.Penalty);
   if (NF == 1)
     BeginEvaluations(
         data, state, setting, [&] { FillSurvivalTables(data, setting, state); }, Value, Step, Names, Fuse, NPAR);

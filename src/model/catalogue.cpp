@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <initializer_list>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
@@ -54,23 +55,31 @@ struct Replacement {
 };
 
 constexpr std::array<Replacement, 3> ClutchAgeUnknownTexts = {{
-    {12, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coef   (egg corr'd mortality) [0]"},
-    {16, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR     (egg random mortality) [1]"},
-    {20, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC     (egg corr'd mortality) [1]"},
+    {parameter::f_N, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coef   (egg corr'd mortality) [0]"},
+    {parameter::Beta_NR, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR     (egg random mortality) [1]"},
+    {parameter::Beta_NC, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC     (egg corr'd mortality) [1]"},
 }};
 
 constexpr std::array<Replacement, 11> BroodAgeUnknownTexts = {{
-    {14, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coef    (juv corr'd mortality) [0]"},
-    {18, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR  (juv random mortality)    [1]"},
-    {22, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC  (juv corr'd mortality)    [1]"},
-    {23, "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]      [0]"},
-    {24, "DO NOT ESTIMATE (MUST=0) Zeta_BR(02)  (on Alpha_BR): Hatch date               [0]"},
-    {25, "DO NOT ESTIMATE (MUST=0) Gamma_BR(01) (on Beta_BR):  E[brood size@hatch]      [0]"},
-    {26, "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date               [0]"},
-    {27, "DO NOT ESTIMATE (MUST=0) Zeta_BC(01)  (on Alpha_BC): E[brood size@hatch]      [0]"},
-    {28, "DO NOT ESTIMATE (MUST=0) Zeta_BC(02)  (on Alpha_BC): Hatch date               [0]"},
-    {29, "DO NOT ESTIMATE (MUST=0) Gamma_BC(01) (on Beta_BC):  E[brood size@hatch]      [0]"},
-    {30, "DO NOT ESTIMATE (MUST=0) Gamma_BC(02) (on Beta_BC):  Hatch date               [0]"},
+    {parameter::f_B, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coef    (juv corr'd mortality) [0]"},
+    {parameter::Beta_BR, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR  (juv random mortality)    [1]"},
+    {parameter::Beta_BC, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC  (juv corr'd mortality)    [1]"},
+    {AttributeParameter(Family::ZetaBR, property::BroodSize),
+     "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]      [0]"},
+    {AttributeParameter(Family::ZetaBR, property::HatchDate),
+     "DO NOT ESTIMATE (MUST=0) Zeta_BR(02)  (on Alpha_BR): Hatch date               [0]"},
+    {AttributeParameter(Family::GammaBR, property::BroodSize),
+     "DO NOT ESTIMATE (MUST=0) Gamma_BR(01) (on Beta_BR):  E[brood size@hatch]      [0]"},
+    {AttributeParameter(Family::GammaBR, property::HatchDate),
+     "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date               [0]"},
+    {AttributeParameter(Family::ZetaBC, property::BroodSize),
+     "DO NOT ESTIMATE (MUST=0) Zeta_BC(01)  (on Alpha_BC): E[brood size@hatch]      [0]"},
+    {AttributeParameter(Family::ZetaBC, property::HatchDate),
+     "DO NOT ESTIMATE (MUST=0) Zeta_BC(02)  (on Alpha_BC): Hatch date               [0]"},
+    {AttributeParameter(Family::GammaBC, property::BroodSize),
+     "DO NOT ESTIMATE (MUST=0) Gamma_BC(01) (on Beta_BC):  E[brood size@hatch]      [0]"},
+    {AttributeParameter(Family::GammaBC, property::HatchDate),
+     "DO NOT ESTIMATE (MUST=0) Gamma_BC(02) (on Beta_BC):  Hatch date               [0]"},
 }};
 
 constexpr std::array<const char*, 4> AttributeInteractionTexts = {
@@ -96,30 +105,36 @@ constexpr std::array<const char*, 8> CovariateInteractionHeads = {
 };
 
 void FillCovariateTexts(Array1<std::string>& Names, const BroodData& data, int m) {
-  const int NCov = data.NCov;
-  const int base = data.InteractionBase + 4;
-  const std::string nn = Format(m + 2, "00"), mm = Format(m, "00");
+  const ParameterLayout layout(data);
+  const std::string nn = Format(property::Covariate(m), "00"), mm = Format(m, "00");
   const std::string name = RightSet(data.CovariateName(m), 12);
   const auto mainText = [&](const char* coefficient, const char* on, const char* mortality) {
     return fmt::format("{}({}) (on {}): Brood covariate {} ({} mortality) {} [0]", coefficient, nn, on, mm, mortality,
                        name);
   };
-  Names(30 + m) = mainText("Zeta_BR", "Alpha_BR", "random");
-  Names(30 + NCov + m) = mainText("Zeta_BC", "Alpha_BC", "corr'd");
-  Names(30 + 2 * NCov + m) = mainText("Gamma_BR", "Beta_BR", "random");
-  Names(30 + 3 * NCov + m) = mainText("Gamma_BC", "Beta_BC", "corr'd");
-  for (int block = 0; block < 8; ++block)
-    Names(base + block * NCov + m) =
-        fmt::format("{}{})        {} [0]", CovariateInteractionHeads[static_cast<std::size_t>(block)], nn, name);
+  Names(layout.Covariate(Family::ZetaBR, m)) = mainText("Zeta_BR", "Alpha_BR", "random");
+  Names(layout.Covariate(Family::ZetaBC, m)) = mainText("Zeta_BC", "Alpha_BC", "corr'd");
+  Names(layout.Covariate(Family::GammaBR, m)) = mainText("Gamma_BR", "Beta_BR", "random");
+  Names(layout.Covariate(Family::GammaBC, m)) = mainText("Gamma_BC", "Beta_BC", "corr'd");
+  std::size_t head = 0;
+  for (const Family family : Families)
+    for (const int attribute : {property::BroodSize, property::HatchDate})
+      Names(layout.CovariateInteraction(family, attribute, m)) =
+          fmt::format("{}{})        {} [0]", CovariateInteractionHeads[head++], nn, name);
 }
 
-void ReplaceWhereBroodAgesAreUnknown(Array1<std::string>& Names, int NPAR, int InteractionBase) {
+void FillAttributeInteractionTexts(Array1<std::string>& Names, const ParameterLayout& layout,
+                                   const std::array<const char*, 4>& texts) {
+  for (const Family family : Families)
+    Names(layout.AttributeInteraction(family)) = texts[static_cast<std::size_t>(family)];
+}
+
+void ReplaceWhereBroodAgesAreUnknown(Array1<std::string>& Names, int NPAR, const ParameterLayout& layout) {
   for (const Replacement& replacement : BroodAgeUnknownTexts) Names(replacement.number) = replacement.text;
-  for (int i = 31; i <= InteractionBase; ++i)
+  for (int i = parameter::FirstOfCovariates; i <= layout.InteractionBase; ++i)
     Names(i) = "DO NOT ESTIMATE (MUST=0) Brood covariates                                     [0]";
-  for (int i = 1; i <= 4; ++i)
-    Names(InteractionBase + i) = AttributeInteractionUnknownTexts[static_cast<std::size_t>(i) - 1];
-  for (int i = InteractionBase + 5; i <= NPAR; ++i)
+  FillAttributeInteractionTexts(Names, layout, AttributeInteractionUnknownTexts);
+  for (int i = layout.FirstCovariateInteraction(); i <= NPAR; ++i)
     Names(i) = "DO NOT ESTIMATE (MUST=0) Brood covariate interaction terms                    [0]";
 }
 
@@ -144,86 +159,78 @@ double EggExponent(const Array1<double>& Value, int i, double& Penalty) {
 /// Parameter `i`, an age.
 std::int16_t Age(const Array1<double>& Value, int i) { return OfParameter(i, Value(i), ToInt16); }
 
-/// 1 to 22: error distributions, overdispersion, ages of laying and fledging, and both kinds of mortality.
+/// Error distributions, overdispersion, ages of laying and fledging, and both kinds of mortality.
 void DecodeStructure(Array1<double>& Value, Parameters& p, double& Penalty) {
   constexpr double LargestTheta = 0.999999;
-  for (int i = 1; i <= 22; ++i) Value(i) = std::fabs(Value(i));
-  for (int i = 1; i <= 4; ++i)
+  for (int i = 1; i <= parameter::LastOfMortality; ++i) Value(i) = std::fabs(Value(i));
+  for (const int i : {parameter::CodeEggR, parameter::CodeJuvR, parameter::CodeEggC, parameter::CodeJuvC})
     if (Value(i) != 1.0 && Value(i) != 2.0) Value(i) = 1.0;
-  p.CodeEggR = ToInt16(Value(1));
-  p.CodeJuvR = ToInt16(Value(2));
-  p.CodeEggC = ToInt16(Value(3));
-  p.CodeJuvC = ToInt16(Value(4));
+  p.CodeEggR = ToInt16(Value(parameter::CodeEggR));
+  p.CodeJuvR = ToInt16(Value(parameter::CodeJuvR));
+  p.CodeEggC = ToInt16(Value(parameter::CodeEggC));
+  p.CodeJuvC = ToInt16(Value(parameter::CodeJuvC));
 
-  CapAtOne(Value, 5, Penalty);
-  CapAtOne(Value, 7, Penalty);
+  CapAtOne(Value, parameter::ThetaEggC, Penalty);
+  CapAtOne(Value, parameter::ThetaJuvC, Penalty);
   p.ThetaEggR = p.ThetaJuvR = 0;
-  p.ThetaEggC = std::min(Value(5), LargestTheta);
-  p.v_N = Value(6);
-  p.ThetaJuvC = std::min(Value(7), LargestTheta);
-  p.v_B = Value(8);
+  p.ThetaEggC = std::min(Value(parameter::ThetaEggC), LargestTheta);
+  p.v_N = Value(parameter::v_N);
+  p.ThetaJuvC = std::min(Value(parameter::ThetaJuvC), LargestTheta);
+  p.v_B = Value(parameter::v_B);
 
-  Value(9) = -Value(9);
-  p.LayAge = Age(Value, 9);
-  p.FledgeAge = Age(Value, 10);
-  CapAtOne(Value, 11, Penalty);
-  CapAtOne(Value, 13, Penalty);
-  p.c_N = Value(11);
-  p.f_N = Value(12);
-  p.c_B = Value(13);
-  p.f_B = Value(14);
+  Value(parameter::LayAge) = -Value(parameter::LayAge);
+  p.LayAge = Age(Value, parameter::LayAge);
+  p.FledgeAge = Age(Value, parameter::FledgeAge);
+  CapAtOne(Value, parameter::c_N, Penalty);
+  CapAtOne(Value, parameter::c_B, Penalty);
+  p.c_N = Value(parameter::c_N);
+  p.f_N = Value(parameter::f_N);
+  p.c_B = Value(parameter::c_B);
+  p.f_B = Value(parameter::f_B);
 
-  p.Alpha_NR = Value(15);
-  p.Beta_NR = EggExponent(Value, 16, Penalty);
-  p.Alpha_BR = Value(17);
-  p.Beta_BR = Value(18);
-  p.Alpha_NC = Value(19);
-  p.Beta_NC = EggExponent(Value, 20, Penalty);
-  p.Alpha_BC = Value(21);
-  p.Beta_BC = Value(22);
+  p.Alpha_NR = Value(parameter::Alpha_NR);
+  p.Beta_NR = EggExponent(Value, parameter::Beta_NR, Penalty);
+  p.Alpha_BR = Value(parameter::Alpha_BR);
+  p.Beta_BR = Value(parameter::Beta_BR);
+  p.Alpha_NC = Value(parameter::Alpha_NC);
+  p.Beta_NC = EggExponent(Value, parameter::Beta_NC, Penalty);
+  p.Alpha_BC = Value(parameter::Alpha_BC);
+  p.Beta_BC = Value(parameter::Beta_BC);
 }
 
-/// True for a coefficient that acts or may be estimated.
-bool InPlay(const Array1<double>& Value, const Array1<double>& Step, int i) { return Value(i) != 0 || Step(i) != 0; }
+/// Takes a coefficient of attributes, which may need to be known: those that act or may be estimated do.
+double AttributeCoefficient(const Array1<double>& Value, const Array1<double>& Step, int i,
+                            std::initializer_list<bool*> needed) {
+  if (Value(i) != 0 || Step(i) != 0)
+    for (bool* const uses : needed) *uses = true;
+  return Value(i);
+}
 
-/// 23 to 30 + 4 NCov. The attributes (23 to 30) come family after family, their covariates (31 and on) in another order
-/// of the families; saved files depend on both.
-void DecodeMainEffects(const Array1<double>& Value, const Array1<double>& Step, int NCov, Parameters& p) {
-  Array1<double>* const families[] = {&p.ZetaBR, &p.GammaBR, &p.ZetaBC, &p.GammaBC};
-  for (int f = 0; f < 4; ++f) {
-    Array1<double>& family = *families[f];
-    if (family.Size() != NCov + 2) family.Dimension(NCov + 2);
-    const int first = 23 + 2 * f;
-    family(1) = Value(first);
-    family(2) = Value(first + 1);
-    if (InPlay(Value, Step, first)) p.UsesBroodSize = true;
-    if (InPlay(Value, Step, first + 1)) p.UsesHatchDate = true;
-  }
-  for (int m = 1; m <= NCov; ++m) {
-    p.ZetaBR(m + 2) = Value(30 + m);
-    p.ZetaBC(m + 2) = Value(30 + NCov + m);
-    p.GammaBR(m + 2) = Value(30 + 2 * NCov + m);
-    p.GammaBC(m + 2) = Value(30 + 3 * NCov + m);
+void DecodeMainEffects(const Array1<double>& Value, const Array1<double>& Step, const ParameterLayout& layout,
+                       Parameters& p) {
+  for (const Family family : Families) {
+    Array1<double>& Z = p.Coefficients(family);
+    if (Z.Size() != property::Covariate(layout.NCov)) Z.Dimension(property::Covariate(layout.NCov));
+    Z(property::BroodSize) =
+        AttributeCoefficient(Value, Step, AttributeParameter(family, property::BroodSize), {&p.UsesBroodSize});
+    Z(property::HatchDate) =
+        AttributeCoefficient(Value, Step, AttributeParameter(family, property::HatchDate), {&p.UsesHatchDate});
+    for (int m = 1; m <= layout.NCov; ++m) Z(property::Covariate(m)) = Value(layout.Covariate(family, m));
   }
 }
 
-/// InteractionBase + 1 and on: the attributes with each other, then with the covariates.
-void DecodeInteractions(const Array1<double>& Value, const Array1<double>& Step, int NCov, int InteractionBase,
+void DecodeInteractions(const Array1<double>& Value, const Array1<double>& Step, const ParameterLayout& layout,
                         Parameters& p) {
-  Matrix1<double>* const families[] = {&p.ZetaBRx, &p.GammaBRx, &p.ZetaBCx, &p.GammaBCx};
-  const int base = InteractionBase + 4;
-  for (int f = 0; f < 4; ++f) {
-    Matrix1<double>& family = *families[f];
-    if (family.Columns() != NCov + 2) family.Dimension(2, NCov + 2);
-    const int attributes = InteractionBase + 1 + f;
-    family(1, 2) = Value(attributes);
-    if (InPlay(Value, Step, attributes)) p.UsesBroodSize = p.UsesHatchDate = true;
-    for (int m = 1; m <= NCov; ++m) {
-      const int withSize = base + 2 * f * NCov + m, withDate = withSize + NCov;
-      family(1, m + 2) = Value(withSize);
-      family(2, m + 2) = Value(withDate);
-      if (InPlay(Value, Step, withSize)) p.UsesBroodSize = true;
-      if (InPlay(Value, Step, withDate)) p.UsesHatchDate = true;
+  for (const Family family : Families) {
+    Matrix1<double>& Zx = p.Interactions(family);
+    if (Zx.Columns() != property::Covariate(layout.NCov)) Zx.Dimension(2, property::Covariate(layout.NCov));
+    Zx(property::BroodSize, property::HatchDate) =
+        AttributeCoefficient(Value, Step, layout.AttributeInteraction(family), {&p.UsesBroodSize, &p.UsesHatchDate});
+    for (int m = 1; m <= layout.NCov; ++m) {
+      Zx(property::BroodSize, property::Covariate(m)) = AttributeCoefficient(
+          Value, Step, layout.CovariateInteraction(family, property::BroodSize, m), {&p.UsesBroodSize});
+      Zx(property::HatchDate, property::Covariate(m)) = AttributeCoefficient(
+          Value, Step, layout.CovariateInteraction(family, property::HatchDate, m), {&p.UsesHatchDate});
     }
   }
 }
@@ -231,21 +238,25 @@ void DecodeInteractions(const Array1<double>& Value, const Array1<double>& Step,
 }  // namespace
 
 void FillParameterDescriptions(Array1<std::string>& Names, std::int16_t NPAR, const BroodData& data) {
-  for (int i = 1; i <= 30; ++i) Names(i) = FixedTexts[static_cast<std::size_t>(i) - 1];
-  for (int i = 1; i <= 4; ++i)
-    Names(data.InteractionBase + i) = AttributeInteractionTexts[static_cast<std::size_t>(i) - 1];
+  const ParameterLayout layout(data);
+  for (std::size_t i = 0; i < FixedTexts.size(); ++i) Names(static_cast<int>(i) + 1) = FixedTexts[i];
+  FillAttributeInteractionTexts(Names, layout, AttributeInteractionTexts);
   for (int m = 1; m <= data.NCov; ++m) FillCovariateTexts(Names, data, m);
   if (!data.AllClutchAgesKnown)
     for (const Replacement& replacement : ClutchAgeUnknownTexts) Names(replacement.number) = replacement.text;
-  if (!data.AllBroodAgesKnown) ReplaceWhereBroodAgesAreUnknown(Names, NPAR, data.InteractionBase);
+  if (!data.AllBroodAgesKnown) ReplaceWhereBroodAgesAreUnknown(Names, NPAR, layout);
 }
 
-void DecodeParameters(Array1<double>& Value, const Array1<double>& Step, std::int16_t NCov,
-                      std::int16_t InteractionBase, Parameters& decoded, double& Penalty) {
+void DecodeParameters(Array1<double>& Value, const Array1<double>& Step, const ParameterLayout& layout,
+                      Parameters& decoded, double& Penalty) {
   decoded.UsesBroodSize = decoded.UsesHatchDate = false;
   DecodeStructure(Value, decoded, Penalty);
-  DecodeMainEffects(Value, Step, NCov, decoded);
-  DecodeInteractions(Value, Step, NCov, InteractionBase, decoded);
+  DecodeMainEffects(Value, Step, layout, decoded);
+  DecodeInteractions(Value, Step, layout, decoded);
+}
+
+bool AllZero(const Array1<double>& Value) {
+  return std::all_of(Value.begin(), Value.end(), [](double value) { return value == 0; });
 }
 
 }  // namespace merlane

@@ -5,7 +5,6 @@
 #include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "base/gamma_ln.h"
-#include "model/distributions.h"
 
 namespace merlane {
 namespace {
@@ -54,22 +53,15 @@ CountDistributions::CountDistributions(int maxCount) {
   for (int i = 0; i <= maxCount; ++i) logFactorial_.push_back(GammaLn(i + 1));
 }
 
-double CountDistributions::Binomial(int n, int k, double p) const {
-  return BinomialLogs(p).Probability(LogChoices(n, k), n, k);
-}
-
-double CountDistributions::BetaBinomial(int n, int k, double& E, double theta) const {
-  return BetaBinomialLogs(n, E, theta).Probability(LogChoices(n, k), n, k);
-}
-
 double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) const {
-  if (k < 0 || k > n) return merlane::ProbVisit(Code, Theta, n, k, E, Var);  // not a count that can be looked up
   if (Theta == 1.0) Theta = 0.999999;
   const double p = E / n;
   // An absurd expectation may make it infinite: no objective rests on it, so it does not stop a minimisation.
   Var = n * p * (1 - p) * ((n - 1) * Theta + 1);
-  if (n == 1 || Code == 1 || Theta <= 1e-6) return Binomial(n, k, p);
-  return BetaBinomial(n, k, E, Theta);
+  const bool possible = k >= 0 && k <= n;  // odd data have counts that rise or are missing
+  const double logChoices = possible ? LogChoices(n, k) : GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1);
+  if (n == 1 || Code == 1 || Theta <= 1e-6) return BinomialLogs(p).Probability(logChoices, n, k);
+  return BetaBinomialLogs(n, E, Theta).Probability(logChoices, n, k);
 }
 
 void CountDistributions::ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const {
@@ -110,6 +102,18 @@ bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, do
   double sum = 0;
   for (const double probability : Pmf) sum = sum + probability;
   return sum >= 0.999999 && sum <= 1.000001;
+}
+
+double PmfVariance(std::span<const double> Pmf) {
+  double mean = 0;
+  double square = 0;
+  int k = 0;
+  for (const double probability : Pmf) {
+    square = square + k * k * probability;
+    mean = mean + k * probability;
+    ++k;
+  }
+  return square - mean * mean;
 }
 
 }  // namespace merlane

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/distributions.h"
-#include "model/prepared_visits.h"
+#include "model/interval_kinds.h"
 
 namespace merlane {
 namespace {
@@ -37,17 +36,12 @@ CountExpectation BestExpectation(const BroodData& data, const SurvivalTables& be
   CountExpectation expected;
   expected.ER = best.EVisitR[v];
   expected.EC = best.EVisitC[v];
-  expected.EHatchR = best.EHatchR[b];
-  expected.EHatchC = best.EHatchC[b];
-  expected.JuvRR = best.JuvRR[b];
-  expected.JuvCR = best.JuvCR[b];
-  expected.JuvRC = best.JuvRC[b];
-  expected.JuvCC = best.JuvCC[b];
+  expected.overHatch = OverHatch(best, b);
   switch (PredictionOf(data, visit)) {
-    case PreparedVisits::Prediction::Clutch:
+    case Prediction::Clutch:
       expected.q = data.VisitAge[v] == 0 ? best.PCorrHatch[b] : best.PCorrEgg[v];
       break;
-    case PreparedVisits::Prediction::Brood:
+    case Prediction::Brood:
       expected.q = best.PCorrJuv[v];
       break;
     default:
@@ -58,15 +52,15 @@ CountExpectation BestExpectation(const BroodData& data, const SurvivalTables& be
 }
 
 CountPredictor::CountPredictor(const BroodData& data, const Parameters& best)
-    : data_(data), best_(best), distributions_(LargestCount(data)) {}
+    : data_(data), errors_(best), distributions_(LargestCount(data)) {}
 
 void CountPredictor::Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction) {
   const auto width = static_cast<std::size_t>(n) + 1;
   prediction.inaccurateComponents = 0;
   for (auto* Pmf : {&prediction.Pmf, &PmfR_, &PmfC_}) Pmf->assign(width, 0.0);
-  const PreparedVisits::Prediction kind = PredictionOf(data_, visit);
-  if (kind == PreparedVisits::Prediction::Clutch || kind == PreparedVisits::Prediction::Brood)
-    MixOneStage(visit, n, expected, kind == PreparedVisits::Prediction::Brood, prediction);
+  const Prediction kind = PredictionOf(data_, visit);
+  if (kind == Prediction::Clutch || kind == Prediction::Brood)
+    MixOneStage(visit, n, expected, errors_.Of(kind == Prediction::Brood), prediction);
   else
     MixOverHatch(visit, n, expected, prediction);
 
@@ -78,54 +72,29 @@ void CountPredictor::Predict(int visit, int n, const CountExpectation& expected,
   prediction.VarAll = PmfVariance(prediction.Pmf);
 }
 
-void CountPredictor::MixOneStage(int visit, int n, const CountExpectation& expected, bool brood,
+void CountPredictor::MixOneStage(int visit, int n, const CountExpectation& expected, const StageErrors& errors,
                                  CountPrediction& prediction) {
   // A kind of mortality that cannot occur contributes 0 to every count.
-  if (brood ? best_.JuvsRandom() : best_.EggsRandom())
-    distributions_.ProbVisits(brood ? best_.CodeJuvR : best_.CodeEggR, brood ? best_.ThetaJuvR : best_.ThetaEggR, n,
-                              expected.ER, PmfR_);
-  if (brood ? best_.JuvsCorrelated() : best_.EggsCorrelated()) {
-    const double age = data_.VisitAge[static_cast<std::size_t>(visit) - 1];
-    const double theta = brood ? Overdispersion(best_.ThetaJuvC, best_.v_B, age)
-                               : Overdispersion(best_.ThetaEggC, best_.v_N, age - best_.LayAge);
-    distributions_.ProbVisits(brood ? best_.CodeJuvC : best_.CodeEggC, theta, n, expected.EC, PmfC_);
-  }
+  if (errors.random) distributions_.ProbVisits(errors.CodeR, errors.ThetaR, n, expected.ER, PmfR_);
+  if (errors.correlated)
+    distributions_.ProbVisits(errors.CodeC, errors.Theta(true, data_.VisitAge[static_cast<std::size_t>(visit) - 1]), n,
+                              expected.EC, PmfC_);
   for (std::size_t k = 0; k < prediction.Pmf.size(); ++k)
     prediction.Pmf[k] = (1 - expected.q) * PmfR_[k] + expected.q * PmfC_[k];
 }
 
 void CountPredictor::MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction) {
-  struct Component {
-    bool eggsC, juvsC;
-    double juveniles, weight;
-  };
-  const double q = expected.q, r = expected.r;
-  const Component components[] = {{false, false, expected.JuvRR, (1 - r) * (1 - q)},
-                                  {true, false, expected.JuvCR, (1 - r) * q},
-                                  {false, true, expected.JuvRC, (1 - q) * r},
-                                  {true, true, expected.JuvCC, q * r}};
   const double age = data_.VisitAge[static_cast<std::size_t>(visit) - 1];
+  const std::array<double, 4> weights = FateWeights(expected.q, expected.r);
   component_.resize(prediction.Pmf.size());
-  for (const auto& [eggsC, juvsC, juveniles, weight] : components) {
-    const bool possible =
-        (eggsC ? best_.EggsCorrelated() : best_.EggsRandom()) && (juvsC ? best_.JuvsCorrelated() : best_.JuvsRandom());
-    if (!possible || juveniles == Missing) {
-      std::ranges::fill(component_, 1.0);  // has no weight, as in the likelihood
-    } else if (!(juveniles > 0)) {
-      std::ranges::fill(component_, 0.0);
-    } else {
-      const bool overdispersed =
-          (eggsC ? best_.CodeEggC : best_.CodeEggR) == 2 || (juvsC ? best_.CodeJuvC : best_.CodeJuvR) == 2;
-      // The juveniles' overdispersion is taken at the negative age of the clutch, as in the likelihood.
-      const double thetaE = eggsC ? Overdispersion(best_.ThetaEggC, best_.v_N, age - best_.LayAge) : best_.ThetaEggR;
-      const double thetaJ = juvsC ? Overdispersion(best_.ThetaJuvC, best_.v_B, age) : best_.ThetaJuvR;
-      if (!distributions_.Calc_Probs_and_Theta(overdispersed ? 2 : 1, n, thetaE, thetaJ,
-                                               eggsC ? expected.EHatchC : expected.EHatchR, juveniles, component_))
-        ++prediction.inaccurateComponents;
-    }
-    std::vector<double>& sameJuvs = juvsC ? PmfC_ : PmfR_;
+  for (const HatchFate fate : HatchFates) {
+    if (!Occurs(fate, errors_, expected.overHatch))
+      std::ranges::fill(component_, 1.0);
+    else if (!FateDistribution(fate, distributions_, errors_, expected.overHatch, n, age, component_))
+      ++prediction.inaccurateComponents;
+    std::vector<double>& sameJuvs = CorrelatedJuveniles(fate) ? PmfC_ : PmfR_;
     for (std::size_t k = 0; k < component_.size(); ++k) {
-      const double weighted = weight * component_[k];
+      const double weighted = weights[fate] * component_[k];
       sameJuvs[k] += weighted;
       prediction.Pmf[k] += weighted;
     }
@@ -133,8 +102,8 @@ void CountPredictor::MixOverHatch(int visit, int n, const CountExpectation& expe
   const auto divide = [](std::vector<double>& Pmf, double share) {
     for (double& probability : Pmf) probability = share > 0 ? probability / share : 0;
   };
-  divide(PmfR_, 1 - r);
-  divide(PmfC_, r);
+  divide(PmfR_, 1 - expected.r);
+  divide(PmfC_, expected.r);
 }
 
 }  // namespace merlane

@@ -5,6 +5,7 @@
 #include "data/brood_data.h"
 #include "model/best_tables.h"
 #include "model/count_distributions.h"
+#include "model/hatch_fates.h"
 
 namespace merlane {
 
@@ -12,11 +13,9 @@ namespace merlane {
 struct CountExpectation {
   // Within one stage, or from a clutch to its hatch day: expected counts under random and correlated mortality.
   double ER = Missing, EC = Missing;
-  // Over hatch: expected numbers at hatch, and at the visit by the fate of the eggs and then of the juveniles.
-  double EHatchR = Missing, EHatchC = Missing;
-  double JuvRR = Missing, JuvCR = Missing, JuvRC = Missing, JuvCC = Missing;
-  double q = 0;  // probability of the correlated state: of the stage or, over hatch, of the eggs
-  double r = 0;  // of the juveniles, over hatch
+  OverHatch overHatch;  // of an interval that spans hatch
+  double q = 0;         // probability of the correlated state: of the stage or, over hatch, of the eggs
+  double r = 0;         // of the juveniles, over hatch
 };
 
 /// The expectation of the best state, one visit ahead of the real counts.
@@ -34,7 +33,7 @@ struct CountPrediction {
 /// Builds the distributions from which counts are picked: the mixtures of the likelihood, at the best parameters.
 class CountPredictor {
  public:
-  /// Keeps references to both.
+  /// Keeps a reference to the data.
   CountPredictor(const BroodData& data, const Parameters& best);
 
   /// The distribution of the count at a visit when `n` >= 1 were counted at the visit before. RuntimeFailure on an
@@ -42,11 +41,12 @@ class CountPredictor {
   void Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
 
  private:
-  void MixOneStage(int visit, int n, const CountExpectation& expected, bool brood, CountPrediction& prediction);
+  void MixOneStage(int visit, int n, const CountExpectation& expected, const StageErrors& errors,
+                   CountPrediction& prediction);
   void MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
 
   const BroodData& data_;
-  const Parameters& best_;
+  const CountErrors errors_;
   CountDistributions distributions_;
   std::vector<double> PmfR_, PmfC_, component_;
 };

@@ -48,7 +48,7 @@ void BeginEvaluations(const BroodData& data, LikelihoodState& state, const Evalu
     setting.tell({"Parameters altered to suit hypothesis or data",
                   "At least one parameter fixed at 0 or 1, or made > 0; altered values are unfused.  Click on '1 "
                   "Function call' once more."});
-    DecodeParameters(Value, Step, data.NCov, data.InteractionBase, state.parameters, state.Penalty);
+    DecodeParameters(Value, Step, ParameterLayout(data), state.parameters, state.Penalty);
   }
   if (setting.SimulationMode || changed) return;
   if (state.survival.BroodSizeDeficient)

@@ -1,30 +1,10 @@
 #include "model/forward_expectation.h"
 
+#include "model/interval_kinds.h"
 #include "model/survival.h"
 
 namespace merlane {
 namespace {
-
-/// How the count at a visit is predicted from the count before it.
-enum class Rule { None, ClutchByAge, ClutchByDate, OverHatch, BroodByAge, BroodByDate };
-
-/// The rule of the fit. Each stage has its own: by age where its ages are known, by date where they are not.
-Rule RuleFor(const BroodData& data, const Parameters& best, int brood, int visit) {
-  const auto b = static_cast<std::size_t>(brood);
-  const auto v = static_cast<std::size_t>(visit);
-  const bool clutchAges = data.ClutchAgeKnown[b], broodAges = data.BroodAgeKnown[b];
-  const auto within = [&](int stage) {
-    return data.VisitStage[v - 1] == stage && data.VisitStage[v] == stage && data.VisitCount[v] != Missing;
-  };
-  if (!clutchAges && within(-1)) return Rule::ClutchByDate;
-  if (!broodAges && within(1)) return Rule::BroodByDate;
-  const double a = data.VisitAge[v], before = data.VisitAge[v - 1];
-  if (a == Missing || before == Missing) return Rule::None;
-  if (a <= 0) return clutchAges && before < 0 && a >= best.LayAge ? Rule::ClutchByAge : Rule::None;
-  if (!broodAges || !(a < best.FledgeAge || best.FledgeAge == 0)) return Rule::None;
-  if (before >= 0) return Rule::BroodByAge;
-  return clutchAges ? Rule::OverHatch : Rule::None;
-}
 
 /// Expected counts within one stage.
 std::optional<CountExpectation> WithinStage(const Survivors& survivors) {
@@ -36,60 +16,54 @@ std::optional<CountExpectation> WithinStage(const Survivors& survivors) {
   return expected;
 }
 
-/// The forward values of the visits of one brood.
-class ForwardValues {
+/// The forward values of one visit.
+class Forward {
  public:
-  ForwardValues(const BroodData& data, const Parameters& best, bool BootstrapMode, int brood, Simulation& simulation)
+  Forward(const BroodData& data, const Parameters& best, bool BootstrapMode, int brood, int visit,
+          Simulation& simulation)
       : data_(data),
         best_(best),
         bootstrapMode_(BootstrapMode),
         brood_(brood),
+        visit_(visit),
         b_(static_cast<std::size_t>(brood)),
+        v_(static_cast<std::size_t>(visit)),
         simulation_(simulation) {}
 
-  std::optional<CountExpectation> At(int visit) {
-    const auto v = static_cast<std::size_t>(visit);
-    const double a = data_.VisitAge[v], before = data_.VisitAge[v - 1];
-    const double N = simulation_.SimCount[v - 1];
+  std::optional<CountExpectation> Expectation() {
+    const auto clutch = ClutchIntervalTo(data_, brood_, visit_);
+    const auto juveniles = BroodIntervalTo(data_, brood_, visit_);
     Survivors hatched;
-    if (data_.ClutchAgeKnown[b_] && before != Missing && before < 0 && a >= 0) hatched = Hatch(before, N);
-    switch (RuleFor(data_, best_, brood_, visit)) {
-      case Rule::ClutchByAge:
-        return WithinStage(a == 0 ? hatched : Survive(ClutchMortalityByAge(best_), before - I(), a - I(), N));
-      case Rule::ClutchByDate:
-        return WithinStage(Survive(ClutchMortalityByDate(best_), data_.VisitDate[v - 1], data_.VisitDate[v], N));
-      case Rule::OverHatch:
-        return OverHatch(BroodByAge(visit), a, hatched);
-      case Rule::BroodByAge:
-        return WithinStage(Survive(BroodByAge(visit), before, a, N));
-      case Rule::BroodByDate:
-        return WithinStage(Survive(BroodMortalityByDate(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality,
-                                   data_.VisitDate[v - 1], data_.VisitDate[v], N));
-      case Rule::None:
-        break;
-    }
-    return std::nullopt;
+    if (clutch == ClutchInterval::ToHatch || clutch == ClutchInterval::ToHatchDay) hatched = Hatch();
+    if (!HasForwardExpectation(data_, best_, brood_, visit_)) return std::nullopt;
+    if (clutch == ClutchInterval::ByDate) return WithinStage(ByDate(ClutchMortalityByDate(best_)));
+    if (clutch == ClutchInterval::ByAge)
+      return WithinStage(Survive(ClutchMortalityByAge(best_), SinceLaying(v_ - 1), SinceLaying(v_)));
+    if (clutch == ClutchInterval::ToHatchDay) return WithinStage(hatched);
+    if (juveniles == BroodInterval::ByDate)
+      return WithinStage(ByDate(BroodMortalityByDate(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality));
+    if (visit_ == data_.FirstVisit[b_] + 1) NoteDeficiencies();
+    const Mortality mortality = BroodMortalityByAge(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality;
+    if (juveniles == BroodInterval::FromClutch) return OverHatchOf(mortality, hatched);
+    return WithinStage(Survive(mortality, data_.VisitAge[v_ - 1], data_.VisitAge[v_]));
   }
 
  private:
-  double I() const { return best_.LayAge; }
+  double SinceLaying(std::size_t v) const { return data_.VisitAge[v] - best_.LayAge; }
 
-  Survivors Survive(const Mortality& mortality, double from, double to, double N) const {
-    return ExpectedSurvivors(mortality, from, to, N, bootstrapMode_);
+  Survivors Survive(const Mortality& mortality, double T1, double T2) const {
+    return ExpectedSurvivors(mortality, T1, T2, simulation_.SimCount[v_ - 1], bootstrapMode_);
   }
-
-  /// What remains at hatch of N eggs of an age.
-  Survivors Hatch(double age, double N) {
-    const Survivors hatched = Survive(ClutchMortalityByAge(best_), age - I(), -I(), N);
+  Survivors ByDate(const Mortality& mortality) const {
+    return Survive(mortality, data_.VisitDate[v_ - 1], data_.VisitDate[v_]);
+  }
+  /// What remains of the clutch at hatch.
+  Survivors Hatch() {
+    const Survivors hatched = Survive(ClutchMortalityByAge(best_), SinceLaying(v_ - 1), -best_.LayAge);
     simulation_.SimEHatchR[b_] = hatched.OutR;
     simulation_.SimEHatchC[b_] = hatched.OutC;
     simulation_.SimEHatch[b_] = hatched.OutAll;
     return hatched;
-  }
-
-  Mortality BroodByAge(int visit) {
-    if (visit == data_.FirstVisit[b_] + 1) NoteDeficiencies();
-    return BroodMortalityByAge(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality;
   }
 
   void NoteDeficiencies() {
@@ -97,18 +71,19 @@ class ForwardValues {
     if (data_.HatchDate[b_] == 0 && best_.UsesHatchDate) simulation_.SimHatchDateDeficient = true;
   }
 
-  std::optional<CountExpectation> OverHatch(const Mortality& brood, double a, const Survivors& hatched) const {
+  std::optional<CountExpectation> OverHatchOf(const Mortality& brood, const Survivors& hatched) const {
     if (hatched.OutAll == Missing) return std::nullopt;
-    const Survivors fromR = Survive(brood, 0, a, hatched.OutR);
-    const Survivors fromC = Survive(brood, 0, a, hatched.OutC);
+    const double age = data_.VisitAge[v_];
+    const Survivors fromR = ExpectedSurvivors(brood, 0, age, hatched.OutR, bootstrapMode_);
+    const Survivors fromC = ExpectedSurvivors(brood, 0, age, hatched.OutC, bootstrapMode_);
     if (fromR.OutAll == Missing) return std::nullopt;
     CountExpectation expected;
-    expected.EHatchR = hatched.OutR;
-    expected.EHatchC = hatched.OutC;
-    expected.JuvRR = fromR.OutR;
-    expected.JuvRC = fromR.OutC;
-    expected.JuvCR = fromC.OutR;
-    expected.JuvCC = fromC.OutC;
+    expected.overHatch.EHatchR = hatched.OutR;
+    expected.overHatch.EHatchC = hatched.OutC;
+    expected.overHatch.juveniles[RR] = fromR.OutR;
+    expected.overHatch.juveniles[CR] = fromC.OutR;
+    expected.overHatch.juveniles[RC] = fromR.OutC;
+    expected.overHatch.juveniles[CC] = fromC.OutC;
     expected.q = hatched.PCorr;
     expected.r = fromC.PCorr;
     return expected;
@@ -117,20 +92,27 @@ class ForwardValues {
   const BroodData& data_;
   const Parameters& best_;
   const bool bootstrapMode_;
-  const int brood_;
-  const std::size_t b_;
+  const int brood_, visit_;
+  const std::size_t b_, v_;
   Simulation& simulation_;
 };
 
 }  // namespace
 
 bool HasForwardExpectation(const BroodData& data, const Parameters& best, int brood, int visit) {
-  return RuleFor(data, best, brood, visit) != Rule::None;
+  const auto clutch = ClutchIntervalTo(data, brood, visit);
+  const auto juveniles = BroodIntervalTo(data, brood, visit);
+  if (clutch == ClutchInterval::ByDate || clutch == ClutchInterval::ToHatchDay || juveniles == BroodInterval::ByDate)
+    return true;
+  const double age = data.VisitAge[static_cast<std::size_t>(visit)];
+  if (clutch == ClutchInterval::ByAge) return best.CoversClutchOf(age);
+  return best.CoversBroodOf(age) && (juveniles == BroodInterval::ByAge ||
+                                     (juveniles == BroodInterval::FromClutch && clutch == ClutchInterval::ToHatch));
 }
 
 std::optional<CountExpectation> ForwardExpectation(const BroodData& data, const Parameters& best, bool BootstrapMode,
                                                    int brood, int visit, Simulation& simulation) {
-  return ForwardValues(data, best, BootstrapMode, brood, simulation).At(visit);
+  return Forward(data, best, BootstrapMode, brood, visit, simulation).Expectation();
 }
 
 }  // namespace merlane

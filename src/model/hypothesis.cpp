@@ -6,6 +6,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "model/parameter_layout.h"
 #include "model/survival_tables.h"
 
 namespace merlane {
@@ -41,7 +42,7 @@ constexpr const char* FixedCorrelatedInteractions =
 constexpr const char* FixedAllCovariates =
     "DO NOT ESTIMATE (MUST=0) Brood covariates & interactions (random & correlated mortality)";
 
-/// The attribute coefficients 23 to 30: odd numbers E[brood size@hatch], even ones the hatch date.
+/// The coefficients of attributes in the order of their numbers.
 constexpr std::array<const char*, 8> AttributeTexts = {
     "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]",
     "DO NOT ESTIMATE (MUST=0) Zeta_BR(02)  (on Alpha_BR): Hatch date",
@@ -68,114 +69,107 @@ class Repair {
  public:
   Repair(const BroodData& data, const SurvivalTables& tables, Array1<double>& Value, Array1<double>& Step,
          Array1<std::string>& Names)
-      : data_(data), tables_(tables), Value_(Value), Step_(Step), Names_(Names) {}
+      : data_(data), layout_(data), tables_(tables), Value_(Value), Step_(Step), Names_(Names) {}
 
   void MendCodesAndOverdispersion() {
-    for (int i = 1; i <= 2; ++i)
+    for (const int i : {parameter::CodeEggR, parameter::CodeJuvR})
       if (Value_(i) == 2) {
         Value_(i) = 1;
         Step_(i) = 0;
       }
-    if (Value_(3) == 1) FixEggOverdispersion();
-    if (Value_(4) == 1) FixJuvenileOverdispersion();
-    if (Value_(5) == 0) Fix(6, 0, T6);
-    if (Value_(7) == 0) Fix(8, 0, T8);
+    if (Value_(parameter::CodeEggC) == 1) FixEggOverdispersion();
+    if (Value_(parameter::CodeJuvC) == 1) FixJuvenileOverdispersion();
+    if (Value_(parameter::ThetaEggC) == 0) Fix(parameter::v_N, 0, T6);
+    if (Value_(parameter::ThetaJuvC) == 0) Fix(parameter::v_B, 0, T8);
   }
 
   void MendEggs() {
-    if (Value_(11) == 0) {
+    if (Value_(parameter::c_N) == 0) {
       FixEggOverdispersion();
-      Fix(12, 0, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (c_N)");
-      Fix(19, 0, FixedAlpha_NC);
-      Fix(20, 1, FixedBeta_NC);
-      StartIfZero(15, EstimateAlpha_NR);
+      Fix(parameter::f_N, 0, "DO NOT ESTIMATE (MUST=0) Clutch age attenuation coefficient (c_N)");
+      Fix(parameter::Alpha_NC, 0, FixedAlpha_NC);
+      Fix(parameter::Beta_NC, 1, FixedBeta_NC);
+      StartIfZero(parameter::Alpha_NR, EstimateAlpha_NR);
     }
-    if (Value_(11) == 1 && Value_(12) == 0) {
-      Fix(15, 0, FixedAlpha_NR);
-      Fix(16, 1, FixedBeta_NR);
-      StartIfZero(19, EstimateAlpha_NC);
+    if (Value_(parameter::c_N) == 1 && Value_(parameter::f_N) == 0) {
+      Fix(parameter::Alpha_NR, 0, FixedAlpha_NR);
+      Fix(parameter::Beta_NR, 1, FixedBeta_NR);
+      StartIfZero(parameter::Alpha_NC, EstimateAlpha_NC);
     }
   }
 
   void MendJuvenilesWithoutCorrelatedMortality() {
-    if (Value_(13) != 0) return;
-    const int NCov = data_.NCov, base = data_.InteractionBase;
+    if (Value_(parameter::c_B) != 0) return;
     FixJuvenileOverdispersion();
-    Fix(14, 0, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coefficient (c_B)");
-    Fix(21, 0, FixedAlpha_BC);
-    StartIfZero(17, EstimateAlpha_BR);
+    Fix(parameter::f_B, 0, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coefficient (c_B)");
+    Fix(parameter::Alpha_BC, 0, FixedAlpha_BC);
+    StartIfZero(parameter::Alpha_BR, EstimateAlpha_BR);
     FixMissingAttributes();
-    FixRange(27, 30, 0, "DO NOT ESTIMATE (MUST=0) Brood covariates");
-    FixRange(30 + NCov + 1, 30 + 2 * NCov, 0, FixedCorrelatedCovariates);
-    FixRange(30 + 3 * NCov + 1, 30 + 4 * NCov, 0, FixedCorrelatedCovariates);
-    FixRange(base + 3, base + 4, 0, FixedCorrelatedInteractions);
-    FixRange(base + 4 + 4 * NCov + 1, base + 4 + 8 * NCov, 0, FixedCorrelatedInteractions);
-    Fix(22, 1, FixedBeta_BC);
+    FixFamilies(CorrelatedFamilies, "DO NOT ESTIMATE (MUST=0) Brood covariates", FixedCorrelatedCovariates,
+                FixedCorrelatedInteractions);
+    Fix(parameter::Beta_BC, 1, FixedBeta_BC);
   }
 
   void MendJuvenilesWithoutRandomMortality() {
-    if (Value_(13) != 1 || Value_(14) != 0) return;
-    const int NCov = data_.NCov, base = data_.InteractionBase;
-    Fix(17, 0, FixedAlpha_BR);
-    StartIfZero(21, EstimateAlpha_BC);
-    FixRange(23, 26, 0, FixedRandomCovariates);
-    FixRange(30 + 1, 30 + NCov, 0, FixedRandomCovariates);
-    FixRange(30 + 2 * NCov + 1, 30 + 3 * NCov, 0, FixedRandomCovariates);
-    FixRange(base + 1, base + 2, 0, FixedRandomInteractions);
-    FixRange(base + 4 + 1, base + 4 + 4 * NCov, 0, FixedRandomInteractions);
-    Fix(18, 1, FixedBeta_BR);
+    if (Value_(parameter::c_B) != 1 || Value_(parameter::f_B) != 0) return;
+    Fix(parameter::Alpha_BR, 0, FixedAlpha_BR);
+    StartIfZero(parameter::Alpha_BC, EstimateAlpha_BC);
+    FixFamilies(RandomFamilies, FixedRandomCovariates, FixedRandomCovariates, FixedRandomInteractions);
+    Fix(parameter::Beta_BR, 1, FixedBeta_BR);
   }
 
   void StartBothMortalities() {
-    if (HasBothMortalities(11, 12)) {
-      StartIfZero(19, "DO ESTIMATE     (MUST>0) Theta_NC^2 for egg survival");
-      StartIfZero(15, EstimateAlpha_NR);
+    if (HasBothMortalities(parameter::c_N, parameter::f_N)) {
+      StartIfZero(parameter::Alpha_NC, "DO ESTIMATE     (MUST>0) Theta_NC^2 for egg survival");
+      StartIfZero(parameter::Alpha_NR, EstimateAlpha_NR);
     }
-    if (HasBothMortalities(13, 14)) {
-      StartIfZero(17, EstimateAlpha_BR);
-      StartIfZero(21, EstimateAlpha_BC);
+    if (HasBothMortalities(parameter::c_B, parameter::f_B)) {
+      StartIfZero(parameter::Alpha_BR, EstimateAlpha_BR);
+      StartIfZero(parameter::Alpha_BC, EstimateAlpha_BC);
     }
   }
 
   void FixWhatHasNoIntervals() {
     if (tables_.ClutchIntervals == 0) {
       FixEggOverdispersion();
-      Fix(11, 0, "DO NOT ESTIMATE (MUST=0) p[Clutch experiences correlated mortality @ a=I] (c_N)");
-      Fix(12, 0, FixedClutchAttenuation);
-      Fix(15, 0, FixedAlpha_NR);
-      Fix(19, 0, FixedAlpha_NC);
-      Fix(16, 1, FixedBeta_NR);
-      Fix(20, 1, FixedBeta_NC);
+      Fix(parameter::c_N, 0, "DO NOT ESTIMATE (MUST=0) p[Clutch experiences correlated mortality @ a=I] (c_N)");
+      Fix(parameter::f_N, 0, FixedClutchAttenuation);
+      Fix(parameter::Alpha_NR, 0, FixedAlpha_NR);
+      Fix(parameter::Alpha_NC, 0, FixedAlpha_NC);
+      Fix(parameter::Beta_NR, 1, FixedBeta_NR);
+      Fix(parameter::Beta_NC, 1, FixedBeta_NC);
     }
     if (tables_.BroodIntervals == 0) {
       FixJuvenileOverdispersion();
-      Fix(13, 0, "DO NOT ESTIMATE (MUST=0) p[Brood experiences correlated mortality @ a=0] (c_B)");
-      Fix(14, 0, FixedBroodAttenuation);
-      Fix(17, 0, FixedAlpha_BR);
-      Fix(21, 0, FixedAlpha_BC);
-      FixRange(23, 30, 0, "DO NOT ESTIMATE (MUST=0) Brood attributes (random & correlated mortality)");
-      FixRange(31, Value_.Size(), 0, "DO NOT ESTIMATE (MUST=0) Brood covariates (random & correlated mortality)");
-      Fix(18, 1, FixedBeta_BR);
-      Fix(22, 1, FixedBeta_BC);
+      Fix(parameter::c_B, 0, "DO NOT ESTIMATE (MUST=0) p[Brood experiences correlated mortality @ a=0] (c_B)");
+      Fix(parameter::f_B, 0, FixedBroodAttenuation);
+      Fix(parameter::Alpha_BR, 0, FixedAlpha_BR);
+      Fix(parameter::Alpha_BC, 0, FixedAlpha_BC);
+      FixRange(parameter::FirstOfAttributes, parameter::LastOfAttributes,
+               "DO NOT ESTIMATE (MUST=0) Brood attributes (random & correlated mortality)");
+      FixCovariates("DO NOT ESTIMATE (MUST=0) Brood covariates (random & correlated mortality)");
+      Fix(parameter::Beta_BR, 1, FixedBeta_BR);
+      Fix(parameter::Beta_BC, 1, FixedBeta_BC);
     }
   }
 
   void FixWhatNeedsAges() {
     if (!data_.AllClutchAgesKnown) {
-      Fix(12, 0, FixedClutchAttenuation);
-      Fix(16, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR");
-      Fix(20, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC");
+      Fix(parameter::f_N, 0, FixedClutchAttenuation);
+      Fix(parameter::Beta_NR, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NR");
+      Fix(parameter::Beta_NC, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC");
     }
     if (!data_.AllBroodAgesKnown) {
-      Fix(14, 0, FixedBroodAttenuation);
-      Fix(18, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR");
-      Fix(22, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC");
-      for (int i = 23; i <= 30; ++i) Fix(i, 0, AttributeText(i));
-      FixRange(31, Value_.Size(), 0, FixedAllCovariates);
+      Fix(parameter::f_B, 0, FixedBroodAttenuation);
+      Fix(parameter::Beta_BR, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR");
+      Fix(parameter::Beta_BC, 1, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC");
+      FixAttribute(property::BroodSize);
+      FixAttribute(property::HatchDate);
+      FixCovariates(FixedAllCovariates);
     }
   }
 
-  void FixWhatIsNotSimulated() { FixRange(31, Value_.Size(), 0, FixedAllCovariates); }
+  void FixWhatIsNotSimulated() { FixCovariates(FixedAllCovariates); }
 
  private:
   void Fix(int i, double value, const char* text) {
@@ -183,8 +177,23 @@ class Repair {
     Step_(i) = 0;
     Names_(i) = text;
   }
-  void FixRange(int first, int last, double value, const char* text) {
-    for (int i = first; i <= last; ++i) Fix(i, value, text);
+  void FixRange(int first, int last, const char* text) {
+    for (int i = first; i <= last; ++i) Fix(i, 0, text);
+  }
+  /// The covariates and all interactions.
+  void FixCovariates(const char* text) { FixRange(parameter::FirstOfCovariates, Value_.Size(), text); }
+  /// All that acts on a brood's mortality of one kind.
+  void FixFamilies(const std::array<Family, 2>& families, const char* attributes, const char* covariates,
+                   const char* interactions) {
+    for (const Family family : families) {
+      Fix(layout_.AttributeInteraction(family), 0, interactions);
+      for (const int attribute : Attributes) {
+        Fix(AttributeParameter(family, attribute), 0, attributes);
+        for (int m = 1; m <= layout_.NCov; ++m)
+          Fix(layout_.CovariateInteraction(family, attribute, m), 0, interactions);
+      }
+      for (int m = 1; m <= layout_.NCov; ++m) Fix(layout_.Covariate(family, m), 0, covariates);
+    }
   }
   /// Gives a parameter that has to carry the mortality something to start from.
   void StartIfZero(int i, const char* text) {
@@ -194,15 +203,13 @@ class Repair {
     Names_(i) = text;
   }
   void FixEggOverdispersion() {
-    Fix(5, 0, T5);
-    Fix(6, 0, T6);
+    Fix(parameter::ThetaEggC, 0, T5);
+    Fix(parameter::v_N, 0, T6);
   }
   void FixJuvenileOverdispersion() {
-    Fix(7, 0, T7);
-    Fix(8, 0, T8);
+    Fix(parameter::ThetaJuvC, 0, T7);
+    Fix(parameter::v_B, 0, T8);
   }
-  static const char* AttributeText(int i) { return AttributeTexts[static_cast<std::size_t>(i) - 23]; }
-
   bool HasBothMortalities(int c, int f) const {
     return (Value_(c) > 0 && Value_(c) < 1) || (Value_(c) == 1 && Value_(f) > 0);
   }
@@ -212,11 +219,11 @@ class Repair {
   void FixMissingAttributes() {
     const bool sizeMissing = AnyUsedBrood([&](std::size_t b) { return tables_.EHatch[b] == Missing; });
     const bool dateMissing = AnyUsedBrood([&](std::size_t b) { return data_.HatchDate[b] == Missing; });
-    if (sizeMissing) FixAttribute(1);
-    if (dateMissing) FixAttribute(2);
+    if (sizeMissing) FixAttributeEverywhere(property::BroodSize);
+    if (dateMissing) FixAttributeEverywhere(property::HatchDate);
     if (!sizeMissing && !dateMissing) return;
-    for (int f = 0; f < 4; ++f)
-      Names_(data_.InteractionBase + 1 + f) = AttributeInteractionTexts[static_cast<std::size_t>(f)];
+    for (const Family family : Families)
+      Names_(layout_.AttributeInteraction(family)) = AttributeInteractionTexts[static_cast<std::size_t>(family)];
   }
 
   template <class Test>
@@ -234,20 +241,27 @@ class Repair {
   }
 
   void FixAttribute(int attribute) {
-    for (int f = 0; f < 4; ++f) {
-      const int i = 23 + 2 * f + attribute - 1;
-      Fix(i, 0, AttributeText(i));
+    for (const Family family : Families) {
+      const int i = AttributeParameter(family, attribute);
+      Fix(i, 0, AttributeTexts[static_cast<std::size_t>(i - parameter::FirstOfAttributes)]);
     }
-    const int NCov = data_.NCov, base = data_.InteractionBase + 4;
-    for (int m = 1; m <= NCov; ++m)
-      for (int f = 0; f < 4; ++f)
-        Names_(base + (2 * f + attribute - 1) * NCov + m) =
+  }
+
+  /// With the texts, but not the values, of its interactions.
+  void FixAttributeEverywhere(int attribute) {
+    FixAttribute(attribute);
+    for (const Family family : Families)
+      for (int m = 1; m <= layout_.NCov; ++m)
+        Names_(layout_.CovariateInteraction(family, attribute, m)) =
             fmt::format("DO NOT ESTIMATE (MUST=0) Interaction term coefficients {0}(0{1}) x {0}({2})        {3}",
-                        FamilyNames[static_cast<std::size_t>(f)], attribute, Format(m + 2, "00"),
+                        FamilyNames[static_cast<std::size_t>(family)], attribute, Format(property::Covariate(m), "00"),
                         RightSet(data_.CovariateName(m), 12));
   }
 
+  static constexpr std::array<int, 2> Attributes = {property::BroodSize, property::HatchDate};
+
   const BroodData& data_;
+  const ParameterLayout layout_;
   const SurvivalTables& tables_;
   Array1<double>& Value_;
   Array1<double>& Step_;

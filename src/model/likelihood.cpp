@@ -1,7 +1,5 @@
 #include "model/likelihood.h"
 
-#include <algorithm>
-
 #include "base/arithmetic.h"
 #include "model/catalogue.h"
 #include "model/first_evaluation.h"
@@ -14,9 +12,9 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
                                    std::int32_t& SampleSize) {
   F = 0;
   state.Penalty = 0;
-  if (std::all_of(Value.begin(), Value.end(), [](double value) { return value == 0; })) return;
+  if (AllZero(Value)) return;
 
-  DecodeParameters(Value, Step, data_.NCov, data_.InteractionBase, state.parameters, state.Penalty);
+  DecodeParameters(Value, Step, ParameterLayout(data_), state.parameters, state.Penalty);
   const auto fillSurvivalTables = [&] {
     survivalPass_.FillSurvivalTables(state.parameters, setting.BootstrapMode, setting.turn, state.survival,
                                      state.Penalty);

@@ -22,8 +22,9 @@ class Likelihood {
 
   /// F = -2 ln[L] of the visits plus penalties, at `Value`, which is decoded and thereby brought into range in place.
   /// `NF` counts the calls of a run from 1: the first presets all tables and, in a run of one function call or a
-  /// simulation, may repair `Value`, `Step`, `Names` and `Fuse`. `state` must have the shape of the data; it keeps the
-  /// best tables of the lowest F. `SampleSize` is written at a new lowest F only. F is 0 for a vector of zeros.
+  /// simulation, may repair `Value`, `Step`, `Names` and `Fuse`. `state` must have the shape of the data. The first
+  /// call and each lower F are kept in it as the best, and they alone write `SampleSize`. For a vector of zeros nothing
+  /// is evaluated: F is 0 and all else stays as it was.
   ///
   /// ArithmeticFailure, told with parameter or visit and brood, where a number overflows for which there is no penalty.
   void EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,

@@ -5,11 +5,18 @@
 #include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "model/calculation_problem.h"
-#include "model/distributions.h"
 #include "model/failure_context.h"
 #include "model/same_bits.h"
 
 namespace merlane {
+namespace {
+
+bool SameExpected(const OverHatch& a, const OverHatch& b) {
+  return SameBits(a.EHatchR, b.EHatchR) && SameBits(a.EHatchC, b.EHatchC) &&
+         std::equal(a.juveniles.begin(), a.juveniles.end(), b.juveniles.begin(), SameBits);
+}
+
+}  // namespace
 
 LikelihoodPass::LikelihoodPass(const BroodData& data, const PreparedVisits& prepared)
     : data_(data),
@@ -26,40 +33,16 @@ LikelihoodPass::LikelihoodPass(const BroodData& data, const PreparedVisits& prep
   probabilities_.resize(probabilities);
 }
 
-void LikelihoodPass::TakeSettings(const Parameters& p) {
-  const Settings settings{.CodeEggR = p.CodeEggR,
-                          .CodeJuvR = p.CodeJuvR,
-                          .CodeEggC = p.CodeEggC,
-                          .CodeJuvC = p.CodeJuvC,
-                          .ThetaEggR = p.ThetaEggR,
-                          .ThetaJuvR = p.ThetaJuvR,
-                          .ThetaEggC = p.ThetaEggC,
-                          .ThetaJuvC = p.ThetaJuvC,
-                          .v_N = p.v_N,
-                          .v_B = p.v_B,
-                          .LayAge = static_cast<double>(p.LayAge),
-                          .eggsRandom = p.EggsRandom(),
-                          .eggsCorrelated = p.EggsCorrelated(),
-                          .juvsRandom = p.JuvsRandom(),
-                          .juvsCorrelated = p.JuvsCorrelated()};
-  if (stamp_ != 0 && settings == settings_) return;
-  settings_ = settings;
+void LikelihoodPass::TakeErrors(const Parameters& p) {
+  const CountErrors errors(p);
+  if (stamp_ != 0 && errors == errors_) return;
+  errors_ = errors;
   ++stamp_;
-}
-
-double LikelihoodPass::ThetaEggs(double age) const {
-  return OfParameter(6, settings_.v_N,
-                     [&](double v) { return Overdispersion(settings_.ThetaEggC, v, age - settings_.LayAge); });
-}
-
-double LikelihoodPass::ThetaJuvs(double age) const {
-  return OfParameter(8, settings_.v_B, [&](double v) { return Overdispersion(settings_.ThetaJuvC, v, age); });
 }
 
 void LikelihoodPass::Do_Likelihoods(const EvaluationSetting& setting, std::int32_t NF, LikelihoodState& state,
                                     double& F) {
-  using Prediction = PreparedVisits::Prediction;
-  TakeSettings(state.parameters);
+  TakeErrors(state.parameters);
   const SurvivalTables& tables = state.survival;
   std::int64_t eggs = 0, juveniles = 0;
   int n = 0;  // of the last visit with a prediction
@@ -98,21 +81,17 @@ const LikelihoodPass::KeptOutcome& LikelihoodPass::Outcome(std::size_t visit, do
   if (kept.stamp == stamp_ && SameBits(kept.ER, ER) && SameBits(kept.EC, EC) && SameBits(kept.q, q)) return kept;
 
   const int n = judgement.countBefore, k = judgement.count;
-  const bool brood = judgement.prediction == PreparedVisits::Prediction::Brood;
-  const bool random = brood ? settings_.juvsRandom : settings_.eggsRandom;
-  const bool correlated = brood ? settings_.juvsCorrelated : settings_.eggsCorrelated;
+  const bool brood = judgement.prediction == Prediction::Brood;
+  const StageErrors& errors = errors_.Of(brood);
   KeptOutcome outcome{.stamp = stamp_, .ER = ER, .EC = EC, .q = q, .clampedEC = EC};
   double ProbRandom = 1.0, ProbCorr = 1.0;
-  if (random && ER != Missing) {
+  if (errors.random && ER != Missing) {
     double E = ER;  // random mortality is not overdispersed and leaves it alone
-    ProbRandom = distributions_.ProbVisit(brood ? settings_.CodeJuvR : settings_.CodeEggR,
-                                          brood ? settings_.ThetaJuvR : settings_.ThetaEggR, n, k, E, outcome.VarR);
+    ProbRandom = distributions_.ProbVisit(errors.CodeR, errors.ThetaR, n, k, E, outcome.VarR);
   }
-  if (correlated && EC != Missing) {
-    const double age = data_.VisitAge[visit - 1];
-    ProbCorr = distributions_.ProbVisit(brood ? settings_.CodeJuvC : settings_.CodeEggC,
-                                        brood ? ThetaJuvs(age) : ThetaEggs(age), n, k, outcome.clampedEC, outcome.VarC);
-  }
+  if (errors.correlated && EC != Missing)
+    ProbCorr = distributions_.ProbVisit(errors.CodeC, errors.Theta(true, data_.VisitAge[visit - 1]), n, k,
+                                        outcome.clampedEC, outcome.VarC);
   outcome.P = Checked((1 - q) * ProbRandom + q * ProbCorr);
   outcome.deviance = outcome.P > 0 ? -2 * Log(outcome.P) : 0;
   return kept = outcome;
@@ -127,69 +106,53 @@ void LikelihoodPass::JudgeOne(std::size_t visit, double q, LikelihoodState& stat
   if (!(outcome.P > 0)) state.Penalty = state.Penalty + outcome.P * outcome.P * 1e20;
 }
 
-bool LikelihoodPass::Possible(Component component) const {
-  const bool eggs = component == RR || component == RC ? settings_.eggsRandom : settings_.eggsCorrelated;
-  const bool juvs = component == RR || component == CR ? settings_.juvsRandom : settings_.juvsCorrelated;
-  return eggs && juvs;
+LikelihoodPass::FateDistributions LikelihoodPass::DistributionsOverHatch(std::size_t visit, int n,
+                                                                         const SurvivalTables& tables) {
+  const PreparedVisits::Judgement& judgement = prepared_.Judgements[visit];
+  // Without a prediction of its own the visit is judged from the count of an earlier one. That costs nothing, since no
+  // such visit counts, but its deviance stays in the table; it is not prepared for.
+  const bool own = n == judgement.countBefore;
+  KeptSpanning& kept = own ? spanning_[static_cast<std::size_t>(judgement.outcome)] : passing_;
+  const std::span<double> probabilities =
+      own ? std::span(probabilities_).subspan(kept.firstProbability, 4 * (static_cast<std::size_t>(n) + 1))
+          : std::span(passingProbabilities_);
+  if (!own) passing_.stamp = 0;
+  const OverHatch expected(tables, static_cast<std::size_t>(judgement.brood));
+  if (kept.stamp != stamp_ || !SameExpected(kept.expected, expected))
+    FillDistributions(kept, probabilities, visit, n, expected);
+  return {kept, probabilities};
 }
 
-void LikelihoodPass::Distributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                                   const LikelihoodState& state) {
-  const auto b = static_cast<std::size_t>(prepared_.Judgements[visit].brood);
-  const SurvivalTables& t = state.survival;
-  const double juveniles[4] = {t.JuvRR[b], t.JuvCR[b], t.JuvRC[b], t.JuvCC[b]};
-  if (kept.stamp == stamp_ && SameBits(kept.EHatchR, t.EHatchR[b]) && SameBits(kept.EHatchC, t.EHatchC[b]) &&
-      SameBits(kept.juveniles[RR], juveniles[RR]) && SameBits(kept.juveniles[CR], juveniles[CR]) &&
-      SameBits(kept.juveniles[RC], juveniles[RC]) && SameBits(kept.juveniles[CC], juveniles[CC]))
-    return;
-
+void LikelihoodPass::FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
+                                       const OverHatch& expected) const {
   kept.stamp = 0;  // until all four are there
-  const double age = data_.VisitAge[visit - 1];
   const auto width = static_cast<std::size_t>(n) + 1;
-  for (const Component component : {RR, CR, RC, CC}) {
-    const auto Pmf = probabilities.subspan(component * width, width);
+  for (const HatchFate fate : HatchFates) {
+    const auto Pmf = probabilities.subspan(fate * width, width);
     std::fill(Pmf.begin(), Pmf.end(), 0.0);
-    kept.accurate[component] = true;
-    kept.juveniles[component] = juveniles[component];
-    if (juveniles[component] == Missing || !Possible(component) || !(juveniles[component] > 0)) continue;
-    const bool eggsC = component == CR || component == CC;
-    const bool juvsC = component == RC || component == CC;
-    const bool overdispersed = (eggsC ? settings_.CodeEggC : settings_.CodeEggR) == 2 ||
-                               (juvsC ? settings_.CodeJuvC : settings_.CodeJuvR) == 2;
-    // The juveniles' overdispersion is taken at the negative age of the clutch, so that it exceeds its value at hatch.
-    kept.accurate[component] = distributions_.Calc_Probs_and_Theta(
-        overdispersed ? 2 : 1, n, eggsC ? ThetaEggs(age) : settings_.ThetaEggR,
-        juvsC ? ThetaJuvs(age) : settings_.ThetaJuvR, eggsC ? t.EHatchC[b] : t.EHatchR[b], juveniles[component], Pmf);
+    kept.accurate[fate] = !Occurs(fate, errors_, expected) ||
+                          FateDistribution(fate, distributions_, errors_, expected, n, data_.VisitAge[visit - 1], Pmf);
   }
-  kept.EHatchR = t.EHatchR[b];
-  kept.EHatchC = t.EHatchC[b];
+  kept.expected = expected;
   kept.stamp = stamp_;
 }
 
 void LikelihoodPass::JudgeSpanning(std::size_t visit, int n, const EvaluationSetting& setting, std::int32_t NF,
                                    LikelihoodState& state) {
   const PreparedVisits::Judgement& judgement = prepared_.Judgements[visit];
-  const auto b = static_cast<std::size_t>(judgement.brood);
   const auto width = static_cast<std::size_t>(n) + 1;
-  // Without a prediction of its own the visit is judged from the count of an earlier one, which is not prepared for.
-  const bool own = n == judgement.countBefore;
-  KeptSpanning& kept = own ? spanning_[static_cast<std::size_t>(judgement.outcome)] : passing_;
-  const std::span<double> probabilities =
-      own ? std::span(probabilities_).subspan(kept.firstProbability, 4 * width) : std::span(passingProbabilities_);
-  if (!own) passing_.stamp = 0;
-  Distributions(kept, probabilities, visit, n, state);
-
-  double Prob[4] = {1.0, 1.0, 1.0, 1.0};
-  for (const Component component : {RR, CR, RC, CC}) {
-    if (!kept.accurate[component]) setting.tell(InaccurateSpanningDistribution());
-    if (kept.juveniles[component] == Missing || !Possible(component)) continue;
+  const auto [kept, probabilities] = DistributionsOverHatch(visit, n, state.survival);
+  std::array<double, 4> Prob = {1.0, 1.0, 1.0, 1.0};
+  for (const HatchFate fate : HatchFates) {
+    if (!kept.accurate[fate]) setting.tell(InaccurateSpanningDistribution());
+    if (!Occurs(fate, errors_, kept.expected)) continue;
     if (judgement.count < 0 || judgement.count > n) throw ArithmeticFailure("subscript out of range");
-    Prob[component] = probabilities[component * width + static_cast<std::size_t>(judgement.count)];
+    Prob[fate] = probabilities[fate * width + static_cast<std::size_t>(judgement.count)];
   }
-  const double q = state.survival.PCorrHatch[b];
-  const double r = state.survival.PCorrJuv[visit];
-  const auto mixture = [q, r](double PRR, double PCR, double PRC, double PCC) {
-    return (1 - r) * (1 - q) * PRR + (1 - r) * q * PCR + (1 - q) * r * PRC + q * r * PCC;
+  const std::array<double, 4> weights =
+      FateWeights(state.survival.PCorrHatch[static_cast<std::size_t>(judgement.brood)], state.survival.PCorrJuv[visit]);
+  const auto mixture = [&weights](double PRR, double PCR, double PRC, double PCC) {
+    return weights[RR] * PRR + weights[CR] * PCR + weights[RC] * PRC + weights[CC] * PCC;
   };
   const double P = Checked(mixture(Prob[RR], Prob[CR], Prob[RC], Prob[CC]));
   if (NF == 1) {

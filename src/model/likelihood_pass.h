@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -8,6 +9,7 @@
 #include "data/brood_data.h"
 #include "model/count_distributions.h"
 #include "model/evaluation_setting.h"
+#include "model/hatch_fates.h"
 #include "model/likelihood_state.h"
 #include "model/prepared_visits.h"
 
@@ -27,17 +29,7 @@ class LikelihoodPass {
   void Do_Likelihoods(const EvaluationSetting& setting, std::int32_t NF, LikelihoodState& state, double& F);
 
  private:
-  /// What the predictions take from the parameters.
-  struct Settings {
-    std::int16_t CodeEggR = 0, CodeJuvR = 0, CodeEggC = 0, CodeJuvC = 0;
-    double ThetaEggR = 0, ThetaJuvR = 0, ThetaEggC = 0, ThetaJuvC = 0;
-    double v_N = 0, v_B = 0, LayAge = 0;
-    // Which fates a clutch and a brood may have.
-    bool eggsRandom = false, eggsCorrelated = false, juvsRandom = false, juvsCorrelated = false;
-
-    bool operator==(const Settings&) const = default;
-  };
-  /// A kept prediction of a clutch or brood. It is valid for the stamp of the settings, and for the expected numbers
+  /// A kept prediction of a clutch or brood. It is valid for the stamp of the errors, and for the expected numbers
   /// and the probability of the correlated state from which it was computed.
   struct KeptOutcome {
     std::uint64_t stamp = 0;
@@ -46,31 +38,32 @@ class LikelihoodPass {
     double clampedEC = 0;  // what the beta-binomial distribution leaves in the table
     double P = 0, deviance = 0;
   };
-  enum Component { RR, CR, RC, CC };
   /// Kept distributions of the count over hatch, valid likewise.
   struct KeptSpanning {
     std::uint64_t stamp = 0;
-    double EHatchR = 0, EHatchC = 0;
-    double juveniles[4] = {};          // JuvRR, JuvCR, JuvRC, JuvCC
+    OverHatch expected;
     std::size_t firstProbability = 0;  // of the four distributions in probabilities_
-    bool accurate[4] = {true, true, true, true};
+    std::array<bool, 4> accurate = {true, true, true, true};
+  };
+  /// The four distributions of the count over hatch, probability of k individuals at [fate * (n + 1) + k].
+  struct FateDistributions {
+    const KeptSpanning& kept;
+    std::span<const double> probabilities;
   };
 
-  void TakeSettings(const Parameters& p);
-  double ThetaEggs(double age) const;
-  double ThetaJuvs(double age) const;
+  void TakeErrors(const Parameters& p);
   const KeptOutcome& Outcome(std::size_t visit, double ER, double EC, double q);
   void JudgeOne(std::size_t visit, double q, LikelihoodState& state);
   void JudgeSpanning(std::size_t visit, int n, const EvaluationSetting& setting, std::int32_t NF,
                      LikelihoodState& state);
-  bool Possible(Component component) const;
-  void Distributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                     const LikelihoodState& state);
+  FateDistributions DistributionsOverHatch(std::size_t visit, int n, const SurvivalTables& tables);
+  void FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
+                         const OverHatch& expected) const;
 
   const BroodData& data_;
   const PreparedVisits& prepared_;
   CountDistributions distributions_;
-  Settings settings_;
+  CountErrors errors_;
   std::uint64_t stamp_ = 0;
   std::vector<KeptOutcome> outcomes_;
   std::vector<KeptSpanning> spanning_;

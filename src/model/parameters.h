@@ -3,12 +3,13 @@
 #include <cstdint>
 
 #include "base/array1.h"
+#include "model/parameter_layout.h"
 
 namespace merlane {
 
 /// The flat vector of parameters, decoded into the quantities that the survival functions and the likelihood compute
-/// with; valid for one evaluation. In the coefficient tables 1 is E[brood size@hatch], 2 the hatch date and m + 2 brood
-/// covariate m.
+/// with; valid for one evaluation. The coefficient tables are indexed by property: E[brood size@hatch], the hatch date,
+/// and the covariates behind them.
 struct Parameters {
   std::int16_t CodeEggR = 1, CodeJuvR = 1, CodeEggC = 1, CodeJuvC = 1;  // 1 binomial, 2 beta-binomial
   double ThetaEggR = 0, ThetaJuvR = 0;  // always 0: random mortality knows no overdispersion
@@ -25,6 +26,10 @@ struct Parameters {
   Array1<double> ZetaBR, GammaBR, ZetaBC, GammaBC;
   /// (a, k): interaction of attribute a, 1 or 2, with attribute or covariate k, 2..NCov+2; for k = 2 only (1, 2).
   Matrix1<double> ZetaBRx, GammaBRx, ZetaBCx, GammaBCx;
+  Array1<double>& Coefficients(Family family) { return *std::array{&ZetaBR, &GammaBR, &ZetaBC, &GammaBC}[Of(family)]; }
+  Matrix1<double>& Interactions(Family family) {
+    return *std::array{&ZetaBRx, &GammaBRx, &ZetaBCx, &GammaBCx}[Of(family)];
+  }
   bool UsesBroodSize = false, UsesHatchDate = false;  // a coefficient that needs the attribute is in play
 
   // Which kinds of mortality can befall a clutch and a brood.
@@ -32,6 +37,13 @@ struct Parameters {
   bool EggsCorrelated() const { return !(c_N <= 0); }
   bool JuvsRandom() const { return !(c_B >= 1 && f_B <= 0); }
   bool JuvsCorrelated() const { return !(c_B <= 0); }
+
+  // Which ages the model knows of.
+  bool CoversClutchOf(double age) const { return age >= LayAge; }
+  bool CoversBroodOf(double age) const { return age < FledgeAge || FledgeAge == 0; }
+
+ private:
+  static std::size_t Of(Family family) { return static_cast<std::size_t>(family); }
 };
 
 }  // namespace merlane

@@ -40,9 +40,6 @@ class Numbering {
 };
 
 using Interval = PreparedVisits::Interval;
-using ClutchInterval = PreparedVisits::ClutchInterval;
-using BroodInterval = PreparedVisits::BroodInterval;
-using Prediction = PreparedVisits::Prediction;
 
 /// The visits as the two passes over them ask for them; index j is within the columns.
 class Preparation {
@@ -52,8 +49,8 @@ class Preparation {
   void Run() {
     Group();
     for (int brood = 0; brood < data_.Broods(); ++brood) {
-      ForVisits(brood, [&](int visit, bool first) { AddClutchStep(brood, visit, first); });
-      ForVisits(brood, [&](int visit, bool first) { AddBroodStep(brood, visit, first); });
+      ForVisits(brood, [&](int visit, bool first) { clutchIntervals_.push_back(AddClutchStep(brood, visit, first)); });
+      ForVisits(brood, [&](int visit, bool first) { broodIntervals_.push_back(AddBroodStep(brood, visit, first)); });
       ForVisits(brood, [&](int visit, bool first) { AddJudgement(brood, visit, first); });
     }
     prepared_.Outcomes = outcomes_.Size();
@@ -112,58 +109,51 @@ class Preparation {
     return number;
   }
 
-  void AddClutchStep(int brood, int visit, bool first) {
-    const auto add = [&](ClutchInterval kind, int interval) {
-      prepared_.ClutchSteps.push_back({visit, brood, interval, CountOf(visit, first), kind});
-      interval_ = interval;
-    };
-    interval_ = -1;
-    const double age = Age(visit);
-    if (!data_.ClutchAgeKnown[static_cast<std::size_t>(brood)]) {
-      if (!first && Stage(visit - 1) == -1 && Stage(visit) == -1 && Count(visit) != Missing)
-        add(ClutchInterval::ByDate,
-            AddInterval(PreparedVisits::ClutchByDate, Date(visit - 1), Date(visit), Count(visit - 1)));
-    } else if (first) {
-      if (age == 0) add(ClutchInterval::FirstOnHatchDay, -1);
-    } else if (const double before = Age(visit - 1); age != Missing && before != Missing && before < 0) {
-      const ClutchInterval kind = age < 0    ? ClutchInterval::ByAge
-                                  : age == 0 ? ClutchInterval::ToHatchDay
-                                             : ClutchInterval::ToHatch;
-      add(kind, AddInterval(PreparedVisits::ClutchByAge, before, age < 0 ? age : 0.0, Count(visit - 1)));
-    }
-    clutchIntervals_.push_back(interval_);
+  /// Adds what the pass over the clutches does at a visit; the number of the visit's interval, -1 for none.
+  int AddClutchStep(int brood, int visit, bool first) {
+    const auto kind = ClutchIntervalTo(data_, brood, visit);
+    if (!kind) return -1;
+    const int interval = IntervalOfEggs(*kind, visit);
+    prepared_.ClutchSteps.push_back({visit, brood, interval, CountOf(visit, first), *kind});
+    return interval;
   }
 
-  void AddBroodStep(int brood, int visit, bool first) {
-    const auto add = [&](BroodInterval kind, int interval, int intervalCorrelated = -1) {
-      const bool second = visit == data_.FirstVisit[static_cast<std::size_t>(brood)] + 1;
-      prepared_.BroodSteps.push_back({visit, brood, interval, intervalCorrelated, CountOf(visit, first), kind, second});
-      interval_ = interval;
-    };
-    interval_ = -1;
-    const double age = Age(visit);
-    const int group = prepared_.GroupOfBrood[static_cast<std::size_t>(brood)];
-    if (!data_.BroodAgeKnown[static_cast<std::size_t>(brood)]) {
-      if (!first && Stage(visit - 1) == 1 && Stage(visit) == 1 && Count(visit) != Missing)
-        add(BroodInterval::ByDate,
-            AddInterval(PreparedVisits::BroodByDate(group), Date(visit - 1), Date(visit), Count(visit - 1)));
-    } else if (first) {
-      if (age == 0) add(BroodInterval::FirstOnHatchDay, -1);
-    } else if (age > 0) {
-      const int mortality = PreparedVisits::BroodByAge(group);
-      const double before = Age(visit - 1);
-      if (before == Missing) {
-        add(BroodInterval::AgeBeforeUnknown, -1);
-      } else if (before < 0) {
-        const int N = Count(visit - 1);
-        const int random = AddInterval(mortality, 0.0, age, N, before, false);
-        const int correlated = AddInterval(mortality, 0.0, age, N, before, true);
-        add(BroodInterval::FromClutch, random, correlated);
-      } else {
-        add(BroodInterval::ByAge, AddInterval(mortality, before, age, Count(visit - 1)));
-      }
+  int IntervalOfEggs(ClutchInterval kind, int visit) {
+    switch (kind) {
+      case ClutchInterval::FirstOnHatchDay:
+        return -1;
+      case ClutchInterval::ByDate:
+        return AddInterval(PreparedVisits::ClutchByDate, Date(visit - 1), Date(visit), Count(visit - 1));
+      default:
+        return AddInterval(PreparedVisits::ClutchByAge, Age(visit - 1),
+                           kind == ClutchInterval::ByAge ? Age(visit) : 0.0, Count(visit - 1));
     }
-    broodIntervals_.push_back(interval_);
+  }
+
+  /// The same for the pass over the broods.
+  int AddBroodStep(int brood, int visit, bool first) {
+    const auto kind = BroodIntervalTo(data_, brood, visit);
+    if (!kind) return -1;
+    const int group = prepared_.GroupOfBrood[static_cast<std::size_t>(brood)];
+    const int interval = IntervalOfJuveniles(*kind, group, visit, false);
+    const int ofCorrelated = *kind == BroodInterval::FromClutch ? IntervalOfJuveniles(*kind, group, visit, true) : -1;
+    const bool second = visit == data_.FirstVisit[static_cast<std::size_t>(brood)] + 1;
+    prepared_.BroodSteps.push_back({visit, brood, interval, ofCorrelated, CountOf(visit, first), *kind, second});
+    return interval;
+  }
+
+  int IntervalOfJuveniles(BroodInterval kind, int group, int visit, bool ofCorrelatedEggs) {
+    switch (kind) {
+      case BroodInterval::ByDate:
+        return AddInterval(PreparedVisits::BroodByDate(group), Date(visit - 1), Date(visit), Count(visit - 1));
+      case BroodInterval::ByAge:
+        return AddInterval(PreparedVisits::BroodByAge(group), Age(visit - 1), Age(visit), Count(visit - 1));
+      case BroodInterval::FromClutch:
+        return AddInterval(PreparedVisits::BroodByAge(group), 0.0, Age(visit), Count(visit - 1), Age(visit - 1),
+                           ofCorrelatedEggs);
+      default:
+        return -1;
+    }
   }
 
   void AddJudgement(int brood, int visit, bool first) {
@@ -197,21 +187,11 @@ class Preparation {
   const BroodData& data_;
   PreparedVisits& prepared_;
   Key key_;
-  int interval_ = -1;
   std::vector<int> clutchIntervals_, broodIntervals_;  // of each visit so far, -1 for none
   Numbering times_, intervals_, outcomes_, spanning_;
 };
 
 }  // namespace
-
-PreparedVisits::Prediction PredictionOf(const BroodData& data, int visit) {
-  const auto v = static_cast<std::size_t>(visit);
-  const int before = data.VisitStage[v - 1], stage = data.VisitStage[v];
-  if (before == -1 && (stage == -1 || data.VisitAge[v] == 0)) return Prediction::Clutch;
-  if (before == 1 && stage == 1) return Prediction::Brood;
-  if (before == -1 && stage == 1) return Prediction::Spanning;
-  return Prediction::None;
-}
 
 PreparedVisits::PreparedVisits(const BroodData& data) { Preparation(data, *this).Run(); }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "data/brood_data.h"
+#include "model/interval_kinds.h"
 
 namespace merlane {
 
@@ -36,13 +37,6 @@ struct PreparedVisits {
   };
   std::vector<Interval> Intervals;
 
-  enum class ClutchInterval : std::uint8_t {
-    FirstOnHatchDay,  // no interval: the first visit is on the hatch day
-    ByAge,            // both visits before hatch
-    ToHatch,          // the later visit is behind hatch; the interval ends at hatch
-    ToHatchDay,       // the later visit is on the hatch day itself
-    ByDate,
-  };
   struct ClutchStep {
     int visit = 0, brood = 0;
     int interval = 0;        // its number in Intervals
@@ -51,14 +45,6 @@ struct PreparedVisits {
   };
   /// In the order brood, visit.
   std::vector<ClutchStep> ClutchSteps;
-
-  enum class BroodInterval : std::uint8_t {
-    FirstOnHatchDay,
-    ByAge,
-    AgeBeforeUnknown,  // no interval, though the mortality is formed
-    FromClutch,        // the earlier visit is before hatch; the interval begins at hatch
-    ByDate,
-  };
   struct BroodStep {
     int visit = 0, brood = 0;
     int interval = 0;            // of FromClutch: for eggs under random mortality
@@ -71,7 +57,6 @@ struct PreparedVisits {
 
   // Likelihood.
 
-  enum class Prediction : std::uint8_t { None, Clutch, Brood, Spanning };
   /// The prediction of a visit's count from the visit before.
   struct Judgement {
     int brood = 0;
@@ -89,9 +74,5 @@ struct PreparedVisits {
   std::vector<int> SpanningCounts;
   int MaxCount = 0;  // largest count of all visits, at least 0
 };
-
-/// How the count of a visit behind the first of its brood is predicted from the visit before. A count on the hatch day
-/// is one of eggs when a clutch visit comes before.
-PreparedVisits::Prediction PredictionOf(const BroodData& data, int visit);
 
 }  // namespace merlane

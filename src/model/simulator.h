@@ -26,7 +26,7 @@ struct Simulation {
 
 /// What counts are simulated for.
 struct SimulationSetting {
-  bool SimulationMode = false;  // a planned data set, which has no counts of its own to predict
+  bool SimulationMode = false;  // a planned data set, of which the first count of each brood is given
   /// Data to be read and fitted again: a count that cannot be predicted is the real one, so that each stretch of
   /// predictions begins at a real count. An expected number of 0 stays 0.
   bool BootstrapMode = false;

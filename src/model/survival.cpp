@@ -53,10 +53,12 @@ class BroodEffects {
  private:
   Effective On(double base, const Array1<double>& Z, const Matrix1<double>& Zx) const {
     const auto Covariate = [this](int m) { return covariates_[m - 1]; };
-    double X = mainTerms_ ? E_ * Z(1) + H_ * Z(2) : 0.0;
-    for (int m = 1; m <= NCov_; ++m) X = X + Covariate(m) * Z(m + 2);
-    X = X + Zx(1, 2) * E_ * H_;
-    for (int m = 1; m <= NCov_; ++m) X = X + (Zx(1, m + 2) * E_ * Covariate(m) + Zx(2, m + 2) * H_ * Covariate(m));
+    double X = mainTerms_ ? E_ * Z(property::BroodSize) + H_ * Z(property::HatchDate) : 0.0;
+    for (int m = 1; m <= NCov_; ++m) X = X + Covariate(m) * Z(property::Covariate(m));
+    X = X + Zx(property::BroodSize, property::HatchDate) * E_ * H_;
+    for (int m = 1; m <= NCov_; ++m)
+      X = X + (Zx(property::BroodSize, property::Covariate(m)) * E_ * Covariate(m) +
+               Zx(property::HatchDate, property::Covariate(m)) * H_ * Covariate(m));
 
     Effective effective{Checked(base * Exp(std::min(Checked(X), 10.0))), 0};
     if (effective.value > 10) {
@@ -152,10 +154,10 @@ void BroodMortality::AddTo(double& Penalty) const {
 
 BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, int brood, double E) {
   const BroodEffects effects(data, brood, E, true);
-  const Effective AlphaR = effects.On(17, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective BetaR = effects.On(18, p.Beta_BR, p.GammaBR, p.GammaBRx);
-  const Effective AlphaC = effects.On(21, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
-  const Effective BetaC = effects.On(22, p.Beta_BC, p.GammaBC, p.GammaBCx);
+  const Effective AlphaR = effects.On(parameter::Alpha_BR, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective BetaR = effects.On(parameter::Beta_BR, p.Beta_BR, p.GammaBR, p.GammaBRx);
+  const Effective AlphaC = effects.On(parameter::Alpha_BC, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective BetaC = effects.On(parameter::Beta_BC, p.Beta_BC, p.GammaBC, p.GammaBCx);
   return {{AlphaR.value, BetaR.value, AlphaC.value, BetaC.value, p.c_B, p.f_B},
           AlphaR.Penalty,
           BetaR.Penalty,
@@ -165,8 +167,8 @@ BroodMortality BroodMortalityByAge(const Parameters& p, const BroodData& data, i
 
 BroodMortality BroodMortalityByDate(const Parameters& p, const BroodData& data, int brood, double E) {
   const BroodEffects effects(data, brood, E, false);
-  const Effective AlphaR = effects.On(17, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
-  const Effective AlphaC = effects.On(21, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
+  const Effective AlphaR = effects.On(parameter::Alpha_BR, p.Alpha_BR, p.ZetaBR, p.ZetaBRx);
+  const Effective AlphaC = effects.On(parameter::Alpha_BC, p.Alpha_BC, p.ZetaBC, p.ZetaBCx);
   return {{AlphaR.value, 1, AlphaC.value, 1, p.c_B, p.f_B}, AlphaR.Penalty, 0, AlphaC.Penalty, 0};
 }
 

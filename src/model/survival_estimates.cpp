@@ -26,6 +26,20 @@ void ForBroodsOfKnownAge(const BroodData& data, const LikelihoodState& fitted, c
   watch.progress("");
 }
 
+/// The three columns of an estimate.
+struct Estimate {
+  std::vector<double>&R, &C, &all;
+
+  void Set(std::size_t v, const Survivors& survivors) {
+    R[v] = survivors.OutR;
+    C[v] = survivors.OutC;
+    all[v] = survivors.OutAll;
+  }
+  void Copy(std::size_t v, std::size_t from) {
+    for (std::vector<double>* const column : {&R, &C, &all}) (*column)[v] = (*column)[from];
+  }
+};
+
 /// Probability that one individual alive at an age is alive at a later one.
 Survivors Probability(const SurvivalFunctions& functions, double from, double to, bool BootstrapMode) {
   return ExpectedSurvivors(functions, functions.At(from), functions.At(to), 1, BootstrapMode);
@@ -43,21 +57,16 @@ void SurvivalEstimates::Preset(const BroodData& data) {
 void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
                             const CalculationWatch& watch, SurvivalEstimates& estimates) {
   estimates.estimated = true;
+  Estimate day{estimates.LiveDayR, estimates.LiveDayC, estimates.LiveDay};
+  Estimate next{estimates.LiveNextR, estimates.LiveNextC, estimates.LiveNext};
   const double FledgeAge = fitted.parameters.FledgeAge;
   const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
     for (std::size_t v = first; v < end; ++v) {
       const double a = data.VisitAge[v];
       if (!(a >= 0 && a < FledgeAge)) continue;
-      const Survivors day = Probability(functions, a, a + 1, BootstrapMode);
-      estimates.LiveDayR[v] = day.OutR;
-      estimates.LiveDayC[v] = day.OutC;
-      estimates.LiveDay[v] = day.OutAll;
-      if (v + 1 < end && data.VisitAge[v + 1] != Missing) {
-        const Survivors next = Probability(functions, a, data.VisitAge[v + 1], BootstrapMode);
-        estimates.LiveNextR[v] = next.OutR;
-        estimates.LiveNextC[v] = next.OutC;
-        estimates.LiveNext[v] = next.OutAll;
-      }
+      day.Set(v, Probability(functions, a, a + 1, BootstrapMode));
+      if (v + 1 < end && data.VisitAge[v + 1] != Missing)
+        next.Set(v, Probability(functions, a, data.VisitAge[v + 1], BootstrapMode));
       watch.turn();
     }
   };
@@ -67,29 +76,22 @@ void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted
 void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
                               std::int16_t TargetAge, const CalculationWatch& watch, SurvivalEstimates& estimates) {
   estimates.estimated = true;
+  Estimate fromAge{estimates.FledgeFromR, estimates.FledgeFromC, estimates.FledgeFrom};
+  Estimate fromHatch{estimates.FledgeZeroR, estimates.FledgeZeroC, estimates.FledgeZero};
   const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
     for (std::size_t v = first; v < end; ++v) {
       const double a = data.VisitAge[v];
       if (!(a >= 0 && a < TargetAge)) continue;
-      const Survivors from = Probability(functions, a, TargetAge, BootstrapMode);
-      estimates.FledgeFromR[v] = from.OutR;
-      estimates.FledgeFromC[v] = from.OutC;
-      estimates.FledgeFrom[v] = from.OutAll;
+      fromAge.Set(v, Probability(functions, a, TargetAge, BootstrapMode));
       watch.turn();
     }
     for (std::size_t v = first; v < end; ++v) {
       const double a = data.VisitAge[v];
       if (!(a >= 0 && a < TargetAge)) continue;
-      if (v == first) {
-        const Survivors zero = Probability(functions, 0, TargetAge, BootstrapMode);
-        estimates.FledgeZeroR[v] = zero.OutR;
-        estimates.FledgeZeroC[v] = zero.OutC;
-        estimates.FledgeZero[v] = zero.OutAll;
-      } else {  // also where the visit before has none
-        estimates.FledgeZeroR[v] = estimates.FledgeZeroR[v - 1];
-        estimates.FledgeZeroC[v] = estimates.FledgeZeroC[v - 1];
-        estimates.FledgeZero[v] = estimates.FledgeZero[v - 1];
-      }
+      if (v == first)
+        fromHatch.Set(v, Probability(functions, 0, TargetAge, BootstrapMode));
+      else
+        fromHatch.Copy(v, v - 1);  // also where the visit before has none
     }
   };
   ForBroodsOfKnownAge(data, fitted, "Calculating p[fledge(a,D)] for ", watch, estimate);

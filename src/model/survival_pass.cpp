@@ -20,12 +20,14 @@ struct InPlay {
 InPlay CoefficientsInPlay(const Parameters& p, int NCov) {
   InPlay inPlay;
   for (const auto* Z : {&p.ZetaBR, &p.GammaBR, &p.ZetaBC, &p.GammaBC}) {
-    inPlay.attributes |= (*Z)(1) != 0 || (*Z)(2) != 0;
-    for (int m = 1; m <= NCov; ++m) inPlay.covariates |= (*Z)(m + 2) != 0;
+    inPlay.attributes |= (*Z)(property::BroodSize) != 0 || (*Z)(property::HatchDate) != 0;
+    for (int m = 1; m <= NCov; ++m) inPlay.covariates |= (*Z)(property::Covariate(m)) != 0;
   }
   for (const auto* Zx : {&p.ZetaBRx, &p.GammaBRx, &p.ZetaBCx, &p.GammaBCx}) {
-    inPlay.attributes |= (*Zx)(1, 2) != 0;
-    for (int m = 1; m <= NCov; ++m) inPlay.attributes |= (*Zx)(1, m + 2) != 0 || (*Zx)(2, m + 2) != 0;
+    inPlay.attributes |= (*Zx)(property::BroodSize, property::HatchDate) != 0;
+    for (int m = 1; m <= NCov; ++m)
+      for (const int attribute : {property::BroodSize, property::HatchDate})
+        inPlay.attributes |= (*Zx)(attribute, property::Covariate(m)) != 0;
   }
   return inPlay;
 }
@@ -95,7 +97,7 @@ const Survivors& SurvivalPass::SurvivorsOf(int interval, const Stage& stage, dou
 }
 
 void SurvivalPass::FillClutches(const std::function<void()>& turn, SurvivalTables& tables, double& Penalty) {
-  using Kind = PreparedVisits::ClutchInterval;
+  using Kind = ClutchInterval;
   Stage& byAge = stages_[PreparedVisits::ClutchByAge];
   Stage& byDate = stages_[PreparedVisits::ClutchByDate];
   Set(byAge, ClutchMortalityByAge(*parameters_), parameters_->LayAge);
@@ -108,7 +110,7 @@ void SurvivalPass::FillClutches(const std::function<void()>& turn, SurvivalTable
       tables.EHatch[b] = tables.EHatchR[b] = tables.EHatchC[b] = step.count;
       continue;
     }
-    if (step.kind == Kind::ByAge && data_.VisitAge[v] < parameters_->LayAge) continue;
+    if (step.kind == Kind::ByAge && !parameters_->CoversClutchOf(data_.VisitAge[v])) continue;
 
     const Survivors& out = SurvivorsOf(step.interval, step.kind == Kind::ByDate ? byDate : byAge, step.count);
     if (out.Penalty != 0) Penalty = Penalty + out.Penalty;
@@ -129,7 +131,7 @@ void SurvivalPass::FillClutches(const std::function<void()>& turn, SurvivalTable
 }
 
 void SurvivalPass::FillBroods(SurvivalTables& tables, double& Penalty) {
-  using Kind = PreparedVisits::BroodInterval;
+  using Kind = BroodInterval;
   tables.BroodIntervals = 0;
   tables.BroodSizeDeficient = tables.HatchDateDeficient = false;
   for (const PreparedVisits::BroodStep& step : prepared_.BroodSteps) {
@@ -143,7 +145,7 @@ void SurvivalPass::FillBroods(SurvivalTables& tables, double& Penalty) {
     }
     const bool byAge = step.kind != Kind::ByDate;
     if (byAge) {
-      if (!(data_.VisitAge[v] < parameters_->FledgeAge || parameters_->FledgeAge == 0)) continue;
+      if (!parameters_->CoversBroodOf(data_.VisitAge[v])) continue;
       if (step.secondVisit) {
         if (tables.EHatch[b] == Missing && parameters_->UsesBroodSize) tables.BroodSizeDeficient = true;
         if (data_.HatchDate[b] == 0 && parameters_->UsesHatchDate) tables.HatchDateDeficient = true;

@@ -6,7 +6,7 @@
 #include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/text.h"
-#include "model/prepared_visits.h"
+#include "model/interval_kinds.h"
 #include "results/results_summary.h"
 
 namespace merlane {
@@ -110,9 +110,8 @@ class Rows {
 
   double MixtureProportion(const Record& r) const {
     if (best_.survival.EVisit[r.v] == Missing) return Missing;
-    return PredictionOf(data_, static_cast<int>(r.v)) == PreparedVisits::Prediction::Clutch
-               ? best_.survival.PCorrEgg[r.v]
-               : best_.survival.PCorrJuv[r.v];
+    return PredictionOf(data_, static_cast<int>(r.v)) == Prediction::Clutch ? best_.survival.PCorrEgg[r.v]
+                                                                            : best_.survival.PCorrJuv[r.v];
   }
 
   const BroodData& data_;

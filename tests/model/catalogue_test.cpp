@@ -10,7 +10,7 @@ namespace {
 BroodData WithCovariates(std::vector<std::string> names) {
   BroodData data;
   data.NCov = static_cast<std::int16_t>(names.size());
-  data.InteractionBase = static_cast<std::int16_t>(30 + 4 * data.NCov);
+  data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   data.CovariateName.Dimension(data.NCov);
   for (int m = 1; m <= data.NCov; ++m) data.CovariateName(m) = names[static_cast<std::size_t>(m) - 1];
   return data;
@@ -31,7 +31,7 @@ struct Decoding {
         Value(NPAR),
         Step(NPAR) {}
   const Parameters& operator()() {
-    DecodeParameters(Value, Step, NCov, static_cast<std::int16_t>(30 + 4 * NCov), decoded, Penalty);
+    DecodeParameters(Value, Step, ParameterLayout(NCov, InteractionBaseOf(NCov)), decoded, Penalty);
     return decoded;
   }
   std::int16_t NCov, NPAR;

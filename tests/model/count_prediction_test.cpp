@@ -5,13 +5,16 @@
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/analysis.h"
-#include "model/distributions.h"
 #include "model/evaluated_case.h"
 #include "model/simulator.h"
 #include "model/streams.h"
+#include "plain_distributions.h"
 
 namespace merlane {
 namespace {
+
+using plain::ProbBinomial;
+using plain::ProbVisit;
 
 using test::Analysis;
 using test::Streams;
@@ -178,8 +181,8 @@ TEST(CountPrediction, OverHatchWithoutJuvenileRatesEveryCountHasProbabilityOneAn
 
 TEST(CountPrediction, AnExpectedNumberOfZeroOverHatchGivesNoCountAProbability) {
   CountExpectation none;
-  none.EHatchR = none.EHatchC = 5;
-  none.JuvRR = none.JuvCR = none.JuvRC = none.JuvCC = 0;
+  none.overHatch.EHatchR = none.overHatch.EHatchC = 5;
+  none.overHatch.juveniles.fill(0);
   Analysis a = MixedNest();
   CountPredictor predictor(a.reading.data, a.state.best.parameters);
   CountPrediction prediction;

@@ -17,7 +17,7 @@ struct Hypothesis {
   explicit Hypothesis(int covariates = 0) : NPAR(static_cast<std::int16_t>(ParameterCount(covariates))) {
     data.FirstYear = data.LastYear = 1995;
     data.NCov = static_cast<std::int16_t>(covariates);
-    data.InteractionBase = static_cast<std::int16_t>(30 + 4 * covariates);
+    data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(covariates));
     data.CovariateName.Dimension(covariates, "Depth");
     AllocateTables(data, {{2}});
     data.VisitAge = {-5, 4};

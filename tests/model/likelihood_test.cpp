@@ -5,10 +5,14 @@
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/analysis.h"
-#include "model/distributions.h"
+#include "plain_distributions.h"
 
 namespace merlane {
 namespace {
+
+using plain::Calc_Probs_and_Theta;
+using plain::ProbBetaBinomial;
+using plain::ProbBinomial;
 
 using test::Analysis;
 

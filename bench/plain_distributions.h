@@ -2,7 +2,10 @@
 
 #include <span>
 
-namespace merlane {
+namespace merlane::plain {
+
+// The distributions of counts, each computed plainly from its formula: what the faster ones of the program are held
+// against.
 
 /// Probability of k survivors of n under the binomial distribution with survival p, which is kept within 1e-6 and
 /// 0.999999 so that no count has probability 0.
@@ -23,11 +26,4 @@ double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var);
 /// probabilities is not 1 to six digits.
 bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ, std::span<double> Pmf);
 
-/// Overdispersion of correlated mortality, which fades with age: Theta exp(-v days), of eggs since laying and of
-/// juveniles since hatch. RuntimeFailure on an overflow.
-double Overdispersion(double Theta, double v, double days);
-
-/// Variance of a count with the probabilities `Pmf`[0..n].
-double PmfVariance(std::span<const double> Pmf);
-
-}  // namespace merlane
+}  // namespace merlane::plain

@@ -1,4 +1,4 @@
-#include "model/distributions.h"
+#include "plain_distributions.h"
 
 #include <algorithm>
 
@@ -6,7 +6,7 @@
 #include "base/elementary.h"
 #include "base/gamma_ln.h"
 
-namespace merlane {
+namespace merlane::plain {
 
 double ProbBinomial(int n, int k, double p) {
   if (p < 1e-6) p = 1e-6;
@@ -67,18 +67,4 @@ bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double 
   return sum >= 0.999999 && sum <= 1.000001;
 }
 
-double Overdispersion(double Theta, double v, double days) { return Checked(Theta * Checked(Exp(Checked(-v * days)))); }
-
-double PmfVariance(std::span<const double> Pmf) {
-  double mean = 0;
-  double square = 0;
-  int k = 0;
-  for (const double probability : Pmf) {
-    square = square + k * k * probability;
-    mean = mean + k * probability;
-    ++k;
-  }
-  return square - mean * mean;
-}
-
-}  // namespace merlane
+}  // namespace merlane::plain

@@ -1,4 +1,4 @@
-#include "model/distributions.h"
+#include "model/count_distributions.h"
 
 #include <gmock/gmock.h>
 
@@ -7,11 +7,16 @@
 #include "base/elementary.h"
 #include "base/gamma_ln.h"
 #include "base/runtime_failure.h"
-#include "model/count_distributions.h"
 #include "model/same_bits.h"
+#include "plain_distributions.h"
 
 namespace merlane {
 namespace {
+
+using plain::Calc_Probs_and_Theta;
+using plain::ProbBetaBinomial;
+using plain::ProbBinomial;
+using plain::ProbVisit;
 
 TEST(ProbBinomial, IsTheBinomialDistribution) {
   EXPECT_NEAR(ProbBinomial(5, 3, 0.4), 10 * 0.064 * 0.36, 1e-9);
@@ -182,6 +187,16 @@ TEST(CountDistributions, FailAsTheirDefinitionsForACountThatIsMissing) {
   double E = 2, Var = 0;
   EXPECT_THROW(ProbVisit(1, 0, 4, -999, E, Var), RuntimeFailure);
   EXPECT_THROW(CountDistributions(4).ProbVisit(1, 0, 4, -999, E, Var), RuntimeFailure);
+}
+
+TEST(CountDistributions, HaveTheBitsOfTheirDefinitionsForACountThatRisesByOneAndFailForMore) {
+  const CountDistributions fast(8);
+  for (const int code : {1, 2}) {
+    double E = 2.5, plainE = 2.5, Var = 0, plainVar = 0;
+    EXPECT_PRED2(SameBits, fast.ProbVisit(code, 0.3, 4, 5, E, Var), ProbVisit(code, 0.3, 4, 5, plainE, plainVar));
+    EXPECT_THROW(fast.ProbVisit(code, 0.3, 4, 6, E, Var), RuntimeFailure);
+    EXPECT_THROW(ProbVisit(code, 0.3, 4, 6, E, Var), RuntimeFailure);
+  }
 }
 
 TEST(CountDistributions, FailWhereNoneIsExpectedAtHatchButSomeBehindIt) {
