@@ -64,4 +64,10 @@ void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visits
   data.AllClutchAgesKnown = data.AllBroodAgesKnown = true;
 }
 
+void ForgetVisits(BroodData& data) {
+  const auto years = static_cast<std::size_t>(std::max(0, data.LastYear - data.FirstYear + 1));
+  AllocateTables(data, std::vector<std::vector<int>>(years));
+  data.TotalRecords = 0;
+}
+
 }  // namespace merlane

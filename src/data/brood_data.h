@@ -93,4 +93,7 @@ struct BroodData {
 /// `MaxVisits`. RuntimeFailure when the tables would be too large for a machine.
 void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visitsOf);
 
+/// Leaves the years without visits.
+void ForgetVisits(BroodData& data);
+
 }  // namespace merlane

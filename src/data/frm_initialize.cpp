@@ -30,7 +30,8 @@ std::int16_t Setting(const ComboBox& box) { return ToInt16(LenientNumber(box.tex
 
 }  // namespace
 
-FrmInitialize::FrmInitialize(Desk& d, FrmMain& main) : Form(d, "frmInitialize", ""), main_(main) {
+FrmInitialize::FrmInitialize(Desk& d, FrmMain& main, Form& menu)
+    : Form(d, "frmInitialize", ""), main_(main), menu_(menu) {
   optRead.value = true;
   txtDataInput.readOnly = true;
   txtInitialize.fixedPitch = txtDataFormat.fixedPitch = false;
@@ -89,7 +90,7 @@ void FrmInitialize::SetToolTips() {
 }
 
 void FrmInitialize::OnLoad() {
-  if (Form* const menu = desk.Find("frmMenu")) menu->enabled = false;
+  menu_.enabled = false;
   main_.title = fmt::format("Merlane Survival Estimation Model: Version{}", Version());
   title = fmt::format("Initialize Merlane Survival Model (Version{})", Version());
   txtInitialize.text = ModelHelp();
@@ -97,9 +98,7 @@ void FrmInitialize::OnLoad() {
   txtLimits.text = ExampleData();
 }
 
-void FrmInitialize::OnUnload() {
-  if (Form* const menu = desk.Find("frmMenu")) menu->enabled = true;
-}
+void FrmInitialize::OnUnload() { menu_.enabled = true; }
 
 void FrmInitialize::ShowWhatApplies() {
   const bool read = optRead.value;
@@ -213,12 +212,12 @@ void FrmInitialize::Done() {
 }
 
 void FrmInitialize::Cancel() {
-  desk.Show("frmMenu");
+  desk.Show(menu_);
   desk.Unload(*this);
 }
 
 bool FrmInitialize::OnCloseRequest() {
-  desk.Show("frmMenu");
+  desk.Show(menu_);
   return true;
 }
 

@@ -12,7 +12,8 @@ namespace merlane {
 /// settings of the simulator, with help on the model and the format of the data.
 class FrmInitialize : public Form {
  public:
-  FrmInitialize(Desk& d, FrmMain& main);
+  /// It begins from the menu, which it leaves inactive while it is open, and goes back there.
+  FrmInitialize(Desk& d, FrmMain& main, Form& menu);
 
   /// What the user has chosen. RuntimeFailure for a number beyond the range of its setting.
   Initialisation Choices() const;
@@ -92,6 +93,7 @@ class FrmInitialize : public Form {
   void Cancel();
 
   FrmMain& main_;
+  Form& menu_;
 };
 
 }  // namespace merlane

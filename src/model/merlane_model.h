@@ -7,8 +7,6 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "data/brood_data.h"
-#include "data/brood_reader.h"
-#include "data/frm_xls_worksheets.h"
 #include "data/initialisation.h"
 #include "forms/desk.h"
 #include "model/evaluation_setting.h"
@@ -48,13 +46,11 @@ class MerlaneModel {
   Kept Keep() const { return {data, likelihood, estimates, simulation}; }
   void PutBack(Kept kept);
 
-  // What other forms of the room do for the model.
+  // What dialogues do for the model.
   std::function<void(ModelCall&)> writeResults;  // NF = -1 in an analysis
   std::function<void(ModelCall&)> simulate;      // NF = -1 in a simulation
-  /// Turns a workbook into a text data file; none when the user cancelled.
-  std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
-  /// Says in passing why a workbook has left no data, which no message tells.
-  std::function<void(const std::string& text)> showStatus = [](const std::string&) {};
+  /// Reads the data file that the data and the run's flags name; false when nothing was read, which the user knows.
+  std::function<bool(BroodData&)> readData;
 
  private:
   void ReadBroodData(ModelCall& call);
@@ -62,19 +58,8 @@ class MerlaneModel {
 
   void TakeChoices(const Initialisation& choices, ModelCall& call);
   void TakeDataFileName(const std::string& path);
-  /// Leaves the run without visits.
-  void ForgetVisits();
   /// Gives all results the shape of the data, without values.
   void DimensionResults();
-  /// Reads the data file of the run and says how it went; false when nothing was read.
-  bool ReadDataFile();
-  /// The text file to be read; none when the user cancelled the choice of a worksheet.
-  std::optional<std::string> FileToRead();
-  bool IsWorkbook() const;
-  /// Leaves the run without visits and tells the user; of a workbook no message is shown.
-  void EndFailedRead(const std::string& reason);
-  void TellWhileInactive(const Message& message);
-  void ActivateForms(bool menu, bool initialize);
 
   Desk& desk_;
   RunState& state_;

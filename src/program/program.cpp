@@ -8,8 +8,9 @@ Program::Program(const Host& host)
       objective(state, [this](ModelCall& call) { model(call); }),
       frmMain(desk),
       frmMenu(desk, state),
-      frmInitialize(desk, frmMain),
+      frmInitialize(desk, frmMain, frmMenu),
       frmXLSworksheets(desk),
+      readingDialogue(desk, state.flags, frmMenu, frmInitialize),
       algorithmCommands(desk, state, frmMain, frmMenu, [this] { return model.data.DataBaseName; }),
       frmAlgo(desk, state, log, frmMain, frmMenu),
       frmEditVS(desk, state, frmAlgo),
@@ -99,8 +100,9 @@ void Program::WireForms() {
     frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
   };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
-  model.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
-  model.showStatus = [this](const std::string& text) { frmMain.ShowProgress(text); };
+  model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };
+  readingDialogue.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
+  readingDialogue.showStatus = [this](const std::string& text) { frmMain.ShowProgress(text); };
   model.writeResults = [this](ModelCall& call) { resultsCommand.WriteResults(call); };
   model.simulate = [this](ModelCall& call) { simulationCommand.Simulate(call); };
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };

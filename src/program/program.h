@@ -22,6 +22,7 @@
 #include "control/run_state.h"
 #include "data/frm_initialize.h"
 #include "data/frm_xls_worksheets.h"
+#include "data/reading_dialogue.h"
 #include "forms/desk.h"
 #include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
@@ -73,6 +74,7 @@ class Program {
   FrmMenu frmMenu;
   FrmInitialize frmInitialize;
   FrmXlsWorksheets frmXLSworksheets;
+  ReadingDialogue readingDialogue;
   AlgorithmCommands algorithmCommands;
   FrmAlgo frmAlgo;
   FrmEditVS frmEditVS;

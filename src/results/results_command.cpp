@@ -5,13 +5,13 @@
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
+#include "model/catalogue.h"
 #include "results/goodness_of_fit.h"
 
 namespace merlane {
 
 void ResultsCommand::WriteResults(ModelCall& call) {
-  if (std::ranges::all_of(call.X, [](double value) { return value == 0; }))
-    throw RuntimeFailure("all parameters are 0, so that nothing has been evaluated");
+  if (AllZero(call.X)) throw RuntimeFailure("all parameters are 0, so that nothing has been evaluated");
   const auto free = std::ranges::count_if(call.StepSize, [](double step) { return step != 0; });
   const ResultsSubject subject{.data = model_.data,
                                .fitted = model_.likelihood,

@@ -1,7 +1,6 @@
 #include "results/simulation_command.h"
 
-#include <algorithm>
-
+#include "model/catalogue.h"
 #include "results/simulated_data_text.h"
 
 namespace merlane {
@@ -9,7 +8,7 @@ namespace merlane {
 void SimulationCommand::Simulate(ModelCall& call) {
   state_.flags.AbortRun = false;
   abort_.Open("Abort randomizations?");
-  if (std::ranges::all_of(call.X, [](double value) { return value == 0; })) {
+  if (AllZero(call.X)) {
     model_.simulation.Preset(model_.data);
     watch_.tell(SimulationError("all parameters are 0"));
   } else {

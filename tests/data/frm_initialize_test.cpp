@@ -46,7 +46,7 @@ struct Initializing {
   Desk desk{host.Get()};
   FrmMain frmMain{desk};
   Menu frmMenu{desk};
-  FrmInitialize form{desk, frmMain};
+  FrmInitialize form{desk, frmMain, frmMenu};
   int done = 0;
 };
 

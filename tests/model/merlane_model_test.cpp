@@ -5,6 +5,7 @@
 #include "control/fuses.h"
 #include "data/data_text.h"
 #include "data/golden_case.h"
+#include "data/plain_reading.h"
 #include "model/catalogue.h"
 #include "platform/files.h"
 #include "support/scripted_host.h"
@@ -20,15 +21,12 @@ using ::testing::Ge;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-/// A form that does nothing but be active or not.
-class PlainForm : public Form {
- public:
-  PlainForm(Desk& d, const std::string& formName) : Form(d, formName, "") {}
-};
-
-/// A model on a scripted host, with the forms whose activity the reader changes.
+/// A model on a scripted host, with the dialogue in which it reads.
 struct ModelRun {
-  ModelRun() { state.flags.ReadOriginalFile = true; }
+  ModelRun() {
+    state.flags.ReadOriginalFile = true;
+    model.readData = [this](BroodData& data) { return reading.dialogue.Read(data); };
+  }
 
   void ReadData() { objective.Call(state.algorithm.Value, 0); }
   /// Reads this text as the data file.
@@ -51,8 +49,8 @@ struct ModelRun {
 
   test::ScriptedHost host;
   Desk desk{host.Get()};
-  PlainForm frmMenu{desk, "frmMenu"}, frmInitialize{desk, "frmInitialize"};
   RunState state;
+  test::PlainReading reading{desk, state.flags};
   Initialisation choices;
   MerlaneModel model{desk, state, [this] { return choices; }};
   Objective objective{state, [this](ModelCall& call) { model(call); }};
@@ -97,6 +95,9 @@ TEST(MerlaneModel, AFirstEvaluationForgetsTheSurvivalEstimatesAndNoOtherDoes) {
   run.objective.Call(run.state.algorithm.Value, 2);
   EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0)));
   EXPECT_THAT(run.model.estimates.FledgeZeroC, Each(Ge(0)));
+  Array1<double> zeros(run.state.algorithm.NPAR);
+  run.objective.Call(zeros, 1);
+  EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0))) << "nothing is evaluated at zeros";
   run.objective.Call(run.state.algorithm.Value, 1);
   EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(Missing, Missing));
   EXPECT_THAT(run.model.estimates.FledgeZeroC, ElementsAre(Missing, Missing));
@@ -182,41 +183,6 @@ TEST(MerlaneModel, AnEvaluationAfterAFailedReadFindsNoVisits) {
   EXPECT_EQ(run.state.flags.SampleSize, 0);
 }
 
-/// Windows that look around while they show a message.
-struct WatchingWindows : test::ScriptedWindows {
-  Answer MsgBox(const Message& message) override {
-    onMessage();
-    return ScriptedWindows::MsgBox(message);
-  }
-  std::function<void()> onMessage;
-};
-
-TEST(MerlaneModel, BothFormsAreInactiveWhileAMessageIsShownAndOnlyTheMenuIsActiveBehindTheLast) {
-  test::ScriptedHost host;
-  WatchingWindows windows;
-  Desk desk({windows, host.clock, host.random, host.workbooks});
-  PlainForm frmMenu(desk, "frmMenu"), frmInitialize(desk, "frmInitialize");
-  desk.Load(frmMenu);
-  desk.Load(frmInitialize);
-  windows.onMessage = [&] { EXPECT_FALSE(frmMenu.enabled || frmInitialize.enabled); };
-
-  RunState state;
-  state.flags.ReadOriginalFile = true;
-  Initialisation choices;
-  choices.DataFileName = testing::TempDir() + "unknown_age.dat";
-  WriteWholeFile(choices.DataFileName, Header + "\n" + Record("1995", "A", "160", "170", "?", "5"));
-  MerlaneModel model(desk, state, [&] { return choices; });
-  Objective objective(state, [&](ModelCall& call) { model(call); });
-
-  objective.Call(state.algorithm.Value, 0);
-  EXPECT_EQ(windows.messages.size(), 2u);
-  EXPECT_TRUE(frmMenu.enabled);
-  EXPECT_FALSE(frmInitialize.enabled) << "it is about to close";
-  choices.DataFileName = "/nowhere/lake.dat";
-  objective.Call(state.algorithm.Value, 0);
-  EXPECT_TRUE(frmMenu.enabled && frmInitialize.enabled) << "a failed read activates both";
-}
-
 TEST(MerlaneModel, AFatalDataErrorIsToldAndEndsTheProgramWithStatus2) {
   ModelRun run;
   try {
@@ -233,7 +199,7 @@ TEST(MerlaneModel, AWorkbookIsConvertedAndItsTextFileRead) {
   const std::string textFile = testing::TempDir() + "converted.dat";
   WriteWholeFile(textFile, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
   std::string converted;
-  run.model.convertWorkbook = [&](const std::string& path) {
+  run.reading.dialogue.convertWorkbook = [&](const std::string& path) {
     converted = path;
     return FrmXlsWorksheets::Converted{textFile, "Ducks"};
   };
@@ -248,18 +214,18 @@ TEST(MerlaneModel, AWorkbookIsConvertedAndItsTextFileRead) {
 
 TEST(MerlaneModel, AWorkbookThatIsCancelledOrCannotBeReadLeavesNoDataAndNoMessage) {
   ModelRun run;
-  run.desk.Load(run.frmMenu);
+  run.desk.Load(run.reading.frmMenu);
   run.choices.DataFileName = "/data/lake.xls";
-  run.model.convertWorkbook = [](const std::string&) { return std::nullopt; };
+  run.reading.dialogue.convertWorkbook = [](const std::string&) { return std::nullopt; };
   run.ReadData();
   EXPECT_FALSE(run.model.data.ReadOK);
-  run.model.convertWorkbook = [](const std::string&) -> std::optional<FrmXlsWorksheets::Converted> {
+  run.reading.dialogue.convertWorkbook = [](const std::string&) -> std::optional<FrmXlsWorksheets::Converted> {
     throw RuntimeFailure("no workbook");
   };
   run.ReadData();
   EXPECT_FALSE(run.model.data.ReadOK);
   EXPECT_THAT(run.host.windows.messages, IsEmpty());
-  EXPECT_TRUE(run.frmMenu.enabled);
+  EXPECT_TRUE(run.reading.frmMenu.enabled);
 }
 
 TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
@@ -286,7 +252,7 @@ TEST(MerlaneModel, InABootstrapAWorkbookIsNotConvertedAgain) {
   const std::string textFile = testing::TempDir() + "converted_once.dat";
   WriteWholeFile(textFile, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
   int conversions = 0;
-  run.model.convertWorkbook = [&](const std::string&) {
+  run.reading.dialogue.convertWorkbook = [&](const std::string&) {
     ++conversions;
     return FrmXlsWorksheets::Converted{textFile, "Ducks"};
   };

@@ -1,0 +1,79 @@
+#include "data/reading_dialogue.h"
+
+#include "base/runtime_failure.h"
+#include "base/text.h"
+#include "data/brood_reader.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+bool IsWorkbook(const BroodData& data) { return LowerCase(data.DataExt) == "xls"; }
+
+}  // namespace
+
+ReadingDialogue::ReadingDialogue(Desk& desk, const RunFlags& flags, Form& menu, Form& initialize)
+    : desk_(desk), flags_(flags), menu_(menu), initialize_(initialize) {}
+
+bool ReadingDialogue::Read(BroodData& data) {
+  data.ReadOK = false;
+  std::string reason;
+  try {
+    if (const std::optional<std::string> file = FileToRead(data)) {
+      ReadTextData(ReadWholeFile(*file), flags_.BootstrapMode, data, [this](const Message& m) {
+        Tell(m);
+        Activate(true, true);
+      });
+      data.ReadOK = true;
+    }
+  } catch (const FatalDataError& fatal) {
+    Tell(fatal.message);
+    throw EndProgram{2};
+  } catch (const RuntimeFailure& failure) {
+    reason = failure.what();
+  }
+  if (!data.ReadOK) {
+    ForgetVisits(data);
+    TellFailure(data, reason);
+    Activate(true, true);
+  } else if (!flags_.BootstrapMode) {
+    Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information});
+    Activate(true, false);
+  }
+  return data.ReadOK;
+}
+
+std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
+  if (flags_.ReadOriginalFile && !flags_.BootstrapMode) {
+    data.TextFileName = data.DataFileName;
+    if (IsWorkbook(data)) {
+      Activate(false, false);
+      const auto converted = convertWorkbook(data.DataFileName);
+      Activate(true, true);
+      if (!converted) return std::nullopt;
+      data.TextFileName = converted->TextFileName;
+      data.SheetName = converted->SheetName;
+    }
+  }
+  return flags_.ReadSimulatedFile ? data.SimulatedFileName : data.TextFileName;
+}
+
+void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reason) {
+  if (IsWorkbook(data))
+    showStatus("No data: " + (reason.empty() ? "no worksheet was chosen" : reason));
+  else
+    Tell({"Problem finding data file or reading data", "Most likely the file doesn't exist or is incorrectly formatted",
+          style::Critical, reason});
+}
+
+void ReadingDialogue::Tell(const Message& message) {
+  Activate(false, false);
+  desk_.Tell(message.title, message.text, message.style, message.details);
+}
+
+void ReadingDialogue::Activate(bool menu, bool initialize) {
+  if (menu_.Loaded()) menu_.enabled = menu;
+  if (initialize_.Loaded()) initialize_.enabled = initialize;
+}
+
+}  // namespace merlane

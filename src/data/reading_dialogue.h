@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "control/run_state.h"
+#include "data/brood_data.h"
+#include "data/frm_xls_worksheets.h"
+#include "forms/desk.h"
+
+namespace merlane {
+
+/// Reads the data file of a run and tells how it went. Menu and initialisation are inactive while a message is shown or
+/// a worksheet chosen; behind a success the menu alone is active, since the initialisation is about to close.
+class ReadingDialogue {
+ public:
+  /// Keeps references to all.
+  ReadingDialogue(Desk& desk, const RunFlags& flags, Form& menu, Form& initialize);
+
+  /// Reads the file that `data` and the run's flags name into `data`. False when nothing was read: then the data are
+  /// without visits and the user knows, a workbook's in passing. Raises EndProgram behind a fatal data error.
+  bool Read(BroodData& data);
+
+  /// Turns a workbook into a text data file; none when the user cancelled.
+  std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
+  /// Says in passing why a workbook has left no data, which no message tells.
+  std::function<void(const std::string& text)> showStatus = [](const std::string&) {};
+
+ private:
+  /// The text file to be read; none when the user cancelled the choice of a worksheet.
+  std::optional<std::string> FileToRead(BroodData& data);
+  void TellFailure(const BroodData& data, const std::string& reason);
+  void Tell(const Message& message);
+  void Activate(bool menu, bool initialize);
+
+  Desk& desk_;
+  const RunFlags& flags_;
+  Form& menu_;
+  Form& initialize_;
+};
+
+}  // namespace merlane
