@@ -313,13 +313,10 @@ int CompareForwardValues(const test::Evaluated& e, const SurvivalTables& t) {
       const CountExpectation fitted = BestExpectation(data, t, brood, visit);
       EXPECT_EQ(forward->q, fitted.q) << "visit " << visit;
       EXPECT_EQ(forward->r, fitted.r) << "visit " << visit;
-      if (forward->JuvRR != Missing) {
-        EXPECT_EQ(forward->EHatchR, fitted.EHatchR);
-        EXPECT_EQ(forward->EHatchC, fitted.EHatchC);
-        EXPECT_EQ(forward->JuvRR, fitted.JuvRR);
-        EXPECT_EQ(forward->JuvCR, fitted.JuvCR);
-        EXPECT_EQ(forward->JuvRC, fitted.JuvRC);
-        EXPECT_EQ(forward->JuvCC, fitted.JuvCC);
+      if (forward->overHatch.juveniles[RR] != Missing) {
+        EXPECT_EQ(forward->overHatch.EHatchR, fitted.overHatch.EHatchR);
+        EXPECT_EQ(forward->overHatch.EHatchC, fitted.overHatch.EHatchC);
+        EXPECT_EQ(forward->overHatch.juveniles, fitted.overHatch.juveniles);
       } else {
         EXPECT_EQ(forward->ER, fitted.ER) << "visit " << visit;
         // The beta-binomial distribution of the fit keeps a count within its range in the table itself.
