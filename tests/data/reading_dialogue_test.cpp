@@ -85,12 +85,5 @@ TEST_F(ReadingDialogueTest, AFatalErrorIsToldAndEndsTheProgramWithStatus2) {
   EXPECT_THAT(windows.Titles(), ElementsAre("Problem reading data - analysis stops"));
 }
 
-TEST_F(ReadingDialogueTest, AFormThatIsNotOpenStaysAsItIs) {
-  desk.Unload(reading.frmInitialize);
-  reading.frmInitialize.enabled = true;
-  EXPECT_TRUE(ReadText(Record(1995, "A", 160, 170, -10, 5)));
-  EXPECT_TRUE(reading.frmInitialize.enabled);
-}
-
 }  // namespace
 }  // namespace merlane
