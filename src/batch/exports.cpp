@@ -48,6 +48,7 @@ std::string VisitsCsv(const BroodData& data, const BestTables& best) {
     const auto b = static_cast<std::size_t>(brood);
     for (int i = 0; i < data.VisitsOf[b]; ++i) {
       const auto v = static_cast<std::size_t>(data.FirstVisit[b] + i);
+      if (!data.HasRecord(v)) continue;
       const std::string fields[] = {fmt::format("{}", data.BroodYear[b]),
                                     Field(data.BroodCode[b]),
                                     fmt::format("{}", data.BroodNumber(brood)),

@@ -4,16 +4,18 @@
 
 #include <cmath>
 
+#include "base/growing_field.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/data_record_text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 namespace {
 
 constexpr const char* LineEnd = "\r\n";
 
-std::string EstimateField(double x) { return RightSet(Format(x, "0.0000000  "), 14); }
+std::string EstimateField(double x) { return GrowingField(Format(x, "0.0000000  "), 14); }
 
 // The columns of the survival file: nine quantities, four figures each. An age of more digits than the headings have
 // room for widens its columns.
@@ -34,7 +36,7 @@ std::vector<Quantity> Quantities(int TargetAge) {
 std::string Figures(const Spread& spread, int width) {
   std::string text;
   for (const double x : {spread.Mean(), spread.SD(), spread.Minimum(), spread.Maximum()})
-    text += "," + RightSet(spread.Count() > 0 ? Format(x, "0.0000") : "", width);
+    text += "," + GrowingField(spread.Count() > 0 ? Format(x, "0.0000") : "", width);
   return text;
 }
 
@@ -77,12 +79,13 @@ std::string BootstrapSummary(const BootstrapResults& r) {
 std::string BootstrapParameterText(const BootstrapResults& r) {
   constexpr int NameWidth = 18, Width = 14;
   std::string text = RightSet("Parameter # etc. >", NameWidth) + "," + RightSet("-2ln[L]", Width);
-  for (const std::int16_t parameter : r.parameters) text += "," + RightSet(Format(parameter, "000"), Width);
+  for (const std::int16_t parameter : r.parameters) text += "," + GrowingField(Format(parameter, "000"), Width);
   text += LineEnd;
   for (std::size_t b = 0; b < r.BootDeviance.size(); ++b) {
-    text += RightSet("Bootstrap #" + Format(static_cast<double>(b + 1), "00000"), NameWidth) + "," +
-            RightSet(Format(r.BootDeviance[b], "0.0000"), Width);
-    for (const double estimate : r.BootEstimates[b]) text += "," + RightSet(Format(estimate, "0.000000E+00"), Width);
+    text += GrowingField("Bootstrap #" + Format(static_cast<double>(b + 1), "00000"), NameWidth) + "," +
+            GrowingField(Format(r.BootDeviance[b], "0.0000"), Width);
+    for (const double estimate : r.BootEstimates[b])
+      text += "," + GrowingField(Format(estimate, "0.000000E+00"), Width);
     text += LineEnd;
   }
   return text;
@@ -90,7 +93,7 @@ std::string BootstrapParameterText(const BootstrapResults& r) {
 
 std::string BootstrapSurvivalText(const BootstrapResults& r, const BroodData& data) {
   const std::vector<Quantity> quantities = Quantities(r.TargetAge);
-  std::string text = DataRecordHeader;
+  std::string text = record::Header;
   for (const Quantity& quantity : quantities)
     for (const char* figure : {"Mean ", "SE ", "Min ", "Max "})
       text += "," + RightSet(figure + quantity.name, quantity.width);

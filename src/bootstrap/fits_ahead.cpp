@@ -10,6 +10,7 @@
 
 #include "control/fuses.h"
 #include "data/brood_reader.h"
+#include "data/record_places.h"
 #include "data/standard_anomalies.h"
 #include "model/likelihood.h"
 #include "model/same_bits.h"
@@ -221,6 +222,7 @@ void FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, Likelihood
   const std::string text = origin_.text.Of(simulation.SimCount);
   fit.Begins(text);
   ReadTextData(text, true, data, [](const Message&) {});
+  RecordPlaces(origin_.data).GiveTo(data);
   likelihood.Dimension(data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
 }

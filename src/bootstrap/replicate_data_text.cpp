@@ -4,19 +4,19 @@
 
 #include <utility>
 
-#include "base/number_text.h"
-#include "base/text.h"
+#include "base/runtime_failure.h"
 #include "data/data_record_text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 
-ReplicateDataText::ReplicateDataText(const BroodData& data) : end_(fmt::format("{}\r\n", DataRecordHeader)) {
+ReplicateDataText::ReplicateDataText(const BroodData& data) : end_(fmt::format("{}\r\n", record::Header)) {
   ForEachRecord(data, [&](std::size_t b, std::size_t v) {
+    const std::string before = FieldsBeforeCount(data, b, v);
+    if (before.size() >= static_cast<std::size_t>(record::Count.first))
+      throw RuntimeFailure("a data file has no room for the record \"" + before + "\"");
     visits_.push_back(v);
-    before_.push_back(std::exchange(end_, "") + FieldsBeforeCount(data, b, v));
-    for (int m = 1; m <= data.NCov; ++m)
-      end_ += "," + RightSet(Format(data.CovariatesOf(static_cast<int>(b))[m - 1], "0.00000E+00"), 12);
-    end_ += "\r\n";
+    before_.push_back(std::exchange(end_, CovariateFields(data, b) + "\r\n") + before);
   });
 }
 

@@ -12,7 +12,7 @@ namespace {
 /// More places for visits than any field study fills; beyond it the result tables would exhaust the memory.
 constexpr std::int64_t MostVisits = 20'000'000;
 
-void RefuseTooMany(const std::vector<std::vector<int>>& visitsOf) {
+void RefuseMoreThanRoom(const std::vector<std::vector<int>>& visitsOf) {
   std::int64_t visits = 0;
   for (const std::vector<int>& broods : visitsOf)
     for (const int n : broods) visits += n;
@@ -22,8 +22,8 @@ void RefuseTooMany(const std::vector<std::vector<int>>& visitsOf) {
 
 }  // namespace
 
-void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visitsOf) {
-  RefuseTooMany(visitsOf);
+void AllocateVisits(BroodData& data, const std::vector<std::vector<int>>& visitsOf) {
+  RefuseMoreThanRoom(visitsOf);
   data.FirstBrood.clear();
   data.BroodsInYear.clear();
   data.FirstVisit.clear();
@@ -45,6 +45,16 @@ void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visits
     }
     ++year;
   }
+  const auto size = static_cast<std::size_t>(visits);
+  data.VisitYear.assign(size, Missing);
+  data.VisitDate.assign(size, Missing);
+  data.VisitAge.assign(size, Missing);
+  data.VisitStage.assign(size, 0);
+  data.VisitCount.assign(size, Missing);
+}
+
+void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visitsOf) {
+  AllocateVisits(data, visitsOf);
   data.ClutchesInYear.assign(visitsOf.size(), 0);
   data.JuvBroodsInYear.assign(visitsOf.size(), 0);
 
@@ -54,13 +64,6 @@ void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visits
   data.ClutchAgeKnown.assign(broods, 1);
   data.BroodAgeKnown.assign(broods, 1);
   data.Covariate.assign(broods * static_cast<std::size_t>(data.NCov), Missing);
-
-  const auto size = static_cast<std::size_t>(visits);
-  data.VisitYear.assign(size, Missing);
-  data.VisitDate.assign(size, Missing);
-  data.VisitAge.assign(size, Missing);
-  data.VisitStage.assign(size, 0);
-  data.VisitCount.assign(size, Missing);
   data.AllClutchAgesKnown = data.AllBroodAgesKnown = true;
 }
 

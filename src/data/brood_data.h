@@ -40,6 +40,10 @@ struct BroodData {
   std::vector<int> ClutchesInYear;   // broods with at least one record of stage -1
   std::vector<int> JuvBroodsInYear;  // broods with at least one record of stage +1
 
+  /// False for the gaps in a brood whose records stand apart in an unsorted file: its visits are numbered on over the
+  /// records between them. A gap is no record, whatever is listed, written or counted.
+  bool HasRecord(std::size_t visit) const { return VisitStage[visit] != 0; }
+
   int Visits() const { return static_cast<int>(VisitAge.size()); }
   int Broods() const { return static_cast<int>(FirstVisit.size()); }
   int Years() const { return static_cast<int>(FirstBrood.size()); }
@@ -92,6 +96,8 @@ struct BroodData {
 /// Dimensions all tables for `visitsOf`[year][brood] visits and leaves them without values; measures `MaxBroods` and
 /// `MaxVisits`. RuntimeFailure when the tables would be too large for a machine.
 void AllocateTables(BroodData& data, const std::vector<std::vector<int>>& visitsOf);
+/// The same for the visits alone; what is known of the broods stays.
+void AllocateVisits(BroodData& data, const std::vector<std::vector<int>>& visitsOf);
 
 /// Leaves the years without visits.
 void ForgetVisits(BroodData& data);

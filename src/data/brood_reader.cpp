@@ -11,23 +11,13 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 namespace {
 
 /// Most visits of a brood and most broods of a year that the program takes.
 constexpr int MostOfEach = 32000;
-
-struct Field {
-  int first, last;  // columns, counted from 1
-};
-constexpr Field YearField{1, 8}, CodeField{10, 17}, DateField{19, 26}, HatchDayField{28, 35}, AgeField{37, 44},
-    CountField{46, 53};
-
-constexpr Field CovariateField(int m) {
-  const int first = 55 + 13 * (m - 1);
-  return {first, first + 11};
-}
 
 /// What stood in the file, fit to be shown: anything but printable ASCII as its code.
 std::string Shown(std::string_view text) {
@@ -76,8 +66,8 @@ class LineCursor {
   std::string_view Line() const { return line_; }
   int LineNumber() const { return number_; }
 
-  std::string_view Text(Field field) const { return Columns(line_, field.first, field.last); }
-  double Number(Field field) const {
+  std::string_view Text(RecordField field) const { return Columns(line_, field.first, field.last); }
+  double Number(RecordField field) const {
     double number = 0;
     if (PlainWhole(Text(field), number)) return number;
     try {
@@ -86,7 +76,7 @@ class LineCursor {
       throw RuntimeFailure(At(field) + " is too large a number");
     }
   }
-  std::int16_t Int16(Field field) const {
+  std::int16_t Int16(RecordField field) const {
     const double number = Number(field);
     try {
       return ToInt16(number);
@@ -95,7 +85,7 @@ class LineCursor {
     }
   }
   /// Where a field stands, and what stands there.
-  std::string At(Field field) const {
+  std::string At(RecordField field) const {
     return fmt::format("line {}, columns {} to {}: \"{}\"", number_, field.first, field.last, Shown(Text(field)));
   }
 
@@ -173,7 +163,7 @@ class Reader {
     LineCursor cursor(bytes_);
     if (!cursor.Next()) throw RuntimeFailure("the file is empty: there is no header line");
     if (pass == 2)
-      for (int m = 1; m <= data_.NCov; ++m) data_.CovariateName(m) = Trim(cursor.Text(CovariateField(m)));
+      for (int m = 1; m <= data_.NCov; ++m) data_.CovariateName(m) = Trim(cursor.Text(record::Covariate(m)));
     while (visit_ <= maxVisits_ + 1 && cursor.Next()) TakeLine(cursor);
     if (records_ == 0) TellNothingRead(cursor.LineNumber() - 1);
     data_.TotalRecords = records_;
@@ -187,7 +177,7 @@ class Reader {
     } else if (IsCensored(line)) {
       ++skipped_.censored;
     } else {
-      const std::int16_t year = line.Int16(YearField);
+      const std::int16_t year = line.Int16(record::Year);
       if (year < data_.FirstYear || year > data_.LastYear)
         ++skipped_.year;
       else
@@ -197,24 +187,24 @@ class Reader {
 
   bool LacksCovariate(const LineCursor& line) {
     for (int m = 1; m <= data_.NCov; ++m) {
-      if (!IsBlank(line.Text(CovariateField(m))) || IsBlank(line.Text(CodeField))) continue;
+      if (!IsBlank(line.Text(record::Covariate(m))) || IsBlank(line.Text(record::Code))) continue;
       if (pass_ == 1 && !bootstrap_ && skipped_.covariate == 0)
         tell_({"Some records skipped",
                "Missing brood covariate data has caused data for at least one brood to be skipped", style::Information,
-               line.At(CovariateField(m)) + " has no value of a brood covariate"});
+               line.At(record::Covariate(m)) + " has no value of a brood covariate"});
       return true;
     }
     return false;
   }
 
   bool IsCensored(const LineCursor& line) const {
-    return (data_.CensorEggs && line.Number(AgeField) < 0) || (data_.CensorJuvs && line.Number(AgeField) > 0);
+    return (data_.CensorEggs && line.Number(record::Age) < 0) || (data_.CensorJuvs && line.Number(record::Age) > 0);
   }
 
   void TakeRecord(const LineCursor& line, std::int16_t year) {
     const auto y = static_cast<std::size_t>(data_.YearIndex(year));
     YearState& state = years_[y];
-    const std::string_view code = line.Text(CodeField);
+    const std::string_view code = line.Text(record::Code);
     if (code != state.code) {
       visit_ = 1;
       ++state.brood;
@@ -233,15 +223,15 @@ class Reader {
   void RefuseTooMany(const LineCursor& line, int year, int brood) const {
     if (visit_ == maxVisits_ + 1)
       Fatal(fmt::format("The number of observations (visits) for a single brood exceeds the maximum of {}", maxVisits_),
-            line.At(CodeField));
+            line.At(record::Code));
     if (brood > maxBroods_)
       Fatal(fmt::format("The number of broods observed (visited) in {} exceeds the maximum of {}", year, maxBroods_),
-            line.At(CodeField));
+            line.At(record::Code));
   }
 
   /// First pass: notes how many visits each brood has. A record without a code that opens its year belongs to no brood.
   void Measure(const LineCursor& line, std::size_t y, int brood) {
-    if (brood > MostOfEach) throw RuntimeFailure(line.At(CodeField) + " is one brood too many");
+    if (brood > MostOfEach) throw RuntimeFailure(line.At(record::Code) + " is one brood too many");
     largestVisit_ = std::max(largestVisit_, visit_);
     std::vector<int>& visitsOf = visitsOf_[y];
     if (brood > static_cast<int>(visitsOf.size())) visitsOf.push_back(0);
@@ -250,36 +240,36 @@ class Reader {
 
   /// Second pass: stores the record as visit `visit_` of the brood.
   void Store(const LineCursor& line, std::size_t y, int brood, std::string_view code) {
-    if (brood == 0) throw RuntimeFailure(line.At(CodeField) + " is no code: the line ends before it");
-    if (brood > data_.BroodsInYear[y]) throw RuntimeFailure(line.At(CodeField) + " is one brood too many");
+    if (brood == 0) throw RuntimeFailure(line.At(record::Code) + " is no code: the line ends before it");
+    if (brood > data_.BroodsInYear[y]) throw RuntimeFailure(line.At(record::Code) + " is one brood too many");
     const auto b = static_cast<std::size_t>(data_.FirstBrood[y] + brood - 1);
-    if (visit_ > data_.VisitsOf[b]) throw RuntimeFailure(line.At(CodeField) + " has one visit too many");
+    if (visit_ > data_.VisitsOf[b]) throw RuntimeFailure(line.At(record::Code) + " has one visit too many");
     const auto v = static_cast<std::size_t>(data_.FirstVisit[b] + visit_ - 1);
     lineOf_[v] = line.LineNumber();
     data_.BroodCode[b] = code;
     data_.VisitYear[v] = static_cast<std::int16_t>(data_.YearAt(static_cast<int>(y)));
     StoreDate(line, v);
-    data_.HatchDate[b] = line.Int16(HatchDayField);
+    data_.HatchDate[b] = line.Int16(record::HatchDay);
     StoreAge(line, b, v);
     StoreCount(line, v);
     if (visit_ == 1)
       for (int m = 1; m <= data_.NCov; ++m)
-        data_.CovariatesOf(static_cast<int>(b))[m - 1] = line.Number(CovariateField(m));
+        data_.CovariatesOf(static_cast<int>(b))[m - 1] = line.Number(record::Covariate(m));
   }
 
   void StoreDate(const LineCursor& line, std::size_t v) {
-    const std::int16_t date = data_.VisitDate[v] = line.Int16(DateField);
+    const std::int16_t date = data_.VisitDate[v] = line.Int16(record::Date);
     if (date < data_.MinDate) data_.MinDate = CheckedInt16(5 * (date / 5));
     if (date > data_.MaxDate) data_.MaxDate = date % 5 == 0 ? date : CheckedInt16(5 * (date / 5 + 1));
   }
 
   void StoreAge(const LineCursor& line, std::size_t b, std::size_t v) {
-    const std::string_view text = line.Text(AgeField);
-    if (text.size() == 8 && text[7] == '?') {
-      StoreUnknownAge(line, b, v, text[6]);
+    const std::string_view text = line.Text(record::Age);
+    if (text.size() == static_cast<std::size_t>(record::Width) && text.back() == '?') {
+      StoreUnknownAge(line, b, v, text[text.size() - 2]);
       return;
     }
-    const double age = data_.VisitAge[v] = line.Number(AgeField);
+    const double age = data_.VisitAge[v] = line.Number(record::Age);
     data_.VisitStage[v] = age < 0 ? -1 : 1;
     if (age != Missing && age < data_.MinAge)
       data_.MinAge = ToInt16(std::fmod(age, 2) == 0 ? age : (std::trunc(age / 2) - 1) * 2);
@@ -292,20 +282,20 @@ class Reader {
       if (std::exchange(data_.AllClutchAgesKnown, false) && !bootstrap_)
         tell_({"At least one clutch lacks clutch age data!",
                "Mortality rates for clutches cannot be modelled as a function of clutch age.", style::Information,
-               line.At(AgeField)});
+               line.At(record::Age)});
       data_.ClutchAgeKnown[b] = 0;
     } else if (before == ' ') {
       if (std::exchange(data_.AllBroodAgesKnown, false) && !bootstrap_)
         tell_({"At least one brood lacks brood age data!",
                "Mortality rates for broods cannot be modelled as a function of brood age.\r\n"
                "Analyses using age as a covariate are unavailable.",
-               style::Information, line.At(AgeField)});
+               style::Information, line.At(record::Age)});
       data_.BroodAgeKnown[b] = 0;
     }
   }
 
   void StoreCount(const LineCursor& line, std::size_t v) {
-    const std::int16_t count = data_.VisitCount[v] = line.Int16(CountField);
+    const std::int16_t count = data_.VisitCount[v] = line.Int16(record::Count);
     if (count > data_.MaxCount) data_.MaxCount = count % 2 == 0 ? count : CheckedInt16((count / 2 + 1) * 2);
     std::int32_t& total = data_.VisitStage[v] == -1 ? data_.EggTotal : data_.JuvTotal;
     total = ToInt32(static_cast<double>(total) + count);

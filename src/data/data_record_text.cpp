@@ -2,8 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "base/growing_field.h"
 #include "base/number_text.h"
-#include "base/text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 
@@ -14,10 +15,22 @@ std::string FieldsBeforeCount(const BroodData& data, std::size_t b, std::size_t 
   std::string fields;
   for (const std::string& field : {Format(data.VisitYear[v], "###0"), data.BroodCode[b],
                                    Format(data.VisitDate[v], "###0"), Format(data.HatchDate[b], "###0"), age})
-    fields += RightSet(field, 8) + ",";
+    fields += GrowingField(field, record::Width) + ",";
   return fields;
 }
 
-std::string CountField(int count) { return RightSet(fmt::format_int(count).str(), 8); }
+std::string CountField(int count) { return GrowingField(fmt::format_int(count).str(), record::Width); }
+
+std::string CovariateFields(const BroodData& data, std::size_t b) {
+  std::string fields;
+  for (int m = 1; m <= data.NCov; ++m) {
+    const double x = data.CovariatesOf(static_cast<int>(b))[m - 1];
+    std::string text = Format(x, "0.00000E+00");
+    // Very large and very small negative numbers need a digit of the field for their exponent.
+    if (text.size() > static_cast<std::size_t>(record::CovariateWidth)) text = Format(x, "0.0000E+00");
+    fields += "," + GrowingField(text, record::CovariateWidth);
+  }
+  return fields;
+}
 
 }  // namespace merlane

@@ -7,22 +7,25 @@
 
 namespace merlane {
 
-/// The header of the text data files that the program writes, without a line end.
-inline constexpr const char* DataRecordHeader = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
+// The text of the records that the program writes in the columns of record_layout.h.
 
 /// The fields of a visit's record up to its count, each followed by a comma. An unknown age is "-?" for a clutch and
 /// "?" for a brood.
 std::string FieldsBeforeCount(const BroodData& data, std::size_t brood, std::size_t visit);
 
-/// The field of a count of eggs or juveniles, the sixth of a record.
+/// The field of a count of eggs or juveniles.
 std::string CountField(int count);
 
-/// Calls `action`(brood, visit) for each visit in the order of the records of a file.
+/// The fields of a brood's covariates, a comma before each.
+std::string CovariateFields(const BroodData& data, std::size_t brood);
+
+/// Calls `action`(brood, visit) for each visit that has a record, in the order of the records of a file.
 template <class Action>
 void ForEachRecord(const BroodData& data, Action action) {
   for (std::size_t b = 0; b < data.FirstVisit.size(); ++b) {
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
-    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v) action(b, v);
+    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v)
+      if (data.HasRecord(v)) action(b, v);
   }
 }
 

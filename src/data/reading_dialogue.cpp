@@ -3,6 +3,7 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "data/brood_reader.h"
+#include "data/record_places.h"
 #include "platform/files.h"
 
 namespace merlane {
@@ -20,10 +21,13 @@ bool ReadingDialogue::Read(BroodData& data) {
   std::string reason;
   try {
     if (const std::optional<std::string> file = FileToRead(data)) {
+      std::optional<RecordPlaces> simulatedFor;
+      if (flags_.ReadSimulatedFile) simulatedFor.emplace(data);
       ReadTextData(ReadWholeFile(*file), flags_.BootstrapMode, data, [this](const Message& m) {
         Tell(m);
         Activate(true, true);
       });
+      if (simulatedFor) simulatedFor->GiveTo(data);
       data.ReadOK = true;
     }
   } catch (const FatalDataError& fatal) {

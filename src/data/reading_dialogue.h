@@ -18,7 +18,8 @@ class ReadingDialogue {
   /// Keeps references to all.
   ReadingDialogue(Desk& desk, const RunFlags& flags, Form& menu, Form& initialize);
 
-  /// Reads the file that `data` and the run's flags name into `data`. False when nothing was read: then the data are
+  /// Reads the file that `data` and the run's flags name into `data`, which hold the data that a simulated file was
+  /// written from: its visits take their places. False when nothing was read: then the data are
   /// without visits and the user knows, a workbook's in passing. Raises EndProgram behind a fatal data error.
   bool Read(BroodData& data);
 

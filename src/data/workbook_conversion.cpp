@@ -5,11 +5,12 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 namespace {
 
-constexpr std::size_t LeastColumns = 6;
+constexpr std::size_t LeastColumns = record::FieldsBeforeCovariates;
 
 /// How the cells of a column are written.
 struct Field {
@@ -19,10 +20,10 @@ struct Field {
 };
 
 Field FieldOf(std::size_t column) {
-  if (column == 0) return {8, "0000", 8};
-  if (column == 1) return {8, "", 8};
-  if (column < LeastColumns) return {8, "0", 8};
-  return {20, "0.0000E+00", 12};
+  if (column == 0) return {8, "0000", record::Width};
+  if (column == 1) return {8, "", record::Width};
+  if (column < LeastColumns) return {8, "0", record::Width};
+  return {20, "0.0000E+00", record::CovariateWidth};
 }
 
 /// A cell as text; a number with the 15 significant digits that a spreadsheet keeps.

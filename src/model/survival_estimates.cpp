@@ -7,10 +7,11 @@
 namespace merlane {
 namespace {
 
-/// Calls `action`(first visit, end of visits, survival functions) for each brood of known age.
+/// Calls `action`(visits, survival functions) for each brood of known age, with its visits that have a record.
 template <class Action>
 void ForBroodsOfKnownAge(const BroodData& data, const LikelihoodState& fitted, const std::string& what,
                          const CalculationWatch& watch, Action action) {
+  std::vector<std::size_t> visits;
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     if (!data.BroodAgeKnown[b]) continue;
@@ -20,8 +21,11 @@ void ForBroodsOfKnownAge(const BroodData& data, const LikelihoodState& fitted, c
     watch.turn();
     const SurvivalFunctions functions(
         BroodMortalityByAge(fitted.parameters, data, brood, fitted.survival.EHatch[b]).mortality);
+    visits.clear();
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
-    action(first, first + static_cast<std::size_t>(data.VisitsOf[b]), functions);
+    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v)
+      if (data.HasRecord(v)) visits.push_back(v);
+    action(visits, functions);
   }
   watch.progress("");
 }
@@ -60,13 +64,14 @@ void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted
   Estimate day{estimates.LiveDayR, estimates.LiveDayC, estimates.LiveDay};
   Estimate next{estimates.LiveNextR, estimates.LiveNextC, estimates.LiveNext};
   const double FledgeAge = fitted.parameters.FledgeAge;
-  const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
-    for (std::size_t v = first; v < end; ++v) {
+  const auto estimate = [&](const std::vector<std::size_t>& visits, const SurvivalFunctions& functions) {
+    for (std::size_t i = 0; i < visits.size(); ++i) {
+      const std::size_t v = visits[i];
       const double a = data.VisitAge[v];
       if (!(a >= 0 && a < FledgeAge)) continue;
       day.Set(v, Probability(functions, a, a + 1, BootstrapMode));
-      if (v + 1 < end && data.VisitAge[v + 1] != Missing)
-        next.Set(v, Probability(functions, a, data.VisitAge[v + 1], BootstrapMode));
+      if (i + 1 < visits.size() && data.VisitAge[visits[i + 1]] != Missing)
+        next.Set(v, Probability(functions, a, data.VisitAge[visits[i + 1]], BootstrapMode));
       watch.turn();
     }
   };
@@ -78,20 +83,20 @@ void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitt
   estimates.estimated = true;
   Estimate fromAge{estimates.FledgeFromR, estimates.FledgeFromC, estimates.FledgeFrom};
   Estimate fromHatch{estimates.FledgeZeroR, estimates.FledgeZeroC, estimates.FledgeZero};
-  const auto estimate = [&](std::size_t first, std::size_t end, const SurvivalFunctions& functions) {
-    for (std::size_t v = first; v < end; ++v) {
+  const auto estimate = [&](const std::vector<std::size_t>& visits, const SurvivalFunctions& functions) {
+    for (const std::size_t v : visits) {
       const double a = data.VisitAge[v];
       if (!(a >= 0 && a < TargetAge)) continue;
       fromAge.Set(v, Probability(functions, a, TargetAge, BootstrapMode));
       watch.turn();
     }
-    for (std::size_t v = first; v < end; ++v) {
-      const double a = data.VisitAge[v];
+    for (std::size_t i = 0; i < visits.size(); ++i) {
+      const double a = data.VisitAge[visits[i]];
       if (!(a >= 0 && a < TargetAge)) continue;
-      if (v == first)
-        fromHatch.Set(v, Probability(functions, 0, TargetAge, BootstrapMode));
+      if (i == 0)
+        fromHatch.Set(visits[i], Probability(functions, 0, TargetAge, BootstrapMode));
       else
-        fromHatch.Copy(v, v - 1);  // also where the visit before has none
+        fromHatch.Copy(visits[i], visits[i - 1]);  // also where the visit before has none
     }
   };
   ForBroodsOfKnownAge(data, fitted, "Calculating p[fledge(a,D)] for ", watch, estimate);

@@ -1,7 +1,10 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/number_text.h"
 #include "base/text.h"
+#include "data/data_record_text.h"
 #include "results/results_summary.h"
 
 namespace merlane {
@@ -86,6 +89,12 @@ void AddWhatWasEvaluated(const ResultsSubject& s, const EffectiveSizes& sizes, H
           "#####0.00");
 }
 
+int MostRecordsOfABrood(const BroodData& d) {
+  std::vector<int> records(d.VisitsOf.size());
+  ForEachRecord(d, [&](std::size_t b, std::size_t) { ++records[b]; });
+  return records.empty() ? 0 : *std::ranges::max_element(records);
+}
+
 void AddYears(const BroodData& d, HeadText& out) {
   for (int y = 0; y < d.Years(); ++y) {
     const auto i = static_cast<std::size_t>(y);
@@ -96,7 +105,7 @@ void AddYears(const BroodData& d, HeadText& out) {
         Format(d.JuvBroodsInYear[i], Whole)));
   }
   out.Add("The maximum number of individual clutches or broods observed in any year is: ", d.MaxBroods);
-  out.Add("The maximum number of visits to a clutch or brood in any year is:            ", d.MaxVisits);
+  out.Add("The maximum number of visits to a clutch or brood in any year is:            ", MostRecordsOfABrood(d));
   out.Add("The total number of clutch or brood observations is:         ", d.Broods());
   out.Add("The total number of unique mothers is:                       ", d.DistinctCodes);
   out.Add("The number of brood covariate series read is:                ", d.NCov);

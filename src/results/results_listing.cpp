@@ -1,9 +1,15 @@
 #include <fmt/format.h>
 
+#include <array>
 #include <cmath>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "base/elementary.h"
+#include "base/growing_field.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "model/interval_kinds.h"
@@ -12,113 +18,159 @@
 namespace merlane {
 namespace {
 
-/// The comma-separated fields of one row, each flush right under its heading.
-class Row {
- public:
-  void Text(std::string_view text, int width) {
-    if (!line_.empty()) line_ += ',';
-    line_ += RightSet(text, width);
-  }
-  /// A number after a template, an asterisk when it is missing.
-  void Number(double x, const char* pattern, int width) { Text(x == Missing ? "*" : Format(x, pattern), width); }
-  /// The standard deviation to a variance, an asterisk when there is none.
-  void SD(double variance, const char* pattern, int width) {
-    Text(variance > 0 ? Format(std::sqrt(variance), pattern) : "*", width);
-  }
-  const std::string& Line() const { return line_; }
-
- private:
-  std::string line_;
-};
-
 /// A record that is listed: its place in the tables and its number in the listing.
 struct Record {
   int brood, visit, number;
   std::size_t b, v;
 };
 
-class Rows {
- public:
-  Rows(const ResultsSubject& subject, const EffectiveSizes& sizes, const SurvivalEstimates& estimates,
-       const Simulation& simulation)
-      : data_(subject.data),
-        best_(subject.fitted.best),
-        sizes_(sizes),
-        estimates_(estimates),
-        simulation_(simulation) {}
+/// What is listed.
+struct Shown {
+  const BroodData& data;
+  const BestTables& best;
+  const EffectiveSizes& sizes;
+  const SurvivalEstimates& estimates;
+  const Simulation& simulation;
+};
 
-  std::string Partitioning(const Record& r) const {
-    const SurvivalTables& t = best_.survival;
-    const char* const expected = "###0.00";
-    Row row;
-    AddObservation(r, 10, row);
-    row.Number(t.EHatchR[r.b], expected, 12);
-    row.Number(t.EVisitR[r.v], expected, 12);
-    row.SD(best_.VarR[r.v], expected, 12);
-    row.Number(t.EHatchC[r.b], expected, 12);
-    row.Number(t.EVisitC[r.v], expected, 12);
-    row.SD(best_.VarC[r.v], expected, 12);
-    row.Number(t.EHatch[r.b], expected, 10);
-    row.Number(t.EVisit[r.v], expected, 10);
-    row.SD(best_.VarAll[r.v], expected, 12);
-    row.Number(MixtureProportion(r), "###0.0000", 12);
-    AddDeviance(r, expected, 8, row);
-    row.Text(Shortest(r.number), 5);
-    return row.Line();
+/// A number after a template, an asterisk when it is missing.
+std::string Number(double x, const char* pattern) { return x == Missing ? "*" : Format(x, pattern); }
+
+/// Whether the visit has a prediction. Others have a deviance in the table, too, which says nothing.
+bool Predicted(const Shown& s, const Record& r) { return s.best.survival.EVisit[r.v] != Missing; }
+
+double SD(double variance) { return variance > 0 ? std::sqrt(variance) : Missing; }
+
+double PearsonDeviate(const Shown& s, const Record& r) {
+  if (!Predicted(s, r)) return Missing;
+  const double P = Exp(-0.5 * s.best.VisitDeviance[r.v]);
+  return Divide(1 - P, P);
+}
+
+double MixtureProportion(const Shown& s, const Record& r) {
+  if (!Predicted(s, r)) return Missing;
+  return PredictionOf(s.data, r.visit) == Prediction::Clutch ? s.best.survival.PCorrEgg[r.v]
+                                                             : s.best.survival.PCorrJuv[r.v];
+}
+
+std::string Age(const Shown& s, const Record& r) {
+  const bool unknownClutch = s.data.VisitAge[r.v] == Missing && s.data.VisitStage[r.v] == -1;
+  return unknownClutch ? "-*" : Number(s.data.VisitAge[r.v], "###0");
+}
+
+/// The columns of a listing in their order: the words of their headings, from the line that only the partitioning has
+/// to the lowest, their widths, and what stands in them.
+class ListingTable {
+ public:
+  ListingTable(Listing listing, int NCov) : listing_(listing) {
+    if (listing == Listing::Partitioning)
+      AddPartitioning();
+    else
+      AddSimulatedAndSurvival(NCov);
   }
 
-  std::string SimulatedAndSurvival(const Record& r) const {
-    const SurvivalTables& t = best_.survival;
-    Row row;
-    AddObservation(r, 9, row);
-    row.Number(t.EHatch[r.b], "###0.00", 8);
-    row.Number(t.EVisit[r.v], "###0.00", 9);
-    row.SD(best_.VarAll[r.v], "###0.00", 9);
-    AddDeviance(r, "##0.00", 7, row);
-    for (const auto* p : {&estimates_.LiveNext, &estimates_.FledgeFrom, &estimates_.FledgeZero, &estimates_.LiveDay})
-      row.Number((*p)[r.v], "0.0000", 10);
-    row.Number(sizes_.EIU[r.v], "0.000", 10);
-    row.Number(simulation_.SimCount[r.v], "###0", 9);
-    row.Text(Shortest(r.number), 5);
-    for (int m = 0; m < data_.NCov; ++m) row.Number(data_.CovariatesOf(r.brood)[m], "0.0000E+00", 12);
-    return row.Line();
+  std::string Headings() const {
+    std::string text;
+    const bool partitioning = listing_ == Listing::Partitioning;
+    for (std::size_t line = partitioning ? 0 : 1; line < 4; ++line) {
+      auto end = columns_.end();
+      // Each line of the partitioning ends with its last word, the first one with a comma behind it.
+      while (partitioning && std::prev(end)->heading[line].empty()) --end;
+      for (auto column = columns_.begin(); column != end; ++column)
+        text += (column == columns_.begin() ? "" : ",") + RightSet(column->heading[line], column->width);
+      text += line == 0 ? ",\r\n" : "\r\n";
+    }
+    return text;
+  }
+
+  std::string Row(const Shown& shown, const Record& record) const {
+    std::string row;
+    for (const Column& column : columns_)
+      row += (row.empty() ? "" : ",") + GrowingField(column.text(shown, record), column.width);
+    return row;
   }
 
  private:
-  void AddObservation(const Record& r, int countWidth, Row& row) const {
-    row.Text(data_.BroodCode[r.b], 8);
-    row.Number(data_.VisitYear[r.v], "###0", 6);
-    row.Number(data_.BroodNumber(r.brood), "###0", 4);
-    row.Number(r.visit - data_.FirstVisit[r.b] + 1, "###0", 6);
-    row.Number(data_.VisitDate[r.v], "###0", 6);
-    row.Number(data_.HatchDate[r.b], "###0", 6);
-    if (data_.VisitAge[r.v] == Missing && data_.VisitStage[r.v] == -1)
-      row.Text("-*", 6);
-    else
-      row.Number(data_.VisitAge[r.v], "###0", 6);
-    row.Number(data_.VisitCount[r.v], "###0", countWidth);
+  using S = const Shown&;
+  using R = const Record&;
+  using Heading = std::array<std::string, 4>;
+  struct Column {
+    Heading heading;
+    int width;
+    std::function<std::string(S, R)> text;
+  };
+
+  template <class Value>
+  void Add(const Heading& heading, int width, const char* pattern, Value value) {
+    columns_.push_back({heading, width, [=](S s, R r) { return Number(value(s, r), pattern); }});
   }
 
-  void AddDeviance(const Record& r, const char* pattern, int width, Row& row) const {
-    // Visits without a prediction have a deviance in the table, which says nothing.
-    const bool predicted = best_.survival.EVisit[r.v] != Missing;
-    const double deviance = best_.VisitDeviance[r.v];
-    const double P = Exp(-0.5 * deviance);
-    row.Number(predicted ? deviance : Missing, pattern, width);
-    row.Number(predicted ? Divide(1 - P, P) : Missing, pattern, width);
+  void AddObservation(int countWidth) {
+    const char* const whole = "###0";
+    columns_.push_back({{"", "", "", "ID_Code"}, 8, [](S s, R r) { return s.data.BroodCode[r.b]; }});
+    Add({"", "", "", "Year"}, 6, whole, [](S s, R r) { return s.data.VisitYear[r.v]; });
+    Add({"", "", "", "Mom"}, 4, whole, [](S s, R r) { return s.data.BroodNumber(r.brood); });
+    Add({"", "", "", "Visit"}, 6, whole, [](S s, R r) { return r.visit - s.data.FirstVisit[r.b] + 1; });
+    Add({"", "Day", "of", "Year"}, 6, whole, [](S s, R r) { return s.data.VisitDate[r.v]; });
+    Add({"", "", "Hatch", "Day"}, 6, whole, [](S s, R r) { return s.data.HatchDate[r.b]; });
+    columns_.push_back({{"", "", "Brood", "Age"}, 6, Age});
+    Add({"", "Obsd_#:", "Eggs_or", "Juveniles"}, countWidth, whole, [](S s, R r) { return s.data.VisitCount[r.v]; });
   }
 
-  double MixtureProportion(const Record& r) const {
-    if (best_.survival.EVisit[r.v] == Missing) return Missing;
-    return PredictionOf(data_, static_cast<int>(r.v)) == Prediction::Clutch ? best_.survival.PCorrEgg[r.v]
-                                                                            : best_.survival.PCorrJuv[r.v];
+  void AddDeviance(int width, const char* pattern) {
+    Add({"", "", "", "-2ln[L]"}, width, pattern,
+        [](S s, R r) { return Predicted(s, r) ? s.best.VisitDeviance[r.v] : Missing; });
+    Add({"", "", "Pearson", "deviate"}, width, pattern, PearsonDeviate);
   }
 
-  const BroodData& data_;
-  const BestTables& best_;
-  const EffectiveSizes& sizes_;
-  const SurvivalEstimates& estimates_;
-  const Simulation& simulation_;
+  void AddNumber() {
+    Add({"", "", "", "#"}, 5, "####0", [](S, R r) { return r.number; });
+  }
+
+  void AddPartitioning() {
+    const char* const expected = "###0.00";
+    AddObservation(10);
+    Add({"", "Random", "Pred_#:", "Hatched"}, 12, expected, [](S s, R r) { return s.best.survival.EHatchR[r.b]; });
+    Add({"Random", "Pred_#:", "Eggs_or", "Juveniles"}, 12, expected,
+        [](S s, R r) { return s.best.survival.EVisitR[r.v]; });
+    Add({"Random", "SD[#]:", "Eggs_or", "Juveniles"}, 12, expected, [](S s, R r) { return SD(s.best.VarR[r.v]); });
+    Add({"", "Correlated", "Pred_#:", "Hatched"}, 12, expected, [](S s, R r) { return s.best.survival.EHatchC[r.b]; });
+    Add({"Correlated", "Pred_#:", "Eggs_or", "Juveniles"}, 12, expected,
+        [](S s, R r) { return s.best.survival.EVisitC[r.v]; });
+    Add({"Correlated", "SD[#]:", "Eggs_or", "Juveniles"}, 12, expected, [](S s, R r) { return SD(s.best.VarC[r.v]); });
+    Add({"", "", "Pred_#:", "Hatched"}, 10, expected, [](S s, R r) { return s.best.survival.EHatch[r.b]; });
+    Add({"", "Pred_#:", "Eggs_or", "Juveniles"}, 10, expected, [](S s, R r) { return s.best.survival.EVisit[r.v]; });
+    Add({"", "SD[#]:", "Eggs_or", "Juveniles"}, 12, expected, [](S s, R r) { return SD(s.best.VarAll[r.v]); });
+    Add({"", "Mixture", "Proportion", "Correlated"}, 12, "###0.0000", MixtureProportion);
+    AddDeviance(8, "###0.00");
+    AddNumber();
+  }
+
+  void AddSimulatedAndSurvival(int NCov) {
+    const char* const expected = "###0.00";
+    const char* const probability = "0.0000";
+    AddObservation(9);
+    Add({"", "", "Pred_#:", "Hatched"}, 8, expected, [](S s, R r) { return s.best.survival.EHatch[r.b]; });
+    Add({"", "Pred_#:", "Eggs_or", "Juveniles"}, 9, expected, [](S s, R r) { return s.best.survival.EVisit[r.v]; });
+    Add({"", "SD[#]:", "Eggs_or", "Juveniles"}, 9, expected, [](S s, R r) { return SD(s.best.VarAll[r.v]); });
+    AddDeviance(7, "##0.00");
+    Add({"", "Juveniles", "Next_visit", "p[live]"}, 10, probability,
+        [](S s, R r) { return s.estimates.LiveNext[r.v]; });
+    Add({"", "Juveniles", "Age(a->D)", "p[Fledge]"}, 10, probability,
+        [](S s, R r) { return s.estimates.FledgeFrom[r.v]; });
+    Add({"", "Juveniles", "Age(0->D)", "p[Fledge]"}, 10, probability,
+        [](S s, R r) { return s.estimates.FledgeZero[r.v]; });
+    Add({"", "Juveniles", "One_day", "p[live]"}, 10, probability, [](S s, R r) { return s.estimates.LiveDay[r.v]; });
+    Add({"", "", "", "EIU"}, 10, "0.000", [](S s, R r) { return s.sizes.EIU[r.v]; });
+    Add({"", "Simd_#:", "Eggs_or", "Juveniles"}, 9, "###0", [](S s, R r) { return s.simulation.SimCount[r.v]; });
+    AddNumber();
+    for (int m = 1; m <= NCov; ++m)
+      Add({"", "Brood", "Covariate", "#" + Format(m, "000")}, 12, "0.0000E+00",
+          [m](S s, R r) { return s.data.CovariatesOf(r.brood)[m - 1]; });
+  }
+
+  const Listing listing_;
+  std::vector<Column> columns_;
 };
 
 constexpr const char* NotesOfBoth[] = {
@@ -152,39 +204,6 @@ constexpr const char* NotesOfSurvival[] = {
     "    Note 9: 'Effective Independent Unit' (EIU) for correlated mortality is calculated based on the value of "
     "Theta^2(a) and the number eggs or juveniles alive at the later of the previous visit or hatch day"};
 
-constexpr const char* HeadingOfPartitioning[] = {
-    "        ,      ,    ,      ,      ,      ,      ,          ,            ,      Random,      Random,            ,  "
-    "Correlated,  Correlated,",
-    "        ,      ,    ,      ,   Day,      ,      ,   Obsd_#:,      Random,     Pred_#:,      SD[#]:,  Correlated,  "
-    "   Pred_#:,      SD[#]:,          ,   Pred_#:,      SD[#]:,     Mixture",
-    "        ,      ,    ,      ,    of, Hatch, Brood,   Eggs_or,     Pred_#:,     Eggs_or,     Eggs_or,     Pred_#:,  "
-    "   Eggs_or,     Eggs_or,   Pred_#:,   Eggs_or,     Eggs_or,  Proportion,        , Pearson",
-    " ID_Code,  Year, Mom, Visit,  Year,   Day,   Age, Juveniles,     Hatched,   Juveniles,   Juveniles,     Hatched,  "
-    " Juveniles,   Juveniles,   Hatched, Juveniles,   Juveniles,  Correlated, -2ln[L], deviate,    #"};
-
-constexpr const char* HeadingOfSurvival[] = {
-    "        ,      ,    ,      ,   Day,      ,      ,  Obsd_#:,        ,  Pred_#:,   SD[#]:,       ,       , "
-    "Juveniles, Juveniles, Juveniles, Juveniles,          ,  Simd_#:,     ",
-    "        ,      ,    ,      ,    of, Hatch, Brood,  Eggs_or, Pred_#:,  Eggs_or,  Eggs_or,       "
-    ",Pearson,Next_visit, Age(a->D), Age(0->D),   One_day,          ,  Eggs_or,     ",
-    " ID_Code,  Year, Mom, Visit,  Year,   Day,   Age,Juveniles, "
-    "Hatched,Juveniles,Juveniles,-2ln[L],deviate,   p[live], p[Fledge], p[Fledge],   p[live],       EIU,Juveniles,    "
-    "#"};
-
-std::string Repeated(const std::string& text, int times) {
-  std::string repeated;
-  for (int m = 1; m <= times; ++m) repeated += text;
-  return repeated;
-}
-
-std::string Headings(const BroodData& data, Listing listing) {
-  if (listing == Listing::Partitioning) return fmt::format("{}\r\n", fmt::join(HeadingOfPartitioning, "\r\n"));
-  std::string numbers;
-  for (int m = 1; m <= data.NCov; ++m) numbers += ",        #" + Format(m, "000");
-  return fmt::format("{}{}\r\n{}{}\r\n{}{}\r\n", HeadingOfSurvival[0], Repeated(",       Brood", data.NCov),
-                     HeadingOfSurvival[1], Repeated(",   Covariate", data.NCov), HeadingOfSurvival[2], numbers);
-}
-
 }  // namespace
 
 std::string ListingHead(const BroodData& data, Listing listing) {
@@ -195,14 +214,15 @@ std::string ListingHead(const BroodData& data, Listing listing) {
                      data.CovariateFormat == "A"
                          ? "a standard anomaly from the mean value of the originally read series"
                          : "originally read from the data file",
-                     Headings(data, listing));
+                     ListingTable(listing, data.NCov).Headings());
 }
 
 std::string ListingRows(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes,
                         const SurvivalEstimates& estimates, const Simulation& simulation,
                         const CalculationWatch& watch) {
   const BroodData& data = subject.data;
-  const Rows rows(subject, sizes, estimates, simulation);
+  const Shown shown{data, subject.fitted.best, sizes, estimates, simulation};
+  const ListingTable table(listing, data.NCov);
   std::string text;
   int number = 0;
   int yearBefore = 0;
@@ -212,13 +232,13 @@ std::string ListingRows(const ResultsSubject& subject, Listing listing, const Ef
     if (number > 0 && year != yearBefore) text += "\r\n";
     yearBefore = year;
     for (int visit = data.FirstVisit[b]; visit < data.FirstVisit[b] + data.VisitsOf[b]; ++visit) {
+      const auto v = static_cast<std::size_t>(visit);
+      if (!data.HasRecord(v)) continue;
       watch.progress(fmt::format("Virtually writing the summary record for visit {} of brood {} in year {}",
                                  visit - data.FirstVisit[b] + 1, data.BroodNumber(brood), year));
       watch.turn();
       if (watch.aborted()) return text;
-      const Record record{brood, visit, ++number, b, static_cast<std::size_t>(visit)};
-      text += listing == Listing::Partitioning ? rows.Partitioning(record) : rows.SimulatedAndSurvival(record);
-      text += "\r\n";
+      text += table.Row(shown, {brood, visit, ++number, b, v}) + "\r\n";
     }
   }
   return text;

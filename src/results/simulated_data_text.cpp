@@ -6,6 +6,7 @@
 
 #include "base/runtime_failure.h"
 #include "data/data_record_text.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 
@@ -13,7 +14,7 @@ std::string SimulatedDataText(const BroodData& data, const std::vector<std::int1
                               const CalculationWatch& watch) {
   const int least = data.simulator.SampFreq1, most = data.simulator.SampFreq2;
   if (least < 1) throw RuntimeFailure(fmt::format("broods cannot be visited every {} days", least));
-  std::string text = fmt::format("{}\r\n", DataRecordHeader);
+  std::string text = fmt::format("{}\r\n", record::Header);
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);

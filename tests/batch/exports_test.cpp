@@ -1,5 +1,7 @@
 #include "batch/exports.h"
 
+#include "base/text.h"
+
 namespace merlane {
 namespace {
 
@@ -52,7 +54,17 @@ TEST(Exports, VisitsThatWereNotEvaluatedHaveNoFigures) {
   data.FirstYear = data.LastYear = 1995;
   AllocateTables(data, {{1}});
   data.BroodYear = {1995};
+  data.VisitStage = {1};
   EXPECT_THAT(VisitsCsv(data, BestTables()), testing::EndsWith(",,,,,,,,\n"));
+}
+
+TEST(Exports, AGapBetweenRecordsThatStandApartIsNoVisit) {
+  BroodData data;
+  data.FirstYear = data.LastYear = 1995;
+  AllocateTables(data, {{3}});
+  data.BroodYear = {1995};
+  data.VisitStage = {1, 0, 1};
+  EXPECT_EQ(Lines(VisitsCsv(data, BestTables())).size(), 3u);
 }
 
 TEST(Exports, AFitWithoutMinimisationHasNoneOfItsFigures) {

@@ -163,6 +163,14 @@ TEST_F(BootstrapResultsTest, ParameterFileHasALineForEachReplicateAndNoCommaAtAn
             "  Bootstrap #00002,    12345.6789, 1.000000E-120, -5.000000E-01\r\n");
 }
 
+TEST_F(BootstrapResultsTest, NumbersTooLongForTheirColumnsStandWhole) {
+  results.originalEstimates(1) = -1234567890.5;
+  EXPECT_EQ(SummaryLines()[5].substr(0, 46), "Parameter # 002 estimate: -1234567890.5000000 ");
+  Keep(1234567890123.25, -1.5e-120);
+  EXPECT_EQ(Lines(BootstrapParameterText(results))[1],
+            "  Bootstrap #00001,1234567890123.2500,-1.500000E-120, -5.000000E-01");
+}
+
 TEST_F(BootstrapResultsTest, SurvivalFileHas41CommasInEveryLine) {
   Keep(80, 0.5);
   const std::vector<std::string> lines = Lines(BootstrapSurvivalText(results, reading.data));

@@ -37,6 +37,11 @@ class Analysis {
     std::string header = Header;
     for (int m = 1; m <= covariates; ++m) header += "," + RightSet("Covariate" + std::to_string(m), 12);
     reading.Of(header + "\n" + text_);
+    return Prepare();
+  }
+  /// Prepares for the data that have been read, with the same parameters.
+  Analysis& Prepare() {
+    const int covariates = reading.data.NCov;
     const int NPAR = ParameterCount(covariates);
     Value = Array1<double>(NPAR);
     Step = Array1<double>(NPAR);

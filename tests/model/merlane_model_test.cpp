@@ -236,13 +236,13 @@ TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
   run.choices.NCov = 7;
   run.model.data.SimulatedFileName = testing::TempDir() + "bootstrapped.dat";
   WriteWholeFile(run.model.data.SimulatedFileName,
-                 Header + "\n" + Record(1995, "A", 160, 170, -10, 5) + Record(1995, "A", 161, 170, -9, 3));
+                 Header + "\n" + Record(1995, "A", 160, 170, -10, 3));
   run.state.flags.BootstrapMode = true;
   run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;
   run.ReadData();
   EXPECT_THAT(run.host.windows.messages, IsEmpty());
-  EXPECT_EQ(run.model.data.TotalRecords, 2);
+  EXPECT_THAT(run.model.data.VisitCount, ElementsAre(3));
   EXPECT_EQ(run.state.algorithm.NPAR, 34);
   EXPECT_EQ(run.state.algorithm.Value(20), 0.25) << "the vector is not dimensioned anew";
 }

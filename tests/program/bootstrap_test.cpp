@@ -1,13 +1,19 @@
 // The parametric bootstrap: known ones to the last character, and every way out of one.
 #include <gmock/gmock.h>
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "bootstrap/bootstrap_reports.h"
 #include "control/algorithm_file.h"
+#include "data/record_layout.h"
 #include "platform/files.h"
 #include "program/analysis.h"
 
@@ -152,6 +158,79 @@ TEST_F(BootstrapTest, SameSeedRepeatsItToTheLastDigit) {
   EXPECT_EQ(ReadWholeFile(folder / DataFiles()[2]), data);
   const BootstrapResults third = Run(3);
   EXPECT_NE(BootstrapParameterText(first), BootstrapParameterText(third)) << "streams go on";
+}
+
+/// Juveniles of two years sorted by code and day: records of a brood stand apart, the other year between. A visit is
+/// numbered on over what stands between, so that each brood has gaps where no record is.
+std::string RecordsThatStandApart() {
+  std::string text = std::string(record::Header) + "\n";
+  const auto add = [&text](int year, int brood, int age, int count) {
+    text +=
+        fmt::format("{:8},{:>8},{:8},{:8},{:8},{:8}\n", year, fmt::format("A{}", brood), 150 + age, 150, age, count);
+  };
+  for (int brood = 1; brood <= 12; ++brood) {
+    add(1995, brood, 2, 12);
+    add(1996, brood, 2, 12);
+    add(1996, brood, 5, 11 - brood % 3);
+    add(1995, brood, 6, 11 - brood % 2);
+    add(1995, brood, 9, 9 - brood % 3);
+    add(1996, brood, 9, 8 - brood % 4);
+    add(1996, brood, 12, 4);
+  }
+  return text;
+}
+
+TEST_F(BootstrapTest, GapsBetweenRecordsThatStandApartAreNoRecords) {
+  WriteWholeFile(folder / "apart.data", RecordsThatStandApart());
+  Initialize({.path = folder / "apart.data", .startYear = "1995", .endYear = "1996"});
+  LoadAlg(Golden("juveniles_only.alg"));
+  const BroodData original = program.model.data;
+  ASSERT_EQ(original.Visits(), 12 * 10);
+  ASSERT_EQ(original.TotalRecords, 12 * 7);
+  AtEachFit([&](int) {
+    EXPECT_EQ(program.model.data.VisitsOf, original.VisitsOf);
+    EXPECT_EQ(program.model.data.VisitStage, original.VisitStage) << "the same intervals are predicted";
+    EXPECT_EQ(program.model.data.VisitAge, original.VisitAge);
+  });
+  const BootstrapResults results = Run(3);
+  EXPECT_EQ(results.BootCount(), 3);
+
+  const auto isRecord = [](const std::string& line) { return line.starts_with("    199"); };
+  for (const std::string& file : DataFiles()) {
+    if (!file.starts_with("Bootstrapped")) continue;
+    const std::vector<std::string> lines = Lines(ReadWholeFile(folder / file));
+    EXPECT_EQ(lines.size(), 1u + 12 * 7);
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isRecord), 12 * 7);
+  }
+  std::map<std::string, std::set<std::string>> figuresAtAge;
+  const std::vector<std::string> lines = Lines(BootstrapSurvivalText(results, program.model.data));
+  EXPECT_EQ(lines.size(), 1u + 12 * 7);
+  for (std::size_t i = 1; i < lines.size(); ++i)
+    figuresAtAge[lines[i].substr(record::Age.first - 1, record::Width)].insert(lines[i].substr(record::Count.last));
+  EXPECT_THAT(figuresAtAge, SizeIs(5));
+  for (const auto& [age, figures] : figuresAtAge) EXPECT_THAT(figures, SizeIs(1)) << "survival depends on age alone";
+
+  OneFunction();
+  Summary();
+  const std::vector<std::string> summary = Lines(program.frmSummary.rtbOut.text);
+  EXPECT_EQ(
+      std::count_if(summary.begin(), summary.end(),
+                    [](const std::string& line) { return line.starts_with("      A") || line.starts_with("     A1"); }),
+      12 * 7);
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("to a clutch or brood in any year is:            4\r\n"));
+}
+
+TEST_F(BootstrapTest, RecordsThatStandApartAreFittedAheadAsTheyAreAlone) {
+  WriteWholeFile(folder / "apart.data", RecordsThatStandApart());
+  Initialize({.path = folder / "apart.data", .startYear = "1995", .endYear = "1996"});
+  LoadAlg(Golden("juveniles_only.alg"));
+  std::vector<std::string> texts;
+  for (const int cores : {1, 4}) {
+    program.parametricBootstrap.cores = cores;
+    host.random.SetSeed(KeptSeed);
+    texts.push_back(BootstrapSurvivalText(Run(2), program.model.data));
+  }
+  EXPECT_EQ(texts[0], texts[1]);
 }
 
 TEST_F(BootstrapTest, EachAttemptTellsItsSteps) {

@@ -327,6 +327,32 @@ TEST(Listing, EveryRowStandsUnderItsHeadings) {
   }
 }
 
+TEST(Listing, ADeviateOfTenThousandAndMoreStandsWhole) {
+  Analysis a = Plain();
+  a.state.best.VisitDeviance[1] = -2 * std::log(1e-7);
+  Summary s(a);
+  EXPECT_EQ(s.Rows(Listing::SimulatedAndSurvival)[1][12], "9999999.00");
+  EXPECT_EQ(s.Rows(Listing::Partitioning)[1][19], "9999999.00");
+}
+
+TEST(Listing, AGapBetweenRecordsThatStandApartIsNoRow) {
+  Analysis a;
+  a.reading = test::Reading(1995, 1996);
+  a.reading.Of(test::Header + "\n" + test::Record(1995, "A", 160, 150, 10, 9) +
+               test::Record(1996, "A", 161, 150, 11, 8) + test::Record(1996, "A", 165, 150, 15, 7) +
+               test::Record(1995, "A", 170, 150, 20, 5));
+  ASSERT_EQ(a.reading.data.Visits(), 5);
+  a.Prepare().Value(17) = 0.03;
+  a.Evaluate();
+  Summary s(a);
+  const auto rows = s.Rows(Listing::Partitioning);
+  ASSERT_EQ(rows.size(), 5u) << "four records and the empty line between the years";
+  EXPECT_EQ(rows[1][7], "5");
+  EXPECT_EQ(rows[1].back(), "2");
+  EXPECT_EQ(rows[4].back(), "4");
+  EXPECT_THAT(s.Head(), HasSubstr("to a clutch or brood in any year is:            2\r\n"));
+}
+
 TEST(Listing, AnAbortEndsItWhereItStands) {
   Analysis a = Plain();
   Summary s(a);
