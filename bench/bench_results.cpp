@@ -67,7 +67,7 @@ class Fitted {
     Simulation simulation;
     Report("simulation", [&] { SimulateData(data_, {}, state_.best, random_, {}, simulation); });
     EffectiveSizes sizes;
-    Report("effective sizes", [&] { sizes = FindEffectiveSizes(data_, state_.best); });
+    Report("effective sizes", [&] { sizes = FindEffectiveSizes(data_, state_.best, {}); });
     const ResultsSubject subject{.data = data_,
                                  .fitted = state_,
                                  .Value = Value_,

@@ -82,7 +82,7 @@ void Simulation::Preset(const BroodData& data) {
   SimCount.assign(static_cast<std::size_t>(data.Visits()), std::int16_t{Missing});
   for (auto* column : {&SimEHatchR, &SimEHatchC, &SimEHatch})
     column->assign(static_cast<std::size_t>(data.Broods()), static_cast<double>(Missing));
-  SimBroodSizeDeficient = SimHatchDateDeficient = false;
+  SimBroodSizeDeficient = SimHatchDateDeficient = simulated = false;
 }
 
 Message SimulationError(const std::string& reason) {
@@ -115,6 +115,7 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
 void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
                   const CalculationWatch& watch, Simulation& simulation) {
   simulation.Preset(data);
+  simulation.simulated = true;
   random.BeginNext();
   if (!setting.BootstrapMode) watch.progress("Simulating data, one moment please...");
   const AtEnd clear([&watch] { watch.progress(""); });

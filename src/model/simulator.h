@@ -19,6 +19,7 @@ struct Simulation {
   std::vector<double> SimEHatchR, SimEHatchC, SimEHatch;  // expected numbers at hatch of the simulated clutches
   bool SimBroodSizeDeficient = false;                     // a brood needed its E[brood size@hatch] and had none
   bool SimHatchDateDeficient = false;                     // a brood needed its hatch day and had none
+  bool simulated = false;                                 // since the columns were preset
 
   /// Gives the columns the shape of the data; every entry becomes Missing.
   void Preset(const BroodData& data);

@@ -2,33 +2,14 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+#include <string>
+
+#include "base/runtime_failure.h"
 #include "model/survival.h"
 
 namespace merlane {
 namespace {
-
-/// Calls `action`(visits, survival functions) for each brood of known age, with its visits that have a record.
-template <class Action>
-void ForBroodsOfKnownAge(const BroodData& data, const LikelihoodState& fitted, const std::string& what,
-                         const CalculationWatch& watch, Action action) {
-  std::vector<std::size_t> visits;
-  for (int brood = 0; brood < data.Broods(); ++brood) {
-    const auto b = static_cast<std::size_t>(brood);
-    if (!data.BroodAgeKnown[b]) continue;
-    const int year = data.BroodYear[b];
-    watch.progress(fmt::format("{}{} brood # {} of {}", year, what, data.BroodNumber(brood),
-                               data.BroodsInYear[static_cast<std::size_t>(data.YearIndex(year))]));
-    watch.turn();
-    const SurvivalFunctions functions(
-        BroodMortalityByAge(fitted.parameters, data, brood, fitted.survival.EHatch[b]).mortality);
-    visits.clear();
-    const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
-    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v)
-      if (data.HasRecord(v)) visits.push_back(v);
-    action(visits, functions);
-  }
-  watch.progress("");
-}
 
 /// The three columns of an estimate.
 struct Estimate {
@@ -43,6 +24,59 @@ struct Estimate {
     for (std::vector<double>* const column : {&R, &C, &all}) (*column)[v] = (*column)[from];
   }
 };
+
+/// What is estimated, and below which age.
+struct Task {
+  std::string step;
+  double limit;
+};
+
+/// A visit at an age from 0 on, the `i`-th (from 0) of those of its brood that have a record, and how the brood
+/// survives.
+struct VisitAfterHatch {
+  const std::vector<std::size_t>& visits;
+  std::size_t i, v;
+  double age;
+  const SurvivalFunctions& functions;
+};
+
+/// Calls `estimate` for all such visits of broods of known age, up to the limit. What cannot be estimated is left out.
+template <class Function>
+void ForVisitsAfterHatch(const BroodData& data, const LikelihoodState& fitted, const Task& task,
+                         const CalculationWatch& watch, Function estimate) {
+  std::vector<std::size_t> visits;
+  for (int brood = 0; brood < data.Broods(); ++brood) {
+    const auto b = static_cast<std::size_t>(brood);
+    if (!data.BroodAgeKnown[b]) continue;
+    const int year = data.BroodYear[b];
+    watch.progress(fmt::format("{}Calculating {} brood # {} of {}", year, task.step, data.BroodNumber(brood),
+                               data.BroodsInYear[static_cast<std::size_t>(data.YearIndex(year))]));
+    watch.turn();
+    const auto tried = [&](std::optional<int> visit, const auto& step) {
+      try {
+        step();
+      } catch (const RuntimeFailure& failure) {
+        watch.impossible({task.step, brood, visit, failure.what()});
+      }
+    };
+    std::optional<SurvivalFunctions> functions;
+    tried({}, [&] {
+      functions.emplace(BroodMortalityByAge(fitted.parameters, data, brood, fitted.survival.EHatch[b]).mortality);
+    });
+    visits.clear();
+    const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
+    for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v)
+      if (data.HasRecord(v)) visits.push_back(v);
+    for (std::size_t i = 0; functions && i < visits.size(); ++i) {
+      const std::size_t v = visits[i];
+      const double age = data.VisitAge[v];
+      if (!(age >= 0 && age < task.limit)) continue;
+      tried(static_cast<int>(v), [&] { estimate(VisitAfterHatch{visits, i, v, age, *functions}); });
+      watch.turn();
+    }
+  }
+  watch.progress("");
+}
 
 /// Probability that one individual alive at an age is alive at a later one.
 Survivors Probability(const SurvivalFunctions& functions, double from, double to, bool BootstrapMode) {
@@ -63,19 +97,13 @@ void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted
   estimates.estimated = true;
   Estimate day{estimates.LiveDayR, estimates.LiveDayC, estimates.LiveDay};
   Estimate next{estimates.LiveNextR, estimates.LiveNextC, estimates.LiveNext};
-  const double FledgeAge = fitted.parameters.FledgeAge;
-  const auto estimate = [&](const std::vector<std::size_t>& visits, const SurvivalFunctions& functions) {
-    for (std::size_t i = 0; i < visits.size(); ++i) {
-      const std::size_t v = visits[i];
-      const double a = data.VisitAge[v];
-      if (!(a >= 0 && a < FledgeAge)) continue;
-      day.Set(v, Probability(functions, a, a + 1, BootstrapMode));
-      if (i + 1 < visits.size() && data.VisitAge[visits[i + 1]] != Missing)
-        next.Set(v, Probability(functions, a, data.VisitAge[visits[i + 1]], BootstrapMode));
-      watch.turn();
-    }
-  };
-  ForBroodsOfKnownAge(data, fitted, "Calculating p[survive 1 day] ", watch, estimate);
+  ForVisitsAfterHatch(data, fitted, {"p[survive 1 day] ", static_cast<double>(fitted.parameters.FledgeAge)}, watch,
+                      [&](const VisitAfterHatch& at) {
+                        day.Set(at.v, Probability(at.functions, at.age, at.age + 1, BootstrapMode));
+                        if (at.i + 1 == at.visits.size()) return;
+                        const double then = data.VisitAge[at.visits[at.i + 1]];
+                        if (then != Missing) next.Set(at.v, Probability(at.functions, at.age, then, BootstrapMode));
+                      });
 }
 
 void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
@@ -83,23 +111,14 @@ void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitt
   estimates.estimated = true;
   Estimate fromAge{estimates.FledgeFromR, estimates.FledgeFromC, estimates.FledgeFrom};
   Estimate fromHatch{estimates.FledgeZeroR, estimates.FledgeZeroC, estimates.FledgeZero};
-  const auto estimate = [&](const std::vector<std::size_t>& visits, const SurvivalFunctions& functions) {
-    for (const std::size_t v : visits) {
-      const double a = data.VisitAge[v];
-      if (!(a >= 0 && a < TargetAge)) continue;
-      fromAge.Set(v, Probability(functions, a, TargetAge, BootstrapMode));
-      watch.turn();
-    }
-    for (std::size_t i = 0; i < visits.size(); ++i) {
-      const double a = data.VisitAge[visits[i]];
-      if (!(a >= 0 && a < TargetAge)) continue;
-      if (i == 0)
-        fromHatch.Set(visits[i], Probability(functions, 0, TargetAge, BootstrapMode));
-      else
-        fromHatch.Copy(visits[i], visits[i - 1]);  // also where the visit before has none
-    }
-  };
-  ForBroodsOfKnownAge(data, fitted, "Calculating p[fledge(a,D)] for ", watch, estimate);
+  ForVisitsAfterHatch(data, fitted, {"p[fledge(a,D)] for ", static_cast<double>(TargetAge)}, watch,
+                      [&](const VisitAfterHatch& at) {
+                        fromAge.Set(at.v, Probability(at.functions, at.age, TargetAge, BootstrapMode));
+                        if (at.i == 0)
+                          fromHatch.Set(at.v, Probability(at.functions, 0, TargetAge, BootstrapMode));
+                        else  // also where the visit before has none
+                          fromHatch.Copy(at.v, at.visits[at.i - 1]);
+                      });
 }
 
 }  // namespace merlane

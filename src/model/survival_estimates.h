@@ -24,8 +24,8 @@ struct SurvivalEstimates {
 };
 
 /// Fills LiveDay and LiveNext from the last evaluation's parameters, for ages below the age at fledging. Numbers too
-/// small are floored as in the objective, other than in a bootstrap. RuntimeFailure when a brood's attributes drive a
-/// rate or shape to an overflow.
+/// small are floored as in the objective, other than in a bootstrap. Where a brood's attributes drive a rate or shape
+/// to an overflow, that is impossible at the brood or visit, whose entries stay Missing.
 void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
                             const CalculationWatch& watch, SurvivalEstimates& estimates);
 

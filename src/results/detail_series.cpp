@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "base/arithmetic.h"
-#include "base/elementary.h"
 #include "base/text.h"
+#include "results/goodness_of_fit.h"
 
 namespace merlane {
 namespace {
@@ -148,11 +148,10 @@ VisitValue Deviance(const DetailSubject& s) {
   return [&s](std::size_t v) { return s.best.survival.EVisit[v] == Missing ? Missing : s.best.VisitDeviance[v]; };
 }
 
-VisitValue PearsonDeviate(const DetailSubject& s) {
+VisitValue Deviate(const DetailSubject& s) {
   return [&s](std::size_t v) {
     if (s.best.survival.EVisit[v] == Missing) return static_cast<double>(Missing);
-    const double P = Exp(-0.5 * s.best.VisitDeviance[v]);
-    return Divide(1 - P, P);
+    return PearsonDeviate(s.best.VisitDeviance[v]);
   };
 }
 
@@ -190,7 +189,7 @@ PlotTable BuildYearPlot(const DetailSubject& s, std::optional<int> year) {
   page.AddSignedPredictions();
   page.AddHatch();
   page.Add("Deviances for ", Deviance(s));
-  page.Add("Pearson-deviates for ", PearsonDeviate(s));
+  page.Add("Pearson-deviates for ", Deviate(s));
   const SurvivalEstimates& e = s.estimates;
   page.Add("p[Fledge(a,D)] for ", page.Column(e.FledgeFrom));
   page.Add("p[Fledge(a,D)] (random) for ", page.Column(e.FledgeFromR));

@@ -4,6 +4,7 @@
 
 #include "data/brood_data.h"
 #include "model/best_tables.h"
+#include "model/calculation_watch.h"
 
 namespace merlane {
 
@@ -16,7 +17,7 @@ struct EffectiveSizes {
   double EffSizeEggs = 0, EffSizeJuvs = 0;  // effective independent sample sizes
 };
 
-/// From the best state. RuntimeFailure on an overflow and for a unit of 0.
-EffectiveSizes FindEffectiveSizes(const BroodData& data, const BestTables& best);
+/// From the best state. A visit where a number overflows or a unit is 0 is impossible and adds nothing.
+EffectiveSizes FindEffectiveSizes(const BroodData& data, const BestTables& best, const CalculationWatch& watch);
 
 }  // namespace merlane

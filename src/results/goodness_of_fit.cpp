@@ -8,6 +8,7 @@
 #include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "model/count_prediction.h"
 #include "model/simulator.h"
 
@@ -15,12 +16,20 @@ namespace merlane {
 namespace {
 
 /// The sums of the real data, in the order of the visits.
-void Observe(const BroodData& data, const BestTables& best, GoodnessOfFit& fit) {
-  for (std::size_t v = 0; v < static_cast<std::size_t>(data.Visits()); ++v) {
-    if (best.survival.EVisit[v] == Missing) continue;
-    const double P = Exp(-0.5 * best.VisitDeviance[v]);
-    fit.pearson.observed = fit.pearson.observed + Divide(1 - P, P);
-    fit.deviance.observed = fit.deviance.observed + best.VisitDeviance[v];
+void Observe(const BroodData& data, const BestTables& best, const CalculationWatch& watch, GoodnessOfFit& fit) {
+  for (int brood = 0; brood < data.Broods(); ++brood) {
+    const auto b = static_cast<std::size_t>(brood);
+    for (int visit = data.FirstVisit[b]; visit < data.FirstVisit[b] + data.VisitsOf[b]; ++visit) {
+      const auto v = static_cast<std::size_t>(visit);
+      if (best.survival.EVisit[v] == Missing) continue;
+      fit.deviance.observed = fit.deviance.observed + best.VisitDeviance[v];
+      try {
+        fit.pearson.observed = fit.pearson.observed + PearsonDeviate(best.VisitDeviance[v]);
+      } catch (const RuntimeFailure& failure) {
+        fit.pearson.defined = false;
+        watch.impossible({"Pearson deviate", brood, visit, failure.what()});
+      }
+    }
   }
 }
 
@@ -39,11 +48,16 @@ class Randomisations {
     }
   }
 
-  /// The sums of one randomisation; false when it was aborted.
+  /// The sums of one randomisation; false when it was aborted or a count was impossible.
   bool Run(RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
     for (PredictedVisit& predicted : visits_) {
-      if (predicted.prediction.Pmf.empty()) Predict(predicted);
-      Simulate_Pick_ChiSq(predicted.prediction, random, watch, SumPearson, SumDeviance);
+      try {
+        if (predicted.prediction.Pmf.empty()) Predict(predicted);
+        Simulate_Pick_ChiSq(predicted.prediction, random, watch, SumPearson, SumDeviance);
+      } catch (const RuntimeFailure& failure) {
+        watch.impossible({"randomization", predicted.brood, predicted.visit, failure.what()});
+        return false;
+      }
       watch.turn();
       if (watch.aborted()) return false;
     }
@@ -108,10 +122,15 @@ std::string Block(const FitStatistic& s, const Words& words) {
 
 }  // namespace
 
+double PearsonDeviate(double deviance) {
+  const double P = Exp(-0.5 * deviance);
+  return Divide(1 - P, P);
+}
+
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
                                                      RandomStreams& random, const CalculationWatch& watch) {
   GoodnessOfFit fit;
-  Observe(data, best, fit);
+  Observe(data, best, watch, fit);
   random.BeginNext();
   Randomisations randomisations(data, best);
   for (int r = 1; r <= RandomisationCount; ++r) {
@@ -158,7 +177,7 @@ void Summarise(FitStatistic& s) {
 }
 
 std::string GoodnessOfFitText(const GoodnessOfFit& fit) {
-  return Block(fit.pearson, PearsonWords) + Block(fit.deviance, DevianceWords);
+  return (fit.pearson.defined ? Block(fit.pearson, PearsonWords) : "") + Block(fit.deviance, DevianceWords);
 }
 
 }  // namespace merlane

@@ -15,12 +15,16 @@ namespace merlane {
 /// number that is not defined is none.
 struct FitStatistic {
   double observed = 0;
+  bool defined = true;  // false when a visit's part of the observed sum cannot be formed
   std::vector<double> simulated;
 
   std::optional<double> Mean, SD, Minimum, Maximum;
   std::optional<double> CumulativeP, CumulativePSE;  // share of the simulated sums at or above the observed one
   std::optional<double> CHat, CHatSE;                // observed / mean, to two digits; 1 for a model that fits
 };
+
+/// (1 - P) / P of a count whose deviance is -2 ln P. RuntimeFailure where P is 0, beyond a deviance of 1490.
+double PearsonDeviate(double deviance);
 
 struct GoodnessOfFit {
   FitStatistic pearson;   // (1 - P) / P, where P is the probability of the count that occurred
@@ -29,15 +33,15 @@ struct GoodnessOfFit {
 
 /// Judges the fit of the best state as Roff and Bentzen (1989) do: the sums of the real data against those of
 /// `RandomisationCount` data sets simulated one visit ahead, each count from the real count before it. Draws from the
-/// next random stream and refreshes the variances of the best tables. None when it was aborted. RuntimeFailure for a
-/// count whose probability is 0.
+/// next random stream and refreshes the variances of the best tables. None when it was aborted, and when a count cannot
+/// be randomised; that, and an observed count whose probability is 0, is impossible at its visit.
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
                                                      RandomStreams& random, const CalculationWatch& watch);
 
 /// Forms the numbers of a statistic from its sums.
 void Summarise(FitStatistic& statistic);
 
-/// The lines about both statistics in a results summary; they end with CR LF.
+/// The lines about both statistics in a results summary, of those that are defined; they end with CR LF.
 std::string GoodnessOfFitText(const GoodnessOfFit& fit);
 
 }  // namespace merlane

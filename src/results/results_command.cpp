@@ -1,14 +1,31 @@
 #include "results/results_command.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "model/catalogue.h"
 #include "results/goodness_of_fit.h"
 
 namespace merlane {
+namespace {
+
+constexpr std::int32_t MostRandomisations = 1'000'000;
+constexpr std::size_t MostToldInABox = 10;
+constexpr const char* LeftOut = "What follows could not be calculated and has been left out above:";
+
+}  // namespace
+
+ResultsCommand::ResultsCommand(Desk& desk, RunState& state, MerlaneModel& model, FrmMain& main, FrmAbort& abort,
+                               FrmSummary& summary)
+    : SummaryCommand(desk, state, model, main, abort, summary) {
+  watch_.impossible = [this](const ImpossibleStep& step) { NoteImpossible(step); };
+}
 
 void ResultsCommand::WriteResults(ModelCall& call) {
   if (AllZero(call.X)) throw RuntimeFailure("all parameters are 0, so that nothing has been evaluated");
@@ -22,31 +39,34 @@ void ResultsCommand::WriteResults(ModelCall& call) {
                                .BayesOn = state_.flags.BayesOn,
                                .AlgName = state_.algorithm.AlgName,
                                .PriorFileName = state_.flags.PriorFileName};
-  const int randomisations = AskForRandomisations();
-  const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.likelihood.best);
+  impossible_.clear();
+  const std::int32_t randomisations = AskForRandomisations();
+  const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.likelihood.best, watch_);
   std::string text = ResultsHead(subject, sizes) + ResultsRules() + ResultsParameters(subject);
   text += JudgeFit(randomisations);
   EstimateSurvival();
   const std::optional<Listing> listing = AskForListing();
   if (listing) text += List(subject, *listing, sizes);
   main_.ShowProgress("");
+  if (!impossible_.empty()) text += fmt::format("\r\n{}\r\n{}\r\n", LeftOut, fmt::join(impossible_, "\r\n"));
   summary_.Open(text);
+  TellOfImpossible();
   desk_.Tell("Results Summary", "Summary complete", style::Information);
   if (!listing) offerPlots();
 }
 
-int ResultsCommand::AskForRandomisations() {
+std::int32_t ResultsCommand::AskForRandomisations() {
   for (;;) {
     const std::string entered = desk_.Input(
         "More simulations improve the goodness-of-fit (GOF) estimate",
         "Choose at least one (1) randomization for the Pearson-deviates and Deviance GOF calculation:", "1");
     if (entered.empty()) return 1;
-    const int randomisations = ToInt16(LenientNumber(entered));
-    if (randomisations >= 1) return randomisations;
+    const double randomisations = RoundHalfEven(LenientNumber(entered));
+    if (randomisations >= 1 && randomisations <= MostRandomisations) return static_cast<std::int32_t>(randomisations);
   }
 }
 
-std::string ResultsCommand::JudgeFit(int randomisations) {
+std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
   LikelihoodState& fitted = model_.likelihood;
   if (fitted.EggsAtRisk == 0 && fitted.JuvsAtRisk == 0) return "";
   state_.flags.AbortRun = false;
@@ -89,6 +109,26 @@ std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing,
   const std::string rows = ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_);
   desk_.Unload(abort_);
   return head + rows;
+}
+
+void ResultsCommand::NoteImpossible(const ImpossibleStep& step) {
+  const BroodData& data = model_.data;
+  const auto b = static_cast<std::size_t>(step.brood);
+  std::string where = fmt::format("brood {} of {}", Trim(data.BroodCode[b]), data.BroodYear[b]);
+  if (step.visit) where += fmt::format(", visit {}", *step.visit - data.FirstVisit[b] + 1);
+  const std::string line = fmt::format("    {}: {} ({})", where, Trim(step.step), step.reason);
+  if (std::ranges::find(impossible_, line) == impossible_.end()) impossible_.push_back(line);
+}
+
+void ResultsCommand::TellOfImpossible() {
+  if (impossible_.empty()) return;
+  const std::size_t told = std::min(impossible_.size(), MostToldInABox);
+  std::string text =
+      fmt::format("{}\r\n{}", LeftOut,
+                  fmt::join(impossible_.begin(), impossible_.begin() + static_cast<std::ptrdiff_t>(told), "\r\n"));
+  if (told < impossible_.size())
+    text += fmt::format("\r\nand {} more, which stand at the end of the summary", impossible_.size() - told);
+  desk_.Tell("Results Summary", text, style::Exclamation);
 }
 
 }  // namespace merlane

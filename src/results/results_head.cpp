@@ -5,6 +5,7 @@
 #include "base/number_text.h"
 #include "base/text.h"
 #include "data/data_record_text.h"
+#include "results/aicc.h"
 #include "results/results_summary.h"
 
 namespace merlane {
@@ -162,12 +163,6 @@ void AddMinimum(const ResultsSubject& s, HeadText& out) {
 }
 
 }  // namespace
-
-std::optional<double> AICc(double BestObjective, std::int32_t SampleSize, int FreeCount) {
-  const std::int64_t n = SampleSize, k = FreeCount;
-  if (n - k - 1 <= 0) return std::nullopt;
-  return BestObjective + static_cast<double>(2 * k * n) / static_cast<double>(n - k - 1);
-}
 
 std::string ResultsHead(const ResultsSubject& subject, const EffectiveSizes& sizes) {
   HeadText out;

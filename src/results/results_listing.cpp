@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "base/arithmetic.h"
-#include "base/elementary.h"
 #include "base/growing_field.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "model/interval_kinds.h"
+#include "results/goodness_of_fit.h"
 #include "results/results_summary.h"
 
 namespace merlane {
@@ -31,6 +31,7 @@ struct Shown {
   const EffectiveSizes& sizes;
   const SurvivalEstimates& estimates;
   const Simulation& simulation;
+  const CalculationWatch& watch;
 };
 
 /// A number after a template, an asterisk when it is missing.
@@ -41,10 +42,14 @@ bool Predicted(const Shown& s, const Record& r) { return s.best.survival.EVisit[
 
 double SD(double variance) { return variance > 0 ? std::sqrt(variance) : Missing; }
 
-double PearsonDeviate(const Shown& s, const Record& r) {
+double Deviate(const Shown& s, const Record& r) {
   if (!Predicted(s, r)) return Missing;
-  const double P = Exp(-0.5 * s.best.VisitDeviance[r.v]);
-  return Divide(1 - P, P);
+  try {
+    return PearsonDeviate(s.best.VisitDeviance[r.v]);
+  } catch (const RuntimeFailure& failure) {
+    s.watch.impossible({"Pearson deviate", r.brood, r.visit, failure.what()});
+    return Missing;
+  }
 }
 
 double MixtureProportion(const Shown& s, const Record& r) {
@@ -120,7 +125,7 @@ class ListingTable {
   void AddDeviance(int width, const char* pattern) {
     Add({"", "", "", "-2ln[L]"}, width, pattern,
         [](S s, R r) { return Predicted(s, r) ? s.best.VisitDeviance[r.v] : Missing; });
-    Add({"", "", "Pearson", "deviate"}, width, pattern, PearsonDeviate);
+    Add({"", "", "Pearson", "deviate"}, width, pattern, Deviate);
   }
 
   void AddNumber() {
@@ -221,7 +226,7 @@ std::string ListingRows(const ResultsSubject& subject, Listing listing, const Ef
                         const SurvivalEstimates& estimates, const Simulation& simulation,
                         const CalculationWatch& watch) {
   const BroodData& data = subject.data;
-  const Shown shown{data, subject.fitted.best, sizes, estimates, simulation};
+  const Shown shown{data, subject.fitted.best, sizes, estimates, simulation, watch};
   const ListingTable table(listing, data.NCov);
   std::string text;
   int number = 0;

@@ -25,10 +25,6 @@ struct ResultsSubject {
   std::string AlgName, PriorFileName;  // paths; the summary names the files without their folders
 };
 
-/// Akaike's information criterion with its correction for small samples, from -2 ln[L]; none with too few degrees of
-/// freedom. (Hurvich and Tsai 1989)
-std::optional<double> AICc(double BestObjective, std::int32_t SampleSize, int FreeCount);
-
 /// What was analysed and how, the minimum and AICc. The lines of all these texts end with CR LF.
 std::string ResultsHead(const ResultsSubject& subject, const EffectiveSizes& sizes);
 
@@ -48,7 +44,7 @@ enum class Listing {
 std::string ListingHead(const BroodData& data, Listing listing);
 
 /// One row for each record, broods in the order of year and brood, with an empty line between years. Ends where an
-/// abort stops it.
+/// abort stops it. A deviate that is impossible is shown like one that is missing.
 std::string ListingRows(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes,
                         const SurvivalEstimates& estimates, const Simulation& simulation,
                         const CalculationWatch& watch);

@@ -32,7 +32,7 @@ class SummaryCommand {
   FrmMain& main_;
   FrmAbort& abort_;
   FrmSummary& summary_;
-  const CalculationWatch watch_;
+  CalculationWatch watch_;
 };
 
 }  // namespace merlane

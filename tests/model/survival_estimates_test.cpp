@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "base/runtime_failure.h"
 #include "model/analysis.h"
 #include "model/evaluated_case.h"
 
@@ -207,6 +208,27 @@ TEST(SurvivalEstimates, TellsWhichBroodIsCalculatedAndGivesTurns) {
                                     "1995Calculating p[fledge(a,D)] for  brood # 1 of 3",
                                     "1995Calculating p[fledge(a,D)] for  brood # 3 of 3", ""));
   EXPECT_EQ(turns, 2 * (2 + 3));
+}
+
+TEST(SurvivalEstimates, BroodThatCannotBeEstimatedIsToldAndTheOthersAreEstimated) {
+  Analysis a;
+  a.Visit("A", 2, 8).Visit("A", 6, 7).Visit("B", 3, 4).Read();
+  a.Value(10) = 30;
+  a.Value(17) = 0.04;
+  a.Evaluate();
+  a.state.survival.EHatch[0] = 1e300;
+  a.state.parameters.ZetaBR(1) = 1e300;
+  EXPECT_THROW(Estimated(a, 30), RuntimeFailure) << "where nobody takes it";
+  std::vector<ImpossibleStep> impossible;
+  CalculationWatch watch;
+  watch.impossible = [&](const ImpossibleStep& step) { impossible.push_back(step); };
+  const SurvivalEstimates s = Estimated(a, 30, watch);
+  ASSERT_EQ(impossible.size(), 2U) << "one day, and to fledging";
+  EXPECT_EQ(impossible[0].brood, 0);
+  EXPECT_FALSE(impossible[0].visit);
+  EXPECT_THAT(impossible[0].reason, testing::HasSubstr("overflow"));
+  EXPECT_EQ(s.LiveDay[0], Missing);
+  EXPECT_NE(s.LiveDay[2], Missing);
 }
 
 class GoldenEstimates : public testing::TestWithParam<test::GoldenCase> {};

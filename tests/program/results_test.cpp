@@ -117,12 +117,40 @@ TEST_F(ResultsTest, AnEmptyAnswerIsOneRandomisation) {
   EXPECT_THAT(Text(), HasSubstr("SD: Undefined"));
 }
 
-TEST_F(ResultsTest, MoreRandomisationsThanTheirNumberCanCountFailTheCommand) {
+TEST_F(ResultsTest, ManyRandomisationsCanBeHadAndTooManyAreAskedForAgain) {
   Ready("juveniles_only");
+  windows.Enter("3000000", Randomisations);
   windows.Enter("40000", Randomisations);
-  windows.ExpectFailure("overflow");
+  windows.Reply(Answer::Yes, Options);
+  AbortAtTurn(1000);
   desk.Press(menu.cmdUserSummary);
-  EXPECT_TRUE(menu.Visible());
+  EXPECT_THAT(StatusTexts(), Contains("Pearson-deviates & Deviance: Performing randomization # 1 of 40000"));
+}
+
+TEST_F(ResultsTest, ImpossibleVisitIsToldWithItsBroodAndStepAndTheRestIsGiven) {
+  Ready("juveniles_only");
+  // A count so improbable that its probability is 0, behind the evaluation that the summary makes.
+  windows.onStatus = [this](const test::ScriptedWindows::Status& shown) {
+    if (shown.text.empty()) program.model.likelihood.best.VisitDeviance[1] = 2000;
+  };
+  Summary("2", Answer::Yes);
+  const std::string line = "    brood C00001 of 1995, visit 2: Pearson deviate (division by zero)";
+  EXPECT_THAT(Text(),
+              EndsWith("What follows could not be calculated and has been left out above:\r\n" + line + "\r\n"));
+  EXPECT_THAT(Text(), HasSubstr("p[Deviance]"));
+  EXPECT_THAT(Text(), Not(HasSubstr("p[Pearson-deviates]")));
+  EXPECT_THAT(Text(), HasSubstr("The listing that follows"));
+  EXPECT_THAT(windows.messages[windows.messages.size() - 2].text, EndsWith("\r\n" + line));
+  EXPECT_EQ(windows.LastText(), "Summary complete");
+}
+
+TEST_F(ResultsTest, SimulatedCountsOfAnEarlierSummaryAreGone) {
+  Ready("juveniles_only");
+  Summary("1", Answer::No);
+  EXPECT_THAT(program.model.simulation.SimCount, Contains(testing::Ge(0)));
+  desk.Close(summary);
+  Summary("1", Answer::Yes);
+  EXPECT_THAT(program.model.simulation.SimCount, testing::Each(Missing)) << "the plots would show them";
 }
 
 TEST_F(ResultsTest, NoEvaluatedPredictionLeavesNoGoodnessOfFitBlock) {
@@ -307,6 +335,8 @@ TEST_F(SimulationTest, WithAllValuesZeroTheUserIsToldToLoadAlgorithmData) {
   EXPECT_THAT(windows.Titles(), Contains("Simulation Error"));
   EXPECT_EQ(windows.LastText(), "Check that algorithm data are loaded and parameters have appropriate values");
   EXPECT_EQ(Lines(Text()).size(), 1u) << "the heading stands alone";
+  EXPECT_EQ(host.random.StreamNumber(), 3u) << "as any simulation";
+  EXPECT_THAT(StatusTexts(), Contains("Simulating data, one moment please..."));
   EXPECT_THAT(StatusTexts(), Not(Contains(HasSubstr("one function call"))));
 }
 
@@ -334,6 +364,18 @@ TEST_F(SimulationTest, ABroodSizeAtHatchThatNoBroodHasIsWarnedOf) {
   EXPECT_EQ(windows.LastText(),
             "A lack of clutch visits means the E[brood size@hatch] cannot be calculated for at least some "
             "broods.\r\nReview your simulation choices during initialization to overcome this limitation.\r\n");
+}
+
+TEST_F(SimulationTest, PlanOfWhichNothingCanBePredictedSaysSo) {
+  Plan("5");
+  state.algorithm.Value(10) = 3;  // all ages lie behind fledging
+  windows.messages.clear();
+  desk.Press(menu.cmdUserSummary);
+  ASSERT_THAT(windows.Titles(), ElementsAre("Warning: Nothing could be simulated!"));
+  EXPECT_THAT(windows.LastText(),
+              StartsWith("No count behind the first one of a brood could be predicted; the data hold "
+                         "the first counts alone.\r\n"));
+  EXPECT_EQ(Lines(Text()).size(), 4u) << "the heading and three first counts";
 }
 
 TEST_F(SimulationTest, ARepairedHypothesisIsToldAndSimulatedAtOnce) {

@@ -12,6 +12,7 @@
 #include "model/evaluated_case.h"
 #include "model/planned.h"
 #include "model/streams.h"
+#include "results/aicc.h"
 #include "results/effective_sizes.h"
 #include "results/results_summary.h"
 
@@ -70,7 +71,7 @@ TEST_P(GoldenFigures, EverySumIsKnownToTheLastBit) {
     EXPECT_EQ(*aicc, Number(exact["AICc"]));
   else
     EXPECT_EQ(exact["AICc"], "Undefined (too few degrees of freedom)");
-  const EffectiveSizes sizes = FindEffectiveSizes(e.reading.data, e.state.best);
+  const EffectiveSizes sizes = FindEffectiveSizes(e.reading.data, e.state.best, {});
   EXPECT_EQ(sizes.EffSizeEggs, Number(exact["EffSizeEggs"]));
   EXPECT_EQ(sizes.EffSizeJuvs, Number(exact["EffSizeJuvs"]));
   if (!exact.contains("pearson")) return;  // nothing was predicted

@@ -1,4 +1,5 @@
 #include "results/results_summary.h"
+#include "results/aicc.h"
 
 #include <gmock/gmock.h>
 
@@ -46,7 +47,7 @@ Analysis Correlated() {
 
 TEST(EffectiveSizes, TheUnitBelongsToTheStartOfAnIntervalButAcrossHatchToItsEnd) {
   const Analysis a = Correlated();
-  const EffectiveSizes s = FindEffectiveSizes(a.reading.data, a.state.best);
+  const EffectiveSizes s = FindEffectiveSizes(a.reading.data, a.state.best, {});
   EXPECT_NEAR(s.EIU[0], 1 + 7 * 0.5 * std::exp(-0.1 * (-9 + 28)), 1e-14);
   EXPECT_EQ(s.EIU[1], Missing) << "the last clutch visit before hatch";
   // Across hatch the later visit gets the unit of 7 juveniles at hatch; the interval behind it overwrites that.
@@ -67,7 +68,7 @@ TEST(EffectiveSizes, AVisitDirectlyBehindHatchThatIsTheLastKeepsItsUnit) {
   a.Value(19) = 0.02;
   a.Value(21) = 0.03;
   a.Evaluate();
-  EXPECT_THAT(FindEffectiveSizes(a.reading.data, a.state.best).EIU, ElementsAre(Missing, 1 + 6 * 0.25));
+  EXPECT_THAT(FindEffectiveSizes(a.reading.data, a.state.best, {}).EIU, ElementsAre(Missing, 1 + 6 * 0.25));
 }
 
 TEST(EffectiveSizes, WithoutOverdispersionTheyAreTheIndividualsAtRisk) {
@@ -76,7 +77,7 @@ TEST(EffectiveSizes, WithoutOverdispersionTheyAreTheIndividualsAtRisk) {
   a.Value(15) = 0.02;
   a.Value(17) = 0.03;
   a.Evaluate();
-  const EffectiveSizes s = FindEffectiveSizes(a.reading.data, a.state.best);
+  const EffectiveSizes s = FindEffectiveSizes(a.reading.data, a.state.best, {});
   EXPECT_EQ(s.EffSizeEggs, a.state.EggsAtRisk);
   EXPECT_EQ(s.EffSizeJuvs, a.state.JuvsAtRisk);
 }
@@ -87,7 +88,7 @@ TEST(EffectiveSizes, AUnitOfZeroFails) {
   a.Value(17) = 0.03;
   a.Evaluate();
   a.state.best.parameters.ThetaJuvC = 1;  // of none alive
-  EXPECT_THROW(FindEffectiveSizes(a.reading.data, a.state.best), RuntimeFailure);
+  EXPECT_THROW(FindEffectiveSizes(a.reading.data, a.state.best, {}), RuntimeFailure);
 }
 
 // --- Head -------------------------------------------------------------------------------------------------------
@@ -96,7 +97,7 @@ TEST(EffectiveSizes, AUnitOfZeroFails) {
 struct Summary {
   explicit Summary(Analysis& analysis)
       : a(analysis),
-        sizes(FindEffectiveSizes(a.reading.data, a.state.best)),
+        sizes(FindEffectiveSizes(a.reading.data, a.state.best, {})),
         subject{.data = a.reading.data,
                 .fitted = a.state,
                 .Value = a.Value,
