@@ -124,6 +124,7 @@ void Program::Rank() {
 }
 
 void Program::FollowSummary(const std::function<void()>& command) {
+  if (!reportedFit.Holds()) return;
   desk.Unload(frmMenu);
   frmMain.mnuApplication.enabled = false;
   try {

@@ -21,6 +21,7 @@ Program::Program(const Host& host)
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       frmXYPlot(desk),
       detailPlots(desk, model, frmSummary, frmXYPlot),
+      reportedFit(desk, state, model),
       frmHelp(desk),
       frmDefaults(desk),
       frmWisdom(desk),
@@ -103,7 +104,10 @@ void Program::WireForms() {
   model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };
   readingDialogue.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };
   readingDialogue.showStatus = [this](const std::string& text) { frmMain.ShowProgress(text); };
-  model.writeResults = [this](ModelCall& call) { resultsCommand.WriteResults(call); };
+  model.writeResults = [this](ModelCall& call) {
+    resultsCommand.WriteResults(call);
+    reportedFit.Keep();
+  };
   model.simulate = [this](ModelCall& call) { simulationCommand.Simulate(call); };
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };

@@ -39,6 +39,7 @@
 #include "priors/priors_commands.h"
 #include "program/fit.h"
 #include "results/detail_plots.h"
+#include "results/reported_fit.h"
 #include "results/results_command.h"
 #include "results/simulation_command.h"
 #include "uncertainty/covariance_dialogue.h"
@@ -85,6 +86,7 @@ class Program {
   SimulationCommand simulationCommand;
   FrmXyPlot frmXYPlot;
   DetailPlots detailPlots;
+  ReportedFit reportedFit;
   FrmHelp frmHelp;
   FrmDefaults frmDefaults;
   FrmWisdom frmWisdom;
@@ -139,7 +141,7 @@ class Program {
   void ParEstimate();
   void UserSummary();
   void Rank();
-  /// Runs what follows upon a results summary, without the menu.
+  /// Runs what follows upon a results summary, without the menu; not behind a change of the fit that it reports.
   void FollowSummary(const std::function<void()>& command);
   /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns. The editor of the priors
   /// asks for these in its own words.

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "control/run_state.h"
+#include "forms/desk.h"
+#include "model/merlane_model.h"
+
+namespace merlane {
+
+/// The fit that the summary on the screen reports. What follows upon a summary, plots and bootstraps, takes its figures
+/// from the run and from the model's tables as they are; this knows whether these are still what the summary was
+/// written from.
+class ReportedFit {
+ public:
+  ReportedFit(Desk& desk, const RunState& state, const MerlaneModel& model)
+      : desk_(desk), state_(state), model_(model) {}
+
+  /// A summary has just been written of the run as it stands.
+  void Keep() { kept_ = Present(); }
+  /// True while nothing has changed since; otherwise the user is told what has.
+  bool Holds();
+
+ private:
+  struct Fit {
+    Array1<double> Value, Step;
+    Array1<std::string> Fuse;
+    Array1<double> evaluated;   // the vector to which the model's tables belong
+    bool estimated, simulated;  // which of the other tables hold something
+  };
+  Fit Present() const;
+  /// What has changed from the fit that was kept, in words; empty when nothing has.
+  std::string Changes(const Fit& now) const;
+
+  Desk& desk_;
+  const RunState& state_;
+  const MerlaneModel& model_;
+  std::optional<Fit> kept_;
+};
+
+}  // namespace merlane
