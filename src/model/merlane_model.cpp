@@ -29,9 +29,9 @@ void MerlaneModel::Evaluate(ModelCall& call) {
   if (!evaluator_) evaluator_.emplace(data);
   // As all tables are at the first evaluation of a run: what was estimated or simulated from an earlier one does not
   // belong to it. Covariances make nothing but first evaluations, with neither.
-  if (call.NF == 1 && !AllZero(call.X)) {
-    if (estimates.estimated) estimates.Preset(data);
-    if (simulation.simulated) simulation.Preset(data);
+  if (call.NF == 1 && (estimates.estimated || simulation.simulated) && !AllZero(call.X)) {
+    estimates.Preset(data);
+    simulation.Preset(data);
   }
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
