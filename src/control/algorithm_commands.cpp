@@ -30,19 +30,17 @@ AlgorithmCommands::AlgorithmCommands(Desk& desk, RunState& state, FrmMain& main,
     : desk_(desk), state_(state), main_(main), menu_(menu), dataBaseName_(std::move(dataBaseName)) {}
 
 void AlgorithmCommands::LoadAlg() {
-  menu_.CloseTheThree();
   const Answer answer =
       desk_.Ask("Load algorithm data", "Load an existing algorithm data file?\r\n\r\n     Choose NO for default values",
                 style::YesNoCancelQuestion);
   if (answer == Answer::Cancel) return;
   if (answer == Answer::No) {
     TakeDefaults();
-  } else if (!LoadFile(menu_)) {
+  } else if (!LoadFile()) {
     return;
   }
   ShowLoaded();
   menu_.ApplyPattern(menu_.cmdEditAlg);
-  menu_.cmdInitialize.enabled = menu_.cmdLoadAlg.enabled = true;
 }
 
 void AlgorithmCommands::TakeDefaults() {
@@ -56,28 +54,27 @@ void AlgorithmCommands::TakeDefaults() {
              style::Information);
 }
 
-bool AlgorithmCommands::LoadFile(Form& asking) {
+bool AlgorithmCommands::LoadFile() {
   AlgorithmData& a = state_.algorithm;
   const auto path = desk_.AskFile({.kind = FileRequest::Kind::Open,
                                    .title = "Open algorithm data file",
                                    .filter = "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg",
                                    .startName = a.AlgName});
   if (!path) return false;
-  // Opened before the run takes its name: data whose file is not there are not in the run.
-  const std::string text = ReadWholeFile(*path);
+  const AlgorithmReading reading = ReadAlgorithm(ReadWholeFile(*path), a);
+  const bool failed = reading.failure != AlgorithmReading::Failure::None;
+  if (failed) TellFailure(reading, *path);
+  const bool toleranceWasBelow = RaiseTolerance(a);
+  // After a failure the tolerance decides: the command goes on with what has been read so far, unless it was below its
+  // minimum, as it is in a run that holds nothing yet. Data that are not in the run do not name it either.
+  if (failed && toleranceWasBelow) return false;
   TakeName(*path);
-  const AlgorithmReading reading = ReadAlgorithm(text, a);
-  if (reading.failure != AlgorithmReading::Failure::None) TellFailure(reading, *path, asking);
-  // After a failure the tolerance decides whether the command goes on with what has been read so far.
-  return !(RaiseTolerance(a) && a.AlgLoadFailed);
+  return true;
 }
 
-void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::string& path, Form& asking) {
-  asking.enabled = false;
+void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::string& path) {
   desk_.Tell("Algorithm file - information input failed", FailureText(reading, path, state_.algorithm.NPAR),
              style::Information, reading.details.empty() ? path : path + ", " + reading.details);
-  asking.enabled = true;
-  menu_.cmdLoadAlg.enabled = menu_.cmdInitialize.enabled = true;
 }
 
 void AlgorithmCommands::ShowLoaded() {
@@ -86,22 +83,24 @@ void AlgorithmCommands::ShowLoaded() {
   desk_.Turn();
 }
 
-void AlgorithmCommands::Save(AlgorithmForm form) {
+bool AlgorithmCommands::Save(AlgorithmForm form) {
   AlgorithmData& a = state_.algorithm;
-  if (a.AlgName.empty()) a.AlgName = ClockName(desk_.host.clock);
+  // Proposed and no more: what is not in the run is not named.
+  const std::string proposed = a.AlgName.empty() ? ClockName(desk_.host.clock) : a.AlgName;
   const std::string named = dataBaseName_();
   const auto path =
       desk_.AskFile({.kind = FileRequest::Kind::Save,
                      .title = "Save algorithm data in...",
                      .filter = fmt::format(
                          "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg|Named for data file ({0}.*)|{0}.*|", named),
-                     .startName = a.AlgName.ends_with(".alg") ? a.AlgName : a.AlgName + ".alg"});
-  if (!path) return;
-  a.LogName = ShortLogName(a.LogName);
-  // The name is taken when the file stands: after a failure the run keeps the name that the main window shows.
+                     .startName = proposed.ends_with(".alg") ? proposed : proposed + ".alg"});
+  if (!path) return false;
+  // The names are taken when the file stands: after a failure the run keeps those that the windows show.
   desk_.Write(*path, AlgorithmText(a, form));
+  a.LogName = ShortLogName(a.LogName);
   TakeName(*path);
   main_.ShowAlgorithmFile(a.AlgShortName);
+  return true;
 }
 
 void AlgorithmCommands::TakeName(const std::string& path) {

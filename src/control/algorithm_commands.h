@@ -18,18 +18,19 @@ class AlgorithmCommands {
 
   /// The menu's load: a file, or default values.
   void LoadAlg();
-  /// Asks for a file and reads it, the form `asking` being inactive while a failure is told. False when the command
-  /// ends there: the user cancelled, or the reading failed while the tolerance was below 1E-06.
-  bool LoadFile(Form& asking);
+  /// Asks for a file and reads it. False when the command ends there: the user cancelled, or the reading failed while
+  /// the tolerance was below 1E-06.
+  bool LoadFile();
   /// What every load ends with: the next simplex starts afresh, and the main window names the data.
   void ShowLoaded();
-  /// Asks for a file and writes it, in the menu's form or in the one given; a cancelled question writes nothing.
-  void Save_Alg() { Save(AlgorithmForm::Menu); }
-  void Save(AlgorithmForm form);
+  /// Asks for a file and writes it, in the menu's form or in the one given. False when the user cancelled: nothing is
+  /// written.
+  bool Save_Alg() { return Save(AlgorithmForm::Menu); }
+  bool Save(AlgorithmForm form);
 
  private:
   void TakeDefaults();
-  void TellFailure(const AlgorithmReading& reading, const std::string& path, Form& asking);
+  void TellFailure(const AlgorithmReading& reading, const std::string& path);
   void TakeName(const std::string& path);
 
   Desk& desk_;

@@ -108,7 +108,7 @@ std::string AlgorithmText(const AlgorithmData& a, AlgorithmForm form) {
   line(number(a.MaxCalls, "####0"), "  Maximum # of function calls (simplex) or iterations (Marquardt)");
   line(number(a.TerminalFreq, "####0"), "  Terminal output frequency");
   line(number(a.FileFreq, "####0"), "  File output frequency");
-  line(RightSet(a.LogName, FirstWidth), "  Name of output file");
+  line(RightSet(ShortLogName(a.LogName), FirstWidth), "  Name of output file");
   line(number(a.StepReduction, Real), "  Step size reduction fraction");
   return text;
 }
@@ -122,7 +122,6 @@ AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a) {
   using Failure = AlgorithmReading::Failure;
   AlgorithmReading reading;
   LineReader lines(text);
-  a.AlgLoadFailed = true;
   try {
     reading.fileCount = StrictInt16(FirstField(lines.Next()));
     if (reading.fileCount != a.NPAR) {
@@ -143,7 +142,6 @@ AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a) {
     return reading;
   }
   a.FileFreq = 0;
-  a.AlgLoadFailed = false;
   return reading;
 }
 

@@ -38,16 +38,16 @@ std::optional<double> NumberIn(const std::string& text) {
 
 }  // namespace
 
-FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu& menu)
-    : Form(d, "frmAlgo", ""), windowMenu(*this, main.onArrange), state_(state), log_(log), menu_(menu) {
-  mnuExit.onClick = [this] { onExit(); };
-  mnuValue.onClick = [this] {
+FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main)
+    : Form(d, "frmAlgo", ""), windowMenu(*this, main.onArrange), state_(state), log_(log) {
+  mnuExit.onClick = Command([this] { onExit(); });
+  mnuValue.onClick = Command([this] {
     ForgetResults();
-    desk.Show("frmEditVS");
-  };
-  mnuStep.onClick = [this] { EditAllSteps(); };
-  mnuFraction.onClick = [this] { ChangeFraction(); };
-  mnuUnFuse.onClick = [this] { UnfuseAll(); };
+    onEditAllValues();
+  });
+  mnuStep.onClick = Command([this] { EditAllSteps(); });
+  mnuFraction.onClick = Command([this] { ChangeFraction(); });
+  mnuUnFuse.onClick = Command([this] { UnfuseAll(); });
   mnuFinish.onClick = [this] { desk.Unload(*this); };
 
   grdVS.widths = {10, 10, 10, 4};  // and the description as wide as it is
@@ -58,7 +58,7 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
 
   txtAbsRel.readOnly = txtFileName.readOnly = true;
   txtAbsRel.toolTip = "Click to change the tolerance, or to test convergence by absolute or relative change";
-  txtAbsRel.onClick = [this] { ChangeTolerance(); };
+  txtAbsRel.onClick = Command([this] { ChangeTolerance(); });
   txtMaxFunctions.onLeave = [this] {
     EnterOption(txtMaxFunctions, "Change the maximum # of function calls",
                 "Maximum number of functions must be positive", [this](double x) { Data().MaxCalls = ToInt32(x); });
@@ -76,39 +76,31 @@ FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu&
                 [this](double x) { Data().FileFreq = ToInt16(x); });
   };
   cmdOpenLog.toolTip = "Choose a file in which the minimizers write their progress";
-  cmdOpenLog.onClick = [this] { OpenLog(); };
+  cmdOpenLog.onClick = Command([this] { OpenLog(); });
   cmdCloseLog.toolTip = "Write no more into the log file";
-  cmdCloseLog.onClick = [this] { CloseLog(); };
+  cmdCloseLog.onClick = Command([this] { CloseLog(); });
 
   cmdUpdate.toolTip = "Take over what stands in the entry box";
-  cmdUpdate.onClick = [this] { LeaveEntry(); };
+  cmdUpdate.onClick = Command([] {});
   cmdFinish.toolTip = "Close the editor; all changes are kept";
   cmdFinish.onClick = [this] { desk.Unload(*this); };
 }
 
 // ---- Opening and closing
 
-void FrmAlgo::OpenFromMenu() { Open(EditEverything, true, {}); }
-
-void FrmAlgo::OpenLocked(const EditMarks& marks, std::function<void()> whenClosed) {
-  Open(marks, false, std::move(whenClosed));
-}
-
-void FrmAlgo::Open(const EditMarks& marks, bool fromMenu, std::function<void()> whenClosed) {
-  desk.Unload(*this);  // a command that it may be open for gets its control back first
+void FrmAlgo::Open(const EditMarks& marks, bool fromMenu) {
   EditorFromMenu_ = fromMenu;
   marks_ = marks;
-  whenClosed_ = std::move(whenClosed);
-  EditClosed = false;
   desk.Show(*this);
   focus = &grdVS;
 }
 
 void FrmAlgo::OnLoad() {
+  desk.charge.Take(*this, Charge::Resting::Commands);
   BuildFuseGroups(state_);
   PackFree(state_);
   if (StepFraction == 0) StepFraction = 0.1;
-  title = "Algorithm data file name is:  " + Data().AlgName;
+  ShowName();
   entry_.reset();
   mnuValue.enabled = Offered(EditItem::Values);
   mnuStep.enabled = Offered(EditItem::Steps);
@@ -127,13 +119,16 @@ void FrmAlgo::OnUnload() {
   BuildFuseGroups(state_);
   PackFree(state_);
   desk.Tell("Just so you know", "Algorithm data, if changed, have been updated", style::Information);
-  desk.Unload("frmEditVS");
-  EditClosed = true;
-  if (std::exchange(EditorFromMenu_, false)) {
-    menu_.enabled = true;
-    desk.ToFront(menu_);
-  }
-  if (const auto whenClosed = std::exchange(whenClosed_, {})) whenClosed();
+  desk.BringBack();
+}
+
+void FrmAlgo::ShowName() { title = "Algorithm data file name is:  " + Data().AlgName; }
+
+std::function<void()> FrmAlgo::Command(std::function<void()> command) {
+  return [this, command = std::move(command)] {
+    LeaveEntry();
+    command();
+  };
 }
 
 void FrmAlgo::ForgetResults() {
@@ -194,7 +189,7 @@ void FrmAlgo::DoubleClick(int row, int column) {
 
 void FrmAlgo::EditColumn(int column) {
   if (!grdVS.typedColumns[static_cast<std::size_t>(column)]) return;
-  if (column == Value) desk.Show("frmEditVS");
+  if (column == Value) onEditAllValues();
   if (column == Step) EditAllSteps();
   if (column == Fuse) EditAllFuses();
 }
@@ -269,15 +264,24 @@ void FrmAlgo::EnterFuse(const Entry& entry, const std::string& text) {
 
 void FrmAlgo::EditAllSteps() {
   ForgetResults();
+  Walk(
+      "Edit all step sizes", "Enter new step size for parameter #", Data().Step, [](int) { return true; },
+      [this](int i, double step) {
+        Data().Step(i) = step;
+        ShowChangedStep(i);
+      });
+}
+
+void FrmAlgo::Walk(const std::string& boxTitle, const std::string& prompt, const Array1<double>& numbers,
+                   const std::function<bool(int)>& edited, const std::function<void(int, double)>& store) {
   for (int i = 1; i <= Data().NPAR; ++i) {
+    if (!edited(i)) continue;
     const std::optional<double> number = [&] {
       const RowMark mark(*this, i);
-      return AskNumber("Edit all step sizes", fmt::format("Enter new step size for parameter #{}", i), Data().Step(i));
+      return AskNumber(boxTitle, prompt + std::to_string(i), numbers(i));
     }();
     if (!number) return;
-    if (std::fabs(*number - Data().Step(i)) < EditThreshold) continue;
-    Data().Step(i) = *number;
-    ShowChangedStep(i);
+    if (std::fabs(*number - numbers(i)) >= EditThreshold) store(i, *number);
   }
 }
 

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "control/frm_main.h"
-#include "control/frm_menu.h"
 #include "control/log_file.h"
 #include "control/run_state.h"
 #include "forms/form.h"
@@ -36,46 +35,40 @@ inline constexpr double EditThreshold = 1E-10;
 /// into the record; there is no undo, and closing the form keeps them.
 class FrmAlgo : public Form {
  public:
-  FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu& menu);
+  FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main);
 
-  /// Opens with everything offered; the closing gives control back to the main menu.
-  void OpenFromMenu();
-  /// Opens for another command with some items locked and the log hidden. The command waits on `EditClosed`, or is
-  /// called back as the last step of the closing.
-  void OpenLocked(const EditMarks& marks, std::function<void()> whenClosed = {});
-  bool EditClosed = true;
+  // The editor is in charge until it closes; then whoever acts comes to the front.
+  /// Opens with everything offered.
+  void OpenFromMenu() { Open(EditEverything, true); }
+  /// Opens for another command with some items locked and the log hidden.
+  void OpenLocked(const EditMarks& marks) { Open(marks, false); }
 
   /// Step sizes as a fraction of values; 0 stands for 0.1.
   double StepFraction = 0.1;
 
   /// The quit dialogue, for the form's own "Exit".
   std::function<void()> onExit;
+  /// Opens the companion that edits all values.
+  std::function<void()> onEditAllValues;
 
   // For the companion that edits all values.
   const EditMarks& Marks() const { return marks_; }
+  /// Names the file of the data, which may have become another.
+  void ShowName();
   /// Asks for StepFraction.
   void ChangeFraction();
   /// Makes every fuse "~~".
   void UnfuseAll();
   /// Asks for a number until one is typed; none when cancelled.
   std::optional<double> AskNumber(const std::string& boxTitle, const std::string& prompt, double current) const;
+  /// Asks for a new number for one parameter after the other, those that `edited` says, until it is cancelled; one that
+  /// differs is stored. The row of the parameter that is asked for is coloured.
+  void Walk(const std::string& boxTitle, const std::string& prompt, const Array1<double>& numbers,
+            const std::function<bool(int parameter)>& edited,
+            const std::function<void(int parameter, double number)>& store);
   /// Shows the value, or the step, of a parameter as it now is, in the colour of a changed cell.
   void ShowChangedValue(int parameter);
   void ShowChangedStep(int parameter);
-
-  /// Colours the row of a parameter, scrolled into view, while a box asks for it; then the colours return.
-  class RowMark {
-   public:
-    RowMark(FrmAlgo& editor, int row);
-    ~RowMark();
-    RowMark(const RowMark&) = delete;
-    RowMark& operator=(const RowMark&) = delete;
-
-   private:
-    Grid& grid_;
-    int row_;
-    std::vector<Grid::Cell> before_;
-  };
 
   MenuEntry mnuApplication{*this, "mnuApplication", "&Application"};
   MenuEntry mnuExit{*this, "mnuExit", "E&xit", &mnuApplication};
@@ -130,7 +123,23 @@ class FrmAlgo : public Form {
     Grid::Cell before;
   };
 
-  void Open(const EditMarks& marks, bool fromMenu, std::function<void()> whenClosed);
+  /// Colours the row of a parameter, scrolled into view, while a box asks for it; then the colours return.
+  class RowMark {
+   public:
+    RowMark(FrmAlgo& editor, int row);
+    ~RowMark();
+    RowMark(const RowMark&) = delete;
+    RowMark& operator=(const RowMark&) = delete;
+
+   private:
+    Grid& grid_;
+    int row_;
+    std::vector<Grid::Cell> before_;
+  };
+
+  void Open(const EditMarks& marks, bool fromMenu);
+  /// A command of the editor, which takes over first what stands in the entry box.
+  std::function<void()> Command(std::function<void()> command);
 
   AlgorithmData& Data() { return state_.algorithm; }
   bool Offered(EditItem item) const { return marks_.Offered(item); }
@@ -166,10 +175,8 @@ class FrmAlgo : public Form {
 
   RunState& state_;
   LogFile& log_;
-  FrmMenu& menu_;
   EditMarks marks_;
   bool EditorFromMenu_ = false;
-  std::function<void()> whenClosed_;
   std::optional<Entry> entry_;
 };
 

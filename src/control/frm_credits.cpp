@@ -4,7 +4,7 @@
 
 namespace merlane {
 
-FrmCredits::FrmCredits(Desk& d) : FrmInformation(d, "frmCredits", "About Merlane") {
+FrmCredits::FrmCredits(Desk& d, FrmMain& main) : FrmInformation(d, main, "frmCredits", "About Merlane") {
   txtCredits.fixedPitch = false;
   txtCredits.wraps = true;
   txtCredits.text =

@@ -7,7 +7,7 @@ namespace merlane {
 /// What the program is.
 class FrmCredits : public FrmInformation {
  public:
-  explicit FrmCredits(Desk& d);
+  FrmCredits(Desk& d, FrmMain& main);
   Pane txtCredits{*this, "txtCredits"};
 };
 

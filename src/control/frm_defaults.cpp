@@ -2,7 +2,8 @@
 
 namespace merlane {
 
-FrmDefaults::FrmDefaults(Desk& d) : FrmInformation(d, "frmDefaults", "Default names and values etc.") {
+FrmDefaults::FrmDefaults(Desk& d, FrmMain& main)
+    : FrmInformation(d, main, "frmDefaults", "Default names and values etc.") {
   txtDefaultNames.fixedPitch = false;
   txtDefaultNames.wraps = true;
   txtDefaultNames.text =

@@ -7,7 +7,7 @@ namespace merlane {
 /// Default names and values, and other things good to know.
 class FrmDefaults : public FrmInformation {
  public:
-  explicit FrmDefaults(Desk& d);
+  FrmDefaults(Desk& d, FrmMain& main);
   Pane txtDefaultNames{*this, "txtDefaultNames"};
 };
 

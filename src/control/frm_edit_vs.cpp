@@ -1,7 +1,5 @@
 #include "control/frm_edit_vs.h"
 
-#include <fmt/format.h>
-
 #include <cmath>
 
 #include "base/arithmetic.h"
@@ -15,12 +13,13 @@ FrmEditVS::FrmEditVS(Desk& d, RunState& state, FrmAlgo& editor)
     const double fraction = editor_.StepFraction;
     return value == 0 ? fraction : Checked(fraction * value);
   };
+  editor_.onEditAllValues = [this] { desk.Show(*this); };
   cmdFree.onClick = [this, step] {
-    saveAlg();
+    Save();
     EditValues(Walked::FreeParameters, "Edit free parameter values", step);
   };
   cmdProp.onClick = [this, step] {
-    saveAlg();
+    Save();
     EditValues(Walked::AllParameters, "Edit all parameter values",
                [step](double value) { return std::fabs(step(value)); });
   };
@@ -30,6 +29,7 @@ FrmEditVS::FrmEditVS(Desk& d, RunState& state, FrmAlgo& editor)
 }
 
 void FrmEditVS::OnLoad() {
+  desk.charge.Take(*this, Charge::Resting::Commands);
   const EditMarks& marks = editor_.Marks();
   cmdFree.enabled = cmdProp.enabled = marks.Offered(EditItem::Values) && marks.Offered(EditItem::Steps);
   cmdNoProp.enabled = marks.Offered(EditItem::Values);
@@ -37,28 +37,25 @@ void FrmEditVS::OnLoad() {
   desk.Hide(editor_);
 }
 
-void FrmEditVS::OnUnload() {
-  if (editor_.Loaded()) desk.Show(editor_);
+void FrmEditVS::Save() {
+  saveAlg();
+  editor_.ShowName();
 }
 
 void FrmEditVS::EditValues(Walked walked, const std::string& boxTitle,
                            const std::function<double(double value)>& stepOf) {
   AlgorithmData& a = state_.algorithm;
-  for (int i = 1; i <= a.NPAR; ++i) {
-    if (walked == Walked::FreeParameters && a.Step(i) == 0) continue;
-    const std::optional<double> number = [&] {
-      const FrmAlgo::RowMark mark(editor_, i);
-      return editor_.AskNumber(boxTitle, fmt::format("Enter the new value of parameter #{}", i), a.Value(i));
-    }();
-    if (!number) return;
-    if (std::fabs(*number - a.Value(i)) < EditThreshold) continue;
-    if (stepOf) {
-      a.Step(i) = stepOf(*number);
-      editor_.ShowChangedStep(i);
-    }
-    a.Value(i) = *number;
-    editor_.ShowChangedValue(i);
-  }
+  editor_.Walk(
+      boxTitle, "Enter the new value of parameter #", a.Value,
+      [&](int i) { return walked == Walked::AllParameters || a.Step(i) != 0; },
+      [&](int i, double value) {
+        if (stepOf) {
+          a.Step(i) = stepOf(value);
+          editor_.ShowChangedStep(i);
+        }
+        a.Value(i) = value;
+        editor_.ShowChangedValue(i);
+      });
 }
 
 }  // namespace merlane

@@ -27,9 +27,10 @@ class FrmEditVS : public Form {
 
  protected:
   void OnLoad() override;
-  void OnUnload() override;
 
  private:
+  /// Asks for a file and saves the algorithm data; the editor then bears its name.
+  void Save();
   enum class Walked { FreeParameters, AllParameters };
   /// Asks for the value of one parameter after the other until it is cancelled. `stepOf` gives the step of a new value;
   /// none: steps stay.

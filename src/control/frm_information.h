@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "control/frm_main.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -12,12 +13,15 @@ class FrmInformation : public Form {
   Button cmdOK{*this, "cmdOK", "OK"};
 
  protected:
-  FrmInformation(Desk& d, std::string formName, std::string formTitle)
-      : Form(d, std::move(formName), std::move(formTitle)) {
+  FrmInformation(Desk& d, FrmMain& main, std::string formName, std::string formTitle)
+      : Form(d, std::move(formName), std::move(formTitle)), main_(main) {
     cmdOK.onClick = [this] { desk.Unload(*this); };
   }
-  void OnLoad() override { desk.Hide("frmMain"); }
-  void OnUnload() override { desk.Show("frmMain"); }
+  void OnLoad() override { desk.Hide(main_); }
+  void OnUnload() override { desk.Show(main_); }
+
+ private:
+  FrmMain& main_;
 };
 
 }  // namespace merlane

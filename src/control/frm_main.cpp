@@ -1,11 +1,14 @@
 #include "control/frm_main.h"
 
+#include "forms/desk.h"
+
 namespace merlane {
 
 FrmMain::FrmMain(Desk& d) : Form(d, "frmMain", "Tolvane") {
   mnuBayesianInt.visible = mnuMLInt.visible = false;
   mnuInterruptBayes.offeredWhileBusy = true;
   mnuInterruptML.offeredWhileBusy = true;
+  desk.charge.onChange = [this] { mnuApplication.enabled = !desk.charge.ApplicationMenuRests(); };
 }
 
 bool FrmMain::OnCloseRequest() {

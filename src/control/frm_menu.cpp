@@ -30,7 +30,8 @@ FrmMenu::FrmMenu(Desk& d, const RunState& state) : Form(d, "frmMenu", "Main menu
 
   EnableAnalysis(false);
   cmdLoadAlg.enabled = false;
-  restsDuringCommands = true;
+  beginsCommands = true;
+  desk.charge.home = this;
 }
 
 void FrmMenu::OnLoad() {
@@ -38,27 +39,23 @@ void FrmMenu::OnLoad() {
     cmdLoadAlg.enabled = true;
     if (!state_.algorithm.AlgName.empty()) EnableAnalysis(true);
   }
-  // The menu can be called for while a new analysis is described, but begins nothing until that is done.
-  if (const Form* const describing = desk.Find("frmInitialize")) enabled = !describing->Loaded();
   lblVersion.text = "Version: " + std::string(Version());
   lblModelname.text = "Merlane Survivorship Model";
 }
 
-bool FrmMenu::OnCloseRequest() {
-  const Form* const main = desk.Find("frmMain");
-  const Control* const callsBack = main == nullptr ? nullptr : main->Find("mnuApplication");
-  return callsBack == nullptr || callsBack->enabled;
-}
+bool FrmMenu::OnCloseRequest() { return !desk.charge.ApplicationMenuRests(); }
 
 void FrmMenu::ApplyPattern() {
-  EnableAnalysis(!state_.flags.SimulationMode);
-  cmdEditAlg.enabled = cmdSaveAlg.enabled = cmdUserSummary.enabled = true;
+  const bool loaded = !state_.algorithm.AlgName.empty();
+  EnableAnalysis(loaded && !state_.flags.SimulationMode);
+  cmdEditAlg.enabled = cmdSaveAlg.enabled = cmdUserSummary.enabled = loaded;
   NameUserSummary();
 }
 
 void FrmMenu::ApplyPattern(Button& analysing) {
   ApplyPattern();
-  focus = state_.flags.SimulationMode ? &cmdUserSummary : &analysing;
+  Button& next = state_.flags.SimulationMode ? cmdUserSummary : analysing;
+  focus = next.enabled ? &next : &cmdLoadAlg;
 }
 
 void FrmMenu::NameUserSummary() {
@@ -71,15 +68,6 @@ void FrmMenu::EnableAnalysis(bool enable) {
   for (Button* button : {&cmdEditAlg, &cmdSaveAlg, &cmdSimplex, &cmdMarquardt, &cmdUserSummary, &cmdOneFunction,
                          &cmdCovariance, &cmdBayesian, &cmdParEstimate, &cmdRank})
     button->enabled = enable;
-}
-
-void FrmMenu::DisableAllButQuit() {
-  cmdInitialize.enabled = cmdLoadAlg.enabled = false;
-  EnableAnalysis(false);
-}
-
-void FrmMenu::CloseTheThree() {
-  for (const char* form : {"frmOneFunction", "frmSimplex", "frmMarquardt"}) desk.Unload(form);
 }
 
 }  // namespace merlane

@@ -5,15 +5,15 @@
 
 namespace merlane {
 
-/// The main menu: thirteen buttons, of which those are enabled that the run has come to. It is unloaded during long
-/// commands and loaded again behind them, so that its load is the one place that recomputes the buttons. The actions
-/// are assigned where the program is put together.
+/// The main menu, where all commands begin: thirteen buttons, of which those are enabled that the run has come to. It
+/// is unloaded during long commands and loaded again behind them, so that its load is the one place that recomputes the
+/// buttons. The actions are assigned where the program is put together.
 class FrmMenu : public Form {
  public:
   FrmMenu(Desk& d, const RunState& state);
 
   /// The buttons as they stand once algorithm data are loaded: all of them, or in a simulation those that a simulation
-  /// needs. Also names `cmdUserSummary` for what it will do.
+  /// needs. Also names `cmdUserSummary` for what it will do. Without algorithm data none that needs them.
   void ApplyPattern();
   /// The pattern, with the focus on `analysing` or, in a simulation, on `cmdUserSummary`.
   void ApplyPattern(Button& analysing);
@@ -21,9 +21,6 @@ class FrmMenu : public Form {
   void NameUserSummary();
   /// Enables or disables the ten buttons that need algorithm data.
   void EnableAnalysis(bool enable);
-  void DisableAllButQuit();
-  /// Unloads the windows of the commands that run the model: one function call and the two minimisers.
-  void CloseTheThree();
 
   Button cmdInitialize{*this, "cmdInitialize", "&Initialize model"};
   Button cmdLoadAlg{*this, "cmdLoadAlg", "&Load algorithm data"};
@@ -43,7 +40,7 @@ class FrmMenu : public Form {
 
  protected:
   void OnLoad() override;
-  /// Stays open while the application menu, which would bring it back, is disabled.
+  /// Stays open while the application menu, which would bring it back, rests.
   bool OnCloseRequest() override;
 
  private:

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "forms/desk.h"
@@ -15,6 +16,10 @@ FrmOneFunction::FrmOneFunction(Desk& d, RunState& state, Objective& objective, F
 
 double FrmOneFunction::Run() {
   desk.Show(*this);
+  bool finished = false;
+  const AtEnd close([&] {  // a window without a result would only stand in the way
+    if (!finished) desk.Unload(*this);
+  });
   main_.ShowProgress("One moment please...");
   desk.Turn();
   const double start = Timer(desk.host.clock);
@@ -24,15 +29,13 @@ double FrmOneFunction::Run() {
   rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds);
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
   main_.ShowProgress("");
+  finished = true;
   return F;
 }
 
-void FrmOneFunction::OnLoad() { state_.flags.OneFunctionOpen = true; }
-
 void FrmOneFunction::OnUnload() {
   rtbOneFunction.text.clear();
-  state_.flags.OneFunctionOpen = false;
-  desk.Show("frmMenu");
+  desk.BringBack();
 }
 
 std::string OneFunctionText(double F, const AlgorithmData& a, double seconds) {

@@ -10,7 +10,7 @@ namespace merlane {
 
 FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
     : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
-  restsDuringCommands = true;  // what follows upon it would meddle with a command that waits
+  beginsCommands = true;  // what follows upon it
   rtbOut.readOnly = false;
   cmdSaveSummary.toolTip = "Saves the (possibly edited) output appearing in the textbox below";
   cmdPlots.toolTip = "Shows plots of data and predictions, for each brood and for whole years";
@@ -32,7 +32,7 @@ void FrmSummary::Open(const std::string& text) {
 }
 
 void FrmSummary::OnUnload() {
-  desk.Show(menu_);
+  desk.BringBack();
   menu_.ApplyPattern(menu_.cmdUserSummary);
 }
 

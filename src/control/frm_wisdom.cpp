@@ -2,7 +2,8 @@
 
 namespace merlane {
 
-FrmWisdom::FrmWisdom(Desk& d) : FrmInformation(d, "frmWisdom", "Patience and wisdom lead to satisfying results") {
+FrmWisdom::FrmWisdom(Desk& d, FrmMain& main)
+    : FrmInformation(d, main, "frmWisdom", "Patience and wisdom lead to satisfying results") {
   txtWisdom.fixedPitch = false;
   txtWisdom.wraps = true;
   txtWisdom.text =

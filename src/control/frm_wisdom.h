@@ -7,7 +7,7 @@ namespace merlane {
 /// Advice on how to come to satisfying results.
 class FrmWisdom : public FrmInformation {
  public:
-  explicit FrmWisdom(Desk& d);
+  FrmWisdom(Desk& d, FrmMain& main);
   Pane txtWisdom{*this, "txtWisdom"};
 };
 

@@ -11,11 +11,12 @@ namespace merlane {
 /// The parameter vector of a model and what the minimisers need beside it: kept between runs in a .alg file.
 struct AlgorithmData {
   std::int16_t NPAR = 0;
-  Array1<double> Value;          // 1..NPAR
-  Array1<double> Step;           // 0 freezes a parameter at its value
-  Array1<std::string> Fuse;      // one or two capitals; "~~" unfused
-  Array1<std::string> ParName;   // descriptions, written by the model
-  double Tolerance = 0;          // positive: absolute test of convergence; negative: relative
+  Array1<double> Value;         // 1..NPAR
+  Array1<double> Step;          // 0 freezes a parameter at its value
+  Array1<std::string> Fuse;     // one or two capitals; "~~" unfused
+  Array1<std::string> ParName;  // descriptions, written by the model
+  // Positive: absolute test of convergence; negative: relative. 0 until data are loaded: a load that fails ends by it.
+  double Tolerance = 0;
   std::int32_t MaxCalls = 9999;  // function calls of the simplex, iterations of the Marquardt method
   std::int16_t TerminalFreq = 10;
   std::int16_t FileFreq = 0;
@@ -23,7 +24,6 @@ struct AlgorithmData {
   double StepReduction = 0.1;
   std::string AlgName;       // path of the .alg file; empty: no algorithm data in the run
   std::string AlgShortName;  // its file name without folder and last four characters
-  bool AlgLoadFailed = false;
 };
 
 /// The fused groups of the parameters, by first appearance.
@@ -43,7 +43,7 @@ struct FreeParameters {
   Array1<std::int16_t> FreeIndex;  // parameter number of each free parameter
 };
 
-/// What a likelihood profile, prior plot or posterior integration has under evaluation.
+/// What a likelihood profile or posterior integration has under evaluation.
 struct ProfileStatus {
   /// A parameter that is held at values other than its own, without a step.
   struct Pinned {
@@ -52,7 +52,6 @@ struct ProfileStatus {
   };
   bool ProfileOn = false;
   bool IntegrationOn = false;
-  bool PriorPlotOn = false;
   std::int16_t ProfileParameter = 0;  // 0 when none
   std::int16_t ProfileState = 0;      // 1 when a profile or integration has left its results
   std::optional<Pinned> pinned;       // while a profile or integration runs or shows its plots
@@ -66,21 +65,18 @@ struct RunFlags {
   bool CovarianceDone = false;      // for the present estimates
   std::int16_t CovarianceGrid = 0;  // the grid of the last covariances, 1 to 3; 0: none
   bool SimplexBuilt = false;        // the next simplex resumes from the one that stands
-  bool SimplexRunning = false;
-  bool MarquardtRunning = false;
-  bool OneCallRun = false;  // only during the run of "1 Function call"
-  bool OneFunctionOpen = false;
-  bool SimulationMode = false;     // data are simulated, not read
-  bool BootstrapMode = false;      // the model reads no form and shows no messages of the reading
-  bool ReadOriginalFile = false;   // the next reading takes the file that the user chose
-  bool ReadSimulatedFile = false;  // the next reading takes the file that a bootstrap has just written
-  bool InterruptBayes = false;     // asked for by the user; polled by a posterior integration
-  bool InterruptML = false;        // the same, polled by a likelihood profile
-  bool AbortRun = false;           // the same, polled by simulations, randomisations and bootstraps
-  std::int32_t NOBS = 0;           // data points of a sum-of-squares objective; 0: the objective is a likelihood
-  std::int32_t SampleSize = 0;     // of the information criteria; written by the model
-  double ObjectiveConstant = 0;    // 1 / c, where c times the objective is -ln[L]; 0 until a command sets it
-  double ObjectiveHint = 0;        // the constant c that the model proposes; 0: none
+  bool OneCallRun = false;          // only during the run of "1 Function call"
+  bool SimulationMode = false;      // data are simulated, not read
+  bool BootstrapMode = false;       // the model reads no form and shows no messages of the reading
+  bool ReadOriginalFile = false;    // the next reading takes the file that the user chose
+  bool ReadSimulatedFile = false;   // the next reading takes the file that a bootstrap has just written
+  bool InterruptBayes = false;      // asked for by the user; polled by a posterior integration
+  bool InterruptML = false;         // the same, polled by a likelihood profile
+  bool AbortRun = false;            // the same, polled by simulations, randomisations and bootstraps
+  std::int32_t NOBS = 0;            // data points of a sum-of-squares objective; 0: the objective is a likelihood
+  std::int32_t SampleSize = 0;      // of the information criteria; written by the model
+  double ObjectiveConstant = 0;     // 1 / c, where c times the objective is -ln[L]; 0 until a command sets it
+  double ObjectiveHint = 0;         // the constant c that the model proposes; 0: none
 };
 
 /// The run state of the framework: what every command reads and writes.

@@ -30,8 +30,7 @@ std::int16_t Setting(const ComboBox& box) { return ToInt16(LenientNumber(box.tex
 
 }  // namespace
 
-FrmInitialize::FrmInitialize(Desk& d, FrmMain& main, Form& menu)
-    : Form(d, "frmInitialize", ""), main_(main), menu_(menu) {
+FrmInitialize::FrmInitialize(Desk& d, FrmMain& main) : Form(d, "frmInitialize", ""), main_(main) {
   optRead.value = true;
   txtDataInput.readOnly = true;
   txtInitialize.fixedPitch = txtDataFormat.fixedPitch = false;
@@ -90,15 +89,13 @@ void FrmInitialize::SetToolTips() {
 }
 
 void FrmInitialize::OnLoad() {
-  menu_.enabled = false;
+  desk.charge.Take(*this, Charge::Resting::Commands);
   main_.title = fmt::format("Merlane Survival Estimation Model: Version{}", Version());
   title = fmt::format("Initialize Merlane Survival Model (Version{})", Version());
   txtInitialize.text = ModelHelp();
   txtDataFormat.text = DataFormatHelp();
   txtLimits.text = ExampleData();
 }
-
-void FrmInitialize::OnUnload() { menu_.enabled = true; }
 
 void FrmInitialize::ShowWhatApplies() {
   const bool read = optRead.value;
@@ -212,12 +209,12 @@ void FrmInitialize::Done() {
 }
 
 void FrmInitialize::Cancel() {
-  desk.Show(menu_);
+  desk.ShowBehind(*this);
   desk.Unload(*this);
 }
 
 bool FrmInitialize::OnCloseRequest() {
-  desk.Show(menu_);
+  desk.ShowBehind(*this);
   return true;
 }
 

@@ -12,8 +12,7 @@ namespace merlane {
 /// settings of the simulator, with help on the model and the format of the data.
 class FrmInitialize : public Form {
  public:
-  /// It begins from the menu, which it leaves inactive while it is open, and goes back there.
-  FrmInitialize(Desk& d, FrmMain& main, Form& menu);
+  FrmInitialize(Desk& d, FrmMain& main);
 
   /// What the user has chosen. RuntimeFailure for a number beyond the range of its setting.
   Initialisation Choices() const;
@@ -71,7 +70,6 @@ class FrmInitialize : public Form {
 
  protected:
   void OnLoad() override;
-  void OnUnload() override;
   bool OnCloseRequest() override;
 
  private:
@@ -93,7 +91,6 @@ class FrmInitialize : public Form {
   void Cancel();
 
   FrmMain& main_;
-  Form& menu_;
 };
 
 }  // namespace merlane

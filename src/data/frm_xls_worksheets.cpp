@@ -50,7 +50,7 @@ int FrmXlsWorksheets::Choose(const std::vector<Worksheet>& sheets) {
   SheetChoice_ = -1;
   focus = &lstWorksheets;
   desk.Show(*this);
-  desk.WaitUntil([this] { return !Loaded(); });
+  desk.WaitFor(*this);
   return SheetChoice_;
 }
 
@@ -68,6 +68,8 @@ void FrmXlsWorksheets::Cancel() {
   SheetChoice_ = -1;
   desk.Unload(*this);
 }
+
+void FrmXlsWorksheets::OnLoad() { desk.charge.Take(*this, Charge::Resting::Everything); }
 
 void FrmXlsWorksheets::OnUnload() { lstWorksheets.items.clear(); }
 

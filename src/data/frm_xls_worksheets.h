@@ -29,6 +29,7 @@ class FrmXlsWorksheets : public Form {
   std::optional<Converted> ConvertWorkbook(const std::string& path);
 
  protected:
+  void OnLoad() override;
   void OnUnload() override;
 
  private:

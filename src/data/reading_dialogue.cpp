@@ -13,9 +13,6 @@ bool IsWorkbook(const BroodData& data) { return LowerCase(data.DataExt) == "xls"
 
 }  // namespace
 
-ReadingDialogue::ReadingDialogue(Desk& desk, const RunFlags& flags, Form& menu, Form& initialize)
-    : desk_(desk), flags_(flags), menu_(menu), initialize_(initialize) {}
-
 bool ReadingDialogue::Read(BroodData& data) {
   data.ReadOK = false;
   std::string reason;
@@ -23,10 +20,7 @@ bool ReadingDialogue::Read(BroodData& data) {
     if (const std::optional<std::string> file = FileToRead(data)) {
       std::optional<RecordPlaces> simulatedFor;
       if (flags_.ReadSimulatedFile) simulatedFor.emplace(data);
-      ReadTextData(ReadWholeFile(*file), flags_.BootstrapMode, data, [this](const Message& m) {
-        Tell(m);
-        Activate(true, true);
-      });
+      ReadTextData(ReadWholeFile(*file), flags_.BootstrapMode, data, [this](const Message& m) { Tell(m); });
       if (simulatedFor) simulatedFor->GiveTo(data);
       data.ReadOK = true;
     }
@@ -39,10 +33,8 @@ bool ReadingDialogue::Read(BroodData& data) {
   if (!data.ReadOK) {
     ForgetVisits(data);
     TellFailure(data, reason);
-    Activate(true, true);
   } else if (!flags_.BootstrapMode) {
     Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information});
-    Activate(true, false);
   }
   return data.ReadOK;
 }
@@ -51,9 +43,7 @@ std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
   if (flags_.ReadOriginalFile && !flags_.BootstrapMode) {
     data.TextFileName = data.DataFileName;
     if (IsWorkbook(data)) {
-      Activate(false, false);
       const auto converted = convertWorkbook(data.DataFileName);
-      Activate(true, true);
       if (!converted) return std::nullopt;
       data.TextFileName = converted->TextFileName;
       data.SheetName = converted->SheetName;
@@ -71,13 +61,7 @@ void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reas
 }
 
 void ReadingDialogue::Tell(const Message& message) {
-  Activate(false, false);
   desk_.Tell(message.title, message.text, message.style, message.details);
-}
-
-void ReadingDialogue::Activate(bool menu, bool initialize) {
-  if (menu_.Loaded()) menu_.enabled = menu;
-  if (initialize_.Loaded()) initialize_.enabled = initialize;
 }
 
 }  // namespace merlane

@@ -11,12 +11,11 @@
 
 namespace merlane {
 
-/// Reads the data file of a run and tells how it went. Menu and initialisation are inactive while a message is shown or
-/// a worksheet chosen; behind a success the menu alone is active, since the initialisation is about to close.
+/// Reads the data file of a run and tells how it went.
 class ReadingDialogue {
  public:
-  /// Keeps references to all.
-  ReadingDialogue(Desk& desk, const RunFlags& flags, Form& menu, Form& initialize);
+  /// Keeps references to both.
+  ReadingDialogue(Desk& desk, const RunFlags& flags) : desk_(desk), flags_(flags) {}
 
   /// Reads the file that `data` and the run's flags name into `data`, which hold the data that a simulated file was
   /// written from: its visits take their places. False when nothing was read: then the data are
@@ -33,12 +32,9 @@ class ReadingDialogue {
   std::optional<std::string> FileToRead(BroodData& data);
   void TellFailure(const BroodData& data, const std::string& reason);
   void Tell(const Message& message);
-  void Activate(bool menu, bool initialize);
 
   Desk& desk_;
   const RunFlags& flags_;
-  Form& menu_;
-  Form& initialize_;
 };
 
 }  // namespace merlane

@@ -1,22 +1,16 @@
 #include "forms/desk.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 #include "base/at_end.h"
+#include "base/runtime_failure.h"
 #include "platform/files.h"
 
 namespace merlane {
 Form* Desk::Find(const std::string& formName) const {
   const auto found = std::ranges::find(forms_, formName, &Form::name);
   return found == forms_.end() ? nullptr : *found;
-}
-
-Form& Desk::Named(const std::string& formName) const {
-  Form* const form = Find(formName);
-  if (form == nullptr) throw std::logic_error("no form is named " + formName);
-  return *form;
 }
 
 void Desk::Load(Form& form) {
@@ -29,7 +23,6 @@ void Desk::Load(Form& form) {
     form.title = form.designTitle_;
     for (Control* control : form.controls_) control->RestoreDesign();
   }
-  form.enabled = true;
   form.loaded_ = true;
   form.OnLoad();
 }
@@ -48,11 +41,21 @@ void Desk::Unload(Form& form) {
   if (!form.loaded_) return;
   form.loaded_ = false;
   form.visible_ = false;
+  const bool wasInCharge = charge.GiveBack(form);
   host.windows.OnForm(form, FormEvent::Unloaded);
   form.OnUnload();
+  if (Form* const next = charge.WhoActs(); wasInCharge && next != nullptr && !next->Visible()) Show(*next);
 }
 
 void Desk::ToFront(Form& form) { Show(form); }
+
+void Desk::BringBack() {
+  if (Form* const acting = charge.WhoActs()) Show(*acting);
+}
+
+void Desk::ShowBehind(const Form& window) {
+  if (Form* const behind = charge.Behind(window)) Show(*behind);
+}
 
 Answer Desk::Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
   return host.windows.MsgBox({title, text, boxStyle, details});
@@ -89,7 +92,12 @@ void Desk::Turn() {
     host.windows.Turn();
   }
   EndIfRaised();
-  if (std::exchange(closeAsked_, false) && onCloseWhileBusy) onCloseWhileBusy();
+  if (!std::exchange(closeAsked_, false) || !onCloseWhileBusy) return;
+  try {
+    onCloseWhileBusy();
+  } catch (const RuntimeFailure& failure) {  // what could not be saved on the way out shall not end the calculation
+    host.windows.OnFailure(failure.what());
+  }
 }
 
 void Desk::WaitUntil(const std::function<bool()>& done) {
@@ -98,6 +106,10 @@ void Desk::WaitUntil(const std::function<bool()>& done) {
     host.windows.Wait();
     EndIfRaised();
   }
+}
+
+void Desk::WaitFor(const Form& window) {
+  WaitUntil([&] { return !window.Loaded(); });
 }
 
 void Desk::EndIfRaised() {
@@ -114,6 +126,7 @@ bool Desk::Usable(const Control& control) const {
 void Desk::Run(Form& form, const std::string& command, const std::function<void()>& handler) {
   if (!handler) return;
   const auto deeper = Meanwhile(depth_, depth_ + 1);
+  const auto running = charge.Run(form);
   const auto computing = Meanwhile(waiting_, false);
   try {
     handler();
@@ -122,7 +135,6 @@ void Desk::Run(Form& form, const std::string& command, const std::function<void(
     endRaised_ = true;
   } catch (const std::exception& failure) {
     host.windows.OnFailure(command + ": " + failure.what());
-    form.enabled = true;
     if (depth_ == 1 && onFailed) onFailed(form);
   }
   if (endRaised_ && depth_ == 1) {

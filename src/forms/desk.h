@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "forms/charge.h"
 #include "forms/controls.h"
 #include "forms/form.h"
 #include "platform/host.h"
@@ -21,22 +22,23 @@ class Desk {
   Desk& operator=(const Desk&) = delete;
 
   Host host;
+  Charge charge;
 
   const std::vector<Form*>& Forms() const { return forms_; }
   /// The form of that name; null when there is none.
   Form* Find(const std::string& formName) const;
 
-  // What forms do with forms; to show one that is in sight brings it to the front. By name where the form lives in a
-  // room further up; std::logic_error when none is named so.
+  // What forms do with forms; to show one that is in sight brings it to the front.
   void Load(Form& form);
   void Show(Form& form);
   void Hide(Form& form);
+  /// Unloads a form. If it was in charge, whoever acts now is on the screen again.
   void Unload(Form& form);
   void ToFront(Form& form);
-  void Load(const std::string& formName) { Load(Named(formName)); }
-  void Show(const std::string& formName) { Show(Named(formName)); }
-  void Hide(const std::string& formName) { Hide(Named(formName)); }
-  void Unload(const std::string& formName) { Unload(Named(formName)); }
+  /// Brings whoever acts now to the front: for a window of results that closes.
+  void BringBack();
+  /// Shows whose turn it is when this window, which is in charge, has closed.
+  void ShowBehind(const Form& window);
 
   // Questions, answered as WindowSystem says; Tell is for messages whose answer is of no account.
   Answer Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
@@ -57,6 +59,8 @@ class Desk {
   void Turn();
   /// Sleeps and lets commands run until `done`; raises EndProgram like Turn.
   void WaitUntil(const std::function<bool()>& done);
+  /// The same until a window is closed.
+  void WaitFor(const Form& window);
 
   // What people do with controls. Each returns false, and does nothing, when the control cannot be used now: its form
   // is not shown, it is disabled or hidden, or a calculation runs and does not offer it.
@@ -81,8 +85,6 @@ class Desk {
   bool Usable(const Control& control) const;
   /// True while a calculation runs that has not asked for input.
   bool Busy() const { return depth_ > 0 && !waiting_; }
-  /// True while a command runs or waits.
-  bool CommandUnderWay() const { return depth_ > 0; }
   /// Set once the program has ended.
   bool Ended() const { return ended_; }
 
@@ -95,9 +97,8 @@ class Desk {
 
  private:
   friend class Form;
-  Form& Named(const std::string& formName) const;
-  /// Runs a handler as a command of a form: a run-time failure becomes a message to the user and the form takes input
-  /// again, the end of the program is passed on.
+  /// Runs a handler as a command of a form: a run-time failure becomes a message to the user, the end of the program is
+  /// passed on.
   void Run(Form& form, const std::string& command, const std::function<void()>& handler);
   bool Use(Control& control, const std::function<void()>& action);
   void EndIfRaised();

@@ -11,9 +11,12 @@ Form::Form(Desk& d, std::string formName, std::string formTitle)
   desk.forms_.push_back(this);
 }
 
-Form::~Form() { std::erase(desk.forms_, this); }
+Form::~Form() {
+  if (desk.charge.home == this) desk.charge.home = nullptr;
+  std::erase(desk.forms_, this);
+}
 
-bool Form::TakesInput() const { return enabled && !(restsDuringCommands && desk.CommandUnderWay()); }
+bool Form::TakesInput() const { return !desk.charge.Rests(*this); }
 
 Control* Form::Find(const std::string& controlName) const {
   const auto found = std::ranges::find(controls_, controlName, &Control::name);

@@ -21,11 +21,10 @@ class Form {
   Desk& desk;
   const std::string name;
   std::string title;
-  bool enabled = true;  // an inactive form takes no input
-  /// The form begins commands that do not mix with others: it rests while one is under way, even one that waits.
-  bool restsDuringCommands = false;
+  /// The form begins commands, which do not mix with others: it rests while another is in charge or under way.
+  bool beginsCommands = false;
 
-  /// True when a person can use the form, as far as the form goes.
+  /// True when a person can use the form, as far as the form goes: who is in charge decides.
   bool TakesInput() const;
 
   bool Loaded() const { return loaded_; }

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "base/arithmetic.h"
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -65,13 +66,7 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
   cmdSaveRank.toolTip = "Saves the ranked table, and the averaging results if there are any";
   cmdFinish.toolTip = "Goes back to the main menu";
   cmdLoadAlg.onClick = [this] { LoadAlgorithm(); };
-  cmdEditAlg.onClick = [this] {
-    enabled = false;
-    editor_.OpenLocked(EditAllButLog, [this] {
-      enabled = true;
-      desk.ToFront(*this);
-    });
-  };
+  cmdEditAlg.onClick = [this] { editor_.OpenLocked(EditAllButLog); };
   cmdSaveAlg.onClick = [this] { algorithm_.Save(AlgorithmForm::Ranking); };
   cmdBayesian.onClick = [this] { OpenPriors(); };
   cmdAICc.onClick = [this] { AddModel(); };
@@ -80,13 +75,13 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
   cmdAverage.onClick = [this] { Average(); };
   cmdSaveRank.onClick = [this] { Save(); };
   cmdFinish.onClick = [this] {
-    OfferSaving();
-    desk.Unload(*this);
+    if (OfferSaving()) desk.Unload(*this);
   };
   grdRank.onDoubleClick = [this](int row, int column) { DoubleClick(row, column); };
 }
 
 void FrmRank::OnLoad() {
+  desk.charge.Take(*this, Charge::Resting::ApplicationMenu);
   ranking_ = Ranking{};
   AveragedFlag = false;
   txtCHat.fore = Colour::Green;
@@ -96,22 +91,14 @@ void FrmRank::OnLoad() {
   focus = &cmdAICc;
 }
 
-bool FrmRank::OnCloseRequest() {
-  OfferSaving();
-  return true;
-}
+bool FrmRank::OnCloseRequest() { return OfferSaving(); }
 
-void FrmRank::OfferSaving() {
+bool FrmRank::OfferSaving() {
   // Asked while the form is still open: when the file cannot be written, the table is not lost.
-  if (grdRank.At(0, OrderColumn).text == Ranked &&
-      desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) ==
-          Answer::Yes)
-    Save();
-}
-
-void FrmRank::OnUnload() {
-  main_.mnuApplication.enabled = true;
-  desk.Show("frmMenu");
+  return grdRank.At(0, OrderColumn).text != Ranked ||
+         desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) !=
+             Answer::Yes ||
+         Save();
 }
 
 void FrmRank::NameColumns() {
@@ -183,12 +170,12 @@ std::string FrmRank::Readable(const Competitor& model, const std::string& file, 
 }
 
 void FrmRank::LoadAlgorithm() {
-  if (algorithm_.LoadFile(*this)) algorithm_.ShowLoaded();
+  if (algorithm_.LoadFile()) algorithm_.ShowLoaded();
 }
 
 void FrmRank::OpenPriors() {
   ForgetAveraging();
-  priors_.Open(name);
+  priors_.Open();
 }
 
 void FrmRank::AddModel() {
@@ -248,13 +235,8 @@ void FrmRank::CountParameters(Competitor& model) const {
 
 void FrmRank::AskConstant() {
   desk.Hide(*this);
-  try {
-    EnterObjectiveConstant(desk, main_, state_);
-  } catch (const RuntimeFailure&) {
-    desk.Show(*this);
-    throw;
-  }
-  desk.Show(*this);
+  const AtEnd backAgain([this] { desk.Show(*this); });
+  EnterObjectiveConstant(desk, main_, state_);
 }
 
 void FrmRank::SetCHat() {
@@ -368,12 +350,13 @@ void FrmRank::Annotate(int position) {
   grdRank.At(position, NotesColumn).text = *reply;
 }
 
-void FrmRank::Save() {
+bool FrmRank::Save() {
   auto path = desk.AskFile({FileRequest::Kind::Save, "Save model ranking results in...",
                             "All files (*.*)|*.*|Multi-model statistics files (*.mms)|*.mms", 2,
                             ClockName(desk.host.clock) + ".mms"});
-  if (!path) return;
+  if (!path) return false;
   desk.Write(*path, MultiModelText(ranking_, AveragedFlag ? txtAverage.text : ""));
+  return true;
 }
 
 }  // namespace merlane

@@ -46,7 +46,6 @@ class FrmRank : public Form {
  protected:
   void OnLoad() override;
   bool OnCloseRequest() override;
-  void OnUnload() override;
 
  private:
   void AddModel();
@@ -62,9 +61,10 @@ class FrmRank : public Form {
   /// The covariance files of the ranked models; none when the user declines files that are not of these models, or when
   /// they cannot be averaged, which is told.
   std::optional<std::vector<CovarianceFile>> ReadCovarianceFiles();
-  void Save();
+  /// False when the user cancelled.
+  bool Save();
   /// Asks, when the table is ranked, whether to save it.
-  void OfferSaving();
+  bool OfferSaving();
   void OpenPriors();
   void LoadAlgorithm();
 

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "forms/desk.h"
 #include "minimise/marquardt_report.h"
@@ -161,6 +162,7 @@ void FrmMarquardt::PauseForDerivatives() {
   DerivativeRelease_ = false;
   cmdIteration.visible = cmdContinue.visible = true;
   cmdIteration.enabled = cmdContinue.enabled = true;
+  const AtEnd released([this] { cmdIteration.enabled = cmdContinue.enabled = false; });
   desk.WaitUntil([this] { return DerivativeRelease_; });
 }
 
@@ -249,11 +251,16 @@ void FrmMarquardt::TellMatrixFailure(int row) {
                       style::Exclamation);
 }
 
-void FrmMarquardt::OnUnload() {
+bool FrmMarquardt::OnCloseRequest() {
+  if (!cmdContinue.visible || !cmdContinue.enabled) return true;
   EndPause();
+  return false;
+}
+
+void FrmMarquardt::OnUnload() {
   rtbMarquardt.text.clear();
   ClearPanels(1, 3);
-  BringMenuBack(state_.flags.MarquardtRunning);
+  desk.BringBack();
 }
 
 }  // namespace merlane

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "forms/desk.h"
 #include "minimise/parameter_rows.h"
@@ -30,13 +31,15 @@ FrmSimplex::FrmSimplex(Desk& d, FrmMain& main, RunState& state, Objective& objec
 
 SimplexResult FrmSimplex::Minimise() {
   desk.Show(*this);
+  InterruptFlag_ = false;  // whoever pressed before meant another run
+  cmdStop.enabled = true;
+  const AtEnd over([this] { cmdStop.enabled = false; });
   rtbSimplexInitial.text.clear();
   rtbSimplex.text.clear();
   return MinimiseSimplex(state_, objective_, simplex_, *this);
 }
 
 void FrmSimplex::OnBuilding() {
-  cmdStop.enabled = true;
   cmdStop.text = StopCaption();
   SetPanel(1, "Building initial simplex...");
   SetPanel(2, "");
@@ -89,7 +92,6 @@ void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& p
   rtbSimplex.text = SimplexFinalPane(state_, simplex, progress);
   if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress));
   TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound);
-  InterruptFlag_ = false;
   ClearPanels(1, 4);
 }
 
@@ -135,7 +137,7 @@ void FrmSimplex::OnUnload() {
   rtbSimplexInitial.text.clear();
   rtbSimplex.text.clear();
   ClearPanels(1, 3);
-  BringMenuBack(state_.flags.SimplexRunning);
+  desk.BringBack();
 }
 
 }  // namespace merlane

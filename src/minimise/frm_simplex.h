@@ -14,9 +14,8 @@ class FrmSimplex : public MinimiserForm, private SimplexWatch {
 
   /// Shows the window and minimises. The caller has built the fuse groups, packed the free parameters (NFREE at least
   /// 1) and set or cleared RunFlags::SimplexBuilt: set, the run resumes from the simplex that stands. It need not
-  /// dimension anything. The menu's command also sets SimplexRunning around this, so that closing the window leaves the
-  /// menu alone; a profile sets ProfileOn and fills its ProfileRun; a bootstrap sets BootstrapMode. RuntimeFailure as
-  /// MinimiseSimplex.
+  /// dimension anything. A profile sets ProfileOn and fills its ProfileRun; a bootstrap sets BootstrapMode.
+  /// RuntimeFailure as MinimiseSimplex.
   SimplexResult Minimise();
 
   Button cmdStop{*this, "cmdStop", "&Interrupt this minimization"};

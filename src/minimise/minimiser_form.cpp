@@ -46,8 +46,4 @@ std::string MinimiserForm::StopCaption() const {
              : "&Interrupt this minimization";
 }
 
-void MinimiserForm::BringMenuBack(bool running) {
-  if (!running && !state_.profile.ProfileOn && !state_.flags.BootstrapMode) desk.Show("frmMenu");
-}
-
 }  // namespace merlane

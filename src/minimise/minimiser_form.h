@@ -11,8 +11,8 @@
 
 namespace merlane {
 
-/// What the windows of both minimisers share: status panels, the texts that depend on who drives the run, the questions
-/// of an interrupted profile, and the way back to the menu.
+/// What the windows of both minimisers share: status panels, the texts that depend on who drives the run, and the
+/// questions of an interrupted profile.
 class MinimiserForm : public Form {
  public:
   MinimiserForm(Desk& d, std::string formName, std::string formTitle, FrmMain& main, RunState& state, LogFile& log,
@@ -45,8 +45,6 @@ class MinimiserForm : public Form {
   ProfileAnswer AskProfile(const std::string& boxTitle);
   /// Caption of the button that interrupts.
   std::string StopCaption() const;
-  /// After the window has closed: the menu, unless a command (its flag `running`), a profile or a bootstrap is at work.
-  void BringMenuBack(bool running);
 
   RunState& state_;
   LogFile& log_;

@@ -37,24 +37,33 @@ FrmLoadPriors::FrmLoadPriors(Desk& d, RunState& state, FrmMain& main, Priors& pr
   cmdOpen.onClick = [this] { OpenFile(); };
   cmdSet.onClick = [this] { SetPriors(); };
   cmdUniform.onClick = [this] { SetUniform(); };
-  cmdCancel.onClick = [this] { desk.Unload(*this); };
+  cmdCancel.onClick = [this] { Close(); };
 }
 
-void FrmLoadPriors::Open(const std::string& caller) {
-  caller_ = caller;
+void FrmLoadPriors::Open() {
+  Form* const caller = desk.charge.InCharge();
   state_.flags.BayesOn = true;
   focus = priors_.AnySet() ? &cmdSet : &cmdOpen;
   desk.Show(*this);
-  desk.Hide(caller_);
+  if (caller != nullptr) desk.Hide(*caller);
 }
 
-void FrmLoadPriors::OnUnload() {
+void FrmLoadPriors::OnLoad() { desk.charge.Take(*this, Charge::Resting::Commands); }
+
+void FrmLoadPriors::SettleBayes() {
   state_.flags.BayesOn = priors_.AnySet();
   commands_.ShowWhetherInForce();
-  BringCallerBack();
 }
 
-void FrmLoadPriors::BringCallerBack() { desk.Show(caller_); }
+bool FrmLoadPriors::OnCloseRequest() {
+  SettleBayes();
+  return true;
+}
+
+void FrmLoadPriors::Close() {
+  SettleBayes();
+  desk.Unload(*this);
+}
 
 void FrmLoadPriors::OpenFile() {
   const auto path =
@@ -62,7 +71,7 @@ void FrmLoadPriors::OpenFile() {
                     "All files (*.*)|*.*|Bayesian priors files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
   if (!path) return;
   // The chooser closes before anything is read: whether priors count is settled by those that stood until now.
-  desk.Unload(*this);
+  Close();
   PriorsReading reading = ReadPriorsText(ReadWholeFile(*path), state_.algorithm.NPAR);
   state_.flags.PriorFileName = *path;
   if (reading.count != state_.algorithm.NPAR) {
@@ -78,9 +87,9 @@ void FrmLoadPriors::OpenFile() {
   }
   priors_ = std::move(reading.priors);
   commands_.ShowWhetherInForce();
-  desk.Hide(caller_);
+  if (Form* const caller = desk.charge.InCharge()) desk.Hide(*caller);
   desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);
-  editor_.Open(caller_);
+  editor_.Open();
   commands_.ShowName();
 }
 
@@ -91,7 +100,8 @@ void FrmLoadPriors::SetPriors() {
     SetUniform();
     return;
   }
-  editor_.Open(caller_);
+  editor_.Open();
+  desk.Unload(*this);  // the editor has taken its place
   if (!first) return;
   commands_.NameByClock();
   commands_.ShowName();
@@ -105,7 +115,7 @@ void FrmLoadPriors::SetUniform() {
   commands_.ShowWhetherInForce();
   desk.Tell("Default prior probabilities", "Prior probabilities have been set to default (uniform-unbounded) values",
             style::Information);
-  BringCallerBack();
+  desk.Unload(*this);
 }
 
 }  // namespace merlane

@@ -16,25 +16,27 @@ class FrmLoadPriors : public Form {
   Button cmdUniform{*this, "cmdUniform", "Set &uniform-unbounded prior distributions"};
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
-  /// Shows the chooser for the form of that name, which comes back when the priors are done. Showing it switches the
-  /// priors on until it closes.
-  void Open(const std::string& caller);
+  /// Shows the chooser instead of the form that is in charge, which comes back when the priors are done. Showing it
+  /// switches the priors on until it closes.
+  void Open();
 
  protected:
-  void OnUnload() override;
+  void OnLoad() override;
+  bool OnCloseRequest() override;
 
  private:
   void OpenFile();
   void SetPriors();
   void SetUniform();
-  void BringCallerBack();
+  /// Whether priors count, now that the chooser closes.
+  void SettleBayes();
+  void Close();
 
   RunState& state_;
   FrmMain& main_;
   Priors& priors_;
   PriorsCommands& commands_;
   FrmSetPriors& editor_;
-  std::string caller_;
 };
 
 }  // namespace merlane

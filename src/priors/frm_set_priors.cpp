@@ -64,7 +64,7 @@ FrmSetPriors::FrmSetPriors(Desk& d, RunState& state, Objective& objective, FrmMa
   grdPriors.headingRows = HeaderRows;
   grdPriors.selectsRows = true;
   grdPriors.onClick = [this](int row, int) { Select(row); };
-  mnuMenu.onClick = [this] { desk.Show(caller_); };
+  mnuMenu.onClick = [this] { desk.ShowBehind(*this); };
   mnuExit.onClick = [this] { quit(); };
   mnuU.onClick = [this] { SetUniform(); };
   mnuT.onClick = [this] { SetBounded(); };
@@ -81,8 +81,7 @@ FrmSetPriors::FrmSetPriors(Desk& d, RunState& state, Objective& objective, FrmMa
   mnuFinished.onClick = [this] { desk.Unload(*this); };
 }
 
-void FrmSetPriors::Open(const std::string& caller) {
-  caller_ = caller;
+void FrmSetPriors::Open() {
   desk.Load(*this);
   Fill();
   focus = &grdPriors;
@@ -107,13 +106,14 @@ void FrmSetPriors::Fill() {
   Select(HeaderRows);
 }
 
+void FrmSetPriors::OnLoad() { desk.charge.Take(*this, Charge::Resting::Commands); }
+
 void FrmSetPriors::OnUnload() {
   main_.ShowProgress("");
   commands_.ShowWhetherInForce();
   desk.Tell("Just so you know", "Bayesian priors data, if changed, have been updated", style::Information);
   if (!priors_.AnySet()) {
     state_.flags.BayesOn = false;
-    desk.Show(caller_);
     return;
   }
   if (desk.Ask("Save Bayesian priors", "Save Bayesian priors now?", style::YesNoQuestion) == Answer::Yes)
@@ -130,14 +130,13 @@ void FrmSetPriors::OnUnload() {
     SetObjectiveConstant(desk, main_, state_, objective_.Call(vector, 1));
   }
   main_.ShowProgress("");
-  desk.Show(caller_);
 }
 
 void FrmSetPriors::SaveOrStayOpen() {
   try {
     commands_.SavePriors();
   } catch (const RuntimeFailure&) {
-    Open(caller_);  // closed without the constant, the priors would count for nothing
+    Open();  // closed without the constant, the priors would count for nothing
     throw;
   }
 }

@@ -38,8 +38,8 @@ class FrmSetPriors : public Form {
   MenuEntry mnuFinished{*this, "mnuFinished", "&Finished"};
   Grid grdPriors{*this, "grdPriors"};
 
-  /// Shows the editor; the form of that name comes back when it closes.
-  void Open(const std::string& caller);
+  /// Shows the editor, which is in charge until it closes.
+  void Open();
 
   /// The quit dialogue, and the profile of the priors, which proposes this parameter; assigned where the program is put
   /// together.
@@ -47,6 +47,7 @@ class FrmSetPriors : public Form {
   std::function<void(std::int16_t selected)> profile;
 
  protected:
+  void OnLoad() override;
   void OnUnload() override;
 
  private:
@@ -85,7 +86,6 @@ class FrmSetPriors : public Form {
   FrmMain& main_;
   Priors& priors_;
   PriorsCommands& commands_;
-  std::string caller_;
   int painted_ = 0;  // the parameter whose row shows that it is selected or was just edited
 };
 

@@ -12,15 +12,16 @@ void PriorsCommands::NameByClock() {
   if (name.empty()) name = ClockName(desk_.host.clock) + ".pri";
 }
 
-void PriorsCommands::SavePriors() {
+bool PriorsCommands::SavePriors() {
   NameByClock();
   const auto path =
       desk_.AskFile({FileRequest::Kind::Save, "Save Bayesian priors file in...",
                      "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
-  if (!path) return;
+  if (!path) return false;
   state_.flags.PriorFileName = *path;
   desk_.Write(*path, PriorsFileText(priors_));
   ShowName();
+  return true;
 }
 
 void PriorsCommands::ShowName() {

@@ -13,8 +13,8 @@ class PriorsCommands {
   PriorsCommands(Desk& desk, RunState& state, FrmMain& main, Priors& priors)
       : desk_(desk), state_(state), main_(main), priors_(priors) {}
 
-  /// Asks for a file and writes the priors; a cancelled question writes nothing.
-  void SavePriors();
+  /// Asks for a file and writes the priors. False when the user cancelled: nothing is written.
+  bool SavePriors();
   /// A file that has no name yet gets one from the clock.
   void NameByClock();
   /// Shows the bare name of the file, without folder and last four characters, in the main window.

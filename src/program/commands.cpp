@@ -1,39 +1,44 @@
 #include <algorithm>
 #include <functional>
 
-#include "base/runtime_failure.h"
+#include "base/at_end.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
 #include "program/program.h"
 
 namespace merlane {
 
-void Program::EditAlg() {
-  frmMenu.CloseTheThree();
-  frmAlgo.OpenFromMenu();
-  frmMenu.ApplyPattern(frmMenu.cmdOneFunction);
-  frmMenu.enabled = false;  // until the editor closes
+void Program::LoadAlg() {
+  CloseTheThree();
+  algorithmCommands.LoadAlg();
 }
 
-void Program::SaveAlg() {
-  algorithmCommands.Save_Alg();
-  frmMenu.CloseTheThree();
+void Program::EditAlg() {
+  CloseTheThree();
+  frmAlgo.OpenFromMenu();
   frmMenu.ApplyPattern(frmMenu.cmdOneFunction);
+}
+
+bool Program::SaveAlg() {
+  const bool saved = algorithmCommands.Save_Alg();
+  CloseTheThree();
+  frmMenu.ApplyPattern(frmMenu.cmdOneFunction);
+  return saved;
 }
 
 void Program::OneFunction() {
-  frmMenu.CloseTheThree();
-  BeginLongCommand();
+  CloseTheThree();
+  const auto command = LongCommand();
   BuildFuseGroups(state);
   PackFree(state);
-  state.flags.OneCallRun = true;
+  const auto oneCall = Meanwhile(state.flags.OneCallRun, true);
   fit.objective = frmOneFunction.Run();
-  state.flags.OneCallRun = false;
-  EndLongCommand();
 }
 
 void Program::Simplex() {
-  if (!BeginMinimiser(state.flags.SimplexRunning)) return;
+  if (!OneFunctionWasCalled()) return;
+  CloseTheThree();
+  const auto command = LongCommand();
   BuildFuseGroups(state);
   PackFree(state);
   if (state.free.NFREE == 0) {
@@ -44,14 +49,15 @@ void Program::Simplex() {
   const SimplexResult result = frmSimplex.Minimise();
   fit = {"simplex", EndingText(result.ending), result.F, result.calls, result.Iterations, result.Restarts};
   desk.Show(frmMenu);
-  EndLongCommand();
-  state.flags.SimplexRunning = false;
 }
 
 void Program::Marquardt() {
-  if (!BeginMinimiser(state.flags.MarquardtRunning)) return;
+  if (!OneFunctionWasCalled()) return;
+  CloseTheThree();
+  const auto command = LongCommand();
   if (frmMarquardt.ChooseDerivatives() == DerivativeMode::Cancelled) {
     desk.Unload(frmMarquardt);
+    desk.charge.KeepApplicationMenuShut();
     desk.Show(frmMenu);
     return;
   }
@@ -63,48 +69,44 @@ void Program::Marquardt() {
     return;
   }
   ForgetCovariances();
-  const std::int16_t terminalFreq = state.algorithm.TerminalFreq;
+  const auto ownFrequency =
+      Meanwhile(state.algorithm.TerminalFreq, state.algorithm.TerminalFreq);  // the run may change it
   const MarquardtResult result = frmMarquardt.Minimise();
   fit = {"marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
   state.flags.SimplexBuilt = false;
-  state.algorithm.TerminalFreq = terminalFreq;  // the run may change it
   desk.Show(frmMenu);
-  EndLongCommand();
-  state.flags.MarquardtRunning = false;
 }
 
 void Program::Covariance() {
-  frmMenu.CloseTheThree();
-  desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
+  CloseTheThree();
+  const auto command = LongCommand();
   if (state.flags.CovarianceDone && desk.Ask("Covariance", "View the last set of calculated covariance results?",
                                              style::YesNoQuestion) == Answer::Yes) {
     frmCovDisplay.OpenAgain();
     return;
   }
-  if (covarianceDialogue.CalculateCovariances()) state.flags.CovarianceDone = true;
-  EndLongCommand();
+  if (covarianceDialogue.CalculateCovariances())
+    state.flags.CovarianceDone = true;
+  else
+    desk.Show(frmMenu);
 }
 
 void Program::Bayesian() {
-  frmMenu.CloseTheThree();
-  frmLoadPriors.Open(frmMenu.name);
+  CloseTheThree();
+  frmLoadPriors.Open();
 }
 
 void Program::ParEstimate() {
-  frmMenu.CloseTheThree();
+  CloseTheThree();
   desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
-  state.profile.PriorPlotOn = false;
   desk.Show(frmParEvals);
 }
 
 void Program::UserSummary() {
   Array1<double>& Value = state.algorithm.Value;
   const bool allZero = std::ranges::all_of(Value, [](double value) { return value == 0; });
-  frmMenu.CloseTheThree();
-  desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
+  CloseTheThree();
+  const auto command = LongCommand();
   if (!allZero) {
     frmMain.ShowProgress("One moment please while one function call is executed...");
     ApplyFuses(Value, state);
@@ -113,48 +115,31 @@ void Program::UserSummary() {
   }
   ApplyFuses(Value, state);
   SummaryValue_ = objective.Call(Value, -1, SummaryValue_);
-  EndLongCommand();
 }
 
 void Program::Rank() {
   desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
   desk.Show(frmRank);
-  frmRank.enabled = true;  // also when the editor that it waited for was taken over by another command
 }
 
 void Program::FollowSummary(const std::function<void()>& command) {
   if (!reportedFit.Holds()) return;
-  desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
-  try {
-    command();
-  } catch (const RuntimeFailure&) {
-    EndLongCommand();
-    throw;
-  }
-  EndLongCommand();
+  const auto following = LongCommand();
+  command();
 }
 
-void Program::BeginLongCommand() {
-  frmMenu.DisableAllButQuit();
-  desk.Unload(frmMenu);
-  frmMain.mnuApplication.enabled = false;
+void Program::CloseTheThree() {
+  desk.Unload(frmOneFunction);
+  desk.Unload(frmSimplex);
+  desk.Unload(frmMarquardt);
 }
 
-void Program::EndLongCommand() { frmMain.mnuApplication.enabled = true; }
-
-bool Program::BeginMinimiser(bool& running) {
-  if (desk.Ask("Just checking", "Have you run '1 Function Call' as required?", style::YesNoQuestion) != Answer::Yes)
-    return false;
-  running = true;
-  frmMenu.CloseTheThree();
-  BeginLongCommand();
-  return true;
+bool Program::OneFunctionWasCalled() {
+  return desk.Ask("Just checking", "Have you run '1 Function Call' as required?", style::YesNoQuestion) == Answer::Yes;
 }
 
 void Program::TellNothingToDo() {
-  // The running flag stays set and the application menu disabled: the next command that ends enables it again.
+  desk.charge.KeepApplicationMenuShut();  // the next command that ends opens it again
   desk.Show(frmMenu);
   merlane::TellNothingToDo(desk);
 }

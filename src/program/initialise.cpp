@@ -1,5 +1,3 @@
-#include <initializer_list>
-
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "program/program.h"
@@ -13,7 +11,7 @@ void Program::Initialize() {
                                    "Algorithm data will be lost during this initialization.",
                                    style::YesNoCancelExclamation);
     if (answer == Answer::Cancel) return;
-    if (answer == Answer::Yes) SaveAlg();
+    if (answer == Answer::Yes && !SaveAlg()) return;
     state.algorithm.AlgName.clear();
     frmMenu.cmdLoadAlg.enabled = true;
     frmMenu.EnableAnalysis(false);
@@ -28,9 +26,7 @@ void Program::Initialize() {
 
 void Program::BeginRun() {
   RunFlags& flags = state.flags;
-  CloseEditors();
   desk.Load(frmMenu);  // so that what is written to its buttons stays when it is shown
-  frmMenu.enabled = true;
   frmSummary.ForgetResults();
   ReadData();
 
@@ -55,11 +51,8 @@ void Program::BeginRun() {
   desk.Unload(frmInitialize);
 }
 
-void Program::CloseEditors() {
-  for (Form* const editor : std::initializer_list<Form*>{&frmAlgo, &frmSetPriors, &frmLoadPriors}) desk.Unload(*editor);
-}
-
 void Program::ReadData() {
+  frmMain.ShowProgress("");  // why there were no data before
   try {
     ApplyFuses(state.algorithm.Value, state);
     SummaryValue_ = objective.Call(state.algorithm.Value, 0, SummaryValue_);
@@ -76,8 +69,7 @@ void Program::DimensionRun() {
   AlgorithmData& a = state.algorithm;
   a.Value.Dimension(a.NPAR);
   a.Step.Dimension(a.NPAR);
-  // Not a valid fuse: the load or default that must follow replaces it.
-  a.Fuse.Dimension(a.NPAR, "~");
+  a.Fuse.Dimension(a.NPAR, Unfused);
   state.free.FreeValue.Dimension(a.NPAR);
   state.free.FreeStep.Dimension(a.NPAR);
   state.free.FreeIndex.Dimension(a.NPAR);

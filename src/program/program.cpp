@@ -8,11 +8,11 @@ Program::Program(const Host& host)
       objective(state, [this](ModelCall& call) { model(call); }),
       frmMain(desk),
       frmMenu(desk, state),
-      frmInitialize(desk, frmMain, frmMenu),
+      frmInitialize(desk, frmMain),
       frmXLSworksheets(desk),
-      readingDialogue(desk, state.flags, frmMenu, frmInitialize),
+      readingDialogue(desk, state.flags),
       algorithmCommands(desk, state, frmMain, frmMenu, [this] { return model.data.DataBaseName; }),
-      frmAlgo(desk, state, log, frmMain, frmMenu),
+      frmAlgo(desk, state, log, frmMain),
       frmEditVS(desk, state, frmAlgo),
       frmOneFunction(desk, state, objective, frmMain),
       frmSummary(desk, state, frmMenu),
@@ -20,12 +20,11 @@ Program::Program(const Host& host)
       resultsCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       frmXYPlot(desk),
-      detailPlots(desk, model, frmSummary, frmXYPlot),
+      detailPlots(desk, model, frmXYPlot),
       reportedFit(desk, state, model),
-      frmHelp(desk),
-      frmDefaults(desk),
-      frmWisdom(desk),
-      frmCredits(desk),
+      frmDefaults(desk, frmMain),
+      frmWisdom(desk, frmMain),
+      frmCredits(desk, frmMain),
       priorsCommands(desk, state, frmMain, priors),
       frmSetPriors(desk, state, objective, frmMain, priors, priorsCommands),
       frmLoadPriors(desk, state, frmMain, priors, priorsCommands, frmSetPriors),
@@ -39,8 +38,8 @@ Program::Program(const Host& host)
       covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
       frmDistPlot(desk),
       frmBivarPlot(desk),
-      evaluationParts{desk, state, objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot},
-      frmParEvals(desk, frmMain),
+      frmParEvals(desk),
+      evaluationParts{desk, state, objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot, frmParEvals},
       frmMaxLike(desk, FrmDistributionTable::MaxLike),
       frmBayesian(desk, FrmDistributionTable::Bayesian),
       frmPriorDists(desk, FrmDistributionTable::PriorDists),
@@ -65,7 +64,7 @@ void Program::Start() {
 
 void Program::WireMenu() {
   frmMenu.cmdInitialize.onClick = [this] { Initialize(); };
-  frmMenu.cmdLoadAlg.onClick = [this] { algorithmCommands.LoadAlg(); };
+  frmMenu.cmdLoadAlg.onClick = [this] { LoadAlg(); };
   frmMenu.cmdEditAlg.onClick = [this] { EditAlg(); };
   frmMenu.cmdSaveAlg.onClick = [this] { SaveAlg(); };
   frmMenu.cmdOneFunction.onClick = [this] { OneFunction(); };
@@ -108,7 +107,9 @@ void Program::WireForms() {
     resultsCommand.WriteResults(call);
     reportedFit.Keep();
   };
-  model.simulate = [this](ModelCall& call) { simulationCommand.Simulate(call); };
+  model.simulate = [this](ModelCall& call) {
+    if (!simulationCommand.Simulate(call)) desk.Show(frmMenu);
+  };
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
@@ -117,14 +118,9 @@ void Program::WireForms() {
 
 void Program::Recover(const Form& failed) {
   for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
-  // A window that is still open leads back to the menu itself, as does the ranking behind the chooser of priors.
-  if ((failed.Visible() && &failed != &frmMenu) || frmRank.Visible()) return;
-  RunFlags& flags = state.flags;
-  flags.SimplexRunning = flags.MarquardtRunning = flags.OneCallRun = flags.BootstrapMode = false;
-  state.profile.ProfileOn = state.profile.IntegrationOn = state.profile.PriorPlotOn = false;
   desk.Unload(frmAbort);
-  frmMain.mnuApplication.enabled = true;
-  desk.Show(frmMenu);
+  // A window that is still open can be gone on with, and leads back itself.
+  if (!failed.Visible() || &failed == &frmMenu) desk.BringBack();
 }
 
 }  // namespace merlane

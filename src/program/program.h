@@ -11,7 +11,6 @@
 #include "control/frm_credits.h"
 #include "control/frm_defaults.h"
 #include "control/frm_edit_vs.h"
-#include "control/frm_help.h"
 #include "control/frm_main.h"
 #include "control/frm_menu.h"
 #include "control/frm_one_function.h"
@@ -87,7 +86,6 @@ class Program {
   FrmXyPlot frmXYPlot;
   DetailPlots detailPlots;
   ReportedFit reportedFit;
-  FrmHelp frmHelp;
   FrmDefaults frmDefaults;
   FrmWisdom frmWisdom;
   FrmCredits frmCredits;
@@ -113,8 +111,8 @@ class Program {
   FrmDistPlot frmDistPlot;
   FrmBivarPlot frmBivarPlot;
   Evaluation evaluation;
-  EvaluationParts evaluationParts;
   FrmParEvals frmParEvals;
+  EvaluationParts evaluationParts;
   FrmDistributionTable frmMaxLike;
   FrmDistributionTable frmBayesian;
   FrmDistributionTable frmPriorDists;
@@ -131,8 +129,10 @@ class Program {
 
   // The buttons of the main menu.
   void Initialize();
+  void LoadAlg();
   void EditAlg();
-  void SaveAlg();
+  /// False when the user cancelled.
+  bool SaveAlg();
   void OneFunction();
   void Simplex();
   void Marquardt();
@@ -143,24 +143,28 @@ class Program {
   void Rank();
   /// Runs what follows upon a results summary, without the menu; not behind a change of the fit that it reports.
   void FollowSummary(const std::function<void()>& command);
-  /// Asks whether to quit and what to save; on Yes it ends the program, otherwise it returns. The editor of the priors
-  /// asks for these in its own words.
+  /// Asks whether to quit and what to save. Ends the program, unless the answer is No or a file to be saved is not
+  /// chosen. The editor of the priors asks for these in its own words.
   void Quit(const std::string& priorsTitle = "What about Bayesian priors?",
             const std::string& priorsText = "Save Bayesian priors?");
+  /// Saves the algorithm data as they are the user's own. False when the user cancelled.
+  bool SaveUsersAlgorithmData();
 
   /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
   void BeginRun();
-  /// Closes the windows in which the parameters of the run before can be edited; what they ask is asked.
-  void CloseEditors();
   void ReadData();
   /// Gives everything that is kept for each parameter the size of the model; values and steps are 0, priors unset.
   void DimensionRun();
 
-  /// The menu goes and the application menu is disabled until the command has ended.
-  void BeginLongCommand();
-  void EndLongCommand();
-  /// Asks for the go-ahead that both minimisers want; on Yes the command has begun and `running` is set.
-  bool BeginMinimiser(bool& running);
+  /// Unloads the windows of the commands that run the model: one function call and the two minimisers.
+  void CloseTheThree();
+  /// The menu goes, and a long command runs as long as what is returned lives.
+  [[nodiscard]] auto LongCommand() {
+    desk.Unload(frmMenu);
+    return desk.charge.LongCommand();
+  }
+  /// Asks for the go-ahead that both minimisers want.
+  bool OneFunctionWasCalled();
   void TellNothingToDo();
   void ForgetCovariances();
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.

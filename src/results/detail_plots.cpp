@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "base/at_end.h"
 #include "results/detail_series.h"
 
 namespace merlane {
@@ -14,11 +13,7 @@ constexpr const char* Title = "Data and prediction plots";
 
 }  // namespace
 
-DetailPlots::DetailPlots(Desk& desk, const MerlaneModel& model, FrmSummary& summary, FrmXyPlot& plot)
-    : desk_(desk), model_(model), summary_(summary), plot_(plot) {}
-
 void DetailPlots::Offer() {
-  const auto inactive = Meanwhile(summary_.enabled, false);
   if (Wanted("Do you want to see detailed data plots for each brood?")) OfferBroods();
   if (Wanted("Do you want to see annual summary plots for all broods?")) OfferYears();
 }
@@ -29,7 +24,7 @@ bool DetailPlots::Wanted(const std::string& question) {
 
 bool DetailPlots::ShowPage(PlotTable page) {
   plot_.ShowXYPlot(std::move(page));
-  desk_.WaitUntil([this] { return !plot_.Loaded(); });
+  desk_.WaitFor(plot_);
   return plot_.PlotGoOn;
 }
 

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "control/frm_summary.h"
 #include "forms/desk.h"
 #include "model/merlane_model.h"
 #include "plots/frm_xy_plot.h"
@@ -13,7 +12,7 @@ namespace merlane {
 /// together. While a page is open the summary can be read but not used.
 class DetailPlots {
  public:
-  DetailPlots(Desk& desk, const MerlaneModel& model, FrmSummary& summary, FrmXyPlot& plot);
+  DetailPlots(Desk& desk, const MerlaneModel& model, FrmXyPlot& plot) : desk_(desk), model_(model), plot_(plot) {}
 
   void Offer();
 
@@ -26,7 +25,6 @@ class DetailPlots {
 
   Desk& desk_;
   const MerlaneModel& model_;
-  FrmSummary& summary_;
   FrmXyPlot& plot_;
 };
 

@@ -23,7 +23,7 @@ bool NothingPredicted(const BroodData& data, const Simulation& simulation) {
 
 }  // namespace
 
-void SimulationCommand::Simulate(ModelCall& call) {
+bool SimulationCommand::Simulate(ModelCall& call) {
   state_.flags.AbortRun = false;
   abort_.Open("Abort randomizations?");
   if (AllZero(call.X)) {
@@ -40,7 +40,7 @@ void SimulationCommand::Simulate(ModelCall& call) {
   desk_.Unload(abort_);
   TellOfDeficiencies();
   if (!state_.flags.AbortRun) WriteSimulatedData();
-  if (state_.flags.AbortRun) desk_.Show("frmMenu");
+  return !state_.flags.AbortRun;
 }
 
 void SimulationCommand::TellOfDeficiencies() {

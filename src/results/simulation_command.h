@@ -10,8 +10,8 @@ class SimulationCommand : SummaryCommand {
  public:
   using SummaryCommand::SummaryCommand;
 
-  /// The model's answer to the request to simulate. When it is aborted there is no text, and the menu comes back.
-  void Simulate(ModelCall& call);
+  /// The model's answer to the request to simulate. False when it was aborted: there is no text.
+  bool Simulate(ModelCall& call);
 
  private:
   void TellOfDeficiencies();

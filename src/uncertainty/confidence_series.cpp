@@ -68,6 +68,7 @@ void EvaluatedPoints::Add(int point, double x, double f) {
   const double best = IMin == 0 ? 1E+100 : ProfileF(IMin);
   ProfileX(point) = x;
   ProfileF(point) = f;
+  all.push_back({x, f});
   if (f < best) IMin = point;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "base/array1.h"
 
 namespace merlane {
@@ -12,7 +14,11 @@ struct EvaluatedPoints {
   Array1<double> ProfileX;  // value of the parameter
   Array1<double> ProfileF;  // -ln[L] there
   double H = 0;             // distance of the points, as long as they ascend
-  int IMin = 0;             // the first point of the lowest -ln[L]; 0 or beyond the points when that one is not kept
+  struct Point {
+    double x, f;
+  };
+  std::vector<Point> all;  // that were evaluated, in their order, kept or not
+  int IMin = 0;            // the first point of the lowest -ln[L]; 0 or beyond the points when that one is not kept
 
   int Count() const { return ProfileX.Size(); }
   double ModeValue() const { return ProfileX(IMin); }

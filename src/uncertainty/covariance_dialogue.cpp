@@ -116,10 +116,7 @@ class Progress : public CovarianceWatch {
 bool CovarianceDialogue::CalculateCovariances() {
   if (NothingIsFree(state_.algorithm)) return RefuseNothing();
   const std::optional<CovarianceOptions> options = AskOptions();
-  if (!options) {
-    desk_.Show("frmMenu");
-    return false;
-  }
+  if (!options) return false;
   if (NothingIsFree(state_.algorithm)) return RefuseNothing();
   const bool analytical = options->mode == CovarianceMode::Analytical;
   data_.OpenForCalculation();
@@ -128,7 +125,6 @@ bool CovarianceDialogue::CalculateCovariances() {
   Covariances calculated = PrepareCovariances(*options, state_, objective_);
   if (!SetObjectiveConstant(desk_, main_, state_, calculated.CovF0)) {
     desk_.Unload(data_);
-    desk_.Show("frmMenu");
     return false;
   }
   const bool optimistic = AskOptimistic();
@@ -142,7 +138,6 @@ bool CovarianceDialogue::CalculateCovariances() {
 }
 
 bool CovarianceDialogue::RefuseNothing() {
-  desk_.Show("frmMenu");
   TellNothingToDo(desk_);
   return false;
 }
@@ -162,7 +157,7 @@ std::optional<CovarianceOptions> CovarianceDialogue::AskOptions() {
 bool CovarianceDialogue::EditSteps() {
   if (desk_.Ask(Title, NumericalNotice, style::OkCancelInformation) == Answer::Cancel) return false;
   algo_.OpenLocked(EditValuesAndSteps);
-  desk_.WaitUntil([this] { return algo_.EditClosed; });
+  desk_.WaitFor(algo_);
   return true;
 }
 

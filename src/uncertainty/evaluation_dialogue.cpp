@@ -28,12 +28,18 @@ double StepAcross(double standardError, const EvaluationSetup& setup) {
 
 void EvaluationDialogue::Evaluate(bool& on) {
   edited_ = false;
-  {
+  try {
     const auto flag = Meanwhile(on, true);
     Converse();
+  } catch (const std::exception&) {
+    End();
+    throw;
   }
-  p_.desk.Unload("frmParEvals");  // which brings the menu back, unless both were closed on the way
-  if (const Form* const menu = p_.desk.Find("frmMenu"); menu != nullptr && !menu->Visible()) p_.desk.Show("frmMenu");
+  End();
+}
+
+void EvaluationDialogue::End() {
+  p_.desk.Unload(p_.choice);  // which brings the menu back
   for (int panel = 1; panel <= p_.main.stbMain5.Panels(); ++panel) SetPanel(panel, "");
   if (edited_)
     p_.desk.Tell("A friendly reminder", "Your algorithm file may have been automatically edited", style::Exclamation);
@@ -104,7 +110,7 @@ bool EvaluationDialogue::AskSteps(const EvaluationSetup& setup) {
 void EvaluationDialogue::EditSteps() {
   edited_ = true;
   p_.algo.OpenLocked(EditValuesAndSteps);
-  p_.desk.WaitUntil([this] { return p_.algo.EditClosed; });
+  p_.desk.WaitFor(p_.algo);
 }
 
 void EvaluationDialogue::OfferOneSide(PinnedParameter& pinned, const EvaluationSetup& setup) const {
@@ -148,7 +154,7 @@ void EvaluationDialogue::ShowLast() {
   const auto source = kind_ == EvaluationKind::Profile ? DistributionSeries::Source::LikelihoodProfile
                                                        : DistributionSeries::Source::Posterior;
   p_.distPlot.ShowDistPlot(ForPlots(source, shown.ProfileParameter, *shown.series));
-  p_.desk.WaitUntil([this] { return !p_.distPlot.Loaded(); });
+  p_.desk.WaitFor(p_.distPlot);
   ShowMore(shown);
   table_.Open(Table(*shown.series));
 }

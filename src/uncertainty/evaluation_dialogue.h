@@ -14,6 +14,7 @@
 #include "uncertainty/confidence_series.h"
 #include "uncertainty/covariance.h"
 #include "uncertainty/frm_distribution_table.h"
+#include "uncertainty/frm_par_evals.h"
 #include "uncertainty/pinned_parameter.h"
 
 namespace merlane {
@@ -40,6 +41,7 @@ struct EvaluationParts {
   FrmMain& main;
   FrmAlgo& algo;
   FrmDistPlot& distPlot;
+  FrmParEvals& choice;
 };
 
 /// What an evaluation of a parameter has been told to do.
@@ -101,6 +103,8 @@ class EvaluationDialogue {
 
  private:
   void Converse();
+  /// Closes the choice of evaluations, clears the status and reminds of what may have been edited.
+  void End();
   /// True for a posterior while no parameter is free; a profile may be given its step on the way.
   bool NothingToEvaluate() const;
   bool HasEarlierResults() const;

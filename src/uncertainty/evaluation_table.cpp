@@ -50,6 +50,14 @@ std::string LikelihoodProfileTable(const ConfidenceSeries& series) {
   return RegionTable("Maximum-likelihood confidence distribution data", series);
 }
 
+std::string ProfilePointsTable(const EvaluatedPoints& points) {
+  std::string text = "Points of a likelihood profile that was interrupted\n\n  Point       Value         -ln[L]\n\n";
+  int point = 0;
+  for (const auto& [x, f] : points.all)
+    text += RightSet(Format(++point, "##0"), 5) + "    " + Number(x) + Number(f) + "\n";
+  return text;
+}
+
 std::string PosteriorTable(const ConfidenceSeries& series) {
   return RegionTable("Bayesian posterior distribution data", series);
 }

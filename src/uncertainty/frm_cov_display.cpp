@@ -43,6 +43,7 @@ void FrmCovDisplay::OpenCalculated() { Open("Calculation completed. Do you wish 
 
 void FrmCovDisplay::OpenAgain() {
   Open("Do you wish to:");
+  desk.charge.Take(*this, Charge::Resting::ApplicationMenu);
   desk.ToFront(*this);
 }
 
@@ -77,8 +78,7 @@ void FrmCovDisplay::SaveAs() {
 
 void FrmCovDisplay::OnUnload() {
   desk.Unload(data_);
-  desk.Show("frmMenu");
-  main_.mnuApplication.enabled = true;  // the command that opened the display to view it again has left it disabled
+  desk.BringBack();
   main_.stbMain5.Set(1, "");
 }
 

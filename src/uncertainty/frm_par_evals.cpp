@@ -2,11 +2,10 @@
 
 namespace merlane {
 
-FrmParEvals::FrmParEvals(Desk& d, FrmMain& main) : Form(d, "frmParEvals", "Evaluation of estimates"), main_(main) {
+FrmParEvals::FrmParEvals(Desk& d) : Form(d, "frmParEvals", "Evaluation of estimates") {
   cmdML.onClick = [this] { Evaluate(evaluateProfile); };
   cmdBP.onClick = [this] { Evaluate(evaluatePosterior); };
   cmdCancel.onClick = [this] { desk.Unload(*this); };
-  restsDuringCommands = true;
 }
 
 void FrmParEvals::Evaluate(const std::function<void()>& evaluation) {
@@ -14,9 +13,6 @@ void FrmParEvals::Evaluate(const std::function<void()>& evaluation) {
   evaluation();
 }
 
-void FrmParEvals::OnUnload() {
-  main_.mnuApplication.enabled = true;
-  desk.Show("frmMenu");
-}
+void FrmParEvals::OnLoad() { desk.charge.Take(*this, Charge::Resting::ApplicationMenu); }
 
 }  // namespace merlane

@@ -2,7 +2,6 @@
 
 #include <functional>
 
-#include "control/frm_main.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -11,7 +10,7 @@ namespace merlane {
 /// it closes.
 class FrmParEvals : public Form {
  public:
-  FrmParEvals(Desk& d, FrmMain& main);
+  explicit FrmParEvals(Desk& d);
 
   /// The likelihood profile and the posterior; each unloads this form when it ends.
   std::function<void()> evaluateProfile;
@@ -29,12 +28,10 @@ class FrmParEvals : public Form {
   Label lblLinked{*this, "lblLinked", "Only the lowest ordinal linked parameter can be evaluated"};
 
  protected:
-  void OnUnload() override;
+  void OnLoad() override;
 
  private:
   void Evaluate(const std::function<void()>& evaluation);
-
-  FrmMain& main_;
 };
 
 }  // namespace merlane

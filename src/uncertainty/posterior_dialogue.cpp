@@ -175,7 +175,7 @@ void PosteriorDialogue::ShowMore(const Evaluation& evaluation) {
                   style::YesNoQuestion) != Answer::Yes)
     return;
   bivarPlot_.ShowBivarPlot(density);
-  p_.desk.WaitUntil([this] { return !bivarPlot_.Loaded(); });
+  p_.desk.WaitFor(bivarPlot_);
   SaveGrid(density);
 }
 

@@ -44,7 +44,6 @@ void PriorProfileDialogue::ProfilePrior(std::int16_t selected) {
   if (!asked) return;
   parameter_ = *parameter;
   points_ = *asked;
-  const auto on = Meanwhile(state_.profile.PriorPlotOn, true);
   const EvaluatedPoints points = Evaluate();
   if (!points.HasMinimum()) return;
   const ConfidenceSeries series = MakeConfidenceSeries(points);

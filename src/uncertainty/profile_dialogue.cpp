@@ -76,6 +76,7 @@ class ProfileDialogue::Progress : public ProfileWatch {
 ProfileDialogue::ProfileDialogue(EvaluationParts& parts, FrmDistributionTable& frmMaxLike, FrmSimplex& simplex,
                                  FrmMarquardt& marquardt, ProfileRun& run)
     : EvaluationDialogue(parts, EvaluationKind::Profile, Words, frmMaxLike),
+      frmMaxLike_(frmMaxLike),
       simplex_(simplex),
       marquardt_(marquardt),
       run_(run) {}
@@ -107,7 +108,18 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   pinned.DropSign();
   p_.desk.host.windows.Beep();
   Keep(setup, points, std::nullopt);
+  if (!p_.last.series && !points.all.empty()) OfferPoints(points);
   ShowLast();
+}
+
+void ProfileDialogue::OfferPoints(const EvaluatedPoints& points) {
+  if (p_.desk.Ask(
+          Words.title,
+          fmt::format("The profile was interrupted too early for a curve.\r\nPoints done: {}\r\n\r\nDo you want "
+                      "to see them?",
+                      points.all.size()),
+          style::YesNoQuestion) == Answer::Yes)
+    frmMaxLike_.Open(ProfilePointsTable(points));
 }
 
 bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseBySimplex() : MinimiseByMarquardt(); }

@@ -30,11 +30,14 @@ class ProfileDialogue final : private EvaluationDialogue {
   void Run(const EvaluationSetup& setup) override;
   std::string Table(const ConfidenceSeries& series) const override;
 
+  /// Says that there is no curve, and offers the points of which it would be made.
+  void OfferPoints(const EvaluatedPoints& points);
   /// Minimises at the present point. False when the user has quit, or has chosen no derivatives.
   bool Minimise();
   bool MinimiseBySimplex();
   bool MinimiseByMarquardt();
 
+  FrmDistributionTable& frmMaxLike_;
   FrmSimplex& simplex_;
   FrmMarquardt& marquardt_;
   ProfileRun& run_;

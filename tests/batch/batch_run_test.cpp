@@ -211,16 +211,17 @@ TEST_F(BatchRunTest, TheMessageSaysWhyAControlCannotBeUsed) {
     EXPECT_EQ(Run("press cmdAsk\n" + action), 1);
     return problem;
   };
+  const auto rest = [](FrmTest& f) { f.desk.charge.Take(*f.desk.Find("frmOther"), Charge::Resting::Everything); };
   EXPECT_EQ(problemOf([](FrmTest& f) { f.cmdGo.enabled = false; }, "press cmdGo"),
             "line 2: press cmdGo: cmdGo is not enabled");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.cmdGo.visible = false; }, "press cmdGo"),
             "line 2: press cmdGo: cmdGo is not visible");
-  EXPECT_EQ(problemOf([](FrmTest& f) { f.enabled = false; }, "press cmdGo"),
+  EXPECT_EQ(problemOf(rest, "press cmdGo"),
             "line 2: press cmdGo: frmTest takes no input now");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "press cmdGo"), "line 2: press cmdGo: frmTest is not shown");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "close frmTest"),
             "line 2: close frmTest: frmTest is not shown");
-  EXPECT_EQ(problemOf([](FrmTest& f) { f.enabled = false; }, "close frmTest"),
+  EXPECT_EQ(problemOf(rest, "close frmTest"),
             "line 2: close frmTest: frmTest takes no input now");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.mnuMenu.enabled = false; }, "press mnuEntry"),
             "line 2: press mnuEntry: the menu mnuMenu is not enabled or not visible");

@@ -62,7 +62,6 @@ struct AlgorithmCommandsTest : ::testing::Test {
   RunState state;
   FrmMain main{desk};
   FrmMenu menu{desk, state};
-  Form oneFunction{desk, "frmOneFunction", ""}, simplex{desk, "frmSimplex", ""}, marquardt{desk, "frmMarquardt", ""};
   AlgorithmCommands commands{desk, state, main, menu, [] { return std::string("lakes"); }};
 };
 
@@ -83,7 +82,6 @@ TEST_F(AlgorithmCommandsTest, LoadNoTakesDefaultsUnderTheNameOfTheMinute) {
 }
 
 TEST_F(AlgorithmCommandsTest, LoadOfAFile) {
-  menu.cmdInitialize.enabled = false;
   Load(WriteFile(GoodFile()));
   EXPECT_EQ(host.windows.files.back().filter, "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg");
   EXPECT_EQ(state.algorithm.AlgShortName, "lake");
@@ -99,13 +97,6 @@ TEST_F(AlgorithmCommandsTest, LoadInASimulationPutsTheFocusOnSimulating) {
   Load(WriteFile(GoodFile()));
   EXPECT_EQ(menu.focus, &menu.cmdUserSummary);
   EXPECT_FALSE(menu.cmdSimplex.enabled);
-}
-
-TEST_F(AlgorithmCommandsTest, LoadClosesTheThreeFirst) {
-  for (Form* form : {&oneFunction, &simplex, &marquardt}) desk.Show(*form);
-  host.windows.Reply(Answer::Cancel, LoadTitle);
-  desk.Press(menu.cmdLoadAlg);
-  EXPECT_FALSE(oneFunction.Loaded() || simplex.Loaded() || marquardt.Loaded());
 }
 
 TEST_F(AlgorithmCommandsTest, CancelledQuestionOrDialogueChangesNothing) {
@@ -141,15 +132,17 @@ TEST_F(AlgorithmCommandsTest, FileOfAnotherModelIsRefusedWithBothCounts) {
 }
 
 TEST_F(AlgorithmCommandsTest, FailureWithAFreshToleranceEndsTheCommand) {
-  menu.cmdInitialize.enabled = false;
   state.flags.SimplexBuilt = true;
   Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
   EXPECT_THAT(host.windows.LastText(), HasSubstr("inappropriate, badly formatted, or missing, information"));
   EXPECT_THAT(host.windows.messages.back().details, HasSubstr("line 2"));
   EXPECT_TRUE(state.flags.SimplexBuilt);
   EXPECT_FALSE(menu.cmdSimplex.enabled);
-  EXPECT_TRUE(menu.cmdInitialize.enabled && menu.cmdLoadAlg.enabled);
-  EXPECT_TRUE(menu.enabled);
+  EXPECT_TRUE(desk.Usable(menu.cmdInitialize) && desk.Usable(menu.cmdLoadAlg));
+  EXPECT_EQ(state.algorithm.AlgName, "") << "nothing has come into the run";
+  desk.Unload(menu);
+  desk.Show(menu);
+  EXPECT_FALSE(menu.cmdSimplex.enabled);
 }
 
 TEST_F(AlgorithmCommandsTest, FailureWithAGoodOldToleranceGoesOn) {
@@ -167,7 +160,7 @@ TEST_F(AlgorithmCommandsTest, MenuIsInactiveWhileAFailureIsTold) {
     FrmMenu* menu = nullptr;
     bool wasActive = true;
     Answer MsgBox(const Message& message) override {
-      if (message.title == FailureTitle) wasActive = menu->enabled;
+      if (message.title == FailureTitle) wasActive = menu->desk.Usable(menu->cmdLoadAlg);
       return ScriptedWindows::MsgBox(message);
     }
   } windows;
@@ -176,10 +169,12 @@ TEST_F(AlgorithmCommandsTest, MenuIsInactiveWhileAFailureIsTold) {
   FrmMenu watchedMenu(watched, state);
   windows.menu = &watchedMenu;
   AlgorithmCommands load(watched, state, watchedMain, watchedMenu, [] { return std::string(); });
+  watchedMenu.cmdLoadAlg.onClick = [&] { EXPECT_FALSE(load.LoadFile()); };
+  watched.Show(watchedMenu);
   windows.File(WriteFile("nothing"));
-  EXPECT_FALSE(load.LoadFile(watchedMenu));
+  ASSERT_TRUE(watched.Press(watchedMenu.cmdLoadAlg));
   EXPECT_FALSE(windows.wasActive);
-  EXPECT_TRUE(watchedMenu.enabled);
+  EXPECT_TRUE(watched.Usable(watchedMenu.cmdLoadAlg));
 }
 
 TEST_F(AlgorithmCommandsTest, SaveProposesTheNameWithItsExtension) {
@@ -195,14 +190,14 @@ TEST_F(AlgorithmCommandsTest, SaveProposesTheNameWithItsExtension) {
   EXPECT_EQ(host.windows.files.back().filter,
             "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg|Named for data file (lakes.*)|lakes.*|");
   EXPECT_EQ(host.windows.files.back().filterIndex, 2);
-  EXPECT_EQ(state.algorithm.AlgName, "06011030") << "a name given from the clock stays after a cancel";
+  EXPECT_EQ(state.algorithm.AlgName, "") << "what is not in the run is not named";
 }
 
 TEST_F(AlgorithmCommandsTest, SaveWritesTheFileAndTakesItsName) {
   SetDefaultAlgorithm(state.algorithm);
   state.algorithm.LogName = "/home/anna/long/first.tvl";
   host.windows.File(folder + "/pond.alg", SaveTitle);
-  commands.Save_Alg();
+  EXPECT_TRUE(commands.Save_Alg());
   EXPECT_EQ(state.algorithm.AlgShortName, "pond");
   EXPECT_EQ(state.algorithm.LogName, "first.tvl");
   EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: pond");
@@ -212,10 +207,12 @@ TEST_F(AlgorithmCommandsTest, SaveWritesTheFileAndTakesItsName) {
 
 TEST_F(AlgorithmCommandsTest, UnwritableFolderIsToldAndTheOldNameStays) {
   Load(WriteFile(GoodFile()));
+  state.algorithm.LogName = "/home/anna/long/first.tvl";
   host.windows.File(folder + "/missing/pond.alg", SaveTitle);
   host.windows.ExpectFailure("missing/pond.alg");
   desk.Press(menu.cmdSaveAlg);
   EXPECT_EQ(state.algorithm.AlgName, folder + "/lake.alg");
+  EXPECT_EQ(state.algorithm.LogName, "/home/anna/long/first.tvl");
   EXPECT_EQ(state.algorithm.Value, (Array1<double>{1, 2}));
   EXPECT_TRUE(desk.Usable(menu.cmdSaveAlg));
 }

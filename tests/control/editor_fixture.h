@@ -5,6 +5,7 @@
 
 #include "control/frm_algo.h"
 #include "control/frm_edit_vs.h"
+#include "control/frm_menu.h"
 #include "forms/desk.h"
 #include "support/scripted_host.h"
 
@@ -39,7 +40,6 @@ class EditorTest : public testing::Test {
   }
 
   void Open() {
-    menu.enabled = false;
     editor.OpenFromMenu();
     host.windows.events.clear();
   }
@@ -69,7 +69,7 @@ class EditorTest : public testing::Test {
   LogFile log;
   FrmMain main{desk};
   FrmMenu menu{desk, state};
-  FrmAlgo editor{desk, state, log, main, menu};
+  FrmAlgo editor{desk, state, log, main};
   FrmEditVS editVS{desk, state, editor};
 };
 

@@ -272,8 +272,7 @@ TEST_F(AlgorithmEditor, ClosedOverAnEntryTheEditorLeavesItAsItStands) {
   ASSERT_TRUE(desk.DoubleClick(editor.grdVS, 2, Value));
   ASSERT_TRUE(desk.Press(editor.cmdFinish));
   EXPECT_FALSE(editor.Loaded());
-  EXPECT_TRUE(editor.EditClosed);
-  EXPECT_TRUE(menu.enabled);
+  EXPECT_TRUE(desk.Usable(menu.cmdQuit));
   EXPECT_EQ(a.Value(2), 2);
   EXPECT_EQ(a.Step(2), 0.5);
   EXPECT_EQ(host.windows.messages.back().title, "Just so you know");
@@ -421,7 +420,7 @@ TEST(AlgorithmEditorWalk, TheRowIsColouredAndScrolledIntoViewWhileTheBoxIsShown)
   LogFile log;
   FrmMain main{desk};
   FrmMenu menu{desk, state};
-  FrmAlgo editor{desk, state, log, main, menu};
+  FrmAlgo editor{desk, state, log, main};
   editor.OpenFromMenu();
   std::vector<int> rows, tops;
   windows.onInput = [&] {
@@ -733,15 +732,14 @@ TEST_F(EditorLog, StaysOpenAcrossTheClosingOfTheEditor) {
 
 // ---- Closing
 
-TEST_F(AlgorithmEditor, FinishingTellsUnloadsTheCompanionAndActivatesTheMenu) {
+TEST_F(AlgorithmEditor, FinishingTellsAndActivatesTheMenu) {
   Open();
   desk.Press(editor.cmdFinish);
   EXPECT_EQ(host.windows.messages[0].title, "Just so you know");
   EXPECT_EQ(host.windows.messages[0].text, "Algorithm data, if changed, have been updated");
   EXPECT_EQ(host.windows.messages[0].style, style::Information);
   EXPECT_FALSE(editor.Loaded());
-  EXPECT_TRUE(editor.EditClosed);
-  EXPECT_TRUE(menu.enabled);
+  EXPECT_TRUE(desk.Usable(menu.cmdQuit));
   EXPECT_THAT(host.windows.events, ElementsAre("unloaded frmAlgo", "message Just so you know", "front frmMenu"));
 }
 
@@ -751,13 +749,13 @@ TEST_F(AlgorithmEditor, TheMenuEntryFinishesToo) {
   EXPECT_FALSE(editor.Loaded());
 }
 
-TEST_F(AlgorithmEditor, ClosingWithTheCompanionOpenUnloadsItWithoutBringingTheEditorBack) {
+TEST_F(AlgorithmEditor, WhileTheCompanionIsOpenTheEditorCannotBeClosed) {
   Open();
   desk.Press(editor.mnuValue);
-  desk.Unload(editor);
-  EXPECT_FALSE(editVS.Loaded());
-  EXPECT_FALSE(editor.Loaded());
-  EXPECT_FALSE(editor.Visible());
+  EXPECT_FALSE(desk.Press(editor.mnuFinish));
+  EXPECT_FALSE(desk.Close(editor));
+  desk.Close(editVS);
+  EXPECT_TRUE(desk.Press(editor.mnuFinish));
 }
 
 TEST_F(AlgorithmEditor, ClosingWithAFuseUsedOnceClearsThatFuse) {
@@ -775,28 +773,76 @@ TEST_F(AlgorithmEditor, ClosingPacksTheFreeParametersAsEdited) {
   EXPECT_EQ(state.free.NFREE, 3);
 }
 
-TEST_F(AlgorithmEditor, OpenedForAnotherCommandGivesControlBackToIt) {
-  bool calledBack = false;
-  editor.OpenLocked(EditAllButLog, [&] {
-    EXPECT_TRUE(editor.EditClosed);
-    calledBack = true;
-  });
-  EXPECT_FALSE(editor.EditClosed);
+TEST_F(AlgorithmEditor, OpenedForAnotherWindowGivesControlBackToIt) {
+  Form ranking{desk, "frmRank", ""};
+  desk.Show(ranking);
+  desk.charge.Take(ranking, Charge::Resting::ApplicationMenu);
+  editor.OpenLocked(EditAllButLog);
+  EXPECT_FALSE(ranking.TakesInput());
   desk.Press(editor.cmdFinish);
-  EXPECT_TRUE(calledBack);
-  EXPECT_NE(host.windows.events.back(), "front frmMenu");
+  EXPECT_TRUE(ranking.TakesInput());
+  EXPECT_EQ(host.windows.events.back(), "front frmRank");
 }
 
-TEST_F(AlgorithmEditor, OpenedForOneCommandWhileOpenForAnotherItGivesTheFirstItsControlBack) {
-  int givenBack = 0;
-  editor.OpenLocked(EditAllButLog, [&] { ++givenBack; });
+TEST_F(AlgorithmEditor, EachCommandTakesOverFirstWhatStandsInTheEntryBox) {
+  struct {
+    MenuEntry& entry;
+    std::function<void()> replies;
+  } const commands[] = {{editor.mnuStep, [&] { host.windows.CancelInput(); }},
+                        {editor.mnuValue, [] {}},
+                        {editor.mnuFraction, [&] { host.windows.CancelInput(); }},
+                        {editor.mnuUnFuse, [] {}},
+                        {editor.mnuExit, [] {}},
+                        {editor.mnuFinish, [] {}}};
+  for (const auto& command : commands) {
+    a.Step(2) = 0.5;
+    Open();
+    ASSERT_TRUE(desk.DoubleClick(editor.grdVS, 2, Value));
+    ASSERT_EQ(Fore(2, Value), Colour::Green);
+    command.replies();
+    ASSERT_TRUE(desk.Press(command.entry));
+    EXPECT_EQ(a.Step(2), 0.2) << command.entry.name << ": the step follows the value that was committed";
+    if (editor.Loaded()) {
+      EXPECT_NE(Fore(2, Value), Colour::Green) << command.entry.name;
+    }
+    desk.Unload(editVS);
+    desk.Unload(editor);
+  }
+}
+
+TEST_F(AlgorithmEditor, TheStepsAreAskedForAsTheyAreBehindTheEntry) {
   Open();
-  EXPECT_EQ(givenBack, 1);
-  EXPECT_TRUE(editor.Visible());
-  EXPECT_FALSE(editor.EditClosed);
-  desk.Press(editor.cmdFinish);
-  EXPECT_EQ(givenBack, 1);
-  EXPECT_TRUE(menu.enabled);
+  ASSERT_TRUE(desk.DoubleClick(editor.grdVS, 1, Value));
+  host.windows.CancelInput();
+  desk.Press(editor.mnuStep);
+  EXPECT_EQ(host.windows.inputs.back().defaultText, "0.1") << "not the 0.5 of before";
+}
+
+TEST_F(AlgorithmEditor, TheTitleFollowsASaveUnderAnotherName) {
+  editVS.saveAlg = [this] { a.AlgName = "pond.alg"; };
+  Open();
+  desk.Press(editor.mnuValue);
+  host.windows.CancelInput();
+  desk.Press(editVS.cmdFree);
+  EXPECT_EQ(editor.title, "Algorithm data file name is:  pond.alg");
+}
+
+TEST_F(AlgorithmEditor, ATextThatIsNoToleranceIsAskedForAgain) {
+  Open();
+  host.windows.No("Change the tolerance for convergence");
+  host.windows.Enter("abc");
+  host.windows.Enter("0.01");
+  desk.Click(editor.txtAbsRel);
+  EXPECT_EQ(a.Tolerance, 0.01);
+}
+
+TEST_F(AlgorithmEditor, TheToleranceProposedKeepsTheDigitsThatItDoesNotShow) {
+  a.Tolerance = 1.25E-04;
+  Open();
+  host.windows.Yes("Change the tolerance for convergence");
+  host.windows.Enter("1.3E-04");
+  desk.Click(editor.txtAbsRel);
+  EXPECT_EQ(a.Tolerance, -1.25E-04);
 }
 
 TEST_F(AlgorithmEditor, ACommandCanWaitForTheClosing) {
@@ -804,7 +850,7 @@ TEST_F(AlgorithmEditor, ACommandCanWaitForTheClosing) {
   std::vector<std::string> order;
   start.onClick = [&] {
     editor.OpenLocked(EditValuesAndSteps);
-    desk.WaitUntil([&] { return editor.EditClosed; });
+    desk.WaitFor(editor);
     order.push_back("goes on");
   };
   host.windows.AtWait([&] {

@@ -63,7 +63,16 @@ TEST_F(MenuTest, SimulationPatternLeavesEditSaveAndSimulate) {
   EXPECT_EQ(menu.focus, &menu.cmdUserSummary);
 }
 
+TEST_F(MenuTest, WithoutAlgorithmDataThePatternEnablesNothing) {
+  state.flags.ModelInitialised = true;
+  desk.Show(menu);
+  menu.ApplyPattern(menu.cmdUserSummary);
+  EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdQuit"));
+  EXPECT_EQ(menu.focus, &menu.cmdLoadAlg);
+}
+
 TEST_F(MenuTest, AnalysisPatternEnablesTheTenAndNamesTheSummary) {
+  state.algorithm.AlgName = "a.alg";
   desk.Show(menu);
   menu.ApplyPattern(menu.cmdEditAlg);
   EXPECT_FALSE(menu.cmdLoadAlg.enabled);
@@ -73,6 +82,7 @@ TEST_F(MenuTest, AnalysisPatternEnablesTheTenAndNamesTheSummary) {
 }
 
 TEST_F(MenuTest, ReloadReturnsToTheDesignState) {
+  state.algorithm.AlgName = "a.alg";
   desk.Show(menu);
   menu.ApplyPattern();
   desk.Unload(menu);
@@ -80,24 +90,29 @@ TEST_F(MenuTest, ReloadReturnsToTheDesignState) {
   EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdQuit"));
 }
 
-TEST_F(MenuTest, CalledForWhileAnAnalysisIsDescribedItTakesNoInput) {
+TEST_F(MenuTest, CalledForWhileAWindowIsInChargeItTakesNoInput) {
   Form describing{desk, "frmInitialize", ""};
   desk.Show(describing);
+  desk.charge.Take(describing, Charge::Resting::Commands);
   desk.Show(menu);
   EXPECT_FALSE(desk.Usable(menu.cmdInitialize));
   desk.Unload(menu);
-  desk.Unload(describing);
   desk.Show(menu);
+  EXPECT_FALSE(desk.Usable(menu.cmdInitialize));
+  desk.Unload(describing);
   EXPECT_TRUE(desk.Usable(menu.cmdInitialize));
 }
 
 TEST_F(MenuTest, FrameKeepsItWhileTheApplicationMenuCannotBringItBack) {
   desk.Show(main);
   desk.Show(menu);
-  main.mnuApplication.enabled = false;
-  desk.Close(menu);
-  EXPECT_TRUE(menu.Visible());
-  main.mnuApplication.enabled = true;
+  {
+    const auto command = desk.charge.LongCommand();
+    EXPECT_FALSE(main.mnuApplication.enabled);
+    desk.Close(menu);
+    EXPECT_TRUE(menu.Visible());
+  }
+  EXPECT_TRUE(main.mnuApplication.enabled);
   desk.Close(menu);
   EXPECT_FALSE(menu.Loaded());
 }

@@ -2,7 +2,6 @@
 
 #include "control/frm_credits.h"
 #include "control/frm_defaults.h"
-#include "control/frm_help.h"
 #include "control/frm_wisdom.h"
 #include "forms/desk.h"
 #include "support/scripted_host.h"
@@ -23,10 +22,9 @@ class SmallWindows : public testing::Test {
   RunState state;
   FrmMain main{desk};
   FrmAbort abort{desk, state, main};
-  FrmHelp help{desk};
-  FrmDefaults defaults{desk};
-  FrmWisdom wisdom{desk};
-  FrmCredits credits{desk};
+  FrmDefaults defaults{desk, main};
+  FrmWisdom wisdom{desk, main};
+  FrmCredits credits{desk, main};
 };
 
 using Abort = SmallWindows;
@@ -61,18 +59,6 @@ TEST_F(Abort, CanBePressedWhileACalculationRuns) {
   host.windows.AtTurn(3, [&] { EXPECT_TRUE(desk.Press(abort.cmdAbort)); });
   desk.Press(start);
   EXPECT_EQ(rounds, 3);
-}
-
-using Help = SmallWindows;
-
-TEST_F(Help, ShowsTheTextOfItsCaller) {
-  help.Open("one");
-  EXPECT_EQ(help.title, "Help");
-  EXPECT_EQ(help.rtbHelp.text, "one");
-  EXPECT_TRUE(help.rtbHelp.readOnly);
-  EXPECT_TRUE(help.rtbHelp.fixedPitch);
-  help.Open("two");
-  EXPECT_EQ(help.rtbHelp.text, "two");
 }
 
 using Information = SmallWindows;

@@ -17,6 +17,8 @@ using ::testing::HasSubstr;
 struct Initializing {
   Initializing() {
     form.onDone = [this] { ++done; };
+    frmMenu.beginsCommands = true;
+    desk.charge.home = &frmMenu;
     desk.Load(frmMenu);
     desk.Show(form);
   }
@@ -46,13 +48,13 @@ struct Initializing {
   Desk desk{host.Get()};
   FrmMain frmMain{desk};
   Menu frmMenu{desk};
-  FrmInitialize form{desk, frmMain, frmMenu};
+  FrmInitialize form{desk, frmMain};
   int done = 0;
 };
 
 TEST(FrmInitialize, ItsLoadTakesTheMenuAwayAndNamesTheProgram) {
   Initializing t;
-  EXPECT_FALSE(t.frmMenu.enabled);
+  EXPECT_FALSE(t.frmMenu.TakesInput());
   EXPECT_EQ(t.frmMain.title, "Merlane Survival Estimation Model: Version" + std::string(Version()));
   EXPECT_EQ(t.form.title, "Initialize Merlane Survival Model (Version" + std::string(Version()) + ")");
   EXPECT_EQ(t.form.lblObjective.text, "Objective function is -2lnL");
@@ -253,7 +255,7 @@ TEST(FrmInitialize, ATextThatIsNoNumberAmongSizesAndBroodsFails) {
   t.host.windows.ExpectFailure("many");
   t.desk.Press(t.form.cmdDone);
   EXPECT_EQ(t.done, 0);
-  EXPECT_TRUE(t.form.Visible() && t.form.enabled);
+  EXPECT_TRUE(t.form.Visible() && t.form.TakesInput());
 }
 
 TEST(FrmInitialize, SizesInTheWrongOrderAreRefusedWithAMessageOnHatchDays) {
@@ -316,10 +318,7 @@ TEST(FrmInitialize, TheSettingsOfTheSimulatorAreHandedOverRounded) {
 TEST(FrmInitialize, AFailureBehindSoundChoicesLeavesTheFormUsable) {
   Initializing t;
   t.desk.Choose(t.form.optSimulate);
-  t.form.onDone = [&] {
-    t.form.enabled = false;
-    throw RuntimeFailure("no room");
-  };
+  t.form.onDone = [] { throw RuntimeFailure("no room"); };
   t.host.windows.ExpectFailure("no room");
   t.desk.Press(t.form.cmdDone);
   EXPECT_TRUE(t.desk.Usable(t.form.cmdDone));
@@ -330,7 +329,7 @@ TEST(FrmInitialize, CancelAndTheFrameGoBackToTheMenu) {
   Initializing cancelled, closed;
   cancelled.desk.Press(cancelled.form.cmdCancel);
   EXPECT_TRUE(cancelled.frmMenu.Visible());
-  EXPECT_TRUE(cancelled.frmMenu.enabled);
+  EXPECT_TRUE(cancelled.frmMenu.TakesInput());
   EXPECT_FALSE(cancelled.form.Loaded());
   closed.desk.Close(closed.form);
   EXPECT_TRUE(closed.frmMenu.Visible());

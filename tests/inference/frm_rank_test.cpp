@@ -38,7 +38,7 @@ struct FrmRankTest : ::testing::Test {
   FrmMain main{desk};
   FrmMenu menu{desk, state};
   AlgorithmCommands algorithm{desk, state, main, menu, [] { return "data"; }};
-  FrmAlgo editor{desk, state, log, main, menu};
+  FrmAlgo editor{desk, state, log, main};
   FrmEditVS editAll{desk, state, editor};
   PriorsCommands priorsCommands{desk, state, main, priors};
   FrmSetPriors setPriors{desk, state, objective, main, priors, priorsCommands};
@@ -748,6 +748,19 @@ TEST_F(FrmRankTest, RankedTableAsksBeforeItIsClosedByButtonOrFrame) {
   desk.Close(form);
   EXPECT_FALSE(form.Loaded());
   EXPECT_TRUE(std::filesystem::exists(folder + "kept.mms"));
+}
+
+TEST_F(FrmRankTest, CancelInTheSaveDialogueKeepsTheRankedTableOpen) {
+  Add(2);
+  desk.Press(form.cmdRank);
+  const std::function<void()> closings[] = {[&] { desk.Press(form.cmdFinish); }, [&] { desk.Close(form); }};
+  for (const auto& close : closings) {
+    windows.Yes("What about ranking results!");
+    windows.CancelFile("Save model ranking results in...");
+    close();
+    EXPECT_TRUE(desk.Usable(form.cmdSaveRank));
+    EXPECT_EQ(form.Models().ModelCount(), 2);
+  }
 }
 
 TEST_F(FrmRankTest, TableThatCannotBeSavedAtTheEndIsNotLost) {

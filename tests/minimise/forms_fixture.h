@@ -32,7 +32,10 @@ class MinimiserForms : public testing::Test {
   void Command(const std::function<void()>& command) {
     Form starter(desk, "frmStarter", "");
     Button go(starter, "go", "");
-    go.onClick = command;
+    go.onClick = [&] {
+      const auto running = desk.charge.LongCommand();
+      command();
+    };
     desk.Show(starter);
     desk.Press(go);
     desk.Hide(starter);

@@ -262,14 +262,30 @@ TEST_F(FrmMarquardtTest, AnInterruptEndsAPauseToo) {
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
 }
 
-TEST_F(FrmMarquardtTest, ClosingTheWindowEndsAPauseAndTheRunGoesOn) {
+TEST_F(FrmMarquardtTest, ClosingTheWindowEndsAPauseAndTheRunGoesOnInItsWindow) {
   Open({0, 0}, Quadratic);
   Choose(Answer::No, true);
-  run->state.flags.MarquardtRunning = true;
   windows().AtWait([&] { EXPECT_TRUE(desk.Close(*frmMarquardt)); });
   Minimise();
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
-  EXPECT_FALSE(frmMenu->Visible());
+  EXPECT_EQ(windows().waits, 1);
+  EXPECT_TRUE(frmMarquardt->Visible());
+  EXPECT_TRUE(desk.Close(*frmMarquardt)) << "behind the run";
+  EXPECT_FALSE(frmMarquardt->Loaded());
+}
+
+TEST_F(FrmMarquardtTest, ThePauseAloneOffersToEndIt) {
+  Open({-1.2, 1}, Rosenbrock);
+  Choose(Answer::No, true);
+  const auto offered = [this] { return frmMarquardt->cmdIteration.enabled || frmMarquardt->cmdContinue.enabled; };
+  windows().AtWait([&] {
+    EXPECT_TRUE(offered());
+    windows().AtTurn(1, [&] { EXPECT_FALSE(offered()) << "derivatives are computed"; });
+    EXPECT_TRUE(desk.Press(frmMarquardt->cmdContinue));
+  });
+  Minimise();
+  EXPECT_EQ(windows().waits, 1);
+  EXPECT_FALSE(offered());
 }
 
 TEST_F(FrmMarquardtTest, AnInterruptAnsweredYesStopsAtTheNextAcceptedStep) {
@@ -361,7 +377,6 @@ TEST_F(FrmMarquardtTest, InABootstrapNoBoxInterruptsTheReplicate) {
 TEST_F(FrmMarquardtTest, TwentyFiveRejectionsWithTheAxialSearchFindingNothingEndInTheFrustrationBox) {
   OpenFrustrating();
   Choose(Answer::No, false);
-  run->state.flags.MarquardtRunning = true;
   Minimise();
   EXPECT_EQ(result.ending, MarquardtEnding::FrustratedByTrials);
   ASSERT_EQ(windows().messages.size(), 1u);
@@ -385,7 +400,6 @@ TEST_F(FrmMarquardtTest, AnInterruptAmongRejectionsClosesTheWindowBehindTheirVer
   Choose(Answer::No, false);
   windows().AtTurn(DuringFirstDerivatives + 15, [&] { EXPECT_TRUE(desk.Press(frmMarquardt->cmdStop)); });
   windows().Yes("Marquardt interrupt");
-  run->state.flags.MarquardtRunning = true;
   Minimise();
   EXPECT_EQ(result.ending, MarquardtEnding::InterruptedInTrials);
   EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Marquardt interrupt"});
@@ -409,7 +423,6 @@ TEST_F(FrmMarquardtTest, ADeadParameterIsNamedAndTheWindowCloses) {
   run->state.algorithm.Step(2) = 0;
   run->Pack();
   Choose(Answer::No, false);
-  run->state.flags.MarquardtRunning = true;
   Minimise();
   EXPECT_EQ(result.ending, MarquardtEnding::MatrixFailed);
   ASSERT_EQ(windows().messages.size(), 1u);

@@ -197,8 +197,42 @@ TEST_F(FrmSimplexTest, AnInterruptAnsweredYesEndsTheRunWithOneMoreReport) {
   EXPECT_EQ(windows().messages[0].text, "Interrupt received. Do you want to quit minimizing?");
   EXPECT_EQ(windows().messages[0].style, 36);
   EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("\nNote: 5 iterations, ")) << "the report due at 4 was the last";
-  EXPECT_TRUE(frmSimplex->cmdStop.enabled);
+  EXPECT_FALSE(frmSimplex->cmdStop.enabled) << "nothing runs that it could stop";
   ExpectPanelsEmpty();
+}
+
+TEST_F(FrmSimplexTest, BehindARunNothingCanBeInterruptedAndAPressTooLateDoesNotReachTheNextRun) {
+  Open({-1.2, 1}, Rosenbrock);
+  run->state.algorithm.MaxCalls = 3;
+  windows().No("Simplex minimization");
+  Minimise();
+  EXPECT_FALSE(desk.Press(frmSimplex->cmdStop));
+  // Pressed where nothing looks at it any more, in the turn of the last report.
+  Open({10, 10}, [](Array1<double>&) { return 1.0; });
+  int turns = 0;
+  for (int turn = 1; turn <= 200; ++turn)
+    windows().AtTurn(turn, [&] {
+      ++turns;
+      if (frmMain.stbMain5.Get(1).starts_with("Verifying")) desk.Press(frmSimplex->cmdStop);
+    });
+  Minimise();
+  windows().messages.clear();
+  run->state.flags.SimplexBuilt = true;
+  Minimise();
+  EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Simplex minimum"}) << "not the question of an interrupt";
+}
+
+TEST_F(FrmSimplexTest, AResumedRunCanBeInterruptedToo) {
+  Open({-1.2, 1}, Rosenbrock);
+  run->state.algorithm.MaxCalls = 10;
+  windows().No("Simplex minimization");
+  Minimise();
+  ASSERT_TRUE(run->state.flags.SimplexBuilt);
+  run->state.algorithm.MaxCalls = 9999;
+  bool offered = false;
+  windows().AtTurn(2, [&] { offered = desk.Usable(frmSimplex->cmdStop); });
+  Minimise();
+  EXPECT_TRUE(offered);
 }
 
 TEST_F(FrmSimplexTest, AnInterruptAnsweredNoLetsTheRunGoOn) {
@@ -313,7 +347,7 @@ TEST_F(FrmSimplexTest, ClosingEmptiesThePanesAndBringsTheMenuBack) {
 TEST_F(FrmSimplexTest, ClosingUnderACommandLeavesTheMenuAlone) {
   Open({0, 0}, Quadratic);
   Minimise();
-  run->state.flags.SimplexRunning = true;
+  const auto command = desk.charge.LongCommand();
   desk.Unload(*frmSimplex);
   EXPECT_FALSE(frmMenu->Visible());
 }

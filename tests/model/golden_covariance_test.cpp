@@ -33,7 +33,7 @@ class GoldenCovariance : public ::testing::TestWithParam<GoldenCovariances> {
   LogFile log_;
   FrmMain main_{run_.desk};
   FrmMenu menu_{run_.desk, run_.state};
-  FrmAlgo algo_{run_.desk, run_.state, log_, main_, menu_};
+  FrmAlgo algo_{run_.desk, run_.state, log_, main_};
   FrmEditVS editValues_{run_.desk, run_.state, algo_};
   Covariances calculated_;
   FrmCovData data_{run_.desk};

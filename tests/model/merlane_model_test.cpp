@@ -4,8 +4,8 @@
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
 #include "data/data_text.h"
+#include "data/reading_dialogue.h"
 #include "data/golden_case.h"
-#include "data/plain_reading.h"
 #include "model/catalogue.h"
 #include "platform/files.h"
 #include "support/scripted_host.h"
@@ -25,7 +25,7 @@ using ::testing::IsEmpty;
 struct ModelRun {
   ModelRun() {
     state.flags.ReadOriginalFile = true;
-    model.readData = [this](BroodData& data) { return reading.dialogue.Read(data); };
+    model.readData = [this](BroodData& data) { return reading.Read(data); };
   }
 
   void ReadData() { objective.Call(state.algorithm.Value, 0); }
@@ -50,7 +50,7 @@ struct ModelRun {
   test::ScriptedHost host;
   Desk desk{host.Get()};
   RunState state;
-  test::PlainReading reading{desk, state.flags};
+  ReadingDialogue reading{desk, state.flags};
   Initialisation choices;
   MerlaneModel model{desk, state, [this] { return choices; }};
   Objective objective{state, [this](ModelCall& call) { model(call); }};
@@ -199,7 +199,7 @@ TEST(MerlaneModel, AWorkbookIsConvertedAndItsTextFileRead) {
   const std::string textFile = testing::TempDir() + "converted.dat";
   WriteWholeFile(textFile, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
   std::string converted;
-  run.reading.dialogue.convertWorkbook = [&](const std::string& path) {
+  run.reading.convertWorkbook = [&](const std::string& path) {
     converted = path;
     return FrmXlsWorksheets::Converted{textFile, "Ducks"};
   };
@@ -214,18 +214,16 @@ TEST(MerlaneModel, AWorkbookIsConvertedAndItsTextFileRead) {
 
 TEST(MerlaneModel, AWorkbookThatIsCancelledOrCannotBeReadLeavesNoDataAndNoMessage) {
   ModelRun run;
-  run.desk.Load(run.reading.frmMenu);
   run.choices.DataFileName = "/data/lake.xls";
-  run.reading.dialogue.convertWorkbook = [](const std::string&) { return std::nullopt; };
+  run.reading.convertWorkbook = [](const std::string&) { return std::nullopt; };
   run.ReadData();
   EXPECT_FALSE(run.model.data.ReadOK);
-  run.reading.dialogue.convertWorkbook = [](const std::string&) -> std::optional<FrmXlsWorksheets::Converted> {
+  run.reading.convertWorkbook = [](const std::string&) -> std::optional<FrmXlsWorksheets::Converted> {
     throw RuntimeFailure("no workbook");
   };
   run.ReadData();
   EXPECT_FALSE(run.model.data.ReadOK);
   EXPECT_THAT(run.host.windows.messages, IsEmpty());
-  EXPECT_TRUE(run.reading.frmMenu.enabled);
 }
 
 TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
@@ -252,7 +250,7 @@ TEST(MerlaneModel, InABootstrapAWorkbookIsNotConvertedAgain) {
   const std::string textFile = testing::TempDir() + "converted_once.dat";
   WriteWholeFile(textFile, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
   int conversions = 0;
-  run.reading.dialogue.convertWorkbook = [&](const std::string&) {
+  run.reading.convertWorkbook = [&](const std::string&) {
     ++conversions;
     return FrmXlsWorksheets::Converted{textFile, "Ducks"};
   };

@@ -4,7 +4,6 @@
 #include "control/fuses.h"
 #include "control/objective.h"
 #include "data/golden_case.h"
-#include "data/plain_reading.h"
 #include "forms/desk.h"
 #include "minimise/simplex.h"
 #include "model/merlane_model.h"
@@ -19,7 +18,7 @@ class SurvivalRun {
   explicit SurvivalRun(const GoldenCase& c) : choices_(c.choices) {
     AlgorithmData& a = state.algorithm;
     state.flags.ReadOriginalFile = true;
-    model.readData = [this](BroodData& data) { return reading.dialogue.Read(data); };
+    model.readData = [this](BroodData& data) { return reading.Read(data); };
     objective.Call(a.Value, 0);
     EXPECT_EQ(ReadAlgorithm(ReadWholeFile(c.algFile), a).failure, AlgorithmReading::Failure::None);
     RaiseTolerance(a);
@@ -53,7 +52,7 @@ class SurvivalRun {
   ScriptedHost host;
   Desk desk{host.Get()};
   RunState state;
-  PlainReading reading{desk, state.flags};
+  ReadingDialogue reading{desk, state.flags};
   MerlaneModel model{desk, state, [this] { return choices_; }};
   Objective objective{state, [this](ModelCall& call) { model(call); }};
 };

@@ -57,11 +57,12 @@ class PriorsForms : public testing::Test {
       state.algorithm.ParName(i) = "Description of parameter " + std::to_string(i) + " [0]";
     priors.Reset(NPAR);
     desk.Show(frmMain);
+    desk.charge.home = &caller;
     desk.Show(caller);
   }
   /// Opens the editor as the chooser does when nothing is set yet.
   void OpenEditor() {
-    chooser.Open("frmMenu");
+    chooser.Open();
     if (!priors.AnySet()) windows.Yes("Setting Bayesian Priors");
     EXPECT_TRUE(desk.Press(chooser.cmdSet));
   }

@@ -13,7 +13,7 @@ TEST_P(KeptPriorsFile, IsReadShownAndWrittenAgain) {
   const Json kept = Kept(GetParam());
   const int NPAR = kept["npar"];
   Begin(NPAR);
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(File("kept.pri", kept["file"]), "Load Bayesian Priors file");
   EXPECT_TRUE(desk.Press(chooser.cmdOpen));
   for (int i = 1; i <= NPAR; ++i) {
@@ -48,7 +48,7 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
   const std::string none = File("none.pri", "2\r\n  1   U\r\n  2   U\r\n");
   const auto expect = [&](bool on) { EXPECT_EQ(state.flags.BayesOn, on); };
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   expect(true);
   windows.Yes("Setting Bayesian Priors");
   desk.Press(chooser.cmdSet);
@@ -56,7 +56,7 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
   desk.Press(editor.mnuFinished);
   expect(false);
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   expect(true);
   windows.File(one);
   desk.Press(chooser.cmdOpen);
@@ -69,12 +69,12 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
   expect(false);
   EXPECT_EQ(frmMain.stbMain1.Get(3), idle);
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   desk.Press(chooser.cmdCancel);
   expect(true);
   EXPECT_EQ(frmMain.stbMain1.Get(3), "");
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(two);
   desk.Press(chooser.cmdOpen);
   expect(false);
@@ -85,18 +85,18 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
                                               "(uniform-unbounded) priors have been loaded instead.");
   EXPECT_TRUE(caller.Visible());
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   desk.Press(chooser.cmdCancel);
   expect(true);
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(none);
   desk.Press(chooser.cmdOpen);
   expect(true);  // the old priors decided, the new ones are all uniform
   desk.Press(editor.mnuFinished);
   expect(false);
 
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.No("Setting Bayesian Priors");
   desk.Press(chooser.cmdSet);
   expect(false);
@@ -108,7 +108,7 @@ TEST_F(PriorsChooser, OpeningAValidFileForAModelOfAnotherSizeLeavesBayesOffAndTh
   priors.PriorCode(1) = "N";
   state.flags.PriorFileName = "kept.pri";
   commands.ShowName();
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(File("other.pri", "1\r\n  1   G 2.000E+000 5.000E-001     Unused     Unused\r\n"));
   desk.Press(chooser.cmdOpen);
   EXPECT_FALSE(state.flags.BayesOn);
@@ -120,7 +120,7 @@ TEST_F(PriorsChooser, OpeningAValidFileForAModelOfAnotherSizeLeavesBayesOffAndTh
 TEST_F(PriorsChooser, ReadingAFileHidesTheMenuBehindTheEditorAndShowsTheBareName) {
   Begin(1);
   const std::string path = File("read.pri", "1\r\n  1   N 5.000E-001 1.000E-001     Unused     Unused\r\n");
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(path);
   desk.Press(chooser.cmdOpen);
   EXPECT_EQ(windows.files[0].title, "Load Bayesian Priors file");
@@ -136,7 +136,7 @@ TEST_F(PriorsChooser, ReadingAFileHidesTheMenuBehindTheEditorAndShowsTheBareName
 
 TEST_F(PriorsChooser, ACancelledFileLeavesTheChooser) {
   Begin(1);
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.CancelFile("Load Bayesian Priors file");
   desk.Press(chooser.cmdOpen);
   EXPECT_TRUE(chooser.Visible());
@@ -146,7 +146,7 @@ TEST_F(PriorsChooser, ACancelledFileLeavesTheChooser) {
 TEST_F(PriorsChooser, WithPriorsSetTheEditorOpensAtOnceAndTheFileKeepsItsName) {
   Begin(1);
   priors.PriorCode(1) = "E";
-  chooser.Open("frmMenu");
+  chooser.Open();
   EXPECT_TRUE(desk.Press(chooser.cmdSet));
   EXPECT_TRUE(editor.Visible());
   EXPECT_TRUE(windows.messages.empty());
@@ -169,14 +169,14 @@ TEST_F(PriorsChooser, SettingAllUniformEmptiesTheTermsTheStatusAndBayesOn) {
   priors.PriorFirstMean(2) = priors.PriorFirstSD(2) = 1;
   priors.PriorSecondMean(2) = priors.PriorSecondSD(2) = "2";
   frmMain.ShowPriorsFile("kept");
-  chooser.Open("frmMenu");
+  chooser.Open();
   EXPECT_TRUE(desk.Press(chooser.cmdUniform));
   EXPECT_FALSE(state.flags.BayesOn);
   EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: ");
   EXPECT_EQ(windows.messages.back().title, "Default prior probabilities");
   EXPECT_EQ(windows.messages.back().style, 64);
   EXPECT_TRUE(caller.Visible());
-  EXPECT_FALSE(chooser.Visible());
+  EXPECT_FALSE(chooser.Loaded()) << "left hidden it would bring its caller back much later";
   EXPECT_EQ(priors.PriorCode(2), "U");
   EXPECT_EQ(priors.PriorFirstMean(2), PriorUnset);
   EXPECT_EQ(priors.PriorFirstSD(2), PriorUnset);
@@ -189,7 +189,7 @@ TEST_F(PriorsChooser, AFileThatIsShortOrHoldsNoCountLeavesThePriorsAndTheirName)
     Begin(2);
     priors.PriorCode(1) = "G";
     state.flags.PriorFileName = "kept.pri";
-    chooser.Open("frmMenu");
+    chooser.Open();
     windows.File(File("broken.pri", text));
     windows.ExpectFailure("frmLoadPriors.cmdOpen");
     desk.Press(chooser.cmdOpen);
@@ -201,7 +201,7 @@ TEST_F(PriorsChooser, AFileThatIsShortOrHoldsNoCountLeavesThePriorsAndTheirName)
 
 TEST_F(PriorsChooser, AFileThatIsNoTextIsNotRecited) {
   Begin(1);
-  chooser.Open("frmMenu");
+  chooser.Open();
   windows.File(File("picture.pri", std::string(100000, '\xFF')));
   windows.ExpectFailure("the file does not begin with the number of its parameters");
   desk.Press(chooser.cmdOpen);

@@ -55,12 +55,11 @@ TEST_F(CommandsTest, SimplexAnsweredNoChangesNothing) {
   windows.No("Just checking");
   desk.Press(menu.cmdSimplex);
   EXPECT_EQ(windows.LastText(), "Have you run '1 Function Call' as required?");
-  EXPECT_FALSE(state.flags.SimplexRunning);
   EXPECT_TRUE(program.frmOneFunction.Visible());
   EXPECT_EQ(Usable().size(), 13U);
 }
 
-TEST_F(CommandsTest, SimplexWithoutAStepHasNothingToDoAndDoesNotCleanUp) {
+TEST_F(CommandsTest, SimplexWithoutAStepHasNothingToDoAndKeepsTheApplicationMenuShut) {
   Initialize({.path = Golden("juveniles_only.dat")});
   LoadDefaults();
   windows.Yes("Just checking");
@@ -69,7 +68,6 @@ TEST_F(CommandsTest, SimplexWithoutAStepHasNothingToDoAndDoesNotCleanUp) {
   EXPECT_EQ(windows.messages.back().text, "All step sizes are zero");
   EXPECT_EQ(windows.messages.back().style, style::Exclamation);
   EXPECT_TRUE(menu.Visible());
-  EXPECT_TRUE(state.flags.SimplexRunning);
   EXPECT_FALSE(ApplicationMenuUsable());
   OneFunction();
   EXPECT_TRUE(ApplicationMenuUsable()) << "the next command that ends normally enables it";
@@ -77,14 +75,13 @@ TEST_F(CommandsTest, SimplexWithoutAStepHasNothingToDoAndDoesNotCleanUp) {
 
 // ---- Marquardt
 
-TEST_F(CommandsTest, MarquardtCancelledAtTheChoiceOfDerivativesDoesNotCleanUp) {
+TEST_F(CommandsTest, MarquardtCancelledAtTheChoiceOfDerivativesKeepsTheApplicationMenuShut) {
   Ready("juveniles_only");
   windows.Yes("Just checking");
   windows.Reply(Answer::Cancel, "Marquardt minimization");
   desk.Press(menu.cmdMarquardt);
   EXPECT_TRUE(menu.Visible());
   EXPECT_FALSE(program.frmMarquardt.Loaded());
-  EXPECT_TRUE(state.flags.MarquardtRunning);
   EXPECT_FALSE(ApplicationMenuUsable());
 }
 
@@ -96,7 +93,6 @@ TEST_F(CommandsTest, MarquardtWithoutAStepHasNothingToDo) {
   windows.No("Marquardt minimization");
   desk.Press(menu.cmdMarquardt);
   EXPECT_EQ(windows.messages.back().title, "There is nothing to do");
-  EXPECT_TRUE(state.flags.MarquardtRunning);
   EXPECT_FALSE(ApplicationMenuUsable());
   EXPECT_TRUE(menu.Visible());
 }
@@ -171,20 +167,17 @@ TEST_F(CommandsTest, InitialisationForgetsThePriors) {
   EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: ");
 }
 
-TEST_F(CommandsTest, EditorsLeftOpenCloseBeforeTheParametersOfAnotherModelCome) {
+TEST_F(CommandsTest, WhilePriorsAreEditedTheMenuCanBeLookedAtButBeginsNothing) {
   Ready("juveniles_only");
   desk.Press(menu.cmdBayesian);
   windows.Yes("Setting Bayesian Priors");
   desk.Press(program.frmLoadPriors.cmdSet);
+  EXPECT_FALSE(program.frmLoadPriors.Loaded());
   desk.Press(program.frmSetPriors.mnuMenu);
-  bool givenBack = false;
-  program.frmAlgo.OpenLocked(EditAllButLog, [&] { givenBack = true; });
-  windows.No("Initialize");
-  Initialize({.path = Golden("attributes.dat"), .covariates = "3"});
-  EXPECT_FALSE(program.frmSetPriors.Loaded() || program.frmAlgo.Loaded());
-  EXPECT_TRUE(givenBack);
-  EXPECT_EQ(state.algorithm.Value.Size(), 34 + 12 * 3);
-  EXPECT_TRUE(desk.Usable(menu.cmdLoadAlg));
+  EXPECT_TRUE(menu.Visible());
+  EXPECT_THAT(Usable(), IsEmpty());
+  desk.Press(program.frmSetPriors.mnuFinished);
+  EXPECT_EQ(Usable().size(), 13U);
 }
 
 // ---- Results and simulation

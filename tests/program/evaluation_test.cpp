@@ -55,12 +55,6 @@ TEST_F(EvaluationTest, ComesBackToTheMenuWithEverythingThatCouldBePressed) {
   EXPECT_FALSE(state.profile.ProfileOn);
 }
 
-TEST_F(EvaluationTest, SwitchesAPlotOfPriorsOff) {
-  state.profile.PriorPlotOn = true;
-  Open();
-  EXPECT_FALSE(state.profile.PriorPlotOn);
-}
-
 TEST_F(EvaluationTest, ClosesTheWindowOfTheMinimiser) {
   EXPECT_TRUE(program.frmSimplex.Visible());
   Open();

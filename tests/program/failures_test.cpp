@@ -21,7 +21,7 @@ struct FailuresTest : ::testing::Test, Analysis {
     EXPECT_TRUE(menu.Visible());
     EXPECT_TRUE(ApplicationMenuUsable());
     EXPECT_EQ(Usable().size(), 13U);
-    EXPECT_FALSE(state.flags.SimplexRunning || state.flags.MarquardtRunning || state.flags.OneCallRun);
+    EXPECT_FALSE(state.flags.OneCallRun);
     for (int panel = 1; panel <= 4; ++panel) EXPECT_EQ(program.frmMain.stbMain5.Get(panel), "");
   }
 };

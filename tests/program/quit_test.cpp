@@ -63,12 +63,45 @@ TEST_F(QuitTest, AlgorithmDataAreSavedOnTheWay) {
   EXPECT_EQ(windows.exitStatus, 0);
 }
 
-TEST_F(QuitTest, CancelledSaveStillEnds) {
+TEST_F(QuitTest, CancelInASaveDialogueCancelsTheQuit) {
+  Ready("juveniles_only");
+  program.priors.PriorCode(17) = "N";
   windows.Yes("Exit Tolvane");
   windows.Yes("What about algorithm data?");
   windows.CancelFile("Save algorithm data in...");
   desk.Press(menu.cmdQuit);
-  EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_FALSE(desk.Ended());
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.Yes("What about Bayesian priors?");
+  windows.CancelFile("Save Bayesian priors file in...");
+  desk.Press(menu.cmdQuit);
+  EXPECT_FALSE(desk.Ended());
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
+TEST_F(QuitTest, NothingIsNamedByAQuitThatWasCancelledBeforeThereWereData) {
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.CancelFile("Save algorithm data in...");
+  desk.Press(menu.cmdQuit);
+  EXPECT_EQ(state.algorithm.AlgName, "");
+  EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdQuit"));
+}
+
+TEST_F(QuitTest, FileThatCannotBeWrittenDoesNotEndTheCalculationThatRuns) {
+  const test::Folder folder("quit_running");
+  Ready("juveniles_only");
+  OneFunction();
+  windows.AtTurn(20, [&] { desk.Close(program.frmMain); });
+  windows.Yes("Just checking");
+  windows.Yes("Exit Tolvane");
+  windows.Yes("What about algorithm data?");
+  windows.File(folder / "missing/kept.alg", "Save algorithm data in...");
+  windows.ExpectFailure("missing/kept.alg");
+  desk.Press(menu.cmdSimplex);
+  EXPECT_FALSE(desk.Ended());
+  EXPECT_EQ(program.fit.ending, "minimum");
 }
 
 TEST_F(QuitTest, SaveThatFailsKeepsTheProgramAndTheData) {

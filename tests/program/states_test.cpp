@@ -73,7 +73,7 @@ TEST_F(StatesTest, DataReadWithoutAlgorithmData) {
   EXPECT_FALSE(program.frmInitialize.Loaded());
   EXPECT_TRUE(state.flags.ModelInitialised);
   EXPECT_EQ(state.algorithm.NPAR, 34);
-  EXPECT_EQ(state.algorithm.Fuse, (Array1<std::string>(34, "~")));
+  EXPECT_EQ(state.algorithm.Fuse, (Array1<std::string>(34, "~~")));
   EXPECT_EQ(state.algorithm.Value, Array1<double>(34));
   EXPECT_EQ(program.priors.PriorCode, (Array1<std::string>(34, "U")));
 }
@@ -141,7 +141,7 @@ TEST_F(StatesTest, EditorDisablesTheMenuUntilItCloses) {
   EXPECT_TRUE(program.frmAlgo.Visible());
   EXPECT_NE(program.frmAlgo.focus, nullptr);
   EXPECT_THAT(Usable(), IsEmpty());
-  EXPECT_FALSE(desk.Close(menu)) << "called for again it would be active";
+  EXPECT_FALSE(desk.Close(menu));
   EXPECT_EQ(menu.focus, &menu.cmdOneFunction);
   desk.Press(program.frmAlgo.cmdFinish);
   EXPECT_EQ(Usable().size(), 13U);
@@ -179,6 +179,16 @@ TEST_F(StatesTest, InitializeAgainAndYesSavesFirst) {
   EXPECT_THAT(windows.writes, ElementsAre(folder / "kept.alg"));
   EXPECT_EQ(state.algorithm.AlgName, "");
   EXPECT_TRUE(program.frmInitialize.Visible());
+}
+
+TEST_F(StatesTest, InitializeAgainYesAndCancelInTheSaveDialogueLeavesAllAsItWas) {
+  Ready("juveniles_only");
+  windows.Yes("Initialize");
+  windows.CancelFile("Save algorithm data in...");
+  desk.Press(menu.cmdInitialize);
+  EXPECT_EQ(state.algorithm.AlgName, Golden("juveniles_only.alg"));
+  EXPECT_FALSE(program.frmInitialize.Loaded());
+  EXPECT_EQ(Usable().size(), 13U);
 }
 
 TEST_F(StatesTest, FailedReadIsToldAndTheMenuOpensAsIfItHadSucceeded) {

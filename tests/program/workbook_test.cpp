@@ -76,6 +76,31 @@ TEST_F(WorkbookTest, AWorksheetBecomesTheDataFileOfTheRun) {
   EXPECT_THAT(windows.Titles(), Contains("Analysis update"));
 }
 
+TEST_F(WorkbookTest, TheChoiceOfAWorksheetIsModal) {
+  windows.AtWait([this] {
+    EXPECT_TRUE(form.TakesInput());
+    for (Form* const other : desk.Forms())
+      if (other != &form) {
+        EXPECT_FALSE(other->TakesInput()) << other->name;
+      }
+    EXPECT_FALSE(desk.Close(program.frmMain));
+    desk.Show(program.frmMenu);
+    EXPECT_FALSE(desk.Press(program.frmMenu.cmdInitialize));
+    ASSERT_TRUE(desk.Press(form.cmdCancel));
+  });
+  Read("lake.xls", "1");
+  EXPECT_TRUE(desk.Usable(program.frmMenu.cmdLoadAlg));
+}
+
+TEST_F(WorkbookTest, WhyThereWereNoDataIsToldUntilThereAreSome) {
+  windows.AtWait([this] { desk.Press(form.cmdCancel); });
+  Read("lake.xls", "1");
+  EXPECT_THAT(Status(), StartsWith("No data: "));
+  Select(0);
+  Read("lake.xls", "1");
+  EXPECT_EQ(Status(), "");
+}
+
 TEST_F(WorkbookTest, HeadingsNumbersAndUnknownAgesStandInTheirColumns) {
   Select(0);
   Read("lake.xls", "1");

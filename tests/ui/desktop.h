@@ -49,6 +49,13 @@ class Desktop {
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
+  /// Shows or hides a form of that name, whatever the program would do with it.
+  void Show(const std::string& form) {
+    program.desk.Show(*program.desk.Find(form));
+    windows.Sync();
+  }
+  void Hide(const std::string& form) { program.desk.Hide(*program.desk.Find(form)); }
+
   BatchClock clock;
   RandomStreams random{clock};
   FreexlWorkbooks workbooks;
@@ -68,6 +75,7 @@ inline void ShowEvery(Desktop& desktop, const std::function<void(Form&, QWidget&
     QWidget* const window = desktop.windows.Find(form->name);
     ASSERT_NE(window, nullptr) << form->name;
     look(*form, *window);
+    desktop.program.desk.charge.GiveBack(*form);
     if (form->name != "frmMain" && form->name != "frmMenu") desktop.program.desk.Hide(*form);
     if (!desktop.program.frmMain.Visible()) desktop.program.desk.Show(desktop.program.frmMain);
   }

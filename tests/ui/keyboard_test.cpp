@@ -87,7 +87,7 @@ TEST(KeyboardTest, TheWindowInFrontGetsItsLettersFirst) {
 TEST(KeyboardTest, EscapeClosesWhatIsOnlyReadAndCommandsWithoutCancel) {
   Desktop desktop;
   for (const char* name : {"frmOneFunction", "frmEditVS"}) {
-    desktop.program.desk.Show(name);
+    desktop.Show(name);
     desktop.windows.Sync();
     desktop.hand.Key(name, Qt::Key_Escape);
     EXPECT_FALSE(desktop.program.desk.Find(name)->Visible()) << name;

@@ -34,7 +34,6 @@ void ExpectAllReachable(Desktop& desktop, QSize screen) {
   const QMdiArea& area = desktop.windows.Main()->Area();
   ShowEvery(desktop, [&](Form& form, QWidget& window) {
     ShowAllOf(form);
-    form.enabled = true;
     desktop.windows.Sync();
     if (window.isWindow() && &window != desktop.windows.Main()) window.resize(window.size().boundedTo(screen * 0.9));
     QCoreApplication::processEvents();
@@ -64,7 +63,7 @@ TEST(SmallScreenTest, TheReviewOfPriorsWrapsItsParagraphs) {
   Desktop desktop;
   FillScreen(desktop, {960, 540});
   desktop.program.frmReviewPriors.rtbReview.text = QString("a paragraph of many words ").repeated(20).toStdString();
-  desktop.program.desk.Show("frmReviewPriors");
+  desktop.Show("frmReviewPriors");
   desktop.windows.Sync();
   QCoreApplication::processEvents();
   EXPECT_EQ(desktop.hand.Find<QPlainTextEdit>("frmReviewPriors", "rtbReview")->horizontalScrollBar()->maximum(), 0);
@@ -103,7 +102,7 @@ TEST(SmallScreenTest, StatusPanelsShowTheirTextsWholeOrByToolTip) {
 TEST(SmallScreenTest, ChildWindowsGrowWithTheMainWindow) {
   Desktop desktop;
   FillScreen(desktop, {960, 540});
-  desktop.program.desk.Show("frmRank");
+  desktop.Show("frmRank");
   desktop.windows.Sync();
   const QWidget& ranking = *desktop.windows.Find("frmRank")->parentWidget();
   const QSize before = ranking.size();

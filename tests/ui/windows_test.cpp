@@ -104,7 +104,6 @@ void RoundTrip(Desktop& desktop, Control& control) {
 TEST(WindowsTest, EveryValueMakesTheRoundTrip) {
   Desktop desktop;
   ShowEvery(desktop, [&](Form& form, QWidget&) {
-    form.enabled = true;
     for (Control* control : form.Controls())
       if (dynamic_cast<MenuEntry*>(control) == nullptr && dynamic_cast<StatusBar*>(control) == nullptr)
         RoundTrip(desktop, *control);
@@ -143,29 +142,29 @@ TEST(WindowsTest, ResultsOpenBesideTheMenu) {
   EXPECT_TRUE(area.contains(menu->geometry()));
   EXPECT_LT(menu->geometry().right(), area.width() / 3);
   for (const char* name : {"frmSimplex", "frmMarquardt", "frmMaxLike", "frmBayesian", "frmReviewPriors"}) {
-    desktop.program.desk.Show(name);
+    desktop.Show(name);
     desktop.windows.Sync();
     const QRect results = desktop.windows.Find(name)->parentWidget()->geometry();
     EXPECT_FALSE(results.intersects(menu->geometry())) << name;
     EXPECT_TRUE(area.contains(results)) << name;
-    desktop.program.desk.Hide(name);
+    desktop.Hide(name);
   }
 }
 
 TEST(WindowsTest, ResultsThatKeepTheMenuAwayHaveTheWholeWidth) {
   Desktop desktop;
   for (const char* name : {"frmOneFunction", "frmSummary"}) {
-    desktop.program.desk.Show(name);
+    desktop.Show(name);
     desktop.windows.Sync();
     EXPECT_GE(desktop.windows.Find(name)->parentWidget()->width(), desktop.windows.Main()->Area().width()) << name;
-    desktop.program.desk.Hide(name);
+    desktop.Hide(name);
   }
 }
 
 TEST(WindowsTest, WhatToDoWithCovariancesStandsBesideThem) {
   Desktop desktop;
-  desktop.program.desk.Show("frmCovData");
-  desktop.program.desk.Show("frmCovDisplay");
+  desktop.Show("frmCovData");
+  desktop.Show("frmCovDisplay");
   desktop.windows.Sync();
   const QRect results = desktop.windows.Find("frmCovData")->parentWidget()->geometry();
   const QRect commands = desktop.windows.Find("frmCovDisplay")->parentWidget()->geometry();
@@ -174,7 +173,7 @@ TEST(WindowsTest, WhatToDoWithCovariancesStandsBesideThem) {
 
 TEST(WindowsTest, DescriptionsOfParametersAreNotCutOff) {
   Desktop desktop;
-  desktop.program.desk.Show("frmAlgo");
+  desktop.Show("frmAlgo");
   Grid& parameters = *dynamic_cast<Grid*>(desktop.program.desk.Find("frmAlgo")->Find("grdVS"));
   parameters.Resize(4, 5);
   parameters.At(1, 4).text = "Zeta_BC(01) (on Alpha_BC): E[brood size@hatch] (brood correlated mortality)   [0]";
@@ -200,14 +199,14 @@ int Seen(const QWidget& widget, int each) {
 TEST(WindowsTest, TablesAndPanesShowEnoughAtOnce) {
   Desktop desktop;
   const auto find = [&](const char* form, const char* control) {
-    desktop.program.desk.Show(form);
+    desktop.Show(form);
     desktop.windows.Sync();
     QCoreApplication::processEvents();
     return desktop.hand.Find(form, control);
   };
   const auto* const parameters = qobject_cast<QTableView*>(find("frmAlgo", "grdVS"));
   EXPECT_GE(Seen(*parameters, parameters->verticalHeader()->defaultSectionSize()), 20);
-  desktop.program.desk.Hide("frmAlgo");
+  desktop.Hide("frmAlgo");
   desktop.program.desk.Find("frmRank")->Find("txtAverage")->visible = true;
   const QWidget* const averages = find("frmRank", "txtAverage");
   EXPECT_GE(Seen(*averages, averages->fontMetrics().lineSpacing()), 8);
@@ -343,10 +342,10 @@ TEST(WindowsTest, QuittingEndsWithStatusZero) {
 
 TEST(WindowsTest, ChildWindowsAreArranged) {
   Desktop desktop;
-  desktop.program.desk.Show(desktop.program.frmHelp);
+  desktop.Show("frmReviewPriors");
   desktop.windows.Sync();
   const QWidget* const menu = desktop.windows.Find("frmMenu")->parentWidget();
-  const QWidget* const help = desktop.windows.Find("frmHelp")->parentWidget();
+  const QWidget* const help = desktop.windows.Find("frmReviewPriors")->parentWidget();
   const QSize room = desktop.windows.Main()->Area().viewport()->size();
   desktop.hand.Choose("frmMain", "mnuTileVertical");
   EXPECT_FALSE(menu->geometry().intersects(help->geometry()));
@@ -364,7 +363,7 @@ QMdiSubWindow& FrameOf(Desktop& desktop, const char* form) {
 
 TEST(WindowsTest, IconsAreWindowsAgainWhenTheyAreArranged) {
   Desktop desktop;
-  desktop.program.desk.Show("frmMaxLike");
+  desktop.Show("frmMaxLike");
   desktop.windows.Sync();
   QMdiSubWindow& frame = FrameOf(desktop, "frmMaxLike");
   for (const char* arrangement : {"mnuTileVertical", "mnuTileHorizontal", "mnuCascade"}) {
@@ -398,7 +397,7 @@ TEST(WindowsTest, TheMenuIsNotClosedByAKey) {
 /// A window of its own that only stands above, and a question that comes later.
 TEST(WindowsTest, QuestionsStandAboveTheAbortWindow) {
   Desktop desktop;
-  desktop.program.desk.Show("frmAbort");
+  desktop.Show("frmAbort");
   desktop.windows.Sync();
   QWidget& abort = *desktop.windows.Find("frmAbort");
   EXPECT_TRUE(abort.isWindow());

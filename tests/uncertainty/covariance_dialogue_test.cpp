@@ -32,7 +32,9 @@ struct CovarianceDialogueTest : ::testing::Test {
     menu.EnableAnalysis(true);
     menu.cmdCovariance.onClick = [this] {
       desk.Unload(menu);
+      const auto command = desk.charge.LongCommand();
       calculated = dialogue.CalculateCovariances();
+      if (!calculated) desk.Show(menu);
     };
     desk.onFailed = [this](Form&) { desk.Show(menu); };
   }
@@ -70,7 +72,7 @@ struct CovarianceDialogueTest : ::testing::Test {
   LogFile log;
   FrmMain main{desk};
   FrmMenu menu{desk, t.state};
-  FrmAlgo algo{desk, t.state, log, main, menu};
+  FrmAlgo algo{desk, t.state, log, main};
   FrmEditVS editValues{desk, t.state, algo};
   Covariances covariances;
   FrmCovData data{desk};
@@ -435,7 +437,6 @@ TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {
 
 TEST_F(CovarianceDialogueTest, FinishClosesBothFormsAndShowsTheMenu) {
   RunNumerically();
-  main.mnuApplication.enabled = false;
   EXPECT_TRUE(desk.Press(display.cmdFinish));
   EXPECT_FALSE(display.Loaded());
   EXPECT_TRUE(main.mnuApplication.enabled);
@@ -475,6 +476,8 @@ TEST_F(CovarianceDialogueTest, LastResultsAreOfferedAgain) {
   const std::string report = data.rtbCovData.text;
   desk.Press(display.cmdFinish);
   display.OpenAgain();
+  EXPECT_FALSE(main.mnuApplication.enabled) << "until the display closes";
+  EXPECT_FALSE(menu.TakesInput());
   EXPECT_EQ(display.lblCovDisplay.text, "Do you wish to:");
   EXPECT_FALSE(display.cmdFile.enabled);
   EXPECT_TRUE(desk.Press(display.cmdScreen));

@@ -37,7 +37,6 @@ struct EvaluationForms : ::testing::Test {
   /// Opens the choice and presses one of its buttons.
   void Choose(Button& button) {
     desk.Unload(frmMenu);
-    frmMain.mnuApplication.enabled = false;
     desk.Show(frmParEvals);
     ASSERT_TRUE(desk.Press(button));
   }
@@ -95,7 +94,7 @@ struct EvaluationForms : ::testing::Test {
   LogFile log;
   FrmMain frmMain{desk};
   FrmMenu frmMenu{desk, run.state};
-  FrmAlgo frmAlgo{desk, run.state, log, frmMain, frmMenu};
+  FrmAlgo frmAlgo{desk, run.state, log, frmMain};
   FrmEditVS frmEditVS{desk, run.state, frmAlgo};
   SimplexState simplex;
   ProfileRun profileRun;
@@ -105,8 +104,9 @@ struct EvaluationForms : ::testing::Test {
   FrmDistPlot frmDistPlot{desk};
   FrmBivarPlot frmBivarPlot{desk};
   Evaluation evaluation;
-  EvaluationParts parts{desk, run.state, run.objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot};
-  FrmParEvals frmParEvals{desk, frmMain};
+  FrmParEvals frmParEvals{desk};
+  EvaluationParts parts{desk,    run.state, run.objective, covariances, evaluation,
+                        frmMain, frmAlgo,   frmDistPlot,   frmParEvals};
   FrmDistributionTable frmMaxLike{desk, FrmDistributionTable::MaxLike};
   FrmDistributionTable frmBayesian{desk, FrmDistributionTable::Bayesian};
   ProfileDialogue profileDialogue{parts, frmMaxLike, frmSimplex, frmMarquardt, profileRun};

@@ -98,7 +98,6 @@ TEST_F(PriorProfileDialogueTest, ShowsPlotsAndTable) {
   EXPECT_TRUE(frmDistPlot.Visible());
   EXPECT_EQ(frmDistPlot.listVar.items[1], "Bayesian Prior Distribution");
   EXPECT_EQ(frmPriorDists.rtbTable.text, KeptPlot("prior_profile_normal")["pane"].get<std::string>());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
   EXPECT_EQ(windows.formEvents.back(), (test::ScriptedWindows::Told{"frmDistPlot", FormEvent::Front}));
   desk.Select(frmDistPlot.listVar, 1);
   EXPECT_TRUE(desk.Press(frmDistPlot.cmdPlot));
@@ -143,7 +142,6 @@ TEST_F(PriorProfileDialogueTest, AMeanOfZeroCostsThePercentageOfTheTable) {
   Profile("1", "3");
   EXPECT_THAT(frmPriorDists.rtbTable.text, ::testing::HasSubstr("Percent Diff:      undefined   \n"));
   EXPECT_TRUE(frmDistPlot.Visible());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
 }
 
 TEST_F(PriorProfileDialogueTest, APriorThatCannotBeComputedIsToldAndGivesTheStatusBack) {
@@ -151,7 +149,6 @@ TEST_F(PriorProfileDialogueTest, APriorThatCannotBeComputedIsToldAndGivesTheStat
   windows.ExpectFailure("division by zero");
   Profile("1", "21");
   EXPECT_FALSE(frmDistPlot.Loaded());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
   EXPECT_THAT(frmMain.stbMain5.Get(1), StartsWith("Note: Unset parameters"));
 }
 

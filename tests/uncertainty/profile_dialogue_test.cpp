@@ -87,13 +87,13 @@ TEST_F(ProfileDialogueTest, ChoiceCanBeCancelled) {
   EXPECT_THAT(windows.messages, IsEmpty());
 }
 
-TEST_F(ProfileDialogueTest, MenuComesBackThoughTheChoiceAndTheMenuWereClosedMeanwhile) {
+TEST_F(ProfileDialogueTest, TheChoiceCanBeShownMeanwhileButNeitherUsedNorClosed) {
   AnswerUpToMinimiser("1", "5");
   windows.No(Title);
   Edit([this] {
     desk.Show(frmParEvals);
-    desk.Press(frmParEvals.cmdCancel);
-    desk.Close(frmMenu);
+    EXPECT_FALSE(desk.Press(frmParEvals.cmdCancel));
+    EXPECT_FALSE(desk.Close(frmParEvals));
   });
   windows.Reply(Answer::Cancel, "Marquardt minimization");
   Choose(frmParEvals.cmdML);
@@ -530,12 +530,31 @@ TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
   windows.AtTurn(1 + 3, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
+  windows.No(Title);
   Choose(frmParEvals.cmdML);
   EXPECT_EQ(windows.beeps, 1) << "in all cases";
   EXPECT_FALSE(evaluation.series);
   EXPECT_FALSE(frmMaxLike.Loaded());
+  EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
+            "The profile was interrupted too early for a curve.\r\nPoints done: 3\r\n\r\nDo you want to see them?");
   EXPECT_EQ(algorithm.Value(1), 3);
   EXPECT_EQ(algorithm.Step(1), 0.25);
+  ExpectBackAtMenu();
+}
+
+TEST_F(ProfileDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyCanBeSeen) {
+  FreezeTheOther();
+  AnswerUpToMinimiser("1", "11");
+  windows.Yes(Title);
+  windows.AtTurn(1 + 2, [this] { desk.Press(frmMain.mnuInterruptML); });
+  Edit();
+  windows.Yes("Maximum-likelihood calculations");
+  windows.Yes(Title);
+  Choose(frmParEvals.cmdML);
+  EXPECT_THAT(
+      Lines(frmMaxLike.rtbTable.text),
+      ElementsAre("Points of a likelihood profile that was interrupted", "", "  Point       Value         -ln[L]", "",
+                  StartsWith("    1     1.7500E+000"), StartsWith("    2     2.0000E+000"), ""));
   ExpectBackAtMenu();
 }
 
@@ -548,6 +567,7 @@ TEST_F(ProfileDialogueTest, ALowestPointThatIsNotKeptGivesNoPlots) {
   windows.AtTurn(1 + 6, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
+  windows.No(Title);
   Choose(frmParEvals.cmdML);
   EXPECT_FALSE(evaluation.series);
   ExpectBackAtMenu();
