@@ -92,6 +92,7 @@ void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& p
   rtbSimplex.text = SimplexFinalPane(state_, simplex, progress);
   if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress));
   TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound);
+  InterruptFlag_ = false;
   ClearPanels(1, 4);
 }
 

@@ -73,9 +73,9 @@ void EvaluatedPoints::Add(int point, double x, double f) {
 }
 
 void EvaluatedPoints::Keep(int count) {
-  const auto first = [count](const Array1<double>& all) {
+  const auto first = [count](const Array1<double>& column) {
     Array1<double> kept(count);
-    std::copy_n(all.begin(), count, kept.begin());
+    std::copy_n(column.begin(), count, kept.begin());
     return kept;
   };
   ProfileX = first(ProfileX);
