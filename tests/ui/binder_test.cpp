@@ -313,7 +313,7 @@ void TurnWheel(QAbstractScrollArea& over) {
 TEST_F(BinderTest, ResultsAreScrolledWhileTheirFormTakesNoInput) {
   for (int i = 0; i < 200; ++i) demo.edited.text += "\r\nline";
   demo.grid.Resize(300, 3);
-  demo.enabled = false;
+  desk.charge.Take(main, Charge::Resting::Everything);
   windows.Sync();
   QCoreApplication::processEvents();
   for (const char* name : {"rtbEdited", "grdCells"}) {
