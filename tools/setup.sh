@@ -12,7 +12,7 @@ packages=(
   g++ cmake ninja-build python3 musl-dev
   qt6-base-dev qt6-svg-dev libfreexl-dev libcli11-dev nlohmann-json3-dev libfmt-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  xvfb xauth fonts-dejavu-core
+  xvfb xauth jwm fonts-dejavu-core
 )
 preset=dev
 folder=build

@@ -178,7 +178,7 @@ void Actions::Write(const BatchLine& line, const std::function<std::string()>& b
     const std::string path = InFolder(host_.GetFolders().writing, *line.text);
     WriteWholeFile(path, bytes());
     host_.OnWrote(path);
-  } catch (const RuntimeFailure& failure) {
+  } catch (const std::exception& failure) {
     host_.OnFailure(line.source + ": " + failure.what());
   }
 }

@@ -1,5 +1,6 @@
 #include "ui/binder.h"
 
+#include "ui/scroll_view.h"
 #include "ui/windows.h"
 
 namespace merlane {
@@ -85,7 +86,7 @@ void FormBinding::LeaveKeys(const std::set<QKeySequence>& keys) {
 void FormBinding::GiveFocus() {
   if (form.focus == nullptr || !form.TakesInput()) return;
   const Control* const wanted = std::exchange(form.focus, nullptr);
-  if (QWidget* const widget = Find(wanted->name)) widget->setFocus(Qt::OtherFocusReason);
+  if (QWidget* const widget = Find(wanted->name)) FocusOn(*widget);
 }
 
 }  // namespace merlane

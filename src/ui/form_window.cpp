@@ -11,33 +11,25 @@ constexpr int MenuMargin = 8;  // around the menu
 
 }  // namespace
 
-/// Is scrolled when there is less room than its layout needs at the least, lines that wrap included.
-class FormWindow::ScrolledContent : public QWidget {
- public:
-  int heightForWidth(int width) const override {
-    return layout() != nullptr && layout()->hasHeightForWidth() ? layout()->totalMinimumHeightForWidth(width) : -1;
-  }
-};
-
 FormWindow::FormWindow(Form& form, Windows& windows)
-    : binding(form, windows, this, new QMenuBar(this)),
-      windows_(windows),
-      scroll_(new QScrollArea),
-      content_(new ScrolledContent) {
+    : binding(form, windows, this, new QMenuBar(this)), windows_(windows), scroll_(new ScrollView) {
   setObjectName(ToQt(form.name));
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setFocusPolicy(Qt::NoFocus);
-  scroll_->setWidgetResizable(true);
-  scroll_->setWidget(content_);
   auto* const whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
-  whole->addWidget(scroll_);
+  whole->setSpacing(0);
+  whole->addWidget(scroll_, 1);
   binding.Sync();  // a layout may look at what its pieces say
   LayOut(*this);
   SetTabOrder();
 }
 
 FormWindow::~FormWindow() { Undock(); }
+
+void FormWindow::Pin(QLayout* below) {
+  const QMargins around = Content().layout()->contentsMargins();
+  below->setContentsMargins(around.left(), 0, around.right(), around.bottom());
+  qobject_cast<QVBoxLayout*>(layout())->addLayout(below);
+}
 
 void FormWindow::SetDefault(QWidget* button) {
   default_ = qobject_cast<QAbstractButton*>(button);
@@ -66,7 +58,7 @@ void FormWindow::Sync() {
     frame->setVisible(std::ranges::any_of(members, [](const QWidget* member) { return !member->isHidden(); }));
   // Behind a time in which its controls rested the keys go where they went before.
   const bool inFront = !frame_ || frame_->mdiArea()->currentSubWindow() == frame_;
-  if (takes && !takesInput_ && rested_ && inFront) rested_->setFocus(Qt::OtherFocusReason);
+  if (takes && !takesInput_ && rested_ && inFront) FocusOn(*rested_);
   takesInput_ = takes;
 }
 
@@ -153,18 +145,13 @@ void FormWindow::Refit() {
   if (frame_ && frame_->geometry() == opened_) FindPlace(*frame_->mdiArea());
 }
 
-/// What the content asks for; it can be scrolled, so that nothing is lost in less.
-QSize FormWindow::sizeHint() const {
-  const QWidget* const bar = layout()->menuBar();
-  return content_->sizeHint() + QSize(0, bar == nullptr ? 0 : bar->sizeHint().height());
-}
-
 /// As large as it is wanted, as far as the room allows. Where the content has to be scrolled down, the bar that does it
 /// stands beside the content and not over its right edge, as far as there is room for it.
 QSize FormWindow::SizeWithin(const QSize& room) const {
   const QSize title(fontMetrics().horizontalAdvance(windowTitle()) + 160, 0);
   QSize size = sizeHint().expandedTo(preferredSize_).expandedTo(title);
-  if (content_->minimumSizeHint().height() > room.height())
+  const int around = sizeHint().height() - scroll_->sizeHint().height();  // menus and what is pinned
+  if (scroll_->Content().minimumSizeHint().height() + around > room.height())
     size.rwidth() += scroll_->verticalScrollBar()->sizeHint().width();
   return size.boundedTo(room);
 }
@@ -204,10 +191,10 @@ void FormWindow::BringToFront() {
 /// The first control that can be typed into or pressed; in the menu, which is come back to all the time, the one that
 /// had the focus last.
 void FormWindow::FirstFocus() {
-  if (room_ == Room::Left && rested_ && rested_->isEnabled()) return rested_->setFocus(Qt::OtherFocusReason);
+  if (room_ == Room::Left && rested_ && rested_->isEnabled()) return FocusOn(*rested_);
   const auto first =
       std::ranges::find_if(tabStops_, [](const QWidget* stop) { return stop->isEnabled() && !stop->isHidden(); });
-  if (first != tabStops_.end()) (*first)->setFocus(Qt::OtherFocusReason);
+  if (first != tabStops_.end()) FocusOn(**first);
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {

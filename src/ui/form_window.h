@@ -4,6 +4,7 @@
 #include <set>
 
 #include "ui/binder.h"
+#include "ui/scroll_view.h"
 
 namespace merlane {
 
@@ -20,7 +21,9 @@ class FormWindow : public QWidget {
 
   // What the layout decides.
   /// Holds what the layout places.
-  QWidget& Content() { return *content_; }
+  QWidget& Content() { return scroll_->Content(); }
+  /// Stands below the content and is not scrolled with it.
+  void Pin(QLayout* below);
   /// The menus of the form, above the content.
   void SetMenuBar(QMenuBar* bar) { layout()->setMenuBar(bar); }
   void PreferSize(QSize size) { preferredSize_ = size; }
@@ -52,15 +55,11 @@ class FormWindow : public QWidget {
   /// What Alt with an underlined letter presses here at present.
   std::set<QKeySequence> Keys() const;
 
-  QSize sizeHint() const override;
-
  protected:
   void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  class ScrolledContent;
-
   Qt::WindowFlags FrameFlags() const;
   void SetTabOrder();
   void FirstFocus();
@@ -72,8 +71,7 @@ class FormWindow : public QWidget {
   QSize SizeWithin(const QSize& room) const;
 
   Windows& windows_;
-  QScrollArea* scroll_;
-  QWidget* content_;
+  ScrollView* scroll_;
   QSize preferredSize_;
   Room room_ = Room::BesideMenu;
   std::vector<QWidget*> tabStops_;

@@ -25,14 +25,13 @@ void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column) {
   log->addLayout(layouter.Column({"lblFileFreq", "txtFileFreq"}));
   options->addWidget(layouter.Group(QStringLiteral("Log file"), log));
   options->addStretch(1);
-  for (const char* button : {"cmdUpdate", "cmdFinish"})
-    if (QWidget* const widget = layouter.Take(button)) options->addWidget(widget);
 
   auto* const row = new QHBoxLayout;
   row->setSpacing(16);
   row->addLayout(table, 1);
-  row->addLayout(options);
+  row->addWidget(layouter.Scrolled(options));
   column.addLayout(row, 1);
+  layouter.PinButtons({"cmdUpdate", "cmdFinish"});
   layouter.PreferText(170, 48);
   layouter.window.Stand(FormWindow::Room::Whole);
 }

@@ -70,19 +70,19 @@ void LayOutInitialize(Layouter& layouter, QVBoxLayout& column) {
     objective->setProperty("quiet", true);
     choices->addWidget(objective);
   }
-  choices->addLayout(layouter.Buttons({"cmdDone", "cmdCancel"}));
 
   auto* const help = new QVBoxLayout;
   help->setSpacing(6);
-  AddHelp(layouter, *help, "lblInitialize", "txtInitialize", 4, 2);
-  AddHelp(layouter, *help, "lblDataFormat", "txtDataFormat", 6, 3);
-  AddHelp(layouter, *help, "lblLimits", "txtLimits", 4, 2);
+  AddHelp(layouter, *help, "lblInitialize", "txtInitialize", 2, 2);
+  AddHelp(layouter, *help, "lblDataFormat", "txtDataFormat", 3, 3);
+  AddHelp(layouter, *help, "lblLimits", "txtLimits", 2, 2);
 
   auto* const row = new QHBoxLayout;
   row->setSpacing(18);
-  row->addLayout(choices);
+  row->addWidget(layouter.Scrolled(choices));
   row->addLayout(help, 1);
   column.addLayout(row, 1);
+  layouter.PinButtons({"cmdDone", "cmdCancel"});
   layouter.window.SetDefault(layouter.Take("cmdDone"));
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
   layouter.PreferText(150, 36);

@@ -62,11 +62,16 @@ QWidget* Picture(QLayout* content) {
   return picture;
 }
 
-QHBoxLayout* SideBySide(QLayout* left, QLayout* right, int leftPart, int rightPart) {
+/// The drawing, and beside it what goes with it.
+template <class Side>
+QHBoxLayout* SideBySide(QLayout* left, Side* right, int leftPart, int rightPart) {
   auto* const row = new QHBoxLayout;
   row->setSpacing(18);
   row->addLayout(left, leftPart);
-  row->addLayout(right, rightPart);
+  if constexpr (std::is_base_of_v<QWidget, Side>)
+    row->addWidget(right, rightPart);
+  else
+    row->addLayout(right, rightPart);
   return row;
 }
 
@@ -93,18 +98,6 @@ QGroupBox* PlotAs(Layouter& layouter) {
   options->addSpacing(12);
   options->addLayout(layouter.Column({"Check_Scatter", "Check_Drop", "Check_8X8", "Check_10X10"}));
   return layouter.Group(QStringLiteral("Plot as"), options);
-}
-
-QGridLayout* PlotCommands(Layouter& layouter, QWidget& picture) {
-  auto* const commands = new QGridLayout;
-  int place = 0;
-  for (const char* name : {"cmdPlot", "cmdClear", "cmdNext_Page", "cmdCancel"})
-    if (QWidget* const widget = layouter.Take(name)) {
-      commands->addWidget(widget, place / 2, place % 2);
-      ++place;
-    }
-  commands->addWidget(SavePictureButton(picture), 0, 2);
-  return commands;
 }
 
 /// The boxes of the bands, each beside its line: the text has a line for each of the seven and an empty one between
@@ -149,8 +142,9 @@ void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column) {
   figures->addWidget(PlotAs(layouter));
   if (QWidget* const correlation = Lines(layouter, "lblCorr", 7, FixedPitchFont())) figures->addWidget(correlation, 1);
   side->addLayout(figures);
-  side->addLayout(PlotCommands(layouter, *picture));
-  column.addLayout(SideBySide(left, side, 4, 3), 1);
+  column.addLayout(SideBySide(left, layouter.Scrolled(side), 4, 3), 1);
+  layouter.PinButtons({"cmdPlot", "cmdClear", "cmdNext_Page", "cmdCancel"})
+      ->insertWidget(0, SavePictureButton(*picture));
   layouter.window.SetDefault(layouter.Take("cmdPlot"));
   layouter.window.SetCancel(layouter.Take("cmdCancel"));
   layouter.PreferText(150, 48);
@@ -182,10 +176,8 @@ void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
   estimates->addStretch(1);
   side->addLayout(estimates);
   side->addStretch(1);
-  QHBoxLayout* const buttons = layouter.Row({"cmdPlot", "cmdClear", "cmdDone"});
-  buttons->addWidget(SavePictureButton(*picture));
-  side->addLayout(buttons);
-  column.addLayout(SideBySide(left, side, 3, 2), 1);
+  column.addLayout(SideBySide(left, layouter.Scrolled(side), 3, 2), 1);
+  layouter.PinButtons({"cmdPlot", "cmdClear", "cmdDone"})->insertWidget(0, SavePictureButton(*picture));
   layouter.window.SetDefault(layouter.Take("cmdPlot"));
   layouter.window.SetCancel(layouter.Take("cmdDone"));
   layouter.PreferText(120, 42);
@@ -211,9 +203,7 @@ void LayOutBivarPlot(Layouter& layouter, QVBoxLayout& column) {
   side->addStrut(22 * QFontMetrics(fixedPitch).horizontalAdvance(QLatin1Char('0')));
   QWidget* const graphAndLegend = Picture(SideBySide(graph, side, 1, 0));
   column.addWidget(graphAndLegend, 1);
-  QHBoxLayout* const buttons = layouter.Buttons({"cmdClear", "cmdDone"});
-  buttons->insertWidget(1, SavePictureButton(*graphAndLegend));
-  column.addLayout(buttons);
+  layouter.PinButtons({"cmdClear", "cmdDone"})->insertWidget(0, SavePictureButton(*graphAndLegend));
   layouter.window.SetDefault(layouter.Take("cmdDone"));
   layouter.window.SetCancel(layouter.Take("cmdDone"));
   layouter.PreferText(104, 42);

@@ -4,9 +4,15 @@
 namespace merlane {
 
 void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
-  auto* const add = new QVBoxLayout;
-  if (QLabel* const how = layouter.Note("lblAdd")) add->addWidget(how);
-  add->addLayout(layouter.Row({"cmdLoadAlg", "cmdEditAlg", "cmdSaveAlg", "cmdBayesian"}));
+  auto* const add = new QGridLayout;
+  add->setColumnStretch(0, 1);
+  if (QLabel* const how = layouter.Note("lblAdd")) add->addWidget(how, 0, 0, 2, 1);
+  int place = 0;
+  for (const char* name : {"cmdLoadAlg", "cmdEditAlg", "cmdSaveAlg", "cmdBayesian"})
+    if (QWidget* const button = layouter.Take(name)) {
+      add->addWidget(button, place / 2, 1 + place % 2);
+      ++place;
+    }
   auto* const compare = new QVBoxLayout;
   compare->addLayout(layouter.Row({"cmdAICc", "cmdQAICc", "txtCHat"}));
   compare->addLayout(layouter.Row({"cmdRank", "cmdAverage"}));
@@ -27,7 +33,7 @@ void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
   pane->setSpacing(4);
   if (QWidget* const label = layouter.Take("lblAverage")) pane->addWidget(label);
   if (QWidget* const text = layouter.Take("txtAverage")) {
-    text->setMinimumHeight(9 * text->fontMetrics().lineSpacing());
+    text->setMinimumHeight(4 * text->fontMetrics().lineSpacing());
     pane->addWidget(text, 1);
   }
   auto* const parts = new QSplitter(Qt::Vertical);
@@ -43,9 +49,7 @@ void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
   notes->setSpacing(2);
   for (const char* name : {"lblDelete", "lblCovariance", "lblNotes"})
     if (QWidget* const note = layouter.Take(name)) note->setProperty("quiet", true);
-  auto* const bottom = layouter.Buttons({"cmdSaveRank", "cmdFinish"});
-  bottom->insertLayout(0, notes);
-  column.addLayout(bottom);
+  layouter.PinButtons({"cmdSaveRank", "cmdFinish"})->insertLayout(0, notes);
   layouter.PreferText(150, 48);
   layouter.window.Stand(FormWindow::Room::Whole);
 }

@@ -62,6 +62,19 @@ QLabel* Layouter::Note(const char* name) {
   return label;
 }
 
+QHBoxLayout* Layouter::PinButtons(std::initializer_list<const char*> names) {
+  QHBoxLayout* const row = Buttons(names);
+  window.Pin(row);
+  return row;
+}
+
+ScrollView* Layouter::Scrolled(QLayout* content) {
+  auto* const view = new ScrollView(ScrollView::Bars::DownAlone);
+  content->setContentsMargins(0, 0, 0, 0);
+  view->Content().setLayout(content);
+  return view;
+}
+
 void Layouter::PreferText(int columns, int lines) {
   const QFontMetrics metrics(FixedPitchFont());
   window.PreferSize({columns * metrics.horizontalAdvance(QLatin1Char('0')) + 60, lines * metrics.lineSpacing() + 60});

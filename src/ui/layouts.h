@@ -33,6 +33,10 @@ class Layouter {
   void Field(QGridLayout& fields, const char* label, std::initializer_list<const char*> parts);
   /// A label that may take several lines.
   QLabel* Note(const char* name);
+  /// Buttons side by side at the right end below all else, in sight whatever has to be scrolled.
+  QHBoxLayout* PinButtons(std::initializer_list<const char*> names);
+  /// A layout that goes up and down by itself where there is too little room.
+  ScrollView* Scrolled(QLayout* content);
   /// The size of a window that shows that much fixed-pitch text.
   void PreferText(int columns, int lines);
 

@@ -24,7 +24,10 @@ QWidget* QtHost::Parent() {
 
 Answer QtHost::MsgBox(const Message& message) { return AskInBox(message, Parent()); }
 
-std::optional<std::string> QtHost::InputBox(const InputRequest& request) { return AskForLine(request, Parent()); }
+std::optional<std::string> QtHost::InputBox(const InputRequest& request) {
+  QWidget* const parent = Parent();
+  return AskForLine(request, parent, windows_ != nullptr && windows_->TableInFront());
+}
 
 std::optional<std::string> QtHost::AskFile(const FileRequest& request) {
   auto chosen = AskForFile(request, folder_, Parent());

@@ -122,7 +122,7 @@ Answer AskInBox(const Message& message, QWidget* parent) {
   return AnswerOf(static_cast<QMessageBox::StandardButton>(box.exec()));
 }
 
-std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent) {
+std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent, bool aside) {
   QDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("inputBox"));
   dialog.setWindowTitle(ToQt(request.title));
@@ -142,7 +142,7 @@ std::optional<std::string> AskForLine(const InputRequest& request, QWidget* pare
   column->addWidget(entry);
   column->addWidget(buttons);
   dialog.setMinimumWidth(std::max(34 * dialog.fontMetrics().averageCharWidth() + 200, WidthOfTitle(dialog)));
-  StandAside(dialog);
+  if (aside) StandAside(dialog);
   entry->setFocus();
   if (dialog.exec() != QDialog::Accepted) return std::nullopt;
   return FromQt(entry->text());

@@ -13,7 +13,7 @@ namespace merlane {
 /// A message or question; returns the button pressed.
 Answer AskInBox(const Message& message, QWidget* parent);
 /// A request for a line of text; none when cancelled.
-std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent);
+std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent, bool aside);
 /// A request for a file, beginning in `folder` where the request names none; none when cancelled.
 std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent);
 /// What all file dialogs have in common: they tell the size, kind and date of files whole.

@@ -80,6 +80,13 @@ QWidget* Windows::OnScreen() const {
   return MainVisible() ? main_.get() : QApplication::activeWindow();
 }
 
+bool Windows::TableInFront() const {
+  const QMdiSubWindow* const front = main_ == nullptr ? nullptr : main_->Area().currentSubWindow();
+  if (front == nullptr || !front->isVisible()) return false;
+  const auto tables = front->findChildren<QTableView*>();
+  return std::ranges::any_of(tables, &QWidget::isVisible);
+}
+
 void Windows::Refit() {
   for (const auto& [form, window] : windows_)
     if (form->Visible()) window->Refit();

@@ -43,6 +43,8 @@ class Windows {
   QWidget* Find(const std::string& formName) const;
   FormWindow* FindForm(const std::string& formName) const;  // the same, but for the main window
   MainWindow* Main() const { return main_.get(); }
+  /// True while the child window in front shows a table, as the walks through one do.
+  bool TableInFront() const;
   /// The first window that was made to stand at the left; null when there is none.
   const FormWindow* FirstAtTheLeft() const { return atTheLeft_; }
   /// The area of the child windows has another size.

@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include "batch/replay.h"
+#include "batch/stopped.h"
 
 namespace merlane {
 namespace {
@@ -49,6 +50,14 @@ TEST_F(MerlaneBatch, AnEmptyFileShowsTheProgramAndEnds) {
             "      window frmMenu shown\n"
             "end: end of file\n");
   EXPECT_EQ(err, "");
+}
+
+TEST_F(MerlaneBatch, ATranscriptThatCannotBeWrittenIsTold) {
+  WriteFile(folder + "/a.batch", "# nothing\n");
+  std::ostream broken(nullptr);
+  std::ostringstream errors;
+  EXPECT_EQ(RunBatch({folder + "/a.batch", folder, false}, broken, errors), status::CommandFailed);
+  EXPECT_EQ(errors.str(), "merlane-batch: the transcript could not be written\n");
 }
 
 TEST_F(MerlaneBatch, TheTranscriptForPeopleHasOneLineForEachThing) {

@@ -47,6 +47,20 @@ void BatchPlayer::Play(const std::string& batch) {
   });
   timer.start(1ms);
   QDeadlineTimer patience(20s);
+  // A dialog that nobody answers would keep its line, and this loop with it, for ever.
+  QTimer watch;
+  int seconds = 0;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&, seen = QPointer<QWidget>(), line = next_]() mutable {
+    QPointer<QWidget> dialog = QApplication::activeModalWidget();
+    const bool same = dialog != nullptr && dialog == seen && line == next_;
+    seconds = same ? seconds + 1 : 0;
+    seen = dialog;
+    line = next_;
+    if (seconds < 20) return;
+    ADD_FAILURE() << "still open: " << dialog->windowTitle().toStdString();
+    qobject_cast<QDialog*>(dialog)->reject();
+  });
+  watch.start(1s);
   for (std::size_t before = next_; (next_ < lines_.size() || acting_ > 0) && !patience.hasExpired();) {
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     if (std::exchange(before, next_) != next_) patience.setRemainingTime(20s);

@@ -193,7 +193,10 @@ void Hand::NameFile(QWidget& dialog, const std::string& path) {
   name->setText(QString::fromStdString(path));  // keys would be completed
   auto* const buttons = dialog.findChild<QDialogButtonBox*>("buttonBox");
   for (const auto which : {QDialogButtonBox::Open, QDialogButtonBox::Save})
-    if (QPushButton* const button = buttons->button(which)) QTest::mouseClick(button, Qt::LeftButton);
+    if (QPushButton* const button = buttons->button(which)) {
+      EXPECT_TRUE(button->isEnabled()) << dialog.windowTitle().toStdString() << " refuses " << path;
+      QTest::mouseClick(button, Qt::LeftButton);
+    }
 }
 
 void Hand::Dismiss(QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }

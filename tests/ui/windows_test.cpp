@@ -394,6 +394,22 @@ TEST(WindowsTest, TheMenuIsNotClosedByAKey) {
   EXPECT_TRUE(desktop.windows.Find("frmMenu")->isVisible());
 }
 
+TEST(WindowsTest, OnlyWhatIsAskedOverATableStandsAside) {
+  Desktop desktop;
+  const auto right = [&](QWidget& dialog) {
+    const int middle = dialog.mapToGlobal(dialog.rect().center()).x();
+    desktop.hand.Dismiss(dialog);
+    const QWidget& main = *desktop.windows.Main();
+    return middle - main.mapToGlobal(main.rect().center()).x();
+  };
+  desktop.hand.Expect([&](QWidget& dialog) { EXPECT_LT(std::abs(right(dialog)), 40); }, "Over the menu");
+  desktop.host.InputBox({"Over the menu", "n?", "1"});
+  desktop.program.desk.Show("frmAlgo");
+  desktop.windows.Sync();
+  desktop.hand.Expect([&](QWidget& dialog) { EXPECT_GT(right(dialog), 200); }, "Over a table");
+  desktop.host.InputBox({"Over a table", "n?", "1"});
+}
+
 /// A window of its own that only stands above, and a question that comes later.
 TEST(WindowsTest, QuestionsStandAboveTheAbortWindow) {
   Desktop desktop;
