@@ -16,9 +16,7 @@ inline Json KeptPlot(const std::string& name) {
   return Json::parse(file);
 }
 
-inline void ExpectPlace(double drawn, const Json& kept) {
-  EXPECT_NEAR(drawn, kept.get<double>(), 1e-9 * std::max(1.0, std::fabs(kept.get<double>())));
-}
+inline void ExpectPlace(double drawn, const Json& kept) { EXPECT_EQ(drawn, kept.get<double>()); }
 
 inline const char* PenName(Drawing::Pen pen) {
   static constexpr const char* names[] = {"solid", "dotted", "dashed"};
