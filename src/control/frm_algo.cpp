@@ -41,10 +41,7 @@ std::optional<double> NumberIn(const std::string& text) {
 FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main, FrmMenu& menu)
     : Form(d, "frmAlgo", ""), windowMenu(*this, main.onArrange), state_(state), log_(log), menu_(menu) {
   mnuExit.onClick = [this] { onExit(); };
-  mnuValue.onClick = [this] {
-    ForgetResults();
-    desk.Show("frmEditVS");
-  };
+  mnuValue.onClick = [this] { desk.Show("frmEditVS"); };
   mnuStep.onClick = [this] { EditAllSteps(); };
   mnuFraction.onClick = [this] { ChangeFraction(); };
   mnuUnFuse.onClick = [this] { UnfuseAll(); };
@@ -136,12 +133,6 @@ void FrmAlgo::OnUnload() {
   if (const auto whenClosed = std::exchange(whenClosed_, {})) whenClosed();
 }
 
-void FrmAlgo::ForgetResults() {
-  state_.flags.SimplexBuilt = false;
-  state_.flags.CovarianceDone = false;
-  state_.flags.CovarianceGrid = 0;
-}
-
 // ---- The table
 
 void FrmAlgo::FillGrid() {
@@ -185,7 +176,6 @@ void FrmAlgo::ShowChangedStep(int parameter) {
 
 void FrmAlgo::DoubleClick(int row, int column) {
   LeaveEntry();
-  ForgetResults();
   if (row == 0)
     EditColumn(column);
   else
@@ -266,7 +256,6 @@ void FrmAlgo::EnterFuse(const Entry& entry, const std::string& text) {
 }
 
 void FrmAlgo::EditAllSteps() {
-  ForgetResults();
   for (int i = 1; i <= Data().NPAR; ++i) {
     const std::optional<double> number = [&] {
       const RowMark mark(*this, i);
@@ -280,7 +269,6 @@ void FrmAlgo::EditAllSteps() {
 }
 
 void FrmAlgo::EditAllFuses() {
-  ForgetResults();
   for (int i = 1; i <= Data().NPAR; ++i) {
     const std::optional<std::string> fuse = AskFuse(i);
     if (!fuse) return;
@@ -309,7 +297,6 @@ std::optional<std::string> FrmAlgo::AskFuse(int parameter) {
 }
 
 void FrmAlgo::UnfuseAll() {
-  ForgetResults();
   Data().Fuse.Fill(Unfused);
   for (int i = 1; i <= Data().NPAR; ++i) ShowFuse(i, PlainColour);
 }

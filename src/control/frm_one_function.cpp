@@ -27,11 +27,8 @@ double FrmOneFunction::Run() {
   return F;
 }
 
-void FrmOneFunction::OnLoad() { state_.flags.OneFunctionOpen = true; }
-
 void FrmOneFunction::OnUnload() {
   rtbOneFunction.text.clear();
-  state_.flags.OneFunctionOpen = false;
   desk.Show("frmMenu");
 }
 

@@ -24,7 +24,6 @@ class FrmOneFunction : public Form {
   Pane rtbOneFunction{*this, "rtbOneFunction"};
 
  protected:
-  void OnLoad() override;
   void OnUnload() override;
 
  private:

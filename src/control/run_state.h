@@ -52,7 +52,6 @@ struct ProfileStatus {
   };
   bool ProfileOn = false;
   bool IntegrationOn = false;
-  bool PriorPlotOn = false;
   std::int16_t ProfileParameter = 0;  // 0 when none
   std::int16_t ProfileState = 0;      // 1 when a profile or integration has left its results
   std::optional<Pinned> pinned;       // while a profile or integration runs or shows its plots
@@ -60,16 +59,12 @@ struct ProfileStatus {
 
 /// Where the run stands; lives as long as the program.
 struct RunFlags {
-  bool ModelInitialised = false;    // an initialisation has ended, though the data may have failed to be read
-  std::string PriorFileName;        // path of the priors file; empty: none yet
-  bool BayesOn = false;             // priors contribute to the objective
-  bool CovarianceDone = false;      // for the present estimates
-  std::int16_t CovarianceGrid = 0;  // the grid of the last covariances, 1 to 3; 0: none
-  bool SimplexBuilt = false;        // the next simplex resumes from the one that stands
+  bool ModelInitialised = false;  // an initialisation has ended, though the data may have failed to be read
+  std::string PriorFileName;      // path of the priors file; empty: none yet
+  bool BayesOn = false;           // priors contribute to the objective
   bool SimplexRunning = false;
   bool MarquardtRunning = false;
-  bool OneCallRun = false;  // only during the run of "1 Function call"
-  bool OneFunctionOpen = false;
+  bool OneCallRun = false;         // only during the run of "1 Function call"
   bool SimulationMode = false;     // data are simulated, not read
   bool BootstrapMode = false;      // the model reads no form and shows no messages of the reading
   bool ReadOriginalFile = false;   // the next reading takes the file that the user chose
@@ -90,6 +85,10 @@ struct RunState {
   FreeParameters free;
   ProfileStatus profile;
   RunFlags flags;
+  // What results were computed from (`Basis`): each reading of data and each minimisation has a number of its own, also
+  // one whose run state is put back later.
+  std::int64_t reading = 0;
+  std::int64_t search = 0;
   Array1<double> Gradient{1};  // derivatives that a model with analytical derivatives would return
   Matrix1<double> Hessian{1, 1};
 };

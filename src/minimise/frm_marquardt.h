@@ -19,7 +19,7 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
 
   /// Shows the window and minimises with the derivatives chosen. The caller has asked for them, has built the fuse
   /// groups and packed the free parameters (NFREE at least 1); it need not dimension anything. The menu's command also
-  /// sets MarquardtRunning around this and clears SimplexBuilt behind it; a profile sets ProfileOn and fills its
+  /// sets MarquardtRunning around this; a profile sets ProfileOn and fills its
   /// ProfileRun; a bootstrap sets BootstrapMode and reads the ending MatrixFailed as a rejected replicate.
   /// RuntimeFailure as MinimiseMarquardt.
   MarquardtResult Minimise();

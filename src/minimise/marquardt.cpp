@@ -52,6 +52,7 @@ class MarquardtRun {
       state_.Gradient.Dimension(algorithm_.NPAR);
       state_.Hessian.Dimension(algorithm_.NPAR, algorithm_.NPAR);
     }
+    objective_.BeginSearch();
     watch_.OnStart();
     TrialParameters_ = algorithm_.Value;
     now_.NF = ++evaluator_.NF;

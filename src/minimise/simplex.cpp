@@ -40,10 +40,10 @@ class ReportCounter {
 class SimplexRun {
  public:
   SimplexRun(RunState& state, Objective& objective, SimplexState& simplex, SimplexWatch& watch)
-      : state_(state),
-        algorithm_(state.algorithm),
+      : algorithm_(state.algorithm),
         free_(state.free),
         NFREE_(state.free.NFREE),
+        objective_(objective),
         s_(simplex),
         watch_(watch),
         evaluator_(state, objective),
@@ -64,8 +64,8 @@ class SimplexRun {
       HearUser();
       CatchUpReport();
     } while (!halt_);
-    state_.flags.SimplexBuilt = true;
     if (ending_ != SimplexEnding::ZeroValue) KeepBest();
+    s_.left = objective_.Present();
     watch_.OnEnd(ending_, now_);
     return Result();
   }
@@ -73,8 +73,9 @@ class SimplexRun {
  private:
   void Start() {
     s_.ICentroid = NFREE_ + 2;
-    // A run that fails on its way leaves no simplex to resume from: some vertex may lack its objective.
-    const bool resumed = std::exchange(state_.flags.SimplexBuilt, false);
+    const bool resumed = s_.ResumesAt(objective_.Present());
+    s_.Forget();  // a run that fails on its way leaves a polytope of which some vertex may lack its objective
+    objective_.BeginSearch();
     if (!resumed) Build();
     watch_.OnStart(s_);
   }
@@ -294,10 +295,10 @@ class SimplexRun {
     return {ending_, s_.SimplexF(s_.ILow), evaluator_.NF, evaluator_.calls, now_.Iterations, now_.Restarts};
   }
 
-  RunState& state_;
   AlgorithmData& algorithm_;
   const FreeParameters& free_;
   const int NFREE_;
+  Objective& objective_;
   SimplexState& s_;
   SimplexWatch& watch_;
   TrialEvaluator evaluator_;

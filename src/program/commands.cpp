@@ -39,7 +39,6 @@ void Program::Simplex() {
     TellNothingToDo();
     return;
   }
-  ForgetCovariances();
   const SimplexResult result = frmSimplex.Minimise();
   fit = {"simplex", EndingText(result.ending), result.F, result.calls, result.Iterations, result.Restarts};
   desk.Show(frmMenu);
@@ -61,11 +60,9 @@ void Program::Marquardt() {
     TellNothingToDo();
     return;
   }
-  ForgetCovariances();
   const std::int16_t terminalFreq = state.algorithm.TerminalFreq;
   const MarquardtResult result = frmMarquardt.Minimise();
   fit = {"marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
-  state.flags.SimplexBuilt = false;
   state.algorithm.TerminalFreq = terminalFreq;  // the run may change it
   desk.Show(frmMenu);
   EndLongCommand();
@@ -76,12 +73,13 @@ void Program::Covariance() {
   frmMenu.CloseTheThree();
   desk.Unload(frmMenu);
   frmMain.mnuApplication.enabled = false;
-  if (state.flags.CovarianceDone && desk.Ask("Covariance", "View the last set of calculated covariance results?",
-                                             style::YesNoQuestion) == Answer::Yes) {
+  if (covariances.AreOf(objective.Present()) &&
+      desk.Ask("Covariance", "View the last set of calculated covariance results?", style::YesNoQuestion) ==
+          Answer::Yes) {
     frmCovDisplay.OpenAgain();
     return;
   }
-  if (covarianceDialogue.CalculateCovariances()) state.flags.CovarianceDone = true;
+  covarianceDialogue.CalculateCovariances();
   EndLongCommand();
 }
 
@@ -94,7 +92,6 @@ void Program::ParEstimate() {
   frmMenu.CloseTheThree();
   desk.Unload(frmMenu);
   frmMain.mnuApplication.enabled = false;
-  state.profile.PriorPlotOn = false;
   desk.Show(frmParEvals);
 }
 
@@ -155,11 +152,6 @@ void Program::TellNothingToDo() {
   // The running flag stays set and the application menu disabled: the next command that ends enables it again.
   desk.Show(frmMenu);
   desk.Tell("There is nothing to do", "All step sizes are zero", style::Exclamation);
-}
-
-void Program::ForgetCovariances() {
-  state.flags.CovarianceDone = false;
-  state.flags.CovarianceGrid = 0;
 }
 
 }  // namespace merlane

@@ -33,11 +33,11 @@ Program::Program(const Host& host)
       parametricBootstrap({desk, state, objective, model, priors, frmMain, frmSimplex, frmMarquardt, frmReviewPriors}),
       bootstrapCommand(desk, state, model, parametricBootstrap, frmAbort, frmSummary),
       frmCovData(desk),
-      frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
+      frmCovDisplay(desk, state, objective, covariances, frmMain, frmCovData),
       covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
       frmDistPlot(desk),
       frmBivarPlot(desk),
-      evaluationParts{desk, state, objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot},
+      evaluationParts{desk, state, objective, simplex, covariances, evaluation, frmMain, frmAlgo, frmDistPlot},
       frmParEvals(desk, frmMain),
       frmMaxLike(desk, FrmDistributionTable::MaxLike),
       frmBayesian(desk, FrmDistributionTable::Bayesian),
@@ -49,6 +49,7 @@ Program::Program(const Host& host)
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };
+  objective.priorsInForce = [this] { return priors.InWords(); };
   desk.onCloseWhileBusy = [this] { Quit(); };
   desk.onFailed = [this](const Form& failed) { Recover(failed); };
   WireMenu();
@@ -115,7 +116,7 @@ void Program::Recover(const Form& failed) {
   if ((failed.Visible() && &failed != &frmMenu) || frmRank.Visible()) return;
   RunFlags& flags = state.flags;
   flags.SimplexRunning = flags.MarquardtRunning = flags.OneCallRun = flags.BootstrapMode = false;
-  state.profile.ProfileOn = state.profile.IntegrationOn = state.profile.PriorPlotOn = false;
+  state.profile.ProfileOn = state.profile.IntegrationOn = false;
   desk.Unload(frmAbort);
   frmMain.mnuApplication.enabled = true;
   desk.Show(frmMenu);

@@ -158,7 +158,6 @@ class Program {
   /// Asks for the go-ahead that both minimisers want; on Yes the command has begun and `running` is set.
   bool BeginMinimiser(bool& running);
   void TellNothingToDo();
-  void ForgetCovariances();
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
   void Recover(const Form& failed);
 

@@ -159,6 +159,14 @@ double CovarianceGrid::CorrelationDeterminant() const {
   return productOfVariances == 0 || productOfVariances == -1 ? -1 : Divide(determinant, productOfVariances);
 }
 
+bool Covariances::AreOf(const Basis& now) const {
+  if (!basis || !basis->SameSearch(now) || basis->constant != now.constant) return false;
+  // A function call may since have written the values as the model reads them: that is the same point.
+  Basis asModelReads = *basis;
+  asModelReads.Value = CovBaseValue;
+  return basis->SameEstimates(now) || asModelReads.SameEstimates(now);
+}
+
 Covariances PrepareCovariances(const CovarianceOptions& options, RunState& state, Objective& objective) {
   const AlgorithmData& algorithm = state.algorithm;
   Covariances c;
@@ -187,6 +195,9 @@ void CalculateCovariances(Covariances& c, bool optimistic, RunState& state, Obje
     else
       CalculateFromDerivatives(g, c, state, objective, watch);
   }
+  c.CovFuse = state.algorithm.Fuse;
+  c.CovName = state.algorithm.ParName;
+  c.basis = objective.Present();
 }
 
 }  // namespace merlane

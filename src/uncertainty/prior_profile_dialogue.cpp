@@ -42,7 +42,6 @@ void PriorProfileDialogue::ProfilePrior() {
   if (!asked) return;
   parameter_ = *parameter;
   points_ = *asked;
-  const auto on = Meanwhile(state_.profile.PriorPlotOn, true);
   const EvaluatedPoints points = Evaluate();
   if (!points.HasMinimum()) return;
   const ConfidenceSeries series = MakeConfidenceSeries(points);

@@ -42,7 +42,6 @@ TEST_F(OneFunctionTest, StepsOfZeroStillEvaluateAndShow) {
             "    002) -4.0000000E+00  AB  second\r\n"
             "\r\nNote: One function call requires about 1.26 seconds\r\n");
   EXPECT_TRUE(form.Visible());
-  EXPECT_TRUE(state.flags.OneFunctionOpen);
   ASSERT_EQ(host.windows.statuses.size(), 2U);
   EXPECT_EQ(host.windows.statuses[0].text, "One moment please...");
   EXPECT_EQ(main.stbMain5.Get(1), "");
@@ -67,7 +66,6 @@ TEST_F(OneFunctionTest, CloseClearsThePaneAndBringsTheMenu) {
   form.Run();
   EXPECT_TRUE(desk.Close(form));
   EXPECT_EQ(form.rtbOneFunction.text, "");
-  EXPECT_FALSE(state.flags.OneFunctionOpen);
   EXPECT_TRUE(menu.Visible());
 }
 

@@ -55,12 +55,6 @@ TEST_F(EvaluationTest, ComesBackToTheMenuWithEverythingThatCouldBePressed) {
   EXPECT_FALSE(state.profile.ProfileOn);
 }
 
-TEST_F(EvaluationTest, SwitchesAPlotOfPriorsOff) {
-  state.profile.PriorPlotOn = true;
-  Open();
-  EXPECT_FALSE(state.profile.PriorPlotOn);
-}
-
 TEST_F(EvaluationTest, ClosesTheWindowOfTheMinimiser) {
   EXPECT_TRUE(program.frmSimplex.Visible());
   Open();
@@ -96,7 +90,7 @@ TEST_F(EvaluationTest, ChoiceClosedByItsFrameComesBackToTheMenu) {
 
 TEST_F(EvaluationTest, NextSimplexBeginsAnew) {
   ProfileShortly();
-  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(program.simplex.ResumesAt(program.objective.Present()));
 }
 
 TEST_F(EvaluationTest, AnotherModelVoidsTheEarlierResults) {

@@ -91,7 +91,7 @@ TEST_F(FailuresTest, CovariancesWithoutAStepFailAndBringTheMenuBack) {
   windows.No("Calculate optimistic SEs only?");
   windows.ExpectFailure("frmMenu.cmdCovariance");
   desk.Press(menu.cmdCovariance);
-  EXPECT_FALSE(state.flags.CovarianceDone);
+  EXPECT_FALSE(program.covariances.basis);
   ExpectUsable();
 }
 

@@ -97,7 +97,6 @@ TEST_F(PriorProfileDialogueTest, ShowsPlotsAndTable) {
   EXPECT_TRUE(frmDistPlot.Visible());
   EXPECT_EQ(frmDistPlot.listVar.items[1], "Bayesian Prior Distribution");
   EXPECT_EQ(frmPriorDists.rtbTable.text, KeptPlot("prior_profile_normal")["pane"].get<std::string>());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
   EXPECT_EQ(windows.formEvents.back(), (test::ScriptedWindows::Told{"frmDistPlot", FormEvent::Front}));
   desk.Select(frmDistPlot.listVar, 1);
   EXPECT_TRUE(desk.Press(frmDistPlot.cmdPlot));
@@ -142,7 +141,6 @@ TEST_F(PriorProfileDialogueTest, AMeanOfZeroFailsAtTheTableBehindThePlots) {
   windows.ExpectFailure("the expected value is 0");
   Profile("1", "3");
   EXPECT_TRUE(frmDistPlot.Visible());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
 }
 
 TEST_F(PriorProfileDialogueTest, APriorThatCannotBeComputedIsToldAndGivesTheStatusBack) {
@@ -150,7 +148,6 @@ TEST_F(PriorProfileDialogueTest, APriorThatCannotBeComputedIsToldAndGivesTheStat
   windows.ExpectFailure("division by zero");
   Profile("1", "21");
   EXPECT_FALSE(frmDistPlot.Loaded());
-  EXPECT_FALSE(state.profile.PriorPlotOn);
   EXPECT_THAT(frmMain.stbMain5.Get(1), StartsWith("Note: Unset parameters"));
 }
 
