@@ -65,7 +65,7 @@ class SimplexRun {
       CatchUpReport();
     } while (!halt_);
     if (ending_ != SimplexEnding::ZeroValue) KeepBest();
-    s_.left = objective_.Present();
+    KeepBasis();
     watch_.OnEnd(ending_, now_);
     return Result();
   }
@@ -76,6 +76,7 @@ class SimplexRun {
     const bool resumed = s_.ResumesAt(objective_.Present());
     s_.Forget();  // a run that fails on its way leaves a polytope of which some vertex may lack its objective
     objective_.BeginSearch();
+    begun_ = objective_.Present();
     if (!resumed) Build();
     watch_.OnStart(s_);
   }
@@ -276,6 +277,13 @@ class SimplexRun {
     reportNow_ = false;
   }
 
+  /// The polytope is of the parameters that the run began with, also when the model has meanwhile repaired its
+  /// hypothesis; then it is not resumed.
+  void KeepBasis() {
+    begun_.Value = objective_.Present().Value;
+    s_.left = std::move(begun_);
+  }
+
   void KeepBest() { SetFree(algorithm_.Value, s_.Simplex(s_.ILow), free_); }
 
   void Halt(SimplexEnding ending, bool reportNow) {
@@ -300,6 +308,7 @@ class SimplexRun {
   const int NFREE_;
   Objective& objective_;
   SimplexState& s_;
+  Basis begun_;
   SimplexWatch& watch_;
   TrialEvaluator evaluator_;
   ReportCounter terminal_;

@@ -492,6 +492,20 @@ TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenAParameterIsFreeNoMore) {
   ExpectBuiltAfresh(1 + 4);
 }
 
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenItsOwnRunFrozeAParameterUnderWay) {
+  run.state.algorithm.Value(2) = 3;
+  run.function = [this](Array1<double>& x) {
+    run.state.algorithm.Step(1) = 0;
+    return Square(x(1) - 1) + Square(x(2) - 2);
+  };
+  Recorder first;
+  Minimise(first);
+  EXPECT_EQ(first.built, 1);
+  EXPECT_EQ(run.state.free.NFREE, 2);
+  ExpectBuiltAfresh(Square(run.state.algorithm.Value(1) - 1));
+  EXPECT_EQ(run.state.free.NFREE, 1);
+}
+
 TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenAnotherParameterIsFreeInstead) {
   run.state.algorithm.Step = {0.5, 0, 0.5};
   run.state.algorithm.Value(2) = 2;
