@@ -610,7 +610,7 @@ TEST(Simplex, AStartThatIsNoNumberIsTold) {
   SimplexState simplex;
   SimplexWatch nobody;
   EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, nobody), ArithmeticFailure);
-  EXPECT_FALSE(run.state.flags.SimplexBuilt);
+  EXPECT_FALSE(simplex.left);
 }
 
 TEST(Simplex, PointsThatCannotBeEvaluatedNeverEndTheSearch) {
