@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
@@ -26,7 +27,9 @@ void Program::OneFunction() {
   BuildFuseGroups(state);
   PackFree(state);
   state.flags.OneCallRun = true;
-  fit.objective = frmOneFunction.Run();
+  // A call at the estimates of a minimisation confirms them; elsewhere it is a fit of its own.
+  const bool atFit = fit.basis && fit.basis->SameEstimates(objective.Present());
+  KeepFit(frmOneFunction.Run(), atFit ? fit.minimisation : std::nullopt);
   state.flags.OneCallRun = false;
   EndLongCommand();
 }
@@ -40,7 +43,8 @@ void Program::Simplex() {
     return;
   }
   const SimplexResult result = frmSimplex.Minimise();
-  fit = {"simplex", EndingText(result.ending), result.F, result.calls, result.Iterations, result.Restarts};
+  KeepFit(result.F,
+          Minimisation{"simplex", EndingText(result.ending), result.calls, result.Iterations, result.Restarts});
   desk.Show(frmMenu);
   EndLongCommand();
   state.flags.SimplexRunning = false;
@@ -62,7 +66,7 @@ void Program::Marquardt() {
   }
   const std::int16_t terminalFreq = state.algorithm.TerminalFreq;
   const MarquardtResult result = frmMarquardt.Minimise();
-  fit = {"marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
+  KeepFit(result.F, Minimisation{"marquardt", EndingText(result.ending), result.calls, result.Iterations, 0});
   state.algorithm.TerminalFreq = terminalFreq;  // the run may change it
   desk.Show(frmMenu);
   EndLongCommand();
@@ -146,6 +150,22 @@ bool Program::BeginMinimiser(bool& running) {
   frmMenu.CloseTheThree();
   BeginLongCommand();
   return true;
+}
+
+void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) {
+  const LikelihoodState& likelihood = model.likelihood;
+  const auto free = std::ranges::count_if(state.algorithm.Step, [](double step) { return step != 0; });
+  fit = {.basis = objective.Present(),
+         .minimisation = std::move(minimisation),
+         .objective = reached,
+         .penalty = likelihood.Penalty,
+         .prior = state.flags.BayesOn ? priors.PriorTotal : 0,
+         .sampleSize = state.flags.SampleSize,
+         .eggsAtRisk = likelihood.EggsAtRisk,
+         .juvenilesAtRisk = likelihood.JuvsAtRisk,
+         .clutchIntervals = likelihood.survival.ClutchIntervals,
+         .broodIntervals = likelihood.survival.BroodIntervals,
+         .freeParameters = static_cast<std::int32_t>(free)};
 }
 
 void Program::TellNothingToDo() {

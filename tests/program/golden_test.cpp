@@ -155,8 +155,8 @@ TEST_P(FitTest, ReachesTheGoldenMinimumFromTheMenu) {
   simplex ? Simplex() : Marquardt();
   const json& fit = GetParam().figures["fit"];
   EXPECT_EQ(program.fit.objective, fit["F"].get<double>());
-  EXPECT_EQ(program.fit.iterations, fit["iterations"].get<int>());
-  EXPECT_EQ(program.fit.functionCalls, fit["calls"].get<int>());
+  EXPECT_EQ(program.fit.minimisation->iterations, fit["iterations"].get<int>());
+  EXPECT_EQ(program.fit.minimisation->functionCalls, fit["calls"].get<int>());
   for (int i = 1; i <= state.algorithm.NPAR; ++i)
     EXPECT_EQ(state.algorithm.Value(i), fit["Value"][static_cast<std::size_t>(i) - 1].get<double>()) << i;
   EXPECT_FALSE(state.flags.SimplexRunning || state.flags.MarquardtRunning);
