@@ -4,6 +4,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "control/algorithm_file.h"
 #include "control/save_pane.h"
 #include "forms/desk.h"
 #include "uncertainty/covariance_report.h"
@@ -81,7 +82,10 @@ void FrmCovDisplay::DisplayOnScreen() {
 
 void FrmCovDisplay::SaveAs() {
   NameFit();
-  const std::string& base = state_.algorithm.AlgShortName;
+  // Of an earlier fit they are named for its algorithm file.
+  const std::string& present = state_.algorithm.AlgShortName;
+  const std::string base =
+      covariances_.AreOf(objective_.Present()) ? present : AlgorithmShortName(covariances_.basis->AlgName, present);
   FileRequest request;
   request.kind = FileRequest::Kind::Save;
   request.title = "Save covariance results as...";

@@ -9,7 +9,9 @@ namespace {
 
 using test::Analysis;
 using test::Golden;
+using ::testing::Contains;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 struct OtherBasisTest : ::testing::Test, Analysis {
   void Simplex() {
@@ -79,7 +81,7 @@ TEST_F(OtherBasisTest, SimplexThatNothingHasComeBetweenGoesOnFromItsPolytope) {
   Simplex();
   windows.events.clear();
   Simplex();
-  EXPECT_THAT(windows.events, Not(::testing::Contains("status stbMain5 1 Building initial simplex...")));
+  EXPECT_THAT(windows.events, Not(Contains("status stbMain5 1 Building initial simplex...")));
 }
 
 TEST_F(OtherBasisTest, CovariancesOfALoadedFileBeforeAreNeitherOfferedNorTakenForSteps) {

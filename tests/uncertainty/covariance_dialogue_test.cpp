@@ -429,6 +429,10 @@ TEST_F(CovarianceDialogueTest, DisplayLeftOpenOverAModelOfFewerParametersShowsIt
   EXPECT_EQ(data.rtbCovData.text, report);
   EXPECT_THAT(report, HasSubstr("Parameter 2"));
   EXPECT_THAT(display.lblFit.text, HasSubstr("of function.alg"));
+  t.state.algorithm.AlgShortName = "another";
+  host.windows.CancelFile("Save covariance results as...");
+  EXPECT_TRUE(desk.Press(display.cmdFile));
+  EXPECT_THAT(host.windows.files.back().filter, HasSubstr("(function.*)"));
   EXPECT_THAT(display.lblFit.text, HasSubstr("Since then other data have been read"));
 }
 
