@@ -51,9 +51,12 @@ struct OtherBasisTest : ::testing::Test, Analysis {
 TEST_F(OtherBasisTest, SimplexBehindACallThatRepairsIsTheOneThatAFreshProgramMakes) {
   Ready("juveniles_only");
   state.algorithm.Value(14) = 0.1;
-  state.algorithm.Step(13) = state.algorithm.Step(14) = 0.01;
+  state.algorithm.Step(13) = 0.01;
+  state.algorithm.Step(14) = 0.1 * 0.1;
   Simplex();
+  EXPECT_EQ(state.algorithm.Step(21), 0);
   OneFunction();
+  EXPECT_NE(state.algorithm.Step(21), 0);
   const double expected = FreshMinimum();
   Simplex();
   EXPECT_EQ(program.fit.objective, expected);
