@@ -81,7 +81,7 @@ int main() {
   Integrate(run, 1);
   Integrate(run, 2);
   Profile(run, "simplex", [&] {
-    state.flags.SimplexBuilt = false;
+    simplex.Forget();
     SimplexWatch watch;
     MinimiseSimplex(state, run.objective, simplex, watch);
   });

@@ -72,23 +72,23 @@ std::string VisitsCsv(const BroodData& data, const BestTables& best) {
   return csv;
 }
 
-std::string FitJson(const FitFigures& figures) {
-  nlohmann::ordered_json json{{"objective", figures.fit.objective},
-                              {"penalty", figures.penalty},
-                              {"prior", figures.prior},
-                              {"sample_size", figures.sampleSize},
-                              {"eggs_at_risk", figures.eggsAtRisk},
-                              {"juveniles_at_risk", figures.juvenilesAtRisk},
-                              {"clutch_intervals", figures.clutchIntervals},
-                              {"brood_intervals", figures.broodIntervals},
-                              {"free_parameters", figures.freeParameters}};
+std::string FitJson(const Fit& fit) {
+  nlohmann::ordered_json json{{"objective", fit.objective},
+                              {"penalty", fit.penalty},
+                              {"prior", fit.prior},
+                              {"sample_size", fit.sampleSize},
+                              {"eggs_at_risk", fit.eggsAtRisk},
+                              {"juveniles_at_risk", fit.juvenilesAtRisk},
+                              {"clutch_intervals", fit.clutchIntervals},
+                              {"brood_intervals", fit.broodIntervals},
+                              {"free_parameters", fit.freeParameters}};
   for (const char* key : {"function_calls", "iterations", "restarts", "minimiser", "ending"}) json[key] = nullptr;
-  if (const Fit& fit = figures.fit; !fit.minimiser.empty()) {
-    json["function_calls"] = fit.functionCalls;
-    json["iterations"] = fit.iterations;
-    json["restarts"] = fit.restarts;
-    json["minimiser"] = fit.minimiser;
-    json["ending"] = fit.ending;
+  if (const auto& minimisation = fit.minimisation) {
+    json["function_calls"] = minimisation->functionCalls;
+    json["iterations"] = minimisation->iterations;
+    json["restarts"] = minimisation->restarts;
+    json["minimiser"] = minimisation->minimiser;
+    json["ending"] = minimisation->ending;
   }
   return json.dump(2) + "\n";
 }

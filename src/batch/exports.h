@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "control/run_state.h"
@@ -10,17 +9,6 @@
 
 namespace merlane {
 
-/// What a fit comes down to.
-struct FitFigures {
-  Fit fit;  // the objective and, when a minimiser has run, how it ended
-  double penalty = 0;
-  double prior = 0;  // the prior term, 0 without priors
-  std::int32_t sampleSize = 0;
-  std::int32_t eggsAtRisk = 0, juvenilesAtRisk = 0;
-  std::int32_t clutchIntervals = 0, broodIntervals = 0;
-  std::int32_t freeParameters = 0;
-};
-
 /// CSV, a line for each parameter: number,value,step,fuse,free,name. `free` is 1 for a step other than 0.
 std::string ParametersCsv(const AlgorithmData& algorithm);
 
@@ -29,6 +17,6 @@ std::string ParametersCsv(const AlgorithmData& algorithm);
 std::string VisitsCsv(const BroodData& data, const BestTables& best);
 
 /// JSON, one object. Without a minimisation its figures are null.
-std::string FitJson(const FitFigures& fit);
+std::string FitJson(const Fit& fit);
 
 }  // namespace merlane

@@ -29,25 +29,10 @@ void MakeFolder(const std::string& folder) {
     throw RuntimeFailure(fmt::format("cannot make the folder {}: {}", folder, error.message()));
 }
 
-FitFigures FiguresOf(const Program& program) {
-  const LikelihoodState& likelihood = program.model.likelihood;
-  FitFigures figures;
-  figures.fit = program.fit;
-  figures.penalty = likelihood.Penalty;
-  figures.prior = program.state.flags.BayesOn ? program.priors.PriorTotal : 0;
-  figures.sampleSize = program.state.flags.SampleSize;
-  figures.eggsAtRisk = likelihood.EggsAtRisk;
-  figures.juvenilesAtRisk = likelihood.JuvsAtRisk;
-  figures.clutchIntervals = likelihood.survival.ClutchIntervals;
-  figures.broodIntervals = likelihood.survival.BroodIntervals;
-  figures.freeParameters = program.state.free.NFREE;
-  return figures;
-}
-
 std::string Export(const Program& program, const std::string& what) {
   if (what == "parameters") return ParametersCsv(program.state.algorithm);
   if (what == "visits") return VisitsCsv(program.model.data, program.model.likelihood.best);
-  return FitJson(FiguresOf(program));
+  return FitJson(program.fit);
 }
 
 int Play(const BatchOptions& options, Transcript& transcript, std::string& problem) {

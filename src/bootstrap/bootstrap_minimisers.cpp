@@ -7,8 +7,8 @@ namespace merlane {
 bool BootstrapMinimisers::Minimise(BootstrapResults::Minimiser minimiser) {
   BuildFuseGroups(state_);
   PackFree(state_);
+  simplex_.BeginAfresh();
   if (minimiser == BootstrapResults::Minimiser::Simplex) {
-    state_.flags.SimplexBuilt = false;
     simplex_.Minimise();
     return true;
   }
@@ -25,7 +25,6 @@ void MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objecti
   BuildFuseGroups(run);
   PackFree(run);
   if (minimiser == BootstrapResults::Minimiser::Simplex) {
-    run.flags.SimplexBuilt = false;
     SimplexState polytope;
     SimplexWatch nobody;
     MinimiseSimplex(run, objective, polytope, nobody);

@@ -55,7 +55,6 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
     usersRun_ = state_;
     const AtEnd putBack([this, tables = model_.Keep()]() mutable {
       state_ = *std::exchange(usersRun_, std::nullopt);
-      state_.flags.SimplexBuilt = false;  // the simplex that stands is the last replicate's
       model_.PutBack(std::move(tables));
     });
     const AtEnd forget([this] {

@@ -78,7 +78,6 @@ void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::
 }
 
 void AlgorithmCommands::ShowLoaded() {
-  state_.flags.SimplexBuilt = false;
   main_.ShowAlgorithmFile(state_.algorithm.AlgShortName);
   desk_.Turn();
 }

@@ -21,7 +21,7 @@ class AlgorithmCommands {
   /// Asks for a file and reads it. False when the command ends there: the user cancelled, or the reading failed while
   /// the tolerance was below 1E-06.
   bool LoadFile();
-  /// What every load ends with: the next simplex starts afresh, and the main window names the data.
+  /// What every load ends with: the main window names the data.
   void ShowLoaded();
   /// Asks for a file and writes it, in the menu's form or in the one given. False when the user cancelled: nothing is
   /// written.

@@ -41,10 +41,7 @@ std::optional<double> NumberIn(const std::string& text) {
 FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main)
     : Form(d, "frmAlgo", ""), windowMenu(*this, main.onArrange), state_(state), log_(log) {
   mnuExit.onClick = Command([this] { onExit(); });
-  mnuValue.onClick = Command([this] {
-    ForgetResults();
-    onEditAllValues();
-  });
+  mnuValue.onClick = Command([this] { onEditAllValues(); });
   mnuStep.onClick = Command([this] { EditAllSteps(); });
   mnuFraction.onClick = Command([this] { ChangeFraction(); });
   mnuUnFuse.onClick = Command([this] { UnfuseAll(); });
@@ -131,12 +128,6 @@ std::function<void()> FrmAlgo::Command(std::function<void()> command) {
   };
 }
 
-void FrmAlgo::ForgetResults() {
-  state_.flags.SimplexBuilt = false;
-  state_.flags.CovarianceDone = false;
-  state_.flags.CovarianceGrid = 0;
-}
-
 // ---- The table
 
 void FrmAlgo::FillGrid() {
@@ -180,7 +171,6 @@ void FrmAlgo::ShowChangedStep(int parameter) {
 
 void FrmAlgo::DoubleClick(int row, int column) {
   LeaveEntry();
-  ForgetResults();
   if (row == 0)
     EditColumn(column);
   else
@@ -263,7 +253,6 @@ void FrmAlgo::EnterFuse(const Entry& entry, const std::string& text) {
 }
 
 void FrmAlgo::EditAllSteps() {
-  ForgetResults();
   Walk(
       "Edit all step sizes", "Enter new step size for parameter #", Data().Step, [](int) { return true; },
       [this](int i, double step) {
@@ -286,7 +275,6 @@ void FrmAlgo::Walk(const std::string& boxTitle, const std::string& prompt, const
 }
 
 void FrmAlgo::EditAllFuses() {
-  ForgetResults();
   for (int i = 1; i <= Data().NPAR; ++i) {
     const std::optional<std::string> fuse = AskFuse(i);
     if (!fuse) return;
@@ -315,7 +303,6 @@ std::optional<std::string> FrmAlgo::AskFuse(int parameter) {
 }
 
 void FrmAlgo::UnfuseAll() {
-  ForgetResults();
   Data().Fuse.Fill(Unfused);
   for (int i = 1; i <= Data().NPAR; ++i) ShowFuse(i, PlainColour);
 }

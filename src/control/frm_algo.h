@@ -144,8 +144,6 @@ class FrmAlgo : public Form {
   AlgorithmData& Data() { return state_.algorithm; }
   bool Offered(EditItem item) const { return marks_.Offered(item); }
   bool Editable(int row, int column) const;
-  /// What a change of the record voids: the simplex that stands and the covariances.
-  void ForgetResults();
 
   // The table.
   void FillGrid();

@@ -1,5 +1,6 @@
 #include "control/objective.h"
 
+#include "base/number_text.h"
 #include "control/fuses.h"
 
 namespace merlane {
@@ -11,6 +12,7 @@ double Objective::operator()(Array1<double>& vector, std::int32_t NF) {
 }
 
 double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {
+  if (NF == 0) state_.reading = ++taken_;
   AlgorithmData& a = state_.algorithm;
   ModelCall call{F,
                  vector,
@@ -25,6 +27,12 @@ double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {
                  state_.flags.SampleSize};
   if (!known || !known(call)) model_(call);
   return F;
+}
+
+Basis Objective::Present() const {
+  std::string priors = state_.flags.BayesOn ? priorsInForce() : "";
+  if (!priors.empty()) priors += " x " + Shortest(state_.flags.ObjectiveConstant);
+  return BasisOf(state_, priors);
 }
 
 }  // namespace merlane

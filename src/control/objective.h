@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "control/basis.h"
 #include "control/run_state.h"
 
 namespace merlane {
@@ -34,17 +35,26 @@ class Objective {
   /// code, at least 1.
   double operator()(Array1<double>& vector, std::int32_t NF);
   /// Calls MODEL with any code: 0, -1, -2, or an evaluation without fuses and priors. Returns what it left in F, `F` on
-  /// entry.
+  /// entry. Code 0 begins another reading of data, also when it fails.
   double Call(Array1<double>& vector, std::int32_t NF, double F = 0);
+
+  /// What is computed from the run as it stands. Kept beside a result, it tells later whether the result still holds.
+  Basis Present() const;
+  /// A minimisation begins: what was computed before belongs to an earlier fit.
+  void BeginSearch() { state_.search = ++taken_; }
 
   /// The prior term of a vector, already multiplied by the run's constant; asked only while BayesOn.
   std::function<double(const Array1<double>&)> priorTerm;
+  /// All that the prior term is made of but the constant, each number in full; empty when no prior is set. Asked only
+  /// while BayesOn.
+  std::function<std::string()> priorsInForce = [] { return std::string(); };
   /// Answers a call whose outcome is known without the model, and says whether it did; nobody knows one by default.
   std::function<bool(ModelCall&)> known;
 
  private:
   RunState& state_;
   Model model_;
+  std::int64_t taken_ = 0;  // the last number of a reading or a minimisation
 };
 
 }  // namespace merlane

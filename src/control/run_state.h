@@ -59,24 +59,21 @@ struct ProfileStatus {
 
 /// Where the run stands; lives as long as the program.
 struct RunFlags {
-  bool ModelInitialised = false;    // an initialisation has ended, though the data may have failed to be read
-  std::string PriorFileName;        // path of the priors file; empty: none yet
-  bool BayesOn = false;             // priors contribute to the objective
-  bool CovarianceDone = false;      // for the present estimates
-  std::int16_t CovarianceGrid = 0;  // the grid of the last covariances, 1 to 3; 0: none
-  bool SimplexBuilt = false;        // the next simplex resumes from the one that stands
-  bool OneCallRun = false;          // only during the run of "1 Function call"
-  bool SimulationMode = false;      // data are simulated, not read
-  bool BootstrapMode = false;       // the model reads no form and shows no messages of the reading
-  bool ReadOriginalFile = false;    // the next reading takes the file that the user chose
-  bool ReadSimulatedFile = false;   // the next reading takes the file that a bootstrap has just written
-  bool InterruptBayes = false;      // asked for by the user; polled by a posterior integration
-  bool InterruptML = false;         // the same, polled by a likelihood profile
-  bool AbortRun = false;            // the same, polled by simulations, randomisations and bootstraps
-  std::int32_t NOBS = 0;            // data points of a sum-of-squares objective; 0: the objective is a likelihood
-  std::int32_t SampleSize = 0;      // of the information criteria; written by the model
-  double ObjectiveConstant = 0;     // 1 / c, where c times the objective is -ln[L]; 0 until a command sets it
-  double ObjectiveHint = 0;         // the constant c that the model proposes; 0: none
+  bool ModelInitialised = false;   // an initialisation has ended, though the data may have failed to be read
+  std::string PriorFileName;       // path of the priors file; empty: none yet
+  bool BayesOn = false;            // priors contribute to the objective
+  bool OneCallRun = false;         // only during the run of "1 Function call"
+  bool SimulationMode = false;     // data are simulated, not read
+  bool BootstrapMode = false;      // the model reads no form and shows no messages of the reading
+  bool ReadOriginalFile = false;   // the next reading takes the file that the user chose
+  bool ReadSimulatedFile = false;  // the next reading takes the file that a bootstrap has just written
+  bool InterruptBayes = false;     // asked for by the user; polled by a posterior integration
+  bool InterruptML = false;        // the same, polled by a likelihood profile
+  bool AbortRun = false;           // the same, polled by simulations, randomisations and bootstraps
+  std::int32_t NOBS = 0;           // data points of a sum-of-squares objective; 0: the objective is a likelihood
+  std::int32_t SampleSize = 0;     // of the information criteria; written by the model
+  double ObjectiveConstant = 0;    // 1 / c, where c times the objective is -ln[L]; 0 until a command sets it
+  double ObjectiveHint = 0;        // the constant c that the model proposes; 0: none
 };
 
 /// The run state of the framework: what every command reads and writes.
@@ -86,6 +83,10 @@ struct RunState {
   FreeParameters free;
   ProfileStatus profile;
   RunFlags flags;
+  // What results were computed from (`Basis`): each reading of data and each minimisation has a number of its own, also
+  // one whose run state is put back later.
+  std::int64_t reading = 0;
+  std::int64_t search = 0;
   Array1<double> Gradient{1};  // derivatives that a model with analytical derivatives would return
   Matrix1<double> Hessian{1, 1};
 };

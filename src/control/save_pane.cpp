@@ -4,7 +4,7 @@
 
 namespace merlane {
 
-std::string SavedUnder(const std::string& path) { return "Originally saved with the file name: " + path + "\r\n\r\n"; }
+std::string SavedUnder(const std::string& path) { return SavedPrefix + path + "\r\n\r\n"; }
 
 void SavePane(Desk& desk, Pane& pane, const std::string& path) {
   const std::string text = SavedUnder(path) + pane.text;

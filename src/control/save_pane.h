@@ -6,6 +6,7 @@
 
 namespace merlane {
 
+inline constexpr const char* SavedPrefix = "Originally saved with the file name: ";
 /// The two lines that saving under a name puts on top of a text: the name, and an empty one.
 std::string SavedUnder(const std::string& path);
 

@@ -18,10 +18,9 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   void TakeNumericalDerivatives();
 
   /// Shows the window and minimises with the derivatives chosen. The caller has asked for them, has built the fuse
-  /// groups and packed the free parameters (NFREE at least 1); it need not dimension anything. The menu's command also
-  /// clears SimplexBuilt behind it; a profile sets ProfileOn and fills its
-  /// ProfileRun; a bootstrap sets BootstrapMode and reads the ending MatrixFailed as a rejected replicate.
-  /// RuntimeFailure as MinimiseMarquardt.
+  /// groups and packed the free parameters (NFREE at least 1); it need not dimension anything. A profile sets ProfileOn
+  /// and fills its ProfileRun; a bootstrap sets BootstrapMode and reads the ending MatrixFailed as a rejected
+  /// replicate. RuntimeFailure as MinimiseMarquardt.
   MarquardtResult Minimise();
 
   Button cmdIteration{*this, "cmdIteration", "&Next iteration"};

@@ -12,11 +12,13 @@ class FrmSimplex : public MinimiserForm, private SimplexWatch {
   FrmSimplex(Desk& d, FrmMain& main, RunState& state, Objective& objective, SimplexState& simplex, LogFile& log,
              ProfileRun& profile);
 
-  /// Shows the window and minimises. The caller has built the fuse groups, packed the free parameters (NFREE at least
-  /// 1) and set or cleared RunFlags::SimplexBuilt: set, the run resumes from the simplex that stands. It need not
+  /// Shows the window and minimises. The caller has built the fuse groups and packed the free parameters (NFREE at
+  /// least 1); whoever does not want the run to resume from the polytope that stands has it forgotten. It need not
   /// dimension anything. A profile sets ProfileOn and fills its ProfileRun; a bootstrap sets BootstrapMode.
   /// RuntimeFailure as MinimiseSimplex.
   SimplexResult Minimise();
+  /// The next run does not resume from the polytope that stands.
+  void BeginAfresh() { simplex_.Forget(); }
 
   Button cmdStop{*this, "cmdStop", "&Interrupt this minimization"};
   Pane rtbSimplexInitial{*this, "rtbSimplexInitial"};

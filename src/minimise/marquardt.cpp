@@ -7,6 +7,7 @@
 #include "control/fuses.h"
 #include "minimise/evaluate_trial.h"
 #include "minimise/lu.h"
+#include "minimise/second_differences.h"
 
 namespace merlane {
 namespace {
@@ -46,12 +47,12 @@ class MarquardtRun {
 
   void Start() {
     if (mode_ == DerivativeMode::Numerical) {
-      HessianEvals_[0].Dimension(NFREE_, NFREE_);
-      HessianEvals_[1].Dimension(NFREE_, NFREE_);
+      differences_ = SecondDifferences(NFREE_);
     } else {
       state_.Gradient.Dimension(algorithm_.NPAR);
       state_.Hessian.Dimension(algorithm_.NPAR, algorithm_.NPAR);
     }
+    objective_.BeginSearch();
     watch_.OnStart();
     TrialParameters_ = algorithm_.Value;
     now_.NF = ++evaluator_.NF;
@@ -189,43 +190,30 @@ class MarquardtRun {
   void NumericalDerivatives() {
     EvaluateGrid();
     BuildGradient();
-    BuildHessian();
+    const auto h = [this](int i) { return Difference(i); };
+    Hessian_ = FullHessian(
+        differences_, [&](int i) { return h(i) * h(i); }, [&](int i, int j) { return 2 * h(i) * h(j); });
   }
 
-  /// The objective with each pair of free parameters, or one alone, moved to either side.
+  /// Calls with each pair of free parameters, or one alone, moved to either side.
   void EvaluateGrid() {
     int call = 0;
     for (int i = 1; i <= NFREE_; ++i)
       for (int j = i; j <= NFREE_; ++j)
-        for (const int side : {0, 1}) {
+        for (Matrix1<double>* const side : {&differences_.plus, &differences_.minus}) {
           work_ = algorithm_.Value;
           SetFree(work_, free_.FreeValue, free_);
-          const double sign = side == 0 ? 1 : -1;
+          const double sign = side == &differences_.plus ? 1 : -1;
           work_(free_.FreeIndex(i)) += sign * Difference(i);
           if (j != i) work_(free_.FreeIndex(j)) += sign * Difference(j);
           watch_.OnHessianCall(++call, NFREE_ * (NFREE_ + 1));
-          HessianEvals_[static_cast<std::size_t>(side)](i, j) = CountedCall(work_);
+          (*side)(i, j) = CountedCall(work_) - now_.FBest;
         }
   }
 
   void BuildGradient() {
-    for (int i = 1; i <= NFREE_; ++i) {
-      const double F1 = HessianEvals_[0](i, i);
-      const double F2 = HessianEvals_[1](i, i);
-      Gradient_(i) = Divide(-((now_.FBest - F2) + (F1 - now_.FBest)), 2 * -Difference(i));
-    }
-  }
-
-  void BuildHessian() {
-    const auto E1 = [this](int i, int j) { return HessianEvals_[0](i, j) - now_.FBest; };
-    const auto E2 = [this](int i, int j) { return HessianEvals_[1](i, j) - now_.FBest; };
-    for (int i = 1; i <= NFREE_; ++i) {
-      const double hi = Difference(i);
-      Hessian_(i, i) = Divide(E2(i, i) + E1(i, i), hi * hi);
-      for (int j = i + 1; j <= NFREE_; ++j)
-        Hessian_(i, j) = Hessian_(j, i) =
-            Divide(E2(i, j) + E1(i, j) - E1(i, i) - E2(i, i) - E1(j, j) - E2(j, j), 2 * hi * Difference(j));
-    }
+    for (int i = 1; i <= NFREE_; ++i)
+      Gradient_(i) = Divide(-(differences_.plus(i, i) - differences_.minus(i, i)), 2 * -Difference(i));
   }
 
   /// Asks the model; false when it gave no second derivatives.
@@ -325,8 +313,8 @@ class MarquardtRun {
   const std::int16_t VerifyLimit_;
   MarquardtProgress now_;
   Array1<double> Gradient_;
-  Matrix1<double> Hessian_;          // second derivatives, or the factors that the last trial left in their place
-  Matrix1<double> HessianEvals_[2];  // objective at the grid points of either side
+  Matrix1<double> Hessian_;  // second derivatives, or the factors that the last trial left in their place
+  SecondDifferences differences_;
   Array1<double> TrialParameters_;
   Array1<double> work_;
   std::int32_t axialCalls_ = 0;

@@ -40,10 +40,10 @@ class ReportCounter {
 class SimplexRun {
  public:
   SimplexRun(RunState& state, Objective& objective, SimplexState& simplex, SimplexWatch& watch)
-      : state_(state),
-        algorithm_(state.algorithm),
+      : algorithm_(state.algorithm),
         free_(state.free),
         NFREE_(state.free.NFREE),
+        objective_(objective),
         s_(simplex),
         watch_(watch),
         evaluator_(state, objective),
@@ -64,8 +64,8 @@ class SimplexRun {
       HearUser();
       CatchUpReport();
     } while (!halt_);
-    state_.flags.SimplexBuilt = true;
     if (ending_ != SimplexEnding::ZeroValue) KeepBest();
+    KeepBasis();
     watch_.OnEnd(ending_, now_);
     return Result();
   }
@@ -73,8 +73,10 @@ class SimplexRun {
  private:
   void Start() {
     s_.ICentroid = NFREE_ + 2;
-    // A run that fails on its way leaves no simplex to resume from: some vertex may lack its objective.
-    const bool resumed = std::exchange(state_.flags.SimplexBuilt, false);
+    const bool resumed = s_.ResumesAt(objective_.Present());
+    s_.Forget();  // a run that fails on its way leaves a polytope of which some vertex may lack its objective
+    objective_.BeginSearch();
+    begun_ = objective_.Present();
     if (!resumed) Build();
     watch_.OnStart(s_);
   }
@@ -275,6 +277,13 @@ class SimplexRun {
     reportNow_ = false;
   }
 
+  /// The polytope is of the parameters that the run began with, also when the model has meanwhile repaired its
+  /// hypothesis; then it is not resumed.
+  void KeepBasis() {
+    begun_.Value = objective_.Present().Value;
+    s_.left = std::move(begun_);
+  }
+
   void KeepBest() { SetFree(algorithm_.Value, s_.Simplex(s_.ILow), free_); }
 
   void Halt(SimplexEnding ending, bool reportNow) {
@@ -294,11 +303,12 @@ class SimplexRun {
     return {ending_, s_.SimplexF(s_.ILow), evaluator_.NF, evaluator_.calls, now_.Iterations, now_.Restarts};
   }
 
-  RunState& state_;
   AlgorithmData& algorithm_;
   const FreeParameters& free_;
   const int NFREE_;
+  Objective& objective_;
   SimplexState& s_;
+  Basis begun_;
   SimplexWatch& watch_;
   TrialEvaluator evaluator_;
   ReportCounter terminal_;

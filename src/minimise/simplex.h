@@ -7,7 +7,7 @@
 
 namespace merlane {
 
-/// The polytope. It outlives a run: while RunFlags::SimplexBuilt is set the next run resumes from it.
+/// The polytope. It outlives a run: the next run resumes from it where nothing has changed in between.
 struct SimplexState {
   /// Simplex(j)(i) is free parameter i of column j: columns 1..NFREE+1 are the vertices, column ICentroid is the
   /// centroid.
@@ -16,6 +16,14 @@ struct SimplexState {
   int ILow = 0;             // best vertex
   int IHigh = 0;            // worst vertex
   int ICentroid = 0;        // NFREE + 2
+  /// The run as the polytope's own run left it; none while there is no polytope to resume from.
+  std::optional<Basis> left;
+
+  /// The next run builds afresh, whatever it finds.
+  void Forget() { left.reset(); }
+  /// A run that begins at `now` resumes from here: the vertices are of its parameters, and their objectives are its
+  /// own.
+  bool ResumesAt(const Basis& now) const { return left && left->SameEstimates(now) && left->SameSearch(now); }
 };
 
 /// Where a run stands.
@@ -91,10 +99,11 @@ class SimplexWatch {
 /// the contraction, which then starts from it. A simplex that meets the tolerance is not believed until an axial search
 /// around its best vertex has failed; its success restarts the minimiser.
 ///
-/// While SimplexBuilt is not set a new simplex is built from FreeValue and FreeStep, otherwise the run goes on from the
-/// one that stands. Leaves the best vertex in Value and SimplexBuilt set. A trial point at which the objective cannot
-/// be evaluated counts as UnevaluatedF; ArithmeticFailure when that is so at the starting point, and for a step that
-/// leads beyond all numbers. After any failure SimplexBuilt is cleared.
+/// Goes on from the polytope that stands when data, values, steps, fuses and priors are as its run left them and no
+/// other minimisation has been made since; otherwise builds a new one from FreeValue and FreeStep. Leaves the best
+/// vertex in Value. A trial point at which the objective cannot be evaluated counts as UnevaluatedF; ArithmeticFailure
+/// when that is so at the starting point, and for a step that leads beyond all numbers. After any failure there is
+/// nothing to resume from.
 SimplexResult MinimiseSimplex(RunState& state, Objective& objective, SimplexState& simplex, SimplexWatch& watch);
 
 }  // namespace merlane

@@ -122,6 +122,21 @@ bool Priors::AnySet() const {
   return std::ranges::any_of(PriorCode, [](const std::string& code) { return code != "U"; });
 }
 
+std::string Priors::InWords() const {
+  const auto term = [](const PriorTerm& t) {
+    const double* number = std::get_if<double>(&t);
+    return number != nullptr ? Shortest(*number) : std::get<std::string>(t);
+  };
+  std::string words;
+  for (int i = 1; i <= PriorCode.Size(); ++i) {
+    if (PriorCode(i) == "U") continue;
+    words +=
+        fmt::format("{}{}: {} {} {} {} {}", words.empty() ? "" : ", ", i, PriorCode(i), Shortest(PriorFirstMean(i)),
+                    Shortest(PriorFirstSD(i)), term(PriorSecondMean(i)), term(PriorSecondSD(i)));
+  }
+  return words;
+}
+
 std::string PriorDistName(const std::string& code) {
   for (const PriorDistribution& distribution : PriorDistributions)
     if (code == distribution.code) return distribution.name;

@@ -53,6 +53,8 @@ struct Priors {
   void Reset(int NPAR);
   /// True when at least one parameter has a code other than "U".
   bool AnySet() const;
+  /// The priors that are set, each with its parameter and terms, the numbers in full; empty when none is.
+  std::string InWords() const;
 };
 
 /// Name of the distribution with this code; empty for a code that is none of the nine.

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "base/at_end.h"
 #include "control/fuses.h"
@@ -32,7 +33,9 @@ void Program::OneFunction() {
   BuildFuseGroups(state);
   PackFree(state);
   const auto oneCall = Meanwhile(state.flags.OneCallRun, true);
-  fit.objective = frmOneFunction.Run();
+  // A call at the estimates of a minimisation confirms them; elsewhere it is a fit of its own.
+  const bool atFit = fit.basis && fit.basis->SameEstimates(objective.Present());
+  KeepFit(frmOneFunction.Run(), atFit ? fit.minimisation : std::nullopt);
 }
 
 void Program::Simplex() {
@@ -45,9 +48,9 @@ void Program::Simplex() {
     TellNothingToDo();
     return;
   }
-  ForgetCovariances();
   const SimplexResult result = frmSimplex.Minimise();
-  fit = {"simplex", EndingText(result.ending), result.F, result.calls, result.Iterations, result.Restarts};
+  KeepFit(result.F,
+          Minimisation{"simplex", EndingText(result.ending), result.calls, result.Iterations, result.Restarts});
   desk.Show(frmMenu);
 }
 
@@ -68,27 +71,23 @@ void Program::Marquardt() {
     TellNothingToDo();
     return;
   }
-  ForgetCovariances();
   const auto ownFrequency =
       Meanwhile(state.algorithm.TerminalFreq, state.algorithm.TerminalFreq);  // the run may change it
   const MarquardtResult result = frmMarquardt.Minimise();
-  fit = {"marquardt", EndingText(result.ending), result.F, result.calls, result.Iterations, 0};
-  state.flags.SimplexBuilt = false;
+  KeepFit(result.F, Minimisation{"marquardt", EndingText(result.ending), result.calls, result.Iterations, 0});
   desk.Show(frmMenu);
 }
 
 void Program::Covariance() {
   CloseTheThree();
   const auto command = LongCommand();
-  if (state.flags.CovarianceDone && desk.Ask("Covariance", "View the last set of calculated covariance results?",
-                                             style::YesNoQuestion) == Answer::Yes) {
+  if (covariances.AreOf(objective.Present()) &&
+      desk.Ask("Covariance", "View the last set of calculated covariance results?", style::YesNoQuestion) ==
+          Answer::Yes) {
     frmCovDisplay.OpenAgain();
     return;
   }
-  if (covarianceDialogue.CalculateCovariances())
-    state.flags.CovarianceDone = true;
-  else
-    desk.Show(frmMenu);
+  if (!covarianceDialogue.CalculateCovariances()) desk.Show(frmMenu);
 }
 
 void Program::Bayesian() {
@@ -138,15 +137,26 @@ bool Program::OneFunctionWasCalled() {
   return desk.Ask("Just checking", "Have you run '1 Function Call' as required?", style::YesNoQuestion) == Answer::Yes;
 }
 
+void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) {
+  const LikelihoodState& likelihood = model.likelihood;
+  const auto free = std::ranges::count_if(state.algorithm.Step, [](double step) { return step != 0; });
+  fit = {.basis = objective.Present(),
+         .minimisation = std::move(minimisation),
+         .objective = reached,
+         .penalty = likelihood.Penalty,
+         .prior = state.flags.BayesOn ? priors.PriorTotal : 0,
+         .sampleSize = state.flags.SampleSize,
+         .eggsAtRisk = likelihood.EggsAtRisk,
+         .juvenilesAtRisk = likelihood.JuvsAtRisk,
+         .clutchIntervals = likelihood.survival.ClutchIntervals,
+         .broodIntervals = likelihood.survival.BroodIntervals,
+         .freeParameters = static_cast<std::int32_t>(free)};
+}
+
 void Program::TellNothingToDo() {
   desk.charge.KeepApplicationMenuShut();  // the next command that ends opens it again
   desk.Show(frmMenu);
   merlane::TellNothingToDo(desk);
-}
-
-void Program::ForgetCovariances() {
-  state.flags.CovarianceDone = false;
-  state.flags.CovarianceGrid = 0;
 }
 
 }  // namespace merlane

@@ -1,18 +1,34 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "control/basis.h"
 
 namespace merlane {
 
-/// The objective that was reached last, and how the last minimisation ended.
-struct Fit {
-  std::string minimiser;  // "simplex" or "marquardt"; empty when there was none
+/// How a minimisation ended.
+struct Minimisation {
+  std::string minimiser;  // "simplex" or "marquardt"
   std::string ending;
-  double objective = 0;            // of the last function call or minimisation from the menu, priors included
   std::int32_t functionCalls = 0;  // all evaluations
   std::int32_t iterations = 0;
   std::int32_t restarts = 0;  // of the simplex
+};
+
+/// The objective that was reached last from the menu, by a function call or a minimisation, with all that is told of
+/// it.
+struct Fit {
+  std::optional<Basis> basis;                // none before the first
+  std::optional<Minimisation> minimisation;  // that led here; none for a function call elsewhere
+  double objective = 0;                      // priors included
+  double penalty = 0;
+  double prior = 0;  // the prior term, 0 without priors
+  std::int32_t sampleSize = 0;
+  std::int32_t eggsAtRisk = 0, juvenilesAtRisk = 0;
+  std::int32_t clutchIntervals = 0, broodIntervals = 0;
+  std::int32_t freeParameters = 0;
 };
 
 }  // namespace merlane

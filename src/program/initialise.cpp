@@ -37,8 +37,6 @@ void Program::BeginRun() {
 
   flags.PriorFileName.clear();
   flags.BayesOn = false;
-  ForgetCovariances();
-  flags.SimplexBuilt = false;
   fit = {};
 
   DimensionRun();

@@ -34,12 +34,13 @@ Program::Program(const Host& host)
       parametricBootstrap({desk, state, objective, model, priors, frmMain, frmSimplex, frmMarquardt, frmReviewPriors}),
       bootstrapCommand(desk, state, model, parametricBootstrap, frmAbort, frmSummary),
       frmCovData(desk),
-      frmCovDisplay(desk, state, covariances, frmMain, frmCovData),
+      frmCovDisplay(desk, state, objective, covariances, frmMain, frmCovData),
       covarianceDialogue(desk, state, objective, covariances, frmMain, frmAlgo, frmCovData, frmCovDisplay),
       frmDistPlot(desk),
       frmBivarPlot(desk),
       frmParEvals(desk),
-      evaluationParts{desk, state, objective, covariances, evaluation, frmMain, frmAlgo, frmDistPlot, frmParEvals},
+      evaluationParts{desk,       state,   objective, simplex,     covariances,
+                      evaluation, frmMain, frmAlgo,   frmDistPlot, frmParEvals},
       frmMaxLike(desk, FrmDistributionTable::MaxLike),
       frmBayesian(desk, FrmDistributionTable::Bayesian),
       frmPriorDists(desk, FrmDistributionTable::PriorDists),
@@ -50,6 +51,7 @@ Program::Program(const Host& host)
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };
+  objective.priorsInForce = [this] { return priors.InWords(); };
   desk.onCloseWhileBusy = [this] { Quit(); };
   desk.onFailed = [this](const Form& failed) { Recover(failed); };
   WireMenu();

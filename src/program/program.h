@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "bootstrap/bootstrap_command.h"
@@ -166,7 +167,8 @@ class Program {
   /// Asks for the go-ahead that both minimisers want.
   bool OneFunctionWasCalled();
   void TellNothingToDo();
-  void ForgetCovariances();
+  /// Keeps the objective that has just been reached, and what is told of it.
+  void KeepFit(double reached, std::optional<Minimisation> minimisation);
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
   void Recover(const Form& failed);
 

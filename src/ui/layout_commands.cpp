@@ -26,6 +26,7 @@ void LayOutCommands(Layouter& layouter, QVBoxLayout& column) {
 /// Stands where the menu stood, so that the results that it is about are seen beside it.
 void LayOutCovDisplay(Layouter& layouter, QVBoxLayout& column) {
   if (QLabel* const question = layouter.Note("lblCovDisplay")) column.addWidget(question);
+  if (QLabel* const fit = layouter.Note("lblFit")) column.addWidget(fit);
   column.addLayout(layouter.Column({"cmdScreen", "cmdFile", "cmdFinish"}));
   if (QWidget* const explanation = layouter.Take("txtExplain")) column.addWidget(explanation, 1);
   layouter.PreferText(40, 24);

@@ -7,16 +7,11 @@
 #include "base/elementary.h"
 #include "control/fuses.h"
 #include "minimise/lu.h"
+#include "minimise/second_differences.h"
 #include "uncertainty/cholesky.h"
 
 namespace merlane {
 namespace {
-
-/// The objective less the objective at the base point, at the grid points of each pair of positions.
-struct GridDifferences {
-  explicit GridDifferences(int count) : plus(count, count), minus(count, count) {}
-  Matrix1<double> plus, minus;  // (a, b), a <= b: both moved up, both moved down
-};
 
 void SetMeanAndSD(CovarianceGrid& grid, double CovF0, double sum, double sumOfSquares, int n) {
   const double mean = Divide(sum, n);
@@ -26,7 +21,7 @@ void SetMeanAndSD(CovarianceGrid& grid, double CovF0, double sum, double sumOfSq
 }
 
 /// The differences on a grid; false when the user has abandoned it.
-bool EvaluateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch, GridDifferences& differences) {
+bool EvaluateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch, SecondDifferences& differences) {
   const int calls = c.CovCount * (c.CovCount + 1);
   double f = c.grid(g).GridFactor;
   double sum = 0;
@@ -55,21 +50,11 @@ bool EvaluateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& 
   return true;
 }
 
-Matrix1<double> BuildHessian(const Covariances& c, double f, const GridDifferences& E) {
+Matrix1<double> BuildHessian(const Covariances& c, double f, const SecondDifferences& differences) {
   const auto s = [&](int a) { return c.CovStep(c.CovIndex(a)); };
-  Matrix1<double> H(c.CovCount, c.CovCount);
-  for (int a = 1; a <= c.CovCount; ++a) {
-    const double h = s(a) * f;
-    H(a, a) = Divide(E.minus(a, a) + E.plus(a, a), h * h);
-    if (c.OptimisticSE) continue;
-    for (int b = a + 1; b <= c.CovCount; ++b) {
-      const double numerator =
-          E.minus(a, b) + E.plus(a, b) - E.plus(a, a) - E.minus(a, a) - E.plus(b, b) - E.minus(b, b);
-      H(a, b) = Divide(numerator, 2 * (f * f) * s(a) * s(b));
-      H(b, a) = H(a, b);
-    }
-  }
-  return H;
+  const auto square = [&](int a) { return (s(a) * f) * (s(a) * f); };
+  if (c.OptimisticSE) return DiagonalHessian(differences, square);
+  return FullHessian(differences, square, [&](int a, int b) { return 2 * (f * f) * s(a) * s(b); });
 }
 
 /// The rows and columns of the model's own Hessian that belong to parameters taking part.
@@ -130,7 +115,7 @@ void InvertHessian(int g, const Matrix1<double>& H, Covariances& c, CovarianceWa
 
 void CalculateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch) {
   watch.OnGrid(g);
-  GridDifferences differences(c.CovCount);
+  SecondDifferences differences(c.CovCount);
   if (!EvaluateGrid(g, c, objective, watch, differences)) {
     c.grid(g).ending = GridEnding::Abandoned;
     return;
@@ -157,6 +142,14 @@ double CovarianceGrid::Correlation(int a, int b) const {
 
 double CovarianceGrid::CorrelationDeterminant() const {
   return productOfVariances == 0 || productOfVariances == -1 ? -1 : Divide(determinant, productOfVariances);
+}
+
+bool Covariances::AreOf(const Basis& now) const {
+  if (!basis || !basis->SameSearch(now) || basis->constant != now.constant) return false;
+  // A function call may since have written the values as the model reads them: that is the same point.
+  Basis asModelReads = *basis;
+  asModelReads.Value = CovBaseValue;
+  return basis->SameEstimates(now) || asModelReads.SameEstimates(now);
 }
 
 Covariances PrepareCovariances(const CovarianceOptions& options, RunState& state, Objective& objective) {
@@ -187,6 +180,10 @@ void CalculateCovariances(Covariances& c, bool optimistic, RunState& state, Obje
     else
       CalculateFromDerivatives(g, c, state, objective, watch);
   }
+  c.CovFuse = state.algorithm.Fuse;
+  c.CovName = state.algorithm.ParName;
+  c.basis = objective.Present();
+  c.basis->Step = c.CovStep;  // also when the model has meanwhile repaired its hypothesis
 }
 
 }  // namespace merlane

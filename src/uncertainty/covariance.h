@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "control/objective.h"
 #include "control/run_state.h"
@@ -26,23 +28,33 @@ struct CovarianceGrid {
   double determinant = -1;         // of the matrix of covariances
   double productOfVariances = -1;  // of all its diagonal elements
 
+  /// True when the standard error of position a could be calculated.
+  bool HasStandardError(int a) const { return ending == GridEnding::Calculated && standardErrors(a) > 0; }
   /// Covariance over the product of both standard errors; -1 when that is 0, and for a grid without a result.
   double Correlation(int a, int b) const;
   /// Determinant of the matrix of correlations; -1 when there is none.
   double CorrelationDeterminant() const;
 };
 
-/// The last covariances that were calculated; they live as long as the program.
+/// The last covariances that were calculated, with all that is told of them, so that they can be shown when the run has
+/// long become another. They live as long as the program.
 struct Covariances {
+  std::optional<Basis> basis;  // none while nothing has been calculated
   CovarianceMode mode = CovarianceMode::Numerical;
   Array1<double> CovBaseValue;     // parameter values at the minimum, as the model left them after a call
   Array1<double> CovStep;          // steps; a parameter takes part when its step is not 0
+  Array1<std::string> CovFuse;     // fuses
+  Array1<std::string> CovName;     // descriptions
   std::int16_t CovCount = 0;       // parameters that take part
   Array1<std::int16_t> CovIndex;   // parameter number of position 1..CovCount
   double CovF0 = 0;                // objective at the base point, prior included
   double CovConstantInverse = 0;   // 1 / c, where c times the objective is -ln[likelihood]
   bool OptimisticSE = false;       // the off-diagonal of the Hessian was taken as 0: conditional standard errors
   Array1<CovarianceGrid> grid{3};  // from 1
+
+  /// True when they are those of the present estimates, free parameters, steps, priors and constant, and no
+  /// minimisation has been begun since.
+  bool AreOf(const Basis& now) const;
 };
 
 struct CovarianceOptions {

@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "control/save_pane.h"
 #include "uncertainty/tail_probability.h"
 
 namespace merlane {
@@ -30,7 +31,7 @@ std::string Fields(const OfGrid& value, const char* pattern, const std::array<in
 /// The text of a report as it grows.
 class Report {
  public:
-  Report(const Covariances& c, const AlgorithmData& a) : c_(c), a_(a) {}
+  explicit Report(const Covariances& c) : c_(c) {}
 
   std::string Build(const std::function<void()>& turn) {
     Parameters();
@@ -57,9 +58,9 @@ class Report {
     Line(fmt::format("Parameter values, step sizes, link codes, and definitions for {} calculated covariances:",
                      Numerical() ? "numerically" : "analytically"));
     Line();
-    for (int i = 1; i <= a_.NPAR; ++i)
+    for (int i = 1; i <= c_.CovBaseValue.Size(); ++i)
       Line(Format(i, " 000) ") + NumberField(c_.CovBaseValue(i), F1, 14) + NumberField(c_.CovStep(i), F1, 16) + " " +
-           RightSet(a_.Fuse(i), 3) + "  " + a_.ParName(i));
+           RightSet(c_.CovFuse(i), 3) + "  " + c_.CovName(i));
   }
 
   // Fifteen lines stand between the parameters and their standard errors; averaging counts on that.
@@ -151,20 +152,20 @@ class Report {
   }
 
   const Covariances& c_;
-  const AlgorithmData& a_;
   std::string text_;
 };
 
 }  // namespace
 
-std::string CovarianceReport(const Covariances& c, const AlgorithmData& a, const std::function<void()>& turn) {
-  return Report(c, a).Build(turn);
-}
+std::string CovarianceReport(const Covariances& c, const std::function<void()>& turn) { return Report(c).Build(turn); }
 
 CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
-  constexpr int Heading = 4;   // lines above the parameters
-  constexpr int Between = 15;  // lines between the parameters and the standard errors
-  const std::vector<std::string> lines = Lines(text);
+  constexpr std::size_t NameLines = 2;  // on top; a pane that is saved again has them again
+  constexpr int Heading = 4;            // lines above the parameters
+  constexpr int Between = 15;           // lines between the parameters and the standard errors
+  std::vector<std::string> lines = Lines(text);
+  while (lines.size() > NameLines && lines[0].starts_with(SavedPrefix) && lines[NameLines].starts_with(SavedPrefix))
+    lines.erase(lines.begin(), lines.begin() + NameLines);
   if (static_cast<int>(lines.size()) < Heading + NPAR + Between + rows)
     throw RuntimeFailure(
         fmt::format("a covariance file of {} parameters, {} of them estimated, has more lines", NPAR, rows));

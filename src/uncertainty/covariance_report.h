@@ -7,17 +7,16 @@
 #include <string_view>
 
 #include "base/array1.h"
-#include "control/run_state.h"
 #include "uncertainty/covariance.h"
 
 namespace merlane {
 
 /// The report of a covariance calculation as it stands in its pane: lines in fixed columns that end with CR LF. A
 /// number too long for its columns moves what stands behind it. Saved with its name on top (SavePane) it is a .cov
-/// file, which the averaging of models reads by line and column. Fuses and definitions are the present ones of `a`.
-/// `turn` is called for each parameter that is tested against 0 and 1, which takes its time.
+/// file, which the averaging of models reads by line and column. `turn` is called for each parameter that is tested
+/// against 0 and 1, which takes its time.
 std::string CovarianceReport(
-    const Covariances& c, const AlgorithmData& a, const std::function<void()>& turn = [] {});
+    const Covariances& c, const std::function<void()>& turn = [] {});
 
 /// What averaging reads back from a .cov file.
 struct CovarianceFile {
@@ -29,8 +28,9 @@ struct CovarianceFile {
   Array1<Row> rows;       // of the parameters that have standard errors
 };
 
-/// Reads a .cov file of a model with NPAR parameters, of which `rows` have standard errors. RuntimeFailure when the
-/// file ends too soon, and when a row names no parameter of the model, as happens in a file made for another NPAR.
+/// Reads a .cov file, also one that was saved again and names each file on top, of a model with NPAR parameters, of
+/// which `rows` have standard errors. RuntimeFailure when the file ends too soon, and when a row names no parameter of
+/// the model, as happens in a file made for another NPAR.
 CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows);
 
 }  // namespace merlane

@@ -18,6 +18,8 @@ namespace {
 
 constexpr const char* CovarianceSteps =
     "Base step sizes on SD's from covariance grid 1, 2, 3, No or Quit?\r\nPlease enter 1, 2, 3, N, or Q";
+constexpr const char* NoStandardErrors =
+    "Covariance grid {} has no standard errors: it was abandoned, or its Hessian matrix was not positive-definite";
 constexpr const char* ZeroStep = "The parameter chosen has a step size of zero; please try again";
 
 }  // namespace
@@ -67,7 +69,9 @@ bool EvaluationDialogue::NothingToEvaluate() const {
 
 bool EvaluationDialogue::HasEarlierResults() const {
   const Evaluation& last = p_.last;
-  return p_.state.profile.ProfileState == 1 && last.LastProfileKind == kind_ && last.series &&
+  const Basis now = p_.objective.Present();
+  return p_.state.profile.ProfileState == 1 && last.left.SameEstimates(now) && last.left.constant == now.constant &&
+         last.LastProfileKind == kind_ && last.series &&
          *last.series->ProfileX.begin() != *(last.series->ProfileX.end() - 1);
 }
 
@@ -91,20 +95,29 @@ std::optional<EvaluationSetup> EvaluationDialogue::AskSetup() {
 }
 
 bool EvaluationDialogue::AskSteps(const EvaluationSetup& setup) {
-  if (!p_.state.flags.CovarianceDone) return true;
+  if (!p_.covariances.AreOf(p_.objective.Present())) return true;
   for (;;) {
     const std::string answer = UpperCase(Trim(p_.desk.Input(texts_.title, CovarianceSteps, "N")));
     if (answer.empty() || answer == "Q") return false;
     if (answer == "N") return true;
     if (answer != "1" && answer != "2" && answer != "3") continue;
-    const Covariances& c = p_.covariances;
-    const CovarianceGrid& grid = c.grid(answer[0] - '0');
-    for (int a = 1; a <= c.CovCount; ++a) {
-      const std::int16_t parameter = c.CovIndex(a);
-      p_.state.algorithm.Step(parameter) = StepFrom(grid.standardErrors(a), parameter, setup);
+    const CovarianceGrid& grid = p_.covariances.grid(answer[0] - '0');
+    if (grid.ending == GridEnding::Calculated) {
+      TakeSteps(grid, setup);
+      return true;
     }
-    return true;
+    p_.desk.Tell(texts_.title, fmt::format(NoStandardErrors, answer), style::Exclamation);
   }
+}
+
+void EvaluationDialogue::TakeSteps(const CovarianceGrid& grid, const EvaluationSetup& setup) {
+  Covariances& c = p_.covariances;
+  Array1<double>& Step = p_.state.algorithm.Step;
+  for (int a = 1; a <= c.CovCount; ++a) {
+    const std::int16_t parameter = c.CovIndex(a);
+    if (grid.HasStandardError(a)) Step(parameter) = StepFrom(grid.standardErrors(a), parameter, setup);
+  }
+  c.basis->Step = Step;  // the steps that they propose do not make them those of another run
 }
 
 void EvaluationDialogue::EditSteps() {
@@ -144,10 +157,16 @@ void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoint
   last.series.reset();
   if (points.Count() >= 3 && points.HasMinimum()) last.series = MakeConfidenceSeries(points);
   last.bivariate = std::move(bivariate);
+  last.left = p_.objective.Present();
+  // A profile still holds its parameter while the plots are open.
+  if (const auto& pinned = p_.state.profile.pinned) {
+    last.left.Value(pinned->parameter) = pinned->value;
+    last.left.Step(pinned->parameter) = pinned->step;
+  }
 }
 
 void EvaluationDialogue::ShowLast() {
-  p_.state.flags.SimplexBuilt = false;
+  p_.simplex.Forget();
   p_.state.profile.ProfileState = 1;
   if (!p_.last.series) return;
   const Evaluation shown = p_.last;  // a copy: another command may replace it while the plots are open

@@ -9,6 +9,7 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "forms/desk.h"
+#include "minimise/simplex.h"
 #include "plots/bivariate.h"
 #include "plots/frm_dist_plot.h"
 #include "uncertainty/confidence_series.h"
@@ -22,13 +23,15 @@ namespace merlane {
 enum class EvaluationKind { None, Profile, Posterior };
 
 /// What the last profile or posterior left. It can be looked at again while ProfileState is 1, that is, until free
-/// parameters are packed for another command.
+/// parameters are packed for another command, and while the run is as it left it.
 struct Evaluation {
+  Basis left;  // the run behind it
   EvaluationKind LastProfileKind = EvaluationKind::None;
   std::int16_t ProfileParameter = 0;
   std::optional<ConfidenceSeries> series;     // none when fewer than three points were kept
   std::optional<BivariateDensity> bivariate;  // of a posterior with one other free parameter
-  double ReferenceF = 0;                      // of a posterior; kept from run to run
+  double ReferenceF = 0;                      // of a posterior; kept from run to run over the same data
+  std::int64_t ReferenceReading = 0;          // those data
 };
 
 /// What both evaluations work with.
@@ -36,6 +39,7 @@ struct EvaluationParts {
   Desk& desk;
   RunState& state;
   Objective& objective;
+  SimplexState& simplex;
   Covariances& covariances;
   Evaluation& last;
   FrmMain& main;
@@ -109,8 +113,10 @@ class EvaluationDialogue {
   bool NothingToEvaluate() const;
   bool HasEarlierResults() const;
   std::optional<EvaluationSetup> AskSetup();
-  /// Offers steps from the standard errors of the last covariances. False when the user quits.
+  /// Offers steps from the standard errors of the last covariances, when those are the present estimates'. False when
+  /// the user quits.
   bool AskSteps(const EvaluationSetup& setup);
+  void TakeSteps(const CovarianceGrid& grid, const EvaluationSetup& setup);
   void EditSteps();
   /// True when the model gives the parameter another sign at the end of the points that lies beyond 0.
   bool IsMirrored(const PinnedParameter& pinned, const EvaluationSetup& setup) const;

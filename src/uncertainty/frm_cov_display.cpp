@@ -1,5 +1,10 @@
 #include "uncertainty/frm_cov_display.h"
 
+#include <fmt/format.h>
+
+#include "base/number_text.h"
+#include "base/text.h"
+#include "control/algorithm_file.h"
 #include "control/save_pane.h"
 #include "forms/desk.h"
 #include "uncertainty/covariance_report.h"
@@ -20,10 +25,11 @@ constexpr const char* Explanation =
 
 }  // namespace
 
-FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Covariances& covariances, FrmMain& main,
-                             FrmCovData& data)
+FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Objective& objective, const Covariances& covariances,
+                             FrmMain& main, FrmCovData& data)
     : Form(d, "frmCovDisplay", "Covariance display"),
       state_(state),
+      objective_(objective),
       covariances_(covariances),
       main_(main),
       data_(data) {
@@ -50,22 +56,37 @@ void FrmCovDisplay::OpenAgain() {
 void FrmCovDisplay::Open(const char* label) {
   desk.Load(*this);
   lblCovDisplay.text = label;
+  NameFit();
   cmdScreen.enabled = true;  // it may still be open from before
   desk.Show(*this);
 }
 
+void FrmCovDisplay::NameFit() {
+  const Covariances& c = covariances_;
+  if (!c.basis) return;
+  lblFit.text = fmt::format("Covariances of {} free parameters of {}, where the objective was {}.", c.CovCount,
+                            FileName(c.basis->AlgName), Format(c.CovF0, "####0.000000"));
+  const Basis now = objective_.Present();
+  if (!c.AreOf(now)) lblFit.text += fmt::format(" Since then {}.", ChangesBetween(*c.basis, now));
+}
+
 void FrmCovDisplay::DisplayOnScreen() {
   cmdScreen.enabled = false;
+  NameFit();
   data_.OpenForReport();
   main_.stbMain5.Set(1, "Please be patient while covariance output is collated...");
-  data_.rtbCovData.text = CovarianceReport(covariances_, state_.algorithm, [this] { desk.Turn(); });
+  data_.rtbCovData.text = CovarianceReport(covariances_, [this] { desk.Turn(); });
   main_.stbMain5.Set(1, "");
   cmdFile.enabled = true;
   desk.ToFront(*this);
 }
 
 void FrmCovDisplay::SaveAs() {
-  const std::string& base = state_.algorithm.AlgShortName;
+  NameFit();
+  // Of an earlier fit they are named for its algorithm file.
+  const std::string& present = state_.algorithm.AlgShortName;
+  const std::string base =
+      covariances_.AreOf(objective_.Present()) ? present : AlgorithmShortName(covariances_.basis->AlgName, present);
   FileRequest request;
   request.kind = FileRequest::Kind::Save;
   request.title = "Save covariance results as...";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control/frm_main.h"
+#include "control/objective.h"
 #include "control/run_state.h"
 #include "forms/form.h"
 #include "uncertainty/covariance.h"
@@ -8,10 +9,12 @@
 
 namespace merlane {
 
-/// Offers the last covariances: on the screen, and in a .cov file.
+/// Offers the last covariances: on the screen, and in a .cov file. They may be those of an earlier fit when the window
+/// was left open; it says whose they are.
 class FrmCovDisplay : public Form {
  public:
-  FrmCovDisplay(Desk& d, const RunState& state, const Covariances& covariances, FrmMain& main, FrmCovData& data);
+  FrmCovDisplay(Desk& d, const RunState& state, const Objective& objective, const Covariances& covariances,
+                FrmMain& main, FrmCovData& data);
 
   /// Opens behind a calculation.
   void OpenCalculated();
@@ -19,6 +22,7 @@ class FrmCovDisplay : public Form {
   void OpenAgain();
 
   Label lblCovDisplay{*this, "lblCovDisplay", "Do you wish to:"};
+  Label lblFit{*this, "lblFit", ""};
   Button cmdScreen{*this, "cmdScreen", "Display results on &screen"};
   Button cmdFile{*this, "cmdFile", "Save &covariance results as..."};
   Button cmdFinish{*this, "cmdFinish", "&Finish display"};
@@ -29,10 +33,13 @@ class FrmCovDisplay : public Form {
 
  private:
   void Open(const char* label);
+  /// Says which fit the covariances are of, and what has changed since.
+  void NameFit();
   void DisplayOnScreen();
   void SaveAs();
 
   const RunState& state_;
+  const Objective& objective_;
   const Covariances& covariances_;
   FrmMain& main_;
   FrmCovData& data_;

@@ -17,7 +17,7 @@ class PinnedParameter {
         X0(state.algorithm.Value(parameter)),
         H(state.algorithm.Step(parameter)),
         state_(state),
-        parameters_(state.algorithm.Value.Size()),
+        reading_(state.reading),
         restoredStep_(H) {
     state_.profile.ProfileParameter = parameter;
     state_.profile.pinned = {parameter, X0, H};
@@ -30,11 +30,11 @@ class PinnedParameter {
   PinnedParameter(const PinnedParameter&) = delete;
   PinnedParameter& operator=(const PinnedParameter&) = delete;
 
-  /// Gives value and step back already, though NFREE does not yet count the parameter. False when another model has
-  /// been initialised meanwhile.
+  /// Gives value and step back already, though NFREE does not yet count the parameter. False when other data have been
+  /// read meanwhile: they are another model's then.
   bool Restore() {
     state_.profile.pinned.reset();
-    if (state_.algorithm.Value.Size() != parameters_) return false;
+    if (state_.reading != reading_) return false;
     state_.algorithm.Value(ProfileParameter) = X0;
     state_.algorithm.Step(ProfileParameter) = restoredStep_;
     return true;
@@ -65,7 +65,7 @@ class PinnedParameter {
   static int MiddleOf(int points) { return (points - 1) / 2 + 1; }
 
   RunState& state_;
-  const int parameters_;
+  const std::int64_t reading_;
   double restoredStep_;
   double middleValue_ = X0;
   double distance_ = H;

@@ -141,6 +141,7 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   }
   OfferOneSide(pinned, setup);
   p_.state.flags.InterruptBayes = false;
+  if (std::exchange(p_.last.ReferenceReading, p_.state.reading) != p_.state.reading) p_.last.ReferenceF = 0;
   Progress progress(*this, setup);
   Posterior posterior = [&] {
     const auto interruptOffered = Meanwhile(p_.main.mnuBayesianInt.visible, true);

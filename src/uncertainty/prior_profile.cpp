@@ -50,7 +50,7 @@ PriorDomain DomainOfPrior(const Priors& priors, int p, int n) {
   return domain;
 }
 
-EvaluatedPoints ProfilePrior(Array1<double> values, int p, int n, double ObjectiveConstant, Priors& priors,
+EvaluatedPoints ProfilePrior(Array1<double> values, int p, int n, double ObjectiveConstant, Priors priors,
                              PriorProfileWatch& watch) {
   const PriorDomain domain = DomainOfPrior(priors, p, n);
   EvaluatedPoints points(n, domain.step);

@@ -25,9 +25,9 @@ class PriorProfileWatch {
 };
 
 /// -ln[L] of parameter `p`'s prior over its domain, all other parameters as in `values`: all priors are evaluated at
-/// each point, so that one that fails ends the profile. Leaves the last point's figures in `priors`. The points come
-/// ascending. RuntimeFailure where a prior cannot be computed.
-EvaluatedPoints ProfilePrior(Array1<double> values, int p, int points, double ObjectiveConstant, Priors& priors,
+/// each point, so that one that fails ends the profile. The points come ascending. RuntimeFailure where a prior cannot
+/// be computed.
+EvaluatedPoints ProfilePrior(Array1<double> values, int p, int points, double ObjectiveConstant, Priors priors,
                              PriorProfileWatch& watch);
 
 }  // namespace merlane

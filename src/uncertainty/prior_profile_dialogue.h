@@ -15,7 +15,7 @@ namespace merlane {
 /// The profile of a prior, a command of the editor of the priors: what it asks, and the plots and the table it shows.
 class PriorProfileDialogue : private PriorProfileWatch {
  public:
-  PriorProfileDialogue(Desk& desk, RunState& state, Priors& priors, FrmMain& main, FrmDistPlot& distPlot,
+  PriorProfileDialogue(Desk& desk, const RunState& state, const Priors& priors, FrmMain& main, FrmDistPlot& distPlot,
                        FrmDistributionTable& frmPriorDists)
       : desk_(desk), state_(state), priors_(priors), main_(main), distPlot_(distPlot), table_(frmPriorDists) {}
 
@@ -27,8 +27,8 @@ class PriorProfileDialogue : private PriorProfileWatch {
   void OnPoint(int point, double value) override;
 
   Desk& desk_;
-  RunState& state_;
-  Priors& priors_;
+  const RunState& state_;
+  const Priors& priors_;
   FrmMain& main_;
   FrmDistPlot& distPlot_;
   FrmDistributionTable& table_;

@@ -125,12 +125,7 @@ void ProfileDialogue::OfferPoints(const EvaluatedPoints& points) {
 bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseBySimplex() : MinimiseByMarquardt(); }
 
 bool ProfileDialogue::MinimiseBySimplex() {
-  if (run_.ProfilePoint == 1) {
-    p_.state.flags.CovarianceDone = false;
-    p_.state.flags.CovarianceGrid = 0;
-    p_.covariances.OptimisticSE = false;
-  }
-  p_.state.flags.SimplexBuilt = false;
+  p_.simplex.Forget();
   simplex_.Minimise();
   return !run_.QuitAsked;
 }

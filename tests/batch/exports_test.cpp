@@ -68,18 +68,19 @@ TEST(Exports, AGapBetweenRecordsThatStandApartIsNoVisit) {
 }
 
 TEST(Exports, AFitWithoutMinimisationHasNoneOfItsFigures) {
-  FitFigures figures;
-  figures.fit.objective = 790.6039292891389;
-  const nlohmann::json json = nlohmann::json::parse(FitJson(figures));
+  Fit fit;
+  fit.objective = 790.6039292891389;
+  const nlohmann::json json = nlohmann::json::parse(FitJson(fit));
   EXPECT_EQ(json["objective"], 790.6039292891389);
   EXPECT_TRUE(json["minimiser"].is_null());
   EXPECT_EQ(json.size(), 14U);
 }
 
 TEST(Exports, AFitTellsHowItEnded) {
-  FitFigures figures;
-  figures.fit = {"simplex", "minimum", 592.7, 56, 25, 0};
-  const nlohmann::json json = nlohmann::json::parse(FitJson(figures));
+  Fit fit;
+  fit.objective = 592.7;
+  fit.minimisation = Minimisation{"simplex", "minimum", 56, 25, 0};
+  const nlohmann::json json = nlohmann::json::parse(FitJson(fit));
   EXPECT_EQ(json["function_calls"], 56);
   EXPECT_EQ(json["iterations"], 25);
   EXPECT_EQ(json["restarts"], 0);

@@ -67,7 +67,6 @@ struct AlgorithmCommandsTest : ::testing::Test {
 
 TEST_F(AlgorithmCommandsTest, LoadNoTakesDefaultsUnderTheNameOfTheMinute) {
   host.windows.No(LoadTitle);
-  state.flags.SimplexBuilt = true;
   desk.Press(menu.cmdLoadAlg);
   EXPECT_EQ(state.algorithm.AlgName, "06011030.alg");
   EXPECT_EQ(state.algorithm.AlgShortName, "06011030.alg");
@@ -76,7 +75,6 @@ TEST_F(AlgorithmCommandsTest, LoadNoTakesDefaultsUnderTheNameOfTheMinute) {
             "                     Algorithm data set to default values.\r\n\r\n"
             "Algorithm file given the date-time based name: 06011030.alg");
   EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: 06011030.alg");
-  EXPECT_FALSE(state.flags.SimplexBuilt);
   EXPECT_EQ(menu.focus, &menu.cmdEditAlg);
   EXPECT_TRUE(menu.cmdSimplex.enabled);
 }
@@ -100,7 +98,6 @@ TEST_F(AlgorithmCommandsTest, LoadInASimulationPutsTheFocusOnSimulating) {
 }
 
 TEST_F(AlgorithmCommandsTest, CancelledQuestionOrDialogueChangesNothing) {
-  state.flags.SimplexBuilt = true;
   host.windows.Reply(Answer::Cancel, LoadTitle);
   desk.Press(menu.cmdLoadAlg);
   host.windows.Yes(LoadTitle);
@@ -108,7 +105,6 @@ TEST_F(AlgorithmCommandsTest, CancelledQuestionOrDialogueChangesNothing) {
   desk.Press(menu.cmdLoadAlg);
   EXPECT_EQ(state.algorithm.AlgName, "");
   EXPECT_EQ(state.algorithm.Fuse(1), "~");
-  EXPECT_TRUE(state.flags.SimplexBuilt);
   EXPECT_FALSE(menu.cmdSimplex.enabled);
 }
 
@@ -132,11 +128,9 @@ TEST_F(AlgorithmCommandsTest, FileOfAnotherModelIsRefusedWithBothCounts) {
 }
 
 TEST_F(AlgorithmCommandsTest, FailureWithAFreshToleranceEndsTheCommand) {
-  state.flags.SimplexBuilt = true;
   Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
   EXPECT_THAT(host.windows.LastText(), HasSubstr("inappropriate, badly formatted, or missing, information"));
   EXPECT_THAT(host.windows.messages.back().details, HasSubstr("line 2"));
-  EXPECT_TRUE(state.flags.SimplexBuilt);
   EXPECT_FALSE(menu.cmdSimplex.enabled);
   EXPECT_TRUE(desk.Usable(menu.cmdInitialize) && desk.Usable(menu.cmdLoadAlg));
   EXPECT_EQ(state.algorithm.AlgName, "") << "nothing has come into the run";
@@ -147,9 +141,7 @@ TEST_F(AlgorithmCommandsTest, FailureWithAFreshToleranceEndsTheCommand) {
 
 TEST_F(AlgorithmCommandsTest, FailureWithAGoodOldToleranceGoesOn) {
   state.algorithm.Tolerance = 0.001;
-  state.flags.SimplexBuilt = true;
   Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
-  EXPECT_FALSE(state.flags.SimplexBuilt);
   EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
   EXPECT_TRUE(menu.cmdSimplex.enabled);
   EXPECT_EQ(state.algorithm.Fuse(2), "");

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "control/basis.h"
 #include "control/frm_algo.h"
 #include "control/frm_edit_vs.h"
 #include "control/frm_menu.h"
@@ -52,15 +53,16 @@ class EditorTest : public testing::Test {
   const std::string& Text(int row, int column) { return editor.grdVS.At(row, column).text; }
   Colour Fore(int row, int column) { return editor.grdVS.At(row, column).fore; }
 
-  void ExpectForgotten() {
-    EXPECT_FALSE(state.flags.SimplexBuilt);
-    EXPECT_FALSE(state.flags.CovarianceDone);
-    EXPECT_EQ(state.flags.CovarianceGrid, 0);
+  /// What was computed from the data as they stood at `RememberResults` is of other data now.
+  void ExpectResultsVoid() {
+    const Basis now = BasisOf(state, "");
+    EXPECT_FALSE(kept_.SameEstimates(now) && kept_.SameSearch(now));
   }
-  void RememberResults() {
-    state.flags.SimplexBuilt = state.flags.CovarianceDone = true;
-    state.flags.CovarianceGrid = 2;
+  void ExpectResultsStand() {
+    const Basis now = BasisOf(state, "");
+    EXPECT_TRUE(kept_.SameEstimates(now) && kept_.SameSearch(now));
   }
+  void RememberResults() { kept_ = BasisOf(state, ""); }
 
   test::ScriptedHost host;
   Desk desk{host.Get()};
@@ -71,6 +73,9 @@ class EditorTest : public testing::Test {
   FrmMenu menu{desk, state};
   FrmAlgo editor{desk, state, log, main};
   FrmEditVS editVS{desk, state, editor};
+
+ private:
+  Basis kept_;
 };
 
 }  // namespace merlane

@@ -58,7 +58,7 @@ TEST_F(FrmSimplexTest, AMinimumIsToldAndReported) {
   EXPECT_THAT(frmSimplex->rtbSimplex.text, StartsWith("Minimum of 5.000027 found at these 2 adjusted"));
   EXPECT_THAT(frmSimplex->rtbSimplex.text,
               testing::EndsWith("\nThis result required 26 iterations, 57 function calls, and 0 restarts\n"));
-  EXPECT_TRUE(run->state.flags.SimplexBuilt);
+  EXPECT_TRUE(simplex.ResumesAt(run->objective.Present()));
   ExpectPanelsEmpty();
 
   // The log: initial report, 26 reports, final report, lines ended by CR LF.
@@ -111,7 +111,7 @@ TEST_F(FrmSimplexTest, ANewSimplexMakesItsButtonAndPanelsReady) {
   windows().AtTurn(2, [&] { desk.Press(frmSimplex->cmdStop); });
   Minimise();
   EXPECT_FALSE(frmSimplex->cmdStop.enabled) << "the interrupt was swallowed";
-  run->state.flags.SimplexBuilt = false;
+  simplex.Forget();
   frmMain.stbMain5.Set(2, "something");
   windows().AtTurn(1, [&] {
     EXPECT_TRUE(frmSimplex->cmdStop.enabled);
@@ -151,7 +151,7 @@ TEST_F(FrmSimplexTest, AnEndThatIsAskedForEmptiesThePanelsWhileItComes) {
 TEST_F(FrmSimplexTest, EachRunBeginsWithEmptyPanes) {
   Open({0, 0}, Quadratic);
   Minimise();
-  run->state.flags.SimplexBuilt = false;
+  simplex.Forget();
   run->state.algorithm.TerminalFreq = 0;
   windows().AtTurn(1, [&] {
     EXPECT_EQ(frmSimplex->rtbSimplexInitial.text, "");
@@ -217,7 +217,6 @@ TEST_F(FrmSimplexTest, BehindARunNothingCanBeInterruptedAndAPressTooLateDoesNotR
     });
   Minimise();
   windows().messages.clear();
-  run->state.flags.SimplexBuilt = true;
   Minimise();
   EXPECT_EQ(windows().Titles(), std::vector<std::string>{"Simplex minimum"}) << "not the question of an interrupt";
 }
@@ -227,7 +226,7 @@ TEST_F(FrmSimplexTest, AResumedRunCanBeInterruptedToo) {
   run->state.algorithm.MaxCalls = 10;
   windows().No("Simplex minimization");
   Minimise();
-  ASSERT_TRUE(run->state.flags.SimplexBuilt);
+  ASSERT_TRUE(simplex.ResumesAt(run->objective.Present()));
   run->state.algorithm.MaxCalls = 9999;
   bool offered = false;
   windows().AtTurn(2, [&] { offered = desk.Usable(frmSimplex->cmdStop); });
@@ -326,7 +325,7 @@ TEST_F(FrmSimplexTest, WithPriorsOnTheReviewFollowsTheMinimum) {
   Minimise();
   EXPECT_EQ(reviews, 0);
   windows().messages.clear();
-  run->state.flags.SimplexBuilt = false;
+  simplex.Forget();
   run->state.flags.BayesOn = true;
   run->objective.priorTerm = [](const Array1<double>&) { return 0.0; };
   Minimise();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/arithmetic_failure.h"
+#include "minimise/marquardt.h"
 #include "support/function_run.h"
 #include "support/textbook.h"
 
@@ -439,7 +440,6 @@ TEST(SimplexResumed, GoesOnFromTheSimplexThatStands) {
   first.haltAfter = 30;
   const SimplexResult stopped = MinimiseSimplex(run.state, run.objective, simplex, first);
   EXPECT_EQ(stopped.ending, SimplexEnding::Interrupted);
-  EXPECT_TRUE(run.state.flags.SimplexBuilt);
   const double column1 = simplex.Simplex(1)(1);
 
   run.state.free.FreeValue.Fill(1e6);  // would be seen if it were used
@@ -452,6 +452,114 @@ TEST(SimplexResumed, GoesOnFromTheSimplexThatStands) {
   EXPECT_NEAR(result.F, 6.958010389912404e-05, 1e-16);
 }
 
+/// A polytope that was interrupted on its way down a bowl of three parameters, of which the last is not free.
+struct SimplexResumedElsewhere : ::testing::Test {
+  SimplexResumedElsewhere() {
+    run.objective.priorTerm = [this](const Array1<double>& x) { return pull * Square(x(1)); };
+    run.objective.priorsInForce = [this] { return std::to_string(pull); };
+    Recorder first;
+    first.haltAfter = 5;
+    Minimise(first);
+  }
+  SimplexResult Minimise(SimplexWatch& watch) {
+    run.Pack();
+    return MinimiseSimplex(run.state, run.objective, simplex, watch);
+  }
+  /// The next run builds its own polytope and reaches the minimum of what the run is now.
+  void ExpectBuiltAfresh(double F) {
+    Recorder watch;
+    const SimplexResult result = Minimise(watch);
+    EXPECT_EQ(watch.built, 1);
+    EXPECT_EQ(result.ending, SimplexEnding::Minimum);
+    EXPECT_NEAR(result.F, F, 1e-3);
+  }
+
+  double pull = 1;
+  FunctionRun run{
+      {5, 5, 2}, {0.5, 0.5, 0}, [](Array1<double>& x) { return Square(x(1) - 1) + Square(x(2) - 2) + Square(x(3)); }};
+  SimplexState simplex;
+};
+
+TEST_F(SimplexResumedElsewhere, GoesOnWhereNothingHasChanged) {
+  Recorder watch;
+  Minimise(watch);
+  EXPECT_EQ(watch.built, 0);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenAParameterIsFreeNoMore) {
+  run.state.algorithm.Step(1) = 0;  // as a repair of the hypothesis does
+  run.state.algorithm.Value(1) = 0;
+  ExpectBuiltAfresh(1 + 4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenItsOwnRunFrozeAParameterUnderWay) {
+  run.state.algorithm.Value(2) = 3;
+  run.function = [this](Array1<double>& x) {
+    run.state.algorithm.Step(1) = 0;
+    return Square(x(1) - 1) + Square(x(2) - 2);
+  };
+  Recorder first;
+  Minimise(first);
+  EXPECT_EQ(first.built, 1);
+  EXPECT_EQ(run.state.free.NFREE, 2);
+  ExpectBuiltAfresh(Square(run.state.algorithm.Value(1) - 1));
+  EXPECT_EQ(run.state.free.NFREE, 1);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenAnotherParameterIsFreeInstead) {
+  run.state.algorithm.Step = {0.5, 0, 0.5};
+  run.state.algorithm.Value(2) = 2;
+  ExpectBuiltAfresh(0);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenAFixedValueIsAnother) {
+  run.state.algorithm.Value(3) = 1;
+  ExpectBuiltAfresh(1);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenParametersAreFused) {
+  run.state.algorithm.Fuse = {"A", "A", "~~"};
+  ExpectBuiltAfresh(0.5 + 4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenPriorsAreSwitchedOnAndOff) {
+  run.state.flags.BayesOn = true;
+  ExpectBuiltAfresh(0.5 + 4);
+  run.state.flags.BayesOn = false;
+  ExpectBuiltAfresh(4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenThePriorsAreOthers) {
+  run.state.flags.BayesOn = true;
+  ExpectBuiltAfresh(0.5 + 4);
+  pull = 3;
+  ExpectBuiltAfresh(0.75 + 4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshOverOtherData) {
+  run.objective.Call(run.state.algorithm.Value, 0);
+  ExpectBuiltAfresh(4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshFromAnotherStartAndWithOtherSteps) {
+  run.state.algorithm.Value(1) = 3;
+  ExpectBuiltAfresh(4);
+  run.state.algorithm.Step(1) = 0.25;
+  ExpectBuiltAfresh(4);
+}
+
+TEST_F(SimplexResumedElsewhere, IsBuiltAfreshBehindAMarquardtThatCouldNotImprove) {
+  Recorder watch;
+  Minimise(watch);
+  MarquardtWatch nobody;
+  const Array1<double> before = run.state.algorithm.Value;
+  run.state.algorithm.MaxCalls = 0;
+  MinimiseMarquardt(run.state, run.objective, DerivativeMode::Analytical, nobody);
+  EXPECT_EQ(run.state.algorithm.Value, before);
+  run.state.algorithm.MaxCalls = 9999;
+  ExpectBuiltAfresh(4);
+}
+
 TEST(SimplexResumed, AfterARuntimeFailureTheSimplexIsBuiltAnew) {
   int calls = 0;
   FunctionRun run({0}, [&](Array1<double>& x) {
@@ -462,7 +570,6 @@ TEST(SimplexResumed, AfterARuntimeFailureTheSimplexIsBuiltAnew) {
   SimplexState simplex;
   Recorder watch;
   EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, watch), RuntimeFailure);
-  EXPECT_FALSE(run.state.flags.SimplexBuilt);
   MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(watch.built, 2);
   EXPECT_NEAR(run.state.algorithm.Value(1), 1, 0.01);
@@ -503,7 +610,7 @@ TEST(Simplex, AStartThatIsNoNumberIsTold) {
   SimplexState simplex;
   SimplexWatch nobody;
   EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, nobody), ArithmeticFailure);
-  EXPECT_FALSE(run.state.flags.SimplexBuilt);
+  EXPECT_FALSE(simplex.left);
 }
 
 TEST(Simplex, PointsThatCannotBeEvaluatedNeverEndTheSearch) {

@@ -37,7 +37,7 @@ class GoldenCovariance : public ::testing::TestWithParam<GoldenCovariances> {
   FrmEditVS editValues_{run_.desk, run_.state, algo_};
   Covariances calculated_;
   FrmCovData data_{run_.desk};
-  FrmCovDisplay display_{run_.desk, run_.state, calculated_, main_, data_};
+  FrmCovDisplay display_{run_.desk, run_.state, run_.objective, calculated_, main_, data_};
   CovarianceDialogue dialogue_{run_.desk, run_.state, run_.objective, calculated_, main_, algo_, data_, display_};
 };
 class GoldenReport : public GoldenCovariance {};

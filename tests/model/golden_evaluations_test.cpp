@@ -86,7 +86,7 @@ TEST(GoldenProfile, BySimplexAgreesCallByCall) {
     points = EvaluateProfile(
         pinned, kept["points"], state, f.run.objective,
         [&] {
-          state.flags.SimplexBuilt = false;
+          simplex.Forget();
           results.push_back(MinimiseSimplex(state, f.run.objective, simplex, watch));
           return true;
         },

@@ -36,6 +36,15 @@ TEST(Priors, ResetGivesEveryParameterTheUnboundedUniform) {
   }
 }
 
+TEST(Priors, InWordsAreThoseThatAreSetWithTheirNumbersInFull) {
+  Priors priors;
+  priors.Reset(3);
+  EXPECT_EQ(priors.InWords(), "");
+  SetPrior(priors, 1, "N", 0.1, 1.0 / 3);
+  SetPrior(priors, 3, "T", -1, 0.5, "2.5", 0.25);
+  EXPECT_EQ(priors.InWords(), "1: N 0.1 0.3333333333333333 Unused Unused, 3: T -1 0.5 2.5 0.25");
+}
+
 TEST(Priors, AreOfferedInTheirOrder) {
   std::string codes;
   for (const PriorDistribution& distribution : PriorDistributions) codes += distribution.code;

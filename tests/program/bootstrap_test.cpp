@@ -434,6 +434,7 @@ struct RunAsItStands {
   std::vector<double> expected, deviances, fledging;
   Array1<double> best;
   bool flags;
+  bool resumes;
   explicit RunAsItStands(const Program& p)
       : algorithm(AlgorithmText(p.state.algorithm, AlgorithmForm::Ranking) + p.state.algorithm.AlgName),
         names(p.state.algorithm.ParName.begin(), p.state.algorithm.ParName.end()),
@@ -442,8 +443,8 @@ struct RunAsItStands {
         deviances(p.model.likelihood.best.VisitDeviance),
         fledging(p.model.estimates.FledgeFrom),
         best(p.model.likelihood.best.Value),
-        flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode &&
-              !p.state.flags.SimplexBuilt) {}
+        flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode),
+        resumes(p.simplex.ResumesAt(p.objective.Present())) {}
   bool operator==(const RunAsItStands&) const = default;
 };
 
@@ -454,7 +455,7 @@ struct RestoreTest : BootstrapTest {
     state.algorithm.Value(17) = 0.05;
     state.algorithm.ParName(17) = "changed by the first call";
     Summary();
-    ASSERT_FALSE(state.flags.SimplexBuilt);
+    ASSERT_FALSE(program.simplex.left);
   }
   /// The saved model is meant, although the present values are others.
   void AnswerOptions(const std::string& replicates, const std::string& age, bool simplex) {

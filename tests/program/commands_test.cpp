@@ -101,13 +101,13 @@ TEST_F(CommandsTest, MarquardtLeavesTheTerminalFrequencyAndNoSimplex) {
   Ready("juveniles_only");
   OneFunction();
   state.algorithm.TerminalFreq = 7;
-  state.flags.SimplexBuilt = true;
+  program.simplex.left = program.objective.Present();
   windows.Yes("Just checking");
   windows.No("Marquardt minimization");
   windows.No("Marquardt minimization");
   desk.Press(menu.cmdMarquardt);
   EXPECT_EQ(state.algorithm.TerminalFreq, 7);
-  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(program.simplex.ResumesAt(program.objective.Present()));
 }
 
 // ---- Covariances
@@ -116,14 +116,15 @@ TEST_F(CommandsTest, CovarianceCancelledBringsTheMenuBackAndMarksNothing) {
   Ready("juveniles_only");
   windows.Reply(Answer::Cancel, "Covariance calculator");
   desk.Press(menu.cmdCovariance);
-  EXPECT_FALSE(state.flags.CovarianceDone);
+  EXPECT_FALSE(program.covariances.basis);
   EXPECT_TRUE(ApplicationMenuUsable());
   EXPECT_EQ(Usable().size(), 13U);
 }
 
 TEST_F(CommandsTest, CovariancesCanBeViewedAgainWithoutACalculation) {
   Ready("juveniles_only");
-  state.flags.CovarianceDone = true;
+  program.covariances.CovBaseValue = state.algorithm.Value;
+  program.covariances.basis = program.objective.Present();
   windows.Yes("Covariance");
   desk.Press(menu.cmdCovariance);
   EXPECT_EQ(windows.LastText(), "View the last set of calculated covariance results?");

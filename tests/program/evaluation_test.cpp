@@ -90,7 +90,7 @@ TEST_F(EvaluationTest, ChoiceClosedByItsFrameComesBackToTheMenu) {
 
 TEST_F(EvaluationTest, NextSimplexBeginsAnew) {
   ProfileShortly();
-  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(program.simplex.ResumesAt(program.objective.Present()));
 }
 
 TEST_F(EvaluationTest, AnotherModelVoidsTheEarlierResults) {

@@ -84,7 +84,7 @@ TEST_F(FailuresTest, CovariancesWithoutAStepAreRefusedAndBringTheMenuBack) {
   LoadDefaults();
   desk.Press(menu.cmdCovariance);
   EXPECT_EQ(windows.LastText(), "All step sizes are zero");
-  EXPECT_FALSE(state.flags.CovarianceDone);
+  EXPECT_FALSE(program.covariances.basis);
   ExpectUsable();
 }
 

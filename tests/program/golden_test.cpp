@@ -149,19 +149,18 @@ struct FitTest : ::testing::TestWithParam<GoldenFit>, FitAnalysis {};
 
 TEST_P(FitTest, ReachesTheGoldenMinimumFromTheMenu) {
   BeginFit(GetParam());
-  state.flags.CovarianceDone = true;
-  state.flags.CovarianceGrid = 1;
+  program.covariances.CovBaseValue = state.algorithm.Value;
+  program.covariances.basis = program.objective.Present();
   const bool simplex = GetParam().what == "simplex";
   simplex ? Simplex() : Marquardt();
   const json& fit = GetParam().figures["fit"];
   EXPECT_EQ(program.fit.objective, fit["F"].get<double>());
-  EXPECT_EQ(program.fit.iterations, fit["iterations"].get<int>());
-  EXPECT_EQ(program.fit.functionCalls, fit["calls"].get<int>());
+  EXPECT_EQ(program.fit.minimisation->iterations, fit["iterations"].get<int>());
+  EXPECT_EQ(program.fit.minimisation->functionCalls, fit["calls"].get<int>());
   for (int i = 1; i <= state.algorithm.NPAR; ++i)
     EXPECT_EQ(state.algorithm.Value(i), fit["Value"][static_cast<std::size_t>(i) - 1].get<double>()) << i;
-  EXPECT_FALSE(state.flags.CovarianceDone);
-  EXPECT_EQ(state.flags.CovarianceGrid, 0);
-  EXPECT_EQ(state.flags.SimplexBuilt, simplex);
+  EXPECT_FALSE(program.covariances.AreOf(program.objective.Present()));
+  EXPECT_EQ(program.simplex.ResumesAt(program.objective.Present()), simplex);
   EXPECT_TRUE(ApplicationMenuUsable());
   EXPECT_EQ(Usable().size(), 13U);
 }
@@ -190,7 +189,7 @@ TEST_P(SavedCovarianceTest, IsTheGoldenReportByteForByte) {
   Simplex();
   AnswerQuestions();
   ASSERT_TRUE(desk.Press(menu.cmdCovariance));
-  EXPECT_TRUE(state.flags.CovarianceDone);
+  EXPECT_TRUE(program.covariances.AreOf(program.objective.Present()));
   EXPECT_TRUE(ApplicationMenuUsable());
   ASSERT_TRUE(desk.Press(program.frmCovDisplay.cmdScreen));
   windows.File(folder / "saved.cov");

@@ -200,7 +200,7 @@ TEST_F(QuitTest, FrameDuringACalculationAnsweredNoGoesOn) {
   windows.No("Exit Tolvane");
   desk.Press(menu.cmdSimplex);
   EXPECT_FALSE(desk.Ended());
-  EXPECT_EQ(program.fit.minimiser, "simplex");
+  EXPECT_EQ(program.fit.minimisation->minimiser, "simplex");
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ struct StatesTest : ::testing::Test, Analysis {};
 TEST_F(StatesTest, StartShowsTheMainWindowAndTheMenu) {
   EXPECT_THAT(windows.events, ElementsAre("shown frmMain", "shown frmMenu"));
   EXPECT_EQ(program.frmMain.title, "Tolvane");
-  EXPECT_FALSE(state.flags.ModelInitialised || state.flags.BayesOn || state.flags.CovarianceDone);
+  EXPECT_FALSE(state.flags.ModelInitialised || state.flags.BayesOn || program.covariances.basis);
   EXPECT_EQ(state.algorithm.AlgName, "");
   EXPECT_EQ(state.algorithm.Tolerance, 0);
 }
@@ -80,12 +80,13 @@ TEST_F(StatesTest, DataReadWithoutAlgorithmData) {
 
 TEST_F(StatesTest, EndOfInitialisationVoidsWhatBelongedToTheRunBefore) {
   state.flags.PriorFileName = "old.pri";
-  state.flags.BayesOn = state.flags.CovarianceDone = state.flags.SimplexBuilt = true;
-  state.flags.CovarianceGrid = 2;
+  state.flags.BayesOn = true;
+  program.covariances.basis = program.simplex.left = program.objective.Present();
   Initialize({.path = Golden("juveniles_only.dat")});
   EXPECT_EQ(state.flags.PriorFileName, "");
-  EXPECT_FALSE(state.flags.BayesOn || state.flags.CovarianceDone || state.flags.SimplexBuilt);
-  EXPECT_EQ(state.flags.CovarianceGrid, 0);
+  EXPECT_FALSE(state.flags.BayesOn);
+  EXPECT_FALSE(program.covariances.AreOf(program.objective.Present()));
+  EXPECT_FALSE(program.simplex.ResumesAt(program.objective.Present()));
 }
 
 TEST_F(StatesTest, ReadyToAnalyse) {

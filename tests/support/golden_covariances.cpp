@@ -39,13 +39,14 @@ CovarianceGrid GridOf(const json& kept) {
 /// Takes fuses and names from the rows of a kept report.
 void ReadNames(GoldenCovariances& kept) {
   const std::vector<std::string> lines = Lines(kept.report);
-  AlgorithmData& a = kept.algorithm;
-  a.Fuse.Dimension(a.NPAR);
-  a.ParName.Dimension(a.NPAR);
-  for (int i = 1; i <= a.NPAR; ++i) {
+  Covariances& c = kept.covariances;
+  const int NPAR = c.CovBaseValue.Size();
+  c.CovFuse.Dimension(NPAR);
+  c.CovName.Dimension(NPAR);
+  for (int i = 1; i <= NPAR; ++i) {
     const std::string& line = lines[static_cast<std::size_t>(i) + 3];
-    a.Fuse(i) = std::string(Trim(Columns(line, 38, 40)));
-    a.ParName(i) = line.substr(42);
+    c.CovFuse(i) = std::string(Trim(Columns(line, 38, 40)));
+    c.CovName(i) = line.substr(42);
   }
 }
 
@@ -53,7 +54,6 @@ GoldenCovariances Kept(const json& fit) {
   const json& kept = fit["covariance"];
   GoldenCovariances golden;
   golden.name = fit["case"];
-  golden.algorithm.NPAR = fit["NPAR"];
   Covariances& c = golden.covariances;
   c.CovBaseValue = ArrayOf<double>(kept["base_value"]);
   c.CovStep = ArrayOf<double>(kept["step"]);

@@ -4,16 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "control/run_state.h"
 #include "uncertainty/covariance.h"
 
 namespace merlane::test {
 
 /// Kept figures of one covariance calculation that followed a simplex run.
 struct GoldenCovariances {
-  std::string name;  // of the case
-  Covariances covariances;
-  AlgorithmData algorithm;  // fuses and names are there where a report is kept
+  std::string name;         // of the case
+  Covariances covariances;  // fuses and names are there where a report is kept
   std::string pane;         // what the pane showed during the calculation
   std::string report;       // the .cov file; empty when none is kept
 };

@@ -18,6 +18,7 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -63,6 +64,17 @@ struct CovarianceDialogueTest : ::testing::Test {
     host.windows.No("Calculate optimistic SEs only?");
     Run();
   }
+  /// What an initialisation does to the run.
+  void BecomeAnotherModel(std::int16_t NPAR) {
+    AlgorithmData& a = t.state.algorithm;
+    a.NPAR = NPAR;
+    a.Value.Dimension(NPAR);
+    a.Step.Dimension(NPAR);
+    a.Fuse.Dimension(NPAR, "~");
+    a.ParName.Dimension(NPAR, "of another model");
+    a.AlgName.clear();
+    t.objective.Call(a.Value, 0);
+  }
   std::string Status(int panel) const { return main.stbMain5.Get(panel); }
 
   test::ScriptedHost host;
@@ -76,7 +88,7 @@ struct CovarianceDialogueTest : ::testing::Test {
   FrmEditVS editValues{desk, t.state, algo};
   Covariances covariances;
   FrmCovData data{desk};
-  FrmCovDisplay display{desk, t.state, covariances, main, data};
+  FrmCovDisplay display{desk, t.state, t.objective, covariances, main, data};
   CovarianceDialogue dialogue{desk, t.state, t.objective, covariances, main, algo, data, display};
   std::optional<bool> calculated;
 };
@@ -425,7 +437,7 @@ TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {
   EXPECT_TRUE(desk.Press(display.cmdScreen));
   EXPECT_FALSE(display.cmdScreen.enabled);
   EXPECT_TRUE(display.cmdFile.enabled);
-  EXPECT_EQ(data.rtbCovData.text, CovarianceReport(covariances, t.state.algorithm));
+  EXPECT_EQ(data.rtbCovData.text, CovarianceReport(covariances));
   EXPECT_EQ(data.cmdStop.text,
             "To save these results [restore or minimize this form then] choose 'Save covariance results as...'");
   EXPECT_THAT(host.windows.events,
@@ -433,6 +445,59 @@ TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {
   EXPECT_EQ(Status(1), "");
   EXPECT_EQ(host.windows.events.back(), "front frmCovDisplay");
   EXPECT_FALSE(desk.Press(display.cmdScreen));
+}
+
+TEST_F(CovarianceDialogueTest, DisplaySaysWhichFitItShows) {
+  RunNumerically();
+  EXPECT_EQ(display.lblFit.text,
+            "Covariances of 2 free parameters of function.alg, where the objective was 10.000000.");
+}
+
+TEST_F(CovarianceDialogueTest, AnEditOrANewFitIsToldBesideTheOldCovariances) {
+  RunNumerically();
+  t.state.algorithm.Value(1) = 0.5;
+  t.objective.BeginSearch();
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_THAT(display.lblFit.text,
+              EndsWith(" Since then parameter values have been changed, another minimization has been run."));
+}
+
+TEST_F(CovarianceDialogueTest, DisplayLeftOpenOverAModelOfFewerParametersShowsItsOwn) {
+  RunNumerically();
+  const std::string report = CovarianceReport(covariances);
+  BecomeAnotherModel(1);
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_EQ(data.rtbCovData.text, report);
+  EXPECT_THAT(report, HasSubstr("Parameter 2"));
+  EXPECT_THAT(display.lblFit.text, HasSubstr("of function.alg"));
+  t.state.algorithm.AlgShortName = "another";
+  host.windows.CancelFile("Save covariance results as...");
+  EXPECT_TRUE(desk.Press(display.cmdFile));
+  EXPECT_THAT(host.windows.files.back().filter, HasSubstr("(function.*)"));
+  EXPECT_THAT(display.lblFit.text, HasSubstr("Since then other data have been read"));
+}
+
+TEST_F(CovarianceDialogueTest, DisplayLeftOpenOverAModelOfMoreParametersReadsNothingBeyondItsOwn) {
+  RunNumerically();
+  const std::string report = CovarianceReport(covariances);
+  BecomeAnotherModel(5);
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_EQ(data.rtbCovData.text, report);
+}
+
+TEST_F(CovarianceDialogueTest, ValuesThatACallHasWrittenAsTheModelReadsThemAreTheSameEstimates) {
+  t.function = [](Array1<double>& v) {
+    v(1) = std::fabs(v(1));
+    return 10 + 4 * v(1) * v(1) + 3 * v(2) * v(2);
+  };
+  t.state.algorithm.Value(1) = -0.001;
+  RunNumerically();
+  EXPECT_TRUE(covariances.AreOf(t.objective.Present()));
+  t.objective(t.state.algorithm.Value, 1);
+  EXPECT_EQ(t.state.algorithm.Value(1), 0.001);
+  EXPECT_TRUE(covariances.AreOf(t.objective.Present()));
+  t.state.algorithm.Value(1) = 0.002;
+  EXPECT_FALSE(covariances.AreOf(t.objective.Present()));
 }
 
 TEST_F(CovarianceDialogueTest, FinishClosesBothFormsAndShowsTheMenu) {

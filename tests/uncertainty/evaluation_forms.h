@@ -77,6 +77,21 @@ struct EvaluationForms : ::testing::Test {
     for (int panel = 1; panel <= 4; ++panel) EXPECT_EQ(frmMain.stbMain5.Get(panel), "") << panel;
   }
 
+  /// Covariances of the run as it stands, with these standard errors times the number of the grid.
+  void TakeCovariances(const Array1<double>& standardErrors) {
+    covariances.CovBaseValue = algorithm.Value;
+    covariances.CovCount = static_cast<std::int16_t>(standardErrors.Size());
+    covariances.CovIndex.Dimension(covariances.CovCount);
+    for (std::int16_t a = 1; a <= covariances.CovCount; ++a) covariances.CovIndex(a) = a;
+    for (int g = 1; g <= 3; ++g) {
+      covariances.grid(g).ending = GridEnding::Calculated;
+      covariances.grid(g).standardErrors = standardErrors;
+      for (double& error : covariances.grid(g).standardErrors) error *= g;
+    }
+    covariances.basis = run.objective.Present();
+    covariances.basis->constant = 2;  // as the evaluation will have it entered
+  }
+
   /// The texts that a panel has held, in order, empty ones left out.
   std::vector<std::string> Panel(int panel) const {
     std::vector<std::string> texts;
@@ -105,8 +120,8 @@ struct EvaluationForms : ::testing::Test {
   FrmBivarPlot frmBivarPlot{desk};
   Evaluation evaluation;
   FrmParEvals frmParEvals{desk};
-  EvaluationParts parts{desk,    run.state, run.objective, covariances, evaluation,
-                        frmMain, frmAlgo,   frmDistPlot,   frmParEvals};
+  EvaluationParts parts{desk,       run.state, run.objective, simplex,     covariances,
+                        evaluation, frmMain,   frmAlgo,       frmDistPlot, frmParEvals};
   FrmDistributionTable frmMaxLike{desk, FrmDistributionTable::MaxLike};
   FrmDistributionTable frmBayesian{desk, FrmDistributionTable::Bayesian};
   ProfileDialogue profileDialogue{parts, frmMaxLike, frmSimplex, frmMarquardt, profileRun};

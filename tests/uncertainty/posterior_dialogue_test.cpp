@@ -331,24 +331,51 @@ TEST_F(PosteriorDialogueTest, AStepOfZeroIsRefusedAndTheParameterAskedForAgain) 
 }
 
 TEST_F(PosteriorDialogueTest, StepsFromTheCovariancesSpanSevenErrorsOnTheGridAndEightOnTheProfile) {
-  state.flags.CovarianceDone = true;
-  covariances.CovCount = 2;
-  covariances.CovIndex = {1, 2};
-  for (int g = 1; g <= 3; ++g) covariances.grid(g).standardErrors = {g * 0.5, g * 0.1};
+  TakeCovariances({0.5, 0.1});
   AnswerSetup("1", "25", "15");
   windows.Enter("3", Title);
   Edit([this] {
     EXPECT_DOUBLE_EQ(algorithm.Step(1), 1.5 * 24 / (24 * 3));
-    EXPECT_DOUBLE_EQ(algorithm.Step(2), 0.3 * 7 / 14);
+    EXPECT_DOUBLE_EQ(algorithm.Step(2), 3 * 0.1 * 7 / 14);
   });
   SeePlots();
   windows.No("Bivariate plot");
   Choose(frmParEvals.cmdBP);
-  EXPECT_TRUE(state.flags.CovarianceDone) << "an integration leaves them";
+  EXPECT_TRUE(covariances.AreOf(run.objective.Present())) << "an integration leaves them";
+}
+
+TEST_F(PosteriorDialogueTest, AGridThatFailedProposesNoNegativeSteps) {
+  TakeCovariances({0.5, 0.1});
+  covariances.grid(1).ending = GridEnding::Abandoned;
+  covariances.grid(1).standardErrors.Fill(-1);
+  const Array1<double> steps = algorithm.Step;
+  AnswerSetup("1", "25", "15");
+  windows.Enter("1", Title);
+  windows.Enter("N", Title);
+  Edit([&] { EXPECT_EQ(algorithm.Step, steps); });
+  SeePlots();
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+}
+
+TEST_F(PosteriorDialogueTest, TheReferenceOfOtherDataIsNotTaken) {
+  evaluation.ReferenceF = 1e6;  // exp(1e6) is no number
+  evaluation.ReferenceReading = state.reading + 1;
+  FreezeTheOther();
+  AnswerSetup("1", "3");
+  Edit([this] {
+    algorithm.Step(2) = 0.1;
+    algorithm.Step(3) = 0.1;
+  });
+  windows.Enter("3", Title);
+  SeePlots();
+  Choose(frmParEvals.cmdBP);
+  EXPECT_EQ(evaluation.ReferenceF, 0);
+  EXPECT_TRUE(evaluation.series);
 }
 
 TEST_F(PosteriorDialogueTest, QuitAtTheStepsEndsTheCommand) {
-  state.flags.CovarianceDone = true;
+  TakeCovariances({0.5, 0.1});
   AnswerSetup("1", "25", "15");
   windows.Enter("Q", Title);
   Choose(frmParEvals.cmdBP);

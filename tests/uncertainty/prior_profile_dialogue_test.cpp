@@ -122,6 +122,15 @@ TEST_F(PriorProfileDialogueTest, ZeroPointsAre101AndAnEvenNumberIsRaised) {
   EXPECT_EQ(Lines(frmPriorDists.rtbTable.text).size(), 21U + 7);
 }
 
+TEST_F(PriorProfileDialogueTest, LeavesTheFiguresOfTheEstimatesAlone) {
+  EvaluatePrior(state.algorithm.Value, 2, priors);
+  const double total = priors.PriorTotal;
+  const Array1<double> each = priors.PriorNegLnL;
+  Profile("1", "11");
+  EXPECT_EQ(priors.PriorTotal, total);
+  EXPECT_EQ(priors.PriorNegLnL, each);
+}
+
 TEST_F(PriorProfileDialogueTest, LeavesTheEstimatesAlone) {
   Profile("3", "11");
   EXPECT_EQ(Array1<double>(9, 0.5), state.algorithm.Value);

@@ -204,7 +204,7 @@ TEST_F(ProfileDialogueTest, BySimplexGivesPlotsAndATable) {
   EXPECT_EQ(algorithm.Value(1), 3);
   EXPECT_EQ(algorithm.Step(1), 0.25);
   EXPECT_EQ(state.free.NFREE, 2);
-  EXPECT_FALSE(state.flags.SimplexBuilt);
+  EXPECT_FALSE(simplex.ResumesAt(run.objective.Present()));
   EXPECT_EQ(evaluation.LastProfileKind, EvaluationKind::Profile);
   EXPECT_EQ(state.profile.ProfileState, 1);
   const ConfidenceSeries& s = *evaluation.series;
@@ -234,8 +234,7 @@ TEST_F(ProfileDialogueTest, TableHasItsColumns) {
 }
 
 TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
-  state.flags.CovarianceDone = true;
-  state.flags.CovarianceGrid = 2;
+  TakeCovariances({0.5, 0.1});
   covariances.OptimisticSE = true;
   AnswerUpToMinimiser("1", "3");
   windows.Yes(Title);
@@ -243,9 +242,8 @@ TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
   Edit();
   SeePlots();
   Choose(frmParEvals.cmdML);
-  EXPECT_FALSE(state.flags.CovarianceDone);
-  EXPECT_EQ(state.flags.CovarianceGrid, 0);
-  EXPECT_FALSE(covariances.OptimisticSE);
+  EXPECT_FALSE(covariances.AreOf(run.objective.Present()));
+  EXPECT_TRUE(covariances.OptimisticSE) << "which they stay";
 }
 
 TEST_F(ProfileDialogueTest, ByMarquardtAsksForDerivativesOnce) {
@@ -276,10 +274,7 @@ TEST_F(ProfileDialogueTest, WithoutDerivativesItGivesUp) {
 }
 
 TEST_F(ProfileDialogueTest, StepsAreOfferedFromTheCovariances) {
-  state.flags.CovarianceDone = true;
-  covariances.CovCount = 2;
-  covariances.CovIndex = {1, 2};
-  for (int g = 1; g <= 3; ++g) covariances.grid(g).standardErrors = {g * 0.5, g * 0.1};
+  TakeCovariances({0.5, 0.1});
   AnswerUpToMinimiser("1", "25");
   windows.Yes(Title);
   for (const char* refused : {"4", "yes", "1.0"}) windows.Enter(refused, Title);
@@ -296,8 +291,56 @@ TEST_F(ProfileDialogueTest, StepsAreOfferedFromTheCovariances) {
   EXPECT_DOUBLE_EQ(algorithm.Step(1), 1.0 / 3);
 }
 
+TEST_F(ProfileDialogueTest, CovariancesOfAnotherAlgorithmFileProposeNoSteps) {
+  TakeCovariances({0.5, 0.1});
+  FreezeTheOther();  // as a file does that is loaded behind them
+  AnswerUpToMinimiser("1", "3");
+  windows.Yes(Title);
+  Edit([this] { EXPECT_EQ(algorithm.Step(2), 0) << "not minimised over"; });
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.inputs.size(), 3U) << "constant, parameter and points";
+}
+
+TEST_F(ProfileDialogueTest, CovariancesUnderAnotherConstantProposeNoSteps) {
+  TakeCovariances({0.5, 0.1});
+  covariances.basis->constant = 1;
+  AnswerUpToMinimiser("1", "3");
+  windows.Yes(Title);
+  Edit();
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.inputs.size(), 3U);
+}
+
+TEST_F(ProfileDialogueTest, AGridThatFailedProposesNoStepsAndAsksAgain) {
+  TakeCovariances({0.5, 0.1});
+  covariances.grid(2).ending = GridEnding::NotPositiveDefinite;
+  covariances.grid(2).standardErrors.Fill(-1);
+  AnswerUpToMinimiser("1", "25");
+  windows.Yes(Title);
+  windows.Enter("2", Title);
+  windows.Enter("1", Title);
+  Edit([this] { EXPECT_DOUBLE_EQ(algorithm.Step(1), 0.5 * 24 / (24 * 3)); });
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_THAT(windows.messages[3].text, StartsWith("Covariance grid 2 has no standard errors"));
+}
+
+TEST_F(ProfileDialogueTest, AParameterWithoutAStandardErrorKeepsItsStep) {
+  TakeCovariances({0.5, 0.1});
+  covariances.grid(1).standardErrors(2) = -1;
+  const double step = algorithm.Step(2);
+  AnswerUpToMinimiser("1", "25");
+  windows.Yes(Title);
+  windows.Enter("1", Title);
+  Edit([&] { EXPECT_EQ(algorithm.Step(2), step); });
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+}
+
 TEST_F(ProfileDialogueTest, QuitOrNothingAtTheStepsEndsTheCommand) {
-  state.flags.CovarianceDone = true;
+  TakeCovariances({0.5, 0.1});
   for (const char* quit : {"Q", "q", ""}) {
     AnswerUpToMinimiser("1", "25");
     windows.Yes(Title);
@@ -449,6 +492,24 @@ TEST_F(ProfileDialogueTest, EarlierResultsCanBeSeenAgain) {
 TEST_F(ProfileDialogueTest, EarlierResultsAreGoneOncePackedForAnotherCommand) {
   ProfileBySimplex("3");
   run.Pack();
+  AnswerUpToParameter();
+  windows.CancelInput(Title);
+  Choose(frmParEvals.cmdML);
+}
+
+TEST_F(ProfileDialogueTest, EarlierResultsOfOtherAlgorithmDataAreNotOffered) {
+  ProfileBySimplex("3");
+  algorithm.Value(2) += 1;
+  AnswerUpToParameter();
+  windows.CancelInput(Title);
+  Choose(frmParEvals.cmdML);
+}
+
+TEST_F(ProfileDialogueTest, EarlierResultsUnderOtherPriorsAreNotOffered) {
+  ProfileBySimplex("3");
+  state.flags.BayesOn = true;
+  run.objective.priorTerm = [](const Array1<double>&) { return 0.0; };
+  run.objective.priorsInForce = [] { return std::string("1: N 3 1"); };
   AnswerUpToParameter();
   windows.CancelInput(Title);
   Choose(frmParEvals.cmdML);

@@ -30,7 +30,7 @@ struct Profiled {
   }
 
   bool BySimplex() {
-    run.state.flags.SimplexBuilt = false;
+    simplex.Forget();
     SimplexWatch nobody;
     simplexCalls.push_back(MinimiseSimplex(run.state, run.objective, simplex, nobody).calls);
     startedFrom.push_back(run.state.free.FreeValue(1));

@@ -1,0 +1,151 @@
+// Commands in orders in which a kept result belongs to another run than the present one.
+#include <gmock/gmock.h>
+
+#include "priors/set_prior.h"
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using test::Analysis;
+using test::Golden;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+struct OtherBasisTest : ::testing::Test, Analysis {
+  void Simplex() {
+    windows.Yes("Just checking");
+    ASSERT_TRUE(desk.Press(menu.cmdSimplex));
+  }
+  void Covariances() {
+    windows.No("Covariance calculator");
+    windows.Reply(Answer::Ok, "Covariance calculator");
+    windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
+    for (const char* factor : {"1", "0.1", "0.01"}) windows.Enter(factor, "Covariance calculator");
+    windows.Yes("Covariance calculator");
+    windows.Enter("0.5", "Enter constant");
+    windows.No("Calculate optimistic SEs only?");
+    ASSERT_TRUE(desk.Press(menu.cmdCovariance));
+  }
+  /// The menu, while a window of results stays open.
+  void CallForTheMenu() { ASSERT_TRUE(desk.Press(program.frmMain.mnuMenu)); }
+  /// A fresh program that is brought to the present algorithm data and priors, and minimises.
+  double FreshMinimum() const {
+    Analysis fresh;
+    fresh.Ready("juveniles_only");
+    AlgorithmData& a = fresh.state.algorithm;
+    const AlgorithmData& own = state.algorithm;
+    a.Value = own.Value;
+    a.Step = own.Step;
+    a.Fuse = own.Fuse;
+    fresh.program.priors = program.priors;
+    fresh.state.flags.BayesOn = state.flags.BayesOn;
+    fresh.state.flags.ObjectiveConstant = state.flags.ObjectiveConstant;
+    fresh.windows.Yes("Just checking");
+    fresh.desk.Press(fresh.menu.cmdSimplex);
+    return fresh.program.fit.objective;
+  }
+};
+
+TEST_F(OtherBasisTest, SimplexBehindACallThatRepairsIsTheOneThatAFreshProgramMakes) {
+  Ready("juveniles_only");
+  state.algorithm.Value(14) = 0.1;
+  state.algorithm.Step(13) = 0.01;
+  state.algorithm.Step(14) = 0.1 * 0.1;
+  Simplex();
+  EXPECT_EQ(state.algorithm.Step(21), 0);
+  OneFunction();
+  EXPECT_NE(state.algorithm.Step(21), 0);
+  const double expected = FreshMinimum();
+  Simplex();
+  EXPECT_EQ(program.fit.objective, expected);
+}
+
+TEST_F(OtherBasisTest, SimplexUnderPriorsSetBehindItIsTheOneThatAFreshProgramMakes) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  test::SetPrior(program.priors, 17, "N", 0.08, 0.002);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 2;
+  const double withPriors = FreshMinimum();
+  Simplex();
+  EXPECT_EQ(program.fit.objective, withPriors);
+  state.flags.BayesOn = false;
+  const double without = FreshMinimum();
+  Simplex();
+  EXPECT_EQ(program.fit.objective, without) << "switched off again";
+}
+
+TEST_F(OtherBasisTest, SimplexThatNothingHasComeBetweenGoesOnFromItsPolytope) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  windows.events.clear();
+  Simplex();
+  EXPECT_THAT(windows.events, Not(Contains("status stbMain5 1 Building initial simplex...")));
+}
+
+TEST_F(OtherBasisTest, CovariancesOfALoadedFileBeforeAreNeitherOfferedNorTakenForSteps) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  Covariances();
+  CallForTheMenu();
+  LoadAlg(Golden("juveniles_only.alg"));
+  EXPECT_FALSE(program.covariances.AreOf(program.objective.Present()));
+  windows.Reply(Answer::Cancel, "Covariance calculator");
+  ASSERT_TRUE(desk.Press(menu.cmdCovariance)) << "without the question whether the last ones shall be seen";
+}
+
+TEST_F(OtherBasisTest, DisplayLeftOpenOverALargerModelShowsTheCovariancesThatItOffers) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  Covariances();
+  CallForTheMenu();
+  windows.No("Initialize");
+  Initialize({.path = Golden("attributes.dat"), .covariates = "3"});
+  ASSERT_TRUE(desk.Press(program.frmCovDisplay.cmdScreen));
+  EXPECT_THAT(program.frmCovData.rtbCovData.text, HasSubstr(" 034) "));
+  EXPECT_THAT(program.frmCovData.rtbCovData.text, Not(HasSubstr(" 035) ")));
+  EXPECT_THAT(program.frmCovDisplay.lblFit.text, HasSubstr("of juveniles_only.alg"));
+  EXPECT_THAT(program.frmCovDisplay.lblFit.text, HasSubstr("other data have been read"));
+}
+
+TEST_F(OtherBasisTest, AFunctionCallElsewhereIsNoEndOfTheMinimisationBefore) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  OneFunction();
+  EXPECT_EQ(program.fit.minimisation->minimiser, "simplex") << "at its estimates";
+  LoadAlg(Golden("juveniles_only.alg"));
+  OneFunction();
+  EXPECT_FALSE(program.fit.minimisation);
+}
+
+TEST_F(OtherBasisTest, FiguresOfAFitStayThoseOfItsMoment) {
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  const Fit before = program.fit;
+  EXPECT_EQ(before.freeParameters, 2);
+  EXPECT_GT(before.juvenilesAtRisk, 0);
+  state.algorithm.Step.Fill(0);
+  state.free.NFREE = 0;
+  program.model.likelihood.JuvsAtRisk = 0;
+  EXPECT_EQ(program.fit.freeParameters, 2);
+  EXPECT_EQ(program.fit.juvenilesAtRisk, before.juvenilesAtRisk);
+}
+
+TEST_F(OtherBasisTest, ACallThatRepairsCountsTheParametersThatAreFreeNow) {
+  Ready("juveniles_only");
+  state.algorithm.Step(22) = 0.1;  // of a mortality that the hypothesis has switched off
+  OneFunction();
+  EXPECT_EQ(state.algorithm.Step(22), 0);
+  EXPECT_EQ(program.fit.freeParameters, 2);
+}
+
+}  // namespace
+}  // namespace merlane
