@@ -60,27 +60,23 @@ constexpr std::array<Replacement, 3> ClutchAgeUnknownTexts = {{
     {parameter::Beta_NC, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_NC     (egg corr'd mortality) [1]"},
 }};
 
-constexpr std::array<Replacement, 11> BroodAgeUnknownTexts = {{
+constexpr std::array<Replacement, 3> BroodAgeUnknownTexts = {{
     {parameter::f_B, "DO NOT ESTIMATE (MUST=0) Brood age attenuation coef    (juv corr'd mortality) [0]"},
     {parameter::Beta_BR, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BR  (juv random mortality)    [1]"},
     {parameter::Beta_BC, "DO NOT ESTIMATE (MUST=1) Weibull parameter Beta_BC  (juv corr'd mortality)    [1]"},
-    {AttributeParameter(Family::ZetaBR, property::BroodSize),
-     "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]      [0]"},
-    {AttributeParameter(Family::ZetaBR, property::HatchDate),
-     "DO NOT ESTIMATE (MUST=0) Zeta_BR(02)  (on Alpha_BR): Hatch date               [0]"},
-    {AttributeParameter(Family::GammaBR, property::BroodSize),
-     "DO NOT ESTIMATE (MUST=0) Gamma_BR(01) (on Beta_BR):  E[brood size@hatch]      [0]"},
-    {AttributeParameter(Family::GammaBR, property::HatchDate),
-     "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date               [0]"},
-    {AttributeParameter(Family::ZetaBC, property::BroodSize),
-     "DO NOT ESTIMATE (MUST=0) Zeta_BC(01)  (on Alpha_BC): E[brood size@hatch]      [0]"},
-    {AttributeParameter(Family::ZetaBC, property::HatchDate),
-     "DO NOT ESTIMATE (MUST=0) Zeta_BC(02)  (on Alpha_BC): Hatch date               [0]"},
-    {AttributeParameter(Family::GammaBC, property::BroodSize),
-     "DO NOT ESTIMATE (MUST=0) Gamma_BC(01) (on Beta_BC):  E[brood size@hatch]      [0]"},
-    {AttributeParameter(Family::GammaBC, property::HatchDate),
-     "DO NOT ESTIMATE (MUST=0) Gamma_BC(02) (on Beta_BC):  Hatch date               [0]"},
 }};
+
+/// The attributes in the order of their numbers.
+constexpr std::array<const char*, 8> AttributeUnknownTexts = {
+    "DO NOT ESTIMATE (MUST=0) Zeta_BR(01)  (on Alpha_BR): E[brood size@hatch]      [0]",
+    "DO NOT ESTIMATE (MUST=0) Zeta_BR(02)  (on Alpha_BR): Hatch date               [0]",
+    "DO NOT ESTIMATE (MUST=0) Gamma_BR(01) (on Beta_BR):  E[brood size@hatch]      [0]",
+    "DO NOT ESTIMATE (MUST=0) Gamma_BR(02) (on Beta_BR):  Hatch date               [0]",
+    "DO NOT ESTIMATE (MUST=0) Zeta_BC(01)  (on Alpha_BC): E[brood size@hatch]      [0]",
+    "DO NOT ESTIMATE (MUST=0) Zeta_BC(02)  (on Alpha_BC): Hatch date               [0]",
+    "DO NOT ESTIMATE (MUST=0) Gamma_BC(01) (on Beta_BC):  E[brood size@hatch]      [0]",
+    "DO NOT ESTIMATE (MUST=0) Gamma_BC(02) (on Beta_BC):  Hatch date               [0]",
+};
 
 constexpr std::array<const char*, 4> AttributeInteractionTexts = {
     "Interaction term coefficients Zeta_BR(01) x  Zeta_BR(02)                      [0]",
@@ -131,6 +127,8 @@ void FillAttributeInteractionTexts(Array1<std::string>& Names, const ParameterLa
 
 void ReplaceWhereBroodAgesAreUnknown(Array1<std::string>& Names, int NPAR, const ParameterLayout& layout) {
   for (const Replacement& replacement : BroodAgeUnknownTexts) Names(replacement.number) = replacement.text;
+  for (int i = parameter::FirstOfAttributes; i <= parameter::LastOfAttributes; ++i)
+    Names(i) = AttributeUnknownTexts[static_cast<std::size_t>(i - parameter::FirstOfAttributes)];
   for (int i = parameter::FirstOfCovariates; i <= layout.InteractionBase; ++i)
     Names(i) = "DO NOT ESTIMATE (MUST=0) Brood covariates                                     [0]";
   FillAttributeInteractionTexts(Names, layout, AttributeInteractionUnknownTexts);

@@ -78,6 +78,9 @@ void ExpectSame(const Side& a, const Side& b) {
   EXPECT_EQ(a.told, b.told);
   EXPECT_EQ(a.turns, b.turns);
   EXPECT_EQ(a.Value, b.Value);
+  EXPECT_EQ(a.Step, b.Step);
+  EXPECT_EQ(a.Names, b.Names);
+  EXPECT_EQ(a.Fuse, b.Fuse);
   EXPECT_EQ(a.state.best.Value, b.state.best.Value);
   ExpectSameTables(a.state.survival, b.state.survival);
   ExpectSameTables(a.state.best.survival, b.state.best.survival);
