@@ -216,13 +216,11 @@ TEST_F(BatchRunTest, TheMessageSaysWhyAControlCannotBeUsed) {
             "line 2: press cmdGo: cmdGo is not enabled");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.cmdGo.visible = false; }, "press cmdGo"),
             "line 2: press cmdGo: cmdGo is not visible");
-  EXPECT_EQ(problemOf(rest, "press cmdGo"),
-            "line 2: press cmdGo: frmTest takes no input now");
+  EXPECT_EQ(problemOf(rest, "press cmdGo"), "line 2: press cmdGo: frmTest takes no input now");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "press cmdGo"), "line 2: press cmdGo: frmTest is not shown");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.desk.Hide(f); }, "close frmTest"),
             "line 2: close frmTest: frmTest is not shown");
-  EXPECT_EQ(problemOf(rest, "close frmTest"),
-            "line 2: close frmTest: frmTest takes no input now");
+  EXPECT_EQ(problemOf(rest, "close frmTest"), "line 2: close frmTest: frmTest takes no input now");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.mnuMenu.enabled = false; }, "press mnuEntry"),
             "line 2: press mnuEntry: the menu mnuMenu is not enabled or not visible");
   EXPECT_EQ(problemOf([](FrmTest& f) { f.txtText.readOnly = true; }, "set txtText x"),

@@ -32,7 +32,6 @@ class GoldenCovariance : public ::testing::TestWithParam<GoldenCovariances> {
   test::SurvivalRun run_{test::GoldenCaseNamed(GetParam().name)};
   LogFile log_;
   FrmMain main_{run_.desk};
-  FrmMenu menu_{run_.desk, run_.state};
   FrmAlgo algo_{run_.desk, run_.state, log_, main_};
   FrmEditVS editValues_{run_.desk, run_.state, algo_};
   Covariances calculated_;

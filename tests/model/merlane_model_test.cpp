@@ -4,8 +4,8 @@
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
 #include "data/data_text.h"
-#include "data/reading_dialogue.h"
 #include "data/golden_case.h"
+#include "data/reading_dialogue.h"
 #include "model/catalogue.h"
 #include "platform/files.h"
 #include "support/scripted_host.h"
@@ -233,8 +233,7 @@ TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
   run.host.windows.messages.clear();
   run.choices.NCov = 7;
   run.model.data.SimulatedFileName = testing::TempDir() + "bootstrapped.dat";
-  WriteWholeFile(run.model.data.SimulatedFileName,
-                 Header + "\n" + Record(1995, "A", 160, 170, -10, 3));
+  WriteWholeFile(run.model.data.SimulatedFileName, Header + "\n" + Record(1995, "A", 160, 170, -10, 3));
   run.state.flags.BootstrapMode = true;
   run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;

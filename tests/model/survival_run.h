@@ -4,6 +4,7 @@
 #include "control/fuses.h"
 #include "control/objective.h"
 #include "data/golden_case.h"
+#include "data/reading_dialogue.h"
 #include "forms/desk.h"
 #include "minimise/simplex.h"
 #include "model/merlane_model.h"
