@@ -8,7 +8,6 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/algorithm_file.h"
 #include "control/fuses.h"
@@ -108,11 +107,7 @@ void FrmAlgo::OnLoad() {
 }
 
 void FrmAlgo::OnUnload() {
-  try {
-    LeaveEntry();
-  } catch (const RuntimeFailure& failure) {  // no entry keeps the editor from closing and giving control back
-    desk.host.windows.OnFailure(name + ": " + failure.what());
-  }
+  LeaveEntry();
   BuildFuseGroups(state_);
   PackFree(state_);
   desk.Tell("Just so you know", "Algorithm data, if changed, have been updated", style::Information);

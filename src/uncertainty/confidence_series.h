@@ -14,6 +14,7 @@ struct EvaluatedPoints {
   Array1<double> ProfileX;  // value of the parameter
   Array1<double> ProfileF;  // -ln[L] there
   double H = 0;             // distance of the points, as long as they ascend
+  bool mirrored = false;    // the model took some of the values without their sign
   struct Point {
     double x, f;
   };
@@ -27,6 +28,8 @@ struct EvaluatedPoints {
 
   /// Notes the -ln[L] of a further point.
   void Add(int point, double x, double f);
+  /// Notes what the model made of a point's value.
+  void NoteLeft(double x, double left) { mirrored = mirrored || (x != 0 && left == -x); }
   /// Keeps the first `count` points.
   void Keep(int count);
   /// Points that descend are turned end for end, so that X ascends and H is positive.

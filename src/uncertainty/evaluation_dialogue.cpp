@@ -4,8 +4,8 @@
 
 #include <utility>
 
-#include "base/arithmetic_failure.h"
 #include "base/at_end.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
@@ -126,27 +126,15 @@ void EvaluationDialogue::EditSteps() {
   p_.desk.WaitFor(p_.algo);
 }
 
-void EvaluationDialogue::OfferOneSide(PinnedParameter& pinned, const EvaluationSetup& setup) const {
-  if (!pinned.CrossesZero(setup.ProfilePoints) || !IsMirrored(pinned, setup)) return;
-  const std::string text = fmt::format(
-      "Parameter #{} is taken without its sign: beyond 0 the curves would be mirror images of those before it.\r\n\r\n"
-      "Do you want all points on the side of 0 on which its value lies?",
-      setup.ProfileParameter);
-  if (p_.desk.Ask(texts_.title, text, style::YesNoQuestion) == Answer::Yes) pinned.KeepToItsSide(setup.ProfilePoints);
-}
-
-bool EvaluationDialogue::IsMirrored(const PinnedParameter& pinned, const EvaluationSetup& setup) const {
-  const std::int16_t p = pinned.ProfileParameter;
-  const double first = pinned.ValueAt(1, setup.ProfilePoints);
-  const double beyond = first * pinned.X0 < 0 ? first : pinned.ValueAt(setup.ProfilePoints, setup.ProfilePoints);
-  Array1<double> vector = p_.state.algorithm.Value;
-  vector(p) = beyond;
-  try {
-    p_.objective(vector, 1);
-  } catch (const ArithmeticFailure&) {
-    return false;
-  }
-  return vector(p) == -beyond;
+void EvaluationDialogue::TellMirrored(const PinnedParameter& pinned, const EvaluatedPoints& points) const {
+  const bool crossesZero = points.Count() > 0 && points.ProfileX(1) * points.ProfileX(points.Count()) < 0;
+  if (!points.mirrored || !crossesZero) return;
+  p_.desk.Tell(
+      texts_.title,
+      fmt::format("Parameter #{} is taken without its sign: beyond 0 the curves are mirror images of those before "
+                  "it.\r\nWith a step of {} all points would lie on the side of 0 on which its value lies.",
+                  pinned.ProfileParameter, Format(pinned.StepOnOneSide(points.Count()), "0.0000E+00")),
+      style::Information);
 }
 
 void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoints& points,

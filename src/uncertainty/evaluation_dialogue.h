@@ -92,9 +92,9 @@ class EvaluationDialogue {
   virtual std::string Table(const ConfidenceSeries& series) const = 0;
   virtual void ShowMore(const Evaluation& /*evaluation*/) {}
 
-  /// Where the model takes the parameter without its sign and the points cross 0, says so and offers to keep them to
-  /// the side of its value.
-  void OfferOneSide(PinnedParameter& pinned, const EvaluationSetup& setup) const;
+  /// Says when the model has taken the parameter without its sign and the points cross 0, and with which step they
+  /// would not.
+  void TellMirrored(const PinnedParameter& pinned, const EvaluatedPoints& points) const;
   /// Keeps what was evaluated as the last evaluation.
   void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);
   /// Shows the last evaluation, if there is something to be seen: the plots until they are closed, then the table.
@@ -118,8 +118,6 @@ class EvaluationDialogue {
   bool AskSteps(const EvaluationSetup& setup);
   void TakeSteps(const CovarianceGrid& grid, const EvaluationSetup& setup);
   void EditSteps();
-  /// True when the model gives the parameter another sign at the end of the points that lies beyond 0.
-  bool IsMirrored(const PinnedParameter& pinned, const EvaluationSetup& setup) const;
 
   const EvaluationKind kind_;
   const Texts& texts_;

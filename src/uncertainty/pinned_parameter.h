@@ -43,19 +43,10 @@ class PinnedParameter {
   /// A negative step will come back positive.
   void DropSign() { restoredStep_ = std::fabs(H); }
 
-  /// The value it is given at a point of `points`. The middle one is its own, unless they keep to one side of 0.
-  double ValueAt(int point, int points) const { return middleValue_ - (MiddleOf(points) - point) * distance_; }
-  /// The distance from one point to the next, which may be negative.
-  double Distance() const { return distance_; }
-
-  /// True when some of the points lie beyond 0, seen from its value.
-  bool CrossesZero(int points) const { return ValueAt(1, points) * ValueAt(points, points) < 0; }
-  /// Spreads the points evenly from 0, which is none of them, to the end that they have on the side of its value.
-  void KeepToItsSide(int points) {
-    const double end = std::fabs(X0) + (MiddleOf(points) - 1) * std::fabs(H);
-    distance_ = std::copysign(end / points, H);
-    middleValue_ = std::copysign(MiddleOf(points) * (end / points), X0);
-  }
+  /// The value it is given at a point of `points`, the middle one of which is its own.
+  double ValueAt(int point, int points) const { return X0 - (MiddleOf(points) - point) * H; }
+  /// A step with which all points would lie on the side of 0 on which its value lies.
+  double StepOnOneSide(int points) const { return std::fabs(X0) / MiddleOf(points); }
 
   const std::int16_t ProfileParameter;
   const double X0;  // its value
@@ -67,8 +58,6 @@ class PinnedParameter {
   RunState& state_;
   const std::int64_t reading_;
   double restoredStep_;
-  double middleValue_ = X0;
-  double distance_ = H;
 };
 
 }  // namespace merlane

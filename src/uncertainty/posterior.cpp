@@ -28,7 +28,7 @@ class PosteriorRun {
 
   Posterior Run() {
     if (NFREE_ == 1) PrepareBivariate();
-    result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.Distance());
+    result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.H);
     watch_.OnStart(calls_);
     for (int point = 1; point <= options_.ProfilePoints; ++point)
       if (!EvaluatePoint(point)) {
@@ -71,9 +71,10 @@ class PosteriorRun {
       PointSum_ = 0;
       GridVector_ = Value_;
       if (!SumOver(1)) return false;
-      f = PointSum_ != 0 ? -Log(PointSum_) : 1E+20;
+      f = PointSum_ != 0 ? -Log(PointSum_) : VanishedF;
     }
     result_.points.Add(point, x, f);
+    result_.points.NoteLeft(x, (NFREE_ == 0 ? Value_ : GridVector_)(pinned_.ProfileParameter));
     return true;
   }
 

@@ -139,7 +139,6 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
     if (!points) return;
     setup.GridPoints = *points;
   }
-  OfferOneSide(pinned, setup);
   p_.state.flags.InterruptBayes = false;
   if (std::exchange(p_.last.ReferenceReading, p_.state.reading) != p_.state.reading) p_.last.ReferenceF = 0;
   Progress progress(*this, setup);
@@ -152,6 +151,7 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
   if (posterior.points.Count() > 0 && posterior.Vanishes()) TellVanished();
+  TellMirrored(pinned, posterior.points);
   Keep(setup, posterior.points, std::move(posterior.bivariate));
   ShowLast();
 }

@@ -6,7 +6,7 @@ namespace merlane {
 
 EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t ProfilePoints, RunState& state,
                                 Objective& objective, const ProfileMinimiser& minimise, ProfileWatch& watch) {
-  EvaluatedPoints points(ProfilePoints, pinned.Distance());
+  EvaluatedPoints points(ProfilePoints, pinned.H);
   Array1<double>& Value = state.algorithm.Value;
   for (int point = 1; point <= ProfilePoints; ++point) {
     const double x = pinned.ValueAt(point, ProfilePoints);
@@ -17,6 +17,7 @@ EvaluatedPoints EvaluateProfile(const PinnedParameter& pinned, std::int16_t Prof
       const double f = NegLnL(Value, state, objective, watch);
       quit = watch.Quits();
       if (!quit) points.Add(point, x, f);
+      points.NoteLeft(x, Value(pinned.ProfileParameter));
     }
     if (quit) {
       points.Keep(std::max(0, point - 2));

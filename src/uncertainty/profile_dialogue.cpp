@@ -95,7 +95,6 @@ double ProfileDialogue::StepFrom(double standardError, std::int16_t, const Evalu
 
 void ProfileDialogue::Run(const EvaluationSetup& setup) {
   PinnedParameter pinned(p_.state, setup.ProfileParameter);
-  OfferOneSide(pinned, setup);
   SetPanel(1, "");
   p_.state.flags.InterruptML = false;
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};
@@ -107,6 +106,7 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   }();
   pinned.DropSign();
   p_.desk.host.windows.Beep();
+  TellMirrored(pinned, points);
   Keep(setup, points, std::nullopt);
   if (!p_.last.series && !points.all.empty()) OfferPoints(points);
   ShowLast();

@@ -414,41 +414,29 @@ TEST_F(ProfileDialogueTest, AnExpectedValueOfZeroCostsThePercentageAlone) {
 
 // A parameter whose sign the model drops.
 
-TEST_F(ProfileDialogueTest, PointsBeyondZeroOfAParameterWithoutASignCanBeLeftOut) {
+TEST_F(ProfileDialogueTest, PointsBeyondZeroOfAParameterWithoutASignAreToldToBeMirrored) {
   FreezeTheOther();
   run.function = [](Array1<double>& v) {
     v(1) = std::fabs(v(1));
     return 20 + 4 * (v(1) - 3) * (v(1) - 3);
   };
   algorithm.Step(1) = 2;  // from -1 to 7
-  AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
-  Edit();
-  windows.Yes(Title);
-  SeePlots();
-  Choose(frmParEvals.cmdML);
+  ProfileBySimplex("5");
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
-            "Parameter #1 is taken without its sign: beyond 0 the curves would be mirror images of those before it."
-            "\r\n\r\nDo you want all points on the side of 0 on which its value lies?");
-  for (int i = 1; i <= 5; ++i) EXPECT_DOUBLE_EQ(evaluation.series->ProfileX(i), 1.4 * i);
-  EXPECT_EQ(algorithm.Value(1), 3);
-  EXPECT_EQ(algorithm.Step(1), 2);
+            "Parameter #1 is taken without its sign: beyond 0 the curves are mirror images of those before it.\r\n"
+            "With a step of 1.0000E+00 all points would lie on the side of 0 on which its value lies.");
 }
 
-TEST_F(ProfileDialogueTest, MirroredPointsStayWhenTheyAreWanted) {
+TEST_F(ProfileDialogueTest, WithTheStepThatWasToldNothingIsMirrored) {
   FreezeTheOther();
   run.function = [](Array1<double>& v) {
     v(1) = std::fabs(v(1));
     return 20 + 4 * (v(1) - 3) * (v(1) - 3);
   };
-  algorithm.Step(1) = 2;
-  AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
-  Edit();
-  windows.No(Title);
-  SeePlots();
-  Choose(frmParEvals.cmdML);
-  EXPECT_EQ(*evaluation.series->ProfileX.begin(), -1);
+  algorithm.Step(1) = 1;
+  ProfileBySimplex("5");
+  for (const Message& message : windows.messages) EXPECT_THAT(message.text, Not(HasSubstr("without its sign")));
+  EXPECT_EQ(*evaluation.series->ProfileX.begin(), 1);
 }
 
 TEST_F(ProfileDialogueTest, AParameterWithASignMayCrossZeroWithoutAWord) {
@@ -456,6 +444,7 @@ TEST_F(ProfileDialogueTest, AParameterWithASignMayCrossZeroWithoutAWord) {
   algorithm.Step(1) = 2;
   ProfileBySimplex("5");
   EXPECT_EQ(*evaluation.series->ProfileX.begin(), -1);
+  for (const Message& message : windows.messages) EXPECT_THAT(message.text, Not(HasSubstr("without its sign")));
 }
 
 // Earlier results.
