@@ -116,7 +116,7 @@ TEST_F(ChargeOrders, ASummaryLeftOpenOverAnInitialisationEnablesNothingWhenItClo
   Initialize({.path = Golden("eggs_only.dat")});
   desk.Close(summary);
   EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdQuit"));
-  EXPECT_THAT(state.algorithm.Fuse, Each("~~"));
+  EXPECT_THAT(std::vector<std::string>(state.algorithm.Fuse.begin(), state.algorithm.Fuse.end()), Each("~~"));
 }
 
 TEST_F(ChargeOrders, TheRankingBehindAFailedLoadEnablesNothingWhenItCloses) {

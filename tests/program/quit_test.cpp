@@ -101,7 +101,7 @@ TEST_F(QuitTest, FileThatCannotBeWrittenDoesNotEndTheCalculationThatRuns) {
   windows.ExpectFailure("missing/kept.alg");
   desk.Press(menu.cmdSimplex);
   EXPECT_FALSE(desk.Ended());
-  EXPECT_EQ(program.fit.ending, "minimum");
+  EXPECT_EQ(program.fit.minimisation->ending, "minimum");
 }
 
 TEST_F(QuitTest, SaveThatFailsKeepsTheProgramAndTheData) {

@@ -120,7 +120,7 @@ TEST_F(WorkbookTest, TheListNamesSheetsThatAreNotEmptyWithTheirSize) {
     EXPECT_THAT(form.lstWorksheets.items,
                 ElementsAre(testing::MatchesRegex("First \\( [0-9]+ rows by [0-9]+ columns \\)"),
                             testing::MatchesRegex("Third \\( [0-9]+ rows by [0-9]+ columns \\)")));
-    EXPECT_FALSE(program.frmInitialize.enabled);
+    EXPECT_FALSE(program.frmInitialize.TakesInput());
     desk.Press(form.cmdCancel);
   });
   Read("empty_between.xls");

@@ -74,7 +74,7 @@ TEST(KeyboardTest, AMenuThatCannotBeOpenedKeepsNoKeyFromAButton) {
 TEST(KeyboardTest, TheWindowInFrontGetsItsLettersFirst) {
   Desktop desktop;
   for (const char* plot : {"frmDistPlot", "frmBivarPlot"}) {  // "Done" shares its letter with "Defaults etc."
-    desktop.program.desk.Show(plot);
+    desktop.program.desk.Show(*desktop.program.desk.Find(plot));
     desktop.windows.Sync();
     desktop.hand.Key(plot, Qt::Key_D, Qt::AltModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !desktop.program.desk.Find(plot)->Visible(); })) << plot;

@@ -103,14 +103,14 @@ TEST(SmallScreenTest, PlotsShowTheirDrawingAndTheirCommandsWithoutScrolling) {
   Desktop desktop;
   FillScreen(desktop, {960, 540});
   for (const char* plot : {"frmXYPlot", "frmDistPlot"}) {
-    desktop.program.desk.Show(plot);
+    desktop.program.desk.Show(*desktop.program.desk.Find(plot));
     desktop.windows.Sync();
     QTest::qWait(30);
     for (const char* name : {"picGraph", "cmdPlot", "cmdClear", "savePicture"}) {
       const QWidget* const widget = desktop.hand.Find(plot, name);
       EXPECT_EQ(widget->visibleRegion().boundingRect(), widget->rect()) << plot << "." << name;
     }
-    desktop.program.desk.Hide(plot);
+    desktop.program.desk.Hide(*desktop.program.desk.Find(plot));
   }
 }
 

@@ -404,7 +404,7 @@ TEST(WindowsTest, OnlyWhatIsAskedOverATableStandsAside) {
   };
   desktop.hand.Expect([&](QWidget& dialog) { EXPECT_LT(std::abs(right(dialog)), 40); }, "Over the menu");
   desktop.host.InputBox({"Over the menu", "n?", "1"});
-  desktop.program.desk.Show("frmAlgo");
+  desktop.program.desk.Show(desktop.program.frmAlgo);
   desktop.windows.Sync();
   desktop.hand.Expect([&](QWidget& dialog) { EXPECT_GT(right(dialog), 200); }, "Over a table");
   desktop.host.InputBox({"Over a table", "n?", "1"});
