@@ -53,7 +53,9 @@ TEST_P(GoldenCase, OneFunctionCallGivesItsFigures) {
   EXPECT_EQ(fit["juveniles_at_risk"], expected["JuvsAtRisk"]);
   EXPECT_EQ(fit["clutch_intervals"], expected["ClutchIntervals"]);
   EXPECT_EQ(fit["brood_intervals"], expected["BroodIntervals"]);
-  EXPECT_EQ(fit["free_parameters"], expected["NFREE"]);
+  // Behind the call, whose repairs may freeze parameters.
+  EXPECT_EQ(fit["free_parameters"],
+            std::ranges::count_if(expected["Step"], [](const json& step) { return step.get<double>() != 0; }));
 
   const auto parameters = Csv(replay.File("parameters.csv"));
   ASSERT_EQ(parameters.size(), expected["Value"].size());
