@@ -98,6 +98,7 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   SetPanel(1, "");
   p_.state.flags.InterruptML = false;
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};
+  declined_ = false;
   Progress progress(*this, setup);
   const EvaluatedPoints points = [&] {
     const auto interruptOffered = Meanwhile(p_.main.mnuMLInt.visible, true);
@@ -108,18 +109,16 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   p_.desk.host.windows.Beep();
   TellMirrored(pinned, points);
   Keep(setup, points, std::nullopt);
-  if (!p_.last.series && !points.all.empty()) OfferPoints(points);
+  if (!p_.last.series && !declined_) ShowPoints(points);
   ShowLast();
 }
 
-void ProfileDialogue::OfferPoints(const EvaluatedPoints& points) {
-  if (p_.desk.Ask(
-          Words.title,
-          fmt::format("The profile was interrupted too early for a curve.\r\nPoints done: {}\r\n\r\nDo you want "
-                      "to see them?",
-                      points.all.size()),
-          style::YesNoQuestion) == Answer::Yes)
-    frmMaxLike_.Open(ProfilePointsTable(points));
+void ProfileDialogue::ShowPoints(const EvaluatedPoints& points) {
+  const std::string done =
+      points.all.empty() ? "No point is done."
+                         : fmt::format("The points done, {} in number, are shown and can be saved.", points.all.size());
+  p_.desk.Tell(Words.title, "The profile was interrupted too early for a curve.\r\n" + done, style::Information);
+  if (!points.all.empty()) frmMaxLike_.Open(ProfilePointsTable(points));
 }
 
 bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseBySimplex() : MinimiseByMarquardt(); }
@@ -131,7 +130,8 @@ bool ProfileDialogue::MinimiseBySimplex() {
 }
 
 bool ProfileDialogue::MinimiseByMarquardt() {
-  if (run_.ProfilePoint == 1 && marquardt_.ChooseDerivatives() == DerivativeMode::Cancelled) return false;
+  if (run_.ProfilePoint == 1) declined_ = marquardt_.ChooseDerivatives() == DerivativeMode::Cancelled;
+  if (declined_) return false;
   marquardt_.Minimise();
   return !run_.QuitAsked;
 }

@@ -30,8 +30,8 @@ class ProfileDialogue final : private EvaluationDialogue {
   void Run(const EvaluationSetup& setup) override;
   std::string Table(const ConfidenceSeries& series) const override;
 
-  /// Says that there is no curve, and offers the points of which it would be made.
-  void OfferPoints(const EvaluatedPoints& points);
+  /// Says that there is no curve, and shows the points done, to be read and saved.
+  void ShowPoints(const EvaluatedPoints& points);
   /// Minimises at the present point. False when the user has quit, or has chosen no derivatives.
   bool Minimise();
   bool MinimiseBySimplex();
@@ -42,6 +42,7 @@ class ProfileDialogue final : private EvaluationDialogue {
   FrmMarquardt& marquardt_;
   ProfileRun& run_;
   Method method_ = Method::Simplex;
+  bool declined_ = false;  // no derivatives were chosen
 };
 
 }  // namespace merlane

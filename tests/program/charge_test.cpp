@@ -50,19 +50,17 @@ TEST_F(ChargeOrders, WhatFollowsUponASummaryRestsBesideTheOpenEditorAndSoDoesThe
   EXPECT_EQ(Usable().size(), 13U);
 }
 
-TEST_F(ChargeOrders, AFailureBehindTheSummaryEnablesNothingBesideTheEditor) {
+TEST_F(ChargeOrders, AFailureEnablesNothingBesideTheEditor) {
+  const Folder folder("charge_failure");
   Ready("juveniles_only");
   Summary();
-  windows.Enter("40000", "Parametric bootstrap");
-  windows.ExpectFailure("frmSummary.cmdBootstrap");
-  desk.Press(summary.cmdBootstrap);
-  desk.Press(program.frmMain.mnuMenu);
   desk.Press(menu.cmdEditAlg);
-  windows.Yes("Change the tolerance for convergence");
-  windows.Enter("1e400", "Change the tolerance for convergence");
-  windows.ExpectFailure("frmAlgo.txtAbsRel");
-  desk.Click(program.frmAlgo.txtAbsRel);
+  windows.File(folder / "missing/log", "Save minimization progress in...");
+  windows.ExpectFailure("missing/log");
+  desk.Press(program.frmAlgo.cmdOpenLog);
+  EXPECT_TRUE(desk.Usable(program.frmAlgo.cmdFinish));
   EXPECT_THAT(Usable(), IsEmpty());
+  EXPECT_FALSE(desk.Usable(summary.cmdPlots));
 }
 
 TEST_F(ChargeOrders, NoChooserOfPriorsIsLeftToBringTheRankingUpLater) {

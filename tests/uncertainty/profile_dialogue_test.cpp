@@ -580,26 +580,24 @@ TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
   windows.AtTurn(1 + 3, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
-  windows.No(Title);
   Choose(frmParEvals.cmdML);
   EXPECT_EQ(windows.beeps, 1) << "in all cases";
   EXPECT_FALSE(evaluation.series);
-  EXPECT_FALSE(frmMaxLike.Loaded());
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
-            "The profile was interrupted too early for a curve.\r\nPoints done: 3\r\n\r\nDo you want to see them?");
+            "The profile was interrupted too early for a curve.\r\nThe points done, 3 in number, are shown and can be "
+            "saved.");
   EXPECT_EQ(algorithm.Value(1), 3);
   EXPECT_EQ(algorithm.Step(1), 0.25);
   ExpectBackAtMenu();
 }
 
-TEST_F(ProfileDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyCanBeSeen) {
+TEST_F(ProfileDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyAreShown) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "11");
   windows.Yes(Title);
   windows.AtTurn(1 + 2, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
-  windows.Yes(Title);
   Choose(frmParEvals.cmdML);
   EXPECT_THAT(
       Lines(frmMaxLike.rtbTable.text),
@@ -617,7 +615,6 @@ TEST_F(ProfileDialogueTest, ALowestPointThatIsNotKeptGivesNoPlots) {
   windows.AtTurn(1 + 6, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
-  windows.No(Title);
   Choose(frmParEvals.cmdML);
   EXPECT_FALSE(evaluation.series);
   ExpectBackAtMenu();
