@@ -12,7 +12,7 @@ bool NothingPredicted(const BroodData& data, const Simulation& simulation) {
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
-    if (simulation.SimCount[first] <= 0) continue;
+    if (data.VisitsOf[b] == 0 || simulation.SimCount[first] <= 0) continue;
     for (std::size_t v = first + 1; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v) {
       if (simulation.SimCount[v] != Missing) return false;
       any = true;

@@ -377,6 +377,13 @@ TEST_F(SimulationTest, PlanOfWhichNothingCanBePredictedSaysSo) {
   EXPECT_EQ(Lines(Text()).size(), 4u) << "the heading and three first counts";
 }
 
+TEST_F(SimulationTest, PlanWithoutVisitsGivesAHeadingAlone) {
+  Plan("31");  // the day behind the last one
+  desk.Press(menu.cmdUserSummary);
+  EXPECT_EQ(program.model.data.Visits(), 0);
+  EXPECT_EQ(Lines(Text()).size(), 1u);
+}
+
 TEST_F(SimulationTest, ARepairedHypothesisIsToldAndSimulatedAtOnce) {
   Plan("5");
   state.algorithm.Value(23) = 0.001;  // random mortality alone: what no brood has is fixed at 0
