@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "base/text.h"
 #include "forms/desk.h"
 #include "platform/files.h"
 
@@ -78,8 +79,14 @@ void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::
 }
 
 void AlgorithmCommands::ShowLoaded() {
-  main_.ShowAlgorithmFile(state_.algorithm.AlgShortName);
+  ShowName();
   desk_.Turn();
+}
+
+void AlgorithmCommands::ShowName() {
+  const AlgorithmData& a = state_.algorithm;
+  // A name of four characters or fewer has nothing left without its extension, which it has not: it is shown whole.
+  main_.ShowAlgorithmFile(a.AlgShortName.empty() ? std::string(FileName(a.AlgName)) : a.AlgShortName);
 }
 
 bool AlgorithmCommands::Save(AlgorithmForm form) {
@@ -98,7 +105,7 @@ bool AlgorithmCommands::Save(AlgorithmForm form) {
   desk_.Write(*path, AlgorithmText(a, form));
   a.LogName = ShortLogName(a.LogName);
   TakeName(*path);
-  main_.ShowAlgorithmFile(a.AlgShortName);
+  ShowName();
   return true;
 }
 

@@ -32,6 +32,8 @@ class AlgorithmCommands {
   void TakeDefaults();
   void TellFailure(const AlgorithmReading& reading, const std::string& path);
   void TakeName(const std::string& path);
+  /// Names the data in the main window.
+  void ShowName();
 
   Desk& desk_;
   RunState& state_;

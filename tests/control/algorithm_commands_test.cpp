@@ -197,6 +197,13 @@ TEST_F(AlgorithmCommandsTest, SaveWritesTheFileAndTakesItsName) {
   EXPECT_THAT(host.windows.writes, ElementsAre(folder + "/pond.alg"));
 }
 
+TEST_F(AlgorithmCommandsTest, ANameTooShortToLoseAnExtensionIsShownWhole) {
+  SetDefaultAlgorithm(state.algorithm);
+  host.windows.File(folder + "/lake", SaveTitle);
+  commands.Save_Alg();
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
+}
+
 TEST_F(AlgorithmCommandsTest, UnwritableFolderIsToldAndTheOldNameStays) {
   Load(WriteFile(GoodFile()));
   state.algorithm.LogName = "/home/anna/long/first.tvl";

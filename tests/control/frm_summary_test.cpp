@@ -76,6 +76,14 @@ TEST_F(FrmSummaryTest, ANameTypedWithItsExtensionIsNotExtended) {
   EXPECT_EQ(host.windows.files[0].PathOf("lake.tvo"), "lake.tvo");
 }
 
+TEST_F(FrmSummaryTest, WithoutANameOfTheRunTheTimeIsProposed) {
+  state.algorithm.AlgName.clear();
+  summary.Open("body");
+  host.windows.CancelFile();
+  desk.Press(summary.cmdSaveSummary);
+  EXPECT_EQ(host.windows.files[0].startName, "06011030.tvo");
+}
+
 TEST_F(FrmSummaryTest, SimulatedDataAlwaysGetTheirExtensionAdded) {
   state.flags.SimulationMode = true;
   summary.Open("Year\n1995\n");

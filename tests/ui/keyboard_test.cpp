@@ -49,6 +49,31 @@ TEST(KeyboardTest, TheFocusGoesWithTheStepsOfAnAnalysis) {
   EXPECT_EQ(Focused(desktop), "cmdOneFunction");
 }
 
+TEST(KeyboardTest, ACommandOfTheMenuTakesOverFirstWhatIsTypedInTheEntryBox) {
+  Desktop desktop;
+  ReadExample(desktop);
+  desktop.hand.Answer(QMessageBox::No, "Load algorithm data");
+  desktop.hand.Answer(QMessageBox::Ok, "Default Algorithm Values");
+  desktop.hand.Press("frmMenu", "cmdLoadAlg");
+  desktop.hand.Press("frmMenu", "cmdEditAlg");
+  const auto type = [&](int row, const char* text) {
+    desktop.hand.DoubleClickCell("frmAlgo", "grdVS", row, 1);
+    QTest::keyClicks(desktop.hand.Find("frmAlgo", "txtValue"), text);
+  };
+  const AlgorithmData& a = desktop.program.state.algorithm;
+  type(15, "0.02");
+  desktop.hand.Choose("frmAlgo", "mnuUnFuse");
+  EXPECT_EQ(a.Value(15), 0.02);
+  type(17, "0.04");
+  desktop.hand.CancelEntry("Edit all step sizes");
+  desktop.hand.Choose("frmAlgo", "mnuStep");
+  EXPECT_EQ(a.Value(17), 0.04);
+  type(18, "0.5");
+  desktop.hand.Choose("frmAlgo", "mnuValue");
+  EXPECT_EQ(a.Value(18), 0.5);
+  EXPECT_TRUE(desktop.program.frmEditVS.Visible());
+}
+
 TEST(KeyboardTest, TheFocusStaysWhereAQuestionWasCancelled) {
   Desktop desktop;
   ReadExample(desktop);
