@@ -216,7 +216,7 @@ TEST(SurvivalEstimates, BroodThatCannotBeEstimatedIsToldAndTheOthersAreEstimated
   a.Value(10) = 30;
   a.Value(17) = 0.04;
   a.Evaluate();
-  a.state.survival.EHatch[0] = 1e300;
+  a.state.survival.EHatch = {1e300, 0};
   a.state.parameters.ZetaBR(1) = 1e300;
   EXPECT_THROW(Estimated(a, 30), RuntimeFailure) << "where nobody takes it";
   std::vector<ImpossibleStep> impossible;
