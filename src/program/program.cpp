@@ -21,7 +21,7 @@ Program::Program(const Host& host)
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       frmXYPlot(desk),
       detailPlots(desk, model, frmXYPlot),
-      reportedFit(desk, state, model),
+      reportedFit(desk, objective, model),
       frmDefaults(desk, frmMain),
       frmWisdom(desk, frmMain),
       frmCredits(desk, frmMain),

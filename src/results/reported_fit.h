@@ -3,7 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "control/run_state.h"
+#include "control/basis.h"
+#include "control/objective.h"
 #include "forms/desk.h"
 #include "model/merlane_model.h"
 
@@ -14,8 +15,8 @@ namespace merlane {
 /// written from.
 class ReportedFit {
  public:
-  ReportedFit(Desk& desk, const RunState& state, const MerlaneModel& model)
-      : desk_(desk), state_(state), model_(model) {}
+  ReportedFit(Desk& desk, const Objective& objective, const MerlaneModel& model)
+      : desk_(desk), objective_(objective), model_(model) {}
 
   /// A summary has just been written of the run as it stands.
   void Keep() { kept_ = Present(); }
@@ -24,8 +25,7 @@ class ReportedFit {
 
  private:
   struct Fit {
-    Array1<double> Value, Step;
-    Array1<std::string> Fuse;
+    Basis basis;
     Array1<double> evaluated;   // the vector to which the model's tables belong
     bool estimated, simulated;  // which of the other tables hold something
   };
@@ -34,7 +34,7 @@ class ReportedFit {
   std::string Changes(const Fit& now) const;
 
   Desk& desk_;
-  const RunState& state_;
+  const Objective& objective_;
   const MerlaneModel& model_;
   std::optional<Fit> kept_;
 };

@@ -36,7 +36,7 @@ struct ReportedFitTest : ::testing::Test, Analysis {
 
 TEST_F(ReportedFitTest, PlotsAndBootstrapOfOtherAlgorithmDataAreRefusedInWords) {
   LoadDefaults();
-  ExpectRefused("parameter values have been changed");
+  ExpectRefused("other parameters are free, parameter values have been changed");
 }
 
 TEST_F(ReportedFitTest, PlotsAndBootstrapBehindAnEditAreRefusedInWords) {
