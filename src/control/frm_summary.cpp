@@ -45,8 +45,8 @@ void FrmSummary::SaveSimulatedData() {
 
 void FrmSummary::SaveResults() {
   const AlgorithmData& a = state_.algorithm;
-  const std::string name = a.AlgName.empty() ? ClockName(desk.host.clock) : a.AlgName;
-  const std::string start = (name.ends_with(".alg") ? name.substr(0, name.size() - 4) : name) + ".tvo";
+  const std::string model = a.AlgName.empty() ? ClockName(desk.host.clock) : a.AlgName;
+  const std::string start = (model.ends_with(".alg") ? model.substr(0, model.size() - 4) : model) + ".tvo";
   const std::string filter = fmt::format(
       "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", a.AlgShortName);
   const std::optional<std::string> path =

@@ -1,6 +1,8 @@
 // Every golden case through a batch file: data read, algorithm data loaded, one function call made. The figures were
 // computed by an independent program.
 
+#include <algorithm>
+
 #include "batch/golden_batch.h"
 
 namespace merlane {

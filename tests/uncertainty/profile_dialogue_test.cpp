@@ -602,7 +602,7 @@ TEST_F(ProfileDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyAreShown
   EXPECT_THAT(
       Lines(frmMaxLike.rtbTable.text),
       ElementsAre("Points of a likelihood profile that was interrupted", "", "  Point       Value         -ln[L]", "",
-                  StartsWith("    1     1.7500E+000"), StartsWith("    2     2.0000E+000"), ""));
+                  StartsWith("    1     1.7500E+000"), StartsWith("    2     2.0000E+000")));
   ExpectBackAtMenu();
 }
 
