@@ -84,16 +84,18 @@ void Hand::Choose(const std::string& form, const std::string& entry) {
   QAction* const action = Entry(form, entry);
   ASSERT_NE(action, nullptr) << form << "." << entry;
   ASSERT_TRUE(action->isEnabled()) << form << "." << entry;
-  for (QWidget* home : QApplication::allWidgets()) {
-    if (!home->actions().contains(action)) continue;
-    if (auto* const menu = qobject_cast<QMenu*>(home)) {
+  const QWidgetList all = QApplication::allWidgets();
+  const QList<QPointer<QWidget>> homes(all.begin(), all.end());  // what is chosen may make some of them go
+  for (const QPointer<QWidget>& home : homes) {
+    if (home.isNull() || !home->actions().contains(action)) continue;
+    if (auto* const menu = qobject_cast<QMenu*>(home.data())) {
       QAction* const opener = menu->menuAction();
       for (QWidget* bar : QApplication::allWidgets())
         if (auto* const menuBar = qobject_cast<QMenuBar*>(bar); menuBar != nullptr && bar->actions().contains(opener))
           QTest::mouseClick(menuBar, Qt::LeftButton, {}, menuBar->actionGeometry(opener).center());
       Settle();
       QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
-    } else if (auto* const bar = qobject_cast<QMenuBar*>(home)) {
+    } else if (auto* const bar = qobject_cast<QMenuBar*>(home.data())) {
       QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
     }
   }
