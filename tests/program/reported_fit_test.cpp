@@ -49,6 +49,14 @@ TEST_F(ReportedFitTest, PlotsAndBootstrapOfOtherFreeParametersAreRefusedInWords)
   ExpectRefused("other parameters are free");
 }
 
+TEST_F(ReportedFitTest, PlotsAndBootstrapUnderOtherPriorsAreRefusedInWords) {
+  program.priors.PriorCode(17) = "N";
+  program.priors.PriorFirstMean(17) = 0.05;
+  program.priors.PriorFirstSD(17) = 0.01;
+  state.flags.BayesOn = true;
+  ExpectRefused("the priors have been changed");
+}
+
 TEST_F(ReportedFitTest, TablesThatAnotherCalculationHasWrittenAreNotPlotted) {
   Array1<double> elsewhere = state.algorithm.Value;
   elsewhere(17) = 0.05;
