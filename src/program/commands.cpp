@@ -5,6 +5,7 @@
 #include "base/at_end.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
+#include "model/catalogue.h"
 #include "program/program.h"
 
 namespace merlane {
@@ -103,10 +104,9 @@ void Program::ParEstimate() {
 
 void Program::UserSummary() {
   Array1<double>& Value = state.algorithm.Value;
-  const bool allZero = std::ranges::all_of(Value, [](double value) { return value == 0; });
   CloseTheThree();
   const auto command = LongCommand();
-  if (!allZero) {
+  if (!AllZero(Value)) {
     frmMain.ShowProgress("One moment please while one function call is executed...");
     ApplyFuses(Value, state);
     SummaryValue_ = objective.Call(Value, 1);
