@@ -26,7 +26,7 @@ struct Bench {
         Names(Value.Size()),
         Fuse(Value.Size()) {
     state.Dimension(data);
-    setting.turn = [] {};
+    setting.turn = [](long) {};
   }
 
   /// Parameters 11 to 22, those of both mortalities, move with each call.

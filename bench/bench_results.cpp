@@ -39,8 +39,10 @@ class Fitted {
     state_.Dimension(data_);
     EvaluationSetting setting;
     setting.tell = [](const Message&) {};
-    Likelihood(data_).EvaluateObjective(setting, state_, F, Value_, Step_, Names_, Fuse,
-                                        static_cast<std::int16_t>(Value_.Size()), 1, SampleSize_);
+    Likelihood likelihood(data_);
+    likelihood.EvaluateObjective(setting, state_, F, Value_, Step_, Names_, Fuse,
+                                 static_cast<std::int16_t>(Value_.Size()), 1, SampleSize_);
+    likelihood.FillTables(state_);
     random_.SetSeed(1);
   }
   Fitted(const Fitted&) = delete;

@@ -14,7 +14,7 @@ MeasuredRun::MeasuredRun(std::string runName, BroodData data, const AlgorithmDat
     : name(std::move(runName)), data_(std::move(data)) {
   likelihood_.Dimension(data_);
   setting_.tell = [](const Message&) {};
-  setting_.turn = [] {};
+  setting_.turn = [](long) {};
   state.algorithm = algorithm;
   state.flags.ObjectiveConstant = 2;
   setting_.OneCallRun = true;

@@ -263,7 +263,7 @@ void FillSurvivalTables(const BroodData& data, const EvaluationSetting& setting,
     else
       FillClutchByDate(brood, setting, state);
   }
-  if (setting.turn) setting.turn();
+  if (setting.turn) setting.turn(1);
   state.survival.BroodIntervals = 0;
   state.survival.BroodSizeDeficient = state.survival.HatchDateDeficient = false;
   for (int b = 0; b < data.Broods(); ++b) {
@@ -300,7 +300,7 @@ void Do_Likelihoods(const BroodData& data, const EvaluationSetting& setting, std
           if (before == 1) state.JuvsAtRisk += brood.Count(j - 1);
         }
       }
-      if (setting.turn) setting.turn();
+      if (setting.turn) setting.turn(1);
     }
   }
 }

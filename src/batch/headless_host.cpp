@@ -150,6 +150,16 @@ void HeadlessHost::Turn() {
   }
 }
 
+long HeadlessHost::QuietTurns(long atMost) {
+  long quiet = atMost;
+  for (const Armed& armed : armed_)
+    if (armed.counting && armed.turns < armed.line.turn)
+      quiet = std::min(quiet, long{armed.line.turn} - armed.turns - 1);
+  for (Armed& armed : armed_)
+    if (armed.counting) armed.turns += quiet;
+  return quiet;
+}
+
 void HeadlessHost::Wait() {
   if (AtEnd()) throw EndOfFile{};
   PlayNext();

@@ -62,13 +62,14 @@ class HeadlessHost : public WindowSystem {
   void OnFailure(const std::string& text) override;
   void OnEnd(int exitStatus) override;
   void Turn() override;
+  long QuietTurns(long atMost) override;
   void Wait() override;
 
  private:
   struct Armed {
     BatchLine line;
     bool counting = false;
-    int turns = 0;
+    long turns = 0;
   };
 
   const BatchLine& AnswerTo(Verb verb, const std::string& title, const std::string& text, bool offersOk);

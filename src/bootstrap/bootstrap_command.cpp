@@ -72,7 +72,7 @@ std::optional<BootstrapOptions> BootstrapCommand::AskForOptions() {
   const auto count = AskForNumber("How many parametric bootstraps do you want?", ProposedCount, 1, MostReplicates);
   if (!count) return std::nullopt;
   const auto age = AskForNumber("To which age D (days after hatch) shall survival be estimated?",
-                                model_.likelihood.best.parameters.FledgeAge, 0, OldestAge);
+                                model_.Evaluated().best.parameters.FledgeAge, 0, OldestAge);
   if (!age) return std::nullopt;
   options.BootstrapCount = *count;
   options.TargetAge = static_cast<std::int16_t>(*age);

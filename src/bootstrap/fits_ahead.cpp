@@ -43,7 +43,7 @@ struct KnownCall {
   double F = 0;
   std::exception_ptr failure{};
   std::vector<Message> messages{};
-  std::atomic<int> turns = 0;
+  std::atomic<long> turns = 0;
   std::atomic<bool> done = false;
 
   KnownCall(std::int32_t code, const Array1<double>& vector) : NF(code), given(vector), left(vector) {}
@@ -172,10 +172,10 @@ bool FitsAhead::Answer(ModelCall& call) {
     Leave();
     return false;
   }
-  int turnsGiven = 0;
+  long turnsGiven = 0;
   for (bool done = false; !done;) {
     done = known->done.load(std::memory_order_acquire);
-    for (const int turns = known->turns.load(std::memory_order_relaxed); turnsGiven < turns; ++turnsGiven)
+    for (const long turns = known->turns.load(std::memory_order_relaxed); turnsGiven < turns; ++turnsGiven)
       watch_.turn();
     if (!done) followed_->WaitALittle();
   }
@@ -234,8 +234,8 @@ void FitsAhead::Minimise(Fit& fit, const BroodData& data, LikelihoodState& likel
   EvaluationSetting setting;
   setting.BootstrapMode = true;
   setting.tell = [&now](const Message& message) { now->messages.push_back(message); };
-  setting.turn = [&now, &fit] {
-    now->turns.fetch_add(1, std::memory_order_relaxed);
+  setting.turn = [&now, &fit](long turns) {
+    now->turns.fetch_add(turns, std::memory_order_relaxed);
     fit.StopIfAbandoned();
   };
   const auto evaluate = [&](ModelCall& call) {

@@ -200,7 +200,7 @@ void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
 
 std::string ParametricBootstrap::Simulate() {
   Tell("Simulating new data");
-  SimulateData(model_.data, {.BootstrapMode = true}, model_.likelihood.best, desk_.host.random,
+  SimulateData(model_.data, {.BootstrapMode = true}, model_.Evaluated().best, desk_.host.random,
                DeskWatch(desk_, main_, state_.flags), model_.simulation);
   return original_->text.Of(model_.simulation.SimCount);
 }
@@ -247,13 +247,13 @@ bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int at
 
 bool ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool matrixFailed,
                                 BootstrapResults& results) {
-  const double Penalty = model_.likelihood.Penalty;
+  const double Penalty = model_.Evaluated().Penalty;
   results.BootPenaltySum += Penalty;
   if (Penalty > 0) return Reject(results.BootPenaltyRejects, "a penalty added to the Deviance");
   if (matrixFailed) return Reject(results.BootMatrixRejects, "a matrix inversion failure");
   const CalculationWatch watch = DeskWatch(desk_, main_, state_.flags);
-  EstimateOneDaySurvival(model_.data, model_.likelihood, true, watch, model_.estimates);
-  EstimateFledgingSurvival(model_.data, model_.likelihood, true, options.TargetAge, watch, model_.estimates);
+  EstimateOneDaySurvival(model_.data, model_.Evaluated(), true, watch, model_.estimates);
+  EstimateFledgingSurvival(model_.data, model_.Evaluated(), true, options.TargetAge, watch, model_.estimates);
   results.Keep(F, state_.algorithm.Value, model_.estimates);
   return true;
 }

@@ -100,6 +100,14 @@ void Desk::Turn() {
   }
 }
 
+void Desk::Turns(long count) {
+  if (inTurn_) return;
+  while (count > 0) {
+    count -= host.windows.QuietTurns(count);
+    if (count-- > 0) Turn();
+  }
+}
+
 void Desk::WaitUntil(const std::function<bool()>& done) {
   const auto waiting = Meanwhile(waiting_, true);
   while (!done()) {

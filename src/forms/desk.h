@@ -57,6 +57,8 @@ class Desk {
   /// Gives the window system a turn. A turn inside a turn does nothing. Raises EndProgram when the user has closed the
   /// program meanwhile.
   void Turn();
+  /// So many turns one after the other.
+  void Turns(long count);
   /// Sleeps and lets commands run until `done`; raises EndProgram like Turn.
   void WaitUntil(const std::function<bool()>& done);
   /// The same until a window is closed.

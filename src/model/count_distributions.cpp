@@ -1,51 +1,19 @@
 #include "model/count_distributions.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/arithmetic.h"
-#include "base/elementary.h"
 #include "base/gamma_ln.h"
+#include "model/count_logs.h"
 
 namespace merlane {
 namespace {
 
-/// A binomial distribution, of which the logarithms are the same for all counts.
-struct BinomialLogs {
-  explicit BinomialLogs(double p) {
-    if (p < 1e-6) p = 1e-6;
-    if (p > 0.999999) p = 0.999999;
-    logP = Log(p);
-    logQ = Log(1 - p);
-  }
-  double Probability(double logChoices, int n, int k) const { return Exp(logChoices + k * logP + (n - k) * logQ); }
-  double logP, logQ;
-};
-
-/// A beta-binomial distribution, likewise.
-struct BetaBinomialLogs {
-  BetaBinomialLogs() = default;
-  BetaBinomialLogs(int n, double& E, double theta) {
-    if (theta > 0.999999) theta = 0.999999;
-    if (theta < 1e-6) theta = 1e-6;
-    if (E / n > 0.999999) E = n * 0.999999;
-    if (E / n < 1e-6) E = n * 1e-6;
-    a = (E / n) * (1 - theta) / theta;
-    if (a > 1e7) {
-      a = 1e7;
-    } else if (a < 0) {
-      a = 0;
-    }
-    b = (n - E) * a / E;
-    logAB = GammaLn(a + b);
-    logA = GammaLn(a);
-    logB = GammaLn(b);
-    logNAB = GammaLn(n + a + b);
-  }
-  double Probability(double logChoices, int n, int k) const {
-    return Exp(logChoices + logAB - logA - logB + GammaLn(k + a) + GammaLn(n - k + b) - logNAB);
-  }
-  double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
-};
+/// ln Gamma, computed at each call.
+using Computed = double (*)(double);
+constexpr Computed LogGamma = GammaLn;
+using OverdispersedLogs = BetaBinomialLogs<const Computed>;
 
 }  // namespace
 
@@ -61,7 +29,7 @@ double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, doubl
   const bool possible = k >= 0 && k <= n;  // odd data have counts that rise or are missing
   const double logChoices = possible ? LogChoices(n, k) : GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1);
   if (n == 1 || Code == 1 || Theta <= 1e-6) return BinomialLogs(p).Probability(logChoices, n, k);
-  return BetaBinomialLogs(n, E, Theta).Probability(logChoices, n, k);
+  return OverdispersedLogs(LogGamma, n, E, Theta).Probability(logChoices, n, k);
 }
 
 void CountDistributions::ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const {
@@ -71,7 +39,7 @@ void CountDistributions::ProbVisits(int Code, double Theta, int n, double E, std
   if (n == 1 || Code == 1 || Theta <= 1e-6)
     fill(BinomialLogs(E / n));
   else
-    fill(BetaBinomialLogs(n, E, Theta));
+    fill(OverdispersedLogs(LogGamma, n, E, Theta));
 }
 
 bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
@@ -84,17 +52,18 @@ bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, do
   double E = EN;
   const BinomialLogs eggs(pE);
   const BinomialLogs juvs(pJ);
-  const BetaBinomialLogs overdispersedEggs = binomialEggs ? BetaBinomialLogs() : BetaBinomialLogs(n, E, ThetaE);
+  std::optional<OverdispersedLogs> overdispersedEggs;
+  if (!binomialEggs) overdispersedEggs.emplace(LogGamma, n, E, ThetaE);
   for (int m = 0; m <= n; ++m) {  // alive at hatch
-    const double P1 =
-        binomialEggs ? eggs.Probability(LogChoices(n, m), n, m) : overdispersedEggs.Probability(LogChoices(n, m), n, m);
+    const double P1 = overdispersedEggs ? overdispersedEggs->Probability(LogChoices(n, m), n, m)
+                                        : eggs.Probability(LogChoices(n, m), n, m);
     if (m == 1 || binomialJuvs) {
       for (int k = 0; k <= m; ++k) Pmf[static_cast<std::size_t>(k)] += P1 * juvs.Probability(LogChoices(m, k), m, k);
     } else if (m == 0) {
       Pmf[0] += P1 * 1.0;
     } else {
       double EJuvs = m * pJ;
-      const BetaBinomialLogs overdispersedJuvs(m, EJuvs, ThetaJ);
+      const OverdispersedLogs overdispersedJuvs(LogGamma, m, EJuvs, ThetaJ);
       for (int k = 0; k <= m; ++k)
         Pmf[static_cast<std::size_t>(k)] += P1 * overdispersedJuvs.Probability(LogChoices(m, k), m, k);
     }

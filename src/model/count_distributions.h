@@ -27,12 +27,13 @@ class CountDistributions {
   bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
                             std::span<double> Pmf) const;
 
- private:
-  /// ln of the number of ways to choose k of n.
+  /// ln of the number of ways to choose k of n, both at most maxCount.
   double LogChoices(int n, int k) const {
     const auto at = [this](int i) { return logFactorial_[static_cast<std::size_t>(i)]; };
     return at(n) - at(k) - at(n - k);
   }
+
+ private:
   std::vector<double> logFactorial_;  // GammaLn(i + 1), i = 0..maxCount
 };
 

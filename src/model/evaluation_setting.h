@@ -12,7 +12,7 @@ struct EvaluationSetting {
   bool SimulationMode = false;               // expected numbers only, there are no counts to judge
   bool BootstrapMode = false;                // an expected number of 0 stays 0
   std::function<void(const Message&)> tell;  // a message for the user; the evaluation goes on behind it
-  std::function<void()> turn;                // a turn for the user interface, once per visit; may be empty
+  std::function<void(long)> turn;            // so many turns for the user interface, one per visit; may be empty
 };
 
 }  // namespace merlane

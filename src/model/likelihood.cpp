@@ -1,6 +1,9 @@
 #include "model/likelihood.h"
 
+#include <utility>
+
 #include "base/arithmetic.h"
+#include "base/at_end.h"
 #include "model/catalogue.h"
 #include "model/first_evaluation.h"
 
@@ -15,22 +18,98 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   if (AllZero(Value)) return;
 
   DecodeParameters(Value, Step, ParameterLayout(data_), state.parameters, state.Penalty);
-  const auto fillSurvivalTables = [&] {
-    survivalPass_.FillSurvivalTables(state.parameters, setting.BootstrapMode, setting.turn, state.survival,
-                                     state.Penalty);
-  };
-  if (NF == 1) BeginEvaluations(data_, state, setting, fillSurvivalTables, Value, Step, Names, Fuse, NPAR);
-  fillSurvivalTables();
-  state.EggsAtRisk = state.JuvsAtRisk = 0;
-  if (!setting.SimulationMode) {
-    likelihoodPass_.Do_Likelihoods(setting, NF, state, F);
-    F = Checked(F + state.Penalty);
-  }
-
+  const bool withoutTables = EvaluateWithoutTables(setting, state, F, NF);
+  if (!withoutTables) EvaluateByTables(setting, state, F, Value, Step, Names, Fuse, NPAR, NF);
   if (NF != 1 && F >= state.BestObjective) return;
   state.BestObjective = F;
   SampleSize = ToInt32(static_cast<double>(state.EggsAtRisk) + state.JuvsAtRisk);
-  state.KeepBest(Value);
+  state.KeepBestVector(Value);
+  state.owed.best = withoutTables;
+  state.owed.bestInBootstrap = setting.BootstrapMode;
+  if (!withoutTables) state.KeepBestTables();
+}
+
+bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, LikelihoodState& state, double& F,
+                                       std::int32_t NF) {
+  const Parameters& p = state.parameters;
+  const LikelihoodState::Ages ages{p.LayAge, p.FledgeAge};
+  if (setting.SimulationMode || (NF == 1 && setting.OneCallRun)) return false;  // which look at the tables themselves
+  if (NF != 1 && state.filledBetween != ages) return false;
+
+  ObjectivePass& pass = PassFor({p.LayAge, p.FledgeAge, survivalPass_.BroodsShareMortalities(p)});
+  const std::optional<double> sum = pass.Sum(p, setting.BootstrapMode, NF == 1);
+  if (!sum) return false;
+  // Beyond the survival tables, which are preset, other visits may have entries if other ages were judged between.
+  if (NF == 1 && state.filledBetween != ages) FillTables(state);
+  if (NF == 1) {
+    state.owed.preset = true;
+    state.filledBetween = ages;
+    state.YoungestAge = 0;
+  }
+  state.owed.last = true;
+  state.owed.lastInBootstrap = setting.BootstrapMode;
+  state.owed.ofLast = p;
+  state.EggsAtRisk = pass.Plan().EggsAtRisk;
+  state.JuvsAtRisk = pass.Plan().JuvsAtRisk;
+  F = Checked(*sum + state.Penalty);
+  if (setting.turn) setting.turn(1 + pass.Plan().turns);
+  return true;
+}
+
+void Likelihood::EvaluateByTables(const EvaluationSetting& setting, LikelihoodState& state, double& F,
+                                  Array1<double>& Value, Array1<double>& Step, Array1<std::string>& Names,
+                                  Array1<std::string>& Fuse, std::int16_t NPAR, std::int32_t NF) {
+  FillTables(state);
+  const auto fillSurvivalTables = [&] {
+    survivalPass_.FillSurvivalTables(state.parameters, setting.BootstrapMode, setting.turn, state.survival,
+                                     state.Penalty);
+    const LikelihoodState::Ages ages{state.parameters.LayAge, state.parameters.FledgeAge};
+    if (state.filledBetween != ages) state.filledBetween.reset();
+  };
+  if (NF == 1) {
+    state.filledBetween = {state.parameters.LayAge, state.parameters.FledgeAge};
+    BeginEvaluations(data_, state, setting, fillSurvivalTables, Value, Step, Names, Fuse, NPAR);
+  }
+  fillSurvivalTables();
+  state.EggsAtRisk = state.JuvsAtRisk = 0;
+  if (setting.SimulationMode) return;
+  likelihoodPass_.Do_Likelihoods(setting, NF, state, F);
+  F = Checked(F + state.Penalty);
+}
+
+void Likelihood::FillTables(LikelihoodState& state) {
+  if (!state.owed.last) return;
+  if (std::exchange(state.owed.preset, false)) state.Preset();
+  if (std::exchange(state.owed.best, false)) {
+    FillFrom(state.best.parameters, state.owed.bestInBootstrap, state);
+    state.KeepBestTables();
+  }
+  FillFrom(state.owed.ofLast, state.owed.lastInBootstrap, state);
+  state.owed.last = false;
+}
+
+void Likelihood::FillFrom(Parameters& parameters, bool BootstrapMode, LikelihoodState& state) {
+  std::swap(state.parameters, parameters);
+  const AtEnd putBack([&, Penalty = state.Penalty, eggs = state.EggsAtRisk, juveniles = state.JuvsAtRisk] {
+    std::swap(state.parameters, parameters);
+    state.Penalty = Penalty;
+    state.EggsAtRisk = eggs;
+    state.JuvsAtRisk = juveniles;
+  });
+  EvaluationSetting nobodyAsks;
+  nobodyAsks.BootstrapMode = BootstrapMode;
+  nobodyAsks.tell = [](const Message&) {};
+  constexpr int notTheFirst = 2;  // at which no sums are tested
+  double F = 0;
+  survivalPass_.FillSurvivalTables(state.parameters, BootstrapMode, {}, state.survival, state.Penalty);
+  likelihoodPass_.Do_Likelihoods(nobodyAsks, notTheFirst, state, F);
+}
+
+ObjectivePass& Likelihood::PassFor(const ObjectivePlan::Subject& subject) {
+  std::unique_ptr<ObjectivePass>& pass = subject.broodsShareMortalities ? sharedPass_ : ownPass_;
+  if (!pass || pass->Plan().subject != subject)
+    pass = std::make_unique<ObjectivePass>(data_, prepared_, distributions_, subject);
+  return *pass;
 }
 
 }  // namespace merlane

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "data/brood_data.h"
 #include "model/evaluation_setting.h"
 #include "model/likelihood_pass.h"
 #include "model/likelihood_state.h"
+#include "model/objective_pass.h"
 #include "model/prepared_visits.h"
 #include "model/survival_pass.h"
 
@@ -24,16 +26,31 @@ class Likelihood {
   /// `NF` counts the calls of a run from 1: the first presets all tables and, in a run of one function call or a
   /// simulation, may repair `Value`, `Step`, `Names` and `Fuse`. `state` must have the shape of the data. The first
   /// call and each lower F are kept in it as the best, and they alone write `SampleSize`. For a vector of zeros nothing
-  /// is evaluated: F is 0 and all else stays as it was.
+  /// is evaluated: F is 0 and all else stays as it was. The tables of `state` may be left for FillTables.
   ///
   /// ArithmeticFailure, told with parameter or visit and brood, where a number overflows for which there is no penalty.
   void EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,
                          Array1<double>& Step, Array1<std::string>& Names, Array1<std::string>& Fuse, std::int16_t NPAR,
                          std::int32_t NF, std::int32_t& SampleSize);
 
+  /// Writes the tables that the evaluations have left: those of the lowest F, then those of the last evaluation. To be
+  /// called before anybody looks at a table.
+  void FillTables(LikelihoodState& state);
+
  private:
+  bool EvaluateWithoutTables(const EvaluationSetting& setting, LikelihoodState& state, double& F, std::int32_t NF);
+  void EvaluateByTables(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,
+                        Array1<double>& Step, Array1<std::string>& Names, Array1<std::string>& Fuse, std::int16_t NPAR,
+                        std::int32_t NF);
+  void FillFrom(Parameters& parameters, bool BootstrapMode, LikelihoodState& state);
+  ObjectivePass& PassFor(const ObjectivePlan::Subject& subject);
+
   const BroodData& data_;
   const PreparedVisits prepared_;
+  const CountDistributions distributions_{prepared_.MaxCount};
+  // The objective alone, for broods that share their mortalities and for broods of which each has its own.
+  std::unique_ptr<ObjectivePass> sharedPass_, ownPass_;
+  // The tables.
   SurvivalPass survivalPass_{data_, prepared_};
   LikelihoodPass likelihoodPass_{data_, prepared_};
 };

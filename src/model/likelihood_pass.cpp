@@ -69,7 +69,7 @@ void LikelihoodPass::Do_Likelihoods(const EvaluationSetting& setting, std::int32
       if (judgement.stageBefore == -1) eggs += judgement.countBefore;
       if (judgement.stageBefore == 1) juveniles += judgement.countBefore;
     }
-    if (setting.turn) setting.turn();
+    if (setting.turn) setting.turn(1);
   }
   state.EggsAtRisk = ToInt32(static_cast<double>(eggs));
   state.JuvsAtRisk = ToInt32(static_cast<double>(juveniles));

@@ -28,6 +28,8 @@ void LikelihoodState::Dimension(const BroodData& data) {
   best.survival.Dimension(data);
   for (auto* column : {&VisitDeviance, &VarR, &VarC, &best.VisitDeviance, &best.VarR, &best.VarC, &best.VarAll})
     column->assign(visits, 0.0);
+  owed = {};
+  filledBetween.reset();
 }
 
 void LikelihoodState::Preset() {
@@ -37,9 +39,12 @@ void LikelihoodState::Preset() {
     std::fill(column->begin(), column->end(), static_cast<double>(Missing));
 }
 
-void LikelihoodState::KeepBest(const Array1<double>& Value) {
+void LikelihoodState::KeepBestVector(const Array1<double>& Value) {
   best.Value = Value;
   best.parameters = parameters;
+}
+
+void LikelihoodState::KeepBestTables() {
   best.survival = survival;
   best.VisitDeviance = VisitDeviance;
   best.VarR = VarR;

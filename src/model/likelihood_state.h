@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "model/best_tables.h"
@@ -25,13 +26,30 @@ struct LikelihoodState {
   double MinDeviance = 0, MaxDeviance = 0;  // limits of the plots of deviances and Pearson deviates
   double YoungestAge = 0;                   // of the visits younger than laying, days
 
+  /// Tables that evaluations have left for Likelihood::FillTables to write when somebody looks; the numbers above and
+  /// the best vector are always there.
+  struct Owed {
+    bool preset = false, last = false, best = false;
+    bool lastInBootstrap = false, bestInBootstrap = false;  // whether these were evaluated in a bootstrap
+    Parameters ofLast;                                      // what the last evaluation was made from
+  };
+  Owed owed;
+  /// The ages between which alone the survival tables have had entries since they were preset; none when no such ages
+  /// are known.
+  struct Ages {
+    std::int16_t LayAge = 0, FledgeAge = 0;
+    bool operator==(const Ages&) const = default;
+  };
+  std::optional<Ages> filledBetween;
+
   /// Gives all tables the shape of the data; every entry becomes 0.
   void Dimension(const BroodData& data);
   /// Presets the survival tables and all best tables but the best deviances to Missing, for the first evaluation of a
   /// run.
   void Preset();
-  /// Keeps the state and the vector that led to it as the best.
-  void KeepBest(const Array1<double>& Value);
+  /// Keeps the vector that led to the lowest objective, then the tables it led to.
+  void KeepBestVector(const Array1<double>& Value);
+  void KeepBestTables();
 };
 
 }  // namespace merlane

@@ -13,7 +13,7 @@ namespace merlane {
 MerlaneModel::MerlaneModel(Desk& desk, RunState& state, std::function<Initialisation()> choices)
     : desk_(desk), state_(state), choices_(std::move(choices)) {
   setting_.tell = [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); };
-  setting_.turn = [this] { desk_.Turn(); };
+  setting_.turn = [this](long count) { desk_.Turns(count); };
 }
 
 void MerlaneModel::operator()(ModelCall& call) {
@@ -36,8 +36,13 @@ void MerlaneModel::Evaluate(ModelCall& call) {
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;
-  evaluator_->EvaluateObjective(setting_, likelihood, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
+  evaluator_->EvaluateObjective(setting_, likelihood_, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
                                 call.NF, call.K);
+}
+
+LikelihoodState& MerlaneModel::Evaluated() {
+  if (evaluator_) evaluator_->FillTables(likelihood_);
+  return likelihood_;
 }
 
 void MerlaneModel::ReadBroodData(ModelCall& call) {
@@ -78,7 +83,7 @@ void MerlaneModel::TakeChoices(const Initialisation& choices, ModelCall& call) {
 }
 
 void MerlaneModel::DimensionResults() {
-  likelihood.Dimension(data);
+  likelihood_.Dimension(data);
   estimates.Preset(data);
   simulation.Preset(data);
 }
@@ -86,7 +91,7 @@ void MerlaneModel::DimensionResults() {
 void MerlaneModel::PutBack(Kept kept) {
   evaluator_.reset();
   data = std::move(kept.data);
-  likelihood = std::move(kept.likelihood);
+  likelihood_ = std::move(kept.likelihood);
   estimates = std::move(kept.estimates);
   simulation = std::move(kept.simulation);
 }

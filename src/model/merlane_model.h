@@ -30,8 +30,10 @@ class MerlaneModel {
   /// model has no analytical derivatives. Raises EndProgram behind the message of a fatal data error.
   void operator()(ModelCall& call);
 
+  /// What the evaluations have left behind, with all its tables.
+  LikelihoodState& Evaluated();
+
   BroodData data;
-  LikelihoodState likelihood;
   // What results and simulations leave behind.
   SurvivalEstimates estimates;
   Simulation simulation;
@@ -43,7 +45,7 @@ class MerlaneModel {
     SurvivalEstimates estimates;
     Simulation simulation;
   };
-  Kept Keep() const { return {data, likelihood, estimates, simulation}; }
+  Kept Keep() { return {data, Evaluated(), estimates, simulation}; }
   void PutBack(Kept kept);
 
   // What dialogues do for the model.
@@ -65,6 +67,7 @@ class MerlaneModel {
   RunState& state_;
   const std::function<Initialisation()> choices_;
   EvaluationSetting setting_;
+  LikelihoodState likelihood_;
   std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };
 

@@ -2,29 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "base/arithmetic.h"
 #include "base/elementary.h"
+#include "model/arithmetic_watch.h"
 #include "model/failure_context.h"
 
 namespace merlane {
 namespace {
-
-/// Passes intermediate results through and remembers whether each was a number. In IEEE arithmetic an infinity may turn
-/// into an innocent 0 one step later, so none may go unseen. A value that underflows is no error.
-class ArithmeticWatch {
- public:
-  double operator()(double x) {
-    failed_ |= !(std::abs(x) <= std::numeric_limits<double>::max());
-    return x;
-  }
-  bool Failed() const { return failed_; }
-
- private:
-  bool failed_ = false;
-};
 
 struct Effective {
   double value = 0, Penalty = 0;
@@ -52,6 +38,7 @@ class BroodEffects {
 
  private:
   Effective On(double base, const Array1<double>& Z, const Matrix1<double>& Zx) const {
+    if (AllZero(Z, Zx)) return Limited(Checked(base));  // X is 0
     const auto Covariate = [this](int m) { return covariates_[m - 1]; };
     double X = mainTerms_ ? E_ * Z(property::BroodSize) + H_ * Z(property::HatchDate) : 0.0;
     for (int m = 1; m <= NCov_; ++m) X = X + Covariate(m) * Z(property::Covariate(m));
@@ -60,12 +47,18 @@ class BroodEffects {
       X = X + (Zx(property::BroodSize, property::Covariate(m)) * E_ * Covariate(m) +
                Zx(property::HatchDate, property::Covariate(m)) * H_ * Covariate(m));
 
-    Effective effective{Checked(base * Exp(std::min(Checked(X), 10.0))), 0};
-    if (effective.value > 10) {
-      const double excess = effective.value - 10;
-      effective = {10, Checked(excess * excess * 1e20)};
-    }
-    return effective;
+    return Limited(Checked(base * Exp(std::min(Checked(X), 10.0))));
+  }
+
+  bool AllZero(const Array1<double>& Z, const Matrix1<double>& Zx) const {
+    bool zero = Z(1) == 0 && Z(2) == 0 && Zx(1, 2) == 0;
+    for (int m = 3; m <= NCov_ + 2; ++m) zero = zero && Z(m) == 0 && Zx(1, m) == 0 && Zx(2, m) == 0;
+    return zero;
+  }
+  static Effective Limited(double value) {
+    if (!(value > 10)) return {value, 0};
+    const double excess = value - 10;
+    return {10, Checked(excess * excess * 1e20)};
   }
 
   const double E_, H_;

@@ -32,6 +32,13 @@ class SurvivalFunctions {
   bool RandomOnly() const { return m_.AlphaR > 0 && m_.AlphaC == 0; }
   bool CorrelatedOnly() const { return m_.AlphaC > 0 && m_.AlphaR == 0; }
 
+  /// What does not depend on time, for who computes many shares in a row; see At. `failed` when one is no number.
+  struct Constants {
+    double normaliser, shareR, shareC;
+    bool failed;
+  };
+  Constants OfTheMortality() const { return {normaliser_, shareR_, shareC_, failedR_ || failedC_}; }
+
  private:
   Mortality m_;
   // Of each function what does not depend on time.

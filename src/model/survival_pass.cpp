@@ -42,14 +42,18 @@ SurvivalPass::SurvivalPass(const BroodData& data, const PreparedVisits& prepared
       survivors_(prepared.Intervals.size()) {}
 
 void SurvivalPass::FillSurvivalTables(const Parameters& parameters, bool BootstrapMode,
-                                      const std::function<void()>& turn, SurvivalTables& tables, double& Penalty) {
+                                      const std::function<void(long)>& turn, SurvivalTables& tables, double& Penalty) {
   parameters_ = &parameters;
   bootstrapMode_ = BootstrapMode;
   ++filling_;
-  const InPlay inPlay = CoefficientsInPlay(parameters, data_.NCov);
-  groupsAreAlike_ = !inPlay.attributes && (!inPlay.covariates || prepared_.GroupsShareCovariates);
+  groupsAreAlike_ = BroodsShareMortalities(parameters);
   FillClutches(turn, tables, Penalty);
   FillBroods(tables, Penalty);
+}
+
+bool SurvivalPass::BroodsShareMortalities(const Parameters& parameters) const {
+  const InPlay inPlay = CoefficientsInPlay(parameters, data_.NCov);
+  return !inPlay.attributes && (!inPlay.covariates || prepared_.GroupsShareCovariates);
 }
 
 void SurvivalPass::Set(Stage& stage, const Mortality& mortality, double startAge) {
@@ -96,7 +100,7 @@ const Survivors& SurvivalPass::SurvivorsOf(int interval, const Stage& stage, dou
   return kept.survivors;
 }
 
-void SurvivalPass::FillClutches(const std::function<void()>& turn, SurvivalTables& tables, double& Penalty) {
+void SurvivalPass::FillClutches(const std::function<void(long)>& turn, SurvivalTables& tables, double& Penalty) {
   using Kind = ClutchInterval;
   Stage& byAge = stages_[PreparedVisits::ClutchByAge];
   Stage& byDate = stages_[PreparedVisits::ClutchByDate];
@@ -127,7 +131,7 @@ void SurvivalPass::FillClutches(const std::function<void()>& turn, SurvivalTable
     tables.PCorrEgg[v] = out.PCorr;
     ++tables.ClutchIntervals;
   }
-  if (turn) turn();
+  if (turn) turn(1);
 }
 
 void SurvivalPass::FillBroods(SurvivalTables& tables, double& Penalty) {

@@ -20,8 +20,11 @@ class SurvivalPass {
   /// Fills the tables for decoded parameters, clutches first, since the broods build on what hatches. Adds to
   /// `Penalty` what too few survivors and rates beyond 10 cost. `turn` runs once, between clutches and broods.
   /// RuntimeFailure when a brood's attributes drive a rate or shape to an overflow.
-  void FillSurvivalTables(const Parameters& parameters, bool BootstrapMode, const std::function<void()>& turn,
+  void FillSurvivalTables(const Parameters& parameters, bool BootstrapMode, const std::function<void(long)>& turn,
                           SurvivalTables& tables, double& Penalty);
+
+  /// Whether all broods of a group have the same mortality: no attribute acts, and no covariate in which they differ.
+  bool BroodsShareMortalities(const Parameters& parameters) const;
 
  private:
   /// A mortality in use. Whatever is kept of an earlier calculation bears the stamp of its mortality, and is valid
@@ -47,7 +50,7 @@ class SurvivalPass {
     Survivors survivors;
   };
 
-  void FillClutches(const std::function<void()>& turn, SurvivalTables& tables, double& Penalty);
+  void FillClutches(const std::function<void(long)>& turn, SurvivalTables& tables, double& Penalty);
   void FillBroods(SurvivalTables& tables, double& Penalty);
   void FillFromClutch(const PreparedVisits::BroodStep& step, const Stage& stage, SurvivalTables& tables,
                       double& Penalty);

@@ -89,6 +89,9 @@ class WindowSystem {
 
   /// Lets pending events run and does not wait; cheap enough to be called once per visit of a data set.
   virtual void Turn() = 0;
+  /// Of so many turns in a row, how many may be left out from the first on since nothing would happen in them; the rest
+  /// follows one by one. They are counted as if they had been given.
+  virtual long QuietTurns(long /*atMost*/) { return 0; }
   /// Sleeps until something has happened, and lets it run.
   virtual void Wait() = 0;
 };

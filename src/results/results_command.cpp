@@ -31,7 +31,7 @@ void ResultsCommand::WriteResults(ModelCall& call) {
   if (AllZero(call.X)) throw RuntimeFailure("all parameters are 0, so that nothing has been evaluated");
   const auto free = std::ranges::count_if(call.StepSize, [](double step) { return step != 0; });
   const ResultsSubject subject{.data = model_.data,
-                               .fitted = model_.likelihood,
+                               .fitted = model_.Evaluated(),
                                .Value = call.X,
                                .Names = call.Names,
                                .SampleSize = call.K,
@@ -77,11 +77,11 @@ std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
 }
 
 void ResultsCommand::EstimateSurvival() {
-  const std::int16_t FledgeAge = model_.likelihood.parameters.FledgeAge;
+  const std::int16_t FledgeAge = model_.Evaluated().parameters.FledgeAge;
   if (FledgeAge <= 0) return;
   main_.ShowProgress("Please be patient while survival probabilities are calculated, it can take a while...");
-  EstimateOneDaySurvival(model_.data, model_.likelihood, state_.flags.BootstrapMode, watch_, model_.estimates);
-  EstimateFledgingSurvival(model_.data, model_.likelihood, state_.flags.BootstrapMode, FledgeAge, watch_,
+  EstimateOneDaySurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, watch_, model_.estimates);
+  EstimateFledgingSurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, FledgeAge, watch_,
                            model_.estimates);
   main_.ShowProgress("One moment please while output is consolidated...");
 }
@@ -104,7 +104,7 @@ std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing,
   const std::string head = ListingHead(model_.data, listing);
   if (listing == Listing::SimulatedAndSurvival) {
     abort_.Open("Abort randomizations?");
-    SimulateData(model_.data, {}, model_.likelihood.best, desk_.host.random, watch_, model_.simulation);
+    SimulateData(model_.data, {}, model_.Evaluated().best, desk_.host.random, watch_, model_.simulation);
   }
   const std::string rows = ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_);
   desk_.Unload(abort_);

@@ -34,7 +34,7 @@ bool SimulationCommand::Simulate(ModelCall& call) {
     watch_.tell(SimulationError("all parameters are 0"));
     watch_.progress("");
   } else {
-    SimulateData(model_.data, {.SimulationMode = true}, model_.likelihood.best, desk_.host.random, watch_,
+    SimulateData(model_.data, {.SimulationMode = true}, model_.Evaluated().best, desk_.host.random, watch_,
                  model_.simulation);
   }
   desk_.Unload(abort_);

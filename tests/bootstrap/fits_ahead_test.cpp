@@ -25,7 +25,7 @@ struct FitsAheadTest : ::testing::Test {
   test::Streams streams;
   RandomStreams& random = streams.random;
   std::vector<Array1<double>> vectors;
-  int turns = 0;
+  long turns = 0;
   std::atomic<int> minimised = 0, called = 0;
   bool endless = false;
   const ReplicateDataText text = Clutches();
@@ -64,7 +64,7 @@ struct FitsAheadTest : ::testing::Test {
     Evaluator(const BroodData& data, LikelihoodState& s) : state(s), likelihood(data) {
       setting.BootstrapMode = true;
       setting.tell = [](const Message&) {};
-      setting.turn = [this] { ++turns; };
+      setting.turn = [this](long more) { turns += more; };
     }
     double At(Array1<double> vector, int NF) {
       Array1<double> step(34);
@@ -72,12 +72,13 @@ struct FitsAheadTest : ::testing::Test {
       double F = 0;
       std::int32_t sample = 0;
       likelihood.EvaluateObjective(setting, state, F, vector, step, names, fuses, 34, NF, sample);
+      likelihood.FillTables(state);
       return F;
     }
     LikelihoodState& state;
     Likelihood likelihood;
     EvaluationSetting setting;
-    int turns = 0;
+    long turns = 0;
   };
 
   /// The data of a replicate as the bootstrap simulates them.

@@ -41,7 +41,7 @@ TEST(Allocation, AnEvaluationNeedsNone) {
     state.Dimension(data);
     long turns = 0;
     EvaluationSetting setting;
-    setting.turn = [&turns] { ++turns; };
+    setting.turn = [&turns](long more) { turns += more; };
     const Array1<double> start = FieldVector(data, true);
     Array1<double> Value = start, Step(start.Size());
     Array1<std::string> Names(start.Size()), Fuse(start.Size());

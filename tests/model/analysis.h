@@ -51,7 +51,7 @@ class Analysis {
     Value(9) = -28;
     state.Dimension(reading.data);
     setting.tell = [this](const Message& message) { told.push_back(message); };
-    setting.turn = [this] { ++turns; };
+    setting.turn = [this](long more) { turns += more; };
     engine = std::make_unique<Likelihood>(reading.data);
     return *this;
   }
@@ -59,6 +59,7 @@ class Analysis {
   double Evaluate(std::int32_t NF = 1) {
     engine->EvaluateObjective(setting, state, F, Value, Step, Names, Fuse, static_cast<std::int16_t>(Value.Size()), NF,
                               SampleSize);
+    engine->FillTables(state);
     return F;
   }
 
@@ -69,7 +70,7 @@ class Analysis {
   Array1<double> Value, Step;
   Array1<std::string> Names, Fuse;
   std::vector<Message> told;
-  int turns = 0;
+  long turns = 0;
   double F = -1;
   std::int32_t SampleSize = -1;
 

@@ -42,6 +42,7 @@ struct Evaluated {
   void Call(std::int32_t NF) {
     AlgorithmData& a = run.algorithm;
     likelihood->EvaluateObjective(setting, state, F, a.Value, a.Step, a.ParName, a.Fuse, a.NPAR, NF, SampleSize);
+    likelihood->FillTables(state);
   }
 
   Reading reading;

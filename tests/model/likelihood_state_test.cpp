@@ -10,7 +10,7 @@ namespace {
 LikelihoodState WithDeviances(std::vector<double> deviances) {
   LikelihoodState state;
   state.VisitDeviance = std::move(deviances);
-  state.KeepBest({});
+  state.KeepBestTables();
   return state;
 }
 

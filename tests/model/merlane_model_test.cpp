@@ -90,8 +90,8 @@ TEST(MerlaneModel, AFirstEvaluationForgetsTheSurvivalEstimatesAndNoOtherDoes) {
   run.state.algorithm.Value.Fill(0.1);
   run.state.algorithm.Value(10) = 30;  // the age at fledging
   run.objective.Call(run.state.algorithm.Value, 1);
-  EstimateOneDaySurvival(run.model.data, run.model.likelihood, false, {}, run.model.estimates);
-  EstimateFledgingSurvival(run.model.data, run.model.likelihood, false, 20, {}, run.model.estimates);
+  EstimateOneDaySurvival(run.model.data, run.model.Evaluated(), false, {}, run.model.estimates);
+  EstimateFledgingSurvival(run.model.data, run.model.Evaluated(), false, 20, {}, run.model.estimates);
   run.objective.Call(run.state.algorithm.Value, 2);
   EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0)));
   EXPECT_THAT(run.model.estimates.FledgeZeroC, Each(Ge(0)));
@@ -429,7 +429,7 @@ TEST_P(GoldenModel, OneFunctionCallLeavesWhatIsKnown) {
   for (int i = 1; i <= run.state.algorithm.NPAR; ++i)
     EXPECT_EQ(run.state.algorithm.Fuse(i), c.expected["Fuse"][static_cast<std::size_t>(i) - 1]) << i;
   ExpectNames(run, c.expected["changed_names"]);
-  ExpectDecoded(run.model.likelihood.parameters, c.expected["decoded"]);
+  ExpectDecoded(run.model.Evaluated().parameters, c.expected["decoded"]);
   EXPECT_EQ(run.state.flags.SampleSize, c.expected["SampleSize"]);
   if (c.priorsFile.empty()) {
     EXPECT_EQ(F, c.expected["F"].get<double>());

@@ -37,7 +37,9 @@ struct Planned {
   double Observe() {
     data.VisitCount = simulation.SimCount;
     setting.SimulationMode = false;
-    Likelihood(data).EvaluateObjective(setting, state, F, Value, Step, Names, Fuse, 34, 1, SampleSize);
+    Likelihood likelihood(data);
+    likelihood.EvaluateObjective(setting, state, F, Value, Step, Names, Fuse, 34, 1, SampleSize);
+    likelihood.FillTables(state);
     return F;
   }
   int Count(int visit) const { return simulation.SimCount[static_cast<std::size_t>(visit)]; }

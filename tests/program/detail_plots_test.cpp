@@ -159,7 +159,7 @@ TEST_F(DetailPlotsTest, ColumnOfMissingValuesPlotsAnEmptyPageAndNothingFails) {
 TEST_F(DetailPlotsTest, PageThatFailsGivesTheSummaryBack) {
   Ready("juveniles_only");
   Summary();
-  program.model.likelihood.best.VisitDeviance.assign(program.model.data.VisitAge.size(), 2000);
+  program.model.Evaluated().best.VisitDeviance.assign(program.model.data.VisitAge.size(), 2000);
   windows.No(Title);
   windows.Yes(Title);
   windows.Yes(Title);

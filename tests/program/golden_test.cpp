@@ -73,7 +73,7 @@ TEST_P(OneCallTest, FollowsTheGoldenFigures) {
   for (const json& message : golden["messages"]) expected.emplace_back(message["title"], message["text"]);
   EXPECT_EQ(Told(), expected);
   const double F = golden["F"];
-  EXPECT_EQ(program.model.likelihood.BestObjective, golden["BestObjective"].get<double>());
+  EXPECT_EQ(program.model.Evaluated().BestObjective, golden["BestObjective"].get<double>());
   EXPECT_THAT(program.frmOneFunction.rtbOneFunction.text,
               StartsWith("\r\nCurrent minimum of " + Format(F, "####0.000000") + " found at the following"));
   EXPECT_EQ(state.flags.SampleSize, golden["SampleSize"].get<int>());

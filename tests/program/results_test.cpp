@@ -261,7 +261,7 @@ TEST_F(ResultsTest, TheSummaryReportsThePresentValuesNotALowerPointMetBefore) {
   state.algorithm.Value(17) = 3 * before;
   Summary("1", Answer::Yes);
   EXPECT_THAT(Text(), HasSubstr(fmt::format("Parameter # 017 estimate: {:.7f}", 3 * before)));
-  EXPECT_EQ(program.model.likelihood.best.parameters.Alpha_BR, 3 * before);
+  EXPECT_EQ(program.model.Evaluated().best.parameters.Alpha_BR, 3 * before);
 }
 
 // --- Simulation -------------------------------------------------------------------------------------------------

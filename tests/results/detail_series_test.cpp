@@ -61,8 +61,9 @@ TEST_P(KeptSeries, IsBuiltCellByCell) {
   std::int32_t n = 0;
   EvaluationSetting setting;
   setting.tell = [](const Message&) {};
-  setting.turn = [] {};
+  setting.turn = [](long) {};
   likelihood.EvaluateObjective(setting, state, F, a.Value, a.Step, a.ParName, a.Fuse, a.NPAR, 1, n);
+  likelihood.FillTables(state);
   SurvivalEstimates estimates;
   Simulation simulation;
   estimates.Preset(data);

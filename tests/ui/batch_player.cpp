@@ -165,7 +165,7 @@ void BatchPlayer::Act(const BatchLine& line) {
       if (line.target == "parameters")
         Write(*line.text, ParametersCsv(desktop_.program.state.algorithm));
       else if (line.target == "visits")
-        Write(*line.text, VisitsCsv(desktop_.program.model.data, desktop_.program.model.likelihood.best));
+        Write(*line.text, VisitsCsv(desktop_.program.model.data, desktop_.program.model.Evaluated().best));
       return;
     case Verb::Show:
     case Verb::SavePlot:

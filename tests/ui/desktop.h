@@ -22,6 +22,7 @@ class CountingHost : public QtHost {
     while (!acts_.empty() && acts_.begin()->first <= turns_) acts_.extract(acts_.begin()).mapped()();
     QtHost::Turn();
   }
+  long QuietTurns(long /*atMost*/) override { return 0; }
   /// Does `action` at the turn with that number, counted from here; several may be asked for before the turns begin.
   void ActAt(int turn, std::function<void()> action) {
     if (std::exchange(turns_, 0) > 0) acts_.clear();

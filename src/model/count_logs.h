@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/elementary.h"
+
+namespace merlane {
+
+// The logarithms from which the probabilities of a distribution's counts are made: the same for all counts, computed
+// once. `logChoices` is ln of the number of ways to choose k of n. See ProbBinomial and ProbBetaBinomial
+// (distributions.h), which these follow to the last bit.
+
+struct BinomialLogs {
+  BinomialLogs() = default;
+  explicit BinomialLogs(double p) {
+    if (p < 1e-6) p = 1e-6;
+    if (p > 0.999999) p = 0.999999;
+    logP = Log(p);
+    logQ = Log(1 - p);
+  }
+  double Probability(double logChoices, int n, int k) const { return Exp(logChoices + k * logP + (n - k) * logQ); }
+  double logP = 0, logQ = 0;
+};
+
+/// `LogGamma` is ln Gamma, computed or kept.
+template <class LogGamma>
+struct BetaBinomialLogs {
+  /// E takes the value that it is kept at.
+  BetaBinomialLogs(LogGamma& logGamma, int n, double& E, double theta) : logGamma_(logGamma) {
+    if (theta > 0.999999) theta = 0.999999;
+    if (theta < 1e-6) theta = 1e-6;
+    if (E / n > 0.999999) E = n * 0.999999;
+    if (E / n < 1e-6) E = n * 1e-6;
+    a = (E / n) * (1 - theta) / theta;
+    if (a > 1e7) {
+      a = 1e7;
+    } else if (a < 0) {
+      a = 0;
+    }
+    b = (n - E) * a / E;
+    logAB = logGamma_(a + b);
+    logA = logGamma_(a);
+    logB = logGamma_(b);
+    logNAB = logGamma_(n + a + b);
+  }
+  double Probability(double logChoices, int n, int k) const {
+    return Exp(logChoices + logAB - logA - logB + logGamma_(k + a) + logGamma_(n - k + b) - logNAB);
+  }
+  double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
+
+ private:
+  LogGamma& logGamma_;
+};
+
+}  // namespace merlane

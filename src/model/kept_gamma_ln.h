@@ -1,0 +1,33 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "base/gamma_ln.h"
+
+namespace merlane {
+
+/// ln Gamma of arguments that recur, each of which is kept until another takes its place: a beta-binomial distribution
+/// asks for the same few again and again. For one thread.
+class KeptGammaLn {
+ public:
+  double operator()(double x) {
+    const auto bits = std::bit_cast<std::uint64_t>(x);
+    Entry& entry = entries_[(bits * 0x9E3779B97F4A7C15u) >> (64 - Log2OfSize)];
+    if (entry.argument != bits) entry = {bits, GammaLn(x)};
+    return entry.value;
+  }
+
+ private:
+  static constexpr int Log2OfSize = 13;
+  struct Entry {
+    std::uint64_t argument = std::bit_cast<std::uint64_t>(-1.0);  // has no ln Gamma and is never kept
+    double value = std::numeric_limits<double>::quiet_NaN();
+  };
+  std::vector<Entry> entries_ = std::vector<Entry>(std::size_t{1} << Log2OfSize);
+};
+
+}  // namespace merlane

@@ -1,0 +1,295 @@
+#include "model/objective_plan.h"
+
+#include <bit>
+#include <limits>
+#include <unordered_map>
+#include <utility>
+
+namespace merlane {
+namespace {
+
+/// Numbers in the plan of what is numbered in the preparation; anew in each scope where broods share nothing.
+class Numbers {
+ public:
+  explicit Numbers(std::size_t size) : entries_(size) {}
+  /// The number of `key`; a new one is made by `make`.
+  template <class Make>
+  int Of(int key, int scope, Make make) {
+    Entry& entry = entries_[static_cast<std::size_t>(key)];
+    if (entry.scope != scope) entry = {scope, make()};
+    return entry.number;
+  }
+
+ private:
+  struct Entry {
+    int scope = -1, number = -1;
+  };
+  std::vector<Entry> entries_;
+};
+
+int Size(const auto& column) { return static_cast<int>(column.size()); }
+
+using Kind = Prediction;  // of which stage
+
+class Planning {
+ public:
+  Planning(const BroodData& data, const PreparedVisits& prepared, const CountDistributions& distributions,
+           ObjectivePlan& plan)
+      : data_(data),
+        prepared_(prepared),
+        distributions_(distributions),
+        plan_(plan),
+        times_(prepared.Times.size()),
+        intervals_(prepared.Intervals.size()),
+        fromHatch_(prepared.Intervals.size()),
+        mortalities_(static_cast<std::size_t>(prepared.Mortalities())),
+        predictions_(static_cast<std::size_t>(prepared.Outcomes)),
+        filled_(static_cast<std::size_t>(data.Visits())),
+        hatches_(static_cast<std::size_t>(data.Broods())) {}
+
+  void Run() {
+    for (const PreparedVisits::ClutchStep& step : prepared_.ClutchSteps) Add(step);
+    plan_.clutchTimes = plan_.Time.size();
+    plan_.clutchSpans = plan_.from.size();
+    plan_.clutchIntervals = plan_.N.size();
+    for (const PreparedVisits::BroodStep& step : prepared_.BroodSteps) Add(step);
+    JudgeVisits();
+    NumberDistinctTimes();
+  }
+
+ private:
+  /// What fills a visit's entries in the tables.
+  enum class By : std::uint8_t { Nothing, Clutch, HatchDay, Brood, FromHatch };
+  struct Filled {
+    By by = By::Nothing;
+    int interval = -1;  // or its number among those from hatch
+  };
+  /// How many individuals of a brood hatched.
+  struct Hatch {
+    int interval = -1;       // the clutch interval that tells it
+    double known = Missing;  // or the count on the hatch day
+    bool spanned = false;    // an interval from hatch begins with it
+    bool Any() const { return interval >= 0 || known != Missing; }
+  };
+
+  Hatch& HatchOf(int brood) { return hatches_[static_cast<std::size_t>(brood)]; }
+  void Fill(int visit, By by, int interval) {
+    Filled& filled = filled_[static_cast<std::size_t>(visit)];
+    if (filled.by != By::Nothing) plan_.regular = false;
+    filled = {by, interval};
+  }
+  int ScopeOf(int brood) const { return plan_.subject.broodsShareMortalities ? 0 : brood; }
+
+  int Time(int prepared, int scope, int mortality, double start) {
+    return times_.Of(prepared, scope, [&] {
+      plan_.Time.push_back(prepared_.Times[static_cast<std::size_t>(prepared)] - start);
+      plan_.mortalityOfTime.push_back(mortality);
+      return Size(plan_.Time) - 1;
+    });
+  }
+  int Interval(int prepared, int scope, int mortality, double start, double N) {
+    return intervals_.Of(prepared, scope, [&] {
+      const PreparedVisits::Interval interval = prepared_.Intervals[static_cast<std::size_t>(prepared)];
+      plan_.span.push_back(
+          Span(Time(interval.from, scope, mortality, start), Time(interval.to, scope, mortality, start), mortality));
+      plan_.N.push_back(N);
+      return Size(plan_.N) - 1;
+    });
+  }
+
+  int Span(int from, int to, int mortality) {
+    const auto add = [&] {
+      plan_.from.push_back(from);
+      plan_.to.push_back(to);
+      return Size(plan_.from) - 1;
+    };
+    // A brood with a mortality of its own has hardly a span twice.
+    if (!plan_.subject.broodsShareMortalities && mortality >= ObjectivePlan::ClutchMortalities) return add();
+    const auto key = (static_cast<std::uint64_t>(from) << 32) + static_cast<std::uint64_t>(to);
+    const auto [found, isNew] = spans_.try_emplace(key);
+    if (isNew) found->second = add();
+    return found->second;
+  }
+
+  void Add(const PreparedVisits::ClutchStep& step) {
+    Hatch& hatch = HatchOf(step.brood);
+    if (step.kind == ClutchInterval::FirstOnHatchDay) {
+      hatch.known = step.count;
+      return;
+    }
+    if (step.kind == ClutchInterval::ByAge &&
+        data_.VisitAge[static_cast<std::size_t>(step.visit)] < plan_.subject.LayAge)
+      return;
+    if (step.count == Missing) plan_.regular = false;
+    const bool byDate = step.kind == ClutchInterval::ByDate;
+    (byDate ? plan_.clutchesByDate : plan_.clutchesByAge) = true;
+    const int interval = Interval(step.interval, 0, byDate ? PreparedVisits::ClutchByDate : PreparedVisits::ClutchByAge,
+                                  byDate ? 0.0 : static_cast<double>(plan_.subject.LayAge), step.count);
+    if (step.kind == ClutchInterval::ToHatch || step.kind == ClutchInterval::ToHatchDay) {
+      if (hatch.Any()) plan_.regular = false;
+      hatch.interval = interval;
+    }
+    if (step.kind != ClutchInterval::ToHatch)
+      Fill(step.visit, step.kind == ClutchInterval::ToHatchDay ? By::HatchDay : By::Clutch, interval);
+  }
+
+  void Add(const PreparedVisits::BroodStep& step) {
+    Hatch& hatch = HatchOf(step.brood);
+    if (step.kind == BroodInterval::FirstOnHatchDay) {
+      if (hatch.interval >= 0) plan_.regular = false;
+      hatch.known = step.count;
+      return;
+    }
+    const bool byAge = step.kind != BroodInterval::ByDate;
+    const int FledgeAge = plan_.subject.FledgeAge;
+    if (byAge && !(data_.VisitAge[static_cast<std::size_t>(step.visit)] < FledgeAge || FledgeAge == 0)) return;
+    const int scope = ScopeOf(step.brood);
+    const int group = prepared_.GroupOfBrood[static_cast<std::size_t>(step.brood)];
+    const int prepared = byAge ? PreparedVisits::BroodByAge(group) : PreparedVisits::BroodByDate(group);
+    const int mortality = mortalities_.Of(prepared, scope, [&] {
+      plan_.broods.push_back({step.brood, byAge, hatch.known, hatch.interval});
+      return plan_.Mortalities() - 1;
+    });
+    if (step.kind == BroodInterval::AgeBeforeUnknown) return;
+    if (step.kind == BroodInterval::FromClutch) {
+      if (hatch.Any()) AddFromHatch(step, hatch, scope, mortality);
+      return;
+    }
+    if (step.count == Missing) plan_.regular = false;
+    Fill(step.visit, By::Brood, Interval(step.interval, scope, mortality, 0, step.count));
+  }
+
+  void AddFromHatch(const PreparedVisits::BroodStep& step, Hatch& hatch, int scope, int mortality) {
+    if (hatch.spanned || hatch.interval < 0) {
+      plan_.regular = false;
+      return;
+    }
+    hatch.spanned = true;
+    Fill(step.visit, By::FromHatch, fromHatch_.Of(step.interval, scope, [&] {
+      const int random = Interval(step.interval, scope, mortality, 0, 0);
+      const int correlated = Interval(step.intervalCorrelated, scope, mortality, 0, 0);
+      plan_.fromHatch.push_back({hatch.interval, random, correlated});
+      return Size(plan_.fromHatch) - 1;
+    }));
+  }
+
+  /// The visits as they are judged: one after the other, each with its count before or, where it has no prediction,
+  /// with that of the last that has one.
+  void JudgeVisits() {
+    std::int64_t eggs = 0, juveniles = 0;
+    int n = 0;
+    std::vector<std::pair<Kind, int>> counted;
+    for (std::size_t v = 0; v < filled_.size(); ++v) {
+      const PreparedVisits::Judgement& judgement = prepared_.Judgements[v];
+      const bool filled = filled_[v].by != By::Nothing;
+      if (filled) n = judgement.countBefore;
+      if (n < 1) continue;
+      ++plan_.turns;
+      if (!filled) {
+        // Judged, with a probability of 1 that nobody counts, unless expectations of another visit lead it astray.
+        if (judgement.prediction == Kind::Spanning && HatchOf(judgement.brood).spanned) plan_.regular = false;
+        continue;
+      }
+      if (judgement.count < 0 || judgement.count > n || !Fits(judgement, filled_[v].by)) {
+        plan_.regular = false;
+        return;
+      }
+      counted.emplace_back(judgement.prediction, NumberOf(v, judgement, filled_[v].interval));
+      if (judgement.stageBefore == -1) eggs += n;
+      if (judgement.stageBefore == 1) juveniles += n;
+    }
+    if (eggs + juveniles > std::numeric_limits<std::int32_t>::max()) plan_.regular = false;
+    plan_.EggsAtRisk = static_cast<std::int32_t>(eggs);
+    plan_.JuvsAtRisk = static_cast<std::int32_t>(juveniles);
+
+    const int clutches = Size(plan_.clutchPredictions), broods = Size(plan_.broodPredictions);
+    plan_.counted.reserve(counted.size());
+    for (const auto& [kind, number] : counted)
+      plan_.counted.push_back(number + (kind == Kind::Clutch ? 0 : kind == Kind::Brood ? clutches : clutches + broods));
+  }
+
+  static bool Fits(const PreparedVisits::Judgement& judgement, By by) {
+    switch (judgement.prediction) {
+      case Kind::Clutch:
+        return by == (judgement.onHatchDay ? By::HatchDay : By::Clutch);
+      case Kind::Brood:
+        return by == By::Brood;
+      case Kind::Spanning:
+        return by == By::FromHatch;
+      default:
+        return false;
+    }
+  }
+
+  int NumberOf(std::size_t v, const PreparedVisits::Judgement& judgement, int interval) {
+    const std::int16_t n = judgement.countBefore, k = judgement.count;
+    if (judgement.prediction == Kind::Spanning) {
+      const auto add = [&] {
+        plan_.spanningPredictions.push_back({interval, Age(data_.VisitAge[v - 1]), n, k});
+        return Size(plan_.spanningPredictions) - 1;
+      };
+      if (!plan_.subject.broodsShareMortalities) return add();
+      // The preparation numbers distributions, whatever the count.
+      const auto key = (static_cast<std::uint64_t>(judgement.outcome) << 16) + static_cast<std::uint64_t>(k);
+      const auto [found, isNew] = spanning_.try_emplace(key);
+      if (isNew) found->second = add();
+      return found->second;
+    }
+    const bool clutch = judgement.prediction == Kind::Clutch;
+    auto& predictions = clutch ? plan_.clutchPredictions : plan_.broodPredictions;
+    return predictions_.Of(judgement.outcome, clutch ? 0 : ScopeOf(judgement.brood), [&] {
+      predictions.push_back({Judged(interval), Age(data_.VisitAge[v - 1]), n, k, distributions_.LogChoices(n, k)});
+      return Size(predictions) - 1;
+    });
+  }
+
+  int Judged(int interval) {
+    judged_.resize(plan_.N.size(), -1);
+    int& number = judged_[static_cast<std::size_t>(interval)];
+    if (number < 0) {
+      number = Size(plan_.judged);
+      plan_.judged.push_back(interval);
+    }
+    return number;
+  }
+
+  int Age(double age) {
+    const auto [found, isNew] = ages_.try_emplace(std::bit_cast<std::uint64_t>(age), Size(plan_.Ages));
+    if (isNew) plan_.Ages.push_back(age);
+    return found->second;
+  }
+
+  void NumberDistinctTimes() {
+    std::unordered_map<std::uint64_t, int> numbers;
+    for (const double time : plan_.Time) {
+      if (plan_.distinctTime.size() == plan_.clutchTimes) {
+        plan_.clutchDistinctTimes = plan_.DistinctTimes.size();
+        numbers.clear();
+      }
+      const auto [found, isNew] = numbers.try_emplace(std::bit_cast<std::uint64_t>(time), Size(plan_.DistinctTimes));
+      if (isNew) plan_.DistinctTimes.push_back(time);
+      plan_.distinctTime.push_back(found->second);
+    }
+    if (plan_.Time.size() == plan_.clutchTimes) plan_.clutchDistinctTimes = plan_.DistinctTimes.size();
+  }
+
+  const BroodData& data_;
+  const PreparedVisits& prepared_;
+  const CountDistributions& distributions_;
+  ObjectivePlan& plan_;
+  Numbers times_, intervals_, fromHatch_, mortalities_, predictions_;
+  std::vector<Filled> filled_;  // of each visit
+  std::vector<Hatch> hatches_;  // of each brood
+  std::vector<int> judged_;     // of each interval
+  std::unordered_map<std::uint64_t, int> spans_, spanning_, ages_;
+};
+
+}  // namespace
+
+ObjectivePlan::ObjectivePlan(const BroodData& data, const PreparedVisits& prepared,
+                             const CountDistributions& distributions, const Subject& planned)
+    : subject(planned) {
+  Planning(data, prepared, distributions, *this).Run();
+}
+
+}  // namespace merlane

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "data/brood_data.h"
+#include "model/count_distributions.h"
+#include "model/prepared_visits.h"
+
+namespace merlane {
+
+/// What has to be computed for the objective alone, without tables: each distinct mortality, time, interval and
+/// prediction once, in columns, and which prediction each visit that counts has. Found for the data, the ages at laying
+/// and fledging, and the knowledge whether broods share their mortalities; no other parameter changes it.
+///
+/// It tells the whole objective only where each entry of the tables is filled from one interval at most and all that is
+/// not filled is Missing. Data in which that is not so (clutches behind broods, several hatches of one brood, counts
+/// that rise) are not regular, and their objective is computed from the tables.
+struct ObjectivePlan {
+  /// What the plan is for.
+  struct Subject {
+    std::int16_t LayAge = 0, FledgeAge = 0;
+    bool broodsShareMortalities = true;
+    bool operator==(const Subject&) const = default;
+  };
+  ObjectivePlan(const BroodData& data, const PreparedVisits& prepared, const CountDistributions& distributions,
+                const Subject& subject);
+
+  Subject subject;
+  bool regular = true;
+
+  // Mortalities: ClutchByAge and ClutchByDate of PreparedVisits, then those of broods.
+  struct BroodMortalityOf {
+    int brood = 0;
+    bool byAge = true;
+    double EHatch = Missing;  // E[brood size@hatch] where it is known,
+    int hatch = -1;           // or the clutch interval that gives it
+  };
+  std::vector<BroodMortalityOf> broods;
+  bool clutchesByAge = false, clutchesByDate = false;  // whether any clutch has them
+  static constexpr int ClutchMortalities = 2;
+  int Mortalities() const { return ClutchMortalities + static_cast<int>(broods.size()); }
+
+  // Times, first those of clutches. The same time under several mortalities has one power where these share a shape.
+  std::vector<double> Time;  // days since laying or since hatch, or a date
+  std::vector<int> mortalityOfTime;
+  std::vector<int> distinctTime;      // its number among DistinctTimes
+  std::vector<double> DistinctTimes;  // likewise first those of clutches
+  std::size_t clutchTimes = 0, clutchDistinctTimes = 0;
+
+  // Spans between two times, first those of clutches, and the intervals in which so many individuals live through one.
+  std::vector<int> from, to;  // times of a span
+  std::vector<int> span;      // of an interval
+  std::vector<double> N;      // individuals at its start; of intervals from hatch what the evaluation finds
+  std::size_t clutchSpans = 0, clutchIntervals = 0;
+
+  /// Two intervals from hatch that begin with the survivors of a clutch interval, of one and of the other fate.
+  struct FromHatch {
+    int clutch = 0, random = 0, correlated = 0;
+  };
+  std::vector<FromHatch> fromHatch;
+
+  // Predictions, each kind for itself.
+  struct Prediction {
+    int judged = 0;  // its interval's number among those judged
+    int age = 0;     // at the visit before: its number among Ages
+    std::int16_t n = 0, k = 0;
+    double logChoices = 0;  // ln of the number of ways to choose k of n
+  };
+  std::vector<Prediction> clutchPredictions, broodPredictions;
+  std::vector<int> judged;  // intervals within one stage from which counts are predicted
+  struct SpanningPrediction {
+    int fromHatch = 0;
+    int age = 0;
+    std::int16_t n = 0, k = 0;
+  };
+  std::vector<SpanningPrediction> spanningPredictions;
+  std::vector<double> Ages;  // distinct ages at the visit before, for the overdispersion
+
+  /// The prediction of each visit that counts, in the order of visits: numbered through clutches, broods and spanning
+  /// ones.
+  std::vector<int> counted;
+  std::size_t Predictions() const {
+    return clutchPredictions.size() + broodPredictions.size() + spanningPredictions.size();
+  }
+
+  std::int32_t EggsAtRisk = 0, JuvsAtRisk = 0;
+  long turns = 0;  // visits at which the window system gets a turn
+};
+
+}  // namespace merlane
