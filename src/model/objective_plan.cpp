@@ -90,8 +90,9 @@ class Planning {
   int Interval(int prepared, int scope, int mortality, double start, double N) {
     return intervals_.Of(prepared, scope, [&] {
       const PreparedVisits::Interval interval = prepared_.Intervals[static_cast<std::size_t>(prepared)];
-      plan_.span.push_back(
-          Span(Time(interval.from, scope, mortality, start), Time(interval.to, scope, mortality, start), mortality));
+      const int from = Time(interval.from, scope, mortality, start);
+      const int to = Time(interval.to, scope, mortality, start);
+      plan_.span.push_back(Span(from, to, mortality));
       plan_.N.push_back(N);
       return Size(plan_.N) - 1;
     });

@@ -1,0 +1,55 @@
+#include "model/spanning_judge.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "model/distributions.h"
+#include "model/same_bits.h"
+#include "platform/random_streams.h"
+
+namespace merlane {
+namespace {
+
+/// Both mortalities in both stages, beta-binomial.
+Parameters BothMortalities() {
+  Parameters p;
+  p.CodeEggC = p.CodeJuvC = 2;
+  p.c_N = p.c_B = 0.5;
+  p.f_N = p.f_B = 0.1;
+  return p;
+}
+
+/// Whatever is left out, the sums of probabilities among it, would have had no effect.
+TEST(SpanningJudge, GivesTheBitsOfTheWholeDistributions) {
+  constexpr int MaxCount = 15;
+  const CountDistributions distributions(MaxCount);
+  KeptGammaLn logGamma;
+  SpanningJudge judge(distributions, logGamma, MaxCount);
+  const Parameters p = BothMortalities();
+  RandomStream random(2024, 1);
+  int judged = 0;
+  for (int i = 0; i < 2000; ++i) {
+    const int n = 1 + static_cast<int>(random.Uniform() * MaxCount);
+    const int k = static_cast<int>(random.Uniform() * (n + 1));
+    const double EHatch = n * random.Uniform();
+    const double EJuv = EHatch * random.Uniform();
+    const double thetaEggs = std::pow(10.0, -7 * random.Uniform());
+    const double thetaJuvs = std::pow(10.0, -7 * random.Uniform());
+    // The correlated fate of both stages alone has weight.
+    const SpanningJudge::Expected expected{EHatch, EHatch, {EJuv, EJuv, EJuv, EJuv}, 1, 1, thetaEggs, thetaJuvs};
+    const auto P = judge.Probability(p, expected, n, k, false);
+
+    std::vector<double> Pmf(static_cast<std::size_t>(n) + 1);
+    const bool accurate = Calc_Probs_and_Theta(2, n, thetaEggs, thetaJuvs, EHatch, EJuv, Pmf);
+    if (!accurate) EXPECT_FALSE(P.has_value()) << i << ": a warning is due";
+    if (!P) continue;
+    EXPECT_PRED2(SameBits, *P, Pmf[static_cast<std::size_t>(k)]) << i;
+    ++judged;
+  }
+  EXPECT_GT(judged, 1000);
+}
+
+}  // namespace
+}  // namespace merlane
