@@ -41,6 +41,12 @@ class ObjectivePass {
     Kind kind = Kind::Both;
     double f = 0;
   };
+  /// The logarithms that a span had last: its intervals have the same share but for the last bit.
+  struct KeptLogs {
+    double p = std::numeric_limits<double>::quiet_NaN();
+    BinomialLogs logs;
+  };
+
   bool Evaluate(const Parameters& parameters, bool BootstrapMode, bool testSums);
 
   bool SetClutchMortalities(const Parameters& parameters);
@@ -74,11 +80,6 @@ class ObjectivePass {
   std::vector<double> aliveR_, aliveC_, aliveAll_, PCorr_;  // of spans: the shares that live through
   std::vector<double> N_, OutR_, OutC_, OutAll_;            // of intervals
   std::vector<double> thetaEggs_, thetaJuvs_;
-  /// The logarithms that a span had last: its intervals have the same share but for the last bit.
-  struct KeptLogs {
-    double p = std::numeric_limits<double>::quiet_NaN();
-    BinomialLogs logs;
-  };
   std::vector<KeptLogs> keptLogsR_, keptLogsC_;
   std::vector<BinomialLogs> logsR_, logsC_;  // of the intervals judged
   std::vector<double> deviance_;
