@@ -31,7 +31,7 @@ void MakeFolder(const std::string& folder) {
 
 std::string Export(const Program& program, const std::string& what) {
   if (what == "parameters") return ParametersCsv(program.state.algorithm);
-  if (what == "visits") return VisitsCsv(program.model.data, program.model.likelihood.best);
+  if (what == "visits") return VisitsCsv(program.model.data, program.model.Evaluated().best);
   return FitJson(program.fit);
 }
 

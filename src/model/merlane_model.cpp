@@ -40,8 +40,13 @@ void MerlaneModel::Evaluate(ModelCall& call) {
                                 call.NF, call.K);
 }
 
-LikelihoodState& MerlaneModel::Evaluated() {
+const LikelihoodState& MerlaneModel::Evaluated() const {
   if (evaluator_) evaluator_->FillTables(likelihood_);
+  return likelihood_;
+}
+
+LikelihoodState& MerlaneModel::Evaluated() {
+  std::as_const(*this).Evaluated();
   return likelihood_;
 }
 

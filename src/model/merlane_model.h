@@ -31,6 +31,7 @@ class MerlaneModel {
   void operator()(ModelCall& call);
 
   /// What the evaluations have left behind, with all its tables.
+  const LikelihoodState& Evaluated() const;
   LikelihoodState& Evaluated();
 
   BroodData data;
@@ -45,7 +46,7 @@ class MerlaneModel {
     SurvivalEstimates estimates;
     Simulation simulation;
   };
-  Kept Keep() { return {data, Evaluated(), estimates, simulation}; }
+  Kept Keep() const { return {data, Evaluated(), estimates, simulation}; }
   void PutBack(Kept kept);
 
   // What dialogues do for the model.
@@ -67,8 +68,9 @@ class MerlaneModel {
   RunState& state_;
   const std::function<Initialisation()> choices_;
   EvaluationSetting setting_;
-  LikelihoodState likelihood_;
-  std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
+  // Mutable, since tables that are owed are filled for whoever looks first.
+  mutable LikelihoodState likelihood_;
+  mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };
 
 }  // namespace merlane

@@ -138,7 +138,7 @@ bool Program::OneFunctionWasCalled() {
 }
 
 void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) {
-  const LikelihoodState& likelihood = model.likelihood;
+  const LikelihoodState& likelihood = model.Evaluated();
   const auto free = std::ranges::count_if(state.algorithm.Step, [](double step) { return step != 0; });
   fit = {.basis = objective.Present(),
          .minimisation = std::move(minimisation),

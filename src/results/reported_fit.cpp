@@ -5,7 +5,7 @@
 namespace merlane {
 
 ReportedFit::Fit ReportedFit::Present() const {
-  return {objective_.Present(), model_.likelihood.best.Value, model_.estimates.estimated, model_.simulation.simulated};
+  return {objective_.Present(), model_.Evaluated().best.Value, model_.estimates.estimated, model_.simulation.simulated};
 }
 
 std::string ReportedFit::Changes(const Fit& now) const {

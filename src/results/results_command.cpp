@@ -41,7 +41,7 @@ void ResultsCommand::WriteResults(ModelCall& call) {
                                .PriorFileName = state_.flags.PriorFileName};
   impossible_.clear();
   const std::int32_t randomisations = AskForRandomisations();
-  const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.likelihood.best, watch_);
+  const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.Evaluated().best, watch_);
   std::string text = ResultsHead(subject, sizes) + ResultsRules() + ResultsParameters(subject);
   text += JudgeFit(randomisations);
   EstimateSurvival();
@@ -67,7 +67,7 @@ std::int32_t ResultsCommand::AskForRandomisations() {
 }
 
 std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
-  LikelihoodState& fitted = model_.likelihood;
+  LikelihoodState& fitted = model_.Evaluated();
   if (fitted.EggsAtRisk == 0 && fitted.JuvsAtRisk == 0) return "";
   state_.flags.AbortRun = false;
   abort_.Open("Abort randomizations?");

@@ -442,7 +442,7 @@ struct RunAsItStands {
         expected(p.model.Evaluated().best.survival.EVisit),
         deviances(p.model.Evaluated().best.VisitDeviance),
         fledging(p.model.estimates.FledgeFrom),
-        best(p.model.likelihood.best.Value),
+        best(p.model.Evaluated().best.Value),
         flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode),
         resumes(p.simplex.ResumesAt(p.objective.Present())) {}
   bool operator==(const RunAsItStands&) const = default;

@@ -134,7 +134,7 @@ TEST_F(OtherBasisTest, FiguresOfAFitStayThoseOfItsMoment) {
   EXPECT_GT(before.juvenilesAtRisk, 0);
   state.algorithm.Step.Fill(0);
   state.free.NFREE = 0;
-  program.model.likelihood.JuvsAtRisk = 0;
+  program.model.Evaluated().JuvsAtRisk = 0;
   EXPECT_EQ(program.fit.freeParameters, 2);
   EXPECT_EQ(program.fit.juvenilesAtRisk, before.juvenilesAtRisk);
 }

@@ -131,7 +131,7 @@ TEST_F(ResultsTest, ImpossibleVisitIsToldWithItsBroodAndStepAndTheRestIsGiven) {
   Ready("juveniles_only");
   // A count so improbable that its probability is 0, behind the evaluation that the summary makes.
   windows.onStatus = [this](const test::ScriptedWindows::Status& shown) {
-    if (shown.text.empty()) program.model.likelihood.best.VisitDeviance[1] = 2000;
+    if (shown.text.empty()) program.model.Evaluated().best.VisitDeviance[1] = 2000;
   };
   Summary("2", Answer::Yes);
   const std::string line = "    brood C00001 of 1995, visit 2: Pearson deviate (division by zero)";
