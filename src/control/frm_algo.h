@@ -1,35 +1,16 @@
 #pragma once
 
-#include <array>
 #include <functional>
-#include <optional>
 #include <string>
 
+#include "control/edit_marks.h"
 #include "control/frm_main.h"
 #include "control/log_file.h"
+#include "control/parameter_table.h"
 #include "control/run_state.h"
 #include "forms/form.h"
 
 namespace merlane {
-
-/// What the editor of the algorithm data can offer.
-enum class EditItem { Values = 1, Steps, Fuses, Tolerance, MaxCalls, TerminalFreq, FileFreq, Log, StepReduction };
-
-/// The nine edit marks, one for each EditItem: true is locked.
-struct EditMarks {
-  std::array<bool, 9> locked{};
-  bool Offered(EditItem item) const { return !locked[static_cast<std::size_t>(item) - 1]; }
-};
-
-/// Everything is offered.
-inline constexpr EditMarks EditEverything{};
-/// Values and steps alone: for the commands that need no more before they start.
-inline constexpr EditMarks EditValuesAndSteps{{false, false, true, true, true, true, true, true, true}};
-/// Everything but the log, which is opened and closed from the main menu's editor alone.
-inline constexpr EditMarks EditAllButLog{{false, false, false, false, false, false, true, true, false}};
-
-/// A change of a value or step by less than this is none.
-inline constexpr double EditThreshold = 1E-10;
 
 /// The editor of the algorithm data: a table of all parameters and the options of the minimisers. Changes go straight
 /// into the record; there is no undo, and closing the form keeps them.
@@ -48,8 +29,6 @@ class FrmAlgo : public Form {
 
   /// The quit dialogue, for the form's own "Exit".
   std::function<void()> onExit;
-  /// Opens the companion that edits all values.
-  std::function<void()> onEditAllValues;
 
   // For the companion that edits all values.
   const EditMarks& Marks() const { return marks_; }
@@ -57,18 +36,6 @@ class FrmAlgo : public Form {
   void ShowName();
   /// Asks for StepFraction.
   void ChangeFraction();
-  /// Makes every fuse "~~".
-  void UnfuseAll();
-  /// Asks for a number until one is typed; none when cancelled.
-  std::optional<double> AskNumber(const std::string& boxTitle, const std::string& prompt, double current) const;
-  /// Asks for a new number for one parameter after the other, those that `edited` says, until it is cancelled; one that
-  /// differs is stored. The row of the parameter that is asked for is coloured.
-  void Walk(const std::string& boxTitle, const std::string& prompt, const Array1<double>& numbers,
-            const std::function<bool(int parameter)>& edited,
-            const std::function<void(int parameter, double number)>& store);
-  /// Shows the value, or the step, of a parameter as it now is, in the colour of a changed cell.
-  void ShowChangedValue(int parameter);
-  void ShowChangedStep(int parameter);
 
   MenuEntry mnuApplication{*this, "mnuApplication", "&Application"};
   MenuEntry mnuExit{*this, "mnuExit", "E&xit", &mnuApplication};
@@ -83,6 +50,7 @@ class FrmAlgo : public Form {
   /// One row per parameter below the headings; the columns are number, value, step, fuse and description. The entry box
   /// that a host lays over a double-clicked cell is `txtValue` of the user's manual.
   Grid grdVS{*this, "grdVS"};
+  ParameterTable table;
   Label lblNote1{*this, "lblNote1", "Note 1: A step size of zero freezes the value of the corresponding parameter"};
   Label lblNote2{*this, "lblNote2",
                  "Note 2: Alphabetically fused parameters are co-estimated.  Only the parameter of lowest ordinal rank "
@@ -114,54 +82,13 @@ class FrmAlgo : public Form {
   void OnUnload() override;
 
  private:
-  enum Column { Number, Value, Step, Fuse, Description, ColumnCount };
-
-  /// A cell under the entry box, and how it looked before.
-  struct Entry {
-    int row;
-    int column;
-    Grid::Cell before;
-  };
-
-  /// Colours the row of a parameter, scrolled into view, while a box asks for it; then the colours return.
-  class RowMark {
-   public:
-    RowMark(FrmAlgo& editor, int row);
-    ~RowMark();
-    RowMark(const RowMark&) = delete;
-    RowMark& operator=(const RowMark&) = delete;
-
-   private:
-    Grid& grid_;
-    int row_;
-    std::vector<Grid::Cell> before_;
-  };
-
   void Open(const EditMarks& marks, bool fromMenu);
   /// A command of the editor, which takes over first what stands in the entry box.
   std::function<void()> Command(std::function<void()> command);
 
   AlgorithmData& Data() { return state_.algorithm; }
   bool Offered(EditItem item) const { return marks_.Offered(item); }
-  bool Editable(int row, int column) const;
 
-  // The table.
-  void FillGrid();
-  void ShowFuse(int row, Colour colour);
-  void Show(int row, int column, const std::string& text, Colour colour);
-  void DoubleClick(int row, int column);
-  void EditColumn(int column);
-  void BeginEntry(int row, int column);
-  void LeaveEntry(const std::string& text);
-  void LeaveEntry();
-  void EnterValue(const Entry& entry, const std::string& text);
-  void EnterStep(const Entry& entry, const std::string& text);
-  void EnterFuse(const Entry& entry, const std::string& text);
-  void EditAllSteps();
-  void EditAllFuses();
-  std::optional<std::string> AskFuse(int parameter);
-
-  // The options.
   void OfferOptions();
   void ShowOptions();
   void ChangeTolerance();
@@ -175,7 +102,6 @@ class FrmAlgo : public Form {
   LogFile& log_;
   EditMarks marks_;
   bool EditorFromMenu_ = false;
-  std::optional<Entry> entry_;
 };
 
 }  // namespace merlane

@@ -13,7 +13,7 @@ FrmEditVS::FrmEditVS(Desk& d, RunState& state, FrmAlgo& editor)
     const double fraction = editor_.StepFraction;
     return value == 0 ? fraction : Checked(fraction * value);
   };
-  editor_.onEditAllValues = [this] { desk.Show(*this); };
+  editor_.table.onEditAllValues = [this] { desk.Show(*this); };
   cmdFree.onClick = [this, step] {
     Save();
     EditValues(Walked::FreeParameters, "Edit free parameter values", step);
@@ -25,7 +25,7 @@ FrmEditVS::FrmEditVS(Desk& d, RunState& state, FrmAlgo& editor)
   };
   cmdNoProp.onClick = [this] { EditValues(Walked::AllParameters, "Edit a parameter value", {}); };
   Change_Fraction.onClick = [this] { editor_.ChangeFraction(); };
-  cmdUnFuse.onClick = [this] { editor_.UnfuseAll(); };
+  cmdUnFuse.onClick = [this] { editor_.table.UnfuseAll(); };
 }
 
 void FrmEditVS::OnLoad() {
@@ -45,16 +45,16 @@ void FrmEditVS::Save() {
 void FrmEditVS::EditValues(Walked walked, const std::string& boxTitle,
                            const std::function<double(double value)>& stepOf) {
   AlgorithmData& a = state_.algorithm;
-  editor_.Walk(
+  editor_.table.Walk(
       boxTitle, "Enter the new value of parameter #", a.Value,
       [&](int i) { return walked == Walked::AllParameters || a.Step(i) != 0; },
       [&](int i, double value) {
         if (stepOf) {
           a.Step(i) = stepOf(value);
-          editor_.ShowChangedStep(i);
+          editor_.table.ShowChangedStep(i);
         }
         a.Value(i) = value;
-        editor_.ShowChangedValue(i);
+        editor_.table.ShowChangedValue(i);
       });
 }
 
