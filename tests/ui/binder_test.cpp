@@ -3,14 +3,12 @@
 
 #include <chrono>
 
-#include "control/frm_main.h"
 #include "control/frm_menu.h"
-#include "platform/freexl_workbooks.h"
 #include "ui/form_window.h"
 #include "ui/hand.h"
 #include "ui/main_window.h"
 #include "ui/paint_drawing.h"
-#include "ui/qt_host.h"
+#include "ui/qt_desk.h"
 #include "ui/questions.h"
 
 namespace merlane {
@@ -66,13 +64,7 @@ class FrmDemo : public Form {
   std::vector<std::string> log;
 };
 
-struct BinderTest : ::testing::Test {
-  SystemClock clock;
-  RandomStreams random{clock};
-  FreexlWorkbooks workbooks;
-  QtHost host;
-  Desk desk{{host, clock, random, workbooks}};
-  FrmMain main{desk};
+struct BinderTest : ::testing::Test, test::QtDesk {
   FrmDemo demo{desk};
   Windows windows{desk};
   test::Hand hand{windows};

@@ -3,28 +3,20 @@
 
 #include <cmath>
 
-#include "control/frm_main.h"
-#include "platform/freexl_workbooks.h"
 #include "plots/frm_bivar_plot.h"
 #include "plots/frm_dist_plot.h"
 #include "plots/frm_xy_plot.h"
 #include "ui/hand.h"
 #include "ui/main_window.h"
 #include "ui/paint_drawing.h"
-#include "ui/qt_host.h"
+#include "ui/qt_desk.h"
 
 namespace merlane {
 namespace {
 
 double Bell(double x) { return std::exp(-x * x / 2); }
 
-struct PlotWindowsTest : testing::Test {
-  SystemClock clock;
-  RandomStreams random{clock};
-  FreexlWorkbooks workbooks;
-  QtHost host;
-  Desk desk{{host, clock, random, workbooks}};
-  FrmMain main{desk};
+struct PlotWindowsTest : ::testing::Test, test::QtDesk {
   FrmXyPlot xy{desk};
   FrmDistPlot dist{desk};
   FrmBivarPlot bivar{desk};

@@ -5,10 +5,9 @@
 
 #include <chrono>
 
-#include "control/frm_main.h"
-#include "platform/freexl_workbooks.h"
 #include "ui/hand.h"
 #include "ui/main_window.h"
+#include "ui/qt_desk.h"
 #include "ui/questions.h"
 
 namespace merlane {
@@ -50,13 +49,7 @@ class FrmLong : public Form {
   int othersPressed = 0;
 };
 
-struct QtHostTest : ::testing::Test {
-  SystemClock clock;
-  RandomStreams random{clock};
-  FreexlWorkbooks workbooks;
-  QtHost host;
-  Desk desk{{host, clock, random, workbooks}};
-  FrmMain main{desk};
+struct QtHostTest : ::testing::Test, test::QtDesk {
   FrmLong form{desk};
   Windows windows{desk};
   test::Hand hand{windows};
