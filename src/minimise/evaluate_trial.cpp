@@ -1,5 +1,6 @@
 #include "minimise/evaluate_trial.h"
 
+#include <limits>
 #include <string>
 
 #include "base/arithmetic.h"
@@ -23,7 +24,9 @@ double TrialEvaluator::OrUnevaluated(const Evaluation& evaluate) {
 template <class Evaluation>
 double TrialEvaluator::OrNoStart(const Evaluation& evaluate) {
   try {
-    return evaluate();
+    const double F = evaluate();
+    if (F >= UnevaluatedF) unevaluatedF_ = std::numeric_limits<double>::max();
+    return F;
   } catch (const ArithmeticFailure& failure) {
     throw ArithmeticFailure(std::string("the starting point cannot be evaluated: ") + failure.what());
   }
@@ -47,7 +50,7 @@ double TrialEvaluator::EvaluateStart(Array1<double>& vector, std::int32_t code) 
 
 double TrialEvaluator::Unevaluated() {
   ++unevaluated;
-  return UnevaluatedF;
+  return unevaluatedF_;
 }
 
 double TrialEvaluator::At(const Array1<double>& trial) {

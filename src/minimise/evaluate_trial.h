@@ -5,7 +5,8 @@
 
 namespace merlane {
 
-/// What a trial point counts as where the objective cannot be evaluated, so that a search turns away from it.
+/// What a trial point counts as where the objective cannot be evaluated, so that a search turns away from it; of a run
+/// whose start is no better than that, the largest number.
 inline constexpr double UnevaluatedF = 1E+30;
 
 /// Overwrites the free parameters of a full vector (1..NPAR) with `trial` (1..NFREE).
@@ -42,7 +43,7 @@ class TrialEvaluator {
   template <class Evaluation>
   double OrUnevaluated(const Evaluation& evaluate);
   template <class Evaluation>
-  static double OrNoStart(const Evaluation& evaluate);
+  double OrNoStart(const Evaluation& evaluate);
 
   double At(const Array1<double>& trial);
   double At(Array1<double>& vector, std::int32_t code);
@@ -50,6 +51,7 @@ class TrialEvaluator {
   const RunState& state_;
   Objective& objective_;
   Array1<double> TrialVector_;
+  double unevaluatedF_ = UnevaluatedF;
 };
 
 }  // namespace merlane

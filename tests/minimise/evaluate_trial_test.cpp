@@ -106,6 +106,14 @@ TEST(EvaluateTrial, AStartingPointThatCannotBeEvaluatedIsTold) {
   EXPECT_EQ(evaluator.unevaluated, 0);
 }
 
+TEST(EvaluateTrial, APointThatCannotBeEvaluatedIsWorseThanAnyStart) {
+  FunctionRun run({1}, [](Array1<double>& x) { return 1E+39 * Divide(1, x(1)); });
+  run.Pack();
+  TrialEvaluator evaluator(run.state, run.objective);
+  const double start = evaluator.EvaluateStart({4});
+  EXPECT_GT(evaluator.EvaluateTrial({0}), start);
+}
+
 TEST(EvaluateTrial, AFailureThatNoOtherPointCanMendIsPassedOn) {
   FunctionRun run({1}, [](Array1<double>&) -> double { throw RuntimeFailure("the file is gone"); });
   run.Pack();
