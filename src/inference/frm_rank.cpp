@@ -21,8 +21,8 @@
 namespace merlane {
 namespace {
 
-constexpr int OrderColumn = 0, DeltaColumn = 4, WeightColumn = 5, CovarianceColumn = 7, NotesColumn = 9,
-              ColumnCount = 10;
+constexpr int OrderColumn = 0, NegLnLColumn = 1, CriterionColumn = 3, DeltaColumn = 4, WeightColumn = 5,
+              CovarianceColumn = 7, NotesColumn = 9, ColumnCount = 10;
 constexpr const char* Random = "Random";
 constexpr const char* Ranked = "Ranked";
 constexpr const char* Figure = "0.0000E+00";
@@ -189,27 +189,51 @@ void FrmRank::AddModel() {
   grdRank.Resize(position + 1, ColumnCount);
   ForgetAveraging();
   cmdAverage.enabled = false;
-  const double F = EvaluateModel();
+  EvaluateModel(ranking_.entered.back());
   // Also behind a first model that failed before it could ask.
   if (position == 1 || state_.flags.ObjectiveConstant == 0) AskConstant();
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model)) return;
   CountParameters(model);
-  model.RankNegLnL = Divide(F, state_.flags.ObjectiveConstant);
-  ranking_.SetCriteria(model, state_.flags.SampleSize);
+  ranking_.Scale(model, state_.flags.ObjectiveConstant);
   ranking_.VoidWeights();
   WriteRow(position, model, model.RankOrder);
   for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
   Unrank(Colour::LightRed);
+  ScaleEarlierModels();
 }
 
-double FrmRank::EvaluateModel() {
+void FrmRank::ScaleEarlierModels() {
+  const double constant = state_.flags.ObjectiveConstant;
+  if (!ranking_.ScaleAll(constant)) return;
+  for (int position = 1; position < ranking_.ModelCount(); ++position) {
+    const Competitor& model = ranking_.entered[static_cast<std::size_t>(position) - 1];
+    if (model.constant == 0) continue;  // half done
+    grdRank.At(position, NegLnLColumn).text = Format(model.RankNegLnL, Figure);
+    grdRank.At(position, CriterionColumn).text = Format(ranking_.Criterion(model), Figure);
+  }
+  desk.Tell("Another constant",
+            fmt::format("The constant {} has been entered since models were added: their -ln[L] and what is calculated "
+                        "from it now stand on its scale, too",
+                        Shortest(1 / constant)),
+            style::Information);
+}
+
+void FrmRank::EvaluateModel(Competitor& model) {
   main_.ShowProgress("One moment please while one function is executed...");
   BuildFuseGroups(state_);
   PackFree(state_);
-  const double F = objective_(state_.algorithm.Value, 1);
+  Array1<double>& Value = state_.algorithm.Value;
+  ApplyFuses(Value, state_);
+  model.objective = objective_.Call(Value, 1);
+  model.sampleSize = state_.flags.SampleSize;
+  // While no constant has been entered a prior counts for nothing.
+  double& constant = state_.flags.ObjectiveConstant;
+  if (state_.flags.BayesOn && constant != 0) {
+    const auto asNegLnL = Meanwhile(constant, 1.0);
+    model.prior = objective_.priorTerm(Value);
+  }
   main_.ShowProgress("");
-  return F;
 }
 
 bool FrmRank::NameFiles(Competitor& model) const {
@@ -248,7 +272,7 @@ void FrmRank::SetCHat() {
     if (!reply) return;
     cHat = reply->empty() ? 1 : LenientNumber(*reply);
   } while (cHat < 1);
-  ranking_.Correct(cHat, state_.flags.SampleSize);
+  ranking_.Correct(cHat);
   txtCHat.text = "C-hat: " + Format(cHat, "0.000");
   txtCHat.fore = ranking_.ByQAICc() ? Colour::Blue : Colour::Green;
   NameColumns();

@@ -49,9 +49,11 @@ class FrmRank : public Form {
 
  private:
   void AddModel();
-  /// -ln[L] of the present algorithm data, before the constant.
-  double EvaluateModel();
+  /// Evaluates the present algorithm data.
+  void EvaluateModel(Competitor& model);
   void AskConstant();
+  /// When another constant has been entered since they were added, brings all models to its scale, and says so.
+  void ScaleEarlierModels();
   /// Names the model's three files; false when the algorithm file has no folder.
   bool NameFiles(Competitor& model) const;
   void CountParameters(Competitor& model) const;

@@ -1,5 +1,6 @@
 #include "inference/ranking.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/arithmetic.h"
@@ -34,8 +35,26 @@ void Ranking::Add() {
   entered.emplace_back().RankOrder = lastEntry_ = entry;
 }
 
-void Ranking::SetCriteria(Competitor& model, std::int32_t n) const {
-  const double K = model.RankK;
+void Ranking::Scale(Competitor& model, double constant) const {
+  model.RankNegLnL = Divide(model.objective + constant * model.prior, constant);
+  model.constant = constant;
+  SetCriteria(model);
+}
+
+bool Ranking::ScaleAll(double constant) {
+  const auto other = [constant](const Competitor& model) { return model.constant != 0 && model.constant != constant; };
+  if (std::ranges::none_of(entered, other)) return false;
+  Ranking scaled = *this;
+  for (std::vector<Competitor>* models : {&scaled.entered, &scaled.ranked})
+    for (Competitor& model : *models)
+      if (other(model)) Scale(model, constant);
+  scaled.VoidWeights();
+  *this = std::move(scaled);
+  return true;
+}
+
+void Ranking::SetCriteria(Competitor& model) const {
+  const double K = model.RankK, n = model.sampleSize;
   const double size = Divide(2 * K * n, n - K - 1);
   model.RankAICc = size + 2 * model.RankNegLnL;
   if (ByQAICc()) model.RankQAICc = size + (2 * model.RankNegLnL) / CHat;
@@ -49,10 +68,10 @@ void Ranking::VoidWeights() {
     }
 }
 
-void Ranking::Correct(double cHat, std::int32_t n) {
+void Ranking::Correct(double cHat) {
   Ranking corrected = *this;
   corrected.CHat = cHat;
-  for (Competitor& model : corrected.entered) corrected.SetCriteria(model, n);
+  for (Competitor& model : corrected.entered) corrected.SetCriteria(model);
   corrected.VoidWeights();
   *this = std::move(corrected);
 }

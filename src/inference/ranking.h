@@ -32,6 +32,10 @@ struct Competitor {
   std::string folder;        // where the algorithm file lies, with its last separator
   Array1<double> Value;      // the estimates that were evaluated
   std::vector<int> counted;  // numbers of the parameters that K counts
+  double objective = 0;      // there, without the prior term
+  double prior = 0;          // -ln of the prior densities there; 0 when no prior counts
+  double constant = 0;       // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
+  std::int32_t sampleSize = 0;
 
   bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
 };
@@ -57,14 +61,19 @@ class Ranking {
 
   /// Adds an empty model at the end. Its entry number is one that no model has had, also none that was deleted.
   void Add();
-  /// Computes the criteria of the mode in force from -ln[L], K and the sample size n. RuntimeFailure when n - K - 1 is
-  /// 0.
-  void SetCriteria(Competitor& model, std::int32_t n) const;
+  /// Computes -ln[L] from the objective and the prior on the scale of this constant, and the criteria. RuntimeFailure
+  /// when n - K - 1 is 0 for the sample size n.
+  void Scale(Competitor& model, double constant) const;
+  /// Computes the criteria of the mode in force from -ln[L], K and the sample size. RuntimeFailure likewise.
+  void SetCriteria(Competitor& model) const;
+  /// Brings all models to the scale of this constant; differences and weights are then undefined. True when there was
+  /// one under another constant. RuntimeFailure, with nothing changed, when n - K - 1 is 0 for one of them.
+  bool ScaleAll(double constant);
   /// Makes the differences and weights of all models undefined, in both orders: AICc's, and QAICc's in its mode.
   void VoidWeights();
   /// Takes another CHat: recomputes the criteria of all models and makes differences and weights undefined.
   /// RuntimeFailure, with nothing changed, when n - K - 1 is 0 for one of them.
-  void Correct(double cHat, std::int32_t n);
+  void Correct(double cHat);
   /// Ranks by ascending criterion, ties by order of entry, into `ranked`; the entered models take the ranked order.
   /// RuntimeFailure, with nothing changed, when a criterion is not positive.
   void Rank();

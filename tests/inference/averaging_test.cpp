@@ -70,7 +70,8 @@ TEST(AverageModels, AveragesTheFirstCoefficientOfTheCementData) {
     Competitor& model = ranking.entered.back();
     model.RankNegLnL = n / 2.0 * std::log(one.meanSquare);
     model.RankK = static_cast<std::int16_t>(one.K);
-    ranking.SetCriteria(model, n);
+    model.sampleSize = n;
+    ranking.SetCriteria(model);
     files.push_back(File({one.estimate}, {{1, {one.error, one.error, one.error}}}));
   }
   ranking.Rank();

@@ -199,6 +199,24 @@ TEST_F(FrmRankTest, PriorTermOfTheFirstModelIsZeroWhileNoConstantIsKnown) {
   EXPECT_EQ(form.Models().entered[1].RankNegLnL, 50);
 }
 
+TEST_F(FrmRankTest, AConstantEnteredBetweenTwoModelsBringsTheFirstToItsScaleAndIsTold) {
+  Add("first.alg", 40, 3);
+  state.flags.ObjectiveConstant = 4;  // as the editor of the priors sets it
+  Add("second.alg", 60, 3);
+  EXPECT_THAT(Column(1), ElementsAre("2.0000E+01", "3.0000E+01"));
+  EXPECT_EQ(Text(1, 3), Format(form.Models().entered[0].RankAICc, "0.0000E+00"));
+  EXPECT_EQ(windows.messages.back().title, "Another constant");
+  EXPECT_THAT(windows.LastText(), HasSubstr("The constant 0.25 has been entered"));
+}
+
+TEST_F(FrmRankTest, TheFirstModelsPriorIsOnTheScaleOfTheConstantThatIsEnteredForIt) {
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 8;
+  objective.priorTerm = [this](const Array1<double>&) { return 10 * state.flags.ObjectiveConstant; };
+  Add("first.alg", 40, 3);
+  EXPECT_EQ(form.Models().entered[0].RankNegLnL, 50);
+}
+
 TEST_F(FrmRankTest, FileWithoutAFolderEndsTheCommandWithItsRowAdded) {
   Present("", 40, 3);
   state.algorithm.AlgName = "06011030.alg";

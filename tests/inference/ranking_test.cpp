@@ -14,7 +14,8 @@ void AddModel(Ranking& ranking, const std::string& file, double negLnL, int K, i
   model.RankCovFile = NoCovarianceFile;
   model.RankNegLnL = negLnL;
   model.RankK = static_cast<std::int16_t>(K);
-  ranking.SetCriteria(model, n);
+  model.sampleSize = n;
+  ranking.SetCriteria(model);
   ranking.VoidWeights();
 }
 
@@ -163,10 +164,40 @@ TEST(Ranking, CHatThatMeetsNoDegreesOfFreedomFailsAndChangesNothing) {
   AddModel(ranking, "b", 51, 2, 4);
   ranking.entered[1].RankK = 3;
   ranking.Rank();
-  EXPECT_THROW(ranking.Correct(2, 4), RuntimeFailure);
+  EXPECT_THROW(ranking.Correct(2), RuntimeFailure);
   EXPECT_EQ(ranking.CHat, 1);
   EXPECT_EQ(ranking.entered[0].RankQAICc, 0);
   EXPECT_TRUE(ranking.ranked[0].RankAICWt);
+}
+
+TEST(Ranking, AnotherConstantBringsAllModelsToItsScaleWithThePriorAsItIs) {
+  Ranking ranking;
+  for (const double objective : {80, 90}) {
+    ranking.Add();
+    Competitor& model = ranking.entered.back();
+    model.objective = objective;
+    model.prior = 5;
+    model.sampleSize = 100;
+    ranking.Scale(model, 2);
+  }
+  EXPECT_EQ(ranking.entered[0].RankNegLnL, 45);
+  ranking.Rank();
+  EXPECT_FALSE(ranking.ScaleAll(2));
+  EXPECT_TRUE(ranking.ranked[0].RankAICWt);
+  EXPECT_TRUE(ranking.ScaleAll(4));
+  EXPECT_EQ(ranking.entered[0].RankNegLnL, 25);
+  EXPECT_EQ(ranking.entered[1].RankAICc, 2 * 27.5);
+  EXPECT_EQ(ranking.ranked[1].RankNegLnL, 27.5);
+  EXPECT_FALSE(ranking.ranked[0].RankAICWt);
+}
+
+TEST(Ranking, CHatLeavesEachModelItsOwnSampleSize) {
+  Ranking ranking;
+  AddModel(ranking, "a", 50, 3, 100);
+  AddModel(ranking, "b", 50, 3, 200);
+  ranking.Correct(2);
+  EXPECT_EQ(ranking.entered[0].RankQAICc, 2.0 * 3 * 100 / (100 - 3 - 1) + 50);
+  EXPECT_EQ(ranking.entered[1].RankQAICc, 2.0 * 3 * 200 / (200 - 3 - 1) + 50);
 }
 
 TEST(MultiModelFile, NamesTooLongForTheirFieldKeepTheirFirstCharacters) {
