@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "control/fuses.h"
 #include "control/nothing_to_do.h"
 #include "control/objective_constant.h"
 #include "uncertainty/time_left.h"
@@ -122,11 +123,16 @@ bool CovarianceDialogue::CalculateCovariances() {
   data_.OpenForCalculation();
   main_.stbMain5.Set(1, analytical ? "One moment please while one function call is executed" : "One moment please...");
   desk_.Turn();
+  BuildFuseGroups(state_);
+  const double constantBefore = state_.flags.ObjectiveConstant;
   Covariances calculated = PrepareCovariances(*options, state_, objective_);
   if (!SetObjectiveConstant(desk_, main_, state_, calculated.CovF0)) {
     desk_.Unload(data_);
     return false;
   }
+  // Under another constant priors weigh otherwise, at the base point as on the grids; without one they did not count.
+  if (state_.flags.BayesOn && constantBefore != 0 && constantBefore != state_.flags.ObjectiveConstant)
+    calculated = PrepareCovariances(*options, state_, objective_);
   const bool optimistic = AskOptimistic();
   if (analytical) main_.stbMain5.Set(1, "Calculating covariances, one moment please...");
   Progress progress(desk_, main_, data_);

@@ -315,6 +315,18 @@ TEST_F(CovarianceDialogueTest, ObjectiveIsCalledBeforeTheConstantIsAsked) {
   Run();
 }
 
+TEST_F(CovarianceDialogueTest, AnotherConstantWeighsThePriorAtTheBasePointAsOnTheGrids) {
+  t.state.flags.BayesOn = true;
+  t.objective.priorTerm = [this](const Array1<double>& v) {
+    return t.state.flags.ObjectiveConstant * (7 + v(1) * v(1));
+  };
+  t.state.flags.ObjectiveConstant = 8;  // of the editor of the priors
+  RunNumerically();
+  EXPECT_EQ(covariances.CovF0, 10 + 2 * 7);
+  const double curvature = (4 + 2 * 1) / 2.0 * 2;  // of -ln[L]
+  EXPECT_NEAR(covariances.grid(2).standardErrors(1), std::sqrt(1 / curvature), 1e-6);
+}
+
 TEST_F(CovarianceDialogueTest, TimeRemainingIsForAllThreeGrids) {
   t.function = [this](const Array1<double>& v) {
     host.clock.now.second += 5;
