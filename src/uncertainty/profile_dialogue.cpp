@@ -66,6 +66,14 @@ class ProfileDialogue::Progress : public ProfileWatch {
     p_.desk.Turn();
   }
 
+  void OnUnevaluated(int points, const std::string& why) override {
+    p_.desk.Tell(Words.title,
+                 fmt::format("{} of {} points could not be evaluated and count as impossible, with a -ln[L] of 1E+20. "
+                             "The first of them:\r\n{}",
+                             points, setup_.ProfilePoints, why),
+                 style::Exclamation);
+  }
+
  private:
   ProfileDialogue& dialogue_;
   EvaluationParts& p_;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "base/arithmetic_failure.h"
 #include "base/text.h"
 #include "platform/files.h"
 #include "uncertainty/evaluation_forms.h"
@@ -671,16 +672,48 @@ TEST_F(ProfileDialogueTest, AnInterruptInsideMarquardtCanQuitTheProcedure) {
 
 TEST_F(ProfileDialogueTest, AFailureOfTheModelGivesTheParameterBack) {
   FreezeTheOther();
-  run.function = [](Array1<double>& v) { return v(1) > 3 ? std::nan("") : 1.0; };
+  run.function = [](Array1<double>&) { return std::nan(""); };
   AnswerUpToMinimiser("1", "5");
   windows.Yes(Title);
   Edit();
   windows.ExpectFailure("overflow");
   Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.messages.back().title, "A friendly reminder") << "the table was open all the same";
   EXPECT_EQ(algorithm.Value(1), 3);
   EXPECT_EQ(algorithm.Step(1), 0.25);
   EXPECT_FALSE(state.profile.ProfileOn);
   EXPECT_TRUE(frmMenu.Visible());
+}
+
+TEST_F(ProfileDialogueTest, TheReminderComesAfterAFailureTooIfTheTableWasOpen) {
+  windows.Yes(Title);
+  windows.Enter("1e999", "Enter constant");
+  windows.ExpectFailure("1e999");
+  Choose(frmParEvals.cmdML);
+  EXPECT_THAT(windows.Titles(), Not(Contains("A friendly reminder")));
+
+  AnswerUpToMinimiser("1", "5");
+  windows.Yes(Title);
+  Edit([this] { algorithm.Value(2) = 1e200; });
+  windows.ExpectFailure("the starting point cannot be evaluated");
+  Choose(frmParEvals.cmdML);
+  EXPECT_EQ(windows.messages.back().title, "A friendly reminder");
+  EXPECT_EQ(windows.messages.back().text, "Your algorithm file may have been automatically edited");
+}
+
+TEST_F(ProfileDialogueTest, PointsThatCannotBeEvaluatedAreToldAndTheProfileGoesOn) {
+  run.function = [](Array1<double>& v) {
+    return v(1) > 3.3 ? throw ArithmeticFailure("too far out") : 20 + 4 * (v(1) - 3) * (v(1) - 3) + v(2) * v(2);
+  };
+  AnswerUpToMinimiser("1", "5");
+  windows.Yes(Title);
+  Edit();
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_THAT(windows.messages[windows.messages.size() - 2].text,
+              StartsWith("1 of 5 points could not be evaluated and count as impossible"));
+  EXPECT_THAT(windows.messages[windows.messages.size() - 2].text, HasSubstr("too far out"));
+  EXPECT_THAT(frmMaxLike.rtbTable.text, HasSubstr("1.0000E+020"));
 }
 
 TEST_F(ProfileDialogueTest, ASumOfSquaresIsAskedForNoConstant) {

@@ -226,7 +226,14 @@ TEST(Profile, WithoutADegreeOfFreedomTheConstantIsReported) {
   EXPECT_EQ(run.state.free.NFREE, 1);
 }
 
-TEST(Profile, AnObjectiveThatIsNotFiniteIsARuntimeFailure) {
+TEST(Profile, APointThatCannotBeEvaluatedCountsAsImpossible) {
+  FunctionRun run({2}, {0.5}, [](Array1<double>& v) { return v(1) == 2.5 ? std::nan("") : v(1); });
+  Profiled p(run);
+  EXPECT_EQ(p.Profile(1, 5).ProfileF, (Array1<double>{1, 1.5, 2, UnevaluatedNegLnL, 3}));
+  EXPECT_THAT(p.watch.done, ElementsAre(1, 2, 3, 4, 5));
+}
+
+TEST(Profile, AnObjectiveThatIsNotFiniteAnywhereIsARuntimeFailure) {
   FunctionRun run({2}, {0.5}, [](Array1<double>&) { return std::nan(""); });
   Profiled p(run);
   EXPECT_THROW(p.Profile(1, 3), RuntimeFailure);
