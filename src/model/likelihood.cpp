@@ -15,7 +15,10 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
                                    std::int32_t& SampleSize) {
   F = 0;
   state.Penalty = 0;
-  if (AllZero(Value)) return;
+  if (AllZero(Value)) {
+    if (NF == 1) SampleSize = 0;  // not that of an evaluation made before
+    return;
+  }
 
   DecodeParameters(Value, Step, ParameterLayout(data_), state.parameters, state.Penalty);
   const bool withoutTables = EvaluateWithoutTables(setting, state, F, NF);

@@ -26,7 +26,8 @@ class Likelihood {
   /// `NF` counts the calls of a run from 1: the first presets all tables and, in a run of one function call or a
   /// simulation, may repair `Value`, `Step`, `Names` and `Fuse`. `state` must have the shape of the data. The first
   /// call and each lower F are kept in it as the best, and they alone write `SampleSize`. For a vector of zeros nothing
-  /// is evaluated: F is 0 and all else stays as it was. The tables of `state` may be left for FillTables.
+  /// is evaluated: F is 0, the `SampleSize` of a first call too, and all else stays as it was. The tables of `state`
+  /// may be left for FillTables.
   ///
   /// ArithmeticFailure, told with parameter or visit and brood, where a number overflows for which there is no penalty.
   void EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,

@@ -194,7 +194,7 @@ TEST(Likelihood, AVectorOfZerosIsNotEvaluated) {
   a.F = 5;
   EXPECT_EQ(a.Evaluate(), 0);
   EXPECT_EQ(a.Value(1), 0) << "not even decoded";
-  EXPECT_EQ(a.SampleSize, -1);
+  EXPECT_EQ(a.SampleSize, 0) << "nobody is at risk, whatever was evaluated before";
 }
 
 TEST(Likelihood, TheBetaBinomialLeavesItsBoundOfTheExpectedCountInTheTable) {
