@@ -106,6 +106,7 @@ void Program::UserSummary() {
   Array1<double>& Value = state.algorithm.Value;
   CloseTheThree();
   const auto command = LongCommand();
+  BuildFuseGroups(state);  // algorithm data may have been loaded since the last command
   if (!AllZero(Value)) {
     frmMain.ShowProgress("One moment please while one function call is executed...");
     ApplyFuses(Value, state);

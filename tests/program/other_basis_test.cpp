@@ -87,6 +87,16 @@ TEST_F(OtherBasisTest, SimplexThatNothingHasComeBetweenGoesOnFromItsPolytope) {
   EXPECT_THAT(windows.events, Not(Contains("status stbMain5 1 Building initial simplex...")));
 }
 
+TEST_F(OtherBasisTest, SummaryOfDataThatHaveJustBeenLoadedKnowsTheirFuses) {
+  Ready("fuses");
+  windows.Enter("1");
+  windows.Yes("Choose among output options");
+  ASSERT_TRUE(desk.Press(menu.cmdUserSummary));
+  EXPECT_EQ(state.algorithm.Value(19), state.algorithm.Value(15));
+  EXPECT_EQ(state.algorithm.Step(19), 0);
+  EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Parameter # 019 estimate: 0.0120000"));
+}
+
 TEST_F(OtherBasisTest, CovariancesOfALoadedFileBeforeAreNeitherOfferedNorTakenForSteps) {
   Ready("juveniles_only");
   OneFunction();
