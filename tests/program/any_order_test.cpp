@@ -1,13 +1,14 @@
 // Somebody presses whatever can be pressed, in any order, and gives any answer: the program neither breaks nor leaves
-// its user without a way on.
+// its user without a way on, and what it tells is what a fresh program in the same place tells.
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <random>
 
+#include "base/at_end.h"
 #include "control/frm_information.h"
-#include "program/analysis.h"
+#include "program/held_against_fresh.h"
 
 namespace merlane {
 namespace {
@@ -21,6 +22,8 @@ class AnyHand : public WindowSystem {
 
   Desk* desk = nullptr;
   std::vector<std::string> done;
+  test::Doing step;      // since the last step that was begun at rest
+  bool watches = false;  // somebody else looks at the program: nothing is done meanwhile
   bool ended = false;
 
   std::string Story() const {
@@ -45,11 +48,17 @@ class AnyHand : public WindowSystem {
     std::vector<std::function<void()>> choices;
     for (int look = 0; look < 100 && choices.empty(); ++look) choices = Choices();
     if (choices.empty()) return false;
+    if (acting_)
+      step.anythingBeside = true;
+    else
+      step = {};
+    const auto within = Meanwhile(acting_, true);
     choices[Below(choices.size())]();
     return true;
   }
 
   Answer MsgBox(const Message& message) override {
+    if (watches) return Answer::Ok;
     const int buttons = message.style & 15;
     const Answer answer = buttons == 0   ? Answer::Ok
                           : buttons == 1 ? Pick({Answer::Ok, Answer::Ok, Answer::Cancel})
@@ -57,33 +66,41 @@ class AnyHand : public WindowSystem {
                                          : Pick({Answer::Yes, Answer::No});
     // Who always quits sees little of the program.
     const bool quits = message.title == "Exit Tolvane" && Below(20) != 0;
-    Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(quits ? Answer::No : answer)));
-    return quits ? Answer::No : answer;
+    const Answer given = quits ? Answer::No : answer;
+    Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(given)));
+    step.replies.push_back({message.title + ": " + message.text, given, {}});
+    return given;
   }
   std::optional<std::string> InputBox(const InputRequest& request) override {
     const std::string answer =
         Pick<std::string>({request.defaultText, "", "0.5", "1", "2", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
     Note("  input " + request.title + " -> " + answer);
+    step.replies.push_back({request.title + ": " + request.prompt, Answer::Ok, answer});
     return answer;
   }
   std::optional<std::string> AskFile(const FileRequest& request) override {
     const bool open = request.kind == FileRequest::Kind::Open;
     const std::string path =
         open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"), Golden("priors.pri"),
-                                  Golden("attributes.dat"), Golden("priors.alg"), folder_ / "a", folder_ / "missing"})
+                                  Golden("attributes.dat"), Golden("priors.alg"), Golden("fuses.dat"),
+                                  Golden("fuses.alg"), Golden("out_of_range.alg"), folder_ / "a", folder_ / "missing"})
              : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
     Note("  file " + request.title + " -> " + path);
-    if (path.empty()) return std::nullopt;
-    return path;
+    const auto chosen = path.empty() ? std::nullopt : std::optional(path);
+    step.replies.push_back({request.title, Answer::Ok, chosen});
+    return chosen;
   }
   void OnForm(Form&, FormEvent) override {}
   void OnStatus(const std::string&, int, const std::string&) override {}
   void OnWrote(const std::string&) override {}
-  void OnFailure(const std::string& text) override { Note("  failure " + text); }
+  void OnFailure(const std::string& text) override {
+    Note("  failure " + text);
+    step.failed = true;
+  }
   void OnEnd(int) override { ended = true; }
   void Turn() override {
     // Now and then somebody interrupts a calculation, or tries to do something else meanwhile.
-    if (Below(50) == 0) Act();
+    if (!watches && Below(50) == 0) Act();
   }
   void Wait() override {
     if (!Act()) ADD_FAILURE() << "a command waits and nothing can be done:\n" << Story();
@@ -118,7 +135,9 @@ class AnyHand : public WindowSystem {
   void AddChoices(Control& control, std::vector<std::function<void()>>& choices) {
     const auto add = [&](const std::function<void()>& use) {
       choices.push_back([this, &control, use] {
-        Note(control.form.name + "." + control.name);
+        const std::string name = control.form.name + "." + control.name;
+        Note(name);
+        if (!step.anythingBeside) step.control = name;
         use();
       });
     };
@@ -160,6 +179,7 @@ class AnyHand : public WindowSystem {
     return Pick<std::string>({"", "0", "1", "2.5", "-3", "abc", "A", "BB", "1e400", "40000", "1995", "0.4"});
   }
 
+  bool acting_ = false;
   std::mt19937 random_;
   const test::Folder& folder_;
 };
@@ -189,15 +209,23 @@ TEST_P(AnyOrderTest, NeitherBreaksNorStrandsItsUser) {
   const test::Folder folder("any_order_" + std::to_string(GetParam()));
   test::FixedClock clock;
   RandomStreams random(clock);
+  random.SetSeed(GetParam());
   test::NoWorkbooks workbooks;
   AnyHand hand(GetParam(), folder);
   Program program({hand, clock, random, workbooks, folder / "", folder / ""});
   hand.desk = &program.desk;
   program.Start();
   if (GetParam() % 3 != 0) hand.Begin(program, GetParam() % 3 == 1);
+  test::HeldAgainstFresh held(program);
   for (int i = 0; i < 400 && !hand.ended; ++i) {
+    held.Before();
     ASSERT_TRUE(hand.Act()) << hand.Story();
     if (hand.ended) break;
+    {
+      const auto looking = Meanwhile(hand.watches, true);
+      held.Behind(hand.step);
+    }
+    ASSERT_FALSE(HasFailure()) << hand.Story();
     ASSERT_TRUE(ThereIsAWayOn(program)) << hand.Story();
     ASSERT_TRUE(TheMenuRestsBesideAnother(program)) << hand.Story();
   }

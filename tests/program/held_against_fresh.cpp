@@ -1,0 +1,175 @@
+#include "program/held_against_fresh.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+#include "control/fuses.h"
+#include "uncertainty/covariance_report.h"
+
+namespace merlane::test {
+namespace {
+
+using ::testing::ElementsAreArray;
+
+/// Everything that one call depends on, in full.
+std::string InFull(const Whereabouts& there, std::int64_t reading) {
+  std::string text = std::to_string(reading) + (there.BayesOn ? there.priors.InWords() : "") + " x " +
+                     Shortest(there.ObjectiveConstant);
+  const AlgorithmData& a = there.algorithm;
+  for (int i = 1; i <= a.NPAR; ++i) text += "\n" + Shortest(a.Value(i)) + " " + Shortest(a.Step(i)) + " " + a.Fuse(i);
+  return text;
+}
+
+OneCall CallFresh(const Whereabouts& there) {
+  FreshProgram fresh(there);
+  return CallOnce(fresh.program);
+}
+
+/// Gives up the grids that somebody else has given up, at their first call.
+class AbandonsTheSame : public CovarianceWatch {
+ public:
+  explicit AbandonsTheSame(const Covariances& other) : other_(other) {}
+  void OnGrid(int g) override { g_ = g; }
+  bool AbandonGrid() override { return other_.grid(g_).ending == GridEnding::Abandoned; }
+
+ private:
+  const Covariances& other_;
+  int g_ = 0;
+};
+
+std::vector<std::string> Questions(const std::vector<Reply>& replies) {
+  std::vector<std::string> questions;
+  for (const Reply& reply : replies) questions.push_back(reply.question);
+  return questions;
+}
+
+}  // namespace
+
+void HeldAgainstFresh::Before() {
+  before_ = Whereabouts::Of(walked_);
+  summaryBefore_ = walked_.frmSummary.rtbOut.text;
+}
+
+void HeldAgainstFresh::Behind(const Doing& step) {
+  if (step.control == "frmMenu.cmdOneFunction")
+    CompareCommand(
+        step, [](Program& p) -> Button& { return p.frmMenu.cmdOneFunction; },
+        [](Program& p) -> Pane& { return p.frmOneFunction.rtbOneFunction; }, "");
+  if (step.control == "frmMenu.cmdUserSummary")
+    CompareCommand(
+        step, [](Program& p) -> Button& { return p.frmMenu.cmdUserSummary; },
+        [](Program& p) -> Pane& { return p.frmSummary.rtbOut; }, summaryBefore_);
+  if (step.control == "frmCovDisplay.cmdScreen" && !step.failed) CompareCovarianceReport();
+  if (step.control == "frmRank.cmdAICc") CompareRow(step);
+  CompareCovariances();
+  CompareMinimisation();
+  CompareOneCall();
+}
+
+void HeldAgainstFresh::CompareOneCall() {
+  const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
+  if (!there) return;
+  const std::string at = InFull(*there, walked_.state.reading);
+  if (!called_ || called_->at != at) called_ = Called{at, CallFresh(*there)};
+  EXPECT_EQ(CallOnce(walked_), called_->call) << "one call";
+}
+
+void HeldAgainstFresh::CompareCommand(const Doing& step, Button& (*button)(Program&), Pane& (*pane)(Program&),
+                                      const std::string& before) {
+  // What is done beside it, as an interruption, would have to be done once more at the same turn.
+  if (!before_ || step.anythingBeside) return;
+  FreshProgram fresh(*before_);
+  fresh.windows.replies.assign(step.replies.begin(), step.replies.end());
+  EXPECT_TRUE(fresh.program.desk.Press(button(fresh.program)));
+  EXPECT_THAT(Questions(step.replies), ElementsAreArray(fresh.windows.asked)) << step.control;
+  // A command that is refused or fails leaves what it showed before.
+  const std::string& shown = pane(fresh.program).text;
+  EXPECT_EQ(pane(walked_).text, shown.empty() ? before : shown) << step.control;
+  const AlgorithmData &walked = walked_.state.algorithm, &there = fresh.program.state.algorithm;
+  EXPECT_EQ(walked.Value, there.Value) << step.control;
+  EXPECT_EQ(walked.Step, there.Step) << step.control;
+  EXPECT_EQ(walked.Fuse, there.Fuse) << step.control;
+}
+
+void HeldAgainstFresh::CompareMinimisation() {
+  const Fit& fit = walked_.fit;
+  // A function call that checks the hypothesis counts penalties more than once; only searches report the objective.
+  if (!fit.basis || !fit.minimisation || !fit.basis->SameEstimates(walked_.objective.Present())) return;
+  const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
+  if (!there || fit.minimisation->ending == "zero value") return;  // which leaves the estimates as they were
+  if (checkedFit_ && checkedFit_->search == fit.basis->search) return;
+  checkedFit_ = fit.basis;
+  const OneCall call = CallFresh(*there);
+  ASSERT_TRUE(call.F) << "a minimum of " << fit.objective << " cannot be evaluated at\n" << InFull(*there, 0);
+  // Values out of range are brought into it by the first call, and penalised in that one alone.
+  if (call.Value != std::vector<double>(there->algorithm.Value.begin(), there->algorithm.Value.end())) return;
+  // The axial search steps away from the minimum and back, which may change the last bit of a value.
+  EXPECT_NEAR(fit.objective, *call.F, 1e-10 * std::max(1.0, std::fabs(*call.F))) << "the objective of a minimisation";
+  EXPECT_EQ(fit.freeParameters, call.K) << "K of a minimisation";
+}
+
+void HeldAgainstFresh::CompareCovariances() {
+  const Covariances& kept = walked_.covariances;
+  if (!kept.basis) return;
+  if (checkedCovariances_ && kept.AreOf(*checkedCovariances_)) return;
+  const Basis now = walked_.objective.Present();
+  const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
+  // Behind any other change there is no knowing the data and the priors of then.
+  if (!there || !kept.AreOf(now)) return;
+  checkedCovariances_ = now;
+  FreshProgram fresh(*there);
+  CovarianceOptions options{.mode = kept.mode};
+  if (kept.mode == CovarianceMode::Numerical)
+    for (int g = 1; g <= 3; ++g) options.GridFactor(g) = kept.grid(g).GridFactor;
+  Program& program = fresh.program;
+  // Before a constant has been entered for the first time a prior counts for nothing, at the base point too.
+  double& constant = program.state.flags.ObjectiveConstant;
+  if (before_ && before_->ObjectiveConstant == 0) constant = 0;
+  Covariances again;
+  try {
+    BuildFuseGroups(program.state);
+    again = PrepareCovariances(options, program.state, program.objective);
+    constant = kept.CovConstantInverse;
+    AbandonsTheSame watch(kept);
+    CalculateCovariances(again, kept.OptimisticSE, program.state, program.objective, watch);
+  } catch (const RuntimeFailure& failure) {
+    ADD_FAILURE() << "covariances that stand fail in a fresh program: " << failure.what();
+    return;
+  }
+  EXPECT_EQ(kept.CovF0, again.CovF0);
+  EXPECT_EQ(kept.CovBaseValue, again.CovBaseValue);
+  EXPECT_EQ(kept.CovIndex, again.CovIndex);
+  for (int g = 1; g <= 3; ++g) {
+    EXPECT_EQ(kept.grid(g).ending, again.grid(g).ending) << "grid " << g;
+    EXPECT_EQ(kept.grid(g).standardErrors, again.grid(g).standardErrors) << "grid " << g;
+    EXPECT_EQ(kept.grid(g).GridMean, again.grid(g).GridMean) << "grid " << g;
+  }
+}
+
+void HeldAgainstFresh::CompareCovarianceReport() {
+  const Covariances& kept = walked_.covariances;
+  EXPECT_EQ(walked_.frmCovData.rtbCovData.text, CovarianceReport(kept));
+  // Whose they are is said where they are not of the present run.
+  if (!kept.AreOf(walked_.objective.Present())) {
+    EXPECT_THAT(walked_.frmCovDisplay.lblFit.text, ::testing::HasSubstr("Since then"));
+  }
+}
+
+void HeldAgainstFresh::CompareRow(const Doing& step) {
+  const std::vector<Competitor>& rows = walked_.frmRank.Models().entered;
+  const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
+  // A row that failed is half done.
+  if (!before_ || !there || step.failed || rows.empty() || rows.back().RankAlgFile.empty()) return;
+  // Before a constant has been entered for the first time a prior counts for nothing.
+  if (before_->ObjectiveConstant != 0) before_->ObjectiveConstant = there->ObjectiveConstant;
+  const OneCall call = CallFresh(*before_);
+  ASSERT_TRUE(call.F);
+  EXPECT_EQ(rows.back().RankNegLnL, *call.F / there->ObjectiveConstant) << "a row of the ranking";
+  EXPECT_EQ(rows.back().RankK, call.K) << "K of a row of the ranking";
+}
+
+}  // namespace merlane::test

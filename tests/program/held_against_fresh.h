@@ -1,0 +1,56 @@
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "program/fresh_program.h"
+
+namespace merlane::test {
+
+/// What somebody did at the windows in one step.
+struct Doing {
+  std::string control;          // FORM.CONTROL; empty when no control was used
+  std::vector<Reply> replies;   // to what was asked meanwhile
+  bool anythingBeside = false;  // other controls were used while the first was at work
+  bool failed = false;          // the command ended in a failure
+};
+
+/// Holds what the windows of a program tell, step by step, against a fresh program in the same place: what was done
+/// before must not matter. Differences fail the test.
+class HeldAgainstFresh {
+ public:
+  explicit HeldAgainstFresh(Program& walked) : walked_(walked) {}
+
+  void Before();
+  void Behind(const Doing& step);
+
+ private:
+  /// The run as it stands: one call's objective, K and what it leaves.
+  void CompareOneCall();
+  /// The texts that a command tells, and what it leaves in the run.
+  void CompareCommand(const Doing& step, Button& (*button)(Program&), Pane& (*pane)(Program&),
+                      const std::string& before);
+  /// The standard errors that are kept.
+  void CompareCovariances();
+  /// What the covariances' window shows of them.
+  void CompareCovarianceReport();
+  /// The objective that a minimisation reports, where it says that it is reached.
+  void CompareMinimisation();
+  /// The last row of the ranking, when it is new.
+  void CompareRow(const Doing& step);
+
+  Program& walked_;
+  std::optional<Whereabouts> before_;
+  std::string summaryBefore_;  // what its pane showed
+  struct Called {
+    std::string at;  // everything that the call depends on
+    OneCall call;
+  };
+  std::optional<Called> called_;
+  std::optional<Basis> checkedCovariances_;
+  std::optional<Basis> checkedFit_;
+};
+
+}  // namespace merlane::test
