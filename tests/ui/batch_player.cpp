@@ -47,16 +47,19 @@ void BatchPlayer::Play(const std::string& batch) {
   });
   timer.start(1ms);
   QDeadlineTimer patience(20s);
-  // A dialog that nobody answers would keep its line, and this loop with it, for ever.
+  // A dialog that nobody answers, or a command that waits for a window, would keep its line, and this loop with it, for
+  // ever.
   QTimer watch;
   int seconds = 0;
   QObject::connect(&watch, &QTimer::timeout, &watch, [&, seen = QPointer<QWidget>(), line = next_]() mutable {
     QPointer<QWidget> dialog = QApplication::activeModalWidget();
-    const bool same = dialog != nullptr && dialog == seen && line == next_;
+    const bool waits = dialog != nullptr || (acting_ > 0 && !desktop_.program.desk.Busy());
+    const bool same = waits && dialog == seen && line == next_;
     seconds = same ? seconds + 1 : 0;
     seen = dialog;
     line = next_;
     if (seconds < 20) return;
+    if (dialog == nullptr) return GiveUpWaiting();
     ADD_FAILURE() << "still open: " << dialog->windowTitle().toStdString();
     qobject_cast<QDialog*>(dialog)->reject();
   });
@@ -66,6 +69,16 @@ void BatchPlayer::Play(const std::string& batch) {
     if (std::exchange(before, next_) != next_) patience.setRemainingTime(20s);
   }
   EXPECT_EQ(next_, lines_.size()) << "stopped before: " << (next_ < lines_.size() ? lines_[next_].source : "");
+}
+
+void BatchPlayer::GiveUpWaiting() {
+  ADD_FAILURE() << "a command still waits for a window, " << (next_ < lines_.size() ? "before: " : "behind: ")
+                << lines_[std::min(next_, lines_.size() - 1)].source;
+  next_ = lines_.size();
+  Desk& desk = desktop_.program.desk;
+  for (Form* form : desk.Forms())
+    if (form->Visible() && form->name != "frmMain") desk.Close(*form);
+  desktop_.windows.Sync();
 }
 
 /// A line that is an answer waits for its dialog.

@@ -24,6 +24,8 @@ class BatchPlayer {
   /// runs or one waits.
   void Step();
   bool MayAct() const;
+  /// Fails the test, leaves the rest of the lines out and closes all windows, one of which is waited for.
+  void GiveUpWaiting();
   void Answer(QDialog& dialog);
   void Act(const BatchLine& line);
   void Press(const std::string& form, const std::string& control);

@@ -1,0 +1,35 @@
+34
+  1   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  2   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  3   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  4   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  5   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  6   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  7   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  8   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+  9   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 10   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 11   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 12   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 13   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 14   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 15   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 16   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 17   T- 2.000E+001 1.000E-0020.1234567890123 1.000E-002   Uniform - bounded
+ 18   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 19   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 20   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 21   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 22   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 23   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 24   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 25   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 26   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 27   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 28   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 29   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 30   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 31   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 32   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 33   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
+ 34   U 1.000E-100 1.000E-100     Unused     Unused   Uniform - unbounded
