@@ -36,7 +36,8 @@ class AnyHand : public WindowSystem {
   void Begin(Program& program, bool analysis) {
     desk->Press(program.frmMenu.cmdInitialize);
     if (analysis)
-      program.frmInitialize.txtDataInput.text = Golden("juveniles_only.dat");
+      program.frmInitialize.txtDataInput.text =
+          Golden(Pick<std::string>({"juveniles_only.dat", "fuses.dat", "spanning_alone.dat"}));
     else
       desk->Choose(program.frmInitialize.optSimulate);
     desk->Press(program.frmInitialize.cmdDone);
@@ -83,7 +84,8 @@ class AnyHand : public WindowSystem {
     const std::string path =
         open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"), Golden("priors.pri"),
                                   Golden("attributes.dat"), Golden("priors.alg"), Golden("fuses.dat"),
-                                  Golden("fuses.alg"), Golden("out_of_range.alg"), folder_ / "a", folder_ / "missing"})
+                                  Golden("fuses.alg"), Golden("spanning_alone.alg"), Golden("out_of_range.alg"),
+                                  folder_ / "a", folder_ / "missing"})
              : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
     Note("  file " + request.title + " -> " + path);
     const auto chosen = path.empty() ? std::nullopt : std::optional(path);
@@ -216,7 +218,7 @@ TEST_P(AnyOrderTest, NeitherBreaksNorStrandsItsUser) {
   hand.desk = &program.desk;
   program.Start();
   if (GetParam() % 3 != 0) hand.Begin(program, GetParam() % 3 == 1);
-  test::HeldAgainstFresh held(program);
+  test::HeldAgainstFresh held(program, GetParam() % 4 != 0);
   for (int i = 0; i < 400 && !hand.ended; ++i) {
     held.Before();
     ASSERT_TRUE(hand.Act()) << hand.Story();

@@ -67,7 +67,7 @@ void HeldAgainstFresh::Behind(const Doing& step) {
   if (step.control == "frmRank.cmdAICc") CompareRow(step);
   CompareCovariances();
   CompareMinimisation();
-  CompareOneCall();
+  if (evaluates_) CompareOneCall();
 }
 
 void HeldAgainstFresh::CompareOneCall() {
