@@ -229,8 +229,8 @@ void FrmRank::EvaluateModel(Competitor& model) {
   model.sampleSize = state_.flags.SampleSize;
   // While no constant has been entered a prior counts for nothing.
   double& constant = state_.flags.ObjectiveConstant;
-  if (state_.flags.BayesOn && constant != 0) {
-    const auto asNegLnL = Meanwhile(constant, 1.0);
+  if (state_.flags.BayesOn) {
+    const auto asNegLnL = Meanwhile(constant, constant == 0 ? 0.0 : 1.0);
     model.prior = objective_.priorTerm(Value);
   }
   main_.ShowProgress("");
