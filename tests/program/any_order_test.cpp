@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <random>
 
@@ -35,10 +36,11 @@ class AnyHand : public WindowSystem {
   /// Comes to an analysis, or a simulation, with default algorithm data.
   void Begin(Program& program, bool analysis) {
     desk->Press(program.frmMenu.cmdInitialize);
-    if (analysis)
-      program.frmInitialize.txtDataInput.text =
-          Golden(Pick<std::string>({"juveniles_only.dat", "fuses.dat", "spanning_alone.dat"}));
-    else
+    if (analysis) {
+      const auto name = Pick<std::string>({"juveniles_only", "juveniles_only", "fuses", "spanning_alone"});
+      program.frmInitialize.txtDataInput.text = Golden(name + ".dat");
+      ownAlgorithm_ = Golden(name + ".alg");
+    } else
       desk->Choose(program.frmInitialize.optSimulate);
     desk->Press(program.frmInitialize.cmdDone);
     while (program.state.algorithm.AlgName.empty()) desk->Press(program.frmMenu.cmdLoadAlg);
@@ -49,10 +51,13 @@ class AnyHand : public WindowSystem {
     std::vector<std::function<void()>> choices;
     for (int look = 0; look < 100 && choices.empty(); ++look) choices = Choices();
     if (choices.empty()) return false;
-    if (acting_)
+    if (acting_) {
       step.anythingBeside = true;
-    else
+    } else {
       step = {};
+      interferes_ = Below(2) == 0;
+      turns_ = 0;
+    }
     const auto within = Meanwhile(acting_, true);
     choices[Below(choices.size())]();
     return true;
@@ -73,20 +78,21 @@ class AnyHand : public WindowSystem {
     return given;
   }
   std::optional<std::string> InputBox(const InputRequest& request) override {
-    const std::string answer =
-        Pick<std::string>({request.defaultText, "", "0.5", "1", "2", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
+    std::string answer = Pick<std::string>({request.defaultText, "0.05", "0.5", "1"});
+    if (Below(3) == 0) answer = Pick<std::string>({"", "2", "17", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
     Note("  input " + request.title + " -> " + answer);
     step.replies.push_back({request.title + ": " + request.prompt, Answer::Ok, answer});
     return answer;
   }
   std::optional<std::string> AskFile(const FileRequest& request) override {
     const bool open = request.kind == FileRequest::Kind::Open;
-    const std::string path =
-        open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"), Golden("priors.pri"),
-                                  Golden("attributes.dat"), Golden("priors.alg"), Golden("fuses.dat"),
-                                  Golden("fuses.alg"), Golden("spanning_alone.alg"), Golden("out_of_range.alg"),
-                                  folder_ / "a", folder_ / "missing"})
-             : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
+    std::string path = open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"),
+                                                 Golden("priors.pri"), Golden("attributes.dat"), Golden("priors.alg"),
+                                                 Golden("fuses.dat"), Golden("fuses.alg"), Golden("spanning_alone.alg"),
+                                                 Golden("out_of_range.alg"), folder_ / "a", folder_ / "missing"})
+                            : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
+    if (request.title == "Open algorithm data file" && Below(2) == 0) path = ownAlgorithm_;
+    if (request.title == "Load Bayesian Priors file" && Below(2) == 0) path = Golden("priors.pri");
     Note("  file " + request.title + " -> " + path);
     const auto chosen = path.empty() ? std::nullopt : std::optional(path);
     step.replies.push_back({request.title, Answer::Ok, chosen});
@@ -102,7 +108,9 @@ class AnyHand : public WindowSystem {
   void OnEnd(int) override { ended = true; }
   void Turn() override {
     // Now and then somebody interrupts a calculation, or tries to do something else meanwhile.
-    if (!watches && Below(50) == 0) Act();
+    if (watches) return;
+    if (++turns_ == Patience) interferes_ = true;
+    if (interferes_ && Below(50) == 0) Act();
   }
   void Wait() override {
     if (!Act()) ADD_FAILURE() << "a command waits and nothing can be done:\n" << Story();
@@ -123,9 +131,17 @@ class AnyHand : public WindowSystem {
     const bool hidden = !desk->Find("frmMain")->Visible();
     for (Form* form : desk->Forms()) {
       if (!form->Visible() || (hidden && dynamic_cast<FrmInformation*>(form) == nullptr)) continue;
-      for (Control* control : form->Controls())
-        if (desk->Usable(*control) && (form->name != "frmMain" || Below(8) == 0)) AddChoices(*control, choices);
-      if (Below(4) == 0 && !desk->Busy())
+      for (Control* control : form->Controls()) {
+        if (!desk->Usable(*control)) continue;
+        // Of what leads nowhere less is done than of what a program is for.
+        const bool arranges =
+            std::ranges::any_of(std::array{"mnuTile", "mnuCascade", "mnuArrange", "mnuHelp"},
+                                [&](const char* beginning) { return control->name.starts_with(beginning); });
+        if ((form->name == "frmMain" || arranges) && Below(8) != 0) continue;
+        const bool commands = dynamic_cast<Button*>(control) != nullptr || control->name == "mnuFinished";
+        for (int times = commands ? 3 : 1; times > 0; --times) AddChoices(*control, choices);
+      }
+      if (Below(8) == 0 && !desk->Busy())
         choices.push_back([this, form] {
           Note("close " + form->name);
           desk->Close(*form);
@@ -182,6 +198,10 @@ class AnyHand : public WindowSystem {
   }
 
   bool acting_ = false;
+  static constexpr int Patience = 20000;
+  bool interferes_ = false;   // with what the present step began
+  int turns_ = 0;             // that it has given
+  std::string ownAlgorithm_;  // the algorithm data that belong to the data of the beginning
   std::mt19937 random_;
   const test::Folder& folder_;
 };
@@ -219,7 +239,7 @@ TEST_P(AnyOrderTest, NeitherBreaksNorStrandsItsUser) {
   program.Start();
   if (GetParam() % 3 != 0) hand.Begin(program, GetParam() % 3 == 1);
   test::HeldAgainstFresh held(program, GetParam() % 4 != 0);
-  for (int i = 0; i < 400 && !hand.ended; ++i) {
+  for (int i = 0; i < 250 && !hand.ended; ++i) {
     held.Before();
     ASSERT_TRUE(hand.Act()) << hand.Story();
     if (hand.ended) break;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -115,12 +116,15 @@ void HeldAgainstFresh::CompareMinimisation() {
 void HeldAgainstFresh::CompareCovariances() {
   const Covariances& kept = walked_.covariances;
   if (!kept.basis) return;
-  if (checkedCovariances_ && kept.AreOf(*checkedCovariances_)) return;
   const Basis now = walked_.objective.Present();
   const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
   // Behind any other change there is no knowing the data and the priors of then.
   if (!there || !kept.AreOf(now)) return;
-  checkedCovariances_ = now;
+  // Values out of range, which have since been brought into it, are the same point, but were penalised.
+  if (kept.basis->Value != now.Value) return;
+  // As often as the program says of another run that they are its own, that is put to the test.
+  const std::string of = InFull(*there, now.search);
+  if (of == std::exchange(checkedCovariances_, of)) return;
   FreshProgram fresh(*there);
   CovarianceOptions options{.mode = kept.mode};
   if (kept.mode == CovarianceMode::Numerical)

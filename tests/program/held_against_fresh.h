@@ -51,7 +51,7 @@ class HeldAgainstFresh {
     OneCall call;
   };
   std::optional<Called> called_;
-  std::optional<Basis> checkedCovariances_;
+  std::string checkedCovariances_;  // in which run
   std::optional<Basis> checkedFit_;
 };
 
