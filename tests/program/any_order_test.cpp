@@ -139,7 +139,8 @@ class AnyHand : public WindowSystem {
                                 [&](const char* beginning) { return control->name.starts_with(beginning); });
         if ((form->name == "frmMain" || arranges) && Below(8) != 0) continue;
         const bool commands = dynamic_cast<Button*>(control) != nullptr || control->name == "mnuFinished";
-        for (int times = commands ? 3 : 1; times > 0; --times) AddChoices(*control, choices);
+        const bool favourite = form->name == "frmMenu" && std::ranges::count(favourites_, control->name) > 0;
+        for (int times = favourite ? 20 : commands ? 3 : 1; times > 0; --times) AddChoices(*control, choices);
       }
       if (Below(8) == 0 && !desk->Busy())
         choices.push_back([this, form] {
@@ -193,16 +194,22 @@ class AnyHand : public WindowSystem {
     }
   }
 
+  std::string AnyCommand() {
+    return Pick<std::string>({"cmdSimplex", "cmdMarquardt", "cmdBayesian", "cmdBayesian", "cmdCovariance",
+                              "cmdParEstimate", "cmdUserSummary", "cmdRank", "cmdOneFunction", "cmdLoadAlg"});
+  }
   std::string AnyText() {
     return Pick<std::string>({"", "0", "1", "2.5", "-3", "abc", "A", "BB", "1e400", "40000", "1995", "0.4"});
   }
 
+  std::mt19937 random_;
   bool acting_ = false;
   static constexpr int Patience = 20000;
-  bool interferes_ = false;   // with what the present step began
-  int turns_ = 0;             // that it has given
+  bool interferes_ = false;  // with what the present step began
+  int turns_ = 0;            // that it has given
+  // Commands that are given again and again, so that each meets what the other has left.
+  const std::array<std::string, 2> favourites_ = {AnyCommand(), AnyCommand()};
   std::string ownAlgorithm_;  // the algorithm data that belong to the data of the beginning
-  std::mt19937 random_;
   const test::Folder& folder_;
 };
 
