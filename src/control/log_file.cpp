@@ -17,7 +17,8 @@ namespace merlane {
 
 void LogFile::Open(const std::string& path) {
   Close();
-  file_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
+  // O_NONBLOCK: a pipe that nobody reads from shall not hold the program up.
+  file_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_NONBLOCK | O_CLOEXEC, 0666);
   if (file_ < 0) throw RuntimeFailure(fmt::format("cannot write the file {}: {}", path, std::strerror(errno)));
   path_ = path;
 }

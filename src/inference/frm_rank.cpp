@@ -163,10 +163,10 @@ void FrmRank::ForgetAveraging() {
 }
 
 std::string FrmRank::Readable(const Competitor& model, const std::string& file, const char* marker) const {
-  // A bare name lies beside the algorithm file. A folder can be opened on some systems, but not read.
+  // A bare name lies beside the algorithm file. To open what is no file may fail only when it is read, or block.
   const std::filesystem::path path = std::filesystem::path(model.folder) / file;
   std::error_code unknown;  // such as a name too long, which cannot be opened either
-  return !std::filesystem::is_directory(path, unknown) && std::ifstream(path).good() ? file : marker;
+  return std::filesystem::is_regular_file(path, unknown) && std::ifstream(path).good() ? file : marker;
 }
 
 void FrmRank::LoadAlgorithm() {

@@ -1,8 +1,10 @@
 #include "platform/descriptor.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 
 namespace merlane {
 
@@ -10,15 +12,20 @@ Descriptor::~Descriptor() {
   if (fd_ >= 0) ::close(fd_);
 }
 
-bool ReadAll(int fd, std::string& bytes) {
+bool ReadAll(int fd, std::string& bytes, std::size_t most) {
   char buffer[1 << 16];
   for (;;) {
     const ssize_t got = ::read(fd, buffer, sizeof buffer);
     if (got == 0) return true;
-    if (got > 0)
-      bytes.append(buffer, static_cast<std::size_t>(got));
-    else if (errno != EINTR)
+    if (got < 0) {
+      if (errno == EINTR) continue;
       return false;
+    }
+    if (static_cast<std::size_t>(got) > most - bytes.size()) {
+      errno = EFBIG;
+      return false;
+    }
+    bytes.append(buffer, static_cast<std::size_t>(got));
   }
 }
 
@@ -31,6 +38,13 @@ bool WriteAll(int fd, std::string_view bytes) {
       return false;
   }
   return true;
+}
+
+std::string KindInWords(mode_t mode) {
+  if (S_ISDIR(mode)) return std::strerror(EISDIR);
+  if (S_ISFIFO(mode)) return "it is a pipe between programs and no file";
+  if (S_ISSOCK(mode)) return "it is a socket and no file";
+  return "it is a device and no file";
 }
 
 }  // namespace merlane

@@ -4,13 +4,17 @@
 #include <freexl.h>
 
 #include <algorithm>
+#include <new>
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
+#include "platform/files.h"
 #include "platform/packed_worksheets.h"
 
 namespace merlane {
 namespace {
+
+constexpr std::int64_t MostBytes = std::int64_t{256} << 20;  // of a workbook; sheets that are full have less
 
 using Rows = std::vector<std::vector<WorkbookCell>>;
 
@@ -19,6 +23,7 @@ class OpenWorkbook {
  public:
   explicit OpenWorkbook(const std::string& path) {
     Check(freexl_open(path.c_str(), &handle_), path);
+    if (handle_ == nullptr) throw std::bad_alloc();  // of which the library says nothing
     unsigned int encrypted = 0;
     if (freexl_get_info(handle_, FREEXL_BIFF_PASSWORD, &encrypted) == FREEXL_OK && encrypted == FREEXL_BIFF_OBFUSCATED)
       throw RuntimeFailure("the workbook " + path + " is encrypted");
@@ -97,6 +102,7 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
 }  // namespace
 
 std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
+  RefuseAllButFiles(path, MostBytes);
   // The library trusts what a damaged file says of itself, and reads beyond its own buffers.
   return UnpackWorksheets(RunApart([&] { return PackWorksheets(ReadHere(path)); }));
 }

@@ -1,5 +1,7 @@
 #include "platform/apart.h"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <stdexcept>
 
@@ -38,6 +40,39 @@ TEST(RunApart, WhatIsChangedThereStaysThere) {
   int here = 1;
   EXPECT_EQ(RunApart([&] { return std::to_string(++here); }), "2");
   EXPECT_EQ(here, 1);
+}
+
+TEST(RunApart, MemoryBeyondItsLimitIsToldInWords) {
+  EXPECT_THAT(
+      [] { RunApart([] { return std::string(std::size_t{100} << 20, 'x'); }, {.bytes = std::uint64_t{64} << 20}); },
+      ThrowsMessage<RuntimeFailure>(HasSubstr("more memory than a file is given, 64 MB")));
+  EXPECT_EQ(RunApart([] { return std::string(std::size_t{10} << 20, 'x'); }).size(), std::size_t{10} << 20);
+}
+
+TEST(RunApart, ProcessorTimeBeyondItsLimitIsToldInWords) {
+  EXPECT_THAT(
+      [] {
+        RunApart(
+            []() -> std::string {
+              for (volatile bool goOn = true; goOn;) {
+              }
+              return {};
+            },
+            {.processorSeconds = 1});
+      },
+      ThrowsMessage<RuntimeFailure>(HasSubstr("takes too long")));
+}
+
+TEST(RunApart, WaitingBeyondItsLimitIsToldInWords) {
+  EXPECT_THAT(
+      [] {
+        RunApart(
+            []() -> std::string {
+              for (;;) ::pause();
+            },
+            {.seconds = 1});
+      },
+      ThrowsMessage<RuntimeFailure>(HasSubstr("takes too long")));
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 
@@ -29,6 +31,28 @@ struct FilesTest : ::testing::Test {
 
   const std::string folder = ::testing::TempDir() + "merlane_files";
   const std::string path = folder + "/kept.alg";
+};
+
+/// While it lives the program is a user who may not do everything; a folder of the test's is that user's.
+class AnyUser {
+ public:
+  explicit AnyUser(const std::string& folder) {
+    if (::geteuid() != 0) return;
+    fs::permissions(fs::path(folder).parent_path(), fs::perms::group_exec | fs::perms::others_exec,
+                    fs::perm_options::add);
+    for (const auto& entry : fs::directory_iterator(folder)) Give(entry.path());
+    Give(folder);
+    EXPECT_EQ(::seteuid(Nobody), 0);
+  }
+  ~AnyUser() {
+    if (::getuid() == 0) {
+      EXPECT_EQ(::seteuid(0), 0);
+    }
+  }
+
+ private:
+  static constexpr uid_t Nobody = 65534;
+  static void Give(const std::string& path) { EXPECT_EQ(::lchown(path.c_str(), Nobody, Nobody), 0); }
 };
 
 TEST_F(FilesTest, BytesComeBackAsTheyWere) {
@@ -91,19 +115,10 @@ TEST_F(FilesTest, VanishedFileIsToldWithItsName) {
   EXPECT_THAT([&] { ReadWholeFile(path); }, ThrowsMessage<RuntimeFailure>(HasSubstr(path)));
 }
 
-TEST_F(FilesTest, FailedWriteLeavesTheOldFile) {
-  if (::geteuid() == 0) GTEST_SKIP() << "nothing is unwritable for the superuser";
-  WriteWholeFile(path, "old");
-  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
-  EXPECT_THROW(WriteWholeFile(path, "new"), RuntimeFailure);
-  fs::permissions(folder, fs::perms::owner_all);
-  EXPECT_EQ(ReadWholeFile(path), "old");
-}
-
 TEST_F(FilesTest, UnreadableFileIsTold) {
-  if (::geteuid() == 0) GTEST_SKIP() << "nothing is unreadable for the superuser";
   WriteWholeFile(path, "x");
   fs::permissions(path, fs::perms::none);
+  const AnyUser user(folder);
   EXPECT_THROW(ReadWholeFile(path), RuntimeFailure);
 }
 
@@ -134,6 +149,158 @@ TEST_F(FilesTest, FullDiskLeavesTheOldFileAndNoTemporaryOne) {
   }
   EXPECT_EQ(ReadWholeFile(path), "old");
   EXPECT_EQ(FileCount(), 1U);
+}
+
+// ---- Where no temporary file can be made
+
+struct ReadOnlyFolder : FilesTest {
+  ReadOnlyFolder() {
+    WriteWholeFile(path, "what was kept");
+    ::chmod(path.c_str(), 0666);
+    fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+  }
+  ~ReadOnlyFolder() override { fs::permissions(folder, fs::perms::owner_all); }
+};
+
+TEST_F(ReadOnlyFolder, AWritableFileInItIsWrittenOver) {
+  const AnyUser user(folder);
+  WriteWholeFile(path, "new and longer than before");
+  EXPECT_EQ(ReadWholeFile(path), "new and longer than before");
+  WriteWholeFile(path, "short");
+  EXPECT_EQ(ReadWholeFile(path), "short");
+}
+
+TEST_F(ReadOnlyFolder, AFullDiskLeavesAFileThatIsWrittenOverAsItWas) {
+  const AnyUser user(folder);
+  {
+    const FullDisk full(1000);
+    EXPECT_THAT([&] { WriteWholeFile(path, std::string(100000, 'x')); },
+                ThrowsMessage<RuntimeFailure>(HasSubstr("File too large")));
+  }
+  EXPECT_EQ(ReadWholeFile(path), "what was kept");
+}
+
+TEST_F(ReadOnlyFolder, AFileInItThatIsReadOnlyTooIsToldAndStays) {
+  ::chmod(path.c_str(), 0444);
+  const AnyUser user(folder);
+  EXPECT_THAT([&] { WriteWholeFile(path, "new"); }, ThrowsMessage<RuntimeFailure>(HasSubstr("Permission denied")));
+  EXPECT_EQ(ReadWholeFile(path), "what was kept");
+}
+
+TEST_F(ReadOnlyFolder, ANewFileInItIsTold) {
+  const AnyUser user(folder);
+  EXPECT_THAT([&] { WriteWholeFile(folder + "/new.alg", "x"); },
+              ThrowsMessage<RuntimeFailure>(HasSubstr("Permission denied")));
+}
+
+TEST_F(FilesTest, AFolderThatCannotBeListedIsWrittenTo) {
+  fs::permissions(folder, fs::perms::owner_write | fs::perms::owner_exec);
+  {
+    const AnyUser user(folder);
+    WriteWholeFile(path, "old");
+    WriteWholeFile(path, "new");
+  }
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_EQ(ReadWholeFile(path), "new");
+}
+
+TEST_F(FilesTest, ANameAsLongAsTheSystemTakesIsSaved) {
+  const std::string longest = folder + "/" + std::string(251, 'x') + ".alg";
+  WriteWholeFile(longest, "old");
+  WriteWholeFile(longest, "new");
+  EXPECT_EQ(ReadWholeFile(longest), "new");
+  const std::string longer = folder + "/" + std::string(252, 'x') + ".alg";
+  EXPECT_THAT([&] { WriteWholeFile(longer, "x"); }, ThrowsMessage<RuntimeFailure>(HasSubstr("File name too long")));
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+// ---- Links, and what is no file
+
+TEST_F(FilesTest, ASymbolicLinkStaysAndItsFileIsReplaced) {
+  fs::create_directory(folder + "/elsewhere");
+  WriteWholeFile(folder + "/elsewhere/file.alg", "old");
+  fs::create_symlink("elsewhere/file.alg", folder + "/second");
+  fs::create_symlink(folder + "/second", path);
+  WriteWholeFile(path, "new");
+  EXPECT_TRUE(fs::is_symlink(path) && fs::is_symlink(folder + "/second"));
+  EXPECT_EQ(ReadWholeFile(folder + "/elsewhere/file.alg"), "new");
+  EXPECT_FALSE(fs::is_symlink(folder + "/elsewhere/file.alg"));
+}
+
+TEST_F(FilesTest, ASymbolicLinkToNothingYetGetsItsFile) {
+  fs::create_symlink("file.alg", path);
+  WriteWholeFile(path, "new");
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_EQ(ReadWholeFile(folder + "/file.alg"), "new");
+}
+
+TEST_F(FilesTest, SymbolicLinksInACircleAreTold) {
+  fs::create_symlink("other", path);
+  fs::create_symlink("kept.alg", folder + "/other");
+  EXPECT_THAT([&] { WriteWholeFile(path, "x"); }, ThrowsMessage<RuntimeFailure>(HasSubstr("symbolic links")));
+  EXPECT_THROW(ReadWholeFile(path), RuntimeFailure);
+}
+
+TEST_F(FilesTest, APipeIsRefusedInWordsAndStays) {
+  ASSERT_EQ(::mkfifo(path.c_str(), 0666), 0);
+  const auto refusal = ThrowsMessage<RuntimeFailure>(HasSubstr(path + ": it is a pipe between programs and no file"));
+  EXPECT_THAT([&] { WriteWholeFile(path, "x"); }, refusal);
+  EXPECT_THAT([&] { ReadWholeFile(path); }, refusal);
+  EXPECT_TRUE(fs::is_fifo(path));
+  EXPECT_EQ(FileCount(), 1U);
+}
+
+TEST_F(FilesTest, ADeviceIsRefusedInWordsAndStays) {
+  if (::mknod(path.c_str(), S_IFCHR | 0666, makedev(1, 5)) != 0) GTEST_SKIP() << "only the superuser makes devices";
+  const auto refusal = ThrowsMessage<RuntimeFailure>(HasSubstr(path + ": it is a device and no file"));
+  EXPECT_THAT([&] { WriteWholeFile(path, "x"); }, refusal);
+  EXPECT_THAT([&] { ReadWholeFile(path); }, refusal);
+  EXPECT_TRUE(fs::is_character_file(path));
+}
+
+TEST_F(FilesTest, AnEndlessDeviceIsRefusedBeforeItIsRead) {
+  EXPECT_THAT([] { ReadWholeFile("/dev/zero"); }, ThrowsMessage<RuntimeFailure>(HasSubstr("it is a device")));
+}
+
+TEST_F(FilesTest, ASizeThatCannotBeIsRefusedBeforeItIsRead) {
+  WriteWholeFile(path, "x");
+  fs::resize_file(path, std::uintmax_t{1} << 40);  // it takes no room on the disk
+  EXPECT_THAT([&] { ReadWholeFile(path); },
+              ThrowsMessage<RuntimeFailure>(
+                  HasSubstr("it has 1099511627776 bytes, and no such file has more than 2147483648")));
+  WriteWholeFile(path, "123456");
+  EXPECT_EQ(ReadWholeFile(path, 6), "123456");
+  EXPECT_THROW(ReadWholeFile(path, 5), RuntimeFailure);
+}
+
+// ---- What a program that was killed has left
+
+struct StaleTemporaries : FilesTest {
+  /// A file of that name that was written so many hours ago.
+  std::string Left(const std::string& name, int hours) const {
+    std::string file = folder + "/" + name;
+    WriteWholeFile(file, "half", false);
+    fs::last_write_time(file, fs::file_time_type::clock::now() - std::chrono::hours(hours));
+    return file;
+  }
+};
+
+TEST_F(StaleTemporaries, AreRemovedAtTheNextSaveWhenTheyAreADayOld) {
+  const std::string old = Left(".merlane-4711-0.tmp", 25), young = Left(".merlane-4711-1.tmp", 23);
+  WriteWholeFile(path, "x");
+  EXPECT_FALSE(fs::exists(old));
+  EXPECT_TRUE(fs::exists(young)) << "somebody may still write it";
+}
+
+TEST_F(StaleTemporaries, OfOthersStay) {
+  const std::string another = Left(".other-4711-0.tmp", 25), kept = Left(".merlane-4711-0.alg", 25);
+  fs::create_directory(folder + "/.merlane-folder.tmp");
+  fs::last_write_time(folder + "/.merlane-folder.tmp", fs::file_time_type::clock::now() - std::chrono::hours(25));
+  const std::string somebodys = Left(".merlane-4712-0.tmp", 25);
+  const bool given = ::chown(somebodys.c_str(), 12345, 12345) == 0;  // the superuser's files can be given away
+  WriteWholeFile(path, "x");
+  EXPECT_TRUE(fs::exists(another) && fs::exists(kept) && fs::exists(folder + "/.merlane-folder.tmp"));
+  EXPECT_EQ(fs::exists(somebodys), given);
 }
 
 }  // namespace

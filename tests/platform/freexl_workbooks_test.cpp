@@ -1,5 +1,7 @@
 #include "platform/freexl_workbooks.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "base/runtime_failure.h"
@@ -58,6 +60,25 @@ TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbook) {
   EXPECT_THROW(FreexlWorkbooks().Read(testing::TempDir()), RuntimeFailure);
   EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("Year,Code\r\n").Path()), RuntimeFailure);
   EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("").Path()), RuntimeFailure);
+}
+
+TEST(FreexlWorkbooks, APipeIsRefusedAtOnce) {
+  const std::string path = testing::TempDir() + "pipe.xls";
+  ASSERT_EQ(::mkfifo(path.c_str(), 0666), 0);
+  EXPECT_THAT([&] { FreexlWorkbooks().Read(path); },
+              testing::ThrowsMessage<RuntimeFailure>(testing::HasSubstr("pipe")));
+  std::remove(path.c_str());
+}
+
+TEST(FreexlWorkbooks, SheetsThatClaimToBeAsLargeAsCanBeAreRefusedForTheirMemory) {
+  std::string bytes = ReadWholeFile(Kept("empty_between.xls"));
+  const std::string dimensions("\x00\x02\x0E\x00", 4);  // of a sheet: first and last row, first and last column
+  int sheets = 0;
+  for (std::size_t at = bytes.find(dimensions); at != std::string::npos; at = bytes.find(dimensions, at + 1), ++sheets)
+    bytes.replace(at + 4, 12, std::string("\0\0\0\0\0\0\1\0\0\0\0\1", 12));
+  ASSERT_EQ(sheets, 3);
+  EXPECT_THAT([&] { FreexlWorkbooks().Read(TemporaryFile(bytes).Path()); },
+              testing::ThrowsMessage<RuntimeFailure>(testing::HasSubstr("takes more memory")));
 }
 
 TEST(FreexlWorkbooks, AWorkbookCutShortNeverCrashes) {
