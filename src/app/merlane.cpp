@@ -1,6 +1,7 @@
 // The desktop program: its windows and its program, put together.
 #include <QApplication>
 #include <clocale>
+#include <csignal>
 
 #include "platform/clock.h"
 #include "platform/freexl_workbooks.h"
@@ -12,6 +13,7 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  std::signal(SIGXFSZ, SIG_IGN);                 // a file as large as it may become is told, not died of
   std::setlocale(LC_NUMERIC, "C");               // Qt takes the user's; numbers in files have points everywhere
   application.setQuitOnLastWindowClosed(false);  // the program's own dialogue decides
   merlane::SetLook(application);

@@ -1,6 +1,8 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <iostream>
 
+#include "base/failure_text.h"
 #include "batch/run_batch.h"
 #include "batch/stopped.h"
 
@@ -16,10 +18,13 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? status::Done : status::FileAtFault;
   }
+  // Whoever read the transcript has gone, or a file is as large as it may become: to be told, not to die of.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return merlane::RunBatch(options, std::cout, std::cerr);
   } catch (const std::exception& failure) {  // such as memory that is not there
-    std::cerr << "merlane-batch: " << failure.what() << '\n';
+    std::cerr << "merlane-batch: " << merlane::FailureText(failure) << '\n';
     return status::CommandFailed;
   }
 }

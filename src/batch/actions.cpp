@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "base/runtime_failure.h"
+#include "base/failure_text.h"
 #include "batch/stopped.h"
 #include "platform/files.h"
 #include "plots/svg.h"
@@ -179,7 +179,7 @@ void Actions::Write(const BatchLine& line, const std::function<std::string()>& b
     WriteWholeFile(path, bytes());
     host_.OnWrote(path);
   } catch (const std::exception& failure) {
-    host_.OnFailure(line.source + ": " + failure.what());
+    host_.OnFailure(line.source + ": " + FailureText(failure));
   }
 }
 

@@ -60,6 +60,7 @@ class HeadlessHost : public WindowSystem {
   void OnStatus(const std::string& bar, int panel, const std::string& text) override;
   void OnWrote(const std::string& path) override;
   void OnFailure(const std::string& text) override;
+  void OnToldFailure() override { failed_ = true; }
   void OnEnd(int exitStatus) override;
   void Turn() override;
   long QuietTurns(long atMost) override;

@@ -64,12 +64,10 @@ int RunBatch(const BatchOptions& options, std::ostream& out, std::ostream& error
     transcript = std::make_unique<PeopleTranscript>(out);
   std::string problem;
   const int exitStatus = Play(options, *transcript, problem);
-  if (!out.flush()) {
-    errors << "merlane-batch: the transcript could not be written\n";
-    return status::CommandFailed;
-  }
   if (!problem.empty()) errors << "merlane-batch: " << problem << '\n';
-  return exitStatus;
+  if (out.flush()) return exitStatus;
+  errors << "merlane-batch: the transcript could not be written\n";
+  return exitStatus == status::Done ? status::CommandFailed : exitStatus;
 }
 
 }  // namespace merlane

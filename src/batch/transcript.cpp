@@ -99,6 +99,18 @@ void WriteLine(std::ostream& out, const char* key, Json value) {
   WriteLine(out, std::move(object));
 }
 
+/// The line without breaks: no name of a file or control can look like a line of the transcript.
+std::string OnOneLine(const std::string& text) {
+  std::string line;
+  for (const char c : text) {
+    if (c == '\n' || c == '\r')
+      line += c == '\n' ? "\\n" : "\\r";
+    else
+      line += c;
+  }
+  return line;
+}
+
 }  // namespace
 
 std::string Quoted(const std::string& text) {
@@ -115,7 +127,9 @@ std::string Quoted(const std::string& text) {
   return quoted + '"';
 }
 
-void PeopleTranscript::Write(const std::string& line) { out_ << "      " << Utf8(line) << '\n' << std::flush; }
+void PeopleTranscript::Write(const std::string& line) {
+  out_ << "      " << OnOneLine(Utf8(line)) << '\n' << std::flush;
+}
 
 void PeopleTranscript::Action(const std::string& action, int line) {
   out_ << fmt::format("{:4}  {}\n", line, action) << std::flush;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "base/array1.h"
@@ -43,6 +44,9 @@ struct BootstrapResults {
   /// Columns with the shape of the data's visits: survival of one day, from the visit's age to D, and from hatch to D,
   /// each over both kinds of mortality, under random and under correlated mortality.
   std::array<std::vector<Spread>, 9> survival;
+
+  std::int32_t wanted = 0;  // replicates
+  std::string endedEarly;   // why there are fewer than that; empty when there are all, or as many as the user let come
 
   std::int32_t BootAboveObserved = 0;   // replicates whose deviance is not below that of the real data
   std::int32_t BootPenaltyRejects = 0;  // attempts rejected for a penalty, ...

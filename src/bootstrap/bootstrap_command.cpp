@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "base/arithmetic.h"
+#include "base/failure_text.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -31,15 +32,26 @@ void BootstrapCommand::Bootstrap() {
   if (!SavedModelIsMeant()) return;
   const std::optional<BootstrapOptions> options = AskForOptions();
   if (!options) return;
-  const BootstrapResults results = RunHidden(*options);
+  GrowingFile kept(bootstrap_.Folder(), "BootstrappedParameters_" + ClockName(desk_.host.clock) + ".bpv");
+  const BootstrapResults results = RunHidden(*options, kept);
   if (results.parameters.Empty()) return;  // it could not begin
+  try {
+    Report(results);
+  } catch (const std::exception& failure) {
+    if (kept.Path().empty()) throw;
+    throw RuntimeFailure(fmt::format("{}. The parameter values of all {} replicates are kept in {}",
+                                     FailureText(failure), results.BootCount(), kept.Path()));
+  }
+  kept.Remove();
+}
+
+void BootstrapCommand::Report(const BootstrapResults& results) {
   summary_.rtbOut.text += BootstrapSummary(results);
   if (results.BootCount() == 0) return;
-  OfferReport({"Save the bootstrapped parameter values in a text file?",
-               "Save bootstrapped parameter values (*.bpv) in...", ".bpv", BootstrapParameterText(results)});
-  OfferReport({"Save the bootstrapped survival estimates and statistics in a text file?",
-               "Save bootstrapped survival estimates (*.bse) in...", ".bse",
-               BootstrapSurvivalText(results, model_.data)});
+  Offer({"Save the bootstrapped parameter values in a text file?", "Save bootstrapped parameter values (*.bpv) in...",
+         ".bpv", BootstrapParameterText(results)});
+  Offer({"Save the bootstrapped survival estimates and statistics in a text file?",
+         "Save bootstrapped survival estimates (*.bse) in...", ".bse", BootstrapSurvivalText(results, model_.data)});
 }
 
 bool BootstrapCommand::SavedModelIsMeant() {
@@ -93,40 +105,43 @@ std::optional<std::int32_t> BootstrapCommand::AskForNumber(const std::string& pr
   }
 }
 
-BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options) {
+BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options, GrowingFile& kept) {
   state_.flags.AbortRun = false;  // here, since from here on the user can abort
   abort_.Open("Abort all bootstraps?");
   desk_.Hide(summary_);
-  const BootstrapResults results = bootstrap_.Run(options);
+  const BootstrapResults results = bootstrap_.Run(options, [&kept](const BootstrapResults& soFar) {
+    if (soFar.BootCount() == 1) kept.Append(BootstrapParameterHeading(soFar));
+    kept.Append(LastBootstrapParameterLine(soFar));
+  });
   desk_.Unload(abort_);
   desk_.Show(summary_);
   return results;
 }
 
-void BootstrapCommand::OfferReport(const Report& report) {
+void BootstrapCommand::Offer(const File& file) {
   constexpr const char* Confirmation = "Confirmation request";
   for (;;) {
-    if (desk_.Ask(Confirmation, report.question, style::YesNoQuestion) == Answer::Yes && Save(report)) return;
+    if (desk_.Ask(Confirmation, file.question, style::YesNoQuestion) == Answer::Yes && Save(file)) return;
     if (desk_.Ask(Confirmation, "Are you certain you have successfully saved your hard-won bootstrapped estimates?",
                   style::YesNoQuestion) == Answer::Yes)
       return;
   }
 }
 
-bool BootstrapCommand::Save(const Report& report) {
+bool BootstrapCommand::Save(const File& file) {
   const std::string& name = state_.algorithm.AlgShortName;
-  auto path = desk_.AskFile({FileRequest::Kind::Save, report.dialogTitle,
+  auto path = desk_.AskFile({FileRequest::Kind::Save, file.dialogTitle,
                              fmt::format("All files (*.*)|*.*|Bootstrapped parameter value files (*{0})|*{0}|Named for "
                                          "algorithm file ({1}.*)|{1}.*|",
-                                         report.extension, name),
-                             2, name + report.extension});
+                                         file.extension, name),
+                             2, name + file.extension});
   if (!path) return false;
-  if (!std::filesystem::path(*path).has_extension()) *path += report.extension;
+  if (!std::filesystem::path(*path).has_extension()) *path += file.extension;
   try {
-    desk_.Write(*path, report.text);
+    desk_.Write(*path, file.text);
   } catch (const RuntimeFailure& failure) {
     // Told here, so that the figures of a long calculation are not lost for a folder mistyped.
-    desk_.Tell(Title, failure.what(), style::Exclamation);
+    desk_.TellFailure(Title, failure.what(), style::Exclamation);
     return false;
   }
   return true;

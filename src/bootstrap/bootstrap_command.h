@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "bootstrap/growing_file.h"
 #include "bootstrap/parametric_bootstrap.h"
 #include "control/frm_abort.h"
 #include "control/frm_summary.h"
@@ -11,7 +12,8 @@
 namespace merlane {
 
 /// The parametric bootstrap that follows upon a results summary: asks how, runs it behind the abort window with the
-/// summary hidden, adds its lines to the summary, and offers its two reports to be saved.
+/// summary hidden, adds its lines to the summary, and offers its two reports to be saved. Until they have been offered
+/// the replicates' parameters stand in a file of their own, as they come.
 class BootstrapCommand {
  public:
   BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model, ParametricBootstrap& bootstrap,
@@ -28,15 +30,17 @@ class BootstrapCommand {
   std::optional<BootstrapOptions> AskForOptions();
   /// A whole number from `least` to `most`, asked for until it is; none when the box was cancelled.
   std::optional<std::int32_t> AskForNumber(const std::string& prompt, int proposal, int least, int most);
-  BootstrapResults RunHidden(const BootstrapOptions& options);
+  BootstrapResults RunHidden(const BootstrapOptions& options, GrowingFile& kept);
+  /// Makes the reports and offers them.
+  void Report(const BootstrapResults& results);
 
   /// One of the two reports: what is asked about it, and how it is saved.
-  struct Report {
+  struct File {
     std::string question, dialogTitle, extension, text;
   };
   /// Offers to save a report until it is saved or the user is sure to have done without.
-  void OfferReport(const Report& report);
-  bool Save(const Report& report);
+  void Offer(const File& file);
+  bool Save(const File& file);
 
   Desk& desk_;
   RunState& state_;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/growing_field.h"
@@ -14,6 +15,29 @@ namespace merlane {
 namespace {
 
 constexpr const char* LineEnd = "\r\n";
+
+constexpr int NameWidth = 18, Width = 14;  // of the columns of a .bpv file
+
+/// How many of how many replicates there are, and why no more; empty when there are all.
+std::string Shortfall(const BootstrapResults& r) {
+  if (r.endedEarly.empty()) return {};
+  return fmt::format("{} of {} replicates: {}", r.BootCount(), r.wanted, r.endedEarly);
+}
+
+/// The same as a line of its own above a file's heading, one field that may hold commas.
+std::string ShortfallLine(const BootstrapResults& r) {
+  std::string field = Shortfall(r);
+  if (field.empty()) return {};
+  std::ranges::replace(field, '"', '\'');
+  return "\"" + field + "\"" + LineEnd;
+}
+
+std::string ParameterLine(const BootstrapResults& r, std::size_t b) {
+  std::string text = GrowingField("Bootstrap #" + Format(static_cast<double>(b + 1), "00000"), NameWidth) + "," +
+                     GrowingField(Format(r.BootDeviance[b], "0.0000"), Width);
+  for (const double estimate : r.BootEstimates[b]) text += "," + GrowingField(Format(estimate, "0.000000E+00"), Width);
+  return text + LineEnd;
+}
 
 std::string EstimateField(double x) { return GrowingField(Format(x, "0.0000000  "), 14); }
 
@@ -46,6 +70,7 @@ std::string BootstrapSummary(const BootstrapResults& r) {
   const bool any = r.BootCount() > 0;
   const auto deviance = [](double x) { return Format(x, "####0.00"); };
   std::string text = fmt::format("\r\nResults from execution of {} parametric bootstraps:\r\n\r\n", r.BootCount());
+  if (const std::string shortfall = Shortfall(r); !shortfall.empty()) text += shortfall + "\r\n\r\n";
   text += fmt::format("Minimizer: {}  {} tolerance for convergence: {}\r\n\r\n",
                       r.minimiser == BootstrapResults::Minimiser::Simplex ? "Simplex;" : "Marquardt;",
                       r.Tolerance < 0 ? "Relative" : "Absolute", Format(std::fabs(r.Tolerance), "0.000000"));
@@ -76,24 +101,25 @@ std::string BootstrapSummary(const BootstrapResults& r) {
   return text;
 }
 
-std::string BootstrapParameterText(const BootstrapResults& r) {
-  constexpr int NameWidth = 18, Width = 14;
+std::string BootstrapParameterHeading(const BootstrapResults& r) {
   std::string text = RightSet("Parameter # etc. >", NameWidth) + "," + RightSet("-2ln[L]", Width);
   for (const std::int16_t parameter : r.parameters) text += "," + GrowingField(Format(parameter, "000"), Width);
-  text += LineEnd;
-  for (std::size_t b = 0; b < r.BootDeviance.size(); ++b) {
-    text += GrowingField("Bootstrap #" + Format(static_cast<double>(b + 1), "00000"), NameWidth) + "," +
-            GrowingField(Format(r.BootDeviance[b], "0.0000"), Width);
-    for (const double estimate : r.BootEstimates[b])
-      text += "," + GrowingField(Format(estimate, "0.000000E+00"), Width);
-    text += LineEnd;
-  }
+  return text + LineEnd;
+}
+
+std::string LastBootstrapParameterLine(const BootstrapResults& r) {
+  return ParameterLine(r, r.BootDeviance.size() - 1);
+}
+
+std::string BootstrapParameterText(const BootstrapResults& r) {
+  std::string text = ShortfallLine(r) + BootstrapParameterHeading(r);
+  for (std::size_t b = 0; b < r.BootDeviance.size(); ++b) text += ParameterLine(r, b);
   return text;
 }
 
 std::string BootstrapSurvivalText(const BootstrapResults& r, const BroodData& data) {
   const std::vector<Quantity> quantities = Quantities(r.TargetAge);
-  std::string text = record::Header;
+  std::string text = ShortfallLine(r) + record::Header;
   for (const Quantity& quantity : quantities)
     for (const char* figure : {"Mean ", "SE ", "Min ", "Max "})
       text += "," + RightSet(figure + quantity.name, quantity.width);

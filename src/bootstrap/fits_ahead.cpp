@@ -5,7 +5,7 @@
 #include <chrono>
 #include <deque>
 #include <exception>
-#include <system_error>
+#include <new>
 #include <utility>
 
 #include "control/fuses.h"
@@ -125,8 +125,8 @@ int CallsAhead(int parameters) { return MostNumbersAhead / (2 * parameters); }
 FitsAhead::FitsAhead(Origin origin, Watch watch, int threads) : origin_(std::move(origin)), watch_(std::move(watch)) {
   try {
     for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { Work(); });
-  } catch (const std::system_error&) {
-    // The bootstrap fits by itself whatever is not fitted ahead.
+  } catch (const std::exception&) {
+    // Without threads, or memory for them, the bootstrap fits by itself whatever is not fitted ahead.
   }
 }
 
@@ -194,7 +194,13 @@ void FitsAhead::Work() {
     changed_.wait(lock, [this] { return ended_ || next_ <= limit_; });
     if (ended_) return;
     const int attempt = next_++;
-    const std::shared_ptr<Fit> fit = fits_[attempt] = std::make_shared<Fit>(CallsAhead(origin_.run.algorithm.NPAR));
+    std::shared_ptr<Fit> fit;
+    try {
+      fit = std::make_shared<Fit>(CallsAhead(origin_.run.algorithm.NPAR));
+      fits_.emplace(attempt, fit);
+    } catch (const std::bad_alloc&) {
+      return;  // others go on, or the bootstrap by itself
+    }
     lock.unlock();
     Run(attempt, *fit);
     lock.lock();

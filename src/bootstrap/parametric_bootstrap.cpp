@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 
 #include "base/at_end.h"
+#include "base/failure_text.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -45,10 +47,14 @@ ParametricBootstrap::ParametricBootstrap(const Parts& parts)
       review_(parts.review),
       minimisers_(parts.desk, parts.state, parts.simplex, parts.marquardt) {}
 
-BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
+BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
+                                          const std::function<void(const BootstrapResults&)>& keep) {
   BootstrapResults results;
   results.minimiser = options.minimiser;
   results.TargetAge = options.TargetAge;
+  results.wanted = options.BootstrapCount;
+  ownFiles_.clear();
+  replacedTold_ = false;
   const std::string review = review_.rtbReview.text;
   std::string failure;
   {
@@ -63,12 +69,13 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
       original_.reset();
     });
     try {
-      Replicate(options, results);
+      Replicate(options, keep, results);
     } catch (const NoAlgorithmFile&) {
-      desk_.Tell("No Algorithm File", "Please try again and choose an existing algorithm file name.",
-                 style::Exclamation, state_.algorithm.AlgName);
+      results.endedEarly = "the algorithm file " + state_.algorithm.AlgName + " cannot be used any more";
+      desk_.TellFailure("No Algorithm File", "Please try again and choose an existing algorithm file name.",
+                        style::Exclamation, state_.algorithm.AlgName);
     } catch (const std::exception& caught) {
-      failure = caught.what();
+      results.endedEarly = failure = FailureText(caught);
     }
     minimisers_.Close();  // while they know that they work for a bootstrap, and leave the menu alone
   }
@@ -77,14 +84,16 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options) {
   if (review_.Visible() && review_.rtbReview.text != review)  // the last replicate's
     review_.Open(PriorReview(state_.algorithm.Value, state_.flags.ObjectiveConstant, priors_));
   if (!failure.empty())
-    desk_.Tell("Parametric bootstrap",
-               fmt::format("The bootstrap cannot go on and ends with {} of {} replicates:\r\n{}", results.BootCount(),
-                           options.BootstrapCount, failure),
-               style::Exclamation);
+    desk_.TellFailure("Parametric bootstrap",
+                      fmt::format("The bootstrap cannot go on and ends with {} of {} replicates:\r\n{}",
+                                  results.BootCount(), options.BootstrapCount, failure),
+                      style::Exclamation);
   return results;
 }
 
-void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapResults& results) {
+void ParametricBootstrap::Replicate(const BootstrapOptions& options,
+                                    const std::function<void(const BootstrapResults&)>& keep,
+                                    BootstrapResults& results) {
   TellTime("Estimated time remaining (h:mm:ss) will be calculated after the 1st bootstrap estimate is complete");
   desk_.host.random.BeginNext();
   // What is bootstrapped is the fit in the algorithm file; its deviance is that of an analysis.
@@ -99,13 +108,22 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options, BootstrapRe
   RemainingTime remaining(Timer(clock));
   int rejectedInARow = 0;
   for (int attempt = 1; results.BootCount() < options.BootstrapCount; ++attempt) {
-    rejectedInARow = Attempt(options, attempt, results) ? 0 : rejectedInARow + 1;
+    if (Attempt(options, attempt, results)) {
+      rejectedInARow = 0;
+      ownFiles_.clear();
+      keep(results);
+    } else {
+      ++rejectedInARow;
+    }
     TellTime("Estimated time remaining (h:mm:ss) is " +
              remaining.After(Timer(clock), attempt, options.BootstrapCount + results.Rejects()));
     desk_.Turn();
     if (state_.flags.AbortRun) return;
     if (rejectedInARow == MostRejectedInARow) {
-      if (!AskToGoOn(options, results)) return;
+      if (!AskToGoOn(options, results)) {
+        results.endedEarly = fmt::format("the last {} attempts were all rejected", MostRejectedInARow);
+        return;
+      }
       rejectedInARow = 0;
     }
   }
@@ -132,7 +150,7 @@ bool ParametricBootstrap::Fit(const BootstrapOptions& options, int attempt, cons
   Tell("Writing simulated data");
   WriteData(path, dataText);
   Tell("Reading simulated data");
-  ReadData(path);
+  ReadSimulated(dataText);
   ReadAlgorithmFile();
   Tell("Estimating parameters for simulated data");
   Evaluate();
@@ -158,15 +176,16 @@ bool ParametricBootstrap::AskToGoOn(const BootstrapOptions& options, const Boots
                    style::YesNoQuestion) == Answer::Yes;
 }
 
+std::string ParametricBootstrap::Folder() const {
+  if (!desk_.host.bootstrapFolder.empty()) return desk_.host.bootstrapFolder;
+  const std::string& path = model_.data.DataFileName;
+  const std::string folder = path.substr(0, path.size() - FileName(path).size());
+  return folder.empty() ? "." : folder.substr(0, std::max<std::size_t>(1, folder.size() - 1));
+}
+
 std::string ParametricBootstrap::NameDataFile(int replicate) {
-  std::string folder = desk_.host.bootstrapFolder;
-  if (folder.empty()) {
-    const std::string& path = model_.data.DataFileName;
-    folder = path.substr(0, path.size() - FileName(path).size());
-    folder = folder.empty() ? "." : folder.substr(0, std::max<std::size_t>(1, folder.size() - 1));
-  }
   const double number = std::floor(desk_.host.random.Uniform() * 1000000 + 0.5);
-  return folder + "/BootstrappedData" + Format(replicate, "00000") + "_" + Format(number, "000000") + ".dat";
+  return Folder() + "/BootstrappedData" + Format(replicate, "00000") + "_" + Format(number, "000000") + ".dat";
 }
 
 /// The real data and the tables of the fit: read and evaluated once, put back from then on. The algorithm file is read
@@ -177,7 +196,7 @@ void ParametricBootstrap::TakeOriginal() {
     ReadAlgorithmFile();
     return;
   }
-  ReadData("");
+  ReadOriginal();
   ReadAlgorithmFile();
   RunState run = state_;
   Evaluate();
@@ -205,21 +224,44 @@ std::string ParametricBootstrap::Simulate() {
   return original_->text.Of(model_.simulation.SimCount);
 }
 
-/// Reads the real data or, given its file, a simulated data set.
-void ParametricBootstrap::ReadData(const std::string& simulatedFile) {
-  state_.flags.ReadOriginalFile = simulatedFile.empty();
-  state_.flags.ReadSimulatedFile = !simulatedFile.empty();
-  model_.data.SimulatedFileName = simulatedFile;
+void ParametricBootstrap::ReadOriginal() {
+  state_.flags.ReadOriginalFile = true;
+  state_.flags.ReadSimulatedFile = false;
+  ReadData();
+}
+
+void ParametricBootstrap::ReadSimulated(const std::string& text) {
+  state_.flags.ReadOriginalFile = false;
+  state_.flags.ReadSimulatedFile = true;
+  model_.data.SimulatedText = text;
+  ReadData();
+}
+
+void ParametricBootstrap::ReadData() {
   objective_.Call(state_.algorithm.Value, 0);
   if (!model_.data.ReadOK) throw RuntimeFailure("the data could not be read");
 }
 
 void ParametricBootstrap::WriteData(const std::string& path, const std::string& text) {
+  TellReplaced(path);
   try {
     desk_.Write(path, text, false);
   } catch (const RuntimeFailure& failure) {
     throw CannotGoOn(failure.what());
   }
+}
+
+/// Tells once that files of another bootstrap are replaced: with the same seed theirs have the same names.
+void ParametricBootstrap::TellReplaced(const std::string& path) {
+  std::error_code unknown;
+  const bool own = !ownFiles_.insert(path).second;
+  if (replacedTold_ || own || !std::filesystem::exists(path, unknown)) return;
+  replacedTold_ = true;
+  desk_.Tell("Parametric bootstrap",
+             fmt::format("Data files of another bootstrap stand where this one writes its own. Those of the same names "
+                         "are replaced, {} to begin with.",
+                         FileName(path)),
+             style::Exclamation, path);
 }
 
 void ParametricBootstrap::ReadAlgorithmFile() {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "base/at_end.h"
@@ -27,8 +29,8 @@ struct BootstrapOptions {
 };
 
 /// Simulates data sets from the fit that is saved in the algorithm file, fits the model to each, and records what comes
-/// of it: the parametric bootstrap (Efron and Tibshirani 1993). Each data set is written beside the real data and read
-/// back like these.
+/// of it: the parametric bootstrap (Efron and Tibshirani 1993). Each data set is read like the real data, from the text
+/// that was made; a copy of it is written for the user, and never read back.
 class ParametricBootstrap {
  public:
   /// Where a bootstrap works: the run that it takes over, and the windows in which it shows what it does.
@@ -50,9 +52,14 @@ class ParametricBootstrap {
   /// Replicates until as many are kept as are wanted, or the user aborts. An attempt that meets a penalty, a matrix
   /// that cannot be inverted or a calculation that fails is rejected; after each hundred rejections in a row the user
   /// is asked whether to go on. Files that cannot be read or written end the bootstrap with a message and what it has
-  /// so far. In any case data, parameters and results are as they were before. Under a seed all is repeated to the last
-  /// digit.
-  BootstrapResults Run(const BootstrapOptions& options);
+  /// so far; so does a failure of `keep`, which is given the results at each replicate that was kept. In any case data,
+  /// parameters and results are as they were before. Under a seed all is repeated to the last digit.
+  BootstrapResults Run(
+      const BootstrapOptions& options,
+      const std::function<void(const BootstrapResults&)>& keep = [](const BootstrapResults&) {});
+
+  /// Where it writes.
+  std::string Folder() const;
 
   /// While a bootstrap runs, the run state is a replicate's. Until the guard that is returned goes, it is the user's,
   /// to be saved by somebody who leaves the program on the way. Does nothing without a bootstrap.
@@ -70,19 +77,23 @@ class ParametricBootstrap {
     std::string algorithmText;  // of that file
   };
 
-  void Replicate(const BootstrapOptions& options, BootstrapResults& results);
+  void Replicate(const BootstrapOptions& options, const std::function<void(const BootstrapResults&)>& keep,
+                 BootstrapResults& results);
   /// False when the attempt was rejected.
   bool Attempt(const BootstrapOptions& options, int attempt, BootstrapResults& results);
   /// Simulates the data of an attempt, fits and judges them; false when they were rejected.
   bool Fit(const BootstrapOptions& options, int attempt, const std::string& path, BootstrapResults& results);
   bool Reject(std::int32_t& counter, const std::string& reason);
+  void TellReplaced(const std::string& path);
   bool AskToGoOn(const BootstrapOptions& options, const BootstrapResults& results);
   std::string NameDataFile(int replicate);
   void TakeOriginal();
   void BeginAhead(BootstrapResults::Minimiser minimiser);
   std::string Simulate();
   void WriteData(const std::string& path, const std::string& text);
-  void ReadData(const std::string& simulatedFile);
+  void ReadOriginal();
+  void ReadSimulated(const std::string& text);
+  void ReadData();
   void ReadAlgorithmFile();
   double Evaluate();
   bool Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText);
@@ -104,7 +115,9 @@ class ParametricBootstrap {
 
   // While a bootstrap runs.
   std::optional<RunState> usersRun_;
-  std::string lastRejection_;  // why
+  std::string lastRejection_;       // why
+  std::set<std::string> ownFiles_;  // of the present replicate: those of its rejected attempts
+  bool replacedTold_ = false;
   std::optional<Original> original_;
   std::string algorithmText_;  // of the algorithm file as it was read last
   std::unique_ptr<FitsAhead> ahead_;

@@ -63,12 +63,12 @@ struct BroodData {
   }
 
   // The choices the data were read with.
-  std::string DataFileName;       // path as chosen
-  std::string DataBaseName;       // its name without folder and extension
-  std::string DataExt;            // its last three characters
-  std::string TextFileName;       // the text file that is really read
-  std::string SimulatedFileName;  // the file that a bootstrap has written
-  std::string SheetName;          // the worksheet a workbook was read from
+  std::string DataFileName;   // path as chosen
+  std::string DataBaseName;   // its name without folder and extension
+  std::string DataExt;        // its last three characters
+  std::string TextFileName;   // the text file that is really read
+  std::string SimulatedText;  // the data set that a bootstrap has simulated, as it stands in a file
+  std::string SheetName;      // the worksheet a workbook was read from
   bool CensorEggs = false;
   bool CensorJuvs = false;
   std::int16_t NCov = 0;

@@ -1,6 +1,6 @@
 #include "data/reading_dialogue.h"
 
-#include "base/runtime_failure.h"
+#include "base/failure_text.h"
 #include "base/text.h"
 #include "data/brood_reader.h"
 #include "data/record_places.h"
@@ -17,18 +17,20 @@ bool ReadingDialogue::Read(BroodData& data) {
   data.ReadOK = false;
   std::string reason;
   try {
-    if (const std::optional<std::string> file = FileToRead(data)) {
-      std::optional<RecordPlaces> simulatedFor;
-      if (flags_.ReadSimulatedFile) simulatedFor.emplace(data);
-      ReadTextData(ReadWholeFile(*file), flags_.BootstrapMode, data, [this](const Message& m) { Tell(m); });
-      if (simulatedFor) simulatedFor->GiveTo(data);
+    if (flags_.ReadSimulatedFile) {
+      const RecordPlaces original(data);
+      ReadText(data.SimulatedText, data);
+      original.GiveTo(data);
+      data.ReadOK = true;
+    } else if (const std::optional<std::string> file = FileToRead(data)) {
+      ReadText(ReadWholeFile(*file), data);
       data.ReadOK = true;
     }
   } catch (const FatalDataError& fatal) {
     Tell(fatal.message);
     throw EndProgram{2};
-  } catch (const RuntimeFailure& failure) {
-    reason = failure.what();
+  } catch (const std::exception& failure) {
+    reason = FailureText(failure);
   }
   if (!data.ReadOK) {
     ForgetVisits(data);
@@ -37,6 +39,10 @@ bool ReadingDialogue::Read(BroodData& data) {
     Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information});
   }
   return data.ReadOK;
+}
+
+void ReadingDialogue::ReadText(std::string_view text, BroodData& data) {
+  ReadTextData(text, flags_.BootstrapMode, data, [this](const Message& m) { Tell(m); });
 }
 
 std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
@@ -49,15 +55,17 @@ std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
       data.SheetName = converted->SheetName;
     }
   }
-  return flags_.ReadSimulatedFile ? data.SimulatedFileName : data.TextFileName;
+  return data.TextFileName;
 }
 
 void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reason) {
-  if (IsWorkbook(data))
+  if (IsWorkbook(data)) {
     showStatus("No data: " + (reason.empty() ? "no worksheet was chosen" : reason));
-  else
-    Tell({"Problem finding data file or reading data", "Most likely the file doesn't exist or is incorrectly formatted",
-          style::Critical, reason});
+    if (!reason.empty()) desk_.host.windows.OnToldFailure();
+  } else {
+    desk_.TellFailure("Problem finding data file or reading data",
+                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical, reason);
+  }
 }
 
 void ReadingDialogue::Tell(const Message& message) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "control/run_state.h"
 #include "data/brood_data.h"
@@ -17,17 +18,18 @@ class ReadingDialogue {
   /// Keeps references to both.
   ReadingDialogue(Desk& desk, const RunFlags& flags) : desk_(desk), flags_(flags) {}
 
-  /// Reads the file that `data` and the run's flags name into `data`, which hold the data that a simulated file was
-  /// written from: its visits take their places. False when nothing was read: then the data are
-  /// without visits and the user knows, a workbook's in passing. Raises EndProgram behind a fatal data error.
+  /// Reads the file that `data` and the run's flags name into `data` or, in a bootstrap, the simulated data set that
+  /// they hold beside those it was simulated from, whose visits' places it takes. False when nothing was read: then the
+  /// data are without visits and the user knows. Raises EndProgram behind a fatal data error.
   bool Read(BroodData& data);
 
   /// Turns a workbook into a text data file; none when the user cancelled.
   std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
-  /// Says in passing why a workbook has left no data, which no message tells.
+  /// Says in passing why a workbook has left no data.
   std::function<void(const std::string& text)> showStatus = [](const std::string&) {};
 
  private:
+  void ReadText(std::string_view text, BroodData& data);
   /// The text file to be read; none when the user cancelled the choice of a worksheet.
   std::optional<std::string> FileToRead(BroodData& data);
   void TellFailure(const BroodData& data, const std::string& reason);

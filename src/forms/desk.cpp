@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/at_end.h"
+#include "base/failure_text.h"
 #include "base/runtime_failure.h"
 #include "platform/files.h"
 
@@ -63,6 +64,11 @@ Answer Desk::Ask(const std::string& title, const std::string& text, int boxStyle
 
 void Desk::Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
   host.windows.MsgBox({title, text, boxStyle, details});
+}
+
+void Desk::TellFailure(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
+  Tell(title, text, boxStyle, details);
+  host.windows.OnToldFailure();
 }
 
 std::string Desk::Input(const std::string& title, const std::string& prompt, const std::string& defaultText) {
@@ -142,7 +148,7 @@ void Desk::Run(Form& form, const std::string& command, const std::function<void(
     end_ = end;
     endRaised_ = true;
   } catch (const std::exception& failure) {
-    host.windows.OnFailure(command + ": " + failure.what());
+    host.windows.OnFailure(command + ": " + FailureText(failure));
     if (depth_ == 1 && onFailed) onFailed(form);
   }
   if (endRaised_ && depth_ == 1) {

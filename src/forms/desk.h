@@ -43,6 +43,8 @@ class Desk {
   // Questions, answered as WindowSystem says; Tell is for messages whose answer is of no account.
   Answer Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   void Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
+  /// Tells, in the command's own words, that what was asked for could not be done, or not all of it.
+  void TellFailure(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   /// Empty when cancelled; for questions that take an empty line for a Cancel.
   std::string Input(const std::string& title, const std::string& prompt, const std::string& defaultText);
   /// None when cancelled; for questions to which an empty line is an answer.

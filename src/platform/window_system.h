@@ -84,6 +84,9 @@ class WindowSystem {
   virtual void Beep() {}
   /// Tells the user that a command failed at run time.
   virtual void OnFailure(const std::string& text) = 0;
+  /// Tells that what was asked for could not be done, or not all of it, which the user has been told in the command's
+  /// own words: a run that nobody watches must not end as if it had.
+  virtual void OnToldFailure() {}
   /// The program has ended, with this exit status.
   virtual void OnEnd(int exitStatus) = 0;
 

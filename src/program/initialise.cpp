@@ -1,4 +1,5 @@
-#include "base/runtime_failure.h"
+#include <exception>
+
 #include "control/fuses.h"
 #include "program/program.h"
 
@@ -54,7 +55,7 @@ void Program::ReadData() {
   try {
     ApplyFuses(state.algorithm.Value, state);
     SummaryValue_ = objective.Call(state.algorithm.Value, 0, SummaryValue_);
-  } catch (const RuntimeFailure&) {
+  } catch (const std::exception&) {
     // The data are half taken: nothing may be calculated from them, and the parameters of the run before are gone.
     DimensionRun();
     state.flags.ModelInitialised = false;

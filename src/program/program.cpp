@@ -1,11 +1,13 @@
 #include "program/program.h"
 
+#include "base/runtime_failure.h"
+
 namespace merlane {
 
 Program::Program(const Host& host)
     : desk(host),
       model(desk, state, [this] { return frmInitialize.Choices(); }),
-      objective(state, [this](ModelCall& call) { model(call); }),
+      objective(state, [this](ModelCall& call) { CallModel(call); }),
       frmMain(desk),
       frmMenu(desk, state),
       frmInitialize(desk, frmMain),
@@ -64,6 +66,12 @@ void Program::Start() {
   desk.Show(frmMenu);
 }
 
+void Program::CallModel(ModelCall& call) {
+  if (call.NF != 0 && !model.data.ReadOK && !state.flags.SimulationMode)
+    throw RuntimeFailure("there are no data, since the last data file could not be read. Initialize with another one");
+  model(call);
+}
+
 void Program::WireMenu() {
   frmMenu.cmdInitialize.onClick = [this] { Initialize(); };
   frmMenu.cmdLoadAlg.onClick = [this] { LoadAlg(); };
@@ -115,7 +123,7 @@ void Program::WireForms() {
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
-  log.onLost = [this](const std::string& text) { desk.Tell("Log file management", text, style::Exclamation); };
+  log.onLost = [this](const std::string& text) { desk.TellFailure("Log file management", text, style::Exclamation); };
 }
 
 void Program::Recover(const Form& failed) {

@@ -128,6 +128,10 @@ class Program {
   void WireMenuBar();
   void WireForms();
 
+  /// The model as all commands reach it. Where there are no data because they could not be read nothing is concluded
+  /// from that, and no hypothesis repaired: RuntimeFailure.
+  void CallModel(ModelCall& call);
+
   // The buttons of the main menu.
   void Initialize();
   void LoadAlg();

@@ -1,5 +1,6 @@
 // The batch runner as a person meets it: the program itself, its exact output, error text and exit status.
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include "batch/replay.h"
@@ -21,14 +22,18 @@ class MerlaneBatch : public testing::Test {
   }
   void TearDown() override { std::filesystem::remove_all(folder); }
 
+  /// Runs a command of the shell in `folder`.
+  int Shell(const std::string& command) const {
+    const int result = std::system(("cd '" + folder + "' && " + command).c_str());
+    return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+  }
   /// Runs the program in `folder`; leaves what it wrote.
   int Run(const std::string& arguments) {
-    const std::string command = "cd '" + folder + "' && '" MERLANE_BUILD_DIR "/merlane-batch' " + arguments +
-                                " >stdout.txt 2>stderr.txt </dev/null";
-    const int result = std::system(command.c_str());
+    const int status =
+        Shell("'" MERLANE_BUILD_DIR "/merlane-batch' " + arguments + " >stdout.txt 2>stderr.txt </dev/null");
     out = ReadFile(folder + "/stdout.txt");
     err = ReadFile(folder + "/stderr.txt");
-    return WIFEXITED(result) ? WEXITSTATUS(result) : -1;
+    return status;
   }
   int RunText(const std::string& text, const std::string& options = "") {
     WriteFile(folder + "/a.batch", text);
@@ -160,6 +165,98 @@ TEST_F(MerlaneBatch, ACommandThatFailsEndsTheRunWithFourAtItsEnd) {
                              "file or directory\n"));
   EXPECT_THAT(out, EndsWith("      wrote p.csv\nend: end of file\n"));
   EXPECT_EQ(ReadFile(folder + "/p.csv"), "number,value,step,fuse,free,name\n");
+}
+
+// ---- Failures that a run does not end by
+
+TEST_F(MerlaneBatch, ATranscriptOntoAFullDiskEndsTheRunWithFour) {
+  WriteFile(folder + "/a.batch", "export parameters p.csv\n");
+  EXPECT_EQ(Shell("'" MERLANE_BUILD_DIR "/merlane-batch' a.batch >/dev/full 2>stderr.txt"), 4);
+  EXPECT_EQ(ReadFile(folder + "/stderr.txt"), "merlane-batch: the transcript could not be written\n");
+  EXPECT_TRUE(std::filesystem::exists(folder + "/p.csv")) << "to the end";
+}
+
+TEST_F(MerlaneBatch, ATranscriptThatNobodyReadsAnyMoreEndsTheRunWithFour) {
+  WriteFile(folder + "/a.batch", "export parameters p.csv\n");
+  Shell("{ sleep 0.3; '" MERLANE_BUILD_DIR "/merlane-batch' a.batch 2>stderr.txt; echo $? >status.txt; } | true");
+  EXPECT_EQ(ReadFile(folder + "/status.txt"), "4\n");
+  EXPECT_EQ(ReadFile(folder + "/stderr.txt"), "merlane-batch: the transcript could not be written\n");
+  EXPECT_TRUE(std::filesystem::exists(folder + "/p.csv")) << "to the end";
+}
+
+TEST_F(MerlaneBatch, DataThatAreNotThereEndTheRunWithFourAndWhatNeedsThemIsRefused) {
+  const std::string alg = ReadFile(golden + "spanning_random.alg");
+  const std::string missing =
+      "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile missing.dat\n"
+      "press frmInitialize.cmdDone\n";
+  EXPECT_EQ(RunText(missing), 4);
+  const std::string load = "press frmMenu.cmdLoadAlg\nreply yes\nfile own.alg\n";
+  for (const char* command : {"press cmdOneFunction\n", "press cmdUserSummary\n", "press cmdSimplex\nreply yes\n",
+                              "press cmdMarquardt\nreply yes\nreply no\nreply no\n"}) {
+    WriteFile(folder + "/own.alg", alg);
+    EXPECT_EQ(RunText(missing + load + "press cmdSaveAlg\nfile untouched.alg\n" + command +
+                      "press frmMenu.cmdSaveAlg\nfile own.alg\n"),
+              4)
+        << command << err;
+    EXPECT_THAT(out, HasSubstr("there are no data")) << command;
+    EXPECT_EQ(ReadFile(folder + "/own.alg"), ReadFile(folder + "/untouched.alg")) << command;
+  }
+}
+
+TEST_F(MerlaneBatch, DataThatAreAFolderOrAPipeEndTheRunWithFour) {
+  ASSERT_EQ(::mkfifo((folder + "/pipe.dat").c_str(), 0666), 0);
+  for (const auto& [data, why] : {std::pair{".", "Is a directory"}, {"pipe.dat", "it is a pipe"}}) {
+    EXPECT_EQ(RunText("press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " + std::string(data) +
+                      "\npress frmInitialize.cmdDone\n"),
+              4);
+    EXPECT_THAT(out, HasSubstr(why));
+  }
+}
+
+TEST_F(MerlaneBatch, AWorkbookThatCannotBeReadEndsTheRunWithFour) {
+  WriteFile(folder + "/lake.xls", "no workbook");
+  EXPECT_EQ(RunText("press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile lake.xls\n"
+                    "press frmInitialize.cmdDone\n"),
+            4);
+  EXPECT_THAT(out, HasSubstr("\"No data: "));
+}
+
+TEST_F(MerlaneBatch, AnAlgorithmFileThatIsAPipeEndsTheRunWithFour) {
+  ASSERT_EQ(::mkfifo((folder + "/pipe.alg").c_str(), 0666), 0);
+  EXPECT_EQ(RunText(Read("eggs_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile pipe.alg\n"), 4);
+  EXPECT_THAT(out, HasSubstr("it is a pipe"));
+}
+
+TEST_F(MerlaneBatch, ALogThatCannotBeWrittenEndsTheRunWithFour) {
+  EXPECT_EQ(
+      RunText(
+          Read("juveniles_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile " +
+          InQuotes(golden + "juveniles_only.alg") +
+          "\npress frmMenu.cmdEditAlg\npress cmdOpenLog\nfile /dev/full\nset txtFileFreq 25\n"
+          "press cmdFinish\npress frmMenu.cmdOneFunction\nclose frmOneFunction\npress frmMenu.cmdSimplex\nreply yes\n"),
+      4)
+      << err;
+  EXPECT_THAT(out, HasSubstr("The log file /dev/full can no longer be written"));
+}
+
+TEST_F(MerlaneBatch, ABootstrapThatBrokeOffEndsTheRunWithFour) {
+  const std::string bootstrap = "seed 1\n" + Read("juveniles_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile " +
+                                InQuotes(golden + "juveniles_only.alg") +
+                                "\npress frmMenu.cmdUserSummary\nenter 1\nreply yes\n"
+                                "press frmSummary.cmdBootstrap\nenter 2\nenter 40\nreply yes\n"
+                                "reply yes\nfile a.bpv\nreply no\nreply yes\n";
+  EXPECT_EQ(RunText(bootstrap, "--out whole"), 0) << err;
+  for (const auto& entry : std::filesystem::directory_iterator(folder + "/whole"))
+    if (const std::string name = entry.path().filename(); name.starts_with("BootstrappedData00002"))
+      std::filesystem::create_directories(folder + "/broken/" + name);  // where no file can be written
+  EXPECT_EQ(RunText(bootstrap, "--out broken"), 4) << err;
+  EXPECT_THAT(ReadFile(folder + "/broken/a.bpv"), testing::StartsWith("\"1 of 2 replicates: cannot write the file "));
+}
+
+TEST_F(MerlaneBatch, ANameWithALineBreakForgesNoLine) {
+  EXPECT_EQ(RunText("export parameters \"a\\nend: quit\"\nexport fit \"none/b\\nend: quit\"\n"), 4);
+  EXPECT_THAT(out, HasSubstr("      wrote a\\nend: quit\n"));
+  EXPECT_THAT(out, testing::Not(HasSubstr("\nend: quit")));
 }
 
 TEST_F(MerlaneBatch, RelativePathsAreReadBesideTheFileAndWrittenToTheOutputFolder) {

@@ -226,14 +226,13 @@ TEST(MerlaneModel, AWorkbookThatIsCancelledOrCannotBeReadLeavesNoDataAndNoMessag
   EXPECT_THAT(run.host.windows.messages, IsEmpty());
 }
 
-TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasWritten) {
+TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasSimulated) {
   ModelRun run;
   run.ReadText(Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
   run.state.algorithm.Value.Fill(0.25);
   run.host.windows.messages.clear();
   run.choices.NCov = 7;
-  run.model.data.SimulatedFileName = testing::TempDir() + "bootstrapped.dat";
-  WriteWholeFile(run.model.data.SimulatedFileName, Header + "\n" + Record(1995, "A", 160, 170, -10, 3));
+  run.model.data.SimulatedText = Header + "\n" + Record(1995, "A", 160, 170, -10, 3);
   run.state.flags.BootstrapMode = true;
   run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;
@@ -297,7 +296,7 @@ TEST(MerlaneModel, WithFormatACovariatesAreStandardisedAfterEachReadOfABootstrap
   const std::string text = Header + ",       Depth\n" + Record(1995, "A", 160, 170, -10, 5, {"1"}) +
                            Record(1995, "B", 160, 170, -10, 5, {"3"});
   run.ReadText(text);
-  run.model.data.SimulatedFileName = run.choices.DataFileName;
+  run.model.data.SimulatedText = text;
   run.state.flags.BootstrapMode = true;
   run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;

@@ -160,6 +160,43 @@ TEST_F(BootstrapTest, SameSeedRepeatsItToTheLastDigit) {
   EXPECT_NE(BootstrapParameterText(first), BootstrapParameterText(third)) << "streams go on";
 }
 
+TEST_F(BootstrapTest, FileThatAnotherProgramChangesIsNotWhatIsFitted) {
+  Ready("spanning_random");
+  const std::string undisturbed = BootstrapParameterText(Run(3));
+  const std::string another = ReadWholeFile(folder / DataFiles()[0]);
+  windows.onStatus = [&](const auto& status) {
+    if (status.text != "Reading simulated data") return;
+    for (const std::string& file : DataFiles()) WriteWholeFile(folder / file, another);
+  };
+  for (const int cores : {1, 4}) {
+    program.parametricBootstrap.cores = cores;
+    host.random.SetSeed(KeptSeed);
+    EXPECT_EQ(BootstrapParameterText(Run(3)), undisturbed) << cores << " cores";
+  }
+}
+
+TEST_F(BootstrapTest, FilesOfAnotherBootstrapAreToldOnceBeforeTheyAreReplaced) {
+  Ready("spanning_random");
+  windows.messages.clear();
+  Run(3);
+  EXPECT_THAT(windows.messages, IsEmpty());
+  std::filesystem::remove(folder / DataFiles()[0]);
+  const std::string first = DataFiles()[0];
+  WriteWholeFile(folder / first, "another");
+  std::string stood;
+  windows.onStatus = [&](const auto& status) {
+    if (status.text == "Reading simulated data" && stood.empty() && !windows.messages.empty()) stood = first;
+  };
+  host.random.SetSeed(KeptSeed);
+  Run(3);
+  ASSERT_THAT(windows.messages, SizeIs(1));
+  EXPECT_THAT(windows.messages[0].text,
+              HasSubstr("Data files of another bootstrap stand where this one writes its own"));
+  EXPECT_EQ(windows.messages[0].details, folder / first);
+  EXPECT_EQ(windows.toldFailures, 0);
+  EXPECT_NE(ReadWholeFile(folder / first), "another");
+}
+
 /// Juveniles of two years sorted by code and day: records of a brood stand apart, the other year between. A visit is
 /// numbered on over what stands between, so that each brood has gaps where no record is.
 std::string RecordsThatStandApart() {
@@ -476,6 +513,9 @@ struct RestoreTest : BootstrapTest {
     EXPECT_THAT(message->text, StartsWith("The bootstrap cannot go on and ends with " + std::to_string(kept) +
                                           " of 3 replicates:\r\n"));
     EXPECT_THAT(message->text, HasSubstr(reason));
+    EXPECT_GT(windows.toldFailures, 0);
+    EXPECT_THAT(program.frmSummary.rtbOut.text,
+                HasSubstr(" parametric bootstraps:\r\n\r\n" + std::to_string(kept) + " of 3 replicates: "));
     EXPECT_THAT(program.frmSummary.rtbOut.text,
                 HasSubstr("Results from execution of " + std::to_string(kept) + " parametric bootstraps:"));
   }
@@ -603,6 +643,69 @@ TEST_F(RestoreTest, ReviewOfThePriorsIsTheRealFitsBehindABootstrap) {
   EXPECT_THAT(program.frmReviewPriors.rtbReview.text, HasSubstr("Parameter 17 at 5.000E-02 has a prior"));
 }
 
+TEST_F(RestoreTest, FilesOfABootstrapThatBrokeOffSayInTheirHeadHowManyThereAreAndWhy) {
+  AnswerOptions("3", "40", true);
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bpv");
+  windows.Yes("Confirmation request");
+  windows.File(folder / "kept.bse");
+  AtEachFit([this](int attempt) {
+    if (attempt == 2) desk.host.bootstrapFolder = folder / "missing";
+  });
+  desk.Press(program.frmSummary.cmdBootstrap);
+  for (const char* file : {"kept.bpv", "kept.bse"})
+    EXPECT_THAT(ReadWholeFile(folder / file), StartsWith("\"2 of 3 replicates: cannot write the file "));
+}
+
+// ---- What is kept as it grows
+
+struct KeptAsItGrows : RestoreTest {
+  std::string Path() const { return folder / "BootstrappedParameters_06011030.bpv"; }
+};
+
+TEST_F(KeptAsItGrows, TheReplicatesSoFarStandInAFileUntilTheReportsHaveBeenOffered) {
+  host.clock.now = {2024, 6, 1, 10, 30, 0};
+  AnswerOptions("3", "40", true);
+  windows.Yes("Confirmation request");
+  windows.File(folder / "saved.bpv");
+  windows.No("Confirmation request");
+  windows.Yes("Confirmation request");
+  std::string soFar;
+  AtEachFit([&](int attempt) {
+    EXPECT_EQ(std::filesystem::exists(Path()), attempt > 1);
+    if (attempt == 3) soFar = ReadWholeFile(Path());
+  });
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(Lines(soFar), SizeIs(3));
+  EXPECT_THAT(ReadWholeFile(folder / "saved.bpv"), StartsWith(soFar));
+  EXPECT_FALSE(std::filesystem::exists(Path()));
+}
+
+TEST_F(KeptAsItGrows, AReportThatCannotBeMadeLeavesThemAndSaysWhere) {
+  host.clock.now = {2024, 6, 1, 10, 30, 0};
+  AnswerOptions("2", "40", true);
+  AtEachAttempt("1995Calculating p[survive 1 day]  brood # 1 of 60",
+                [this](int) { state.algorithm.Value(17) = 1.7e308; });  // whose sum is no number
+  windows.ExpectFailure("The parameter values of all 2 replicates are kept in " + Path());
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(Lines(ReadWholeFile(Path())), SizeIs(3));
+  ExpectWindowsBack();
+}
+
+TEST_F(KeptAsItGrows, WhoLeavesTheProgramOnTheWayFindsThem) {
+  host.clock.now = {2024, 6, 1, 10, 30, 0};
+  WriteWholeFile(Path(), "of another run");
+  AnswerOptions("3", "40", true);
+  AtEachFit([this](int attempt) {
+    if (attempt == 3) desk.Close(program.frmMain);
+  });
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(ReadWholeFile(Path()), "of another run");
+  EXPECT_THAT(Lines(ReadWholeFile(folder / "BootstrappedParameters_06011030_2.bpv")), SizeIs(3));
+}
+
 // ---- Algorithm files
 
 struct AlgorithmFileOfABootstrap : BootstrapTest {
@@ -644,6 +747,7 @@ TEST_F(AlgorithmFileOfABootstrap, ThatVanishesOnTheWayEndsItWithWhatItHas) {
   DeclineReports();
   desk.Press(program.frmSummary.cmdBootstrap);
   EXPECT_THAT(windows.Titles(), Contains("No Algorithm File"));
+  EXPECT_EQ(windows.toldFailures, 1);
   EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 1 parametric bootstraps:"));
 }
 
@@ -798,6 +902,7 @@ TEST_F(BootstrapQuestions, ReportThatCannotBeWrittenIsOfferedAgain) {
   windows.Yes("Confirmation request");
   Press();
   EXPECT_THAT(windows.messages[2].text, HasSubstr("missing/kept.bpv"));
+  EXPECT_EQ(windows.toldFailures, 1);
   EXPECT_TRUE(std::filesystem::exists(folder / "kept.bpv"));
 }
 

@@ -83,6 +83,7 @@ class ScriptedWindows : public WindowSystem {
   std::vector<Status> statuses;
   std::vector<Told> formEvents;
   std::vector<std::string> failures;
+  int toldFailures = 0;
   std::vector<std::string> writes;
   std::optional<int> exitStatus;
   int turns = 0;
@@ -146,6 +147,7 @@ class ScriptedWindows : public WindowSystem {
         << "a command failed with \"" << text << "\" where \"" << expectedFailures_.front() << "\" was expected";
     expectedFailures_.pop_front();
   }
+  void OnToldFailure() override { ++toldFailures; }
   void OnEnd(int status) override {
     exitStatus = status;
     events.push_back("end " + std::to_string(status));
