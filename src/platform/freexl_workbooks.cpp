@@ -23,10 +23,7 @@ class OpenWorkbook {
  public:
   explicit OpenWorkbook(const std::string& path) {
     Check(freexl_open(path.c_str(), &handle_), path);
-    if (handle_ == nullptr) throw std::bad_alloc();  // of which the library says nothing
-    unsigned int encrypted = 0;
-    if (freexl_get_info(handle_, FREEXL_BIFF_PASSWORD, &encrypted) == FREEXL_OK && encrypted == FREEXL_BIFF_OBFUSCATED)
-      throw RuntimeFailure("the workbook " + path + " is encrypted");
+    if (handle_ == nullptr) WithoutHandle(path);
   }
   ~OpenWorkbook() { freexl_close(handle_); }
   OpenWorkbook(const OpenWorkbook&) = delete;
@@ -37,6 +34,14 @@ class OpenWorkbook {
   static void Check(int code, const std::string& path) {
     if (code != FREEXL_OK)
       throw RuntimeFailure(fmt::format("{} is not a workbook that can be read (reason {})", path, code));
+  }
+  /// The library opens nothing, and says nothing of it, where a workbook is encrypted and where memory runs out. It
+  /// runs out for the cells, which are left alone when a workbook is opened for its properties alone.
+  [[noreturn]] static void WithoutHandle(const std::string& path) {
+    const void* properties = nullptr;
+    freexl_open_info(path.c_str(), &properties);
+    if (properties == nullptr) throw RuntimeFailure("the workbook " + path + " is encrypted, or made in another way");
+    throw std::bad_alloc();
   }
   const void* handle_ = nullptr;
 };

@@ -228,15 +228,14 @@ TEST_F(MerlaneBatch, AnAlgorithmFileThatIsAPipeEndsTheRunWithFour) {
 }
 
 TEST_F(MerlaneBatch, ALogThatCannotBeWrittenEndsTheRunWithFour) {
-  EXPECT_EQ(
-      RunText(
-          Read("juveniles_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile " +
-          InQuotes(golden + "juveniles_only.alg") +
-          "\npress frmMenu.cmdEditAlg\npress cmdOpenLog\nfile /dev/full\nset txtFileFreq 25\n"
-          "press cmdFinish\npress frmMenu.cmdOneFunction\nclose frmOneFunction\npress frmMenu.cmdSimplex\nreply yes\n"),
-      4)
+  std::filesystem::create_symlink("/dev/full", folder + "/log.tvl");
+  EXPECT_EQ(RunText(Read("juveniles_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile " +
+                    InQuotes(golden + "juveniles_only.alg") +
+                    "\npress frmMenu.cmdEditAlg\npress cmdOpenLog\nfile log\nset txtFileFreq 25\npress cmdFinish\n"
+                    "press frmMenu.cmdSimplex\nreply yes\n"),
+            4)
       << err;
-  EXPECT_THAT(out, HasSubstr("The log file /dev/full can no longer be written"));
+  EXPECT_THAT(out, HasSubstr("The log file ./log.tvl can no longer be written: No space left on device"));
 }
 
 TEST_F(MerlaneBatch, ABootstrapThatBrokeOffEndsTheRunWithFour) {

@@ -52,7 +52,8 @@ TEST(FreexlWorkbooks, TheUsedRangeBeginsWithTheFirstCellThatHoldsSomething) {
 }
 
 TEST(FreexlWorkbooks, RefusesAnEncryptedWorkbook) {
-  EXPECT_THROW(FreexlWorkbooks().Read(Kept("encrypted.xls")), RuntimeFailure);
+  EXPECT_THAT([] { FreexlWorkbooks().Read(Kept("encrypted.xls")); },
+              testing::ThrowsMessage<RuntimeFailure>(testing::HasSubstr("encrypted.xls is encrypted")));
 }
 
 TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbook) {
