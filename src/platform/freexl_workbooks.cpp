@@ -4,6 +4,7 @@
 #include <freexl.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 
 #include "base/runtime_failure.h"
@@ -22,8 +23,12 @@ using Rows = std::vector<std::vector<WorkbookCell>>;
 class OpenWorkbook {
  public:
   explicit OpenWorkbook(const std::string& path) {
+    errno = 0;
     Check(freexl_open(path.c_str(), &handle_), path);
-    if (handle_ == nullptr) WithoutHandle(path);
+    if (handle_ != nullptr) return;
+    // The library opens nothing, and says nothing of it, where memory runs out and where a workbook is encrypted.
+    if (errno == ENOMEM) throw std::bad_alloc();
+    throw RuntimeFailure("the workbook " + path + " is encrypted, or made in another way");
   }
   ~OpenWorkbook() { freexl_close(handle_); }
   OpenWorkbook(const OpenWorkbook&) = delete;
@@ -34,14 +39,6 @@ class OpenWorkbook {
   static void Check(int code, const std::string& path) {
     if (code != FREEXL_OK)
       throw RuntimeFailure(fmt::format("{} is not a workbook that can be read (reason {})", path, code));
-  }
-  /// The library opens nothing, and says nothing of it, where a workbook is encrypted and where memory runs out. It
-  /// runs out for the cells, which are left alone when a workbook is opened for its properties alone.
-  [[noreturn]] static void WithoutHandle(const std::string& path) {
-    const void* properties = nullptr;
-    freexl_open_info(path.c_str(), &properties);
-    if (properties == nullptr) throw RuntimeFailure("the workbook " + path + " is encrypted, or made in another way");
-    throw std::bad_alloc();
   }
   const void* handle_ = nullptr;
 };
