@@ -74,8 +74,8 @@ bool AlgorithmCommands::LoadFile() {
 }
 
 void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::string& path) {
-  desk_.TellFailure("Algorithm file - information input failed", FailureText(reading, path, state_.algorithm.NPAR),
-                    style::Information, reading.details.empty() ? path : path + ", " + reading.details);
+  desk_.Tell("Algorithm file - information input failed", FailureText(reading, path, state_.algorithm.NPAR),
+             style::Information, reading.details.empty() ? path : path + ", " + reading.details);
 }
 
 void AlgorithmCommands::ShowLoaded() {
