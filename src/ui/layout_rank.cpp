@@ -43,6 +43,7 @@ void LayOutRank(Layouter& layouter, QVBoxLayout& column) {
   parts->addWidget(averages);
   parts->setStretchFactor(0, 1);
   parts->setStretchFactor(1, 1);
+  parts->setSizes({1000, 1000});  // halves, once there are averages to read
   column.addWidget(parts, 1);
 
   auto* const notes = layouter.Column({"lblDelete", "lblCovariance", "lblNotes"});
