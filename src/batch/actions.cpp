@@ -223,7 +223,7 @@ void Actions::Check(bool done, const BatchLine& line, const Control& control) co
 
 std::string Actions::WhyUnusable(const Control& control) const {
   if (!control.form.Visible()) return control.form.name + " is not shown";
-  if (!control.form.TakesInput()) return control.form.name + " takes no input now";
+  if (!control.TakesInput()) return control.form.name + " takes no input now";
   if (!control.visible) return control.name + " is not visible";
   if (!control.enabled) return control.name + " is not enabled";
   if (desk_.Busy() && !control.offeredWhileBusy) return control.name + " is not offered while a calculation runs";

@@ -29,9 +29,9 @@ void MakeFolder(const std::string& folder) {
     throw RuntimeFailure(fmt::format("cannot make the folder {}: {}", folder, error.message()));
 }
 
-std::string Export(const Program& program, const std::string& what) {
+std::string Export(Program& program, const std::string& what) {
   if (what == "parameters") return ParametersCsv(program.state.algorithm);
-  if (what == "visits") return VisitsCsv(program.model.data, program.model.Evaluated().best);
+  if (what == "visits") return VisitsCsv(program.model.data, program.TablesAtFit());
   return FitJson(program.fit);
 }
 

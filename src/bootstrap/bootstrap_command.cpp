@@ -66,7 +66,9 @@ bool BootstrapCommand::SavedModelIsMeant() {
                style::Exclamation);
     return false;
   }
-  const std::vector<int> unsaved = UnsavedParameters(state_, saved);
+  RunState present = state_;
+  for (RunState* run : {&present, &saved}) run->algorithm.Value = model_.AsEvaluated(run->algorithm);
+  const std::vector<int> unsaved = UnsavedParameters(present, saved);
   return unsaved.empty() ||
          desk_.Ask(
              Title,

@@ -69,7 +69,7 @@ bool AlgorithmCommands::LoadFile() {
   // After a failure the tolerance decides: the command goes on with what has been read so far, unless it was below its
   // minimum, as it is in a run that holds nothing yet. Data that are not in the run do not name it either.
   if (failed && toleranceWasBelow) return false;
-  TakeName(*path);
+  if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeName(*path);
   return true;
 }
 

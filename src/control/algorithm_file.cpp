@@ -53,7 +53,7 @@ std::string ReadFuse(std::string_view rest) {
 void ReadParameters(LineReader& lines, AlgorithmData& a) {
   a.Value.Dimension(a.NPAR);
   a.Step.Dimension(a.NPAR);
-  a.Fuse.Dimension(a.NPAR);
+  a.Fuse.Dimension(a.NPAR, Unfused);
   for (int i = 1; i <= a.NPAR; ++i) {
     const std::string& line = lines.Next();
     const std::string_view value = FirstField(line);

@@ -33,8 +33,8 @@ struct AlgorithmReading {
 };
 
 /// Reads the text of a .alg file, of either form, into the data of a model of `NPAR` parameters. A file for another
-/// number of parameters changes nothing; any other failure leaves what was read before it, and fuses that were not
-/// reached are empty texts. A success always switches file logging off.
+/// number of parameters changes nothing; any other failure leaves what was read before it, and the parameters that were
+/// not reached 0, frozen and unfused. A success always switches file logging off.
 AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a);
 
 /// Raises a tolerance other than 0 to a magnitude of at least 1E-06; true when it was below (0 included).

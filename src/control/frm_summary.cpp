@@ -11,6 +11,7 @@ namespace merlane {
 FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
     : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
   beginsCommands = true;  // what follows upon it
+  cmdSaveSummary.beginsNothing = true;
   rtbOut.readOnly = false;
   cmdSaveSummary.toolTip = "Saves the (possibly edited) output appearing in the textbox below";
   cmdPlots.toolTip = "Shows plots of data and predictions, for each brood and for whole years";
@@ -23,6 +24,8 @@ void FrmSummary::Open(const std::string& text) {
   desk.Load(*this);
   rtbOut.text = text;
   simulatedData_ = state_.flags.SimulationMode;
+  algName_ = state_.algorithm.AlgName;
+  algShortName_ = state_.algorithm.AlgShortName;
   cmdSaveSummary.text = simulatedData_ ? "Save simulated data as..." : "Save results summary as...";
   for (Button* follows : {&cmdPlots, &cmdBootstrap}) {
     follows->enabled = true;
@@ -44,11 +47,10 @@ void FrmSummary::SaveSimulatedData() {
 }
 
 void FrmSummary::SaveResults() {
-  const AlgorithmData& a = state_.algorithm;
-  const std::string model = a.AlgName.empty() ? ClockName(desk.host.clock) : a.AlgName;
+  const std::string model = algName_.empty() ? ClockName(desk.host.clock) : algName_;
   const std::string start = (model.ends_with(".alg") ? model.substr(0, model.size() - 4) : model) + ".tvo";
   const std::string filter = fmt::format(
-      "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", a.AlgShortName);
+      "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", algShortName_);
   const std::optional<std::string> path =
       desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start, ".tvo"});
   if (path) SavePane(desk, rtbOut, *path);

@@ -33,7 +33,9 @@ class FrmSummary : public Form {
 
   const RunState& state_;
   FrmMenu& menu_;
-  bool simulatedData_ = false;  // what the pane shows, also when the run has meanwhile become another
+  // What the pane shows, also when the run has meanwhile become another.
+  bool simulatedData_ = false;
+  std::string algName_, algShortName_;
 };
 
 }  // namespace merlane

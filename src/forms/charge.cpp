@@ -36,7 +36,10 @@ void Charge::EndLong() {
 bool Charge::Runs(const Form& form) const { return std::ranges::find(running_, &form) != running_.end(); }
 
 bool Charge::Rests(const Form& form) const {
-  if (form.beginsCommands && (!holders_.empty() || !running_.empty())) return true;
+  return (form.beginsCommands && (!holders_.empty() || !running_.empty())) || StandsBehind(form);
+}
+
+bool Charge::StandsBehind(const Form& form) const {
   if (holders_.empty()) return false;
   const Holder& foremost = holders_.back();
   if (foremost.window == &form) return Runs(form);

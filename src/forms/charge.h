@@ -14,8 +14,8 @@ class Form;
 /// Commands do not mix. A window in which a command is carried out (an editor, the ranking, the choice of a worksheet)
 /// is in charge from its opening to its closing; what it opens of its kind stands before it and is in charge in its
 /// turn. Of these windows only the foremost takes input, and not while its own command runs or waits. Forms that begin
-/// commands (`Form::beginsCommands`) rest until nobody is in charge and nothing runs. All other windows only show what
-/// was found, and can be used at any time.
+/// commands (`Form::beginsCommands`) rest until nobody is in charge and nothing runs, but for what saves and no more
+/// (`Control::beginsNothing`). All other windows only show what was found, and can be used at any time.
 class Charge {
  public:
   /// What rests while a window is in charge.
@@ -49,6 +49,8 @@ class Charge {
   /// The long command that runs will not end as others do: the application menu rests until the next one has ended.
   void KeepApplicationMenuShut() { keepShut_ = true; }
 
+  /// True when the window in charge keeps the form from all input, whether it begins commands or not.
+  bool StandsBehind(const Form& form) const;
   /// True when the form takes no input, because of what is in charge.
   bool Rests(const Form& form) const;
   bool ApplicationMenuRests() const;

@@ -13,6 +13,8 @@ Control::Control(Form& f, std::string controlName, std::string initialText)
   form.controls_.push_back(this);
 }
 
+bool Control::TakesInput() const { return beginsNothing ? !form.desk.charge.StandsBehind(form) : form.TakesInput(); }
+
 void Control::KeepDesign() {
   designText_ = text;
   designToolTip_ = toolTip;

@@ -48,6 +48,11 @@ class Control {
   bool visible = true;
   /// A control that stays pressable while a long calculation runs: its handler sets a flag and no more.
   bool offeredWhileBusy = false;
+  /// A control that begins nothing on a form that begins commands: it does not rest with them.
+  bool beginsNothing = false;
+
+  /// True when a person can use the control, as far as the form goes and who is in charge.
+  bool TakesInput() const;
 
   /// Remembers the present state as the design state / returns to it. Called by the form.
   virtual void KeepDesign();

@@ -132,7 +132,7 @@ void Desk::EndIfRaised() {
 
 bool Desk::Usable(const Control& control) const {
   const Form& form = control.form;
-  if (ended_ || !form.loaded_ || !form.visible_ || !form.TakesInput() || !control.visible || !control.enabled)
+  if (ended_ || !form.loaded_ || !form.visible_ || !control.TakesInput() || !control.visible || !control.enabled)
     return false;
   return !Busy() || control.offeredWhileBusy;
 }

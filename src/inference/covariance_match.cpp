@@ -27,7 +27,7 @@ std::string Numbers(const std::vector<int>& parameters) {
 
 CovarianceFileShape ShapeOfCovarianceFile(std::string_view text) {
   constexpr std::size_t Heading = 4, Between = 15;
-  const std::vector<std::string> lines = Lines(text);
+  const std::vector<std::string> lines = CovarianceFileLines(text);
   CovarianceFileShape shape;
   std::size_t line = Heading;
   for (; line < lines.size() && lines[line].starts_with(Format(shape.parameters + 1, " 000) ")); ++line)
@@ -42,6 +42,9 @@ std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& mo
   for (const CovarianceFile::Row& row : file.rows) estimated.push_back(row.parameter);
   if (estimated != model.counted)
     return fmt::format("its free parameters are {}, those of the model {}", Numbers(estimated), Numbers(model.counted));
+  if (file.constant != 0 && !SameInFiles(file.constant, 1 / model.constant))
+    return fmt::format("its constant is {}, that of the model {}", Shortest(file.constant),
+                       Shortest(1 / model.constant));
   for (int i = 1; i <= file.values.Size(); ++i)
     if (!SameInFiles(file.values(i), model.Value(i)))
       return fmt::format("parameter {} is {} in it and {} in the model", i, Shortest(file.values(i)),

@@ -18,7 +18,8 @@ struct CovarianceFileShape {
 CovarianceFileShape ShapeOfCovarianceFile(std::string_view text);
 
 /// In which respect a covariance file is not one of this model's present estimates: another set of estimated
-/// parameters, or a value that differs beyond the digits that files keep. Empty when it is one of them.
+/// parameters, another constant, or a value that differs beyond the digits that files keep. Empty when it is one of
+/// them.
 std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& model);
 
 }  // namespace merlane

@@ -187,11 +187,12 @@ void FrmRank::AddModel() {
   ranking_.Add();
   const int position = ranking_.ModelCount();
   grdRank.Resize(position + 1, ColumnCount);
-  ForgetAveraging();
-  cmdAverage.enabled = false;
+  Unrank(Colour::LightRed);
   EvaluateModel(ranking_.entered.back());
-  // Also behind a first model that failed before it could ask.
-  if (position == 1 || state_.flags.ObjectiveConstant == 0) AskConstant();
+  // For the first model of the table that comes so far; those before it may have failed.
+  if (std::ranges::all_of(ranking_.entered, [](const Competitor& model) { return model.constant == 0; }) ||
+      state_.flags.ObjectiveConstant == 0)
+    AskConstant();
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model)) return;
   CountParameters(model);
@@ -244,8 +245,9 @@ bool FrmRank::NameFiles(Competitor& model) const {
   const std::string bare =
       model.RankAlgFile.substr(0, model.RankAlgFile.size() - std::min<std::size_t>(4, model.RankAlgFile.size()));
   model.RankCovFile = Readable(model, bare + ".cov", NoCovarianceFile);
+  const RunFlags& flags = state_.flags;
   model.RankPriFile =
-      state_.flags.PriorFileName.empty() ? "No Priors loaded" : std::string(FileName(state_.flags.PriorFileName));
+      flags.PriorFileName.empty() || !flags.BayesOn ? "No Priors loaded" : std::string(FileName(flags.PriorFileName));
   return true;
 }
 
@@ -375,6 +377,11 @@ void FrmRank::Annotate(int position) {
 }
 
 bool FrmRank::Save() {
+  if (ranking_.ModelCount() > 0 && grdRank.At(0, OrderColumn).text != Ranked)
+    desk.Tell("Save model ranking results",
+              "The table has changed since it was ranked last. Its rows are saved as that ranking left them, those of "
+              "models that were added since without figures.\r\n\r\nRank the competing models first.",
+              style::Exclamation);
   auto path = desk.AskFile({FileRequest::Kind::Save, "Save model ranking results in...",
                             "All files (*.*)|*.*|Multi-model statistics files (*.mms)|*.mms", 2,
                             ClockName(desk.host.clock) + ".mms"});

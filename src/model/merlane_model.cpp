@@ -50,6 +50,14 @@ LikelihoodState& MerlaneModel::Evaluated() {
   return likelihood_;
 }
 
+Array1<double> MerlaneModel::AsEvaluated(const AlgorithmData& algorithm) const {
+  Array1<double> Value = algorithm.Value;
+  Parameters parameters;
+  double Penalty = 0;
+  DecodeParameters(Value, algorithm.Step, ParameterLayout(data), parameters, Penalty);
+  return Value;
+}
+
 void MerlaneModel::ReadBroodData(ModelCall& call) {
   evaluator_.reset();
   if (!state_.flags.BootstrapMode) {

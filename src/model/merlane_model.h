@@ -34,6 +34,10 @@ class MerlaneModel {
   const LikelihoodState& Evaluated() const;
   LikelihoodState& Evaluated();
 
+  /// The vector as an evaluation leaves it: with the signs and the limits under which the model takes each parameter.
+  /// RuntimeFailure when an age is beyond 32767 days.
+  Array1<double> AsEvaluated(const AlgorithmData& algorithm) const;
+
   BroodData data;
   // What results and simulations leave behind.
   SurvivalEstimates estimates;

@@ -73,7 +73,6 @@ void FrmLoadPriors::OpenFile() {
   // The chooser closes before anything is read: whether priors count is settled by those that stood until now.
   Close();
   PriorsReading reading = ReadPriorsText(ReadWholeFile(*path), state_.algorithm.NPAR);
-  state_.flags.PriorFileName = *path;
   if (reading.count != state_.algorithm.NPAR) {
     desk.Tell(
         "Bayes information",
@@ -86,6 +85,7 @@ void FrmLoadPriors::OpenFile() {
     return;
   }
   priors_ = std::move(reading.priors);
+  state_.flags.PriorFileName = *path;
   commands_.ShowWhetherInForce();
   if (Form* const caller = desk.charge.InCharge()) desk.Hide(*caller);
   desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);

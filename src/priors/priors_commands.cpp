@@ -18,8 +18,8 @@ bool PriorsCommands::SavePriors() {
       desk_.AskFile({FileRequest::Kind::Save, "Save Bayesian priors file in...",
                      "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
   if (!path) return false;
-  state_.flags.PriorFileName = *path;
   desk_.Write(*path, PriorsFileText(priors_));
+  state_.flags.PriorFileName = *path;
   ShowName();
   return true;
 }

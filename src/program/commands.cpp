@@ -154,6 +154,20 @@ void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) 
          .freeParameters = static_cast<std::int32_t>(free)};
 }
 
+BestTables Program::TablesAtFit() {
+  const BestTables& best = model.Evaluated().best;
+  if (!fit.basis || fit.basis->reading != state.reading || AllZero(fit.basis->Value)) return best;
+  if (fit.basis->priors.empty() && model.Evaluated().BestObjective == fit.objective) return best;
+  const auto values = Meanwhile(state.algorithm.Value, fit.basis->Value);
+  const auto steps = Meanwhile(state.algorithm.Step, fit.basis->Step);
+  Array1<double> Value = model.AsEvaluated(state.algorithm);
+  if (best.Value == Value) return best;
+  const auto sampleSize = Meanwhile(state.flags.SampleSize, state.flags.SampleSize);
+  const AtEnd putBack([this, kept = model.Keep()]() mutable { model.PutBack(std::move(kept)); });
+  objective.Call(Value, 1);
+  return model.Evaluated().best;
+}
+
 void Program::TellNothingToDo() {
   desk.charge.KeepApplicationMenuShut();  // the next command that ends opens it again
   desk.Show(frmMenu);

@@ -14,6 +14,7 @@ void Program::Initialize() {
     if (answer == Answer::Cancel) return;
     if (answer == Answer::Yes && !SaveAlg()) return;
     state.algorithm.AlgName.clear();
+    frmMain.ShowAlgorithmFile("");
     frmMenu.cmdLoadAlg.enabled = true;
     frmMenu.EnableAnalysis(false);
   }

@@ -107,7 +107,8 @@ void Program::WireForms() {
   frmSetPriors.quit = [this] { Quit("Save Bayesian priors", "Save Bayesian priors now?"); };
   frmSetPriors.profile = [this](std::int16_t selected) { priorProfileDialogue.ProfilePrior(selected); };
   frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
-    frmReviewPriors.Open(PriorReview(state.algorithm.Value, state.flags.ObjectiveConstant, priors));
+    // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it.
+    frmReviewPriors.Open(PriorReview(model.AsEvaluated(state.algorithm), state.flags.ObjectiveConstant, priors));
   };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };

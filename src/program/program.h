@@ -61,6 +61,9 @@ class Program {
 
   /// Shows the main window and the menu.
   void Start();
+  /// The tables of visits at the fit. The evaluations keep those of the lowest deviance they have met, which are others
+  /// where priors count, or where a search went on beyond its limit of calls.
+  BestTables TablesAtFit();
 
   Desk desk;
   RunState state;

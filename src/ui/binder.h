@@ -37,7 +37,7 @@ class Binder : public QObject {
   /// Takes the widget: its name, and its tool tip and state from now on.
   void Adopt(QWidget* widget);
   /// True while the widget can be worked with: not in a form that takes no input.
-  virtual bool Enabled() const { return control.enabled && control.form.TakesInput(); }
+  virtual bool Enabled() const { return control.enabled && control.TakesInput(); }
   /// Runs what a person did, after committing what they typed elsewhere.
   void Act(const std::function<void()>& action);
   Desk& TheDesk() const { return control.form.desk; }

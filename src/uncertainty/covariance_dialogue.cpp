@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
@@ -121,15 +122,16 @@ bool CovarianceDialogue::CalculateCovariances() {
   if (NothingIsFree(state_.algorithm)) return RefuseNothing();
   const bool analytical = options->mode == CovarianceMode::Analytical;
   data_.OpenForCalculation();
+  bool calculatedAll = false;
+  const AtEnd closed([&] {
+    if (!calculatedAll) desk_.Unload(data_);  // which would offer to interrupt what does not run
+  });
   main_.stbMain5.Set(1, analytical ? "One moment please while one function call is executed" : "One moment please...");
   desk_.Turn();
   BuildFuseGroups(state_);
   const double constantBefore = state_.flags.ObjectiveConstant;
   Covariances calculated = PrepareCovariances(*options, state_, objective_);
-  if (!SetObjectiveConstant(desk_, main_, state_, calculated.CovF0)) {
-    desk_.Unload(data_);
-    return false;
-  }
+  if (!SetObjectiveConstant(desk_, main_, state_, calculated.CovF0)) return false;
   // Under another constant priors weigh otherwise, at the base point as on the grids; without one they did not count.
   if (state_.flags.BayesOn && constantBefore != 0 && constantBefore != state_.flags.ObjectiveConstant)
     calculated = PrepareCovariances(*options, state_, objective_);
@@ -139,6 +141,7 @@ bool CovarianceDialogue::CalculateCovariances() {
   merlane::CalculateCovariances(calculated, optimistic, state_, objective_, progress);
   main_.stbMain5.Set(2, "");
   covariances_ = std::move(calculated);
+  calculatedAll = true;
   display_.OpenCalculated();
   return true;
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "base/arithmetic.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr const char* F1 = "0.0000000E+00";
 constexpr const char* F2 = "#####0.0000000";
 constexpr const char* F3 = "#0.0000";
+constexpr const char* ConstantPrefix = "Covariance constant: ";
 
 using OfGrid = std::function<double(int g)>;
 
@@ -72,7 +74,7 @@ class Report {
              : "Analytical covariance results are redundant for all grids; likelihood function value summary is "
                "meaningless");
     Line();
-    Line("Covariance constant: " + Shortest(1 / c_.CovConstantInverse));
+    Line(ConstantPrefix + Shortest(1 / c_.CovConstantInverse));
     Line();
     Line("                               Grid #1           Grid #2           Grid #3");
     Line();
@@ -159,20 +161,26 @@ class Report {
 
 std::string CovarianceReport(const Covariances& c, const std::function<void()>& turn) { return Report(c).Build(turn); }
 
-CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
-  constexpr std::size_t NameLines = 2;  // on top; a pane that is saved again has them again
-  constexpr int Heading = 4;            // lines above the parameters
-  constexpr int Between = 15;           // lines between the parameters and the standard errors
+std::vector<std::string> CovarianceFileLines(std::string_view text) {
+  constexpr std::size_t NameLines = 2;
   std::vector<std::string> lines = Lines(text);
   while (lines.size() > NameLines && lines[0].starts_with(SavedPrefix) && lines[NameLines].starts_with(SavedPrefix))
     lines.erase(lines.begin(), lines.begin() + NameLines);
+  return lines;
+}
+
+CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
+  constexpr int Heading = 4;   // lines above the parameters
+  constexpr int Between = 15;  // lines between the parameters and the standard errors
+  const std::vector<std::string> lines = CovarianceFileLines(text);
   if (static_cast<int>(lines.size()) < Heading + NPAR + Between + rows)
     throw RuntimeFailure(
         fmt::format("a covariance file of {} parameters, {} of them estimated, has more lines", NPAR, rows));
   auto line = lines.begin() + Heading;
   CovarianceFile file{Array1<double>(NPAR), Array1<CovarianceFile::Row>(rows)};
   for (double& value : file.values) value = LenientNumber(NumberColumns(*line++, 7, 20));
-  line += Between;
+  for (int i = 0; i < Between; ++i, ++line)
+    if (line->starts_with(ConstantPrefix)) file.constant = LenientNumber(line->substr(std::strlen(ConstantPrefix)));
   for (CovarianceFile::Row& row : file.rows) {
     row.parameter = ToInt16(LenientNumber(Columns(*line, 1, 3)));
     if (row.parameter < 1 || row.parameter > NPAR)

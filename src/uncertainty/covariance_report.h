@@ -26,7 +26,11 @@ struct CovarianceFile {
   };
   Array1<double> values;  // estimates 1..NPAR
   Array1<Row> rows;       // of the parameters that have standard errors
+  double constant = 0;    // that times the objective was -ln[likelihood]; 0 where the file does not tell
 };
+
+/// The lines of a .cov file from the last name under which it was saved on: a pane that is saved again has more on top.
+std::vector<std::string> CovarianceFileLines(std::string_view text);
 
 /// Reads a .cov file, also one that was saved again and names each file on top, of a model with NPAR parameters, of
 /// which `rows` have standard errors. RuntimeFailure when the file ends too soon, and when a row names no parameter of

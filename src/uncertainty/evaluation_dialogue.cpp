@@ -137,6 +137,15 @@ void EvaluationDialogue::TellMirrored(const PinnedParameter& pinned, const Evalu
       style::Information);
 }
 
+void EvaluationDialogue::ShowPoints(const EvaluatedPoints& points) {
+  const std::string done =
+      points.all.empty() ? "No point is done."
+                         : fmt::format("The points done, {} in number, are shown and can be saved.", points.all.size());
+  p_.desk.Tell(texts_.title, fmt::format("The {} was interrupted too early for a curve.\r\n{}", texts_.curve, done),
+               style::Information);
+  if (!points.all.empty()) table_.Open(PointsTable(texts_.curve, points));
+}
+
 void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoints& points,
                               std::optional<BivariateDensity> bivariate) {
   Evaluation& last = p_.last;

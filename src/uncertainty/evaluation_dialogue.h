@@ -65,6 +65,7 @@ class EvaluationDialogue {
   /// What the two differ in.
   struct Texts {
     const char* title;
+    const char* curve;  // what it makes
     const char* notice;
     const char* introduction;
     const char* again;  // asked when earlier results can be seen
@@ -95,6 +96,8 @@ class EvaluationDialogue {
   /// Says when the model has taken the parameter without its sign and the points cross 0, and with which step they
   /// would not.
   void TellMirrored(const PinnedParameter& pinned, const EvaluatedPoints& points) const;
+  /// Says that an evaluation was interrupted too early for a curve, and shows the points done.
+  void ShowPoints(const EvaluatedPoints& points);
   /// Keeps what was evaluated as the last evaluation.
   void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);
   /// Shows the last evaluation, if there is something to be seen: the plots until they are closed, then the table.

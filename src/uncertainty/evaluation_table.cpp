@@ -50,8 +50,9 @@ std::string LikelihoodProfileTable(const ConfidenceSeries& series) {
   return RegionTable("Maximum-likelihood confidence distribution data", series);
 }
 
-std::string ProfilePointsTable(const EvaluatedPoints& points) {
-  std::string text = "Points of a likelihood profile that was interrupted\n\n  Point       Value         -ln[L]\n\n";
+std::string PointsTable(const char* curve, const EvaluatedPoints& points) {
+  std::string text =
+      fmt::format("Points of a {} that was interrupted\n\n  Point       Value         -ln[L]\n\n", curve);
   int point = 0;
   for (const auto& [x, f] : points.all)
     text += RightSet(Format(++point, "##0"), 5) + "    " + Number(x) + Number(f) + "\n";

@@ -13,8 +13,8 @@ namespace merlane {
 std::string LikelihoodProfileTable(const ConfidenceSeries& series);
 std::string PosteriorTable(const ConfidenceSeries& series);
 std::string PriorProfileTable(const ConfidenceSeries& series);
-/// The points of a likelihood profile that were evaluated, of which there is no curve: value and -ln[L] of each.
-std::string ProfilePointsTable(const EvaluatedPoints& points);
+/// The points of an interrupted `curve` that were evaluated, of which there is no curve: value and -ln[L] of each.
+std::string PointsTable(const char* curve, const EvaluatedPoints& points);
 
 /// A joint density as the text of a .grd file: a line for each pair of X, the slower, and Y.
 std::string GridFileText(const BivariateDensity& density);

@@ -42,7 +42,10 @@ FrmCovDisplay::FrmCovDisplay(Desk& d, const RunState& state, const Objective& ob
   cmdFile.onClick = [this] { SaveAs(); };
   cmdFinish.onClick = [this] { desk.Unload(*this); };
   data_.onCloseDisplay = [this] { desk.Unload(*this); };
-  data_.onClosed = [this] { cmdFile.enabled = false; };
+  data_.onClosed = [this] {
+    cmdFile.enabled = false;
+    cmdScreen.enabled = true;
+  };
 }
 
 void FrmCovDisplay::OpenCalculated() { Open("Calculation completed. Do you wish to:"); }

@@ -18,6 +18,7 @@ namespace merlane {
 
 const EvaluationDialogue::Texts PosteriorDialogue::Words{
     .title = "Bayesian parameter estimate evaluation",
+    .curve = "posterior distribution",
     .notice =
         "This routine will create a series of plots, and if desired, save the x-y data. \r\n"
         "Choose plot 1 to get a likelihood profile plot. \r\n"
@@ -153,6 +154,8 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   if (posterior.points.Count() > 0 && posterior.Vanishes()) TellVanished();
   TellMirrored(pinned, posterior.points);
   Keep(setup, posterior.points, std::move(posterior.bivariate));
+  const bool interrupted = static_cast<int>(posterior.points.all.size()) < setup.ProfilePoints;
+  if (!p_.last.series && interrupted) ShowPoints(posterior.points);
   ShowLast();
 }
 

@@ -14,6 +14,7 @@ namespace merlane {
 
 const EvaluationDialogue::Texts ProfileDialogue::Words{
     .title = "ML parameter estimate evaluation",
+    .curve = "likelihood profile",
     .notice =
         "This routine will create a series of plots, and if desired, save the x-y data. \r\n"
         "Choose plot 1 to get a likelihood profile plot. \r\n"
@@ -84,7 +85,6 @@ class ProfileDialogue::Progress : public ProfileWatch {
 ProfileDialogue::ProfileDialogue(EvaluationParts& parts, FrmDistributionTable& frmMaxLike, FrmSimplex& simplex,
                                  FrmMarquardt& marquardt, ProfileRun& run)
     : EvaluationDialogue(parts, EvaluationKind::Profile, Words, frmMaxLike),
-      frmMaxLike_(frmMaxLike),
       simplex_(simplex),
       marquardt_(marquardt),
       run_(run) {}
@@ -119,14 +119,6 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   Keep(setup, points, std::nullopt);
   if (!p_.last.series && !declined_) ShowPoints(points);
   ShowLast();
-}
-
-void ProfileDialogue::ShowPoints(const EvaluatedPoints& points) {
-  const std::string done =
-      points.all.empty() ? "No point is done."
-                         : fmt::format("The points done, {} in number, are shown and can be saved.", points.all.size());
-  p_.desk.Tell(Words.title, "The profile was interrupted too early for a curve.\r\n" + done, style::Information);
-  if (!points.all.empty()) frmMaxLike_.Open(ProfilePointsTable(points));
 }
 
 bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseBySimplex() : MinimiseByMarquardt(); }

@@ -30,14 +30,11 @@ class ProfileDialogue final : private EvaluationDialogue {
   void Run(const EvaluationSetup& setup) override;
   std::string Table(const ConfidenceSeries& series) const override;
 
-  /// Says that there is no curve, and shows the points done, to be read and saved.
-  void ShowPoints(const EvaluatedPoints& points);
   /// Minimises at the present point. False when the user has quit, or has chosen no derivatives.
   bool Minimise();
   bool MinimiseBySimplex();
   bool MinimiseByMarquardt();
 
-  FrmDistributionTable& frmMaxLike_;
   FrmSimplex& simplex_;
   FrmMarquardt& marquardt_;
   ProfileRun& run_;

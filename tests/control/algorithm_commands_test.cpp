@@ -35,8 +35,8 @@ struct AlgorithmCommandsTest : ::testing::Test {
   }
   ~AlgorithmCommandsTest() override { std::filesystem::remove_all(folder); }
 
-  std::string WriteFile(const std::string& text) {
-    const std::string path = folder + "/lake.alg";
+  std::string WriteFile(const std::string& text, const std::string& name = "lake.alg") {
+    const std::string path = folder + "/" + name;
     WriteWholeFile(path, text);
     return path;
   }
@@ -127,6 +127,22 @@ TEST_F(AlgorithmCommandsTest, FileOfAnotherModelIsRefusedWithBothCounts) {
   EXPECT_EQ(host.windows.messages.back().style, style::Information);
 }
 
+TEST_F(AlgorithmCommandsTest, FileOfAnotherModelDoesNotNameTheRunThatGoesOn) {
+  Load(WriteFile(GoodFile()));
+  const std::string name = state.algorithm.AlgName;
+  Load(WriteFile("             3\r\n", "three.alg"));
+  EXPECT_THAT(host.windows.LastText(), HasSubstr("has 3 parameters, but your model specifies 2"));
+  EXPECT_EQ(state.algorithm.AlgName, name);
+  EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
+}
+
+TEST_F(AlgorithmCommandsTest, FileOfWhichAPartWasReadNamesTheRun) {
+  Load(WriteFile(GoodFile()));
+  const std::string path = WriteFile(GoodFile().substr(0, GoodFile().find("  Tolerance")), "half.alg");
+  Load(path);
+  EXPECT_EQ(state.algorithm.AlgName, path);
+}
+
 TEST_F(AlgorithmCommandsTest, FailureWithAFreshToleranceEndsTheCommand) {
   Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
   EXPECT_THAT(host.windows.LastText(), HasSubstr("inappropriate, badly formatted, or missing, information"));
@@ -144,7 +160,7 @@ TEST_F(AlgorithmCommandsTest, FailureWithAGoodOldToleranceGoesOn) {
   Load(WriteFile("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"));
   EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
   EXPECT_TRUE(menu.cmdSimplex.enabled);
-  EXPECT_EQ(state.algorithm.Fuse(2), "");
+  EXPECT_EQ(state.algorithm.Fuse(2), "~~");
 }
 
 TEST_F(AlgorithmCommandsTest, MenuIsInactiveWhileAFailureIsTold) {

@@ -218,17 +218,16 @@ TEST(AlgorithmFileTest, BadNumberInTheMiddleIsInappropriateAndWhatCameBeforeStay
   EXPECT_EQ(reading.failure, Failure::BadContent);
   EXPECT_EQ(a.Value, (Array1<double>{1.2345679, -2, 0}));
   EXPECT_EQ(a.Step, (Array1<double>{0.1, 0, 0}));
-  EXPECT_EQ(a.Fuse, (Array1<std::string>{"A", "", ""}));
+  EXPECT_EQ(a.Fuse, (Array1<std::string>{"A", "~~", "~~"}));
 }
 
-TEST(AlgorithmFileTest, FusesNotReachedFormOneGroupIfTheRunGoesOn) {
+TEST(AlgorithmFileTest, ParametersNotReachedAreFusedWithNobodyIfTheRunGoesOn) {
   AlgorithmData a = Fresh();
   ReadAlgorithm(WithLine(2, "x"), a);
   RunState state;
   state.algorithm = a;
   BuildFuseGroups(state);
-  EXPECT_EQ(state.fuses.FuseCount, 1);
-  EXPECT_EQ(state.fuses.FuseMembers(1), 3);
+  EXPECT_EQ(state.fuses.FuseCount, 0);
 }
 
 TEST(AlgorithmFileTest, BadNumberInTheLastLineIsTooFewUnlessABlankLineFollows) {

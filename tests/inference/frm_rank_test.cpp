@@ -159,6 +159,8 @@ TEST_F(FrmRankTest, FirstModelAsksForTheConstantBehindTheHiddenFormAndLaterOnesD
 TEST_F(FrmRankTest, ModelStandsInItsRowWithItsFilesAndItsCriterion) {
   WriteWholeFile(folder + "lake.cov", "");
   state.flags.PriorFileName = folder + "lake.pri";
+  state.flags.BayesOn = true;
+  objective.priorTerm = [](const Array1<double>&) { return 0.0; };
   Add("lake.alg", 40, 3);
   const double aicc = 2.0 * 3 * 50 / (50 - 3 - 1) + 80;
   const std::string cells[] = {
@@ -273,15 +275,17 @@ TEST_F(FrmRankTest, EvaluationThatFailsLeavesTheFormUsable) {
   EXPECT_THAT(Column(6), ElementsAre("m2.alg", "m1.alg"));
 }
 
-TEST_F(FrmRankTest, CommandThatFailsLeavesTheTableWholeUpToItsRow) {
+TEST_F(FrmRankTest, CommandThatFailsLeavesTheTableWholeUpToItsRowAndNoLongerRanked) {
   Add(2);
   desk.Press(form.cmdRank);
+  SetCHat("1");
   const auto cells = [this](int row) {
     std::vector<std::string> texts;
     for (int column = 0; column < 10; ++column) texts.push_back(Text(row, column));
     return texts;
   };
   const auto heading = cells(0), first = cells(1), second = cells(2);
+  desk.Press(form.cmdRank);
   Present("bad.alg", 6.5, 2);
   windows.ExpectFailure("frmRank.cmdAICc: overflow");
   desk.Press(form.cmdAICc);
@@ -289,10 +293,14 @@ TEST_F(FrmRankTest, CommandThatFailsLeavesTheTableWholeUpToItsRow) {
   windows.ExpectFailure("frmRank.cmdAICc: division by zero");
   Add("small.alg", 40, 3);
   EXPECT_EQ(cells(0), heading);
-  EXPECT_EQ(cells(1), first);
-  EXPECT_EQ(cells(2), second);
-  EXPECT_THAT(cells(3), testing::Each(""));
-  EXPECT_THAT(cells(4), testing::Each(""));
+  EXPECT_EQ(heading[0], "Random");
+  for (int column = 1; column < 10; ++column) {
+    EXPECT_EQ(Text(1, column), first[static_cast<std::size_t>(column)]);
+    EXPECT_EQ(Text(2, column), second[static_cast<std::size_t>(column)]);
+    if (column == 4 || column == 5) continue;  // undefined
+    EXPECT_EQ(Text(3, column) + Text(4, column), "");
+  }
+  EXPECT_FALSE(desk.Usable(form.cmdAverage));
 }
 
 TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNext) {
@@ -304,6 +312,35 @@ TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNext) {
   windows.Enter("0.5", "Enter constant");
   desk.Press(form.cmdAICc);
   EXPECT_EQ(Text(2, 1), "4.0000E+01");
+}
+
+TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNextAlsoWhereAnEarlierCommandHadOne) {
+  state.flags.ObjectiveConstant = 1;
+  Present("bad.alg", 6.5, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  Present("good.alg", 40, 2);
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(form.cmdAICc);
+  EXPECT_EQ(Text(2, 1), "4.0000E+01");
+}
+
+TEST_F(FrmRankTest, PriorsThatAreNotInForceAreNotNamed) {
+  state.flags.PriorFileName = folder + "some.pri";
+  Add("first.alg", 40, 2);
+  EXPECT_EQ(Text(1, 8), "No Priors loaded");
+}
+
+TEST_F(FrmRankTest, SavingATableThatHasChangedSinceItsRankingIsTold) {
+  Add(2);
+  windows.CancelFile("Save model ranking results in...");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(windows.LastText(), HasSubstr("Rank the competing models first."));
+  desk.Press(form.cmdRank);
+  windows.messages.clear();
+  windows.CancelFile("Save model ranking results in...");
+  desk.Press(form.cmdSaveRank);
+  EXPECT_THAT(windows.messages, IsEmpty());
 }
 
 TEST_F(FrmRankTest, ConstantThatIsTooLargeANumberBringsTheFormBack) {
@@ -657,6 +694,30 @@ TEST_F(FrmRankTest, CovarianceFileOfOtherEstimatesIsAveragedOnlyWhenTheUserWants
             "Average with them nevertheless?");
   EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
   windows.Yes("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfAnotherConstantIsAskedAbout) {
+  RankTwo();
+  std::string text = ReadWholeFile(folder + "m1.cov");
+  const std::string::size_type between = text.find("\n\n", 10);
+  text.insert(between + 1, "Covariance constant: 1");
+  WriteWholeFile(folder + "m1.cov", text);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_THAT(windows.LastText(), HasSubstr("its constant is 1, that of the model 0.5"));
+  text.replace(text.find("constant: 1"), 11, "constant: 0.5");
+  WriteWholeFile(folder + "m1.cov", text);
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileThatWasSavedTwiceIsAveraged) {
+  RankTwo();
+  const std::string saved = "Originally saved with the file name: m1.cov\n\n";
+  const std::string text = ReadWholeFile(folder + "m1.cov");
+  WriteWholeFile(folder + "m1.cov", saved + saved + text.substr(2));
   desk.Press(form.cmdAverage);
   EXPECT_TRUE(form.AveragedFlag);
 }

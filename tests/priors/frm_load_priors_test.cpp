@@ -83,6 +83,7 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
   EXPECT_EQ(windows.messages.back().text, "Bayesian priors file  " + two +
                                               "  has 3 parameters, but your model specifies 2.\r\nTherefore default "
                                               "(uniform-unbounded) priors have been loaded instead.");
+  EXPECT_NE(state.flags.PriorFileName, two) << "the priors that stay are not of that file";
   EXPECT_TRUE(caller.Visible());
 
   chooser.Open();
@@ -113,8 +114,8 @@ TEST_F(PriorsChooser, OpeningAValidFileForAModelOfAnotherSizeLeavesBayesOffAndTh
   desk.Press(chooser.cmdOpen);
   EXPECT_FALSE(state.flags.BayesOn);
   EXPECT_EQ(priors.PriorCode(1), "N");
-  EXPECT_EQ(state.flags.PriorFileName, folder + "other.pri") << "the path is the refused file's";
-  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: kept") << "but the bare name is the old one";
+  EXPECT_EQ(state.flags.PriorFileName, "kept.pri") << "as the priors";
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: kept");
 }
 
 TEST_F(PriorsChooser, ReadingAFileHidesTheMenuBehindTheEditorAndShowsTheBareName) {

@@ -50,6 +50,20 @@ TEST_F(ChargeOrders, WhatFollowsUponASummaryRestsBesideTheOpenEditorAndSoDoesThe
   EXPECT_EQ(Usable().size(), 13U);
 }
 
+TEST_F(ChargeOrders, ASummaryCanBeSavedBesideTheOpenEditor) {
+  const Folder folder("charge_summary");
+  Ready("juveniles_only");
+  Summary();
+  desk.Press(menu.cmdEditAlg);
+  windows.File(folder / "kept.tvo", "Save results summary in (*.tvo)...");
+  EXPECT_TRUE(desk.Press(summary.cmdSaveSummary));
+  EXPECT_TRUE(std::filesystem::exists(folder / "kept.tvo"));
+  EXPECT_THAT(Usable(), IsEmpty());
+  EXPECT_TRUE(desk.Usable(program.frmAlgo.cmdFinish));
+  desk.Press(program.frmAlgo.cmdFinish);
+  EXPECT_EQ(Usable().size(), 13U);
+}
+
 TEST_F(ChargeOrders, AFailureEnablesNothingBesideTheEditor) {
   const Folder folder("charge_failure");
   Ready("juveniles_only");

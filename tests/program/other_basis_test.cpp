@@ -149,6 +149,67 @@ TEST_F(OtherBasisTest, FiguresOfAFitStayThoseOfItsMoment) {
   EXPECT_EQ(program.fit.juvenilesAtRisk, before.juvenilesAtRisk);
 }
 
+TEST_F(OtherBasisTest, PriorsAreReviewedAtWhatTheModelMakesOfAMirroredEstimate) {
+  Ready("juveniles_only");
+  test::SetPrior(program.priors, 17, "N", -0.04, 0.01);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 0.5;
+  OneFunction();
+  const std::string atTheEstimate = program.frmReviewPriors.rtbReview.text;
+  const double prior = program.priors.PriorTotal;
+  state.algorithm.Value(17) = -state.algorithm.Value(17);  // as a vertex of the simplex may be
+  program.frmSimplex.reviewPriors();
+  EXPECT_EQ(program.frmReviewPriors.rtbReview.text, atTheEstimate);
+  EXPECT_EQ(program.priors.PriorTotal, prior);
+}
+
+TEST_F(OtherBasisTest, TablesAtTheFitAreThoseOfItsEstimatesWherePriorsCount) {
+  Ready("juveniles_only");
+  test::SetPrior(program.priors, 17, "N", 0.02, 0.002);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 0.5;
+  OneFunction();
+  Simplex();
+  const std::vector<double> lowestDeviance = program.model.Evaluated().best.survival.EVisit;
+  const std::vector<double> atFit = program.TablesAtFit().survival.EVisit;
+  EXPECT_EQ(program.model.Evaluated().best.survival.EVisit, lowestDeviance) << "whoever looks changes nothing";
+  OneFunction();
+  EXPECT_EQ(atFit, program.model.Evaluated().best.survival.EVisit);
+  EXPECT_NE(atFit, lowestDeviance);
+}
+
+TEST_F(OtherBasisTest, TablesAtTheFitAreThoseOfItsEstimatesWhereTheSearchWentOnBeyondItsLimit) {
+  Ready("juveniles_only");
+  state.algorithm.MaxCalls = 40;
+  OneFunction();
+  windows.Yes("Just checking");
+  windows.Yes("Simplex minimization");
+  ASSERT_TRUE(desk.Press(menu.cmdSimplex));
+  const std::vector<double> atFit = program.TablesAtFit().survival.EVisit;
+  OneFunction();
+  EXPECT_EQ(atFit, program.model.Evaluated().best.survival.EVisit);
+}
+
+TEST_F(OtherBasisTest, AlgorithmDataOfTheModelBeforeAreNamedNoLonger) {
+  Ready("juveniles_only");
+  EXPECT_EQ(program.frmMain.stbMain1.Get(1), "Algorithm file: juveniles_only");
+  windows.No("Initialize");
+  Initialize({.path = Golden("eggs_only.dat")});
+  EXPECT_EQ(program.frmMain.stbMain1.Get(1), "Algorithm file: ");
+}
+
+TEST_F(OtherBasisTest, ASummaryLeftOpenIsProposedUnderItsOwnName) {
+  Ready("juveniles_only");
+  windows.Enter("1", "More simulations improve the goodness-of-fit (GOF) estimate");
+  windows.Yes("Choose among output options");
+  ASSERT_TRUE(desk.Press(menu.cmdUserSummary));
+  CallForTheMenu();
+  LoadAlg(Golden("eggs_only.alg"));
+  windows.CancelFile("Save results summary in (*.tvo)...");
+  ASSERT_TRUE(desk.Press(program.frmSummary.cmdSaveSummary));
+  EXPECT_THAT(windows.files.back().startName, ::testing::EndsWith("juveniles_only.tvo"));
+}
+
 TEST_F(OtherBasisTest, ACallThatRepairsCountsTheParametersThatAreFreeNow) {
   Ready("juveniles_only");
   state.algorithm.Step(22) = 0.1;  // of a mortality that the hypothesis has switched off

@@ -178,7 +178,7 @@ void BatchPlayer::Act(const BatchLine& line) {
       if (line.target == "parameters")
         Write(*line.text, ParametersCsv(desktop_.program.state.algorithm));
       else if (line.target == "visits")
-        Write(*line.text, VisitsCsv(desktop_.program.model.data, desktop_.program.model.Evaluated().best));
+        Write(*line.text, VisitsCsv(desktop_.program.model.data, desktop_.program.TablesAtFit()));
       return;
     case Verb::Show:
     case Verb::SavePlot:

@@ -440,6 +440,21 @@ TEST_F(CovarianceDialogueTest, FailureKeepsTheResultsOfBefore) {
   Run();
   EXPECT_EQ(covariances.grid(1).standardErrors(1), kept);
   EXPECT_TRUE(menu.Visible());
+  EXPECT_FALSE(data.Loaded()) << "it would offer to interrupt what does not run";
+}
+
+TEST_F(CovarianceDialogueTest, ResultsOfBeforeCanBeShownOnceMoreBehindAFailure) {
+  RunNumerically();
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  menu.EnableAnalysis(true);
+  desk.Show(menu);
+  t.function = [](const Array1<double>&) { return std::nan(""); };
+  AnswerUpToFactors();
+  AnswerFactors();
+  host.windows.ExpectFailure("overflow");
+  Run();
+  EXPECT_TRUE(desk.Press(display.cmdScreen));
+  EXPECT_EQ(data.rtbCovData.text, CovarianceReport(covariances));
 }
 
 TEST_F(CovarianceDialogueTest, ScreenShowsTheReportOnce) {

@@ -545,6 +545,21 @@ TEST_F(PosteriorDialogueTest, NoAtTheInterruptGoesOn) {
   EXPECT_EQ(evaluation.series->ProfileX.Size(), 3);
 }
 
+TEST_F(PosteriorDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyAreShown) {
+  FreezeTheOther();
+  AnswerSetup("1", "11");
+  windows.AtTurn(1 + 2, [this] { desk.Press(frmMain.mnuInterruptBayes); });
+  Edit();
+  windows.Yes("Bayesian calculations");
+  Choose(frmParEvals.cmdBP);
+  EXPECT_FALSE(evaluation.series);
+  EXPECT_THAT(windows.messages[windows.messages.size() - 2].text,
+              StartsWith("The posterior distribution was interrupted too early for a curve."));
+  EXPECT_THAT(frmBayesian.rtbTable.text, StartsWith("Points of a posterior distribution that was interrupted\n"));
+  EXPECT_THAT(Lines(frmBayesian.rtbTable.text), Contains(StartsWith("    1     1.7500E+000")));
+  ExpectBackAtMenu();
+}
+
 TEST_F(PosteriorDialogueTest, AnInterruptOfAPlainCurveKeepsThePointsDone) {
   FreezeTheOther();
   AnswerSetup("1", "11");
@@ -565,7 +580,7 @@ TEST_F(PosteriorDialogueTest, FewerThanThreePointsGiveNoPlots) {
   windows.Yes("Bayesian calculations");
   Choose(frmParEvals.cmdBP);
   EXPECT_FALSE(evaluation.series);
-  EXPECT_FALSE(frmBayesian.Loaded());
+  EXPECT_FALSE(frmDistPlot.Loaded());
   ExpectBackAtMenu();
 }
 

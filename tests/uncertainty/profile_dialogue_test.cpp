@@ -585,7 +585,8 @@ TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
   EXPECT_EQ(windows.beeps, 1) << "in all cases";
   EXPECT_FALSE(evaluation.series);
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
-            "The profile was interrupted too early for a curve.\r\nThe points done, 3 in number, are shown and can be "
+            "The likelihood profile was interrupted too early for a curve.\r\nThe points done, 3 in number, are shown "
+            "and can be "
             "saved.");
   EXPECT_EQ(algorithm.Value(1), 3);
   EXPECT_EQ(algorithm.Step(1), 0.25);
