@@ -52,7 +52,8 @@ BroodData Read(const std::string& path) {
   BroodData data;
   data.FirstYear = FirstFieldYear;
   data.LastYear = static_cast<std::int16_t>(FirstFieldYear + Plan.years - 1);
-  ReadTextData(ReadWholeFile(path), false, data, [](const Message&) {});
+  ReadingReport report;
+  ReadTextData(ReadWholeFile(path), false, data, [](const Message&) {}, report);
   return data;
 }
 

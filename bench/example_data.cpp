@@ -17,7 +17,8 @@ Example ReadExample() {
   data.NCov = 3;
   data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
-  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {});
+  ReadingReport report;
+  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {}, report);
   example.algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));
   example.algorithm.ParName.Dimension(example.algorithm.NPAR);
   ReadAlgorithm(ReadWholeFile(path + ".alg"), example.algorithm);

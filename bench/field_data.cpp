@@ -73,7 +73,8 @@ BroodData ReadFieldData(const FieldDataPlan& plan) {
   data.LastYear = static_cast<std::int16_t>(FirstFieldYear + plan.years - 1);
   data.NCov = plan.covariates == FieldDataPlan::Covariates::None ? 0 : 3;
   data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
-  ReadTextData(FieldData(plan), false, data, [](const Message&) {});
+  ReadingReport report;
+  ReadTextData(FieldData(plan), false, data, [](const Message&) {}, report);
   return data;
 }
 

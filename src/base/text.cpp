@@ -2,21 +2,14 @@
 
 #include <algorithm>
 
+#include "base/utf8.h"
+
 namespace merlane {
 namespace {
 
 // Only the 26 letters change case: bytes above 127 are part of names and belong to whoever wrote the file.
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = Utf8Length(text);
-    if (length == 0) return false;
-    text.remove_prefix(length);
-  }
-  return true;
-}
 
 }  // namespace
 

@@ -227,7 +227,9 @@ void FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, Likelihood
   SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation);
   const std::string text = origin_.text.Of(simulation.SimCount);
   fit.Begins(text);
-  ReadTextData(text, true, data, [](const Message&) {});
+  ReadingReport unread;
+  ReadTextData(
+      text, true, data, [](const Message&) {}, unread);
   RecordPlaces(origin_.data).GiveTo(data);
   likelihood.Dimension(data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);

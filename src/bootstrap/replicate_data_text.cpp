@@ -13,7 +13,7 @@ namespace merlane {
 ReplicateDataText::ReplicateDataText(const BroodData& data) : end_(fmt::format("{}\r\n", record::Header)) {
   ForEachRecord(data, [&](std::size_t b, std::size_t v) {
     const std::string before = FieldsBeforeCount(data, b, v);
-    if (before.size() >= static_cast<std::size_t>(record::Count.first))
+    if (ColumnCount(data, before) >= record::Count.first)
       throw RuntimeFailure("a data file has no room for the record \"" + before + "\"");
     visits_.push_back(v);
     before_.push_back(std::exchange(end_, CovariateFields(data, b) + "\r\n") + before);

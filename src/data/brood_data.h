@@ -25,7 +25,7 @@ struct BroodData {
   std::vector<std::int16_t> VisitCount;  // eggs or juveniles; Missing when there is no count
 
   // Broods, one entry each.
-  std::vector<std::string> BroodCode;        // as it stands in the file, up to 8 characters
+  std::vector<std::string> BroodCode;        // as it stands in the file, up to 8 columns
   std::vector<std::int16_t> HatchDate;       // day of the year, from the brood's last record; 0 when the field is blank
   std::vector<std::uint8_t> ClutchAgeKnown;  // 0 or 1
   std::vector<std::uint8_t> BroodAgeKnown;   // 0 or 1
@@ -90,6 +90,7 @@ struct BroodData {
   std::int16_t MinAge = 0;                  // rounded down to an even number
   bool AllClutchAgesKnown = true;
   bool AllBroodAgesKnown = true;
+  bool CodesAreUtf8 = true;  // those of all broods: columns of a file that has them are characters, not bytes
   bool ReadOK = false;
 };
 

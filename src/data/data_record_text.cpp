@@ -2,18 +2,30 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/growing_field.h"
 #include "base/number_text.h"
+#include "base/utf8.h"
 #include "data/record_layout.h"
 
 namespace merlane {
+
+int ColumnCount(const BroodData& data, std::string_view text) {
+  return static_cast<int>(data.CodesAreUtf8 ? CharacterCount(text) : text.size());
+}
+
+std::string CodeField(const BroodData& data, std::size_t b) {
+  const std::string& code = data.BroodCode[b];
+  return std::string(static_cast<std::size_t>(std::max(0, record::Width - ColumnCount(data, code))), ' ') + code;
+}
 
 std::string FieldsBeforeCount(const BroodData& data, std::size_t b, std::size_t v) {
   const std::string age = data.VisitAge[v] != Missing ? Format(data.VisitAge[v], "###0")
                           : data.VisitStage[v] == -1  ? "-?"
                                                       : "?";
   std::string fields;
-  for (const std::string& field : {Format(data.VisitYear[v], "###0"), data.BroodCode[b],
+  for (const std::string& field : {Format(data.VisitYear[v], "###0"), CodeField(data, b),
                                    Format(data.VisitDate[v], "###0"), Format(data.HatchDate[b], "###0"), age})
     fields += GrowingField(field, record::Width) + ",";
   return fields;

@@ -2,12 +2,19 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "data/brood_data.h"
 
 namespace merlane {
 
 // The text of the records that the program writes in the columns of record_layout.h.
+
+/// How many columns a text takes in a file that has the codes of these data.
+int ColumnCount(const BroodData& data, std::string_view text);
+
+/// The code of a brood as it was read, flush right in its columns.
+std::string CodeField(const BroodData& data, std::size_t brood);
 
 /// The fields of a visit's record up to its count, each followed by a comma. An unknown age is "-?" for a clutch and
 /// "?" for a brood.

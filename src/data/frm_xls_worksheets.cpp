@@ -3,9 +3,11 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "data/workbook_conversion.h"
 
 namespace merlane {
@@ -34,9 +36,15 @@ std::optional<FrmXlsWorksheets::Converted> FrmXlsWorksheets::ConvertWorkbook(con
   if (sheet.rows.empty()) throw RuntimeFailure("worksheet " + sheet.name + " is empty");
   desk.host.random.BeginNext();
   const double n = std::floor(desk.host.random.Uniform() * 1000000 + 0.5);
-  const std::string textFile = desk.host.outputFolder + "/EXCEL_to_TEXT_DataFormat_" + Format(n, "000000") + ".dat";
-  desk.Write(textFile, BroodDataText(sheet));
-  return Converted{textFile, sheet.name};
+  const std::string textFile = OutputFolder(path) + "EXCEL_to_TEXT_DataFormat_" + Format(n, "000000") + ".dat";
+  SheetText converted = BroodDataText(sheet);
+  desk.Write(textFile, converted.text);
+  return Converted{textFile, sheet.name, std::move(converted.changes)};
+}
+
+std::string FrmXlsWorksheets::OutputFolder(const std::string& path) const {
+  const std::string& folder = desk.host.outputFolder;
+  return folder.empty() ? path.substr(0, path.size() - FileName(path).size()) : folder + "/";
 }
 
 int FrmXlsWorksheets::Choose(const std::vector<Worksheet>& sheets) {

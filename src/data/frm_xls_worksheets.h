@@ -22,10 +22,11 @@ class FrmXlsWorksheets : public Form {
   struct Converted {
     std::string TextFileName;
     std::string SheetName;
+    std::vector<std::string> changes;  // what is written otherwise than it stands in its cell
   };
   /// Reads a workbook, asks for the worksheet and writes it as text "EXCEL_to_TEXT_DataFormat_######.dat" into the
-  /// host's output folder. None when the user cancelled; RuntimeFailure when the workbook cannot be read or the text
-  /// cannot be written.
+  /// host's output folder, or beside the workbook where the host has none. None when the user cancelled; RuntimeFailure
+  /// when the workbook cannot be read or the text cannot be written.
   std::optional<Converted> ConvertWorkbook(const std::string& path);
 
  protected:
@@ -33,6 +34,8 @@ class FrmXlsWorksheets : public Form {
   void OnUnload() override;
 
  private:
+  /// Where the text of that workbook is written, with a slash at its end.
+  std::string OutputFolder(const std::string& path) const;
   int Choose(const std::vector<Worksheet>& sheets);
   void Accept();
   void Cancel();

@@ -1,9 +1,15 @@
 #include "data/reading_dialogue.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "base/failure_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "data/brood_reader.h"
 #include "data/record_places.h"
+#include "platform/file_kind.h"
 #include "platform/files.h"
 
 namespace merlane {
@@ -11,10 +17,16 @@ namespace {
 
 bool IsWorkbook(const BroodData& data) { return LowerCase(data.DataExt) == "xls"; }
 
+/// What failed, and below it what else is known of the file.
+std::string Joined(const std::string& reason, const std::string& warnings) {
+  return warnings.empty() ? reason : reason + "\r\n" + warnings.substr(0, warnings.size() - 2);
+}
+
 }  // namespace
 
 bool ReadingDialogue::Read(BroodData& data) {
   data.ReadOK = false;
+  report_ = {};
   std::string reason;
   try {
     if (flags_.ReadSimulatedFile) {
@@ -23,10 +35,14 @@ bool ReadingDialogue::Read(BroodData& data) {
       original.GiveTo(data);
       data.ReadOK = true;
     } else if (const std::optional<std::string> file = FileToRead(data)) {
-      ReadText(ReadWholeFile(*file), data);
+      const std::string bytes = ReadWholeFile(*file);
+      if (const std::string kind = ForeignKind(bytes); !kind.empty())
+        throw RuntimeFailure(fmt::format("{} is {}, not a text in fixed columns", *file, kind));
+      ReadText(bytes, data);
       data.ReadOK = true;
     }
-  } catch (const FatalDataError& fatal) {
+  } catch (FatalDataError& fatal) {
+    fatal.message.details = Joined(fatal.message.details, Warnings());
     Tell(fatal.message);
     throw EndProgram{2};
   } catch (const std::exception& failure) {
@@ -36,26 +52,50 @@ bool ReadingDialogue::Read(BroodData& data) {
     ForgetVisits(data);
     TellFailure(data, reason);
   } else if (!flags_.BootstrapMode) {
-    Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information});
+    TellSuccess(data);
   }
   return data.ReadOK;
 }
 
 void ReadingDialogue::ReadText(std::string_view text, BroodData& data) {
-  ReadTextData(text, flags_.BootstrapMode, data, [this](const Message& m) { Tell(m); });
+  ReadTextData(
+      text, flags_.BootstrapMode, data, [this](const Message& m) { Tell(m); }, report_);
 }
 
 std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
   if (flags_.ReadOriginalFile && !flags_.BootstrapMode) {
+    fromWorkbook_.reset();
     data.TextFileName = data.DataFileName;
     if (IsWorkbook(data)) {
-      const auto converted = convertWorkbook(data.DataFileName);
-      if (!converted) return std::nullopt;
-      data.TextFileName = converted->TextFileName;
-      data.SheetName = converted->SheetName;
+      fromWorkbook_ = convertWorkbook(data.DataFileName);
+      if (!fromWorkbook_) return std::nullopt;
+      data.TextFileName = fromWorkbook_->TextFileName;
+      data.SheetName = fromWorkbook_->SheetName;
     }
   }
   return data.TextFileName;
+}
+
+std::string ReadingDialogue::Warnings() const {
+  constexpr std::size_t MostShown = 5;
+  std::string text = report_.oddities.Details(report_.Lines);
+  if (!fromWorkbook_ || fromWorkbook_->changes.empty()) return text;
+  const std::vector<std::string>& changes = fromWorkbook_->changes;
+  text += changes.size() == 1
+              ? "1 cell of the worksheet could not be written as it is:\r\n"
+              : fmt::format("{} cells of the worksheet could not be written as they are:\r\n", changes.size());
+  for (std::size_t i = 0; i < std::min(changes.size(), MostShown); ++i) text += "  " + changes[i] + "\r\n";
+  if (changes.size() > MostShown) text += fmt::format("  and {} more\r\n", changes.size() - MostShown);
+  return text;
+}
+
+void ReadingDialogue::TellSuccess(const BroodData& data) {
+  std::string details = Warnings() + WhatWasRead(data, report_);
+  if (fromWorkbook_)
+    details += fmt::format("\r\nWorksheet \"{}\", written as text to {}, whose lines are those told here",
+                           fromWorkbook_->SheetName, fromWorkbook_->TextFileName);
+  showStatus(report_.oddities.InPassing());
+  Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information, details});
 }
 
 void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reason) {
@@ -64,7 +104,7 @@ void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reas
     if (!reason.empty()) desk_.host.windows.OnToldFailure();
   } else {
     desk_.TellFailure("Problem finding data file or reading data",
-                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical, reason);
+                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical, Joined(reason, Warnings()));
   }
 }
 

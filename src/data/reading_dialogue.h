@@ -8,6 +8,7 @@
 #include "control/run_state.h"
 #include "data/brood_data.h"
 #include "data/frm_xls_worksheets.h"
+#include "data/reading_report.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -25,18 +26,23 @@ class ReadingDialogue {
 
   /// Turns a workbook into a text data file; none when the user cancelled.
   std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
-  /// Says in passing why a workbook has left no data.
+  /// Says in passing why a workbook has left no data, which no message tells, and what is odd in data that were read.
   std::function<void(const std::string& text)> showStatus = [](const std::string&) {};
 
  private:
   void ReadText(std::string_view text, BroodData& data);
   /// The text file to be read; none when the user cancelled the choice of a worksheet.
   std::optional<std::string> FileToRead(BroodData& data);
+  void TellSuccess(const BroodData& data);
   void TellFailure(const BroodData& data, const std::string& reason);
   void Tell(const Message& message);
+  /// What is odd in the file, and in what a workbook was turned into; empty when nothing is.
+  std::string Warnings() const;
 
   Desk& desk_;
   const RunFlags& flags_;
+  ReadingReport report_;                                     // of the present reading
+  std::optional<FrmXlsWorksheets::Converted> fromWorkbook_;  // the text file of the present reading, if it was made
 };
 
 }  // namespace merlane

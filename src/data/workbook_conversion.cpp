@@ -2,9 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "base/utf8.h"
+#include "data/data_line.h"
 #include "data/record_layout.h"
 
 namespace merlane {
@@ -26,51 +30,56 @@ Field FieldOf(std::size_t column) {
   return {20, "0.0000E+00", record::CovariateWidth};
 }
 
-/// A cell as text; a number with the 15 significant digits that a spreadsheet keeps.
+/// A cell as text on one line; a number with the 15 significant digits that a spreadsheet keeps.
 std::string CellText(const WorkbookCell& cell) {
   if (const double* number = std::get_if<double>(&cell)) return *number == 0 ? "0" : fmt::format("{:.15g}", *number);
-  if (const std::string* text = std::get_if<std::string>(&cell)) return *text;
-  return "";
-}
-
-// Columns are bytes, and a character of a workbook may have several: where a text is cut, none is cut in half.
-bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }
-
-std::string_view LastColumns(std::string_view text, int columns) {
-  text = Rightmost(text, columns);
-  while (!text.empty() && !BeginsCharacter(text.front())) text.remove_prefix(1);
+  if (std::holds_alternative<std::monostate>(cell)) return "";
+  std::string text = std::get<std::string>(cell);
+  std::ranges::replace_if(
+      text, [](char c) { return c == '\r' || c == '\n'; }, ' ');
   return text;
 }
 
-std::string_view FirstColumns(std::string_view text, int columns) {
-  auto end = static_cast<std::size_t>(columns);
-  if (text.size() <= end) return text;
-  while (end > 0 && !BeginsCharacter(text[end])) --end;
-  return text.substr(0, end);
+/// What is written for a cell, before its field is filled up with blanks.
+std::string Written(const std::string& whole, const Field& field) {
+  const std::string_view last = LastCharacters(whole, field.rightmost);
+  if (*field.pattern != '\0')
+    // The last digits of a long number would be another number.
+    for (const std::string_view text : {std::string_view(whole), last})
+      if (IsNumber(text)) return Format(StrictNumber(text), field.pattern);
+  return std::string(FirstCharacters(last, field.width));
 }
 
-std::string FieldText(const WorkbookCell& cell, const Field& field) {
-  const std::string whole = CellText(cell);
-  const std::string_view cut = LastColumns(whole, field.rightmost);
-  if (*field.pattern != '\0' && IsNumber(cut)) return RightSet(Format(StrictNumber(cut), field.pattern), field.width);
-  return RightSet(FirstColumns(cut, field.width), field.width);
+/// Whether what is written is the text of the cell, or the same number.
+bool IsSame(const std::string& whole, const std::string& written) {
+  return whole == written || (IsNumber(whole) && IsNumber(written) && StrictNumber(whole) == StrictNumber(written));
 }
 
 }  // namespace
 
-std::string BroodDataText(const Worksheet& sheet) {
-  std::string text;
-  for (const auto& row : sheet.rows) {
-    if (row.size() < LeastColumns)
+SheetText BroodDataText(const Worksheet& sheet) {
+  SheetText result;
+  for (std::size_t row = 0; row < sheet.rows.size(); ++row) {
+    const auto& cells = sheet.rows[row];
+    if (cells.size() < LeastColumns)
       throw RuntimeFailure(
-          fmt::format("worksheet {} has {} columns, at least {} are needed", sheet.name, row.size(), LeastColumns));
-    for (std::size_t column = 0; column < row.size(); ++column) {
-      if (column > 0) text += ',';
-      text += FieldText(row[column], FieldOf(column));
+          fmt::format("worksheet {} has {} columns, at least {} are needed", sheet.name, cells.size(), LeastColumns));
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+      const Field field = FieldOf(column);
+      const std::string whole = CellText(cells[column]);
+      const std::string written = Written(whole, field);
+      const int blanks = field.width - static_cast<int>(CharacterCount(written));
+      const auto where = [&] {
+        return fmt::format("row {}, column {} of worksheet {}: \"{}\"", row + 1, column + 1, sheet.name, Shown(whole));
+      };
+      if (blanks < 0) throw RuntimeFailure(fmt::format("{} has no room in {} columns", where(), field.width));
+      if (!IsSame(whole, written)) result.changes.push_back(fmt::format("{}, written as \"{}\"", where(), written));
+      if (column > 0) result.text += ',';
+      result.text.append(static_cast<std::size_t>(blanks), ' ') += written;
     }
-    text += "\r\n";
+    result.text += "\r\n";
   }
-  return text;
+  return result;
 }
 
 }  // namespace merlane

@@ -9,6 +9,7 @@
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
+#include "platform/file_kind.h"
 #include "platform/files.h"
 #include "platform/packed_worksheets.h"
 
@@ -19,16 +20,30 @@ constexpr std::int64_t MostBytes = std::int64_t{256} << 20;  // of a workbook; s
 
 using Rows = std::vector<std::vector<WorkbookCell>>;
 
+/// Why a workbook could not be opened, in words: the library's reasons are numbers.
+std::string WhyUnreadable(const std::string& path) {
+  const std::string bytes = ReadWholeFile(path);  // names a file that is not there or cannot be read
+  if (bytes.empty()) return path + " is empty";
+  const std::string kind = ForeignKind(bytes);
+  if (kind.empty()) return path + " is no workbook: it seems to be a text, whose name should end in .dat";
+  if (!IsCompoundDocument(bytes) || kind.find("encrypted") != std::string::npos)
+    return fmt::format("{} is {}: save it as a workbook of the old kind (.xls), without a password", path, kind);
+  return path + " is a workbook that is cut short or damaged";
+}
+
 /// An open workbook that closes itself.
 class OpenWorkbook {
  public:
   explicit OpenWorkbook(const std::string& path) {
     errno = 0;
-    Check(freexl_open(path.c_str(), &handle_), path);
-    if (handle_ != nullptr) return;
-    // The library opens nothing, and says nothing of it, where memory runs out and where a workbook is encrypted.
-    if (errno == ENOMEM) throw std::bad_alloc();
-    throw RuntimeFailure("the workbook " + path + " is encrypted, or made in another way");
+    const int opened = freexl_open(path.c_str(), &handle_);
+    // Where memory runs out the library may open nothing, and say nothing of it.
+    if (opened == FREEXL_INSUFFICIENT_MEMORY || (handle_ == nullptr && errno == ENOMEM)) throw std::bad_alloc();
+    if (opened != FREEXL_OK) throw RuntimeFailure(WhyUnreadable(path));
+    // Where a password begins, the library stops, and has a workbook without contents.
+    unsigned int encrypted = 0;
+    if (freexl_get_info(handle_, FREEXL_BIFF_PASSWORD, &encrypted) != FREEXL_OK || encrypted == FREEXL_BIFF_OBFUSCATED)
+      throw RuntimeFailure("the workbook " + path + " is encrypted: save it without a password");
   }
   ~OpenWorkbook() { freexl_close(handle_); }
   OpenWorkbook(const OpenWorkbook&) = delete;
@@ -36,10 +51,6 @@ class OpenWorkbook {
   const void* Get() const { return handle_; }
 
  private:
-  static void Check(int code, const std::string& path) {
-    if (code != FREEXL_OK)
-      throw RuntimeFailure(fmt::format("{} is not a workbook that can be read (reason {})", path, code));
-  }
   const void* handle_ = nullptr;
 };
 

@@ -13,7 +13,7 @@ struct Host {
   const Clock& clock;
   RandomStreams& random;
   Workbooks& workbooks;
-  std::string outputFolder = ".";    // where files go that the program names itself
+  std::string outputFolder = {};     // where files go that the program names itself; empty: beside the real data
   std::string bootstrapFolder = {};  // where a bootstrap's data files go; empty: beside the real data
 };
 

@@ -11,6 +11,7 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "data/data_record_text.h"
 #include "model/interval_kinds.h"
 #include "results/goodness_of_fit.h"
 #include "results/results_summary.h"
@@ -112,7 +113,7 @@ class ListingTable {
 
   void AddObservation(int countWidth) {
     const char* const whole = "###0";
-    columns_.push_back({{"", "", "", "ID_Code"}, 8, [](S s, R r) { return s.data.BroodCode[r.b]; }});
+    columns_.push_back({{"", "", "", "ID_Code"}, 8, [](S s, R r) { return CodeField(s.data, r.b); }});
     Add({"", "", "", "Year"}, 6, whole, [](S s, R r) { return s.data.VisitYear[r.v]; });
     Add({"", "", "", "Mom"}, 4, whole, [](S s, R r) { return s.data.BroodNumber(r.brood); });
     Add({"", "", "", "Visit"}, 6, whole, [](S s, R r) { return r.visit - s.data.FirstVisit[r.b] + 1; });

@@ -97,6 +97,17 @@ void KeepLines(QMessageBox& box) {
     label->setMinimumWidth(std::min(std::max(natural + 4, WidthOfTitle(box) - BesideText), widest));
 }
 
+/// Puts the details below the message, as they stand in files; those of many lines behind a button, too, with the first
+/// of them in sight, so that the box fits on the screen.
+void ShowDetails(QMessageBox& box, const QString& details) {
+  constexpr qsizetype LinesInSight = 14;
+  const QStringList lines = details.split(QLatin1Char('\n'));
+  box.setInformativeText(lines.first(std::min(lines.size(), LinesInSight)).join(QLatin1Char('\n')));
+  if (lines.size() > LinesInSight) box.setDetailedText(details);
+  if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+    label->setTextFormat(Qt::PlainText);
+}
+
 /// Puts a dialog into the upper right corner of its parent: a walk through a table shows there, row by row, what is
 /// asked for.
 void StandAside(QDialog& dialog) {
@@ -113,7 +124,7 @@ Answer AskInBox(const Message& message, QWidget* parent) {
   box.setObjectName(QStringLiteral("messageBox"));
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  if (!message.details.empty()) box.setInformativeText(Lines(message.details));
+  if (!message.details.empty()) ShowDetails(box, Lines(message.details));
   KeepLines(box);
   const bool secondIsDefault = (message.style & 256) != 0;
   const bool asksYesOrNo = (message.style & 0x7) == 4;

@@ -448,6 +448,27 @@ TEST(BroodReader, AByteOrderMarkBeforeTheHeaderIsHarmless) {
   EXPECT_EQ(r.data.TotalRecords, 1);
 }
 
+TEST(BroodReader, LettersOfSeveralBytesAreOneColumnEach) {
+  Reading r;
+  r.Of(Header + "\n    1995,   M\u00D6WE1,     160,     170,     -10,       5\n" +
+       "    1995,   M\u00D6WE2,     161,     170,      -?,       4\n");
+  EXPECT_THAT(r.data.BroodCode, ElementsAre("   M\u00D6WE1", "   M\u00D6WE2"));
+  EXPECT_THAT(r.data.VisitDate, ElementsAre(160, 161));
+  EXPECT_THAT(r.data.VisitCount, ElementsAre(5, 4));
+  EXPECT_TRUE(r.data.CodesAreUtf8);
+  EXPECT_FALSE(r.report.oddities.Any());
+}
+
+TEST(BroodReader, BytesOfAFileThatIsNotUtf8AreOneColumnEach) {
+  Reading r;
+  r.Of(Header + "\n    1995,   M\xD6WE1,     160,     170,     -10,       5\n" +
+       "    1995,   M\xD6WE2,     161,     170,     -10,       4\n");
+  EXPECT_THAT(r.data.BroodCode, ElementsAre("   M\xD6WE1", "   M\xD6WE2"));
+  EXPECT_THAT(r.data.VisitCount, ElementsAre(5, 4));
+  EXPECT_FALSE(r.data.CodesAreUtf8);
+  EXPECT_FALSE(r.report.oddities.Any());
+}
+
 TEST(BroodReader, ATabIsNoBlankAndANulIsACharacterLikeAnyOther) {
   Reading r(0, 0);
   r.Of(Header + "\n" + std::string(17, '\t') + "\n" + std::string("    \0   ,       A", 17) + "\n");

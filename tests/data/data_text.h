@@ -36,7 +36,8 @@ struct Reading {
   }
   Reading& Of(const std::string& text, bool bootstrap = false) {
     messages.clear();
-    ReadTextData(text, bootstrap, data, [this](const Message& message) { messages.push_back(message); });
+    ReadTextData(
+        text, bootstrap, data, [this](const Message& message) { messages.push_back(message); }, report);
     return *this;
   }
   std::vector<std::string> Titles() const {
@@ -45,6 +46,7 @@ struct Reading {
     return titles;
   }
   BroodData data;
+  ReadingReport report;
   std::vector<Message> messages;
 };
 

@@ -12,7 +12,10 @@ namespace {
 
 using test::Header;
 using test::Record;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 struct ReadingDialogueTest : testing::Test {
   ReadingDialogueTest() {
@@ -53,6 +56,57 @@ TEST_F(ReadingDialogueTest, AFailureIsToldInABoxAndThatOfAWorkbookInPassing) {
   EXPECT_FALSE(Read("/data/lake.xls"));
   EXPECT_EQ(status, "No data: no worksheet was chosen");
   EXPECT_EQ(windows.messages.size(), 1u);
+}
+
+TEST_F(ReadingDialogueTest, WhatWasReadStandsInTheDetailsOfTheSuccess) {
+  EXPECT_TRUE(ReadText(Record(1995, "A", 160, 170, -10, 5)));
+  EXPECT_EQ(windows.messages.back().details,
+            "1 record of 1 brood with 1 code: 1 with eggs, 0 with juveniles\r\n"
+            "Years (broods): 1995 (1)\r\n"
+            "Days 160 to 160; counted: 5 eggs, 0 juveniles; unknown ages: 0 of eggs, 0 of juveniles");
+}
+
+TEST_F(ReadingDialogueTest, WhatIsOddStandsBeforeItAndInTheStatusBar) {
+  std::string status;
+  reading.showStatus = [&](const std::string& text) { status = text; };
+  EXPECT_TRUE(ReadText("1995,A,160,170,-10,5\n"));
+  EXPECT_THAT(windows.messages.back().details,
+              StartsWith("1 line does not fit the fixed columns (of 1): it may be another kind of file."));
+  EXPECT_THAT(status, StartsWith("Look at the data: 1 line does not fit the fixed columns"));
+  EXPECT_TRUE(ReadText(Record(1995, "A", 160, 170, -10, 5)));
+  EXPECT_EQ(status, "");
+}
+
+TEST_F(ReadingDialogueTest, WhatIsOddStandsBehindTheReasonOfAFailureAndOfAFatalError) {
+  EXPECT_FALSE(ReadText("1995,A,160,170,-10,5\n" + Record("1995", "B", "99999", "170", "-10", "5")));
+  EXPECT_THAT(windows.messages.back().details,
+              AllOf(StartsWith("line 3, columns 19 to 26: \"   99999\" is beyond the range"),
+                    HasSubstr("\r\n1 line does not fit the fixed columns (of 2)")));
+  EXPECT_THROW(ReadText(Record(1995, "A", 160, 170, -10, 5) + Record("1995", "A", "161", "170", "-9", "6x")),
+               EndProgram);
+  EXPECT_THAT(windows.messages.back().details,
+              AllOf(StartsWith("line 3, code \"       A\": 6 behind 5 of line 2"), HasSubstr("read as 6")));
+}
+
+TEST_F(ReadingDialogueTest, AFileOfAnotherKindIsNamedAsWhatItIs) {
+  const std::string path = testing::TempDir() + "reading_dialogue_test.dat";
+  WriteWholeFile(path, "PK\x03\x04 ... xl/workbook.xml");
+  EXPECT_FALSE(Read(path));
+  EXPECT_EQ(windows.messages.back().title, "Problem finding data file or reading data");
+  EXPECT_EQ(windows.messages.back().details,
+            path + " is an Excel workbook of the new kind (.xlsx), not a text in fixed columns");
+}
+
+TEST_F(ReadingDialogueTest, WhatAWorksheetCouldNotKeepIsToldWithTheTextFile) {
+  const std::string path = testing::TempDir() + "reading_dialogue_test.dat";
+  WriteWholeFile(path, Header + "\n" + Record(1995, "A", 160, 170, -10, 5));
+  reading.convertWorkbook = [&](const std::string&) {
+    return FrmXlsWorksheets::Converted{path, "Lake", {"row 2, column 2 of worksheet Lake: \"AA\", written as \"A\""}};
+  };
+  EXPECT_TRUE(Read("/data/lake.xls"));
+  EXPECT_THAT(windows.messages.back().details,
+              AllOf(StartsWith("1 cell of the worksheet could not be written as it is:\r\n  row 2, column 2"),
+                    HasSubstr("\r\nWorksheet \"Lake\", written as text to " + path)));
 }
 
 TEST_F(ReadingDialogueTest, AFatalErrorIsToldAndEndsTheProgramWithStatus2) {

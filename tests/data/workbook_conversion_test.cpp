@@ -2,6 +2,7 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "base/utf8.h"
 
 namespace merlane {
 namespace {
@@ -9,11 +10,12 @@ namespace {
 const std::vector<WorkbookCell> Head = {"Year", "Code", "DofY", "HatchDay", "BroodAge", "#EorJ", "Lake_Prod"};
 
 std::string SecondLine(const std::vector<WorkbookCell>& row) {
-  return Lines(BroodDataText({"Lake", {Head, row}})).at(1);
+  return Lines(BroodDataText({"Lake", {Head, row}}).text).at(1);
 }
 
 TEST(BroodDataText, HeadingsComeThroughRightJustified) {
-  EXPECT_EQ(BroodDataText({"Lake", {Head}}), "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ,   Lake_Prod\r\n");
+  EXPECT_EQ(BroodDataText({"Lake", {Head}}).text,
+            "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ,   Lake_Prod\r\n");
 }
 
 TEST(BroodDataText, NumbersAreFormattedByTheirColumn) {
@@ -34,11 +36,47 @@ TEST(BroodDataText, ACodeStandsAsItIsThoughItLooksLikeANumber) {
   EXPECT_EQ(Columns(SecondLine({1995.0, 0.1, 1.0, 1.0, 1.0, 1.0}), 10, 17), "     0.1") << "as a spreadsheet shows it";
 }
 
-TEST(BroodDataText, NoCharacterIsCutInHalf) {
-  EXPECT_EQ(Columns(SecondLine({1995.0, "\u00D6stlich7", 1.0, 1.0, 1.0, 1.0}), 10, 17), " stlich7");
-  EXPECT_EQ(Columns(SecondLine({1995.0, "M\u00F6we-12", 1.0, 1.0, 1.0, 1.0}), 10, 17), "M\u00F6we-12");
-  EXPECT_EQ(Rightmost(SecondLine({1995.0, "A", 1.0, 1.0, 1.0, 1.0, "Seefl\u00E4che_\u00FC_km"}), 13),
-            ", Seefl\u00E4che_");
+TEST(BroodDataText, ColumnsAreCharactersAndNoneIsLostOrCutInHalf) {
+  EXPECT_EQ(CharacterColumns(SecondLine({1995.0, "\u00D6stlich7", 1.0, 1.0, 1.0, 1.0}), 10, 17), "\u00D6stlich7");
+  EXPECT_EQ(CharacterColumns(SecondLine({1995.0, "M\u00F6we-12", 1.0, 1.0, 1.0, 1.0}), 9, 18), ", M\u00F6we-12,");
+  EXPECT_EQ(CharacterColumns(SecondLine({1995.0, "s\u00FCdliche \u00C4\u00D6\u00DC1", 1.0, 1.0, 1.0, 1.0}), 10, 17),
+            "che \u00C4\u00D6\u00DC1");
+  const std::string heading =
+      BroodDataText({"Lake", {{"Year", "Code", "DofY", "HatchDay", "BroodAge", "#EorJ", "Seefl\u00E4che_\u00FC_km"}}})
+          .text;
+  EXPECT_EQ(CharacterColumns(heading, 54, 66), ",Seefl\u00E4che_\u00FC_");
+}
+
+TEST(BroodDataText, ALongNumberIsWrittenAsTheNumberThatItIs) {
+  const std::string line = SecondLine({1995.0, "A", 161.0, 172.0, -11.3333333333333, 5.0, -1.23456789012345e-05});
+  EXPECT_EQ(Columns(line, 37, 44), "     -11");
+  EXPECT_EQ(Columns(line, 55, 66), " -1.2346E-05") << "its sign is kept";
+  EXPECT_EQ(Columns(SecondLine({1995.0, "A", "161.00000000012", 1.0, 1.0, 1.0}), 19, 26), "     161");
+}
+
+TEST(BroodDataText, WhatIsWrittenOtherwiseThanItStandsInItsCellIsToldWithItsPlace) {
+  EXPECT_THAT(
+      BroodDataText({"Lake", {Head, {1995.0, "VERYLONGCODE", 161.5, "2000-06-09", 1.0, 1.0, 0.64854321}}}).changes,
+      testing::ElementsAre("row 2, column 2 of worksheet Lake: \"VERYLONGCODE\", written as \"LONGCODE\"",
+                           "row 2, column 3 of worksheet Lake: \"161.5\", written as \"162\"",
+                           "row 2, column 4 of worksheet Lake: \"2000-06-09\", written as \"00-06-09\"",
+                           "row 2, column 7 of worksheet Lake: \"0.64854321\", written as \"6.4854E-01\""));
+  EXPECT_THAT(BroodDataText({"Lake", {Head, {1995.0, "A", 161.0, "172", "-?", 1.0, 0.6485}}}).changes,
+              testing::IsEmpty());
+}
+
+TEST(BroodDataText, ANumberWithoutRoomIsRefusedInWords) {
+  try {
+    BroodDataText({"Lake", {Head, {1995.0, "A", 1234567890.0, 1.0, 1.0, 1.0, 1.0}}});
+    FAIL() << "it was written";
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_STREQ(failure.what(), "row 2, column 3 of worksheet Lake: \"1234567890\" has no room in 8 columns");
+  }
+}
+
+TEST(BroodDataText, ALineBreakInAHeadingDoesNotBreakTheHeader) {
+  EXPECT_EQ(BroodDataText({"Lake", {{"Year", "Code", "DofY", "Hatch\nDay", "Age", "#EorJ", "Lake\r\nProd"}}}).text,
+            "    Year,    Code,    DofY,atch Day,     Age,   #EorJ,  Lake  Prod\r\n");
 }
 
 TEST(BroodDataText, UnknownAgesComeThrough) {

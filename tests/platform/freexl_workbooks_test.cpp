@@ -12,6 +12,18 @@ namespace {
 
 std::string Kept(const std::string& name) { return std::string(MERLANE_TEST_INPUTS_DIR) + "/workbooks/" + name; }
 
+using ::testing::EndsWith;
+
+/// What is said of a workbook that cannot be read.
+std::string WhyRefused(const std::string& path) {
+  try {
+    FreexlWorkbooks().Read(path);
+  } catch (const RuntimeFailure& failure) {
+    return failure.what();
+  }
+  return "it was read";
+}
+
 /// A file of that content which is gone after the test.
 class TemporaryFile {
  public:
@@ -52,15 +64,22 @@ TEST(FreexlWorkbooks, TheUsedRangeBeginsWithTheFirstCellThatHoldsSomething) {
 }
 
 TEST(FreexlWorkbooks, RefusesAnEncryptedWorkbook) {
-  EXPECT_THAT([] { FreexlWorkbooks().Read(Kept("encrypted.xls")); },
-              testing::ThrowsMessage<RuntimeFailure>(testing::HasSubstr("encrypted.xls is encrypted")));
+  EXPECT_EQ(WhyRefused(Kept("encrypted.xls")),
+            "the workbook " + Kept("encrypted.xls") + " is encrypted: save it without a password");
 }
 
-TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbook) {
-  EXPECT_THROW(FreexlWorkbooks().Read("no/such/file.xls"), RuntimeFailure);
-  EXPECT_THROW(FreexlWorkbooks().Read(testing::TempDir()), RuntimeFailure);
-  EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("Year,Code\r\n").Path()), RuntimeFailure);
-  EXPECT_THROW(FreexlWorkbooks().Read(TemporaryFile("").Path()), RuntimeFailure);
+TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbookAndNamesItAsWhatItIs) {
+  EXPECT_THAT(WhyRefused("no/such/file.xls"), EndsWith("no/such/file.xls: No such file or directory"));
+  EXPECT_THAT(WhyRefused(testing::TempDir()), EndsWith("Is a directory"));
+  EXPECT_THAT(WhyRefused(TemporaryFile("").Path()), EndsWith("damaged.xls is empty"));
+  EXPECT_THAT(WhyRefused(TemporaryFile("Year,Code\r\n").Path()),
+              EndsWith("is no workbook: it seems to be a text, whose name should end in .dat"));
+  EXPECT_THAT(WhyRefused(TemporaryFile("PK\x03\x04 ... xl/workbook.xml").Path()),
+              EndsWith("is an Excel workbook of the new kind (.xlsx): save it as a workbook of the old kind (.xls), "
+                       "without a password"));
+  const std::string whole = ReadWholeFile(Kept("lake.xls"));
+  EXPECT_THAT(WhyRefused(TemporaryFile(whole.substr(0, 3000)).Path()),
+              EndsWith("is a workbook that is cut short or damaged"));
 }
 
 TEST(FreexlWorkbooks, APipeIsRefusedAtOnce) {

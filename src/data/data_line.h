@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "data/record_layout.h"
+
+namespace merlane {
+
+/// What stands in a data file and is not as its format has it. It is read all the same, and told.
+enum class Oddity {
+  Separator,  // no comma between two fields: the line is not divided as the format has it
+  NotNumber,  // letters, or blanks between digits
+  Rounded,    // decimals where a whole number belongs
+  Empty,      // nothing where a number belongs
+  Mark,       // -999, which stands for no value
+};
+
+/// What a text of a file is when it is shown: letters of all languages as they are, other bytes as their codes.
+std::string Shown(std::string_view text);
+
+/// One line of a data file, in place.
+class DataLine {
+ public:
+  /// `utf8`: columns are characters, not bytes.
+  DataLine(std::string_view text, int number, bool utf8);
+
+  std::string_view Whole() const { return text_; }
+  int Number() const { return number_; }
+  std::string_view Text(RecordField field) const;
+  bool IsBlank() const;
+  bool IsBlank(RecordField field) const;
+
+  /// A number as the lenient reading has it, and whether it is one throughout.
+  struct Reading {
+    double value = 0;
+    bool plain = true;
+  };
+  /// RuntimeFailure for a number that is too large.
+  Reading Read(RecordField field) const;
+
+  /// Where the line is not divided as one of `covariates` covariates is, in words; empty when it is.
+  std::string Misdivided(int covariates) const;
+
+  /// Where a field stands, and what stands there.
+  std::string At(RecordField field) const;
+  [[noreturn]] void Refuse(RecordField field, std::string_view why) const;
+
+ private:
+  std::string_view text_;
+  int number_;
+  bool wide_;  // has characters of several bytes
+};
+
+/// The lines of a text, one after the other, in place. Lines end with CR LF, LF or CR.
+class DataLines {
+ public:
+  DataLines(std::string_view bytes, bool utf8) : rest_(bytes), utf8_(utf8) {}
+
+  bool Next();
+  DataLine Line() const { return {line_, number_, utf8_}; }
+  int Number() const { return number_; }
+
+ private:
+  std::string_view rest_;
+  bool utf8_;
+  std::string_view line_;
+  int number_ = 0;
+};
+
+}  // namespace merlane

@@ -1,0 +1,67 @@
+#include "data/field_reader.h"
+
+#include <fmt/format.h>
+
+#include "base/arithmetic.h"
+#include "base/number_text.h"
+#include "base/runtime_failure.h"
+
+namespace merlane {
+
+double FieldReader::Number(const DataLine& line, RecordField field) {
+  const DataLine::Reading reading = line.Read(field);
+  if (!reading.plain)
+    Note(line.IsBlank(field) ? Oddity::Empty : Oddity::NotNumber, line, field, Shortest(reading.value));
+  return reading.value;
+}
+
+std::int16_t FieldReader::Whole(const DataLine& line, RecordField field) {
+  const DataLine::Reading reading = line.Read(field);
+  std::int16_t whole = 0;
+  try {
+    whole = ToInt16(reading.value);
+  } catch (const RuntimeFailure&) {
+    line.Refuse(field, "is beyond the range of -32768 to 32767");
+  }
+  if (!reading.plain)
+    Note(line.IsBlank(field) ? Oddity::Empty : Oddity::NotNumber, line, field, std::to_string(whole));
+  else if (whole != reading.value)
+    Note(Oddity::Rounded, line, field, std::to_string(whole));
+  return whole;
+}
+
+double FieldReader::Covariate(const DataLine& line, int m) {
+  const RecordField field = record::Covariate(m);
+  const DataLine::Reading reading = line.Read(field);
+  if (!reading.plain) {
+    ++report.covariates[static_cast<std::size_t>(m) - 1].notNumbers;
+    Note(line.IsBlank(field) ? Oddity::Empty : Oddity::NotNumber, line, field, Shortest(reading.value));
+  } else if (reading.value == Missing) {
+    Note(Oddity::Mark, line, field, "no value");
+  }
+  return reading.value;
+}
+
+std::int16_t FieldReader::Count(const DataLine& line) {
+  const std::int16_t count = Whole(line, record::Count);
+  if (count == Missing) Note(Oddity::Mark, line, record::Count, "no count");
+  return count;
+}
+
+double FieldReader::Age(const DataLine& line) {
+  const double age = Number(line, record::Age);
+  if (age == Missing) Note(Oddity::Mark, line, record::Age, "an unknown age of a clutch");
+  return age;
+}
+
+void FieldReader::Note(Oddity kind, const DataLine& line, RecordField field, const std::string& readAs) {
+  if (notes_) report.oddities.Add(kind, [&] { return fmt::format("{}, read as {}", line.At(field), readAs); });
+}
+
+void FieldReader::NoteDivision(const DataLine& line, int covariates) {
+  if (!notes_) return;
+  const std::string where = line.Misdivided(covariates);
+  if (!where.empty()) report.oddities.Add(Oddity::Separator, [&] { return where; });
+}
+
+}  // namespace merlane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace merlane {
+
+/// What a file is, in words such as "an OpenDocument spreadsheet (.ods)", when its bytes show that it is no text in
+/// single bytes or UTF-8. Empty when it may be one.
+std::string ForeignKind(std::string_view bytes);
+
+/// Whether the file is a workbook of the old kind (.xls) or another document in the same wrapping.
+bool IsCompoundDocument(std::string_view bytes);
+
+}  // namespace merlane

@@ -1,0 +1,67 @@
+#include "data/data_line.h"
+
+#include "base/runtime_failure.h"
+#include "data/data_text.h"
+
+namespace merlane {
+namespace {
+
+const std::string Fits = "    1995,  ORCBLX,     161,     172,     -11,       5";
+
+std::string Misdivided(const std::string& text, int covariates = 0) {
+  return DataLine(text, 7, true).Misdivided(covariates);
+}
+
+TEST(DataLine, ALineInItsColumnsIsDividedAsItShouldBe) {
+  EXPECT_EQ(Misdivided(Fits), "");
+  EXPECT_EQ(Misdivided(Fits + "   "), "") << "blanks at the end are nobody's harm";
+  EXPECT_EQ(Misdivided(Fits + ",           1"), "") << "covariates that were not chosen";
+  EXPECT_EQ(Misdivided(Fits + ",           1", 1), "");
+  EXPECT_EQ(Misdivided("    1995,   M\u00D6WE1,     161,     172,     -11,       5"), "");
+}
+
+TEST(DataLine, AnythingButACommaBetweenFieldsIsTold) {
+  EXPECT_EQ(Misdivided("1995,A,160,170,-10,5,and more behind it that ends far beyond all columns"),
+            "line 7, column 9: \"6\" where a comma belongs");
+  EXPECT_EQ(Misdivided("1995,A,160,170"), "line 7, column 9: \"6\" where a comma belongs");
+  EXPECT_EQ(Misdivided("    1995,  ORCBLX"), "line 7 ends before the field of columns 19 to 26");
+  EXPECT_EQ(Misdivided(Fits, 1), "line 7 ends before the field of columns 55 to 66");
+  EXPECT_EQ(Misdivided(Fits + "0"), "line 7, column 54: \"0\" behind the last field");
+  EXPECT_EQ(Misdivided(Fits + "\t1", 1), "line 7, column 54: \"\\x09\" where a comma belongs");
+  EXPECT_EQ(Misdivided("    1995;  ORCBLX;     161;     172;     -11;       5"),
+            "line 7, column 9: \";\" where a comma belongs");
+}
+
+TEST(DataLine, ColumnsAreCharactersOfUtf8AndBytesOfAnythingElse) {
+  const std::string text = "    1995,   M\u00D6WE1,     161";
+  EXPECT_EQ(DataLine(text, 1, true).Text(record::Code), "   M\u00D6WE1");
+  EXPECT_EQ(DataLine(text, 1, true).Text(record::Date), "     161");
+  EXPECT_EQ(DataLine(text, 1, false).Text(record::Code), "   M\u00D6WE");
+  EXPECT_EQ(DataLine("    1995,   M\xD6WE1,     161", 1, false).Text(record::Code), "   M\xD6WE1");
+}
+
+TEST(DataLine, WhatIsNoNumberThroughoutIsReadAllTheSame) {
+  const auto read = [](const std::string& field) {
+    const DataLine line(field + std::string(8 - field.size(), ' '), 1, false);
+    const DataLine::Reading reading = line.Read(record::Year);
+    return std::pair(reading.value, reading.plain);
+  };
+  EXPECT_EQ(read("1 23"), std::pair(123.0, false));
+  EXPECT_EQ(read("12a"), std::pair(12.0, false));
+  EXPECT_EQ(read("0,65"), std::pair(0.0, false));
+  EXPECT_EQ(read("NA"), std::pair(0.0, false));
+  EXPECT_EQ(read(""), std::pair(0.0, false));
+  EXPECT_EQ(read("."), std::pair(0.0, false));
+  EXPECT_EQ(read("-12"), std::pair(-12.0, true));
+  EXPECT_EQ(read(" 0.65"), std::pair(0.65, true));
+  EXPECT_EQ(read("1E2"), std::pair(100.0, true));
+  EXPECT_EQ(read("+7"), std::pair(7.0, true));
+}
+
+TEST(DataLine, WhatIsShownKeepsLettersAndSpellsOutOtherBytes) {
+  EXPECT_EQ(Shown("M\u00D6WE \t\xD6"), "M\u00D6WE \\x09\\xD6");
+  EXPECT_EQ(Shown(std::string_view("\0\x7F", 2)), "\\x00\\x7F");
+}
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,134 @@
+// What a reading says of the file, beside its fixed messages.
+
+#include "data/reading_report.h"
+
+#include <gmock/gmock.h>
+
+#include "base/runtime_failure.h"
+#include "data/data_text.h"
+
+namespace merlane {
+namespace {
+
+using test::Header;
+using test::Reading;
+using test::Record;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+/// What is told of a file with these records below its header.
+std::string Odd(const std::string& records, Reading r = Reading()) {
+  r.Of(Header + "\n" + records);
+  return r.report.oddities.Details(r.report.Lines);
+}
+
+TEST(ReadingReport, ASoundFileHasNothingOdd) {
+  EXPECT_EQ(Odd(Record(1995, "A", 160, 170, -10, 5) + "\n" + Record("1995", "A", "165", "170", "-?", "5") +
+                Record("1995", "B", "180", "170", "?", "5")),
+            "");
+}
+
+TEST(ReadingReport, ACommaSeparatedFileIsToldAsAnotherKindOfFile) {
+  const std::string told = Odd("1995,A,160,170,-10,5\n1995,B,161,170,-9,5\n\n");
+  EXPECT_THAT(told, HasSubstr("2 lines do not fit the fixed columns (of 3): it may be another kind of file. They were "
+                              "read by their columns all the same:\r\n"
+                              "  line 2, column 9: \"6\" where a comma belongs\r\n"
+                              "  line 3, column 9: \"6\" where a comma belongs\r\n"));
+}
+
+TEST(ReadingReport, AFieldThatIsNoNumberIsToldWithWhatItWasReadAs) {
+  const std::string told = Odd(Record("1995", "A", "1 60", "NA", "-10", "12a"));
+  EXPECT_EQ(told,
+            "3 fields are no numbers:\r\n"
+            "  line 2, columns 19 to 26: \"    1 60\", read as 160\r\n"
+            "  line 2, columns 28 to 35: \"      NA\", read as 0\r\n"
+            "  line 2, columns 46 to 53: \"     12a\", read as 12\r\n");
+}
+
+TEST(ReadingReport, AQuestionMarkBehindAnythingButABlankOrAMinusIsTold) {
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "5?", "5")),
+            "1 field is no number:\r\n"
+            "  line 2, columns 37 to 44: \"      5?\", read as an unknown age of a brood\r\n");
+}
+
+TEST(ReadingReport, EmptyNumbersAndDecimalsOfWholeOnesAreTold) {
+  EXPECT_EQ(Odd(Record("1995", "A", "160.5", "170", "", "5")),
+            "1 whole number has decimals:\r\n"
+            "  line 2, columns 19 to 26: \"   160.5\", read as 160\r\n"
+            "1 number is empty and was read as 0:\r\n"
+            "  line 2, columns 37 to 44: \"        \", read as 0\r\n");
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "-9.5", "5")), "") << "ages may have decimals";
+}
+
+TEST(ReadingReport, TheMarkForNoValueIsToldWhereSomebodyTypedIt) {
+  Reading r(1995, 1995, 1);
+  EXPECT_EQ(Odd(Record(1995, "A", 160, 170, -999, -999, {"-999"}), r),
+            "3 values are -999, which stands for no value:\r\n"
+            "  line 2, columns 37 to 44: \"    -999\", read as an unknown age of a clutch\r\n"
+            "  line 2, columns 46 to 53: \"    -999\", read as no count\r\n"
+            "  line 2, columns 55 to 66: \"        -999\", read as no value\r\n");
+}
+
+TEST(ReadingReport, OnlyTheFirstOfManyAreShown) {
+  std::string records;
+  for (int day = 161; day <= 167; ++day) records += Record("1995", "A", std::to_string(day) + "x", "170", "-?", "5");
+  EXPECT_THAT(Odd(records), testing::AllOf(HasSubstr("7 fields are no numbers"), HasSubstr("\"    165x\""),
+                                           Not(HasSubstr("166x")), HasSubstr("  and 2 more\r\n")));
+}
+
+TEST(ReadingReport, InPassingItIsSaidInAFewWords) {
+  Reading r;
+  r.Of(Header + "\n1995,A,160,170,-10,5\n" + Record("1995", "B", "16o", "170", "?", "5"));
+  EXPECT_THAT(r.report.oddities.InPassing(),
+              testing::StartsWith("Look at the data: 1 line does not fit the fixed columns, "));
+  EXPECT_EQ(Reading().Of(Header + "\n").report.oddities.InPassing(), "");
+}
+
+TEST(ReadingReport, WhatIsOddIsKnownWhenTheReadingFails) {
+  Reading r;
+  EXPECT_THROW(r.Of(Header + "\n" + Record("1995", "A", "16o", "170", "-10", "5") +
+                    Record("1995", "A", "161", "170", "-9", "6")),
+               FatalDataError);
+  EXPECT_THAT(r.report.oddities.Details(2), HasSubstr("16o"));
+}
+
+TEST(ReadingReport, AReplicateOfABootstrapIsNotLookedAt) {
+  Reading r;
+  r.Of(Header + "\n" + Record("1995", "A", "16o", "", "-10", "5"), true);
+  EXPECT_FALSE(r.report.oddities.Any());
+}
+
+TEST(ReadingReport, WhatWasReadIsToldInFigures) {
+  Reading r(1995, 1997, 2);
+  r.data.CensorJuvs = true;
+  r.Of(Header + ",       Depth,        Area,       Third\n" + Record(1995, "A", 160, 170, -10, 5, {"2", "0.5"}) +
+       Record("1995", "A", "165", "170", "-?", "4", {"2", "0.5"}) + Record(1995, "A", 180, 170, 10, 3, {"2", "0.5"}) +
+       Record(1996, "B", 170, 170, 0, 7, {"3", "1.5"}) + Record(1996, "C", 171, 170, -1, 2, {"", "1.5"}) + "\n" +
+       Record(1999, "D", 171, 170, -1, 2, {"1", "1"}) + Record(1990, "E", 171, 170, -1, 2, {"1", "1"}));
+  EXPECT_EQ(WhatWasRead(r.data, r.report),
+            "3 records of 2 broods with 2 codes: 1 with eggs, 1 with juveniles\r\n"
+            "Years (broods): 1995 (1), 1996 (1)\r\n"
+            "Days 160 to 170; counted: 9 eggs, 7 juveniles; unknown ages: 1 of eggs, 0 of juveniles\r\n"
+            "Passed over: 1 blank line, 1 record without a covariate, 1 censored record, 2 records of years other than "
+            "1995 to 1997 (from 1990 to 1999, first in line 8)\r\n"
+            "Covariate 1 \"Depth\": 2 to 3, mean 2.5; empty in 1 record\r\n"
+            "Covariate 2 \"Area\": 0.5 to 1.5, mean 1\r\n"
+            "The file has 3 covariates; 2 were read");
+}
+
+TEST(ReadingReport, ACovariateThatIsNoNumberIsCountedWithIt) {
+  Reading r(1995, 1995, 1);
+  r.Of(Header + ",       Depth\n" + Record(1995, "A", 160, 170, -10, 5, {"NA"}) +
+       Record(1995, "B", 160, 170, -10, 5, {"0,65"}));
+  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("Covariate 1 \"Depth\": 0 to 0, mean 0; no number in 2 broods"));
+  EXPECT_THAT(r.report.oddities.Details(2), HasSubstr("\"        0,65\", read as 0"));
+}
+
+TEST(ReadingReport, NothingReadHasNoFigures) {
+  EXPECT_EQ(WhatWasRead(Reading().Of(Header + "\n").data, {}),
+            "0 records of 0 broods with 0 codes: 0 with eggs, 0 with "
+            "juveniles");
+}
+
+}  // namespace
+}  // namespace merlane
