@@ -38,8 +38,10 @@ void PlanBrood(BroodData& data, std::size_t b, RandomStreams& random) {
 
 void PlanSimulation(BroodData& data, int broods, RandomStreams& random) {
   const int visits = CheckedInt16(data.simulator.FinalAge - data.simulator.InitAge + 1);
-  if (broods < 0 || visits < 0)
+  if (broods < 0 || visits < 1)
     throw RuntimeFailure(fmt::format("a simulation cannot have {} broods of {} visits", broods, visits));
+  if (data.simulator.MinInitSize < 0)
+    throw RuntimeFailure(fmt::format("broods cannot begin with {} eggs or juveniles", data.simulator.MinInitSize));
   const auto years = static_cast<std::size_t>(std::max(0, data.LastYear - data.FirstYear + 1));
   AllocateTables(data,
                  std::vector<std::vector<int>>(years, std::vector<int>(static_cast<std::size_t>(broods), visits)));

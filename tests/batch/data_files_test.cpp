@@ -35,6 +35,8 @@ class DataFile : public testing::Test {
       titles.push_back(message["title"]);
       details.push_back(message.value("details", ""));
     }
+    statuses.clear();
+    for (const json& told : replay.All("status")) statuses.push_back(told["text"]);
     fit = status == 0 ? replay.Fit() : json();
   }
   void ExpectProblemReading() {
@@ -46,7 +48,7 @@ class DataFile : public testing::Test {
   const double F = json::parse(ReadFile(golden + "eggs_only.json"))["F"];
   int status = -1;
   std::string errors;
-  std::vector<std::string> titles, details;
+  std::vector<std::string> titles, details, statuses;
   json fit;
 };
 
@@ -81,6 +83,34 @@ TEST_F(DataFile, NulsAndTabsInALineAreNoNumbers) {
     EXPECT_THAT(status, testing::AnyOf(0, 2, 4)) << errors;
     EXPECT_FALSE(titles.empty());
   }
+}
+
+TEST_F(DataFile, CodesWithLettersOfSeveralBytesChangeNothing) {
+  std::string letters = sound;
+  for (std::size_t i = sound.rfind('\n', sound.size() - 3); i != std::string::npos && i > 0;
+       i = sound.rfind('\n', i - 1))
+    letters.replace(i + 10, 1, "\u00D6");
+  Analyse(letters);
+  EXPECT_EQ(fit["objective"], F);
+  EXPECT_THAT(details, testing::Not(testing::Contains(testing::HasSubstr("do not fit"))));
+}
+
+TEST_F(DataFile, AFileOfAnotherKindIsToldBeforeAnythingIsComputed) {
+  Analyse("Year,Code,Day,Hatch,Age,Number\n1995,A,160,170,-10,5\n1995,B,160,170,-10,5\n");
+  EXPECT_THAT(details, testing::Contains(testing::HasSubstr("2 lines do not fit the fixed columns (of 2): it may be "
+                                                            "another kind of file")));
+  AnalyseFile(MERLANE_TEST_INPUTS_DIR "/workbooks/encrypted.xls");
+  EXPECT_THAT(statuses, testing::Contains(testing::HasSubstr("is encrypted: save it without a password")));
+  Analyse(std::string("\xFF\xFEY\0e\0", 6));
+  ExpectProblemReading();
+  EXPECT_THAT(details, testing::Contains(testing::HasSubstr("is a text in UTF-16, not a text in fixed columns")));
+}
+
+TEST_F(DataFile, WhatLooksOddIsToldInTheStatusBar) {
+  std::string odd = sound;
+  odd.replace(sound.find('\n') + 1 + 18, 8, "     1 6");
+  Analyse(odd);
+  EXPECT_THAT(statuses, testing::Contains("Look at the data: 1 field is no number"));
 }
 
 TEST_F(DataFile, AnEmptyFileIsAProblem) {

@@ -24,6 +24,18 @@ TEST(ReplicateDataText, DeathIsWrittenAsZeroInEachRecordBehindItAndTheFileReadsB
   EXPECT_EQ(again.data.BroodCode, reading.data.BroodCode);
 }
 
+TEST(ReplicateDataText, CodesKeepTheirLettersInColumnsThatReadBack) {
+  for (const std::string code : {"   M\u00D6WE1", "   M\xD6WE1"}) {
+    test::Reading reading, again;
+    reading.Of(test::Header + "\n    1995," + code + ",     150,     160,     -10,       8\n");
+    ASSERT_EQ(reading.data.BroodCode, std::vector{code});
+    again.Of(ReplicateDataText(reading.data).Of({7}), true);
+    EXPECT_EQ(again.data.BroodCode, std::vector{code});
+    EXPECT_THAT(again.data.VisitDate, ElementsAre(150));
+    EXPECT_THAT(again.data.VisitCount, ElementsAre(7));
+  }
+}
+
 TEST(ReplicateDataText, CovariatesStandBehindEachRecordUnderTheHeaderOfSixWords) {
   test::Reading reading(1995, 1995, 2);
   reading.Of(test::Header + ",      Lake_1,      Lake_2\n" +

@@ -48,7 +48,12 @@ TEST(SimulationPlan, RefusesAgesInTheWrongOrderAndTablesTooLargeForAMachine) {
   d.simulator.FinalAge = 8;
   EXPECT_THROW(PlanSimulation(d, 2, random), RuntimeFailure);
   d.simulator.FinalAge = 9;
-  EXPECT_NO_THROW(PlanSimulation(d, 2, random)) << "broods without a visit";
+  EXPECT_THROW(PlanSimulation(d, 2, random), RuntimeFailure) << "broods without a visit";
+  d.simulator.FinalAge = 10;
+  EXPECT_NO_THROW(PlanSimulation(d, 2, random));
+  d.simulator.MinInitSize = -3;
+  EXPECT_THROW(PlanSimulation(d, 2, random), RuntimeFailure);
+  d.simulator.MinInitSize = 0;
   d.simulator.FinalAge = 32000;
   EXPECT_THROW(PlanSimulation(d, 32000, random), RuntimeFailure);
   EXPECT_THROW(PlanSimulation(d, -1, random), RuntimeFailure);
