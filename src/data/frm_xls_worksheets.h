@@ -22,7 +22,7 @@ class FrmXlsWorksheets : public Form {
   struct Converted {
     std::string TextFileName;
     std::string SheetName;
-    std::vector<std::string> changes;  // what is written otherwise than it stands in its cell
+    std::vector<std::string> changes = {};  // what is written otherwise than it stands in its cell
   };
   /// Reads a workbook, asks for the worksheet and writes it as text "EXCEL_to_TEXT_DataFormat_######.dat" into the
   /// host's output folder, or beside the workbook where the host has none. None when the user cancelled; RuntimeFailure
