@@ -107,7 +107,11 @@ int main(int argc, char** argv) {
   data.LastYear = o.LastYear;
   data.NCov = o.NCov;
   data.InteractionBase = static_cast<std::int16_t>(30 + 4 * o.NCov);
-  Measure("read", [&] { ReadTextData(ReadWholeFile(o.data), false, data, [](const Message&) {}); });
+  ReadingReport report;
+  Measure("read", [&] {
+    ReadTextData(
+        ReadWholeFile(o.data), false, data, [](const Message&) {}, report);
+  });
   fmt::print("records {}\n", data.TotalRecords);
 
   AlgorithmData algorithm;
