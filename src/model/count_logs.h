@@ -20,6 +20,8 @@ struct BinomialLogs {
   double logP = 0, logQ = 0;
 };
 
+inline BinomialLogs LogsOfShare(double p) { return BinomialLogs(p); }
+
 /// `LogGamma` is ln Gamma, computed or kept.
 template <class LogGamma>
 struct BetaBinomialLogs {

@@ -2,8 +2,8 @@
 
 #include <cmath>
 #include <limits>
+#include <span>
 
-#include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/arithmetic_watch.h"
@@ -64,9 +64,8 @@ ObjectivePass::ObjectivePass(const BroodData& data, const PreparedVisits& prepar
   N_ = plan_.N;
   for (auto* column : {&OutR_, &OutC_, &OutAll_}) column->resize(plan_.N.size());
   for (auto* column : {&thetaEggs_, &thetaJuvs_}) column->resize(plan_.Ages.size());
-  for (auto* kept : {&keptLogsR_, &keptLogsC_}) kept->resize(plan_.from.size());
-  for (auto* column : {&logsR_, &logsC_}) column->resize(plan_.judged.size());
-  deviance_.resize(plan_.Predictions());
+  spanning_.resize(At(prepared.MaxCount) + 1);
+  deviance_.resize(plan_.k.size());
 }
 
 std::optional<double> ObjectivePass::Sum(const Parameters& parameters, bool BootstrapMode, bool testSums) {
@@ -86,14 +85,9 @@ bool ObjectivePass::Evaluate(const Parameters& p, bool BootstrapMode, bool testS
   BeginAtHatch();
   if (!SetBroodMortalities(p) || !FillSurvival(broods_, BootstrapMode)) return false;
   FillThetas(p);
-  FillJudgedLogs();
-  double* deviance = deviance_.data();
   const CountErrors errors(p);
-  if (!Judge(plan_.clutchPredictions, errors.eggs, thetaEggs_, deviance)) return false;
-  deviance += plan_.clutchPredictions.size();
-  if (!Judge(plan_.broodPredictions, errors.juveniles, thetaJuvs_, deviance)) return false;
-  deviance += plan_.broodPredictions.size();
-  return JudgeSpanning(errors, testSums, deviance);
+  return Judge(plan_.clutchDistributions, errors.eggs, thetaEggs_) &&
+         Judge(plan_.broodDistributions, errors.juveniles, thetaJuvs_) && JudgeSpanning(errors, testSums);
 }
 
 bool ObjectivePass::SetMortality(std::size_t number, const Mortality& mortality, Stage& stage) {
@@ -233,65 +227,69 @@ void ObjectivePass::FillThetas(const Parameters& p) {
   }
 }
 
-void ObjectivePass::FillJudgedLogs() {
-  for (std::size_t i = 0; i < plan_.judged.size(); ++i) {
-    const std::size_t interval = At(plan_.judged[i]), span = At(plan_.span[interval]);
-    logsR_[i] = LogsOf(OutR_[interval] / N_[interval], keptLogsR_[span]);
-    logsC_[i] = LogsOf(OutC_[interval] / N_[interval], keptLogsC_[span]);
-  }
-}
-
-const BinomialLogs& ObjectivePass::LogsOf(double p, KeptLogs& kept) {
-  if (!SameBits(p, kept.p)) kept = {p, BinomialLogs(p)};
-  return kept.logs;
+BinomialLogs ObjectivePass::LogsOf(double p) {
+  // Where each brood has a mortality of its own hardly any share recurs.
+  return plan_.subject.broodsShareMortalities ? binomialLogs_(p) : LogsOfShare(p);
 }
 
 /// See LikelihoodPass::Outcome. Random mortality is not overdispersed.
-bool ObjectivePass::Judge(const std::vector<ObjectivePlan::Prediction>& predictions, const StageErrors& errors,
-                          const std::vector<double>& thetas, double* deviance) {
-  for (const ObjectivePlan::Prediction& prediction : predictions) {
-    const std::size_t j = At(prediction.judged);
-    const int n = prediction.n, k = prediction.k;
-    double ProbRandom = 1.0, ProbCorr = 1.0;
-    if (errors.random) ProbRandom = logsR_[j].Probability(prediction.logChoices, n, k);
-    if (errors.correlated) {
-      const double theta = thetas[At(prediction.age)];
-      if (std::isnan(theta)) return false;
-      ProbCorr = n == 1 || errors.CodeC == 1 || theta <= 1e-6 ? logsC_[j].Probability(prediction.logChoices, n, k)
-                                                              : OverdispersedProbability(prediction, theta);
-    }
-    const double q = PCorr_[At(plan_.span[At(plan_.judged[j])])];
-    const double P = Checked((1 - q) * ProbRandom + q * ProbCorr);
-    if (P < 0) return false;
-    *deviance++ = P > 0 ? -2 * Log(P) : 0;
+bool ObjectivePass::Judge(const std::vector<ObjectivePlan::Distribution>& distributions, const StageErrors& errors,
+                          const std::vector<double>& thetas) {
+  for (const ObjectivePlan::Distribution& d : distributions) {
+    const std::size_t i = At(d.interval);
+    const double q = PCorr_[At(plan_.span[i])];
+    const double theta = thetas[At(d.age)];
+    if (errors.correlated && std::isnan(theta)) return false;
+    const BinomialLogs random = errors.random ? LogsOf(OutR_[i] / N_[i]) : BinomialLogs();
+    const auto mixed = [&](const auto& correlated) {
+      return FillDeviances(d, [&](std::size_t prediction) {
+        const double logChoices = plan_.logChoices[prediction];
+        const int k = plan_.k[prediction];
+        const double ProbRandom = errors.random ? random.Probability(logChoices, d.n, k) : 1.0;
+        const double ProbCorr = errors.correlated ? correlated.Probability(logChoices, d.n, k) : 1.0;
+        return (1 - q) * ProbRandom + q * ProbCorr;
+      });
+    };
+    double E = OutC_[i];
+    const bool overdispersed = errors.correlated && d.n > 1 && errors.CodeC != 1 && theta > 1e-6;
+    const bool told = overdispersed       ? mixed(BetaBinomialLogs(logGamma_, d.n, E, theta == 1.0 ? 0.999999 : theta))
+                      : errors.correlated ? mixed(LogsOf(E / N_[i]))
+                                          : mixed(BinomialLogs());
+    if (!told) return false;
   }
   return true;
 }
 
-double ObjectivePass::OverdispersedProbability(const ObjectivePlan::Prediction& prediction, double theta) {
-  double E = OutC_[At(plan_.judged[At(prediction.judged)])];
-  if (theta == 1.0) theta = 0.999999;
-  return BetaBinomialLogs<KeptGammaLn>(logGamma_, prediction.n, E, theta)
-      .Probability(prediction.logChoices, prediction.n, prediction.k);
-}
-
-bool ObjectivePass::JudgeSpanning(const CountErrors& errors, bool testSums, double* deviance) {
-  for (const ObjectivePlan::SpanningPrediction& prediction : plan_.spanningPredictions) {
-    const ObjectivePlan::FromHatch& hatch = plan_.fromHatch[At(prediction.fromHatch)];
+bool ObjectivePass::JudgeSpanning(const CountErrors& errors, bool testSums) {
+  for (const ObjectivePlan::Distribution& d : plan_.spanningDistributions) {
+    const ObjectivePlan::FromHatch& hatch = plan_.fromHatch[At(d.interval)];
     const std::size_t clutch = At(hatch.clutch), random = At(hatch.random), correlated = At(hatch.correlated);
     SpanningJudge::Expected expected{{},
                                      PCorr_[At(plan_.span[clutch])],
                                      PCorr_[At(plan_.span[correlated])],
-                                     thetaEggs_[At(prediction.age)],
-                                     thetaJuvs_[At(prediction.age)]};
+                                     thetaEggs_[At(d.age)],
+                                     thetaJuvs_[At(d.age)]};
     expected.numbers.EHatchR = OutR_[clutch];
     expected.numbers.EHatchC = OutC_[clutch];
     expected.numbers.juveniles = {OutR_[random], OutR_[correlated], OutC_[random], OutC_[correlated]};
-    const auto P = spanningJudge_.Probability(errors, expected, prediction.n, prediction.k, testSums);
-    if (!P || *P < 0) return false;
-    *deviance++ = *P > 0 ? -2 * Log(*P) : 0;
+    const std::size_t first = At(d.prediction), count = At(d.predictionEnd) - first;
+    const auto P = std::span(spanning_).first(count);
+    if (!spanningJudge_.FillProbabilities(errors, expected, d.n, std::span(plan_.k).subspan(first, count), testSums, P))
+      return false;
+    if (!FillDeviances(d, [&](std::size_t prediction) { return P[prediction - first]; })) return false;
   }
   return true;
+}
+
+/// False when a probability is no number or costs a penalty.
+bool ObjectivePass::FillDeviances(const ObjectivePlan::Distribution& d, const auto& probability) {
+  bool impossible = false;
+  for (std::size_t i = At(d.prediction); i < At(d.predictionEnd); ++i) {
+    const double P = probability(i);
+    impossible |= !(P >= 0 && P <= std::numeric_limits<double>::max());
+    deviance_[i] = P > 0 ? -2 * Log(P) : 0;
+  }
+  return !impossible;
 }
 
 }  // namespace merlane

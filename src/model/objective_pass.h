@@ -1,13 +1,11 @@
 #pragma once
 
-#include <limits>
 #include <optional>
 #include <vector>
 
 #include "data/brood_data.h"
 #include "model/count_distributions.h"
-#include "model/count_logs.h"
-#include "model/kept_gamma_ln.h"
+#include "model/kept_values.h"
 #include "model/objective_plan.h"
 #include "model/parameters.h"
 #include "model/prepared_visits.h"
@@ -41,12 +39,6 @@ class ObjectivePass {
     Kind kind = Kind::Both;
     double f = 0;
   };
-  /// The logarithms that a span had last: its intervals have the same share but for the last bit.
-  struct KeptLogs {
-    double p = std::numeric_limits<double>::quiet_NaN();
-    BinomialLogs logs;
-  };
-
   bool Evaluate(const Parameters& parameters, bool BootstrapMode, bool testSums);
 
   bool SetClutchMortalities(const Parameters& parameters);
@@ -61,15 +53,15 @@ class ObjectivePass {
   void BeginAtHatch();
 
   void FillThetas(const Parameters& parameters);
-  void FillJudgedLogs();
-  static const BinomialLogs& LogsOf(double p, KeptLogs& kept);
-  bool Judge(const std::vector<ObjectivePlan::Prediction>& predictions, const StageErrors& errors,
-             const std::vector<double>& thetas, double* deviance);
-  double OverdispersedProbability(const ObjectivePlan::Prediction& prediction, double theta);
-  bool JudgeSpanning(const CountErrors& errors, bool testSums, double* deviance);
+  BinomialLogs LogsOf(double p);
+  bool Judge(const std::vector<ObjectivePlan::Distribution>& distributions, const StageErrors& errors,
+             const std::vector<double>& thetas);
+  bool JudgeSpanning(const CountErrors& errors, bool testSums);
+  bool FillDeviances(const ObjectivePlan::Distribution& distribution, const auto& probability);
 
   const BroodData& data_;
   KeptGammaLn logGamma_;
+  KeptBinomialLogs binomialLogs_;
   SpanningJudge spanningJudge_;
   const ObjectivePlan plan_;
   Stage clutches_, broods_;
@@ -80,8 +72,7 @@ class ObjectivePass {
   std::vector<double> aliveR_, aliveC_, aliveAll_, PCorr_;  // of spans: the shares that live through
   std::vector<double> N_, OutR_, OutC_, OutAll_;            // of intervals
   std::vector<double> thetaEggs_, thetaJuvs_;
-  std::vector<KeptLogs> keptLogsR_, keptLogsC_;
-  std::vector<BinomialLogs> logsR_, logsC_;  // of the intervals judged
+  std::vector<double> spanning_;  // probabilities over hatch
   std::vector<double> deviance_;
 };
 

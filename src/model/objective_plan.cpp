@@ -1,6 +1,8 @@
 #include "model/objective_plan.h"
 
+#include <algorithm>
 #include <bit>
+#include <compare>
 #include <limits>
 #include <unordered_map>
 #include <utility>
@@ -43,7 +45,6 @@ class Planning {
         intervals_(prepared.Intervals.size()),
         fromHatch_(prepared.Intervals.size()),
         mortalities_(static_cast<std::size_t>(prepared.Mortalities())),
-        predictions_(static_cast<std::size_t>(prepared.Outcomes)),
         filled_(static_cast<std::size_t>(data.Visits())),
         hatches_(static_cast<std::size_t>(data.Broods())) {}
 
@@ -70,6 +71,19 @@ class Planning {
     double known = Missing;  // or the count on the hatch day
     bool spanned = false;    // an interval from hatch begins with it
     bool Any() const { return interval >= 0 || known != Missing; }
+  };
+
+  /// A visit that counts, and the distribution of its count.
+  struct Counted {
+    struct Of {
+      Kind kind{};
+      int span = -1, interval = -1, age = -1;
+      std::int16_t n = 0;
+      auto operator<=>(const Of&) const = default;
+    } of;
+    std::int16_t k = 0;
+    std::size_t place = 0;  // among those that count
+    auto operator<=>(const Counted&) const = default;
   };
 
   Hatch& HatchOf(int brood) { return hatches_[static_cast<std::size_t>(brood)]; }
@@ -179,7 +193,7 @@ class Planning {
   void JudgeVisits() {
     std::int64_t eggs = 0, juveniles = 0;
     int n = 0;
-    std::vector<std::pair<Kind, int>> counted;
+    std::vector<Counted> counted;
     for (std::size_t v = 0; v < filled_.size(); ++v) {
       const PreparedVisits::Judgement& judgement = prepared_.Judgements[v];
       const bool filled = filled_[v].by != By::Nothing;
@@ -195,7 +209,10 @@ class Planning {
         plan_.regular = false;
         return;
       }
-      counted.emplace_back(judgement.prediction, NumberOf(v, judgement, filled_[v].interval));
+      counted.push_back({.of = {judgement.prediction, SpanOf(judgement.prediction, filled_[v].interval),
+                                filled_[v].interval, Age(data_.VisitAge[v - 1]), judgement.countBefore},
+                         .k = judgement.count,
+                         .place = counted.size()});
       if (judgement.stageBefore == -1) eggs += n;
       if (judgement.stageBefore == 1) juveniles += n;
     }
@@ -203,10 +220,7 @@ class Planning {
     plan_.EggsAtRisk = static_cast<std::int32_t>(eggs);
     plan_.JuvsAtRisk = static_cast<std::int32_t>(juveniles);
 
-    const int clutches = Size(plan_.clutchPredictions), broods = Size(plan_.broodPredictions);
-    plan_.counted.reserve(counted.size());
-    for (const auto& [kind, number] : counted)
-      plan_.counted.push_back(number + (kind == Kind::Clutch ? 0 : kind == Kind::Brood ? clutches : clutches + broods));
+    NumberPredictions(std::move(counted));
   }
 
   static bool Fits(const PreparedVisits::Judgement& judgement, By by) {
@@ -222,36 +236,40 @@ class Planning {
     }
   }
 
-  int NumberOf(std::size_t v, const PreparedVisits::Judgement& judgement, int interval) {
-    const std::int16_t n = judgement.countBefore, k = judgement.count;
-    if (judgement.prediction == Kind::Spanning) {
-      const auto add = [&] {
-        plan_.spanningPredictions.push_back({interval, Age(data_.VisitAge[v - 1]), n, k});
-        return Size(plan_.spanningPredictions) - 1;
-      };
-      if (!plan_.subject.broodsShareMortalities) return add();
-      // The preparation numbers distributions, whatever the count.
-      const auto key = (static_cast<std::uint64_t>(judgement.outcome) << 16) + static_cast<std::uint64_t>(k);
-      const auto [found, isNew] = spanning_.try_emplace(key);
-      if (isNew) found->second = add();
-      return found->second;
-    }
-    const bool clutch = judgement.prediction == Kind::Clutch;
-    auto& predictions = clutch ? plan_.clutchPredictions : plan_.broodPredictions;
-    return predictions_.Of(judgement.outcome, clutch ? 0 : ScopeOf(judgement.brood), [&] {
-      predictions.push_back({Judged(interval), Age(data_.VisitAge[v - 1]), n, k, distributions_.LogChoices(n, k)});
-      return Size(predictions) - 1;
-    });
+  int SpanOf(Kind kind, int interval) const {
+    return kind == Kind::Spanning ? interval : plan_.span[static_cast<std::size_t>(interval)];
   }
 
-  int Judged(int interval) {
-    judged_.resize(plan_.N.size(), -1);
-    int& number = judged_[static_cast<std::size_t>(interval)];
-    if (number < 0) {
-      number = Size(plan_.judged);
-      plan_.judged.push_back(interval);
+  void NumberPredictions(std::vector<Counted> counted) {
+    std::ranges::sort(counted);
+    plan_.counted.resize(counted.size());
+    const Counted* last = nullptr;
+    for (const Counted& c : counted) {
+      std::vector<ObjectivePlan::Distribution>& distributions = DistributionsOf(c.of.kind);
+      const bool another = last == nullptr || last->of != c.of;
+      if (another) {
+        const int prediction = Size(plan_.k);
+        distributions.push_back({c.of.interval, c.of.age, c.of.n, prediction, prediction});
+      }
+      if (another || last->k != c.k) {
+        plan_.k.push_back(c.k);
+        plan_.logChoices.push_back(distributions_.LogChoices(c.of.n, c.k));
+        distributions.back().predictionEnd = Size(plan_.k);
+      }
+      plan_.counted[c.place] = Size(plan_.k) - 1;
+      last = &c;
     }
-    return number;
+  }
+
+  std::vector<ObjectivePlan::Distribution>& DistributionsOf(Kind kind) {
+    switch (kind) {
+      case Kind::Clutch:
+        return plan_.clutchDistributions;
+      case Kind::Brood:
+        return plan_.broodDistributions;
+      default:
+        return plan_.spanningDistributions;
+    }
   }
 
   int Age(double age) {
@@ -278,11 +296,10 @@ class Planning {
   const PreparedVisits& prepared_;
   const CountDistributions& distributions_;
   ObjectivePlan& plan_;
-  Numbers times_, intervals_, fromHatch_, mortalities_, predictions_;
+  Numbers times_, intervals_, fromHatch_, mortalities_;
   std::vector<Filled> filled_;  // of each visit
   std::vector<Hatch> hatches_;  // of each brood
-  std::vector<int> judged_;     // of each interval
-  std::unordered_map<std::uint64_t, int> spans_, spanning_, ages_;
+  std::unordered_map<std::uint64_t, int> spans_, ages_;
 };
 
 }  // namespace

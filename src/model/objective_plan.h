@@ -61,29 +61,22 @@ struct ObjectivePlan {
   };
   std::vector<FromHatch> fromHatch;
 
-  // Predictions, each kind for itself.
-  struct Prediction {
-    int judged = 0;  // its interval's number among those judged
-    int age = 0;     // at the visit before: its number among Ages
-    std::int16_t n = 0, k = 0;
-    double logChoices = 0;  // ln of the number of ways to choose k of n
+  /// How many of the n individuals that begin an interval are counted at its end. The counts that were met follow one
+  /// another in `k`.
+  struct Distribution {
+    int interval = 0;  // of one stage; over hatch its number among fromHatch
+    int age = 0;       // at the visit before: its number among Ages
+    int n = 0;
+    int prediction = 0, predictionEnd = 0;
   };
-  std::vector<Prediction> clutchPredictions, broodPredictions;
-  std::vector<int> judged;  // intervals within one stage from which counts are predicted
-  struct SpanningPrediction {
-    int fromHatch = 0;
-    int age = 0;
-    std::int16_t n = 0, k = 0;
-  };
-  std::vector<SpanningPrediction> spanningPredictions;
+  // Such as resemble each other stand side by side.
+  std::vector<Distribution> clutchDistributions, broodDistributions, spanningDistributions;
   std::vector<double> Ages;  // distinct ages at the visit before, for the overdispersion
 
-  /// The prediction of each visit that counts, in the order of visits: numbered through clutches, broods and spanning
-  /// ones.
-  std::vector<int> counted;
-  std::size_t Predictions() const {
-    return clutchPredictions.size() + broodPredictions.size() + spanningPredictions.size();
-  }
+  // Predictions: a count k of a distribution, ascending in each.
+  std::vector<std::int16_t> k;
+  std::vector<double> logChoices;  // ln of the number of ways to choose k of n
+  std::vector<int> counted;        // the prediction of each visit that counts, in the order of visits
 
   std::int32_t EggsAtRisk = 0, JuvsAtRisk = 0;
   long turns = 0;  // visits at which the window system gets a turn

@@ -1,8 +1,7 @@
 #include "model/spanning_judge.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
-#include <span>
 
 #include "base/arithmetic.h"
 #include "model/count_logs.h"
@@ -23,73 +22,79 @@ bool SumIsKnown(bool binomial, int n, double p, double theta) {
 SpanningJudge::SpanningJudge(const CountDistributions& distributions, KeptGammaLn& logGamma, int maxCount)
     : distributions_(distributions), logGamma_(logGamma), Pmf_(static_cast<std::size_t>(maxCount) + 1) {
   random_.P = correlated_.P = Pmf_;
+  ofFate_.fill(Pmf_);
 }
 
-std::optional<double> SpanningJudge::Probability(const CountErrors& errors, const Expected& expected, int n, int k,
-                                                 bool testSums) {
+bool SpanningJudge::FillProbabilities(const CountErrors& errors, const Expected& expected, int n,
+                                      std::span<const std::int16_t> counts, bool testSums, std::span<double> P) {
   random_.filled = correlated_.filled = false;
-  std::array<double, 4> Prob = {1.0, 1.0, 1.0, 1.0}, sum = {};
+  std::array<double, 4> sum = {};
   for (const HatchFate fate : HatchFates) {
-    if (!Occurs(fate, errors, expected.numbers)) continue;
-    Prob[fate] = 0;
-    if (!(expected.numbers.juveniles[fate] > 0)) continue;
-    const std::optional<double> P = OfFate(fate, errors, expected, n, k, testSums);
-    if (!P) return std::nullopt;
-    Prob[fate] = *P;
+    const bool occurs = Occurs(fate, errors, expected.numbers);
+    std::fill_n(ofFate_[fate].begin(), counts.size(), occurs ? 0.0 : 1.0);
+    if (!occurs || !(expected.numbers.juveniles[fate] > 0)) continue;
+    if (!FillOfFate(fate, errors, expected, n, counts, testSums)) return false;
     sum[fate] = 1;
   }
   const std::array<double, 4> weights = FateWeights(expected.q, expected.r);
-  const auto mixture = [&weights](const std::array<double, 4>& of) {
-    return weights[RR] * of[RR] + weights[CR] * of[CR] + weights[RC] * of[RC] + weights[CC] * of[CC];
+  const auto mixture = [&weights](double PRR, double PCR, double PRC, double PCC) {
+    return weights[RR] * PRR + weights[CR] * PCR + weights[RC] * PRC + weights[CC] * PCC;
   };
-  if (testSums && mixture(sum) != 0 && std::abs(mixture(sum) - 1) > 5e-7) return std::nullopt;
-  return Checked(mixture(Prob));
+  const double whole = mixture(sum[RR], sum[CR], sum[RC], sum[CC]);
+  if (testSums && whole != 0 && std::abs(whole - 1) > 5e-7) return false;
+  for (std::size_t i = 0; i < counts.size(); ++i)
+    P[i] = mixture(ofFate_[RR][i], ofFate_[CR][i], ofFate_[RC][i], ofFate_[CC][i]);
+  return true;
 }
 
 /// See Calc_Probs_and_Theta.
-std::optional<double> SpanningJudge::OfFate(HatchFate fate, const CountErrors& errors, const Expected& expected, int n,
-                                            int k, bool testSums) {
+bool SpanningJudge::FillOfFate(HatchFate fate, const CountErrors& errors, const Expected& expected, int n,
+                               std::span<const std::int16_t> counts, bool testSums) {
   const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
   const int Code = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2 ? 2 : 1;
   const double ThetaE = eggsC ? expected.thetaEggs : errors.eggs.ThetaR;
   const double ThetaJ = juvsC ? expected.thetaJuvs : errors.juveniles.ThetaR;
-  if (std::isnan(ThetaE) || std::isnan(ThetaJ)) return std::nullopt;
+  if (std::isnan(ThetaE) || std::isnan(ThetaJ)) return false;
   const double EN = expected.numbers.EHatch(fate), EJ = expected.numbers.juveniles[fate];
   const double pJ = Divide(EJ, EN);
   const bool binomialEggs = n == 1 || Code == 1 || ThetaE <= 1e-6;
   const bool binomialJuvs = Code == 1 || ThetaJ <= 1e-6;
+  std::vector<double>& P = ofFate_[fate];
   if (!SumIsKnown(binomialEggs, n, EN / n, ThetaE) || !SumIsKnown(binomialJuvs, n, pJ, ThetaJ)) {
     const auto Pmf = std::span(Pmf_).first(static_cast<std::size_t>(n) + 1);
     const bool accurate = distributions_.Calc_Probs_and_Theta(Code, n, ThetaE, ThetaJ, EN, EJ, Pmf);
-    if (!accurate || testSums) return std::nullopt;
-    return Pmf[static_cast<std::size_t>(k)];
+    for (std::size_t i = 0; i < counts.size(); ++i) P[i] = Pmf[static_cast<std::size_t>(counts[i])];
+    return accurate && !testSums;
   }
 
-  const std::vector<double>& hatched = HatchedOf(eggsC ? correlated_ : random_, binomialEggs, EN, ThetaE, n, k);
-  const BinomialLogs juvs(pJ);
-  double P = 0;
-  for (int m = k; m <= n; ++m) {
+  const int least = counts.front();
+  const std::vector<double>& hatched = HatchedOf(eggsC ? correlated_ : random_, binomialEggs, EN, ThetaE, n, least);
+  const BinomialLogs binomial(pJ);
+  for (int m = least; m <= n; ++m) {
     const double P1 = hatched[static_cast<std::size_t>(m)];
+    const auto add = [&](const auto& juvs) {
+      for (std::size_t i = 0; i < counts.size() && counts[i] <= m; ++i)
+        P[i] += P1 * juvs.Probability(distributions_.LogChoices(m, counts[i]), m, counts[i]);
+    };
     if (m == 1 || binomialJuvs) {
-      P += P1 * juvs.Probability(distributions_.LogChoices(m, k), m, k);
+      add(binomial);
     } else if (m == 0) {
-      P += P1 * 1.0;
+      P[0] += P1 * 1.0;
     } else {
       double EJuvs = m * pJ;
-      const BetaBinomialLogs overdispersed(logGamma_, m, EJuvs, ThetaJ);
-      P += P1 * overdispersed.Probability(distributions_.LogChoices(m, k), m, k);
+      add(BetaBinomialLogs(logGamma_, m, EJuvs, ThetaJ));
     }
   }
-  return P;
+  return true;
 }
 
 const std::vector<double>& SpanningJudge::HatchedOf(Hatched& hatched, bool binomial, double EN, double theta, int n,
-                                                    int k) {
+                                                    int least) {
   if (hatched.filled && hatched.binomial == binomial) return hatched.P;
   hatched.filled = true;
   hatched.binomial = binomial;
   const auto fill = [&](const auto& logs) {
-    for (int m = k; m <= n; ++m)
+    for (int m = least; m <= n; ++m)
       hatched.P[static_cast<std::size_t>(m)] = logs.Probability(distributions_.LogChoices(n, m), n, m);
   };
   if (binomial)

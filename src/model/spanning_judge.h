@@ -1,17 +1,19 @@
 #pragma once
 
-#include <optional>
+#include <array>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "model/count_distributions.h"
 #include "model/hatch_fates.h"
-#include "model/kept_gamma_ln.h"
+#include "model/kept_values.h"
 #include "model/stage_errors.h"
 
 namespace merlane {
 
-/// The probability of a count over hatch, for one prediction after another: of the distributions that
-/// CountDistributions::Calc_Probs_and_Theta makes whole only what the count needs, with the same bits.
+/// The probabilities of counts over hatch, for one distribution after another: of the distributions that
+/// CountDistributions::Calc_Probs_and_Theta makes whole only what the counts need, with the same bits.
 class SpanningJudge {
  public:
   /// Keeps references to both.
@@ -23,23 +25,25 @@ class SpanningJudge {
     double q, r;                  // probabilities of the correlated state of the eggs and of the juveniles
     double thetaEggs, thetaJuvs;  // overdispersion under correlated mortality; NaN when it overflows
   };
-  /// P[k of n], for k = 0..n. None where a warning about the sum of probabilities may be due; `testSums` tests the
-  /// mixture's, too. ArithmeticFailure on an overflow.
-  std::optional<double> Probability(const CountErrors& errors, const Expected& expected, int n, int k, bool testSums);
+  /// P[k of n] for counts of 0 to n, ascending. False where a warning about the sum of probabilities may be due;
+  /// `testSums` tests the mixture's, too. ArithmeticFailure on an overflow.
+  bool FillProbabilities(const CountErrors& errors, const Expected& expected, int n,
+                         std::span<const std::int16_t> counts, bool testSums, std::span<double> P);
 
  private:
-  /// Probabilities of m hatched of n, m = k..n.
+  /// Probabilities of m hatched of n, as far as they are needed.
   struct Hatched {
     std::vector<double> P;
     bool filled = false, binomial = true;
   };
-  std::optional<double> OfFate(HatchFate fate, const CountErrors& errors, const Expected& expected, int n, int k,
-                               bool testSums);
-  const std::vector<double>& HatchedOf(Hatched& hatched, bool binomial, double EN, double theta, int n, int k);
+  bool FillOfFate(HatchFate fate, const CountErrors& errors, const Expected& expected, int n,
+                  std::span<const std::int16_t> counts, bool testSums);
+  const std::vector<double>& HatchedOf(Hatched& hatched, bool binomial, double EN, double theta, int n, int least);
 
   const CountDistributions& distributions_;
   KeptGammaLn& logGamma_;
   Hatched random_, correlated_;
+  std::array<std::vector<double>, 4> ofFate_;  // probabilities of the counts
   std::vector<double> Pmf_;
 };
 

@@ -32,7 +32,6 @@ TEST(SpanningJudge, GivesTheBitsOfTheWholeDistributions) {
   int judged = 0;
   for (int i = 0; i < 2000; ++i) {
     const int n = 1 + static_cast<int>(random.Uniform() * MaxCount);
-    const int k = static_cast<int>(random.Uniform() * (n + 1));
     const double EHatch = n * random.Uniform();
     const double EJuv = EHatch * random.Uniform();
     const double thetaEggs = std::pow(10.0, -7 * random.Uniform());
@@ -41,13 +40,18 @@ TEST(SpanningJudge, GivesTheBitsOfTheWholeDistributions) {
     SpanningJudge::Expected expected{{}, 1, 1, thetaEggs, thetaJuvs};
     expected.numbers.EHatchR = expected.numbers.EHatchC = EHatch;
     expected.numbers.juveniles = {EJuv, EJuv, EJuv, EJuv};
-    const auto P = judge.Probability(errors, expected, n, k, false);
+    std::vector<std::int16_t> counts;
+    for (int k = static_cast<int>(random.Uniform() * (n + 1)); k <= n; k += 1 + static_cast<int>(random.Uniform() * 3))
+      counts.push_back(static_cast<std::int16_t>(k));
+    std::vector<double> P(counts.size());
+    const bool sure = judge.FillProbabilities(errors, expected, n, counts, false, P);
 
     std::vector<double> Pmf(static_cast<std::size_t>(n) + 1);
     const bool accurate = plain::Calc_Probs_and_Theta(2, n, thetaEggs, thetaJuvs, EHatch, EJuv, Pmf);
-    EXPECT_TRUE(accurate || !P) << i << ": a warning is due";
-    if (!P) continue;
-    EXPECT_PRED2(SameBits, *P, Pmf[static_cast<std::size_t>(k)]) << i;
+    EXPECT_TRUE(accurate || !sure) << i << ": a warning is due";
+    if (!sure) continue;
+    for (std::size_t j = 0; j < counts.size(); ++j)
+      EXPECT_PRED2(SameBits, P[j], Pmf[static_cast<std::size_t>(counts[j])]) << i;
     ++judged;
   }
   EXPECT_GT(judged, 1000);
