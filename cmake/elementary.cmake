@@ -1,7 +1,7 @@
 # One object with the elementary functions of base/elementary.h: exp, log, pow and sin with what they need, out of the
 # static C library of the package musl-dev. It is compiled for the plain instruction set of the architecture, so its bits
-# do not depend on the processor. Only the four names stay visible, and those are our own: the host's functions stand
-# beside them untouched.
+# do not depend on the processor. Only the four functions and their tables stay visible, under names of our own: the
+# host's functions stand beside them untouched.
 #
 #   MERLANE_ELEMENTARY_OBJECT   the object, made by the build; a source of the library that holds base/
 
@@ -22,6 +22,11 @@ list(TRANSFORM needed APPEND .lo OUTPUT_VARIABLE needed_members)
 list(APPEND members ${needed_members})
 list(TRANSFORM functions REPLACE "(.+)" "--redefine-sym=\\1=merlane_\\1" OUTPUT_VARIABLE renamed)
 list(TRANSFORM functions REPLACE "(.+)" "--keep-global-symbol=\\1" OUTPUT_VARIABLE kept)
+# The tables, for who computes many values at once (base/elementary_rows.cpp).
+foreach(table exp_data log_data pow_log_data)
+  list(APPEND renamed --redefine-sym=__${table}=merlane_${table})
+  list(APPEND kept --keep-global-symbol=__${table})
+endforeach()
 
 set(elementary_folder ${PROJECT_BINARY_DIR}/elementary)
 set(MERLANE_ELEMENTARY_OBJECT ${elementary_folder}/elementary.o)

@@ -8,19 +8,20 @@ namespace merlane {
 // once. `logChoices` is ln of the number of ways to choose k of n. See ProbBinomial and ProbBetaBinomial
 // (distributions.h), which these follow to the last bit.
 
-struct BinomialLogs {
-  BinomialLogs() = default;
-  explicit BinomialLogs(double p) {
-    if (p < 1e-6) p = 1e-6;
-    if (p > 0.999999) p = 0.999999;
-    logP = Log(p);
-    logQ = Log(1 - p);
-  }
-  double Probability(double logChoices, int n, int k) const { return Exp(logChoices + k * logP + (n - k) * logQ); }
-  double logP = 0, logQ = 0;
-};
+/// The share at which a binomial distribution is kept, so that no count has probability 0.
+inline double BinomialShare(double p) {
+  if (p < 1e-6) p = 1e-6;
+  if (p > 0.999999) p = 0.999999;
+  return p;
+}
 
-inline BinomialLogs LogsOfShare(double p) { return BinomialLogs(p); }
+struct BinomialLogs {
+  explicit BinomialLogs(double p) : logP(Log(BinomialShare(p))), logQ(Log(1 - BinomialShare(p))) {}
+  BinomialLogs(double logOfP, double logOfQ) : logP(logOfP), logQ(logOfQ) {}
+  double LogProbability(double logChoices, int n, int k) const { return logChoices + k * logP + (n - k) * logQ; }
+  double Probability(double logChoices, int n, int k) const { return Exp(LogProbability(logChoices, n, k)); }
+  double logP, logQ;
+};
 
 /// `LogGamma` is ln Gamma, computed or kept.
 template <class LogGamma>
@@ -43,9 +44,10 @@ struct BetaBinomialLogs {
     logB = logGamma_(b);
     logNAB = logGamma_(n + a + b);
   }
-  double Probability(double logChoices, int n, int k) const {
-    return Exp(logChoices + logAB - logA - logB + logGamma_(k + a) + logGamma_(n - k + b) - logNAB);
+  double LogProbability(double logChoices, int n, int k) const {
+    return logChoices + logAB - logA - logB + logGamma_(k + a) + logGamma_(n - k + b) - logNAB;
   }
+  double Probability(double logChoices, int n, int k) const { return Exp(LogProbability(logChoices, n, k)); }
   double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
 
  private:

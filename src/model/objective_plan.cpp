@@ -29,9 +29,14 @@ class Numbers {
   std::vector<Entry> entries_;
 };
 
+std::size_t At(int index) { return static_cast<std::size_t>(index); }
+
 int Size(const auto& column) { return static_cast<int>(column.size()); }
 
 using Kind = Prediction;  // of which stage
+
+/// Pieces of that many times are worth to be given to another core.
+constexpr std::size_t TimesOfPiece = 1000;
 
 class Planning {
  public:
@@ -50,10 +55,18 @@ class Planning {
 
   void Run() {
     for (const PreparedVisits::ClutchStep& step : prepared_.ClutchSteps) Add(step);
-    plan_.clutchTimes = plan_.Time.size();
-    plan_.clutchSpans = plan_.from.size();
-    plan_.clutchIntervals = plan_.N.size();
-    for (const PreparedVisits::BroodStep& step : prepared_.BroodSteps) Add(step);
+    plan_.clutches = PieceFrom({});
+    int brood = -1;
+    std::size_t nextPiece = plan_.Time.size() + TimesOfPiece;
+    for (const PreparedVisits::BroodStep& step : prepared_.BroodSteps) {
+      if (!plan_.subject.broodsShareMortalities && step.brood != brood && plan_.Time.size() >= nextPiece) {
+        AddPiece();
+        nextPiece = plan_.Time.size() + TimesOfPiece;
+      }
+      brood = step.brood;
+      Add(step);
+    }
+    AddPiece();
     JudgeVisits();
     NumberDistinctTimes();
   }
@@ -85,6 +98,20 @@ class Planning {
     std::size_t place = 0;  // among those that count
     auto operator<=>(const Counted&) const = default;
   };
+
+  /// What has been added behind `before`.
+  ObjectivePlan::Piece PieceFrom(const ObjectivePlan::Piece& before) const {
+    return {.mortality = {before.mortality.end, At(plan_.Mortalities())},
+            .time = {before.time.end, plan_.Time.size()},
+            .span = {before.span.end, plan_.from.size()},
+            .interval = {before.interval.end, plan_.N.size()},
+            .distinctTime = {}};
+  }
+  /// Adds the broods behind `before` as a piece of their own.
+  void AddPiece() {
+    const ObjectivePlan::Piece piece = PieceFrom(plan_.broodPieces.empty() ? plan_.clutches : plan_.broodPieces.back());
+    if (piece.mortality.Size() > 0) plan_.broodPieces.push_back(piece);
+  }
 
   Hatch& HatchOf(int brood) { return hatches_[static_cast<std::size_t>(brood)]; }
   void Fill(int visit, By by, int interval) {
@@ -279,17 +306,21 @@ class Planning {
   }
 
   void NumberDistinctTimes() {
+    plan_.clutches.distinctTime = AddDistinct(plan_.clutches.time);
+    if (plan_.broodPieces.empty()) return;
+    const ObjectivePlan::Range distinct = AddDistinct({plan_.clutches.time.end, plan_.Time.size()});
+    for (ObjectivePlan::Piece& piece : plan_.broodPieces) piece.distinctTime = distinct;
+  }
+
+  ObjectivePlan::Range AddDistinct(const ObjectivePlan::Range& times) {
+    const std::size_t begin = plan_.DistinctTimes.size();
     std::unordered_map<std::uint64_t, int> numbers;
-    for (const double time : plan_.Time) {
-      if (plan_.distinctTime.size() == plan_.clutchTimes) {
-        plan_.clutchDistinctTimes = plan_.DistinctTimes.size();
-        numbers.clear();
-      }
+    for (const double time : times.Of(plan_.Time)) {
       const auto [found, isNew] = numbers.try_emplace(std::bit_cast<std::uint64_t>(time), Size(plan_.DistinctTimes));
       if (isNew) plan_.DistinctTimes.push_back(time);
       plan_.distinctTime.push_back(found->second);
     }
-    if (plan_.Time.size() == plan_.clutchTimes) plan_.clutchDistinctTimes = plan_.DistinctTimes.size();
+    return {begin, plan_.DistinctTimes.size()};
   }
 
   const BroodData& data_;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "data/brood_data.h"
@@ -30,6 +31,25 @@ struct ObjectivePlan {
   Subject subject;
   bool regular = true;
 
+  /// A part of a column.
+  struct Range {
+    std::size_t begin = 0, end = 0;
+    std::size_t Size() const { return end - begin; }
+    template <class T>
+    std::span<const T> Of(const std::vector<T>& column) const {
+      return std::span(column).subspan(begin, Size());
+    }
+  };
+  /// Broods that share no mortality, time, span or interval with those of other pieces.
+  struct Piece {
+    Range mortality, time, span, interval;
+    Range distinctTime;  // which all pieces of broods share
+  };
+  Piece clutches;
+  std::vector<Piece> broodPieces;
+
+  // Columns, in which clutches come first.
+
   // Mortalities: ClutchByAge and ClutchByDate of PreparedVisits, then those of broods.
   struct BroodMortalityOf {
     int brood = 0;
@@ -42,18 +62,16 @@ struct ObjectivePlan {
   static constexpr int ClutchMortalities = 2;
   int Mortalities() const { return ClutchMortalities + static_cast<int>(broods.size()); }
 
-  // Times, first those of clutches. The same time under several mortalities has one power where these share a shape.
+  // Times. The same time under several mortalities has one power where these share a shape.
   std::vector<double> Time;  // days since laying or since hatch, or a date
   std::vector<int> mortalityOfTime;
-  std::vector<int> distinctTime;      // its number among DistinctTimes
-  std::vector<double> DistinctTimes;  // likewise first those of clutches
-  std::size_t clutchTimes = 0, clutchDistinctTimes = 0;
+  std::vector<int> distinctTime;  // its number among DistinctTimes
+  std::vector<double> DistinctTimes;
 
-  // Spans between two times, first those of clutches, and the intervals in which so many individuals live through one.
+  // Spans between two times, and the intervals in which so many individuals live through one.
   std::vector<int> from, to;  // times of a span
   std::vector<int> span;      // of an interval
   std::vector<double> N;      // individuals at its start; of intervals from hatch what the evaluation finds
-  std::size_t clutchSpans = 0, clutchIntervals = 0;
 
   /// Two intervals from hatch that begin with the survivors of a clutch interval, of one and of the other fate.
   struct FromHatch {

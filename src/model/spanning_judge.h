@@ -7,7 +7,7 @@
 
 #include "model/count_distributions.h"
 #include "model/hatch_fates.h"
-#include "model/kept_values.h"
+#include "model/kept_gamma_ln.h"
 #include "model/stage_errors.h"
 
 namespace merlane {

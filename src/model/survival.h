@@ -37,7 +37,9 @@ class SurvivalFunctions {
     double normaliser, shareR, shareC;
     bool failed;
   };
-  Constants OfTheMortality() const { return {normaliser_, shareR_, shareC_, failedR_ || failedC_}; }
+  Constants OfTheMortality() const {
+    return {normaliser_, shareR_, shareC_, (!CorrelatedOnly() && failedR_) || (!RandomOnly() && failedC_)};
+  }
 
  private:
   Mortality m_;

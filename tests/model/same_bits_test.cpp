@@ -311,6 +311,21 @@ TEST_P(SameBitsOnFieldData, WhenOneParameterMovesAtATime) {
   }
 }
 
+/// The share of a mortality that does not act is 0 / 0, and nobody asks for it.
+TEST_P(SameBitsOnFieldData, WhereOneMortalityActsAlone) {
+  const BroodData data = ReadFieldData({.years = 1, .broodsPerYear = 40, .covariates = GetParam()});
+  for (const bool correlated : {false, true}) {
+    Array1<double> vector = FieldVector(data, false);
+    for (const int i : {12, 14}) vector(i) = 0;
+    for (const int i : {11, 13}) vector(i) = correlated ? 1 : 0;
+    for (const int i : {15, 17}) vector(i + (correlated ? 0 : 4)) = 0;
+    for (const int i : {15, 17}) vector(i + (correlated ? 4 : 0)) = 0.02;
+    Pair pair(data);
+    for (int i = 0; i < 3; ++i) pair.At(vector);
+    EXPECT_EQ(pair.withoutTables, 3) << correlated;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Covariates, SameBitsOnFieldData,
                          testing::Values(FieldDataPlan::Covariates::None, FieldDataPlan::Covariates::Recurring,
                                          FieldDataPlan::Covariates::Continuous),
