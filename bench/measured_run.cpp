@@ -16,6 +16,7 @@ MeasuredRun::MeasuredRun(std::string runName, BroodData data, const AlgorithmDat
   setting_.tell = [](const Message&) {};
   setting_.turn = [](long) {};
   state.algorithm = algorithm;
+  objective.ahead = [this](std::span<const Array1<double>> vectors, std::int32_t NF) { EvaluateAhead(vectors, NF); };
   state.flags.ObjectiveConstant = 2;
   setting_.OneCallRun = true;
   Pack();
@@ -34,6 +35,12 @@ void MeasuredRun::Evaluate(ModelCall& call) {
                                call.NF, call.K);
   cost_.inObjective += Now() - begin;
   ++cost_.calls;
+}
+
+void MeasuredRun::EvaluateAhead(std::span<const Array1<double>> vectors, std::int32_t NF) {
+  const Seconds begin = Now();
+  evaluator_.EvaluateAhead(setting_, vectors, state.algorithm.Step, NF);
+  cost_.inObjective += Now() - begin;
 }
 
 MeasuredRun ExampleData() {

@@ -47,11 +47,13 @@ class MeasuredRun {
   static Seconds Now() { return std::chrono::steady_clock::now().time_since_epoch(); }
   void Pack();
   void Evaluate(ModelCall& call);
+  void EvaluateAhead(std::span<const Array1<double>> vectors, std::int32_t NF);
 
   BroodData data_;
   LikelihoodState likelihood_;
   EvaluationSetting setting_;
-  Likelihood evaluator_{data_};
+  Workers workers_{Workers::Cores()};
+  Likelihood evaluator_{data_, &workers_};
   Cost cost_;
 };
 

@@ -29,6 +29,12 @@ double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {
   return F;
 }
 
+void Objective::Announce(std::vector<Array1<double>> vectors, std::int32_t NF) const {
+  if (!ahead || known) return;
+  for (Array1<double>& vector : vectors) ApplyFuses(vector, state_);
+  ahead(vectors, NF);
+}
+
 Basis Objective::Present() const {
   std::string priors = state_.flags.BayesOn ? priorsInForce() : "";
   if (!priors.empty()) priors += " x " + Shortest(state_.flags.ObjectiveConstant);

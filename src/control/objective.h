@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <span>
+#include <vector>
 
 #include "control/basis.h"
 #include "control/run_state.h"
@@ -48,6 +50,11 @@ class Objective {
   /// All that the prior term is made of but the constant, each number in full; empty when no prior is set. Asked only
   /// while BayesOn.
   std::function<std::string()> priorsInForce = [] { return std::string(); };
+  /// The vectors that will be evaluated next, from the function call `NF` on, if nothing comes between: who can
+  /// computes them at once. Nothing depends on it but the time that it takes.
+  void Announce(std::vector<Array1<double>> vectors, std::int32_t NF) const;
+  /// Takes what is announced, with the fuses applied; nobody does by default.
+  std::function<void(std::span<const Array1<double>>, std::int32_t NF)> ahead;
   /// Answers a call whose outcome is known without the model, and says whether it did; nobody knows one by default.
   std::function<bool(ModelCall&)> known;
 

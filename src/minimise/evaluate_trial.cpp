@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "base/arithmetic.h"
 #include "base/arithmetic_failure.h"
@@ -38,6 +39,13 @@ double TrialEvaluator::EvaluateTrial(const Array1<double>& trial) {
 
 double TrialEvaluator::Evaluate(Array1<double>& vector, std::int32_t code) {
   return OrUnevaluated([&] { return At(vector, code); });
+}
+
+void TrialEvaluator::Announce(const std::vector<Array1<double>>& trials) const {
+  std::vector<Array1<double>> vectors(trials.size(), state_.algorithm.Value);
+  for (std::size_t t = 0; t < trials.size(); ++t)
+    for (int i = 1; i <= state_.free.NFREE; ++i) vectors[t](state_.free.FreeIndex(i)) = trials[t](i);
+  objective_.Announce(std::move(vectors), NF + 1);
 }
 
 double TrialEvaluator::EvaluateStart(const Array1<double>& trial) {

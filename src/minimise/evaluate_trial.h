@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "control/objective.h"
 #include "control/run_state.h"
 
@@ -25,6 +27,9 @@ class TrialEvaluator {
   /// The objective at a full vector, which the fuses and the model may rewrite, under a function-call code of the
   /// caller's; leaves NF alone.
   double Evaluate(Array1<double>& vector, std::int32_t code);
+
+  /// The trials that will be evaluated next; see Objective::Announce.
+  void Announce(const std::vector<Array1<double>>& trials) const;
 
   // Both as above where a run cannot do without the objective, such as at its start: ArithmeticFailure, which says that
   // it is the starting point, when it cannot be evaluated.

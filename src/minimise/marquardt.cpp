@@ -1,6 +1,7 @@
 #include "minimise/marquardt.h"
 
 #include <cmath>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "base/arithmetic_failure.h"
@@ -198,17 +199,29 @@ class MarquardtRun {
   /// Calls with each pair of free parameters, or one alone, moved to either side.
   void EvaluateGrid() {
     int call = 0;
-    for (int i = 1; i <= NFREE_; ++i)
+    for (int i = 1; i <= NFREE_; ++i) {
+      std::vector<Array1<double>> points = GridRow(i);
+      objective_.Announce(points, evaluator_.NF + 1);
+      auto point = points.begin();
       for (int j = i; j <= NFREE_; ++j)
         for (Matrix1<double>* const side : {&differences_.plus, &differences_.minus}) {
-          work_ = algorithm_.Value;
-          SetFree(work_, free_.FreeValue, free_);
-          const double sign = side == &differences_.plus ? 1 : -1;
-          work_(free_.FreeIndex(i)) += sign * Difference(i);
-          if (j != i) work_(free_.FreeIndex(j)) += sign * Difference(j);
           watch_.OnHessianCall(++call, NFREE_ * (NFREE_ + 1));
-          (*side)(i, j) = CountedCall(work_) - now_.FBest;
+          (*side)(i, j) = CountedCall(*point++) - now_.FBest;
         }
+    }
+  }
+
+  /// The points of row i, in the order of the calls.
+  std::vector<Array1<double>> GridRow(int i) {
+    std::vector<Array1<double>> points;
+    for (int j = i; j <= NFREE_; ++j)
+      for (const double sign : {1, -1}) {
+        Array1<double>& point = points.emplace_back(algorithm_.Value);
+        SetFree(point, free_.FreeValue, free_);
+        point(free_.FreeIndex(i)) += sign * Difference(i);
+        if (j != i) point(free_.FreeIndex(j)) += sign * Difference(j);
+      }
+    return points;
   }
 
   void BuildGradient() {

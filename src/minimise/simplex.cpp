@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "minimise/evaluate_trial.h"
@@ -97,6 +98,7 @@ class SimplexRun {
 
   /// Moves the vertices 2..NFREE+1 each along a parameter of its own, by a fraction of the step, and evaluates them.
   void MoveDiagonal(double fraction) {
+    Announce(1, [&](int j, Array1<double>& vertex) { vertex(j - 1) += fraction * free_.FreeStep(j - 1); });
     for (int j = 2; j <= NFREE_ + 1; ++j) {
       s_.Simplex(j)(j - 1) = Checked(s_.Simplex(j)(j - 1) + fraction * free_.FreeStep(j - 1));
       s_.SimplexF(j) = Evaluate(s_.Simplex(j));
@@ -181,12 +183,24 @@ class SimplexRun {
   /// Shrinks the whole simplex towards its best vertex.
   void Reduce() {
     const Array1<double>& best = s_.Simplex(s_.ILow);
+    const auto shrink = [&](int, Array1<double>& vertex) {
+      for (int i = 1; i <= NFREE_; ++i) vertex(i) = (vertex(i) - best(i)) * 0.5 + best(i);
+    };
+    Announce(s_.ILow, shrink);
     for (int j = 1; j <= NFREE_ + 1; ++j) {
       if (j == s_.ILow) continue;
-      Array1<double>& vertex = s_.Simplex(j);
-      for (int i = 1; i <= NFREE_; ++i) vertex(i) = (vertex(i) - best(i)) * 0.5 + best(i);
-      s_.SimplexF(j) = Evaluate(vertex);
+      shrink(j, s_.Simplex(j));
+      s_.SimplexF(j) = Evaluate(s_.Simplex(j));
     }
+  }
+
+  /// All vertices but one are going to be moved and evaluated.
+  template <class Move>
+  void Announce(int unmoved, const Move& move) const {
+    std::vector<Array1<double>> vertices;
+    for (int j = 1; j <= NFREE_ + 1; ++j)
+      if (j != unmoved) move(j, vertices.emplace_back(s_.Simplex(j)));
+    evaluator_.Announce(vertices);
   }
 
   void ReportProgress() {

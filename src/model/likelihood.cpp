@@ -21,7 +21,7 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   }
 
   DecodeParameters(Value, Step, ParameterLayout(data_), state.parameters, state.Penalty);
-  const bool withoutTables = EvaluateWithoutTables(setting, state, F, NF);
+  const bool withoutTables = EvaluateWithoutTables(setting, state, F, Value, NF);
   if (!withoutTables) EvaluateByTables(setting, state, F, Value, Step, Names, Fuse, NPAR, NF);
   if (NF != 1 && F >= state.BestObjective) return;
   state.BestObjective = F;
@@ -33,14 +33,17 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
 }
 
 bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, LikelihoodState& state, double& F,
-                                       std::int32_t NF) {
+                                       const Array1<double>& Value, std::int32_t NF) {
   const Parameters& p = state.parameters;
   const LikelihoodState::Ages ages{p.LayAge, p.FledgeAge};
   if (setting.SimulationMode || (NF == 1 && setting.OneCallRun)) return false;  // which look at the tables themselves
   if (NF != 1 && state.filledBetween != ages) return false;
 
-  ObjectivePass& pass = PassFor({p.LayAge, p.FledgeAge, survivalPass_.BroodsShareMortalities(p)});
-  const std::optional<double> sum = pass.Sum(p, setting.BootstrapMode, NF == 1);
+  const ObjectivePlan::Subject subject = SubjectOf(p, survivalPass_);
+  lastWasShared_ = subject.broodsShareMortalities;
+  ObjectivePass& pass = *PassesFor(subject).front();
+  const std::optional<double>* known = ahead_ ? ahead_->Find(Value, {setting.BootstrapMode, NF == 1}) : nullptr;
+  const std::optional<double> sum = known != nullptr ? *known : pass.Sum(p, setting.BootstrapMode, NF == 1);
   if (!sum) return false;
   // Beyond the survival tables, which are preset, other visits may have entries if other ages were judged between.
   if (NF == 1 && state.filledBetween != ages) FillTables(state);
@@ -108,11 +111,30 @@ void Likelihood::FillFrom(Parameters& parameters, bool BootstrapMode, Likelihood
   likelihoodPass_.Do_Likelihoods(nobodyAsks, notTheFirst, state, F);
 }
 
-ObjectivePass& Likelihood::PassFor(const ObjectivePlan::Subject& subject) {
-  std::unique_ptr<ObjectivePass>& pass = subject.broodsShareMortalities ? sharedPass_ : ownPass_;
-  if (!pass || pass->Plan().subject != subject)
-    pass = std::make_unique<ObjectivePass>(data_, prepared_, distributions_, subject);
-  return *pass;
+void Likelihood::EvaluateAhead(const EvaluationSetting& setting, std::span<const Array1<double>> vectors,
+                               const Array1<double>& Step, std::int32_t NF) {
+  const bool byTables = setting.SimulationMode || (NF == 1 && setting.OneCallRun);
+  if (workers_ == nullptr || workers_->Count() < 2 || vectors.size() < 2 || byTables) return;
+  if (!ahead_) ahead_.emplace(data_, survivalPass_, *workers_);
+  SumsAhead::Passes& passes = lastWasShared_ ? sharedPasses_ : ownPasses_;
+  if (passes.empty()) return;
+  const std::shared_ptr<const ObjectivePlan> plan = passes.front()->SharedPlan();
+  if (!plan->regular || plan->IsLarge()) return;  // each evaluation is shared itself
+  while (static_cast<int>(passes.size()) < workers_->Count()) AddPass(passes, plan);
+  ahead_->Compute(vectors, Step, {setting.BootstrapMode, NF == 1}, passes);
+}
+
+SumsAhead::Passes& Likelihood::PassesFor(const ObjectivePlan::Subject& subject) {
+  SumsAhead::Passes& passes = subject.broodsShareMortalities ? sharedPasses_ : ownPasses_;
+  if (passes.empty() || passes.front()->Plan().subject != subject) {
+    passes.clear();
+    AddPass(passes, std::make_shared<const ObjectivePlan>(data_, prepared_, distributions_, subject));
+  }
+  return passes;
+}
+
+void Likelihood::AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan) {
+  passes.push_back(std::make_unique<ObjectivePass>(data_, prepared_, distributions_, std::move(plan), workers_));
 }
 
 }  // namespace merlane

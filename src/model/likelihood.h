@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "data/brood_data.h"
@@ -10,15 +12,19 @@
 #include "model/likelihood_state.h"
 #include "model/objective_pass.h"
 #include "model/prepared_visits.h"
+#include "model/sums_ahead.h"
 #include "model/survival_pass.h"
+#include "platform/workers.h"
 
 namespace merlane {
 
 /// The objective of a data set. To be made anew whenever data have been read; an evaluation allocates nothing.
 class Likelihood {
  public:
-  /// Prepares for the data, which must stay where they are and as they are.
-  explicit Likelihood(const BroodData& data) : data_(data), prepared_(data) {}
+  /// Prepares for the data, which must stay where they are and as they are. `workers` share the work; without them all
+  /// is done by the caller.
+  explicit Likelihood(const BroodData& data, Workers* workers = nullptr)
+      : data_(data), prepared_(data), workers_(workers) {}
   Likelihood(const Likelihood&) = delete;
   Likelihood& operator=(const Likelihood&) = delete;
 
@@ -34,23 +40,33 @@ class Likelihood {
                          Array1<double>& Step, Array1<std::string>& Names, Array1<std::string>& Fuse, std::int16_t NPAR,
                          std::int32_t NF, std::int32_t& SampleSize);
 
+  /// The vectors that are going to be evaluated, from the function call `NF` on: the workers compute at once those that
+  /// are of the last evaluation's kind. Changes nothing of what the evaluations give and leave behind.
+  void EvaluateAhead(const EvaluationSetting& setting, std::span<const Array1<double>> vectors,
+                     const Array1<double>& Step, std::int32_t NF);
+
   /// Writes the tables that the evaluations have left: those of the lowest F, then those of the last evaluation. To be
   /// called before anybody looks at a table.
   void FillTables(LikelihoodState& state);
 
  private:
-  bool EvaluateWithoutTables(const EvaluationSetting& setting, LikelihoodState& state, double& F, std::int32_t NF);
+  bool EvaluateWithoutTables(const EvaluationSetting& setting, LikelihoodState& state, double& F,
+                             const Array1<double>& Value, std::int32_t NF);
   void EvaluateByTables(const EvaluationSetting& setting, LikelihoodState& state, double& F, Array1<double>& Value,
                         Array1<double>& Step, Array1<std::string>& Names, Array1<std::string>& Fuse, std::int16_t NPAR,
                         std::int32_t NF);
   void FillFrom(Parameters& parameters, bool BootstrapMode, LikelihoodState& state);
-  ObjectivePass& PassFor(const ObjectivePlan::Subject& subject);
+  SumsAhead::Passes& PassesFor(const ObjectivePlan::Subject& subject);
+  void AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan);
 
   const BroodData& data_;
   const PreparedVisits prepared_;
+  Workers* const workers_;
   const CountDistributions distributions_{prepared_.MaxCount};
   // The objective alone, for broods that share their mortalities and for broods of which each has its own.
-  std::unique_ptr<ObjectivePass> sharedPass_, ownPass_;
+  SumsAhead::Passes sharedPasses_, ownPasses_;
+  bool lastWasShared_ = true;
+  std::optional<SumsAhead> ahead_;
   // The tables.
   SurvivalPass survivalPass_{data_, prepared_};
   LikelihoodPass likelihoodPass_{data_, prepared_};

@@ -26,18 +26,28 @@ void MerlaneModel::operator()(ModelCall& call) {
 }
 
 void MerlaneModel::Evaluate(ModelCall& call) {
-  if (!evaluator_) evaluator_.emplace(data);
+  TakeSetting();
   // As all tables are at the first evaluation of a run: what was estimated or simulated from an earlier one does not
   // belong to it. Covariances make nothing but first evaluations, with neither.
   if (call.NF == 1 && (estimates.estimated || simulation.simulated) && !AllZero(call.X)) {
     estimates.Preset(data);
     simulation.Preset(data);
   }
+  evaluator_->EvaluateObjective(setting_, likelihood_, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
+                                call.NF, call.K);
+}
+
+void MerlaneModel::EvaluateAhead(std::span<const Array1<double>> vectors, std::int32_t NF) {
+  TakeSetting();
+  evaluator_->EvaluateAhead(setting_, vectors, state_.algorithm.Step, NF);
+}
+
+void MerlaneModel::TakeSetting() {
+  if (!workers_) workers_.emplace(cores);
+  if (!evaluator_) evaluator_.emplace(data, &*workers_);
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;
-  evaluator_->EvaluateObjective(setting_, likelihood_, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
-                                call.NF, call.K);
 }
 
 const LikelihoodState& MerlaneModel::Evaluated() const {

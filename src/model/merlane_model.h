@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "control/objective.h"
@@ -14,6 +15,7 @@
 #include "model/likelihood_state.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
+#include "platform/workers.h"
 
 namespace merlane {
 
@@ -30,6 +32,9 @@ class MerlaneModel {
   /// model has no analytical derivatives. Raises EndProgram behind the message of a fatal data error.
   void operator()(ModelCall& call);
 
+  /// The vectors that are going to be evaluated from the function call `NF` on; see Likelihood::EvaluateAhead.
+  void EvaluateAhead(std::span<const Array1<double>> vectors, std::int32_t NF);
+
   /// What the evaluations have left behind, with all its tables.
   const LikelihoodState& Evaluated() const;
   LikelihoodState& Evaluated();
@@ -37,6 +42,9 @@ class MerlaneModel {
   /// The vector as an evaluation leaves it: with the signs and the limits under which the model takes each parameter.
   /// RuntimeFailure when an age is beyond 32767 days.
   Array1<double> AsEvaluated(const AlgorithmData& algorithm) const;
+
+  /// How many threads share an evaluation.
+  int cores = Workers::Cores();
 
   BroodData data;
   // What results and simulations leave behind.
@@ -62,6 +70,7 @@ class MerlaneModel {
  private:
   void ReadBroodData(ModelCall& call);
   void Evaluate(ModelCall& call);
+  void TakeSetting();
 
   void TakeChoices(const Initialisation& choices, ModelCall& call);
   void TakeDataFileName(const std::string& path);
@@ -74,6 +83,7 @@ class MerlaneModel {
   EvaluationSetting setting_;
   // Mutable, since tables that are owed are filled for whoever looks first.
   mutable LikelihoodState likelihood_;
+  std::optional<Workers> workers_;
   mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };
 

@@ -1,6 +1,8 @@
 #include "model/objective_pass.h"
 
+#include <atomic>
 #include <limits>
+#include <utility>
 
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
@@ -9,34 +11,52 @@
 namespace merlane {
 
 ObjectivePass::ObjectivePass(const BroodData& data, const PreparedVisits& prepared,
-                             const CountDistributions& distributions, const ObjectivePlan::Subject& subject)
-    : plan_(data, prepared, distributions, subject),
-      survival_(data, plan_),
-      judge_(plan_, distributions, prepared.MaxCount),
-      deviance_(plan_.k.size()) {
-  for (auto* column : {&thetas_.eggs, &thetas_.juveniles}) column->resize(plan_.Ages.size());
+                             const CountDistributions& distributions, std::shared_ptr<const ObjectivePlan> plan,
+                             Workers* workers)
+    : plan_(std::move(plan)),
+      workers_(workers != nullptr && plan_->IsLarge() ? workers : nullptr),
+      survival_(data, *plan_),
+      rowsOf_(workers_ == nullptr ? 1 : static_cast<std::size_t>(workers_->Count())),
+      deviance_(plan_->k.size()) {
+  for (std::size_t worker = 0; worker < rowsOf_.size(); ++worker)
+    judgeOf_.emplace_back(*plan_, distributions, prepared.MaxCount);
+  for (auto* column : {&thetas_.eggs, &thetas_.juveniles}) column->resize(plan_->Ages.size());
 }
 
 std::optional<double> ObjectivePass::Sum(const Parameters& p, bool BootstrapMode, bool testSums) {
-  if (!plan_.regular) return std::nullopt;
-  try {
-    if (!FillSurvival(p, BootstrapMode)) return std::nullopt;
-    FillThetas(p);
-    if (!FillDeviances(CountErrors(p), testSums)) return std::nullopt;
-  } catch (const RuntimeFailure&) {
-    return std::nullopt;  // the tables' passes meet it in their order
-  }
+  if (!plan_->regular || !FillSurvival(p, BootstrapMode)) return std::nullopt;
+  FillThetas(p);
+  if (!FillDeviances(CountErrors(p), testSums)) return std::nullopt;
   double F = 0;
-  for (const int prediction : plan_.counted) F = F + deviance_[static_cast<std::size_t>(prediction)];
+  for (const int prediction : plan_->counted) F = F + deviance_[static_cast<std::size_t>(prediction)];
   return F;
 }
 
+/// Has each piece filled, by whom it may be. False when one of them does not say that it is.
+template <class Fill>
+bool ObjectivePass::InPieces(std::size_t pieces, const Fill& fill) {
+  std::atomic<bool> filled = true;
+  const auto fillPiece = [&](int piece, int worker) {
+    try {
+      if (!fill(static_cast<std::size_t>(piece), static_cast<std::size_t>(worker))) filled = false;
+    } catch (const RuntimeFailure&) {
+      filled = false;  // the tables' passes meet it in their order
+    }
+  };
+  if (workers_ != nullptr)
+    workers_->Share(static_cast<int>(pieces), fillPiece);
+  else
+    for (int piece = 0; filled && piece < static_cast<int>(pieces); ++piece) fillPiece(piece, 0);
+  return filled;
+}
+
 bool ObjectivePass::FillSurvival(const Parameters& p, bool BootstrapMode) {
-  if (!survival_.FillClutches(p, BootstrapMode, rows_)) return false;
+  if (!InPieces(1, [&](std::size_t, std::size_t) { return survival_.FillClutches(p, BootstrapMode, rowsOf_[0]); }))
+    return false;
   survival_.BeginAtHatch();
-  for (const ObjectivePlan::Piece& piece : plan_.broodPieces)
-    if (!survival_.FillBroods(piece, p, BootstrapMode, rows_)) return false;
-  return true;
+  return InPieces(plan_->broodPieces.size(), [&](std::size_t piece, std::size_t worker) {
+    return survival_.FillBroods(plan_->broodPieces[piece], p, BootstrapMode, rowsOf_[worker]);
+  });
 }
 
 void ObjectivePass::FillThetas(const Parameters& p) {
@@ -45,16 +65,30 @@ void ObjectivePass::FillThetas(const Parameters& p) {
     const double value = watch(Theta * watch(Exp(watch(-v * days))));
     return watch.Failed() ? std::numeric_limits<double>::quiet_NaN() : value;
   };
-  for (std::size_t i = 0; i < plan_.Ages.size(); ++i) {
-    thetas_.eggs[i] = theta(p.ThetaEggC, p.v_N, plan_.Ages[i] - p.LayAge);
-    thetas_.juveniles[i] = theta(p.ThetaJuvC, p.v_B, plan_.Ages[i]);
+  for (std::size_t i = 0; i < plan_->Ages.size(); ++i) {
+    thetas_.eggs[i] = theta(p.ThetaEggC, p.v_N, plan_->Ages[i] - p.LayAge);
+    thetas_.juveniles[i] = theta(p.ThetaJuvC, p.v_B, plan_->Ages[i]);
   }
 }
 
 bool ObjectivePass::FillDeviances(const CountErrors& errors, bool testSums) {
-  return judge_.JudgeStage(plan_.clutchDistributions, survival_, errors.eggs, thetas_.eggs, deviance_) &&
-         judge_.JudgeStage(plan_.broodDistributions, survival_, errors.juveniles, thetas_.juveniles, deviance_) &&
-         judge_.JudgeOverHatch(plan_.spanningDistributions, survival_, errors, thetas_, testSums, deviance_);
+  return InPieces(plan_->rows.size(), [&](std::size_t row, std::size_t worker) {
+    return Judge(plan_->rows[row], judgeOf_[worker], errors, testSums);
+  });
+}
+
+bool ObjectivePass::Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors, bool testSums) {
+  switch (row.kind) {
+    case Prediction::Clutch:
+      return judge.JudgeStage(row.distributions.Of(plan_->clutchDistributions), survival_, errors.eggs, thetas_.eggs,
+                              deviance_);
+    case Prediction::Brood:
+      return judge.JudgeStage(row.distributions.Of(plan_->broodDistributions), survival_, errors.juveniles,
+                              thetas_.juveniles, deviance_);
+    default:
+      return judge.JudgeOverHatch(row.distributions.Of(plan_->spanningDistributions), survival_, errors, thetas_,
+                                  testSums, deviance_);
+  }
 }
 
 }  // namespace merlane

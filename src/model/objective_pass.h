@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -11,19 +12,22 @@
 #include "model/prepared_visits.h"
 #include "model/stage_errors.h"
 #include "model/survival_columns.h"
+#include "platform/workers.h"
 
 namespace merlane {
 
 /// Computes the objective alone, without tables: each distinct calculation of the plan once, column after column, and
 /// at the end the sum over the visits. The sum has the very bits that the tables' passes (SurvivalPass, LikelihoodPass)
-/// give, which say what is computed and do it wherever something is out of the ordinary.
+/// give, which say what is computed and do it wherever something is out of the ordinary. Large data are shared by the
+/// workers: each piece fills its own places, so that the bits are the same for any number.
 class ObjectivePass {
  public:
-  /// Keeps references to the data and the distributions.
+  /// Keeps references to the data, the distributions and the workers; none where it shall stay in one thread.
   ObjectivePass(const BroodData& data, const PreparedVisits& prepared, const CountDistributions& distributions,
-                const ObjectivePlan::Subject& subject);
+                std::shared_ptr<const ObjectivePlan> plan, Workers* workers);
 
-  const ObjectivePlan& Plan() const { return plan_; }
+  const ObjectivePlan& Plan() const { return *plan_; }
+  std::shared_ptr<const ObjectivePlan> SharedPlan() const { return plan_; }
 
   /// -2 ln P of all visits that count. None where the tables have to be filled: where the data are not regular, an
   /// overflow, a penalty or a warning comes up. `testSums`: also the sums of predictions over hatch are tested.
@@ -33,12 +37,16 @@ class ObjectivePass {
   bool FillSurvival(const Parameters& parameters, bool BootstrapMode);
   void FillThetas(const Parameters& parameters);
   bool FillDeviances(const CountErrors& errors, bool testSums);
+  bool Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors, bool testSums);
+  template <class Fill>
+  bool InPieces(std::size_t pieces, const Fill& fill);
 
-  const ObjectivePlan plan_;
+  const std::shared_ptr<const ObjectivePlan> plan_;
+  Workers* const workers_;
   SurvivalColumns survival_;
-  SurvivalColumns::Rows rows_;
   CountJudge::Thetas thetas_;
-  CountJudge judge_;
+  std::vector<SurvivalColumns::Rows> rowsOf_;  // of each worker
+  std::vector<CountJudge> judgeOf_;
   std::vector<double> deviance_;  // of each prediction
 };
 

@@ -38,6 +38,9 @@ using Kind = Prediction;  // of which stage
 /// Pieces of that many times are worth to be given to another core.
 constexpr std::size_t TimesOfPiece = 1000;
 
+/// So are rows of that many predictions, which stay near a core.
+constexpr int PredictionsOfRow = 500;
+
 class Planning {
  public:
   Planning(const BroodData& data, const PreparedVisits& prepared, const CountDistributions& distributions,
@@ -248,6 +251,7 @@ class Planning {
     plan_.JuvsAtRisk = static_cast<std::int32_t>(juveniles);
 
     NumberPredictions(std::move(counted));
+    for (const Kind kind : {Kind::Clutch, Kind::Brood, Kind::Spanning}) AddRows(kind);
   }
 
   static bool Fits(const PreparedVisits::Judgement& judgement, By by) {
@@ -285,6 +289,17 @@ class Planning {
       }
       plan_.counted[c.place] = Size(plan_.k) - 1;
       last = &c;
+    }
+  }
+
+  void AddRows(Kind kind) {
+    const std::vector<ObjectivePlan::Distribution>& distributions = DistributionsOf(kind);
+    std::size_t begin = 0;
+    for (std::size_t end = 1; end <= distributions.size(); ++end) {
+      const bool full = distributions[end - 1].predictionEnd - distributions[begin].prediction >= PredictionsOfRow;
+      if (!full && end < distributions.size()) continue;
+      plan_.rows.push_back({kind, {begin, end}});
+      begin = end;
     }
   }
 

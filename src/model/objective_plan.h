@@ -7,6 +7,7 @@
 
 #include "data/brood_data.h"
 #include "model/count_distributions.h"
+#include "model/interval_kinds.h"
 #include "model/prepared_visits.h"
 
 namespace merlane {
@@ -90,11 +91,20 @@ struct ObjectivePlan {
   // Such as resemble each other stand side by side.
   std::vector<Distribution> clutchDistributions, broodDistributions, spanningDistributions;
   std::vector<double> Ages;  // distinct ages at the visit before, for the overdispersion
+  /// So many distributions of one kind as are judged in a row.
+  struct Row {
+    Prediction kind{};
+    Range distributions;
+  };
+  std::vector<Row> rows;
 
   // Predictions: a count k of a distribution, ascending in each.
   std::vector<std::int16_t> k;
   std::vector<double> logChoices;  // ln of the number of ways to choose k of n
   std::vector<int> counted;        // the prediction of each visit that counts, in the order of visits
+
+  /// Worth to be shared by several cores.
+  bool IsLarge() const { return k.size() >= 5000; }
 
   std::int32_t EggsAtRisk = 0, JuvsAtRisk = 0;
   long turns = 0;  // visits at which the window system gets a turn

@@ -50,6 +50,9 @@ Program::Program(const Host& host)
       posteriorDialogue(evaluationParts, frmBayesian, frmBivarPlot),
       priorProfileDialogue(desk, state, priors, frmMain, frmDistPlot, frmPriorDists),
       frmRank(desk, state, objective, frmMain, algorithmCommands, frmAlgo, frmLoadPriors) {
+  objective.ahead = [this](std::span<const Array1<double>> vectors, std::int32_t NF) {
+    model.EvaluateAhead(vectors, NF);
+  };
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "base/elementary.h"
@@ -20,32 +21,43 @@ void SetMeanAndSD(CovarianceGrid& grid, double CovF0, double sum, double sumOfSq
   grid.GridSD = std::copysign(std::sqrt(std::fabs(variance)), variance);
 }
 
+/// The points of the grid at which the row of parameter `a` is evaluated, in this order; `f` is the factor of the
+/// first.
+std::vector<Array1<double>> GridRow(const Covariances& c, int a, double f) {
+  std::vector<Array1<double>> points;
+  for (int b = a; b <= (c.OptimisticSE ? a : c.CovCount); ++b)
+    for (const double factor : {f, -f}) {
+      Array1<double>& point = points.emplace_back(c.CovBaseValue);
+      for (const int position : {a, b}) {
+        const int p = c.CovIndex(position);
+        point(p) = c.CovBaseValue(p) + c.CovStep(p) * factor;
+      }
+    }
+  return points;
+}
+
 /// The differences on a grid; false when the user has abandoned it.
 bool EvaluateGrid(int g, Covariances& c, Objective& objective, CovarianceWatch& watch, SecondDifferences& differences) {
   const int calls = c.CovCount * (c.CovCount + 1);
-  double f = c.grid(g).GridFactor;
   double sum = 0;
   double sumOfSquares = 0;
   int call = 0;
-  Array1<double> work;
-  for (int a = 1; a <= c.CovCount; ++a)
+  for (int a = 1; a <= c.CovCount; ++a) {
+    std::vector<Array1<double>> points = GridRow(c, a, c.grid(g).GridFactor);
+    objective.Announce(points, 1);
+    auto point = points.begin();
     for (int b = a; b <= c.CovCount; ++b)
       for (Matrix1<double>* side : {&differences.plus, &differences.minus}) {
         watch.OnCall(++call, calls);
-        work = c.CovBaseValue;
-        for (const int position : {a, b}) {
-          const int p = c.CovIndex(position);
-          work(p) = c.CovBaseValue(p) + c.CovStep(p) * f;
-        }
-        const double value = c.OptimisticSE && a != b ? c.CovF0 : objective(work, 1);
+        const double value = c.OptimisticSE && a != b ? c.CovF0 : objective(*point++, 1);
         if (watch.AbandonGrid()) return false;
         const double D = Checked(value - c.CovF0);
         sum += D;
         sumOfSquares += D * D;
         (*side)(a, b) = D;
         watch.OnCalled(g, call, calls);
-        f = -f;
       }
+  }
   SetMeanAndSD(c.grid(g), c.CovF0, sum, sumOfSquares, call);
   return true;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
@@ -81,10 +82,11 @@ class PosteriorRun {
   /// Sums over the grid of the free parameters from position `depth` on. False when the user quits.
   bool SumOver(int depth) {
     const std::int16_t k = state_.free.FreeIndex(depth);
+    if (depth == NFREE_) AnnounceNodes(k);
     for (int j = 1; j <= options_.GridPoints; ++j) {
       watch_.OnGridPoint(k, j);
       if (watch_.Quits()) return false;
-      GridVector_(k) = Value_(k) - (GridMid_ - j) * state_.algorithm.Step(k);
+      GridVector_(k) = GridValue(k, j);
       if (depth < NFREE_) {
         if (!SumOver(depth + 1)) return false;
       } else {
@@ -92,6 +94,15 @@ class PosteriorRun {
       }
     }
     return true;
+  }
+
+  double GridValue(std::int16_t k, int j) const { return Value_(k) - (GridMid_ - j) * state_.algorithm.Step(k); }
+
+  /// The nodes along parameter k, if the model leaves the others alone.
+  void AnnounceNodes(std::int16_t k) const {
+    std::vector<Array1<double>> nodes(static_cast<std::size_t>(options_.GridPoints), GridVector_);
+    for (int j = 1; j <= options_.GridPoints; ++j) nodes[static_cast<std::size_t>(j) - 1](k) = GridValue(k, j);
+    objective_.Announce(std::move(nodes), 1);
   }
 
   void AddNode(int j) {

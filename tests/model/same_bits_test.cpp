@@ -99,8 +99,15 @@ void ExpectSameTables(const Side& a, const Side& b) {
 /// Evaluates both ways at one vector after another and compares; the tables only where somebody looks at them.
 class Pair {
  public:
-  explicit Pair(const BroodData& data, int lookEvery = 1)
-      : data_(data), product_(data, Zeros()), plain_(data, Zeros()), engine_(data), lookEvery_(lookEvery) {}
+  explicit Pair(const BroodData& data, int lookEvery = 1, Workers* workers = nullptr)
+      : data_(data), product_(data, Zeros()), plain_(data, Zeros()), engine_(data, workers), lookEvery_(lookEvery) {}
+
+  /// At all of them, which have been announced before.
+  void AtAll(const std::vector<Array1<double>>& vectors, bool bootstrap) {
+    product_.setting.BootstrapMode = bootstrap;
+    engine_.EvaluateAhead(product_.setting, vectors, product_.Step, NF_ + 1);
+    for (const Array1<double>& vector : vectors) At(vector, false, bootstrap);
+  }
 
   void At(const Array1<double>& vector, bool oneCall = false, bool bootstrap = false) {
     ++NF_;
@@ -334,6 +341,39 @@ INSTANTIATE_TEST_SUITE_P(Covariates, SameBitsOnFieldData,
                                               : c.param == FieldDataPlan::Covariates::Recurring ? "Recurring"
                                                                                                 : "Continuous");
                          });
+
+class SameBitsByWorkers : public testing::TestWithParam<int> {};
+
+TEST_P(SameBitsByWorkers, WhereVectorsAreAnnounced) {
+  Workers workers(GetParam());
+  for (const auto covariates : {FieldDataPlan::Covariates::None, FieldDataPlan::Covariates::Continuous}) {
+    const BroodData data = ReadFieldData({.years = 1, .broodsPerYear = 60, .covariates = covariates});
+    Pair pair(data, 3, &workers);
+    Wanderer wanderer(FieldVector(data, true), 5);
+    for (int batch = 0; batch < 8 && !HasFatalFailure(); ++batch) {
+      if (batch % 4 == 0) pair.BeginAnew();
+      std::vector<Array1<double>> vectors;
+      for (int i = 0; i < 6; ++i) vectors.push_back(wanderer.Next());
+      vectors.push_back(vectors[2]);  // and one that is not new
+      pair.AtAll(vectors, batch % 3 == 2);
+    }
+    EXPECT_GT(pair.withoutTables, 10);
+  }
+}
+
+TEST_P(SameBitsByWorkers, WhereTheDataAreLarge) {
+  Workers workers(GetParam());
+  for (const auto covariates : {FieldDataPlan::Covariates::Recurring, FieldDataPlan::Covariates::Continuous}) {
+    const BroodData data = ReadFieldData({.years = 4, .broodsPerYear = 250, .covariates = covariates});
+    Pair pair(data, 2, &workers);
+    Wanderer wanderer(FieldVector(data, true), 5);
+    for (int i = 0; i < 8 && !HasFatalFailure(); ++i)
+      pair.AtAll({wanderer.Next(), FieldVector(data, i % 2 == 0)}, false);
+    EXPECT_GT(pair.withoutTables, 4);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, SameBitsByWorkers, testing::Values(1, 2, 5));
 
 /// Broods such as no biologist would enter: ages and counts that are missing, rise, fall or stand still, clutches
 /// behind broods, several visits on the hatch day.

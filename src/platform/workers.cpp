@@ -1,0 +1,63 @@
+#include "platform/workers.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace merlane {
+
+int Workers::Cores() { return std::max(1, static_cast<int>(std::thread::hardware_concurrency())); }
+
+Workers::Workers(int threads) {
+  try {
+    for (int worker = 1; worker < threads; ++worker) threads_.emplace_back([this, worker] { Wait(worker); });
+  } catch (const std::system_error&) {
+    // Those that there are share the work.
+  }
+}
+
+Workers::~Workers() {
+  {
+    const std::lock_guard lock(mutex_);
+    ended_ = true;
+  }
+  begun_.notify_all();
+  for (std::thread& thread : threads_) thread.join();
+}
+
+void Workers::ShareErased(int items, DoItem doItem, const void* work) {
+  if (threads_.empty() || items < 2) {
+    for (int item = 0; item < items; ++item) doItem(work, item, 0);
+    return;
+  }
+  std::unique_lock lock(mutex_);
+  doItem_ = doItem;
+  work_ = work;
+  next_ = 0;
+  items_ = items;
+  begun_.notify_all();
+  TakeItems(lock, 0);
+  done_.wait(lock, [this] { return working_ == 0; });
+}
+
+void Workers::Wait(int worker) {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    begun_.wait(lock, [this] { return ended_ || next_ < items_; });
+    if (ended_) return;
+    TakeItems(lock, worker);
+    if (working_ == 0) done_.notify_one();
+  }
+}
+
+void Workers::TakeItems(std::unique_lock<std::mutex>& lock, int worker) {
+  ++working_;
+  while (next_ < items_) {
+    const int item = next_++;
+    lock.unlock();
+    doItem_(work_, item, worker);
+    lock.lock();
+  }
+  --working_;
+}
+
+}  // namespace merlane

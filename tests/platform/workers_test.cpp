@@ -1,0 +1,39 @@
+#include "platform/workers.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <vector>
+
+namespace merlane {
+namespace {
+
+class SharedWork : public testing::TestWithParam<int> {};
+
+TEST_P(SharedWork, EachItemIsDoneOnceHoweverManyShareIt) {
+  Workers workers(GetParam());
+  EXPECT_LE(workers.Count(), GetParam());
+  for (const int items : {0, 1, 2, 3, 100}) {
+    std::vector<int> done(static_cast<std::size_t>(items));
+    workers.Share(items, [&](int item, int) { ++done[static_cast<std::size_t>(item)]; });
+    EXPECT_EQ(done, std::vector<int>(static_cast<std::size_t>(items), 1));
+  }
+}
+
+TEST_P(SharedWork, NoWorkerDoesTwoItemsAtATime) {
+  Workers workers(GetParam());
+  std::vector<std::atomic<int>> busy(static_cast<std::size_t>(workers.Count()));
+  std::atomic<bool> twice = false;
+  for (int round = 0; round < 200; ++round)
+    workers.Share(20, [&](int, int worker) {
+      std::atomic<int>& mine = busy[static_cast<std::size_t>(worker)];
+      if (++mine > 1) twice = true;
+      --mine;
+    });
+  EXPECT_FALSE(twice);
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, SharedWork, testing::Values(1, 2, 5));
+
+}  // namespace
+}  // namespace merlane
