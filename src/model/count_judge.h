@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "model/asked_gamma_ln.h"
 #include "model/count_distributions.h"
 #include "model/kept_gamma_ln.h"
 #include "model/objective_plan.h"
@@ -39,10 +40,13 @@ class CountJudge {
   void Begin(Distributions distributions);
   void FillBinomialLogs(Distributions distributions, const SurvivalColumns& survival, const std::vector<double>& Out);
   void FillBinomialExponents(const ObjectivePlan::Distribution& distribution, std::size_t number);
+  bool FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
+                               const std::vector<double>& thetas);
   void FillOverdispersedExponents(const ObjectivePlan::Distribution& distribution, double E, double theta);
   bool FillDeviances(std::vector<double>& deviance);
 
   const ObjectivePlan& plan_;
+  AskedGammaLn askedGamma_;
   KeptGammaLn logGamma_;
   SpanningJudge spanningJudge_;
   std::size_t first_ = 0;                              // the first prediction of the row
