@@ -13,6 +13,12 @@ namespace merlane {
 /// the first time he asks and is told 0, the second time he is told, in the same order. For one thread.
 class AskedGammaLn {
  public:
+  /// How many can be asked for in a row without any memory being taken.
+  void Reserve(std::size_t asked) {
+    arguments_.reserve(asked);
+    values_.reserve(asked);
+    asked_.reserve(asked);
+  }
   void Begin() {
     asking_ = true;
     arguments_.clear();

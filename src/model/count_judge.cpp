@@ -15,7 +15,17 @@ std::size_t At(int index) { return static_cast<std::size_t>(index); }
 }  // namespace
 
 CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& distributions, int maxCount)
-    : plan_(plan), spanningJudge_(distributions, logGamma_, maxCount) {}
+    : plan_(plan), spanningJudge_(distributions, maxCount) {
+  std::size_t mostDistributions = 0, mostPredictions = 0;
+  for (const ObjectivePlan::Row& row : plan.rows) {
+    const Distributions judged = plan.DistributionsOf(row);
+    mostDistributions = std::max(mostDistributions, judged.size());
+    mostPredictions = std::max(mostPredictions, At(judged.back().predictionEnd - judged.front().prediction));
+  }
+  for (auto* column : {&share_, &logs_}) column->reserve(2 * mostDistributions);
+  for (auto* column : {&exponent_, &P_, &PR_, &PC_, &logP_}) column->reserve(mostPredictions);
+  askedGamma_.Reserve(4 * mostDistributions + 2 * mostPredictions);
+}
 
 void CountJudge::Begin(Distributions distributions) {
   first_ = At(distributions.front().prediction);

@@ -16,10 +16,11 @@ ObjectivePass::ObjectivePass(const BroodData& data, const PreparedVisits& prepar
     : plan_(std::move(plan)),
       workers_(workers != nullptr && plan_->IsLarge() ? workers : nullptr),
       survival_(data, *plan_),
-      rowsOf_(workers_ == nullptr ? 1 : static_cast<std::size_t>(workers_->Count())),
       deviance_(plan_->k.size()) {
-  for (std::size_t worker = 0; worker < rowsOf_.size(); ++worker)
+  for (int worker = 0; worker < (workers_ == nullptr ? 1 : workers_->Count()); ++worker) {
+    rowsOf_.emplace_back(*plan_);
     judgeOf_.emplace_back(*plan_, distributions, prepared.MaxCount);
+  }
   for (auto* column : {&thetas_.eggs, &thetas_.juveniles}) column->resize(plan_->Ages.size());
 }
 
@@ -78,17 +79,12 @@ bool ObjectivePass::FillDeviances(const CountErrors& errors, bool testSums) {
 }
 
 bool ObjectivePass::Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors, bool testSums) {
-  switch (row.kind) {
-    case Prediction::Clutch:
-      return judge.JudgeStage(row.distributions.Of(plan_->clutchDistributions), survival_, errors.eggs, thetas_.eggs,
-                              deviance_);
-    case Prediction::Brood:
-      return judge.JudgeStage(row.distributions.Of(plan_->broodDistributions), survival_, errors.juveniles,
-                              thetas_.juveniles, deviance_);
-    default:
-      return judge.JudgeOverHatch(row.distributions.Of(plan_->spanningDistributions), survival_, errors, thetas_,
-                                  testSums, deviance_);
-  }
+  const CountJudge::Distributions distributions = plan_->DistributionsOf(row);
+  if (row.kind == Prediction::Clutch)
+    return judge.JudgeStage(distributions, survival_, errors.eggs, thetas_.eggs, deviance_);
+  if (row.kind == Prediction::Brood)
+    return judge.JudgeStage(distributions, survival_, errors.juveniles, thetas_.juveniles, deviance_);
+  return judge.JudgeOverHatch(distributions, survival_, errors, thetas_, testSums, deviance_);
 }
 
 }  // namespace merlane

@@ -350,6 +350,17 @@ class Planning {
 
 }  // namespace
 
+std::span<const ObjectivePlan::Distribution> ObjectivePlan::DistributionsOf(const Row& row) const {
+  switch (row.kind) {
+    case Prediction::Clutch:
+      return row.distributions.Of(clutchDistributions);
+    case Prediction::Brood:
+      return row.distributions.Of(broodDistributions);
+    default:
+      return row.distributions.Of(spanningDistributions);
+  }
+}
+
 ObjectivePlan::ObjectivePlan(const BroodData& data, const PreparedVisits& prepared,
                              const CountDistributions& distributions, const Subject& planned)
     : subject(planned) {

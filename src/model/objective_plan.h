@@ -97,6 +97,7 @@ struct ObjectivePlan {
     Range distributions;
   };
   std::vector<Row> rows;
+  std::span<const Distribution> DistributionsOf(const Row& row) const;
 
   // Predictions: a count k of a distribution, ascending in each.
   std::vector<std::int16_t> k;

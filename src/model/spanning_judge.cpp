@@ -19,8 +19,8 @@ bool SumIsKnown(bool binomial, int n, double p, double theta) {
 
 }  // namespace
 
-SpanningJudge::SpanningJudge(const CountDistributions& distributions, KeptGammaLn& logGamma, int maxCount)
-    : distributions_(distributions), logGamma_(logGamma), Pmf_(static_cast<std::size_t>(maxCount) + 1) {
+SpanningJudge::SpanningJudge(const CountDistributions& distributions, int maxCount)
+    : distributions_(distributions), Pmf_(static_cast<std::size_t>(maxCount) + 1) {
   random_.P = correlated_.P = Pmf_;
   ofFate_.fill(Pmf_);
 }

@@ -16,8 +16,8 @@ namespace merlane {
 /// CountDistributions::Calc_Probs_and_Theta makes whole only what the counts need, with the same bits.
 class SpanningJudge {
  public:
-  /// Keeps references to both.
-  SpanningJudge(const CountDistributions& distributions, KeptGammaLn& logGamma, int maxCount);
+  /// Keeps a reference to the distributions.
+  SpanningJudge(const CountDistributions& distributions, int maxCount);
 
   /// What is expected of a brood over hatch.
   struct Expected {
@@ -41,7 +41,7 @@ class SpanningJudge {
   const std::vector<double>& HatchedOf(Hatched& hatched, bool binomial, double EN, double theta, int n, int least);
 
   const CountDistributions& distributions_;
-  KeptGammaLn& logGamma_;
+  KeptGammaLn logGamma_;
   Hatched random_, correlated_;
   std::array<std::vector<double>, 4> ofFate_;  // probabilities of the counts
   std::vector<double> Pmf_;

@@ -36,6 +36,12 @@ SurvivalColumns::SurvivalColumns(const BroodData& data, const ObjectivePlan& pla
   for (auto* column : {&OutR, &OutC, &OutAll}) column->resize(plan.N.size());
 }
 
+SurvivalColumns::Rows::Rows(const ObjectivePlan& plan) {
+  std::size_t most = std::max(plan.clutches.time.Size(), plan.DistinctTimes.size());
+  for (const ObjectivePlan::Piece& piece : plan.broodPieces) most = std::max(most, piece.time.Size());
+  for (auto* row : {&distinctPower, &power, &exponent, &surviving, &attenuation}) row->reserve(most);
+}
+
 bool SurvivalColumns::FillClutches(const Parameters& p, bool BootstrapMode, Rows& rows) {
   // The rates, which both have in common, tell the kind; one that no clutch has may fail.
   Acting acting;

@@ -20,6 +20,7 @@ class SurvivalColumns {
 
   /// Room for the values of a piece; each thread has its own.
   struct Rows {
+    explicit Rows(const ObjectivePlan& plan);
     std::vector<double> distinctPower, power, exponent, surviving, attenuation;
   };
 

@@ -25,8 +25,7 @@ Parameters BothMortalities() {
 TEST(SpanningJudge, GivesTheBitsOfTheWholeDistributions) {
   constexpr int MaxCount = 15;
   const CountDistributions distributions(MaxCount);
-  KeptGammaLn logGamma;
-  SpanningJudge judge(distributions, logGamma, MaxCount);
+  SpanningJudge judge(distributions, MaxCount);
   const CountErrors errors(BothMortalities());
   RandomStream random(2024, 1);
   int judged = 0;
