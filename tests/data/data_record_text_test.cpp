@@ -25,7 +25,7 @@ std::string WrittenAgain(const std::string& records) {
 }
 
 std::string WithCode(const std::string& code, int day) {
-  return "    1995," + code + fmt::format(",     {},     170,     {},       5\n", day, day - 170);
+  return "    1995," + code + fmt::format(",{:>8},     170,{:>8},       5\n", day, day - 170);
 }
 
 TEST(DataRecordText, CodesAreWrittenBackAsTheyWere) {

@@ -377,11 +377,15 @@ TEST_F(SimulationTest, PlanOfWhichNothingCanBePredictedSaysSo) {
   EXPECT_EQ(Lines(Text()).size(), 4u) << "the heading and three first counts";
 }
 
-TEST_F(SimulationTest, PlanWithoutVisitsGivesAHeadingAlone) {
-  Plan("31");  // the day behind the last one
-  desk.Press(menu.cmdUserSummary);
+TEST_F(SimulationTest, APlanWithoutVisitsIsRefusedInWords) {
+  desk.Press(menu.cmdInitialize);
+  desk.Choose(program.frmInitialize.optSimulate);
+  desk.SetText(program.frmInitialize.cboNClutchesBroods, "3");
+  desk.SetText(program.frmInitialize.cboInitBroodAge, "31");  // the day behind the last one
+  desk.Press(program.frmInitialize.cmdDone);
+  ASSERT_EQ(windows.failures.size(), 1u);
+  EXPECT_THAT(windows.failures[0], HasSubstr("a simulation cannot have 3 broods of 0 visits"));
   EXPECT_EQ(program.model.data.Visits(), 0);
-  EXPECT_EQ(Lines(Text()).size(), 1u);
 }
 
 TEST_F(SimulationTest, ARepairedHypothesisIsToldAndSimulatedAtOnce) {
