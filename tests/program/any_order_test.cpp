@@ -33,15 +33,16 @@ class AnyHand : public WindowSystem {
     return story;
   }
 
-  /// Comes to an analysis, or a simulation, with default algorithm data.
+  /// Comes to an analysis, or a simulation, with algorithm data.
   void Begin(Program& program, bool analysis) {
     desk->Press(program.frmMenu.cmdInitialize);
     if (analysis) {
       const auto name = Pick<std::string>({"juveniles_only", "juveniles_only", "fuses", "spanning_alone"});
       program.frmInitialize.txtDataInput.text = Golden(name + ".dat");
       ownAlgorithm_ = Golden(name + ".alg");
-    } else
+    } else {
       desk->Choose(program.frmInitialize.optSimulate);
+    }
     desk->Press(program.frmInitialize.cmdDone);
     while (program.state.algorithm.AlgName.empty()) desk->Press(program.frmMenu.cmdLoadAlg);
   }
