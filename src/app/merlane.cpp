@@ -2,6 +2,8 @@
 #include <QApplication>
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
+#include <iostream>
 
 #include "platform/clock.h"
 #include "platform/freexl_workbooks.h"
@@ -9,6 +11,7 @@
 #include "program/program.h"
 #include "ui/look.h"
 #include "ui/qt_host.h"
+#include "ui/session_end.h"
 #include "ui/windows.h"
 
 int main(int argc, char** argv) {
@@ -26,6 +29,14 @@ int main(int argc, char** argv) {
   merlane::Windows windows(program.desk);
   host.Use(&windows);
   host.onEnd = [](int exitStatus) { QCoreApplication::exit(exitStatus); };
+  const auto save = [&program] {
+    for (const std::string& problem : program.SaveUnasked()) std::cerr << "merlane: " << problem << '\n';
+  };
+  // A calculation may run and a question stand open, which only their user could bring to an end. All files are whole.
+  const merlane::SessionEnd sessionEnd(save, [&save] {
+    save();
+    std::_Exit(0);
+  });
   program.Start();
   windows.Sync();
   return application.exec();

@@ -235,10 +235,11 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
 void FrmMarquardt::FinalReport(const MarquardtProgress& progress) {
   SetPanel(1, "");
   SetPanel(3, "");
-  rtbMarquardt.text = WithDerivatives(MarquardtFinalPane(state_, progress), progress);
+  const std::string note = PenaltyNote(progress.FBest);
+  rtbMarquardt.text = WithDerivatives(MarquardtFinalPane(state_, progress) + note, progress);
   ShowDerivatives_ = false;
-  if (state_.algorithm.FileFreq > 0) log_.Write(MarquardtFinalLog(state_, progress));
-  TellUnlessBootstrap("Marquardt minimum", "Minimum found using Marquardt!", style::Information);
+  if (state_.algorithm.FileFreq > 0) log_.Write(MarquardtFinalLog(state_, progress) + note);
+  TellUnlessBootstrap("Marquardt minimum", "Minimum found using Marquardt!", style::Information, note);
   MarquardtInterrupt_ = false;
   ReviewPriors();
 }

@@ -89,9 +89,10 @@ void FrmSimplex::OnRestart(int Restarts, int parameter) {
 void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& progress) {
   // A point of a profile is taken over by the profile, which goes on without a word.
   if (state_.profile.ProfileOn) return;
-  rtbSimplex.text = SimplexFinalPane(state_, simplex, progress);
-  if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress));
-  TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound);
+  const std::string note = PenaltyNote(simplex.SimplexF(simplex.ILow));
+  rtbSimplex.text = SimplexFinalPane(state_, simplex, progress) + note;
+  if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress) + note);
+  TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound, note);
   InterruptFlag_ = false;
   ClearPanels(1, 4);
 }

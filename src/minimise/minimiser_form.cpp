@@ -4,6 +4,7 @@
 
 #include "base/number_text.h"
 #include "forms/desk.h"
+#include "minimise/parameter_rows.h"
 
 namespace merlane {
 
@@ -15,8 +16,13 @@ void MinimiserForm::ReviewPriors() {
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
 }
 
-void MinimiserForm::TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle) {
-  if (!state_.flags.BootstrapMode) desk.Tell(boxTitle, text, boxStyle);
+void MinimiserForm::TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle,
+                                        const std::string& details) {
+  if (!state_.flags.BootstrapMode) desk.Tell(boxTitle, text, boxStyle, details);
+}
+
+std::string MinimiserForm::PenaltyNote(double minimum) const {
+  return state_.flags.BootstrapMode ? "" : PenaltyLine(bestPenalty(), minimum);
 }
 
 void MinimiserForm::ShowProfilePoint() {

@@ -25,6 +25,8 @@ class MinimiserForm : public Form {
 
   /// Computes and shows the review of the priors: called behind a minimum that was found with priors on.
   std::function<void()> reviewPriors;
+  /// What of the lowest objective of a run is a penalty, as the model knows; asked at a minimum.
+  std::function<double()> bestPenalty = [] { return 0.0; };
 
  protected:
   /// Told where a relative tolerance would divide by an objective of 0.
@@ -38,7 +40,11 @@ class MinimiserForm : public Form {
   void ClearPanels(int first, int last);
   void ReviewPriors();
   /// A message with OK alone; nothing interrupts a bootstrap's replicates but what the user has to answer.
-  void TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle);
+  void TellUnlessBootstrap(const std::string& boxTitle, const std::string& text, int boxStyle,
+                           const std::string& details = "");
+  /// What tells that this minimum is no fit but a penalty; empty for a fit, and in a bootstrap, which rejects such
+  /// replicates itself.
+  std::string PenaltyNote(double minimum) const;
   /// Names, in panel 1, the point that the profile has come to.
   void ShowProfilePoint();
   /// Asks what an interrupt during a profile shall end, and tells the profile to end if the answer is all of it.

@@ -48,4 +48,10 @@ std::string UnevaluatedLine(std::int32_t points) {
                      points, points == 1 ? "" : "s");
 }
 
+std::string PenaltyLine(double penalty, double minimum) {
+  if (!(penalty > 0) || penalty < minimum / 2) return "";
+  return fmt::format("Note: {} of this minimum is a penalty: these values lie outside what the model can do\n",
+                     Format(penalty, "0.0000000E+00"));
+}
+
 }  // namespace merlane

@@ -21,4 +21,8 @@ std::string ConvergenceMeasure(double tolerance, double F, double reference);
 /// A line that tells at how many points the objective could not be evaluated; empty when there are none.
 std::string UnevaluatedLine(std::int32_t points);
 
+/// A line that tells that a minimum, of which `penalty` is one, is no fit, so that its values are not to be believed;
+/// empty for a fit.
+std::string PenaltyLine(double penalty, double minimum);
+
 }  // namespace merlane

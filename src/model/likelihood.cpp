@@ -25,6 +25,7 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   if (!withoutTables) EvaluateByTables(setting, state, F, Value, Step, Names, Fuse, NPAR, NF);
   if (NF != 1 && F >= state.BestObjective) return;
   state.BestObjective = F;
+  state.BestPenalty = state.Penalty;
   SampleSize = ToInt32(static_cast<double>(state.EggsAtRisk) + state.JuvsAtRisk);
   state.KeepBestVector(Value);
   state.owed.best = withoutTables;

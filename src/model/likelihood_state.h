@@ -23,6 +23,7 @@ struct LikelihoodState {
   // The lowest objective since the first evaluation of a run.
   BestTables best;
   double BestObjective = 0;                 // -2 ln[L] plus penalties
+  double BestPenalty = 0;                   // of that
   double MinDeviance = 0, MaxDeviance = 0;  // limits of the plots of deviances and Pearson deviates
   double YoungestAge = 0;                   // of the visits younger than laying, days
 

@@ -81,10 +81,12 @@ class Temporary {
  private:
   int Make(mode_t mode) {
     for (int number = 0;; ++number) {
-      const std::string name = fmt::format("{}{}-{}{}", TemporaryBegins, ::getpid(), number, TemporaryEnds);
-      const int fd = ::openat(folder_, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-      if (fd >= 0) name_ = name;
-      if (fd >= 0 || errno != EEXIST) return fd;
+      name_ = fmt::format("{}{}-{}{}", TemporaryBegins, ::getpid(), number, TemporaryEnds);
+      const int fd = ::openat(folder_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+      if (fd >= 0) return fd;
+      if (errno == EEXIST) continue;
+      name_.clear();
+      return fd;
     }
   }
 

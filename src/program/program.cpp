@@ -113,6 +113,7 @@ void Program::WireForms() {
     // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it.
     frmReviewPriors.Open(PriorReview(model.AsEvaluated(state.algorithm), state.flags.ObjectiveConstant, priors));
   };
+  frmSimplex.bestPenalty = frmMarquardt.bestPenalty = [this] { return model.Evaluated().BestPenalty; };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };
   readingDialogue.convertWorkbook = [this](const std::string& path) { return frmXLSworksheets.ConvertWorkbook(path); };

@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "bootstrap/bootstrap_command.h"
 #include "bootstrap/parametric_bootstrap.h"
@@ -64,6 +65,11 @@ class Program {
   /// The tables of visits at the fit. The evaluations keep those of the lowest deviance they have met, which are others
   /// where priors count, or where a search went on beyond its limit of calls.
   BestTables TablesAtFit();
+
+  /// Saves what can be saved without asking anybody, since the session ends: the algorithm data and the priors that are
+  /// not in their files, each in a new file beside its own with the time in its name, and closes the log. Replaces
+  /// nothing. Returns why something could not be saved.
+  std::vector<std::string> SaveUnasked();
 
   Desk desk;
   RunState state;
@@ -155,8 +161,8 @@ class Program {
   /// chosen. The editor of the priors asks for these in its own words.
   void Quit(const std::string& priorsTitle = "What about Bayesian priors?",
             const std::string& priorsText = "Save Bayesian priors?");
-  /// Saves the algorithm data as they are the user's own. False when the user cancelled.
-  bool SaveUsersAlgorithmData();
+  /// Saves the algorithm data as they are the user's own, in the way given, and returns what it returns.
+  bool SaveUsersAlgorithmData(const std::function<bool()>& save);
 
   /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
   void BeginRun();

@@ -143,6 +143,20 @@ TEST_F(FrmMarquardtTest, AMinimumIsToldAndReported) {
   EXPECT_THAT(text, testing::EndsWith("\r\n\r\n\r\nafter 2 iterations and 15 function calls\r\n\r\n"));
 }
 
+TEST_F(FrmMarquardtTest, AMinimumThatIsAPenaltyIsToldAsOne) {
+  const std::string note =
+      "Note: 4.0000000E+00 of this minimum is a penalty: these values lie outside what the model can do\n";
+  Open({0, 0}, Quadratic);
+  OpenLog();
+  frmMarquardt->bestPenalty = [] { return 4.0; };  // of 5
+  Choose(Answer::No, false);
+  Minimise();
+  EXPECT_EQ(windows().messages[0].text, "Minimum found using Marquardt!");
+  EXPECT_EQ(windows().messages[0].details, note);
+  EXPECT_THAT(frmMarquardt->rtbMarquardt.text, testing::EndsWith(note));
+  EXPECT_THAT(LogText(), testing::EndsWith("outside what the model can do\r\n"));
+}
+
 TEST_F(FrmMarquardtTest, AFileFrequencyOfZeroGivesNoLog) {
   Open({0, 0}, Quadratic);
   OpenLog();

@@ -39,6 +39,22 @@ TEST_F(FrmSimplexTest, LooksAsItIsDescribed) {
   EXPECT_TRUE(frmSimplex->rtbSimplexInitial.fixedPitch);
 }
 
+TEST_F(FrmSimplexTest, AMinimumThatIsAPenaltyIsToldAsOne) {
+  const std::string note =
+      "Note: 4.0000000E+00 of this minimum is a penalty: these values lie outside what the model can do\n";
+  Open({0, 0}, Quadratic);
+  OpenLog();
+  frmSimplex->bestPenalty = [] { return 4.0; };  // of 5
+  Minimise();
+  EXPECT_EQ(windows().messages[0].text, "Minimum found using Simplex!");
+  EXPECT_EQ(windows().messages[0].details, note);
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, testing::EndsWith(note));
+  EXPECT_THAT(LogText(), testing::EndsWith("outside what the model can do\r\n"));
+  frmSimplex->bestPenalty = [] { return 0.1; };
+  Minimise();
+  EXPECT_EQ(windows().messages[1].details, "") << "a fit at the edge of what the model can do";
+}
+
 TEST_F(FrmSimplexTest, AMinimumIsToldAndReported) {
   Open({0, 0}, Quadratic);
   OpenLog();
