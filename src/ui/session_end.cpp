@@ -25,8 +25,6 @@ constexpr int Signals[] = {SIGTERM, SIGHUP};
 }  // namespace
 
 SessionEnd::SessionEnd(std::function<void()> save, std::function<void()> leave) {
-  // The windows would each be closed, and ask.
-  QGuiApplication::setFallbackSessionManagementEnabled(false);
   connect(qGuiApp, &QGuiApplication::commitDataRequest, this, std::move(save));
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return;
