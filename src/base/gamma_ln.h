@@ -1,7 +1,5 @@
 #pragma once
 
-#include <span>
-
 namespace merlane {
 
 /// ln Gamma(x) by the six-term series of C. Lanczos, A precision approximation of the gamma function, SIAM Journal on
@@ -10,7 +8,5 @@ namespace merlane {
 /// some 1e-10; the digits of all results depend on this series, so nothing else takes its place. RuntimeFailure below
 /// 0, where Gamma is negative or too small for its reciprocal to be a number.
 double GammaLn(double x);
-/// The same of a row of arguments, to `values`, which do not overlap them.
-void GammaLnRow(std::span<const double> arguments, std::span<double> values);
 
 }  // namespace merlane

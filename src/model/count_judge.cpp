@@ -24,7 +24,6 @@ CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& dist
   }
   for (auto* column : {&share_, &logs_}) column->reserve(2 * mostDistributions);
   for (auto* column : {&exponent_, &P_, &PR_, &PC_, &logP_}) column->reserve(mostPredictions);
-  askedGamma_.Reserve(4 * mostDistributions + 2 * mostPredictions);
 }
 
 void CountJudge::Begin(Distributions distributions) {
@@ -78,30 +77,21 @@ void CountJudge::FillBinomialExponents(const ObjectivePlan::Distribution& d, std
 
 bool CountJudge::FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival,
                                          const StageErrors& errors, const std::vector<double>& thetas) {
-  const auto isOverdispersed = [&](const ObjectivePlan::Distribution& d) {
-    return d.n != 1 && errors.CodeC != 1 && thetas[At(d.age)] > 1e-6;
-  };
-  const auto fill = [&](const ObjectivePlan::Distribution& d) {
-    FillOverdispersedExponents(d, survival.OutC[At(d.interval)], thetas[At(d.age)]);
-  };
   FillBinomialLogs(distributions, survival, survival.OutC);
-  askedGamma_.Begin();
   for (std::size_t j = 0; j < distributions.size(); ++j) {
     const ObjectivePlan::Distribution& d = distributions[j];
-    if (std::isnan(thetas[At(d.age)])) return false;
-    if (isOverdispersed(d))
-      fill(d);  // which asks
-    else
+    const double theta = thetas[At(d.age)];
+    if (std::isnan(theta)) return false;
+    if (d.n == 1 || errors.CodeC == 1 || theta <= 1e-6)
       FillBinomialExponents(d, j);
+    else
+      FillOverdispersedExponents(d, survival.OutC[At(d.interval)], theta);
   }
-  askedGamma_.Answer();
-  for (const ObjectivePlan::Distribution& d : distributions)
-    if (isOverdispersed(d)) fill(d);
   return true;
 }
 
 void CountJudge::FillOverdispersedExponents(const ObjectivePlan::Distribution& d, double E, double theta) {
-  const BetaBinomialLogs logs(askedGamma_, d.n, E, theta == 1.0 ? 0.999999 : theta);
+  const BetaBinomialLogs logs(logGamma_, d.n, E, theta == 1.0 ? 0.999999 : theta);
   for (std::size_t i = At(d.prediction); i < At(d.predictionEnd); ++i)
     exponent_[i - first_] = logs.LogProbability(plan_.logChoices[i], d.n, plan_.k[i]);
 }

@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
-#include "model/asked_gamma_ln.h"
 #include "model/count_distributions.h"
+#include "model/kept_gamma_ln.h"
 #include "model/objective_plan.h"
 #include "model/spanning_judge.h"
 #include "model/stage_errors.h"
@@ -45,7 +45,7 @@ class CountJudge {
   bool FillDeviances(std::vector<double>& deviance);
 
   const ObjectivePlan& plan_;
-  AskedGammaLn askedGamma_;
+  KeptGammaLn logGamma_;
   SpanningJudge spanningJudge_;
   std::size_t first_ = 0;                              // the first prediction of the row
   std::vector<double> share_, logs_;                   // of each distribution: p, 1 - p

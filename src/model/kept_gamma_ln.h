@@ -21,7 +21,7 @@ class KeptGammaLn {
   }
 
  private:
-  static constexpr int Log2OfSize = 11;
+  static constexpr int Log2OfSize = 13;
   struct Entry {
     std::uint64_t argument = ~std::uint64_t{0};  // a NaN that no calculation gives
     double value = 0;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <vector>
 
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
@@ -32,16 +31,6 @@ TEST(GammaLn, HasTheBitsOfItsStepsInTheirOrder) {
                                              {7.5, 0x1.e233060e0e899p+2},   {33.0, 0x1.463b59b93eee1p+6},
                                              {0.5, 0x1.250d048ef81b3p-1},   {0.03, 0x1.beb75f03f3921p+1}};
   for (const auto& [x, lnGamma] : known) EXPECT_EQ(GammaLn(x), lnGamma) << x;
-}
-
-TEST(GammaLn, OfARowHasTheBitsOfOneAlone) {
-  std::vector<double> x, row;
-  for (int i = 1; i <= 1000; ++i) x.push_back(0.003 * i * i / 17);
-  row.resize(x.size());
-  GammaLnRow(x, row);
-  for (std::size_t i = 0; i < x.size(); ++i) EXPECT_EQ(row[i], GammaLn(x[i])) << x[i];
-  x = {2, -1};
-  EXPECT_THROW(GammaLnRow(x, row), RuntimeFailure);
 }
 
 TEST(GammaLn, ReflectsBelowOne) {
