@@ -2,6 +2,7 @@
 // ends by itself with one of its exit statuses.
 
 #include <chrono>
+#include <functional>
 #include <random>
 
 #include "batch/replay.h"
@@ -108,45 +109,40 @@ void ExpectAnEnd(const Replay& replay, const std::string& text) {
   EXPECT_EQ(replay.errors.empty(), replay.status != 1 && replay.status != 3) << text;
 }
 
-TEST(Mutations, ChangedBatchFilesEndWithOneOfTheStatuses) {
-  const std::string sound = Analysis(golden + "single_individuals.alg");
+/// Plays what `batchOf` makes of many changed texts of `sound`, for some seconds at most.
+void PlayChanged(const std::string& sound, const std::function<std::string(const std::string& changed)>& batchOf) {
   const auto start = std::chrono::steady_clock::now();
   for (std::uint64_t seed = 1; seed <= MutationsEach; ++seed) {
     if (std::chrono::steady_clock::now() - start > TimeForEach) break;
     Mutator mutator(seed);
     const std::string text = seed % 2 == 0 ? mutator.Mutated(sound) : mutator.Shuffled(sound);
-    ExpectAnEnd(Replay(text), text);
+    ExpectAnEnd(Replay(batchOf(text)), text);
   }
+}
+
+/// The same with changed files at `path`, which `analysis` reads.
+void PlayChangedFiles(const std::string& path, const std::string& sound, const std::string& analysis) {
+  PlayChanged(sound, [&](const std::string& changed) {
+    WriteFile(path, changed);
+    return analysis;
+  });
+  std::filesystem::remove(path);
+}
+
+TEST(Mutations, ChangedBatchFilesEndWithOneOfTheStatuses) {
+  PlayChanged(Analysis(golden + "single_individuals.alg"), [](const std::string& changed) { return changed; });
 }
 
 TEST(Mutations, ChangedAlgorithmFilesEndWithOneOfTheStatuses) {
-  const std::string sound = ReadFile(golden + "single_individuals.alg");
   const std::string path = testing::TempDir() + "merlane_mutated.alg";
-  const auto start = std::chrono::steady_clock::now();
-  for (std::uint64_t seed = 1; seed <= MutationsEach; ++seed) {
-    if (std::chrono::steady_clock::now() - start > TimeForEach) break;
-    Mutator mutator(seed);
-    const std::string text = seed % 2 == 0 ? mutator.Mutated(sound) : mutator.Shuffled(sound);
-    WriteFile(path, text);
-    ExpectAnEnd(Replay(Analysis(path)), text);
-  }
-  std::filesystem::remove(path);
+  PlayChangedFiles(path, ReadFile(golden + "single_individuals.alg"), Analysis(path));
 }
 
 TEST(Mutations, ChangedDataFilesEndWithOneOfTheStatuses) {
-  const std::string sound = ReadFile(golden + "single_individuals.dat");
   const std::string path = testing::TempDir() + "merlane_mutated.dat";
   std::string analysis = Analysis(golden + "single_individuals.alg");
   analysis.replace(analysis.find(golden), golden.size() + std::string("single_individuals.dat").size(), path);
-  const auto start = std::chrono::steady_clock::now();
-  for (std::uint64_t seed = 1; seed <= MutationsEach; ++seed) {
-    if (std::chrono::steady_clock::now() - start > TimeForEach) break;
-    Mutator mutator(seed);
-    const std::string text = seed % 2 == 0 ? mutator.Mutated(sound) : mutator.Shuffled(sound);
-    WriteFile(path, text);
-    ExpectAnEnd(Replay(analysis), text);
-  }
-  std::filesystem::remove(path);
+  PlayChangedFiles(path, ReadFile(golden + "single_individuals.dat"), analysis);
 }
 
 }  // namespace

@@ -23,6 +23,15 @@ struct DetailPlotsTest : ::testing::Test, Analysis {
     windows.Reply(listing, "Choose among output options");
     ASSERT_TRUE(desk.Press(menu.cmdUserSummary));
   }
+  /// A summary of two years, and the answers up to the plots of the first of them.
+  void AnswerUpToTheFirstOfTwoYears() {
+    Initialize({.path = Golden("covariates_original.dat"), .endYear = "1996", .covariates = "3"});
+    LoadAlg(Golden("covariates_original.alg"));
+    Summary();
+    windows.No(Title);
+    windows.Yes(Title);
+    windows.Yes(Title);
+  }
   /// When the program next waits for a page: notes it and goes to the next one, or quits the plots.
   void AtPage(bool next) {
     windows.AtWait([this, next] {
@@ -91,12 +100,7 @@ TEST_F(DetailPlotsTest, CancelAsksAboutNoMoreBroods) {
 }
 
 TEST_F(DetailPlotsTest, YearsArePagedThroughAndThenAllOfThem) {
-  Initialize({.path = Golden("covariates_original.dat"), .endYear = "1996", .covariates = "3"});
-  LoadAlg(Golden("covariates_original.alg"));
-  Summary();
-  windows.No(Title);
-  windows.Yes(Title);
-  windows.Yes(Title);
+  AnswerUpToTheFirstOfTwoYears();
   AtPage(true);
   windows.Yes(Title);
   AtPage(true);
@@ -110,12 +114,7 @@ TEST_F(DetailPlotsTest, YearsArePagedThroughAndThenAllOfThem) {
 }
 
 TEST_F(DetailPlotsTest, QuittingAYearEndsTheAnnualPages) {
-  Initialize({.path = Golden("covariates_original.dat"), .endYear = "1996", .covariates = "3"});
-  LoadAlg(Golden("covariates_original.alg"));
-  Summary();
-  windows.No(Title);
-  windows.Yes(Title);
-  windows.Yes(Title);
+  AnswerUpToTheFirstOfTwoYears();
   AtPage(false);
   desk.Press(program.frmSummary.cmdPlots);
   EXPECT_THAT(pages, SizeIs(1));
