@@ -49,7 +49,7 @@ def problem_of(left, wanted):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("program")
+    parser.add_argument("program", type=os.path.abspath)
     parser.add_argument("--times", type=int, default=30)
     parser.add_argument("--seed", type=int, default=1)
     arguments = parser.parse_args()

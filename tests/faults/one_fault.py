@@ -7,7 +7,8 @@ gone well before, and looks at what is left.
 A file that a batch saves must be whole in the end: what stood there before, or what is written without a fault, never
 half of it. A fault that costs anything ends the run with a status other than 0, and words; none may crash the program,
 and nothing of ours may be left over. What is saved behind the fault is saved as if nothing had been. Without --every
-only the first faults of a kind are tried and then fewer and fewer, since memory is asked for a hundred thousand times.
+memory that is not there is tried at the first requests and then at fewer and fewer, since there are thousands; some of
+them cannot be met: the JSON library asks for memory where it cleans up, and that ends a program.
 """
 
 import argparse
@@ -106,7 +107,7 @@ def try_faults(arguments, batch, work):
     wanted = files_in(out)
     met, problems = 0, []
     for call, how in FAULTS:
-        for number in numbers(arguments.every):
+        for number in numbers(arguments.every or call != "malloc"):
             with_old_files(out, wanted)
             pathlib.Path(hit).unlink(missing_ok=True)
             environment = {"LD_PRELOAD": arguments.shim, "MERLANE_FAULT": f"{call}:{number}:{how}",
@@ -126,9 +127,9 @@ def try_faults(arguments, batch, work):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("program")
-    parser.add_argument("shim")
-    parser.add_argument("--every", action="store_true", help="try every fault until none is left")
+    parser.add_argument("program", type=os.path.abspath)
+    parser.add_argument("shim", type=os.path.abspath)
+    parser.add_argument("--every", action="store_true", help="try every request for memory, too")
     parser.add_argument("names", nargs="*", help="the batch files (default: all)")
     arguments = parser.parse_args()
     names = arguments.names or sorted(path.name for path in HERE.glob("*.batch"))
