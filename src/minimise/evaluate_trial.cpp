@@ -26,7 +26,7 @@ template <class Evaluation>
 double TrialEvaluator::OrNoStart(const Evaluation& evaluate) {
   try {
     const double F = evaluate();
-    if (F >= UnevaluatedF) unevaluatedF_ = std::numeric_limits<double>::max();
+    GoOnFrom(F);
     return F;
   } catch (const ArithmeticFailure& failure) {
     throw ArithmeticFailure(std::string("the starting point cannot be evaluated: ") + failure.what());
@@ -54,6 +54,10 @@ double TrialEvaluator::EvaluateStart(const Array1<double>& trial) {
 
 double TrialEvaluator::EvaluateStart(Array1<double>& vector, std::int32_t code) {
   return OrNoStart([&] { return At(vector, code); });
+}
+
+void TrialEvaluator::GoOnFrom(double F) {
+  if (F >= UnevaluatedF) unevaluatedF_ = std::numeric_limits<double>::max();
 }
 
 double TrialEvaluator::Unevaluated() {

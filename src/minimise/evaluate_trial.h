@@ -36,6 +36,9 @@ class TrialEvaluator {
   double EvaluateStart(const Array1<double>& trial);
   double EvaluateStart(Array1<double>& vector, std::int32_t code);
 
+  /// The run goes on from a point where the objective is known.
+  void GoOnFrom(double F);
+
   /// Counts a trial for which there is not even a point.
   double Unevaluated();
 

@@ -78,7 +78,10 @@ class SimplexRun {
     s_.Forget();  // a run that fails on its way leaves a polytope of which some vertex may lack its objective
     objective_.BeginSearch();
     begun_ = objective_.Present();
-    if (!resumed) Build();
+    if (resumed)
+      evaluator_.GoOnFrom(s_.SimplexF(s_.ILow));
+    else
+      Build();
     watch_.OnStart(s_);
   }
 

@@ -112,6 +112,9 @@ TEST(EvaluateTrial, APointThatCannotBeEvaluatedIsWorseThanAnyStart) {
   TrialEvaluator evaluator(run.state, run.objective);
   const double start = evaluator.EvaluateStart({4});
   EXPECT_GT(evaluator.EvaluateTrial({0}), start);
+  TrialEvaluator resumed(run.state, run.objective);
+  resumed.GoOnFrom(start);
+  EXPECT_GT(resumed.EvaluateTrial({0}), start);
 }
 
 TEST(EvaluateTrial, AFailureThatNoOtherPointCanMendIsPassedOn) {
