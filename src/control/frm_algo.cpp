@@ -13,6 +13,7 @@
 #include "forms/desk.h"
 
 namespace merlane {
+
 FrmAlgo::FrmAlgo(Desk& d, RunState& state, LogFile& log, FrmMain& main)
     : Form(d, "frmAlgo", ""),
       windowMenu(*this, main.onArrange),

@@ -95,7 +95,7 @@ bool FrmRank::OnCloseRequest() { return OfferSaving(); }
 
 bool FrmRank::OfferSaving() {
   // Asked while the form is still open: when the file cannot be written, the table is not lost.
-  return grdRank.At(0, OrderColumn).text != Ranked ||
+  return !IsRanked() ||
          desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) !=
              Answer::Yes ||
          Save();
@@ -115,6 +115,8 @@ void FrmRank::NameColumns() {
                          "Notes:"};
   for (int column = 1; column < ColumnCount; ++column) grdRank.At(0, column).text = names[column];
 }
+
+bool FrmRank::IsRanked() const { return grdRank.At(0, OrderColumn).text == Ranked; }
 
 void FrmRank::SetOrderHeading(const char* text, Colour colour) {
   grdRank.At(0, OrderColumn).text = text;
@@ -340,11 +342,10 @@ void FrmRank::DoubleClick(int row, int column) {
 }
 
 void FrmRank::DeleteModel(int position) {
-  if (grdRank.At(0, OrderColumn).text == Ranked &&
-      desk.Ask("Delete a model",
-               fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
-                           ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
-               style::YesNoQuestion) != Answer::Yes)
+  if (IsRanked() && desk.Ask("Delete a model",
+                             fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
+                                         ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
+                             style::YesNoQuestion) != Answer::Yes)
     return;
   ranking_.Delete(position);
   for (int row = position; row < grdRank.Rows() - 1; ++row) {
@@ -377,7 +378,7 @@ void FrmRank::Annotate(int position) {
 }
 
 bool FrmRank::Save() {
-  if (ranking_.ModelCount() > 0 && grdRank.At(0, OrderColumn).text != Ranked)
+  if (ranking_.ModelCount() > 0 && !IsRanked())
     desk.Tell("Save model ranking results",
               "The table has changed since it was ranked last. Its rows are saved as that ranking left them, those of "
               "models that were added since without figures.\r\n\r\nRank the competing models first.",

@@ -76,6 +76,8 @@ class FrmRank : public Form {
   void Annotate(int position);
 
   void NameColumns();
+  /// What the heading of the first column says of the table.
+  bool IsRanked() const;
   void SetOrderHeading(const char* text, Colour colour);
   void WriteRow(int position, const Competitor& model, int entry);
   void WriteRows(const std::vector<Competitor>& models, bool byEntry);
