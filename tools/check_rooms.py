@@ -6,7 +6,7 @@ import pathlib
 import re
 import sys
 
-ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "minimise", "uncertainty", "inference", "data",
+ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "minimise", "uncertainty", "inference", "data", "import",
          "model", "results", "bootstrap", "program", "ui", "batch", "app"]
 # The two ways to sit at the program do not know each other.
 APART = {"batch": {"ui"}, "ui": {"batch"}}

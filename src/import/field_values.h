@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace merlane {
+
+/// How dates are written.
+enum class DateOrder { YearMonthDay, DayMonthYear, MonthDayYear, SerialDays };
+
+/// What each is called, in that order.
+const std::vector<std::string>& DateOrderNames();
+
+/// A day of a year, from 1.
+struct DayOfYear {
+  int year = 0, day = 0;
+  bool operator==(const DayOfYear&) const = default;
+};
+
+/// The number that a day has when days are counted on from the first of another year, as behind a New Year.
+int DayCountedFrom(int year, DayOfYear day);
+
+/// Whether a field stands for no value: empty, NA, a point or a dash.
+bool IsMissing(std::string_view field);
+
+/// A number with that decimal mark; none for anything else.
+std::optional<double> NumberIn(std::string_view field, char decimal);
+
+/// A date, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1 January 1900); none
+/// for anything else, and for a day that the calendar does not have. A time of day behind it is passed over.
+std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order);
+
+}  // namespace merlane

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/delimited_text.h"
+#include "import/encoding.h"
+#include "import/field_values.h"
+
+namespace merlane {
+
+/// What a column of a file holds. The last five are those of files with one row for each nest.
+enum class Role {
+  Unused,
+  Year,
+  Code,
+  Day,
+  Date,
+  HatchDay,
+  HatchDate,
+  Age,
+  Count,
+  Covariate,
+  FirstFound,
+  LastPresent,
+  LastChecked,
+  Fate,
+  Nests
+};
+
+/// What each is called, in that order.
+const std::vector<std::string>& RoleNames();
+
+/// What becomes of a visit whose age is not known and follows from nothing.
+enum class UnknownAge { LeftOut, OfEggs, OfJuveniles };
+
+/// What each is called, in that order.
+const std::vector<std::string>& UnknownAgeNames();
+
+/// How a file is understood.
+struct ImportChoices {
+  Encoding encoding = Encoding::Utf8;
+  Delimiter delimiter = Delimiter::Comma;
+  char decimal = '.';
+  bool heading = true;
+  DateOrder dates = DateOrder::YearMonthDay;
+  UnknownAge unknownAge = UnknownAge::OfEggs;
+  int year = 1995;                 // where no column tells it
+  std::vector<Role> roles;         // of the columns
+  std::vector<std::string> names;  // of the columns when the choices were kept
+
+  bool Has(Role role) const;
+  /// Whether the file has one row for each nest.
+  bool OfNests() const { return Has(Role::FirstFound); }
+
+  bool operator==(const ImportChoices&) const = default;
+};
+
+/// What a file seems to be, by its bytes or by the first of them.
+ImportChoices ProposedChoices(std::string_view bytes);
+
+/// Proposes the decimal mark, the heading, the order of dates and the roles of a text anew, its delimiter and encoding
+/// being as chosen.
+void ProposeColumns(std::string_view text, ImportChoices& choices);
+
+/// Choices that were kept, for another text: its columns are what those with the same headings were, or, where there
+/// are no headings, those in the same places.
+ImportChoices ForText(ImportChoices kept, std::string_view text);
+
+/// The names of a text's columns: its heading, or their numbers.
+std::vector<std::string> ColumnNames(std::string_view text, const ImportChoices& choices);
+
+/// The choices as the text of a small file, with the names of the columns, and back. RuntimeFailure for a text that is
+/// none.
+std::string ChoicesText(const ImportChoices& choices);
+ImportChoices ChoicesIn(std::string_view text);
+
+/// The place of a name in a list of names; -1 when it is not there.
+int PlaceOf(const std::vector<std::string>& names, std::string_view name);
+
+}  // namespace merlane

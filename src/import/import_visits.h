@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "import/import_choices.h"
+
+namespace merlane {
+
+/// A data file made from another, and what is to be said about it.
+struct Imported {
+  std::string text;  // fixed columns, lines end with CR LF
+  int rows = 0;      // behind the heading
+  int records = 0, broods = 0, covariates = 0;
+  int firstYear = 0, lastYear = 0;
+  int moved = 0;    // records that stand elsewhere than their rows did
+  int leftOut = 0;  // rows without a record
+  /// What somebody should look at, with its line: rows that were left out, two for one visit, counts that rise, ages
+  /// that fall, codes that differ in case alone.
+  std::vector<std::string> remarks;  // the first of them
+  int remarkCount = 0;
+};
+
+/// Makes a data file of the rows of a text. Records are sorted by year, code and day. Day and year follow from a date,
+/// an age from the hatch day; a nest becomes visits of one egg of unknown age on the days on which it was found, last
+/// known present and, if it failed, last checked. RuntimeFailure when the choices lack a column that is needed, or no
+/// row gives a record.
+Imported ImportRows(std::string_view text, const ImportChoices& choices);
+
+}  // namespace merlane

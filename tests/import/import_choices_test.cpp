@@ -1,0 +1,68 @@
+#include "import/import_choices.h"
+
+#include <gmock/gmock.h>
+
+#include "base/runtime_failure.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+
+TEST(ImportChoices, AreProposedFromTheFile) {
+  const ImportChoices c = ProposedChoices(
+      "Season;Nest ID;Visit date;Hatch date;Young;Depth;Remarks\n"
+      "2023;A;30.5.2023;9.6.2023;5;1,5;fine\n");
+  EXPECT_EQ(c.encoding, Encoding::Utf8);
+  EXPECT_EQ(c.delimiter, Delimiter::Semicolon);
+  EXPECT_EQ(c.decimal, ',');
+  EXPECT_TRUE(c.heading);
+  EXPECT_EQ(c.dates, DateOrder::DayMonthYear);
+  EXPECT_THAT(c.roles, ElementsAre(Role::Year, Role::Code, Role::Date, Role::HatchDate, Role::Count, Role::Covariate,
+                                   Role::Unused));
+}
+
+TEST(ImportChoices, ADayIsADateWhereDatesStand) {
+  EXPECT_THAT(ProposedChoices("Code,Day,Count\nA,160,5\n").roles, ElementsAre(Role::Code, Role::Day, Role::Count));
+  EXPECT_THAT(ProposedChoices("Code,Day,Count\nA,2023-06-09,5\n").roles,
+              ElementsAre(Role::Code, Role::Date, Role::Count));
+}
+
+TEST(ImportChoices, AFileWithoutHeadingHasColumnsToBeNamed) {
+  const std::string text = "1995,A,160,-10,5\n1995,A,165,-5,4\n";
+  const ImportChoices c = ProposedChoices(text);
+  EXPECT_FALSE(c.heading);
+  EXPECT_THAT(c.roles, testing::Each(Role::Unused));
+  EXPECT_THAT(ColumnNames(text, c), ElementsAre("Column 1", "Column 2", "Column 3", "Column 4", "Column 5"));
+}
+
+TEST(ImportChoices, AreKeptAsATextAndComeBack) {
+  const std::string text = "Season;Nest: ID;Date;Young\n2023;A;9.6.2023;5\n";
+  ImportChoices c = ProposedChoices(text);
+  c.unknownAge = UnknownAge::OfJuveniles;
+  c.year = 2021;
+  c.decimal = ',';
+  c.encoding = Encoding::Latin1;
+  c.names = ColumnNames(text, c);
+  EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
+}
+
+TEST(ImportChoices, OfAnotherFileGoByHeadingsWhereThereAreSome) {
+  const std::string text = "Nest,Day,Eggs\nA,160,5\n";
+  ImportChoices c = ProposedChoices(text);
+  c.roles = {Role::Code, Role::Day, Role::Count};
+  c.names = ColumnNames(text, c);
+  EXPECT_THAT(ForText(c, "Eggs,Observer,Nest,Day\n5,Ann,A,160\n").roles,
+              ElementsAre(Role::Count, Role::Unused, Role::Code, Role::Day));
+  c.heading = false;
+  EXPECT_THAT(ForText(c, "A,160,5,x\n").roles, ElementsAre(Role::Code, Role::Day, Role::Count, Role::Unused));
+}
+
+TEST(ImportChoices, ATextThatIsNoneIsRefused) {
+  EXPECT_THROW(ChoicesIn(""), RuntimeFailure);
+  EXPECT_THROW(ChoicesIn("Choices of an import, version 1\r\n"), RuntimeFailure);
+  EXPECT_THROW(ChoicesIn("Choices of an import, version 1\r\nEncoding: Morse\r\n"), RuntimeFailure);
+}
+
+}  // namespace
+}  // namespace merlane

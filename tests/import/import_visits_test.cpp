@@ -1,0 +1,242 @@
+// Files as people have them, and the data files that become of them.
+
+#include "import/import_visits.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "base/runtime_failure.h"
+#include "data/brood_reader.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+Imported AsProposed(const std::string& bytes) {
+  const ImportChoices choices = ProposedChoices(bytes);
+  return ImportRows(Decoded(bytes, choices.encoding), choices);
+}
+
+const std::string Header = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
+
+TEST(ImportVisits, ATableInTheOrderOfTheFormatGoesThroughAsItIs) {
+  const Imported imported = AsProposed(
+      "Year,Code,DofY,HatchDay,BroodAge,#EorJ,Lake_Prod\n1995,ORCBLX,161,172,-11,5,0.6485\n"
+      "1995,ORCBLX,186,172,14,4,0.6485\n");
+  EXPECT_EQ(imported.text, Header +
+                               ",   Lake_Prod\r\n"
+                               "    1995,  ORCBLX,     161,     172,     -11,       5,      0.6485\r\n"
+                               "    1995,  ORCBLX,     186,     172,      14,       4,      0.6485\r\n");
+  EXPECT_EQ(imported.records, 2);
+  EXPECT_EQ(imported.broods, 1);
+  EXPECT_EQ(imported.covariates, 1);
+  EXPECT_EQ(imported.moved, 0);
+  EXPECT_THAT(imported.remarks, IsEmpty());
+}
+
+TEST(ImportVisits, DatesGiveDaysAndYearsAndHatchDatesGiveAges) {
+  const std::string records =
+      "    2023,       A,     150,     160,     -10,       5\r\n"
+      "    2023,       A,     165,     160,       5,       4\r\n";
+  for (const char* text : {"Nest;Date;Hatch date;Eggs\nA;30.5.2023;9.6.2023;5\nA;14.6.2023;9.6.2023;4\n",
+                           "nest,date,hatch_date,eggs\nA,2023-05-30,2023-06-09,5\nA,2023-06-14,2023-06-09,4\n",
+                           "nest\tdate\thatch date\teggs\nA\t5/30/2023\t6/9/2023\t5\nA\t6/14/2023\t6/9/2023\t4\n"})
+    EXPECT_EQ(AsProposed(text).text, Header + "\r\n" + records) << text;
+}
+
+TEST(ImportVisits, TheSerialDaysOfASpreadsheetAreDates) {
+  const std::string text = "nest,date,eggs,young\nA,45076,5,9\n";
+  ImportChoices choices = ProposedChoices(text);
+  choices.roles = {Role::Code, Role::Date, Role::Count, Role::Unused};
+  choices.dates = DateOrder::SerialDays;
+  EXPECT_EQ(ImportRows(text, choices).text, Header + "\r\n    2023,       A,     150,       0,      -?,       5\r\n");
+}
+
+TEST(ImportVisits, RowsAreSortedByYearCodeAndDay) {
+  const Imported imported =
+      AsProposed("Year,Code,Day,Age,Count\n1996,A,1,1,1\n1995,B,9,1,1\n1995,A,8,2,3\n1995,A,7,1,4\n");
+  EXPECT_EQ(imported.text, Header +
+                               "\r\n"
+                               "    1995,       A,       7,       0,       1,       4\r\n"
+                               "    1995,       A,       8,       0,       2,       3\r\n"
+                               "    1995,       B,       9,       0,       1,       1\r\n"
+                               "    1996,       A,       1,       0,       1,       1\r\n");
+  EXPECT_EQ(imported.moved, 4);
+  EXPECT_EQ(imported.broods, 3);
+  EXPECT_EQ(imported.firstYear, 1995);
+  EXPECT_EQ(imported.lastYear, 1996);
+}
+
+TEST(ImportVisits, MissingAgesAreWhatWasChosen) {
+  const std::string text = "Year,Code,Day,Age,Count\n1995,A,160,NA,4\n1995,B,161,-,3\n1995,C,162,1,3\n";
+  ImportChoices choices = ProposedChoices(text);
+  EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,      -?,       4\r\n"));
+  choices.unknownAge = UnknownAge::OfJuveniles;
+  EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,       ?,       4\r\n"));
+  choices.unknownAge = UnknownAge::LeftOut;
+  const Imported imported = ImportRows(text, choices);
+  EXPECT_EQ(imported.records, 1);
+  EXPECT_EQ(imported.leftOut, 2);
+  EXPECT_THAT(imported.remarks,
+              ElementsAre("line 2: left out, its age is not known", "line 3: left out, its age is not known"));
+}
+
+TEST(ImportVisits, ARowThatCannotBeUnderstoodIsLeftOutWithItsReason) {
+  const Imported imported = AsProposed(
+      "Year,Code,Day,Age,Count\n1995,A,160,-10,5\n1995,B,160,-10,12a\n1995,C,,-10,5\n1995,,160,-10,5\nNA,D,160,-10,5\n"
+      "1995,E,160.5,-10,5\n1995,F,160,-10,40000\n1995,G,160,old,5\n");
+  EXPECT_EQ(imported.records, 1);
+  EXPECT_EQ(imported.rows, 8);
+  EXPECT_THAT(imported.remarks,
+              ElementsAre("line 3: left out, \"12a\" is no number", "line 4: left out, it has no day",
+                          "line 5: left out, it has no code", "line 6: left out, it has no year",
+                          "line 7: left out, \"160.5\" is no day of the year",
+                          "line 8: left out, \"40000\" is no number", "line 9: left out, \"old\" is no brood age"));
+}
+
+TEST(ImportVisits, WhatTheReadingWouldRefuseIsListed) {
+  const Imported imported =
+      AsProposed("Year,Code,Day,Age,Count\n1995,A,160,-10,5\n1995,A,160,-10,6\n1995,b 1,160,-10,5\n1995,B1,165,-5,5\n");
+  EXPECT_THAT(imported.remarks, testing::UnorderedElementsAre("line 3: \"A\" has the day of line 2",
+                                                              "line 3: \"A\" has 6 behind 5 of line 2",
+                                                              "line 3: \"A\" has the age -10 behind -10 of line 2",
+                                                              HasSubstr("differ in case or blanks only")));
+}
+
+TEST(ImportVisits, LongCodesKeepTheirLastCharactersWhileTheseTellThemApart) {
+  EXPECT_THAT(AsProposed("Year,Code,Day,Age,Count\n1995,Lake-2023-A,160,-10,5\n1995,Lake-2023-B,160,-10,5\n").text,
+              testing::AllOf(HasSubstr(",e-2023-A"), HasSubstr(",e-2023-B")));
+  const Imported numbered =
+      AsProposed("Year,Code,Day,Age,Count\n1995,North-12345678,160,-10,5\n1995,South-12345678,160,-10,5\n");
+  EXPECT_THAT(numbered.text, testing::AllOf(HasSubstr(",N0000001,"), HasSubstr(",N0000002,")));
+  EXPECT_THAT(numbered.remarks, ElementsAre(HasSubstr("replaced by numbers")));
+}
+
+TEST(ImportVisits, LettersAndDecimalCommasComeThrough) {
+  const Imported imported = AsProposed(
+      "Jahr;Year;Code;Day;Age;Count;Fl\xE4"
+      "che\n1;1995;M\xD6WE1;160;-10;5;0,65\n");
+  EXPECT_THAT(imported.text, HasSubstr("   M\u00D6WE1,     160,"));
+  EXPECT_THAT(imported.text, HasSubstr(",      Fl\u00E4"
+                                       "che\r\n"));
+  EXPECT_THAT(imported.text, HasSubstr(",        0.65\r\n"));
+}
+
+TEST(ImportVisits, ANestBecomesVisitsOfOneEgg) {
+  const Imported imported = AsProposed(
+      "\"id\",\"FirstFound\",\"LastPresent\",\"LastChecked\",\"Fate\",\"Freq\"\n"
+      "\"A\",1,9,9,0,1\n\"B\",5,5,9,1,1\n\"C\",5,8,12,1,2\n");
+  EXPECT_EQ(imported.text, Header +
+                               "\r\n"
+                               "    1995,       A,       1,       0,      -?,       1\r\n"
+                               "    1995,       A,       9,       0,      -?,       1\r\n"
+                               "    1995,       B,       5,       0,      -?,       1\r\n"
+                               "    1995,       B,       9,       0,      -?,       0\r\n"
+                               "    1995,     C-1,       5,       0,      -?,       1\r\n"
+                               "    1995,     C-1,       8,       0,      -?,       1\r\n"
+                               "    1995,     C-1,      12,       0,      -?,       0\r\n"
+                               "    1995,     C-2,       5,       0,      -?,       1\r\n"
+                               "    1995,     C-2,       8,       0,      -?,       1\r\n"
+                               "    1995,     C-2,      12,       0,      -?,       0\r\n");
+  EXPECT_THAT(imported.remarks, IsEmpty());
+}
+
+TEST(ImportVisits, ANestThatCannotBeIsLeftOut) {
+  EXPECT_THAT(
+      AsProposed("id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,9,0\nB,9,5,9,1\nC,5,9,9,1\nD,5,9,10,2\n").remarks,
+      ElementsAre(HasSubstr("line 3: left out, it was last present before"), HasSubstr("line 4: left out, it failed"),
+                  HasSubstr("line 5: left out, \"2\" is no fate")));
+}
+
+TEST(ImportVisits, ThePublishedNestsBecomeTheKeptDataFile) {
+  const std::string kept = ReadWholeFile(MERLANE_GOLDEN_DIR "/real/killdeer.dat");
+  const std::string made = AsProposed(ReadWholeFile(MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv")).text;
+  const auto read = [](const std::string& text) {
+    BroodData data;
+    data.FirstYear = data.LastYear = 1995;
+    ReadingReport report;
+    ReadTextData(
+        text, false, data, [](const Message&) {}, report);
+    return data;
+  };
+  const BroodData known = read(kept), ours = read(made);
+  EXPECT_EQ(ours.VisitDate, known.VisitDate);
+  EXPECT_EQ(ours.VisitCount, known.VisitCount);
+  EXPECT_EQ(ours.VisitsOf, known.VisitsOf);
+  EXPECT_EQ(ours.VisitStage, known.VisitStage);
+}
+
+TEST(ImportVisits, AColumnThatIsNeededIsAskedFor) {
+  const std::string text = "a,b\n1,2\n";
+  ImportChoices choices = ProposedChoices(text);
+  try {
+    ImportRows(text, choices);
+    FAIL() << "it was imported";
+  } catch (const RuntimeFailure& failure) {
+    EXPECT_STREQ(failure.what(), "no column is the code");
+  }
+  choices.roles = {Role::Code, Role::FirstFound};
+  EXPECT_THROW(ImportRows(text, choices), RuntimeFailure);
+}
+
+TEST(ImportVisits, WhatIsMadeReadsWithoutARemark) {
+  const Imported imported = AsProposed(
+      "Code;Date;Hatch date;Count;Depth;Cover\nM\u00D6WE1;30.5.2023;9.6.2023;5;1,25;12345678901234\n"
+      "M\u00D6WE1;14.6.2023;9.6.2023;4;1,25;0,000000000012345678\n");
+  BroodData data;
+  data.FirstYear = data.LastYear = 2023;
+  data.NCov = 2;
+  ReadingReport report;
+  ReadTextData(
+      imported.text, false, data, [](const Message& m) { ADD_FAILURE() << m.title; }, report);
+  EXPECT_FALSE(report.oddities.Any()) << report.oddities.Details(2);
+  EXPECT_THAT(data.BroodCode, ElementsAre("   M\u00D6WE1"));
+  EXPECT_THAT(data.VisitAge, ElementsAre(-10, 5));
+  EXPECT_THAT(data.Covariate, ElementsAre(1.25, 1.234568e13));
+}
+
+TEST(ImportVisits, TenThousandMutationsEndInAnImportOrARefusal) {
+  const std::vector<std::string> files{
+      ReadWholeFile(MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv"),
+      "Nest;Date;Hatch date;Eggs;Cover\nA;30.5.2023;9.6.2023;5;0,5\n\"B;b\";14.6.2023;NA;4;0,7\n",
+      "Year\tCode\tDay\tAge\tCount\n1995\tA\t160\t-10\t5\n1995\tA\t165\t-5\t4\n"};
+  static const std::string pieces(" ;,\t\"\n\r.-0123456789NAE\0\xFF\xC3", 28);
+  std::mt19937_64 random(11);
+  int imported = 0, refused = 0;
+  for (int i = 0; i < 10000; ++i) {
+    std::string bytes = files[random() % files.size()];
+    for (std::size_t changes = 1 + random() % 6; changes > 0; --changes) {
+      const std::size_t at = random() % bytes.size();
+      const char piece = pieces[random() % pieces.size()];
+      switch (random() % 3) {
+        case 0:
+          bytes[at] = piece;
+          break;
+        case 1:
+          bytes.insert(at, 1, piece);
+          break;
+        default:
+          bytes.erase(at, random() % 20);
+      }
+    }
+    try {
+      const Imported result = AsProposed(bytes);
+      ++imported;
+      EXPECT_EQ(result.text, AsProposed(bytes).text) << "the same file again";
+      EXPECT_GT(result.records, 0);
+    } catch (const RuntimeFailure& failure) {
+      ++refused;
+      EXPECT_STRNE(failure.what(), "");
+    }
+  }
+  EXPECT_GT(imported, 1000);
+  EXPECT_GT(refused, 100);
+}
+
+}  // namespace
+}  // namespace merlane
