@@ -228,9 +228,10 @@ std::vector<std::string> ColumnNames(std::string_view text, const ImportChoices&
 
 std::string ChoicesText(const ImportChoices& choices) {
   std::string text = fmt::format(
-      "{}\r\nEncoding: {}\r\nDelimiter: {}\r\nDecimal mark: {}\r\nHeading: {}\r\nDates: {}\r\nUnknown age: {}\r\n"
+      "{}\r\n{}Encoding: {}\r\nDelimiter: {}\r\nDecimal mark: {}\r\nHeading: {}\r\nDates: {}\r\nUnknown age: {}\r\n"
       "Year: {}\r\n",
-      FirstLine, EncodingNames()[static_cast<std::size_t>(choices.encoding)],
+      FirstLine, choices.sheet.empty() ? "" : fmt::format("Sheet: {}\r\n", OnOneLine(choices.sheet)),
+      EncodingNames()[static_cast<std::size_t>(choices.encoding)],
       DelimiterNames()[static_cast<std::size_t>(choices.delimiter)], choices.decimal, choices.heading ? "yes" : "no",
       DateOrderNames()[static_cast<std::size_t>(choices.dates)],
       UnknownAgeNames()[static_cast<std::size_t>(choices.unknownAge)], choices.year);
@@ -254,6 +255,7 @@ ImportChoices ChoicesIn(std::string_view text) {
     return at;
   };
   ImportChoices choices;
+  if (named.contains("Sheet")) choices.sheet = value("Sheet");
   choices.encoding = static_cast<Encoding>(place("Encoding", EncodingNames()));
   choices.delimiter = static_cast<Delimiter>(place("Delimiter", DelimiterNames()));
   choices.decimal = value("Decimal mark") == "," ? ',' : '.';

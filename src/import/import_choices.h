@@ -40,6 +40,7 @@ const std::vector<std::string>& UnknownAgeNames();
 
 /// How a file is understood.
 struct ImportChoices {
+  std::string sheet;  // of a workbook, whose encoding and delimiter are not chosen
   Encoding encoding = Encoding::Utf8;
   Delimiter delimiter = Delimiter::Comma;
   char decimal = '.';

@@ -109,7 +109,8 @@ class RowFields {
 
 class Importer {
  public:
-  Importer(std::string_view text, const ImportChoices& choices) : text_(text), choices_(choices) {}
+  Importer(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress)
+      : text_(text), choices_(choices), progress_(progress) {}
 
   Imported Import() {
     RequireColumns();
@@ -125,6 +126,7 @@ class Importer {
  private:
   static constexpr std::size_t MostRemarks = 200;
   static constexpr std::size_t MostVisits = 20'000'000;
+  static constexpr int RowsBetweenProgress = 1000;
   static constexpr int MostOfInt16 = 32767;
 
   void Note(int line, const std::string& what) {
@@ -153,7 +155,8 @@ class Importer {
     TextRow row;
     if (choices_.heading) rows.Next(row);
     while (rows.Next(row)) {
-      ++imported_.rows;
+      if (++imported_.rows % RowsBetweenProgress == 0 && progress_)
+        progress_(1 - static_cast<double>(rows.Rest().size()) / static_cast<double>(text_.size()));
       try {
         if (choices_.OfNests())
           TakeNest(row);
@@ -334,12 +337,15 @@ class Importer {
 
   const std::string_view text_;
   const ImportChoices& choices_;
+  const ReadingProgress& progress_;
   std::vector<Visit> visits_;
   Imported imported_;
 };
 
 }  // namespace
 
-Imported ImportRows(std::string_view text, const ImportChoices& choices) { return Importer(text, choices).Import(); }
+Imported ImportRows(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress) {
+  return Importer(text, choices, progress).Import();
+}
 
 }  // namespace merlane

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "import/import_choices.h"
+#include "platform/reading_progress.h"
 
 namespace merlane {
 
@@ -26,6 +27,6 @@ struct Imported {
 /// an age from the hatch day; a nest becomes visits of one egg of unknown age on the days on which it was found, last
 /// known present and, if it failed, last checked. RuntimeFailure when the choices lack a column that is needed, or no
 /// row gives a record.
-Imported ImportRows(std::string_view text, const ImportChoices& choices);
+Imported ImportRows(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress = {});
 
 }  // namespace merlane

@@ -41,6 +41,7 @@ TEST(ImportChoices, AreKeptAsATextAndComeBack) {
   ImportChoices c = ProposedChoices(text);
   c.unknownAge = UnknownAge::OfJuveniles;
   c.year = 2021;
+  c.sheet = "Visits 2021";
   c.decimal = ',';
   c.encoding = Encoding::Latin1;
   c.names = ColumnNames(text, c);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "import/import_choices.h"
+#include "platform/reading_progress.h"
+
+namespace merlane {
+
+/// A file that is to be imported: a delimited text, or a workbook (.xlsx or .xls) with its sheets.
+class ImportSource {
+ public:
+  ImportSource() = default;
+  /// Looks at a file. RuntimeFailure, naming it and what it is, when it cannot be read or is neither.
+  explicit ImportSource(const std::string& path, const ReadingProgress& progress = {});
+
+  bool IsWorkbook() const { return !sheets_.empty(); }
+  /// The names of a workbook's sheets in their order; none for a text.
+  const std::vector<std::string>& Sheets() const { return sheets_; }
+
+  /// What the file seems to be; of a workbook, its first sheet that holds something.
+  ImportChoices Proposed(const ReadingProgress& progress = {}) const;
+  /// What was chosen for another file, as far as it fits this one: a text's columns are what those with the same
+  /// headings were, and a workbook's sheet is the one of that name, or the first that holds something.
+  ImportChoices ForThis(const ImportChoices& kept, const ReadingProgress& progress = {}) const;
+
+  /// The rows as a text in UTF-8, which ImportRows and all that looks at columns take: a text file in the encoding that
+  /// was chosen, or the sheet that was chosen with a line for each of its rows. The rows of a sheet are divided as
+  /// `SheetDelimiter` tells, have a decimal point in their numbers, and dates as year-month-day. RuntimeFailure when
+  /// the bytes are not of that encoding, or there is no such sheet, or it cannot be read.
+  std::string Text(const ImportChoices& choices, const ReadingProgress& progress = {}) const;
+
+ private:
+  std::string path_, bytes_;
+  std::vector<std::string> sheets_;
+};
+
+/// What stands between the cells of a row where a worksheet is a text.
+inline constexpr Delimiter SheetDelimiter = Delimiter::Comma;
+
+}  // namespace merlane
