@@ -195,7 +195,7 @@ class Importer {
   }
 
   /// The age as it stands, or since the hatch day, or none.
-  std::string AgeOf(const RowFields& fields, const Visit& visit, bool hatchKnown) const {
+  std::string AgeOf(const RowFields& fields, const Visit& visit, bool hatchKnown) {
     const std::string text = fields.Text(Role::Age);
     if (text == "?" || text == "-?") return text;
     if (!text.empty()) {
@@ -205,10 +205,12 @@ class Importer {
     }
     if (hatchKnown) return std::to_string(visit.day - visit.hatchDay);
     if (choices_.unknownAge == UnknownAge::LeftOut) throw LeftOut{"its age is not known"};
+    ++imported_.unknownAges;
     return choices_.unknownAge == UnknownAge::OfEggs ? "-?" : "?";
   }
 
-  /// One row for nests of the same fate: each becomes visits of one egg.
+  /// One row for nests of the same fate: each becomes visits of one egg or, where the row tells a number, of the
+  /// clutch.
   void TakeNest(const TextRow& row) {
     const RowFields fields(choices_, row);
     const int year = YearOf(fields);
@@ -218,31 +220,58 @@ class Importer {
       return *found;
     };
     const DayOfYear found = day(Role::FirstFound);
-    const int first = found.day, last = DayCountedFrom(found.year, day(Role::LastPresent));
+    Nest nest;
+    nest.first = found.day;
+    nest.last = DayCountedFrom(found.year, day(Role::LastPresent));
     const int checked = DayCountedFrom(found.year, day(Role::LastChecked));
     const bool failed = fields.Needed(Role::Fate, 0, 1) == 1;
     const int nests = choices_.Has(Role::Nests) ? fields.Needed(Role::Nests, 0, MostOfInt16 - 1) : 1;
-    if (last < first) throw LeftOut{"it was last present before it was found"};
-    if (failed && checked <= last) throw LeftOut{"it failed, and was not checked behind the day when last present"};
+    if (nest.last < nest.first) throw LeftOut{"it was last present before it was found"};
+    if (failed && checked <= nest.last)
+      throw LeftOut{"it failed, and was not checked behind the day when last present"};
+    nest.end = failed ? checked : nest.last;
+    nest.eggs = choices_.Has(Role::Count) ? fields.Needed(Role::Count, 1, MostOfInt16 - 1) : 1;
     Visit visit;
     visit.line = row.line;
     visit.year = found.year;
-    visit.age = "-?";
+    visit.day = nest.first;
+    nest.age = AgeOfNest(fields, visit);
     visit.covariates = fields.Covariates();
     const std::string code = fields.Text(Role::Code);
-    for (int nest = 1; nest <= nests; ++nest) {
+    for (int n = 1; n <= nests; ++n) {
       visit.code = code.empty() ? fmt::format("L{}", row.line) : code;
-      if (nests > 1) visit.code += fmt::format("-{}", nest);
-      AddNest(visit, first, last, failed ? checked : last);
+      if (nests > 1) visit.code += fmt::format("-{}", n);
+      AddNest(visit, nest);
     }
   }
 
-  void AddNest(Visit visit, int first, int last, int end) {
-    std::set<int> days{first, last, end};
+  /// A nest from its first visit to its last.
+  struct Nest {
+    int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
+    int eggs = 1;
+    std::optional<double> age;  // on the first day
+  };
+
+  /// The age of a nest when it was found, as it stands or since the hatch day, which the visit is given.
+  std::optional<double> AgeOfNest(const RowFields& fields, Visit& visit) const {
+    const std::optional<DayOfYear> hatch =
+        fields.Day(choices_.Has(Role::HatchDate) ? Role::HatchDate : Role::HatchDay, visit.year);
+    if (hatch) visit.hatchDay = DayCountedFrom(visit.year, *hatch);
+    const std::string text = fields.Text(Role::Age);
+    if (text.empty() || text == "?" || text == "-?")
+      return hatch ? std::optional<double>(visit.day - visit.hatchDay) : std::nullopt;
+    const std::optional<double> age = NumberIn(text, choices_.decimal);
+    if (!age || std::fabs(*age) > MostOfInt16 / 2) throw LeftOut{fmt::format("\"{}\" is no brood age", text)};
+    return age;
+  }
+
+  void AddNest(Visit visit, const Nest& nest) {
+    const std::set<int> days{nest.first, nest.last, nest.end};
     if (visits_.size() > MostVisits) throw RuntimeFailure("the file stands for more visits than there is room for");
     for (const int day : days) {
       visit.day = day;
-      visit.count = day > last ? 0 : 1;
+      visit.age = nest.age ? InWidth(*nest.age + (day - nest.first), record::Width) : "-?";
+      visit.count = day > nest.last ? 0 : nest.eggs;
       visits_.push_back(visit);
     }
   }

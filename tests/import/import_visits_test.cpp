@@ -76,6 +76,7 @@ TEST(ImportVisits, MissingAgesAreWhatWasChosen) {
   const std::string text = "Year,Code,Day,Age,Count\n1995,A,160,NA,4\n1995,B,161,-,3\n1995,C,162,1,3\n";
   ImportChoices choices = ProposedChoices(text);
   EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,      -?,       4\r\n"));
+  EXPECT_EQ(ImportRows(text, choices).unknownAges, 2);
   choices.unknownAge = UnknownAge::OfJuveniles;
   EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,       ?,       4\r\n"));
   choices.unknownAge = UnknownAge::LeftOut;
@@ -144,6 +145,28 @@ TEST(ImportVisits, ANestBecomesVisitsOfOneEgg) {
                                "    1995,     C-2,       8,       0,      -?,       1\r\n"
                                "    1995,     C-2,      12,       0,      -?,       0\r\n");
   EXPECT_THAT(imported.remarks, IsEmpty());
+}
+
+TEST(ImportVisits, ANestOfWhichTheEggsAreToldBecomesVisitsOfTheClutch) {
+  EXPECT_EQ(AsProposed("id,FirstFound,LastPresent,LastChecked,Fate,Eggs\nA,1,9,12,1,4\n").text,
+            Header +
+                "\r\n"
+                "    1995,       A,       1,       0,      -?,       4\r\n"
+                "    1995,       A,       9,       0,      -?,       4\r\n"
+                "    1995,       A,      12,       0,      -?,       0\r\n");
+}
+
+TEST(ImportVisits, ANestOfWhichTheHatchDayIsToldHasAges) {
+  EXPECT_EQ(
+      AsProposed("id,FirstFound,LastPresent,LastChecked,Fate,Hatch day\nA,150,159,162,1,170\nB,150,159,159,0,NA\n")
+          .text,
+      Header +
+          "\r\n"
+          "    1995,       A,     150,     170,     -20,       1\r\n"
+          "    1995,       A,     159,     170,     -11,       1\r\n"
+          "    1995,       A,     162,     170,      -8,       0\r\n"
+          "    1995,       B,     150,       0,      -?,       1\r\n"
+          "    1995,       B,     159,       0,      -?,       1\r\n");
 }
 
 TEST(ImportVisits, ANestThatCannotBeIsLeftOut) {
