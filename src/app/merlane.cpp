@@ -1,5 +1,7 @@
 // The desktop program: its windows and its program, put together.
 #include <QApplication>
+#include <QDir>
+#include <QStandardPaths>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -14,6 +16,17 @@
 #include "ui/session_end.h"
 #include "ui/windows.h"
 
+namespace {
+
+/// Where it is kept what was chosen for data files, in the user's own folder for such things.
+std::string FileOfChoices() {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+  QDir().mkpath(folder);
+  return (folder + QStringLiteral("/data_files.txt")).toStdString();
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   std::signal(SIGXFSZ, SIG_IGN);                 // a file as large as it may become is told, not died of
@@ -26,6 +39,7 @@ int main(int argc, char** argv) {
   merlane::FreexlWorkbooks workbooks;
   merlane::QtHost host;
   merlane::Program program({host, clock, random, workbooks});
+  program.frmInitialize.chosenBefore.KeepIn(FileOfChoices());
   merlane::Windows windows(program.desk);
   host.Use(&windows);
   host.onEnd = [](int exitStatus) { QCoreApplication::exit(exitStatus); };

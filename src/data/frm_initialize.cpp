@@ -6,9 +6,12 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/version.h"
 #include "data/initialize_help.h"
+#include "platform/file_kind.h"
+#include "platform/files.h"
 
 namespace merlane {
 namespace {
@@ -27,6 +30,25 @@ std::vector<std::string> Range(int first, int last, int by = 1) {
 
 /// A typed number as the setting takes it: read leniently and rounded.
 std::int16_t Setting(const ComboBox& box) { return ToInt16(LenientNumber(box.text)); }
+
+/// What a text data file holds; nothing of a file that is none or cannot be read, which the reading tells.
+FileOutline OutlineOfFile(const std::string& path) {
+  try {
+    const std::string bytes = ReadWholeFile(path);
+    return ForeignKind(bytes).empty() ? OutlineOf(bytes) : FileOutline{};
+  } catch (const RuntimeFailure&) {
+    return {};
+  }
+}
+
+std::string LastTime(const Initialisation& last) {
+  std::string words = fmt::format("Chosen last time: years {} to {}, {} covariate{}", last.FirstYear, last.LastYear,
+                                  last.NCov, last.NCov == 1 ? "" : "s");
+  if (last.NCov > 0) words += last.CovariateFormat == "A" ? " as anomalies" : " as they stand";
+  if (last.CensorEggs) words += ", eggs censored";
+  if (last.CensorJuvs) words += ", juveniles censored";
+  return words + ".";
+}
 
 }  // namespace
 
@@ -52,6 +74,9 @@ FrmInitialize::FrmInitialize(Desk& d, FrmMain& main) : Form(d, "frmInitialize", 
     if (chkCensorJuvs.value) chkCensorEggs.value = false;
   };
   cmdLoadData.onClick = [this] { LoadData(); };
+  cmdImport.onClick = [this] { ImportData(); };
+  cmdFit.onClick = [this] { FitToFile(); };
+  cmdLastTime.onClick = [this] { ChooseAsLastTime(); };
   cmdDone.onClick = [this] { Done(); };
   cmdCancel.onClick = [this] { Cancel(); };
 }
@@ -85,6 +110,9 @@ void FrmInitialize::SetToolTips() {
   optRead.toolTip = "Read a data file already prepared for analysis";
   optSimulate.toolTip = "Simulate new data based on the values for parameters 1 to 42 in the algorithm data";
   cmdLoadData.toolTip = "Choose a data file with data already prepared for analysis";
+  cmdImport.toolTip = "Make a data file of a table as spreadsheets and other programs write them";
+  cmdFit.toolTip = "Choose the years and the number of covariates that the data file holds";
+  cmdLastTime.toolTip = "Choose what was chosen when this data file was read last";
   cmdDone.toolTip = "Continue with analysis or simulation";
 }
 
@@ -95,11 +123,12 @@ void FrmInitialize::OnLoad() {
   txtInitialize.text = ModelHelp();
   txtDataFormat.text = DataFormatHelp();
   txtLimits.text = ExampleData();
+  outline_ = {};
 }
 
 void FrmInitialize::ShowWhatApplies() {
   const bool read = optRead.value;
-  cmdLoadData.enabled = read;
+  cmdLoadData.enabled = cmdImport.enabled = read;
   for (Control* control :
        std::initializer_list<Control*>{&lblDataInput, &txtDataInput, &lblBroodCovs, &cboBroodCovs, &lblStartYear,
                                        &cboStartYear, &lblEndYear, &cboEndYear, &chkCensorEggs, &chkCensorJuvs})
@@ -110,6 +139,36 @@ void FrmInitialize::ShowWhatApplies() {
            &cboNClutchesBroods, &lblMinHatchDay, &cboMinHatchDay, &lblMaxHatchDay, &cboMaxHatchDay, &lblSampFreq,
            &cboSampFreq1, &cboSampFreq2, &lblSampDays})
     control->visible = !read;
+  CheckBroodCovs();
+  ShowDataFile();
+}
+
+void FrmInitialize::ShowDataFile() {
+  const std::string& path = txtDataInput.text;
+  const auto last = path.empty() ? std::nullopt : chosenBefore.For(path);
+  lblFileHolds.text = outline_.InWords();
+  lblLastTime.text = last ? LastTime(*last) : "";
+  lblFileHolds.visible = optRead.value && !path.empty() && !lblFileHolds.text.empty();
+  cmdFit.visible = lblFileHolds.visible && outline_.records > 0;
+  lblLastTime.visible = cmdLastTime.visible = optRead.value && last.has_value();
+}
+
+void FrmInitialize::FitToFile() {
+  cboStartYear.text = std::to_string(outline_.firstYear);
+  cboEndYear.text = std::to_string(outline_.lastYear);
+  cboBroodCovs.text = std::to_string(outline_.covariates);
+  CheckBroodCovs();
+}
+
+void FrmInitialize::ChooseAsLastTime() {
+  const auto last = chosenBefore.For(txtDataInput.text);
+  if (!last) return;
+  cboStartYear.text = std::to_string(last->FirstYear);
+  cboEndYear.text = std::to_string(last->LastYear);
+  cboBroodCovs.text = std::to_string(last->NCov);
+  cboFormat.text = last->CovariateFormat;
+  chkCensorEggs.value = last->CensorEggs;
+  chkCensorJuvs.value = last->CensorJuvs;
   CheckBroodCovs();
 }
 
@@ -147,7 +206,24 @@ void FrmInitialize::LoadData() {
                                   "Simulated text data Files (*.sim)|*.sim",
                                   2, ""});
   if (!path) return;
-  txtDataInput.text = *path;
+  TakeDataFile(*path);
+  onChosen(*path);
+}
+
+void FrmInitialize::ImportData() {
+  const auto path = desk.AskFile({FileRequest::Kind::Open, "Import data",
+                                  "All Files (*.*)|*.*|"
+                                  "Tables (*.csv;*.tsv;*.txt;*.xlsx;*.xls)|*.csv;*.tsv;*.txt;*.xlsx;*.xls|",
+                                  2, txtDataInput.text});
+  if (path) onImport(*path);
+}
+
+void FrmInitialize::TakeDataFile(const std::string& path) {
+  txtDataInput.text = path;
+  outline_ = OutlineOfFile(path);
+  optSimulate.value = false;
+  optRead.value = true;
+  ShowWhatApplies();
   focus = &cmdDone;
 }
 
@@ -205,7 +281,9 @@ Initialisation FrmInitialize::Choices() const {
 }
 
 void FrmInitialize::Done() {
-  if (ChoicesAreSound()) onDone();
+  if (!ChoicesAreSound()) return;
+  onDone();
+  if (optRead.value) chosenBefore.Remember(Choices());
 }
 
 void FrmInitialize::Cancel() {
@@ -217,5 +295,7 @@ bool FrmInitialize::OnCloseRequest() {
   desk.ShowBehind(*this);
   return true;
 }
+
+void FrmInitialize::OnUnload() { onClosed(); }
 
 }  // namespace merlane

@@ -3,6 +3,8 @@
 #include <functional>
 
 #include "control/frm_main.h"
+#include "data/chosen_before.h"
+#include "data/file_outline.h"
 #include "data/initialisation.h"
 #include "forms/desk.h"
 
@@ -19,13 +21,30 @@ class FrmInitialize : public Form {
 
   /// The choices have been found sound: reads or plans the data and begins the run.
   std::function<void()> onDone;
+  /// Begins to make a data file of a file of another kind.
+  std::function<void(const std::string& path)> onImport = [](const std::string&) {};
+  /// A data file was chosen.
+  std::function<void(const std::string& path)> onChosen = [](const std::string&) {};
+  /// The form was closed, whichever way.
+  std::function<void()> onClosed = [] {};
+
+  /// Makes a file the data file that is to be read, and says what it holds.
+  void TakeDataFile(const std::string& path);
+
+  /// What was chosen for data files when they were read last.
+  ChosenBefore chosenBefore;
 
   Label lblReadOrSimulate{*this, "lblReadOrSimulate", "Read or simulate data?"};
   OptionButton optRead{*this, "optRead", "Read"};
   OptionButton optSimulate{*this, "optSimulate", "Simulate"};
   Button cmdLoadData{*this, "cmdLoadData", "Select data file"};
+  Button cmdImport{*this, "cmdImport", "&Import..."};
   Label lblDataInput{*this, "lblDataInput", "Data input file:"};
   TextBox txtDataInput{*this, "txtDataInput", ""};
+  Label lblFileHolds{*this, "lblFileHolds", ""};
+  Button cmdFit{*this, "cmdFit", "&Set these"};
+  Label lblLastTime{*this, "lblLastTime", ""};
+  Button cmdLastTime{*this, "cmdLastTime", "Set a&gain"};
   Label lblBroodCovs{*this, "lblBroodCovs", "The number of brood covariate series (0-50):"};
   ComboBox cboBroodCovs{*this, "cboBroodCovs", "0"};
   Label lblFormat{*this, "lblFormat", "Covariate format:"};
@@ -71,6 +90,7 @@ class FrmInitialize : public Form {
  protected:
   void OnLoad() override;
   bool OnCloseRequest() override;
+  void OnUnload() override;
 
  private:
   void FillLists();
@@ -78,11 +98,16 @@ class FrmInitialize : public Form {
 
   /// Shows what belongs to reading or to simulating, as chosen.
   void ShowWhatApplies();
+  /// Shows what the data file holds and what was chosen for it last, as far as that is known.
+  void ShowDataFile();
+  void FitToFile();
+  void ChooseAsLastTime();
   void ChooseSimulate();
   void CheckBroodCovs();
   void CheckFormat();
   void CheckHatchDay(ComboBox& box);
   void LoadData();
+  void ImportData();
   /// Says what is wrong with the choices; true when nothing is.
   bool ChoicesAreSound();
   bool SimulationIsSound();
@@ -91,6 +116,7 @@ class FrmInitialize : public Form {
   void Cancel();
 
   FrmMain& main_;
+  FileOutline outline_;  // of the data file
 };
 
 }  // namespace merlane

@@ -4,25 +4,31 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
-#include "base/utf8.h"
 #include "data/data_line.h"
-#include "platform/file_kind.h"
 #include "platform/files.h"
 
 namespace merlane {
 namespace {
 
+constexpr const char* Title = "Import";
 constexpr const char* ChoicesExtension = ".import";
 /// What a preview is made of: enough rows to see, and to see soon.
-constexpr std::size_t RowsPreviewed = 12;
+constexpr std::size_t RowsPreviewed = 20;
 
 const std::vector<std::string>& DecimalNames() {
   static const std::vector<std::string> names{"point", "comma"};
   return names;
+}
+
+template <class Choice>
+const std::string& NameOf(const std::vector<std::string>& names, Choice choice) {
+  return names[static_cast<std::size_t>(choice)];
 }
 
 /// The rows of a text up to that many behind its heading.
@@ -34,18 +40,32 @@ std::string_view FirstRows(std::string_view text, Delimiter delimiter, std::size
   return text.substr(0, text.size() - rows.Rest().size());
 }
 
-/// Whether most of the first lines are divided as a data file in fixed columns is.
-bool FitsFixedColumns(std::string_view bytes) {
-  constexpr int LinesLookedAt = 200;
-  DataLines lines(bytes, IsUtf8(bytes));
-  lines.Next();
-  int fit = 0, all = 0;
-  while (all < LinesLookedAt && lines.Next()) {
-    if (lines.Line().IsBlank()) continue;
-    ++all;
-    if (lines.Line().Misdivided(0).empty()) ++fit;
-  }
-  return 2 * fit >= all;
+/// What stands in the columns first, in a few words each.
+std::vector<std::string> FirstValues(std::string_view text, const ImportChoices& choices) {
+  constexpr int ValuesShown = 4;
+  std::vector<std::string> values(choices.roles.size());
+  DelimitedRows rows(text, choices.delimiter);
+  TextRow row;
+  if (choices.heading) rows.Next(row);
+  for (int i = 0; i < ValuesShown && rows.Next(row); ++i)
+    for (std::size_t c = 0; c < std::min(values.size(), row.fields.size()); ++c)
+      values[c] += (i == 0 ? "" : "  ") + Shown(row.fields[c]);
+  return values;
+}
+
+/// Whether one column alone can be it.
+bool IsOfOneColumn(Role role) { return role != Role::Unused && role != Role::Covariate; }
+
+/// What somebody should look at, a line for each.
+std::string ToLookAt(const Imported& imported, UnknownAge unknownAge) {
+  std::string list;
+  if (imported.unknownAges > 0)
+    list = fmt::format("{} without a brood age or a hatch day: written as {}\r\n",
+                       imported.unknownAges == 1 ? "1 visit" : fmt::format("{} visits", imported.unknownAges),
+                       NameOf(UnknownAgeNames(), unknownAge));
+  for (const std::string& remark : imported.remarks) list += remark + "\r\n";
+  const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
+  return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;
 }
 
 }  // namespace
@@ -58,11 +78,14 @@ FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
   cboDates.items = DateOrderNames();
   cboUnknownAge.items = UnknownAgeNames();
   cboRole.items = RoleNames();
-  lstColumns.toolTip = "Select a column to say what it is";
-  cboUnknownAge.toolTip = "Which visits these are: their ages follow from no hatch day either";
-  cmdDone.toolTip = "Write a data file in fixed columns, with which the analysis goes on";
+  grdColumns.selectsRows = true;
+  cmdCancel.offeredWhileBusy = true;
+  grdColumns.toolTip = "Select a column to say what it is";
+  cboUnknownAge.toolTip = "What becomes of visits without a brood age whose hatch day is not known either";
+  cmdDone.toolTip = "Write a data file in fixed columns beside the file, with which the analysis goes on";
   cmdChoices.toolTip = "Take the choices that were kept with another import, of last year for instance";
 
+  cboSheet.onChange = [this] { ChooseSheet(); };
   cboEncoding.onChange = [this] { ChooseEncoding(); };
   cboDelimiter.onChange = [this] { ChooseDelimiter(); };
   cboDecimal.onChange = [this] {
@@ -76,49 +99,78 @@ FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
   cboDates.onChange = [this] { Choose(cboDates, DateOrderNames(), choices_.dates); };
   cboUnknownAge.onChange = [this] { Choose(cboUnknownAge, UnknownAgeNames(), choices_.unknownAge); };
   txtYear.onLeave = [this] { ChooseYear(); };
-  lstColumns.onSelect = [this] { ShowColumns(); };
+  grdColumns.onClick = [this](int, int) { ShowRole(); };
   cboRole.onChange = [this] { ChooseRole(); };
   cmdDone.onClick = [this] { Import(); };
-  cmdChoices.onClick = [this] { TakeOtherChoices(); };
-  cmdCancel.onClick = [this] { desk.Unload(*this); };
+  cmdChoices.onClick = [this] { ChooseAnotherImports(); };
+  cmdCancel.onClick = [this] {
+    if (reading_)
+      cancelled_ = true;
+    else
+      desk.Unload(*this);
+  };
 }
 
-bool FrmImport::LooksDelimited(const std::string& path) {
+bool FrmImport::Read(const char* what, const std::function<void(const ReadingProgress&)>& reading) {
+  cancelled_ = false;
+  const auto busy = Meanwhile(reading_, true);
+  const AtEnd quiet([this] { lblProgress.text.clear(); });
   try {
-    const std::string bytes = ReadWholeFile(path);
-    const Encoding encoding = ProposedEncoding(bytes);
-    if (encoding != Encoding::Utf16 && (!ForeignKind(bytes).empty() || FitsFixedColumns(bytes))) return false;
-    constexpr std::size_t LeastColumns = 4;
-    return ProposedChoices(bytes).roles.size() >= LeastColumns;
-  } catch (const RuntimeFailure&) {
-    return false;  // the reading tells it
+    reading([&](double share) {
+      lblProgress.text = fmt::format("{} {:.0f} %", what, 100 * share);
+      desk.Turn();
+      if (cancelled_) throw Cancelled{};
+    });
+    return true;
+  } catch (const Cancelled&) {
+    return false;
+  } catch (const RuntimeFailure& failure) {
+    desk.TellFailure(Title, std::string("This cannot be imported so:\r\n\r\n") + failure.what(), style::Exclamation);
+    return false;
   }
 }
 
 void FrmImport::Open(const std::string& path) {
-  std::string bytes = ReadWholeFile(path);
-  const std::string kind = ForeignKind(bytes);
-  if (!kind.empty() && ProposedEncoding(bytes) != Encoding::Utf16)
-    throw RuntimeFailure(fmt::format("{} is {}: save it as a text with commas or semicolons (.csv)", path, kind));
-  path_ = path;
-  bytes_ = std::move(bytes);
-  const std::string kept = DataFile() + ChoicesExtension;
+  desk.Unload(*this);
   desk.Load(*this);
-  choices_ = ProposedChoices(bytes_);
-  text_ = Decoded(bytes_, choices_.encoding);
-  try {
-    if (std::filesystem::exists(kept)) TakeChoices(kept);
-  } catch (const RuntimeFailure& failure) {
-    desk.Tell("Import", "What was chosen for this file last time is of no use now", style::Information, failure.what());
-  }
-  lstColumns.selected = -1;
-  ShowChoices();
+  txtFile.text = path_ = path;
   desk.Show(*this);
+  const bool read = Read("Looking at the file...", [this](const ReadingProgress& progress) {
+    source_ = ImportSource(path_, progress);
+    if (!TakeKeptChoices(progress)) ProposeAnew(source_.Proposed(progress), progress);
+  });
+  if (!read) return desk.Unload(*this);
+  ShowChoices();
 }
 
+void FrmImport::ProposeAnew(const ImportChoices& choices, const ReadingProgress& progress) {
+  std::string text = source_.Text(choices, progress);
+  choices_ = choices;
+  text_ = std::move(text);
+  lblProposal.text = "Proposed from the file: look at each column, and at the records below.";
+  grdColumns.selectedRow = -1;
+}
+
+bool FrmImport::TakeKeptChoices(const ReadingProgress& progress) {
+  const std::string kept = DataFile() + ChoicesExtension;
+  if (!std::filesystem::exists(kept)) return false;
+  try {
+    ProposeAnew(source_.ForThis(ChoicesIn(ReadWholeFile(kept)), progress), progress);
+    lblProposal.text = "As it was chosen when this file was imported last.";
+    return true;
+  } catch (const RuntimeFailure& failure) {
+    desk.Tell(Title, "What was chosen for this file last time is of no use now", style::Information, failure.what());
+    return false;
+  }
+}
+
+bool FrmImport::OnCloseRequest() { return !reading_; }
+
 void FrmImport::OnUnload() {
-  bytes_.clear();
+  source_ = {};
   text_.clear();
+  grdColumns.Resize(0, 0);
+  grdColumns.selectedRow = -1;
 }
 
 template <class Choice>
@@ -128,94 +180,144 @@ void FrmImport::Choose(const ComboBox& box, const std::vector<std::string>& name
   ShowChoices();
 }
 
+void FrmImport::ChooseSheet() {
+  if (PlaceOf(source_.Sheets(), cboSheet.text) >= 0 && cboSheet.text != choices_.sheet)
+    Read("Reading the worksheet...", [this](const ReadingProgress& progress) {
+      ImportChoices choices = choices_;
+      choices.sheet = cboSheet.text;
+      const std::string text = source_.Text(choices, progress);
+      ProposeColumns(text, choices);
+      ProposeAnew(choices, progress);
+    });
+  ShowChoices();
+}
+
 void FrmImport::ChooseEncoding() {
   const int place = PlaceOf(EncodingNames(), cboEncoding.text);
-  if (place >= 0) {
-    text_ = Decoded(bytes_, static_cast<Encoding>(place));
-    choices_.encoding = static_cast<Encoding>(place);
-    lstColumns.selected = -1;
-    ProposeColumns(text_, choices_);
-  }
+  if (place >= 0 && cboEncoding.text != NameOf(EncodingNames(), choices_.encoding))
+    Read("Reading the file...", [this, place](const ReadingProgress& progress) {
+      ImportChoices choices = choices_;
+      choices.encoding = static_cast<Encoding>(place);
+      ProposeColumns(source_.Text(choices, progress), choices);
+      ProposeAnew(choices, progress);
+    });
   ShowChoices();
 }
 
 void FrmImport::ChooseDelimiter() {
   const int place = PlaceOf(DelimiterNames(), cboDelimiter.text);
-  if (place >= 0) {
-    choices_.delimiter = static_cast<Delimiter>(place);
-    lstColumns.selected = -1;
-    ProposeColumns(text_, choices_);
-  }
+  if (place >= 0 && cboDelimiter.text != NameOf(DelimiterNames(), choices_.delimiter))
+    Read("Dividing the rows...", [this, place](const ReadingProgress& progress) {
+      ImportChoices choices = choices_;
+      choices.delimiter = static_cast<Delimiter>(place);
+      ProposeColumns(text_, choices);
+      ProposeAnew(choices, progress);
+    });
   ShowChoices();
 }
 
 void FrmImport::ChooseRole() {
   const int place = PlaceOf(RoleNames(), cboRole.text);
-  if (place >= 0 && lstColumns.selected >= 0)
-    choices_.roles[static_cast<std::size_t>(lstColumns.selected)] = static_cast<Role>(place);
+  const int column = SelectedColumn();
+  if (place >= 0 && column >= 0) {
+    const Role role = static_cast<Role>(place);
+    if (IsOfOneColumn(role)) std::ranges::replace(choices_.roles, role, Role::Unused);
+    choices_.roles[static_cast<std::size_t>(column)] = role;
+  }
   ShowChoices();
 }
 
 void FrmImport::ChooseYear() {
-  if (IsNumber(txtYear.text)) choices_.year = StrictInt16(txtYear.text);
+  try {
+    choices_.year = StrictInt16(txtYear.text);
+  } catch (const RuntimeFailure&) {
+    desk.Tell(Title, "A year is a whole number, and \"" + txtYear.text + "\" is none", style::Information);
+  }
   ShowChoices();
 }
 
-void FrmImport::TakeOtherChoices() {
+void FrmImport::ChooseAnotherImports() {
   const auto path = desk.AskFile({FileRequest::Kind::Open, "Choices of another import",
                                   "All Files (*.*)|*.*|Choices (*.import)|*.import|", 2, ""});
   if (!path) return;
-  TakeChoices(*path);
-  lstColumns.selected = -1;
+  const bool taken = Read("Reading the file...", [&](const ReadingProgress& progress) {
+    ProposeAnew(source_.ForThis(ChoicesIn(ReadWholeFile(*path)), progress), progress);
+  });
+  if (taken) lblProposal.text = "As it was chosen in " + std::string(FileName(*path));
   ShowChoices();
 }
 
-void FrmImport::TakeChoices(const std::string& path) {
-  const ImportChoices kept = ChoicesIn(ReadWholeFile(path));
-  text_ = Decoded(bytes_, kept.encoding);
-  choices_ = ForText(kept, text_);
-}
-
 void FrmImport::ShowChoices() {
-  txtFile.text = path_;
-  cboEncoding.text = EncodingNames()[static_cast<std::size_t>(choices_.encoding)];
-  cboDelimiter.text = DelimiterNames()[static_cast<std::size_t>(choices_.delimiter)];
+  cboSheet.items = source_.Sheets();
+  cboSheet.text = choices_.sheet;
+  cboEncoding.text = NameOf(EncodingNames(), choices_.encoding);
+  cboDelimiter.text = NameOf(DelimiterNames(), choices_.delimiter);
   cboDecimal.text = DecimalNames()[choices_.decimal == ',' ? 1 : 0];
   chkHeading.value = choices_.heading;
-  cboDates.text = DateOrderNames()[static_cast<std::size_t>(choices_.dates)];
-  cboUnknownAge.text = UnknownAgeNames()[static_cast<std::size_t>(choices_.unknownAge)];
+  cboDates.text = NameOf(DateOrderNames(), choices_.dates);
+  cboUnknownAge.text = NameOf(UnknownAgeNames(), choices_.unknownAge);
   txtYear.text = std::to_string(choices_.year);
+  ShowWhatApplies();
   ShowColumns();
-  txtPreview.text = Preview();
+  ShowRole();
+  ShowPreview();
+}
+
+void FrmImport::ShowWhatApplies() {
+  const bool workbook = source_.IsWorkbook(), nests = choices_.OfNests();
+  lblSheet.visible = cboSheet.visible = workbook;
+  lblEncoding.visible = cboEncoding.visible = lblDelimiter.visible = cboDelimiter.visible = !workbook;
+  lblUnknownAge.visible = cboUnknownAge.visible = !nests;
+  lblYear.visible = txtYear.visible = !choices_.Has(Role::Year) && !choices_.Has(Role::Date);
+  if (nests)
+    lblNests.text = fmt::format(
+        "Each row is a nest. It becomes visits of {}: on the day when it was found, on the day when it was last known "
+        "present and, if it failed, on the day when it was last checked, with none left. {}",
+        choices_.Has(Role::Count) ? "the clutch" : "one egg",
+        choices_.Has(Role::Age) || choices_.Has(Role::HatchDay) || choices_.Has(Role::HatchDate)
+            ? "Its age goes on from visit to visit."
+            : "Its age is unknown.");
+  lblNests.visible = nests;
 }
 
 void FrmImport::ShowColumns() {
   const std::vector<std::string> names = ColumnNames(text_, choices_);
-  DelimitedRows rows(text_, choices_.delimiter);
-  TextRow row;
-  if (choices_.heading) rows.Next(row);
-  row.fields.clear();
-  rows.Next(row);
-  lstColumns.items.clear();
-  for (std::size_t c = 0; c < choices_.roles.size(); ++c)
-    lstColumns.items.push_back(fmt::format("{} (\"{}\"): {}", names[c],
-                                           c < row.fields.size() ? Shown(row.fields[c]) : "",
-                                           RoleNames()[static_cast<std::size_t>(choices_.roles[c])]));
-  const int selected = lstColumns.selected;
-  cboRole.enabled = selected >= 0;
-  cboRole.text =
-      selected < 0 ? "" : RoleNames()[static_cast<std::size_t>(choices_.roles[static_cast<std::size_t>(selected)])];
+  const std::vector<std::string> values = FirstValues(text_, choices_);
+  const int columns = static_cast<int>(choices_.roles.size());
+  grdColumns.Resize(columns + 1, 3);
+  for (const auto& [column, heading] : {std::pair(0, "Column"), std::pair(1, "Is"), std::pair(2, "First values")})
+    grdColumns.At(0, column).text = heading;
+  for (int c = 0; c < columns; ++c) {
+    const auto place = static_cast<std::size_t>(c);
+    grdColumns.At(c + 1, 0).text = Shown(names[place]);
+    grdColumns.At(c + 1, 1).text = NameOf(RoleNames(), choices_.roles[place]);
+    grdColumns.At(c + 1, 1).fore = choices_.roles[place] == Role::Unused ? Colour::Gray : Colour::Default;
+    grdColumns.At(c + 1, 2).text = values[place];
+  }
+  if (SelectedColumn() >= columns) grdColumns.selectedRow = -1;
 }
 
-std::string FrmImport::Preview() const {
+void FrmImport::ShowRole() {
+  const int column = SelectedColumn();
+  cboRole.enabled = column >= 0;
+  cboRole.text = column < 0 ? "" : NameOf(RoleNames(), choices_.roles[static_cast<std::size_t>(column)]);
+}
+
+void FrmImport::ShowPreview() {
+  Imported imported;
   try {
-    const Imported imported = ImportRows(FirstRows(text_, choices_.delimiter, RowsPreviewed), choices_);
-    std::string text = imported.text;
-    for (const std::string& remark : imported.remarks) text += remark + "\r\n";
-    return text;
+    imported = ImportRows(FirstRows(text_, choices_.delimiter, RowsPreviewed), choices_);
+    txtPreview.text = imported.text;
   } catch (const RuntimeFailure& failure) {
-    return std::string("Not yet: ") + failure.what();
+    txtPreview.text = std::string("Not yet: ") + failure.what();
   }
+  ShowRemarks("To look at in these rows:", imported);
+}
+
+void FrmImport::ShowRemarks(const char* heading, const Imported& imported) {
+  lblRemarks.text = heading;
+  txtRemarks.text = ToLookAt(imported, choices_.unknownAge);
+  lblRemarks.visible = txtRemarks.visible = !txtRemarks.text.empty();
 }
 
 std::string FrmImport::DataFile() const {
@@ -224,37 +326,54 @@ std::string FrmImport::DataFile() const {
 }
 
 void FrmImport::Import() {
-  const Imported imported = ImportRows(text_, choices_);
+  Imported imported;
+  const auto make = [&](const ReadingProgress& progress) { imported = ImportRows(text_, choices_, progress); };
+  if (!Read("Importing...", make)) return;
+  ShowRemarks("To look at in the whole file:", imported);
   const std::string file = DataFile();
-  if (!MayGoOn(imported) || !MayReplace(file, imported.text)) return;
-  desk.Write(file, imported.text);
-  choices_.names = ColumnNames(text_, choices_);
-  desk.Write(file + ChoicesExtension, ChoicesText(choices_));
-  desk.Tell(
-      "Import",
-      fmt::format("{} records of {} broods were written to\r\n\r\n{}", imported.records, imported.broods, file),
-      style::Information,
-      fmt::format("{} rows, {} of them left out; {} records sorted to another place\r\nYears {} to {}, {} covariates",
-                  imported.rows, imported.leftOut, imported.moved, imported.firstYear, imported.lastYear,
-                  imported.covariates));
-  desk.Unload(*this);
-  onImported(file);
+  if (MayGoOn(imported) && MayReplace(file, imported.text) && MayReplaceChoices(file + ChoicesExtension))
+    Write(file, imported);
 }
 
 bool FrmImport::MayGoOn(const Imported& imported) {
-  if (imported.remarkCount == 0) return true;
-  std::string details;
-  for (const std::string& remark : imported.remarks) details += remark + "\r\n";
-  const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
-  if (more > 0) details += fmt::format("and {} more\r\n", more);
-  return desk.Ask("Import",
-                  fmt::format("Things to look at: {}\r\n\r\nWrite the data file all the same?", imported.remarkCount),
-                  style::YesNoQuestion, details) == Answer::Yes;
+  const std::string list = ToLookAt(imported, choices_.unknownAge);
+  return list.empty() || desk.Ask(Title, "Some things should be looked at. Write the data file all the same?",
+                                  style::YesNoQuestion, list) == Answer::Yes;
 }
 
 bool FrmImport::MayReplace(const std::string& path, const std::string& text) {
-  if (!std::filesystem::exists(path) || ReadWholeFile(path) == text) return true;
-  return desk.Ask("Import", path + "\r\n\r\nholds other data. Replace them?", style::YesNoQuestion) == Answer::Yes;
+  return !std::filesystem::exists(path) || ReadWholeFile(path) == text || AskToReplace(path);
+}
+
+bool FrmImport::MayReplaceChoices(const std::string& path) {
+  if (!std::filesystem::exists(path)) return true;
+  try {
+    ChoicesIn(ReadWholeFile(path));
+    return true;
+  } catch (const RuntimeFailure&) {
+    return AskToReplace(path);  // it is somebody's, or spoilt
+  }
+}
+
+bool FrmImport::AskToReplace(const std::string& path) {
+  return desk.Ask(Title, path + "\r\n\r\nis there already, with other contents. Replace it?", style::YesNoQuestion) ==
+         Answer::Yes;
+}
+
+void FrmImport::Write(const std::string& file, const Imported& imported) {
+  desk.Write(file, imported.text);
+  choices_.names = ColumnNames(text_, choices_);
+  desk.Write(file + ChoicesExtension, ChoicesText(choices_));
+  desk.Tell(Title,
+            fmt::format("{} records of {} broods were written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
+                        imported.records, imported.broods, file),
+            style::Information,
+            fmt::format("{} rows, {} of them left out; {} records sorted to another place\r\nYears {} to {}, {} "
+                        "covariates",
+                        imported.rows, imported.leftOut, imported.moved, imported.firstYear, imported.lastYear,
+                        imported.covariates));
+  desk.Unload(*this);
+  onImported(file);
 }
 
 }  // namespace merlane

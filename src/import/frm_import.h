@@ -2,30 +2,31 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "forms/desk.h"
+#include "import/import_source.h"
 #include "import/import_visits.h"
 
 namespace merlane {
 
-/// The window in which a delimited text becomes a data file: how the file is written, what its columns are, and the
-/// first records as they will be. It stands beside the description of the analysis, which stays usable.
+/// The window in which a table becomes a data file: how the file is written, what its columns are, the first records
+/// as they will be and what should be looked at. It stands beside the description of the analysis, which stays usable.
 class FrmImport : public Form {
  public:
   explicit FrmImport(Desk& d);
 
-  /// Reads a file, proposes how it is to be understood, or as was chosen for it last time, and shows the window.
-  /// RuntimeFailure when the file cannot be read or is no text.
+  /// Shows the window, reads a file, and proposes how it is to be understood, or as was chosen for it last time. Tells
+  /// what cannot be imported, and closes again.
   void Open(const std::string& path);
-
-  /// Whether a file seems to be a delimited text, and no data file in fixed columns.
-  static bool LooksDelimited(const std::string& path);
 
   /// A data file has been written.
   std::function<void(const std::string& dataFile)> onImported = [](const std::string&) {};
 
   Label lblFile{*this, "lblFile", "File to import:"};
   TextBox txtFile{*this, "txtFile", ""};
+  Label lblSheet{*this, "lblSheet", "Worksheet:"};
+  ComboBox cboSheet{*this, "cboSheet", ""};
   Label lblEncoding{*this, "lblEncoding", "Encoding:"};
   ComboBox cboEncoding{*this, "cboEncoding", ""};
   Label lblDelimiter{*this, "lblDelimiter", "Between the fields:"};
@@ -37,44 +38,69 @@ class FrmImport : public Form {
   ComboBox cboDates{*this, "cboDates", ""};
   Label lblUnknownAge{*this, "lblUnknownAge", "Where the age is missing:"};
   ComboBox cboUnknownAge{*this, "cboUnknownAge", ""};
-  Label lblYear{*this, "lblYear", "Year, where no column tells it:"};
+  Label lblYear{*this, "lblYear", "Year, as no column tells it:"};
   TextBox txtYear{*this, "txtYear", ""};
-  Label lblColumns{*this, "lblColumns", "Columns, with what stands in them first, and what they are:"};
-  ListBox lstColumns{*this, "lstColumns"};
+  Label lblProposal{*this, "lblProposal", ""};
+  Label lblColumns{*this, "lblColumns", "Columns of the file, and what they are:"};
+  Grid grdColumns{*this, "grdColumns"};
   Label lblRole{*this, "lblRole", "The selected column is:"};
   ComboBox cboRole{*this, "cboRole", ""};
-  Label lblPreview{*this, "lblPreview", "The first records:"};
+  Label lblNests{*this, "lblNests", ""};
+  Label lblPreview{*this, "lblPreview", "The first rows as they will be understood:"};
   Pane txtPreview{*this, "txtPreview"};
-  Button cmdDone{*this, "cmdDone", "&Import"};
+  Label lblRemarks{*this, "lblRemarks", ""};
+  Pane txtRemarks{*this, "txtRemarks"};
+  Label lblProgress{*this, "lblProgress", ""};
+  Button cmdDone{*this, "cmdDone", "I&mport"};
   Button cmdChoices{*this, "cmdChoices", "C&hoices of another import..."};
   Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  protected:
+  bool OnCloseRequest() override;
   void OnUnload() override;
 
  private:
+  /// Reads, with progress shown and the window's Cancel offered meanwhile. False when it was cancelled, or cannot be
+  /// read so, which is told.
+  bool Read(const char* what, const std::function<void(const ReadingProgress&)>& reading);
+
   /// Takes what was typed or picked: the place of a text among names, or the present one.
   template <class Choice>
   void Choose(const ComboBox& box, const std::vector<std::string>& names, Choice& choice);
+  void ChooseSheet();
   void ChooseEncoding();
   void ChooseDelimiter();
   void ChooseRole();
   void ChooseYear();
-  void TakeOtherChoices();
-  /// Takes the choices that a file keeps, as far as they fit.
-  void TakeChoices(const std::string& path);
+  void ChooseAnotherImports();
+  /// Proposes the columns anew for a text that is read, or divided, in another way.
+  void ProposeAnew(const ImportChoices& choices, const ReadingProgress& progress);
+  /// The choices kept beside the data file, if there are any; false when there are none of use.
+  bool TakeKeptChoices(const ReadingProgress& progress);
+
   /// Writes the choices into the controls, and shows what comes of them.
   void ShowChoices();
+  void ShowWhatApplies();
   void ShowColumns();
-  std::string Preview() const;
+  void ShowRole();
+  void ShowPreview();
+  void ShowRemarks(const char* heading, const Imported& imported);
+  /// The place of the selected column; -1 when none is.
+  int SelectedColumn() const { return grdColumns.selectedRow - grdColumns.headingRows; }
+
   void Import();
   bool MayGoOn(const Imported& imported);
   bool MayReplace(const std::string& path, const std::string& text);
+  bool MayReplaceChoices(const std::string& path);
+  bool AskToReplace(const std::string& path);
+  void Write(const std::string& file, const Imported& imported);
   /// Where the data file stands, and the choices beside it.
   std::string DataFile() const;
 
-  std::string path_, bytes_, text_;
+  std::string path_, text_;
+  ImportSource source_;
   ImportChoices choices_;
+  bool reading_ = false, cancelled_ = false;
 };
 
 }  // namespace merlane

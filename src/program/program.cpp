@@ -1,6 +1,7 @@
 #include "program/program.h"
 
 #include "base/runtime_failure.h"
+#include "import/needs_import.h"
 
 namespace merlane {
 
@@ -11,6 +12,7 @@ Program::Program(const Host& host)
       frmMain(desk),
       frmMenu(desk, state),
       frmInitialize(desk, frmMain),
+      frmImport(desk),
       frmXLSworksheets(desk),
       readingDialogue(desk, state.flags),
       algorithmCommands(desk, state, frmMain, frmMenu, [this] { return model.data.DataBaseName; }),
@@ -104,6 +106,12 @@ void Program::WireMenuBar() {
 
 void Program::WireForms() {
   frmInitialize.onDone = [this] { BeginRun(); };
+  frmInitialize.onImport = [this](const std::string& path) { frmImport.Open(path); };
+  frmInitialize.onChosen = [this](const std::string& path) {
+    if (NeedsImport(path)) frmImport.Open(path);
+  };
+  frmInitialize.onClosed = [this] { desk.Unload(frmImport); };
+  frmImport.onImported = [this](const std::string& dataFile) { frmInitialize.TakeDataFile(dataFile); };
   frmAlgo.onExit = [this] { Quit(); };
   frmParEvals.evaluateProfile = [this] { profileDialogue.EvaluateProfile(); };
   frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };

@@ -25,6 +25,7 @@
 #include "data/frm_xls_worksheets.h"
 #include "data/reading_dialogue.h"
 #include "forms/desk.h"
+#include "import/frm_import.h"
 #include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
@@ -83,6 +84,7 @@ class Program {
   FrmMain frmMain;
   FrmMenu frmMenu;
   FrmInitialize frmInitialize;
+  FrmImport frmImport;
   FrmXlsWorksheets frmXLSworksheets;
   ReadingDialogue readingDialogue;
   AlgorithmCommands algorithmCommands;

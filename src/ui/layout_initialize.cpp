@@ -12,15 +12,27 @@ QGridLayout* Fields() {
   return fields;
 }
 
+/// Something that is known of the data file, and what to do about it.
+void AddNote(Layouter& layouter, QVBoxLayout& content, const char* note, const char* button) {
+  auto* const row = new QHBoxLayout;
+  row->setSpacing(10);
+  if (QLabel* const label = layouter.Note(note)) row->addWidget(label, 1);
+  if (QWidget* const widget = layouter.Take(button)) row->addWidget(widget);
+  content.addLayout(row);
+}
+
 /// What is read, from where, and how.
 QGroupBox* Data(Layouter& layouter) {
   auto* const content = new QVBoxLayout;
   content->setSpacing(9);
   content->addLayout(layouter.Row({"lblReadOrSimulate", "optRead", "optSimulate"}));
   auto* const file = layouter.Row({"lblDataInput"});
-  if (QWidget* const choose = layouter.Take("cmdLoadData")) file->addWidget(choose);
+  for (const char* name : {"cmdLoadData", "cmdImport"})
+    if (QWidget* const choose = layouter.Take(name)) file->addWidget(choose);
   content->addLayout(file);
   if (QWidget* const path = layouter.Take("txtDataInput")) content->addWidget(path);
+  AddNote(layouter, *content, "lblFileHolds", "cmdFit");
+  AddNote(layouter, *content, "lblLastTime", "cmdLastTime");
   content->addLayout(layouter.Row({"lblStartYear", "cboStartYear", "lblEndYear", "cboEndYear"}));
   content->addLayout(layouter.Row({"lblBroodCovs", "cboBroodCovs"}));
   content->addLayout(layouter.Row({"lblFormat", "cboFormat"}));

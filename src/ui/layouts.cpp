@@ -84,6 +84,7 @@ void LayOut(FormWindow& window) {
   static const std::map<std::string, Layout> layouts{
       {"frmMenu", LayOutMenu},
       {"frmInitialize", LayOutInitialize},
+      {"frmImport", LayOutImport},
       {"frmAlgo", LayOutAlgorithm},
       {"frmRank", LayOutRank},
       {"frmXYPlot", LayOutXyPlot},

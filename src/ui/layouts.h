@@ -53,6 +53,7 @@ void LayOut(FormWindow& window);
 // The layouts.
 void LayOutMenu(Layouter& layouter, QVBoxLayout& column);
 void LayOutInitialize(Layouter& layouter, QVBoxLayout& column);
+void LayOutImport(Layouter& layouter, QVBoxLayout& column);
 void LayOutAlgorithm(Layouter& layouter, QVBoxLayout& column);
 void LayOutRank(Layouter& layouter, QVBoxLayout& column);
 void LayOutXyPlot(Layouter& layouter, QVBoxLayout& column);

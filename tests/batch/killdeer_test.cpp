@@ -7,10 +7,10 @@
 namespace merlane {
 namespace {
 
-TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
-  const Replay replay("press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " +
-                      InQuotes(MERLANE_GOLDEN_DIR "/real/killdeer.dat") +
-                      "\npress frmInitialize.cmdDone\n"
+/// Fits constant survival to the data that these lines choose, and finds what was published.
+void ExpectThePublishedFit(const std::string& chooseData) {
+  const Replay replay("press frmMenu.cmdInitialize\n" + chooseData +
+                      "press frmInitialize.cmdDone\n"
                       "press frmMenu.cmdLoadAlg\nreply no at \"Load algorithm data\"\n"
                       "press frmMenu.cmdEditAlg\n"
                       "type frmAlgo.grdVS 3 1 1\ntype frmAlgo.grdVS 3 2 0\n"  // binomial, and held so
@@ -39,6 +39,18 @@ TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
   std::string number, coarse, middle, fine;
   ASSERT_TRUE(row >> number >> coarse >> middle >> fine);
   EXPECT_NEAR(std::exp(-rate) * std::stod(fine), 0.011168, 1e-6);
+}
+
+TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
+  ExpectThePublishedFit("press frmInitialize.cmdLoadData\nfile " + InQuotes(MERLANE_GOLDEN_DIR "/real/killdeer.dat") +
+                        "\n");
+}
+
+TEST(Killdeer, ALineForEachNestWithSemicolonsAndDecimalCommasGivesItToo) {
+  ExpectThePublishedFit("press frmInitialize.cmdLoadData\nfile " +
+                        InQuotes(MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv") +
+                        "\npress frmImport.cmdDone\npress frmInitialize.cmdFit\n"
+                        "set frmInitialize.cboBroodCovs 0\n");
 }
 
 }  // namespace

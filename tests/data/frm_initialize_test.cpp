@@ -4,6 +4,8 @@
 #include "control/version.h"
 #include "data/data_text.h"
 #include "data/initialize_help.h"
+#include "data/record_layout.h"
+#include "platform/files.h"
 #include "support/scripted_host.h"
 
 namespace merlane {
@@ -21,6 +23,19 @@ struct Initializing {
     desk.charge.home = &frmMenu;
     desk.Load(frmMenu);
     desk.Show(form);
+  }
+  /// A data file with a record in each of these years.
+  static std::string FileOf(const std::vector<int>& years, int covariates) {
+    std::string text = record::Header, values;
+    for (int m = 0; m < covariates; ++m) {
+      text += ",       Cover";
+      values += ",         0.5";
+    }
+    for (const int year : years)
+      text += "\n    " + std::to_string(year) + ",       A,     160,       0,      -?,       5" + values;
+    const std::string path = testing::TempDir() + "initialize_lake.dat";
+    WriteWholeFile(path, text + "\n");
+    return path;
   }
   const Message& LastMessage() const { return host.windows.messages.back(); }
   /// Presses cmdDone and expects this refusal.
@@ -226,6 +241,90 @@ TEST(FrmInitialize, AFileIsChosenInADialogThatOffersDataFilesFirst) {
   EXPECT_EQ(t.form.txtDataInput.text, "/data/lake.dat") << "cancel changes nothing";
   t.ExpectDone();
   EXPECT_EQ(t.form.Choices().DataFileName, "/data/lake.dat");
+}
+
+TEST(FrmInitialize, SaysWhatTheFileHoldsAndFitsItselfWhenThatIsPressed) {
+  Initializing t;
+  EXPECT_FALSE(t.form.lblFileHolds.visible || t.form.cmdFit.visible);
+  t.host.windows.File(t.FileOf({2019, 2023}, 2));
+  t.desk.Press(t.form.cmdLoadData);
+  EXPECT_EQ(t.form.lblFileHolds.text, "The file holds years 2019 to 2023 and 2 covariates.");
+  EXPECT_EQ(t.form.cboStartYear.text + t.form.cboEndYear.text + t.form.cboBroodCovs.text, "199519950")
+      << "the defaults stay until somebody presses";
+  ASSERT_TRUE(t.desk.Press(t.form.cmdFit));
+  EXPECT_EQ(t.form.cboStartYear.text, "2019");
+  EXPECT_EQ(t.form.cboEndYear.text, "2023");
+  EXPECT_EQ(t.form.cboBroodCovs.text, "2");
+  EXPECT_TRUE(t.form.cboFormat.visible);
+}
+
+TEST(FrmInitialize, SaysNothingOfAFileThatCannotBeLookedAt) {
+  Initializing t;
+  for (const std::string path :
+       {"/nowhere.dat", MERLANE_TEST_INPUTS_DIR "/workbooks/lake.xls", "/dev/zero", MERLANE_TEST_INPUTS_DIR}) {
+    t.host.windows.File(path);
+    t.desk.Press(t.form.cmdLoadData);
+    EXPECT_FALSE(t.form.lblFileHolds.visible || t.form.cmdFit.visible) << path;
+  }
+}
+
+TEST(FrmInitialize, AFileOfAnotherKindIsToldAndNothingIsOfferedToFitTo) {
+  Initializing t;
+  const std::string path = testing::TempDir() + "initialize_table.csv";
+  WriteWholeFile(path, "Year,Code,DofY,HatchDay,BroodAge,#EorJ\n1995,A,160,0,-?,5\n");
+  t.host.windows.File(path);
+  std::string chosen;
+  t.form.onChosen = [&](const std::string& file) { chosen = file; };
+  t.desk.Press(t.form.cmdLoadData);
+  EXPECT_THAT(t.form.lblFileHolds.text, HasSubstr("may be another kind of file"));
+  EXPECT_TRUE(t.form.lblFileHolds.visible);
+  EXPECT_FALSE(t.form.cmdFit.visible);
+  EXPECT_EQ(chosen, path);
+}
+
+TEST(FrmInitialize, WhatWasChosenForAFileLastTimeIsOfferedAgain) {
+  Initializing t;
+  const std::string path = t.FileOf({2019, 2023}, 2);
+  t.host.windows.File(path);
+  t.desk.Press(t.form.cmdLoadData);
+  EXPECT_FALSE(t.form.cmdLastTime.visible);
+  t.desk.SetText(t.form.cboStartYear, "2019");
+  t.desk.SetText(t.form.cboEndYear, "2020");
+  t.desk.SetText(t.form.cboBroodCovs, "1");
+  t.desk.SetText(t.form.cboFormat, "A");
+  t.desk.Tick(t.form.chkCensorJuvs, true);
+  t.ExpectDone();
+  t.desk.Unload(t.form);
+  t.desk.Show(t.form);
+  EXPECT_FALSE(t.form.lblLastTime.visible);
+  t.host.windows.File(path);
+  t.desk.Press(t.form.cmdLoadData);
+  EXPECT_EQ(t.form.lblLastTime.text,
+            "Chosen last time: years 2019 to 2020, 1 covariate as anomalies, juveniles censored.");
+  EXPECT_EQ(t.form.cboStartYear.text, "1995");
+  ASSERT_TRUE(t.desk.Press(t.form.cmdLastTime));
+  const Initialisation c = t.form.Choices();
+  EXPECT_EQ(c.FirstYear, 2019);
+  EXPECT_EQ(c.LastYear, 2020);
+  EXPECT_EQ(c.NCov, 1);
+  EXPECT_EQ(c.CovariateFormat, "A");
+  EXPECT_TRUE(c.CensorJuvs);
+}
+
+TEST(FrmInitialize, AFileToBeImportedIsAskedForWithTheFileChosenBefore) {
+  Initializing t;
+  std::string asked;
+  t.form.onImport = [&](const std::string& path) { asked = path; };
+  t.host.windows.CancelFile("Import data");
+  t.desk.Press(t.form.cmdImport);
+  EXPECT_EQ(asked, "");
+  t.form.txtDataInput.text = "/data/lake.csv";
+  t.host.windows.File("/data/lake.csv", "Import data");
+  t.desk.Press(t.form.cmdImport);
+  EXPECT_EQ(asked, "/data/lake.csv");
+  EXPECT_EQ(t.host.windows.files.back().startName, "/data/lake.csv");
+  t.desk.Choose(t.form.optSimulate);
+  EXPECT_FALSE(t.desk.Usable(t.form.cmdImport));
 }
 
 TEST(FrmInitialize, TheYearsAreTestedBeforeTheFile) {

@@ -94,6 +94,7 @@ class AnyHand : public WindowSystem {
                             : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
     if (request.title == "Open algorithm data file" && Below(2) == 0) path = ownAlgorithm_;
     if (request.title == "Load Bayesian Priors file" && Below(2) == 0) path = Golden("priors.pri");
+    if (request.title == "Import data" && Below(4) != 0) path = MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv";
     Note("  file " + request.title + " -> " + path);
     const auto chosen = path.empty() ? std::nullopt : std::optional(path);
     step.replies.push_back({request.title, Answer::Ok, chosen});

@@ -1,0 +1,45 @@
+#include "import/needs_import.h"
+
+#include "base/runtime_failure.h"
+#include "base/utf8.h"
+#include "data/data_line.h"
+#include "import/import_source.h"
+#include "platform/file_kind.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+/// Whether most of the first lines are divided as a data file in fixed columns is.
+bool FitsFixedColumns(std::string_view bytes) {
+  constexpr int LinesLookedAt = 200;
+  DataLines lines(bytes, IsUtf8(bytes));
+  lines.Next();
+  int fit = 0, all = 0;
+  while (all < LinesLookedAt && lines.Next()) {
+    if (lines.Line().IsBlank()) continue;
+    ++all;
+    if (lines.Line().Misdivided(0).empty()) ++fit;
+  }
+  return 2 * fit >= all;
+}
+
+bool IsTable(const std::string& path) {
+  constexpr std::size_t LeastColumns = 4;
+  const ImportSource source(path);
+  return source.IsWorkbook() || source.Proposed().roles.size() >= LeastColumns;
+}
+
+}  // namespace
+
+bool NeedsImport(const std::string& path) {
+  try {
+    const std::string bytes = ReadWholeFile(path);
+    if (IsCompoundDocument(bytes)) return false;
+    return (!ForeignKind(bytes).empty() || !FitsFixedColumns(bytes)) && IsTable(path);
+  } catch (const RuntimeFailure&) {
+    return false;  // the reading tells it
+  }
+}
+
+}  // namespace merlane

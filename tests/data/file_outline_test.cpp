@@ -1,0 +1,60 @@
+#include "data/file_outline.h"
+
+#include <gmock/gmock.h>
+
+namespace merlane {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr const char* Header = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
+
+TEST(FileOutline, TellsYearsAndCovariates) {
+  const FileOutline outline =
+      OutlineOf(std::string(Header) +
+                ",        Lake,       Cover\r\n"
+                "    2021,       A,     160,       0,      -?,       5,           1,           2\r\n"
+                "\r\n"
+                "    2019,       B,     160,       0,      -?,       5,           1,           2\r\n"
+                "    2023,       C,     160,       0,      -?,       5,           1,           2\r\n");
+  EXPECT_EQ(outline.records, 3);
+  EXPECT_EQ(outline.covariates, 2);
+  EXPECT_EQ(outline.InWords(), "The file holds years 2019 to 2023 and 2 covariates.");
+}
+
+TEST(FileOutline, TellsOneYearAsOne) {
+  EXPECT_EQ(OutlineOf(std::string(Header) +
+                      ",        Lake\n    2021,       A,     160,       0,      -?,       5,           1\n")
+                .InWords(),
+            "The file holds year 2021 and 1 covariate.");
+}
+
+TEST(FileOutline, TellsLinesThatAreNotDividedAsTheFormatHasIt) {
+  const FileOutline outline =
+      OutlineOf("Year,Code,DofY,HatchDay,BroodAge,#EorJ\n1995,A,160,0,-?,5\n1995,B,160,0,-?,5\n");
+  EXPECT_EQ(outline.misdivided, 2);
+  EXPECT_EQ(outline.records, 0);
+  EXPECT_THAT(outline.InWords(), HasSubstr("2 of its lines do not fit the fixed columns (line 2, column 9: "));
+  EXPECT_THAT(outline.InWords(), HasSubstr("Import..."));
+}
+
+TEST(FileOutline, GivesUpOnAnotherKindOfFileSoon) {
+  std::string text = std::string(Header) + "\n    1995,       A,     160,       0,      -?,       5\n";
+  for (int i = 0; i < 5000; ++i) text += "1995,A,160,0,-?,5\n";
+  const FileOutline outline = OutlineOf(text);
+  EXPECT_EQ(outline.records, 0);
+  EXPECT_THAT(outline.InWords(), HasSubstr("1000 or more of its lines do not fit"));
+}
+
+TEST(FileOutline, PassesOverAYearThatIsNone) {
+  const FileOutline outline = OutlineOf(std::string(Header) +
+                                        "\n  soon  ,       A,     160,       0,      -?,       5\n"
+                                        "   99999,       A,     160,       0,      -?,       5\n");
+  EXPECT_EQ(outline.records, 0);
+  EXPECT_EQ(outline.InWords(), "");
+}
+
+TEST(FileOutline, OfAnEmptyFileTellsNothing) { EXPECT_EQ(OutlineOf("").InWords(), ""); }
+
+}  // namespace
+}  // namespace merlane

@@ -1,0 +1,37 @@
+#include "import/needs_import.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+bool Needs(const std::string& bytes) {
+  const std::string path = testing::TempDir() + "needs_import.txt";
+  WriteWholeFile(path, bytes);
+  return NeedsImport(path);
+}
+
+TEST(NeedsImport, ATableWithDelimitersDoes) {
+  EXPECT_TRUE(Needs("Year,Code,DofY,HatchDay,BroodAge,#EorJ\n1995,A,160,0,-?,5\n"));
+  EXPECT_TRUE(Needs("Nest;Date;Eggs;Cover\nA;1.6.2023;5;0,5\n"));
+  EXPECT_TRUE(Needs("Nest\tDate\tEggs\tCover\nA\t1.6.2023\t5\t0,5\n"));
+}
+
+TEST(NeedsImport, ADataFileInFixedColumnsDoesNot) {
+  EXPECT_FALSE(NeedsImport(MERLANE_GOLDEN_DIR "/real/killdeer.dat"));
+  EXPECT_FALSE(NeedsImport(MERLANE_GOLDEN_DIR "/attributes.dat"));
+  EXPECT_FALSE(Needs("    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ\n")) << "a header alone";
+}
+
+TEST(NeedsImport, WhatIsNoTableDoesNot) {
+  EXPECT_FALSE(Needs(""));
+  EXPECT_FALSE(Needs("a letter to a friend\n"));
+  EXPECT_FALSE(Needs("%PDF-1.7"));
+  EXPECT_FALSE(NeedsImport("/nowhere"));
+  EXPECT_FALSE(NeedsImport(MERLANE_TEST_INPUTS_DIR "/workbooks/lake.xls")) << "the old kind is read as it is";
+}
+
+}  // namespace
+}  // namespace merlane

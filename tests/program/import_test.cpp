@@ -1,0 +1,346 @@
+// A table becomes a data file, as somebody meets it who begins an analysis.
+#include <gmock/gmock.h>
+
+#include "program/analysis.h"
+
+namespace merlane {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr const char* Visits =
+    "Nest;Date;Hatch date;Eggs;Cover\n"
+    "A;30.5.2023;9.6.2023;5;0,65\n"
+    "B;31.5.2023;9.6.2023;4;0,7\n"
+    "A;14.6.2023;9.6.2023;4;0,65\n"
+    "C;1.6.2024;10.6.2024;3;0,1\n";
+
+constexpr const char* DataOfVisits =
+    "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ,       Cover\r\n"
+    "    2023,       A,     150,     160,     -10,       5,        0.65\r\n"
+    "    2023,       A,     165,     160,       5,       4,        0.65\r\n"
+    "    2023,       B,     151,     160,      -9,       4,         0.7\r\n"
+    "    2024,       C,     153,     162,      -9,       3,         0.1\r\n";
+
+/// A program whose description of an analysis is open, and a folder with tables.
+struct Importing : test::Analysis {
+  explicit Importing(const std::string& name) : folder("import_" + name) {
+    EXPECT_TRUE(desk.Press(menu.cmdInitialize));
+  }
+
+  std::string Table(const std::string& name, const std::string& text) {
+    WriteWholeFile(folder / name, text);
+    return folder / name;
+  }
+  /// Chooses a file to be imported.
+  void Open(const std::string& path) {
+    windows.File(path, "Import data");
+    ASSERT_TRUE(desk.Press(initialize.cmdImport));
+  }
+  void Import() { ASSERT_TRUE(desk.Press(form.cmdDone)); }
+  void GiveRole(int column, const std::string& role) {
+    ASSERT_TRUE(desk.SelectRow(form.grdColumns, column));
+    ASSERT_TRUE(desk.SetText(form.cboRole, role));
+  }
+  std::vector<std::string> Roles() const {
+    std::vector<std::string> roles;
+    for (int row = 1; row < form.grdColumns.Rows(); ++row) roles.push_back(form.grdColumns.At(row, 1).text);
+    return roles;
+  }
+
+  test::Folder folder;
+  FrmInitialize& initialize = program.frmInitialize;
+  FrmImport& form = program.frmImport;
+};
+
+TEST(Import, ATableBecomesTheDataFileThatTheAnalysisUsesAndNames) {
+  Importing t("whole");
+  t.Open(t.Table("lake.csv", Visits));
+  ASSERT_TRUE(t.form.Visible());
+  EXPECT_EQ(t.form.txtFile.text, t.folder / "lake.csv");
+  EXPECT_EQ(t.form.cboDelimiter.text, "semicolon");
+  EXPECT_EQ(t.form.cboDecimal.text, "comma");
+  EXPECT_TRUE(t.form.chkHeading.value);
+  EXPECT_THAT(t.Roles(), ElementsAre("code", "date", "hatch date", "number", "covariate"));
+  EXPECT_EQ(t.form.txtPreview.text, DataOfVisits);
+
+  t.Import();
+  EXPECT_FALSE(t.form.Visible());
+  const std::string made = t.folder / "lake.csv.dat";
+  EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
+  EXPECT_EQ(t.initialize.txtDataInput.text, made);
+  EXPECT_THAT(t.windows.LastText(), AllOf(HasSubstr("4 records of 3 broods"), HasSubstr(made)));
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr("2 records sorted to another place"));
+
+  t.desk.SetText(t.initialize.cboStartYear, "2023");
+  t.desk.SetText(t.initialize.cboEndYear, "2024");
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  EXPECT_EQ(t.windows.LastText(), "Data read successfully - analysis can continue");
+  EXPECT_EQ(t.program.frmMain.stbMain0.Get(1), "Brood data file name: " + made);
+  EXPECT_EQ(t.program.model.data.TotalRecords, 4);
+}
+
+TEST(Import, OpensByItselfForADataFileThatIsNotInFixedColumns) {
+  Importing t("itself");
+  const std::string table = t.Table("lake.csv", Visits);
+  t.windows.File(table);
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_EQ(t.initialize.txtDataInput.text, table) << "the choice stands until something is imported";
+  ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
+  EXPECT_FALSE(t.form.Visible());
+  EXPECT_EQ(t.initialize.txtDataInput.text, table);
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, StaysAwayFromDataFilesAndFromWhatCannotBeRead) {
+  Importing t("away");
+  for (const std::string& path : {test::Golden("attributes.dat"), test::Golden("real/killdeer.dat"),
+                                  t.folder / "missing.dat", t.Table("empty.dat", ""), t.Table("one.txt", "a b\n")}) {
+    t.windows.File(path);
+    ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+    EXPECT_FALSE(t.form.Visible()) << path;
+  }
+}
+
+TEST(Import, TheDescriptionStaysUsableBesideIt) {
+  Importing t("beside");
+  t.windows.File(t.Table("lake.csv", Visits));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  ASSERT_TRUE(t.form.Visible());
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));  // read as it is, and told so
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr("it may be another kind of file"));
+  EXPECT_FALSE(t.form.Visible()) << "it goes with the description";
+  EXPECT_TRUE(t.program.frmMenu.Visible());
+}
+
+TEST(Import, GoesWithTheDescriptionThatIsCancelled) {
+  Importing t("cancelled");
+  t.Open(t.Table("lake.csv", Visits));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdCancel));
+  EXPECT_FALSE(t.form.Loaded());
+}
+
+TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
+  Importing t("preview");
+  t.Open(t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet: no column is the"));
+  t.GiveRole(2, "date");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,      32,"));
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("line 3: left out, it has no number"));
+  t.desk.SetText(t.form.cboDates, DateOrderNames()[static_cast<std::size_t>(DateOrder::MonthDayYear)]);
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,       2,"));
+  t.GiveRole(4, "covariate");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("         1.5\r\n"));
+  t.desk.SetText(t.form.cboUnknownAge, "unknown age of young");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       ?,       5"));
+  t.desk.SetText(t.form.cboDelimiter, "comma");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet"));
+  EXPECT_EQ(t.form.cboDelimiter.text, "comma");
+}
+
+TEST(Import, AColumnTakesARoleFromAnother) {
+  Importing t("role");
+  t.Open(t.Table("lake.csv", "Nest,Ring,Day,Eggs\nA,X,150,5\n"));
+  EXPECT_THAT(t.Roles(), ElementsAre("code", "not used", "day of the year", "number"));
+  t.GiveRole(2, "code");
+  EXPECT_THAT(t.Roles(), ElementsAre("not used", "code", "day of the year", "number"));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       X,"));
+}
+
+TEST(Import, ARoleThatIsNoneAndAYearThatIsNoneLeaveTheirPlaceAsItWas) {
+  Importing t("none");
+  t.Open(t.Table("lake.csv", "Nest,Day,Eggs,Note\nA,150,5,x\n"));
+  t.GiveRole(1, "nonsense");
+  EXPECT_EQ(t.form.cboRole.text, "code");
+  t.desk.SetText(t.form.txtYear, "soon");
+  EXPECT_EQ(t.windows.LastText(), "A year is a whole number, and \"soon\" is none");
+  EXPECT_EQ(t.form.txtYear.text, "1995");
+  t.desk.SetText(t.form.txtYear, "2021");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("\r\n    2021,"));
+}
+
+TEST(Import, AnEncodingThatTheFileHasNotIsToldAndTheOneBeforeStays) {
+  Importing t("encoding");
+  t.Open(t.Table("lake.csv", "Nest;Day;Eggs;Note\nM\xD6WE1;150;5;x\n"));
+  EXPECT_EQ(t.form.cboEncoding.text, EncodingNames()[static_cast<std::size_t>(Encoding::Latin1)]);
+  t.desk.SetText(t.form.cboEncoding, EncodingNames()[static_cast<std::size_t>(Encoding::Utf8)]);
+  EXPECT_THAT(t.windows.LastText(), StartsWith("This cannot be imported so:"));
+  EXPECT_EQ(t.form.cboEncoding.text, EncodingNames()[static_cast<std::size_t>(Encoding::Latin1)]);
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("   M\u00D6WE1,"));
+}
+
+TEST(Import, WhatIsToBeLookedAtCanBeLookedAtBeforeGoingOn) {
+  Importing t("remarks");
+  t.Open(t.Table("lake.csv", "Year,Nest,Day,Age,Eggs\n2023,A,150,-10,5\n2023,A,150,-10,6\n2023,a,151,-9,5\n"));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+  EXPECT_EQ(t.form.lblRemarks.text, "To look at in the whole file:");
+  for (const char* remark : {"has the day of line 2", "has 6 behind 5 of line 2", "differ in case or blanks only"}) {
+    EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(remark));
+    EXPECT_THAT(t.windows.messages.back().details, HasSubstr(remark));
+  }
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_TRUE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, VisitsWithoutAnAgeAreAskedAbout) {
+  Importing t("ages");
+  t.Open(t.Table("lake.csv", "Year,Nest,Day,Age,Eggs\n2023,A,150,NA,5\n2023,A,155,-5,5\n2023,B,150,.,5\n"));
+  EXPECT_THAT(t.form.txtRemarks.text,
+              HasSubstr("2 visits without a brood age or a hatch day: written as unknown age of eggs"));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+  ASSERT_TRUE(t.desk.SetText(t.form.cboUnknownAge, "leave the visit out"));
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("line 2: left out, its age is not known"));
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_EQ(t.program.frmInitialize.txtDataInput.text, t.folder / "lake.csv.dat");
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr("3 rows, 2 of them left out"));
+}
+
+TEST(Import, WhatWasChosenLastTimeIsOfferedAndGivesTheSameBytes) {
+  Importing t("kept");
+  const std::string table = t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;4;2\n");
+  t.Open(table);
+  t.GiveRole(2, "date");
+  t.GiveRole(4, "not used");
+  t.windows.Yes("Import");
+  t.Import();
+  const std::string first = ReadWholeFile(t.folder / "lake.csv.dat");
+  t.Open(table);
+  EXPECT_THAT(t.Roles(), ElementsAre("code", "date", "number", "not used"));
+  EXPECT_EQ(t.form.lblProposal.text, "As it was chosen when this file was imported last.");
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_EQ(ReadWholeFile(t.folder / "lake.csv.dat"), first);
+}
+
+TEST(Import, TheChoicesOfLastYearFitThisYearsFile) {
+  Importing t("last_year");
+  t.Open(t.Table("2022.csv", "Nest;When;Eggs;Note\nA;1.2.2022;5;1,5\n"));
+  t.GiveRole(2, "date");
+  t.windows.Yes("Import");
+  t.Import();
+  t.Open(t.Table("2023.csv", "Note;Eggs;When;Nest\n2,5;4;1.2.2023;B\n"));
+  t.windows.File(t.folder / "2022.csv.dat.import", "Choices of another import");
+  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
+  EXPECT_EQ(t.form.lblProposal.text, "As it was chosen in 2022.csv.dat.import");
+  t.windows.File(t.folder / "2022.csv", "Choices of another import");
+  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  EXPECT_THAT(t.windows.LastText(), HasSubstr("this file holds no choices of an import"));
+  EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
+}
+
+TEST(Import, ChoicesThatAreSpoiltAreToldAndProposedAnew) {
+  Importing t("spoilt");
+  const std::string table = t.Table("lake.csv", Visits);
+  WriteWholeFile(t.folder / "lake.csv.dat.import", "Choices of an import, version 1\r\n");
+  t.Open(table);
+  EXPECT_EQ(t.windows.LastText(), "What was chosen for this file last time is of no use now");
+  EXPECT_EQ(t.form.txtPreview.text, DataOfVisits);
+}
+
+TEST(Import, OtherDataAreNotReplacedUnasked) {
+  Importing t("replace");
+  const std::string made = t.folder / "lake.csv.dat";
+  WriteWholeFile(made, "something else");
+  t.Open(t.Table("lake.csv", Visits));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_EQ(ReadWholeFile(made), "something else");
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_FALSE(std::filesystem::exists(made + ".import"));
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
+}
+
+TEST(Import, AFileThatIsNoChoicesOfOursIsNotReplacedUnasked) {
+  Importing t("replace_choices");
+  const std::string other = t.folder / "lake.csv.dat.import";
+  t.Open(t.Table("lake.csv", Visits));
+  WriteWholeFile(other, "my notes");
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_EQ(ReadWholeFile(other), "my notes");
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, ADataFileThatCannotBeWrittenLeavesTheChoicesOnTheScreen) {
+  Importing t("unwritten");
+  t.Open(t.Table("lake.csv", Visits));
+  std::filesystem::create_directory(t.folder / "lake.csv.dat");
+  t.windows.ExpectFailure("frmImport.cmdDone");
+  t.Import();
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_EQ(t.form.txtPreview.text, DataOfVisits);
+  EXPECT_EQ(t.initialize.txtDataInput.text, "");
+}
+
+TEST(Import, WhatIsNoTableIsToldInWords) {
+  Importing t("no_table");
+  t.Open(t.Table("report.pdf", "%PDF-1.7 and so on"));
+  EXPECT_FALSE(t.form.Visible());
+  EXPECT_THAT(t.windows.LastText(), HasSubstr("a PDF document"));
+  EXPECT_EQ(t.windows.toldFailures, 1);
+  EXPECT_TRUE(t.initialize.Visible());
+}
+
+TEST(Import, TheWindowSaysHowNestsBecomeVisits) {
+  Importing t("nests");
+  t.Open(t.Table("nests.csv", "id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,12,1\n"));
+  EXPECT_TRUE(t.form.lblNests.visible);
+  EXPECT_THAT(t.form.lblNests.text, HasSubstr("visits of one egg"));
+  EXPECT_FALSE(t.form.cboUnknownAge.visible);
+  t.GiveRole(2, "not used");
+  EXPECT_FALSE(t.form.lblNests.visible);
+}
+
+TEST(Import, ALongImportShowsHowFarItIsAndCanBeCancelled) {
+  Importing t("long");
+  std::string text = "Nest,Year,Day,Age,Eggs\n";
+  for (int row = 0; row < 20000; ++row) text += "N" + std::to_string(row) + ",2023,150,-10,5\n";
+  t.Open(t.Table("lake.csv", text));
+  std::string progress;
+  bool refused = false;
+  t.windows.AtTurn(3, [&] {
+    progress = t.form.lblProgress.text;
+    refused = !t.desk.Press(t.initialize.cmdDone) && !t.desk.SetText(t.form.cboDelimiter, "tab");
+    EXPECT_FALSE(t.desk.Close(t.form));
+    EXPECT_TRUE(t.desk.Press(t.form.cmdCancel));
+  });
+  t.Import();
+  EXPECT_THAT(progress, AllOf(StartsWith("Importing..."), HasSubstr(" %")));
+  EXPECT_TRUE(refused);
+  EXPECT_TRUE(t.form.Visible()) << "the import was cancelled, not the window";
+  EXPECT_EQ(t.form.lblProgress.text, "");
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+  t.Import();
+  EXPECT_TRUE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, AnAnalysisThatSimulatesReadsWhatWasImportedBesideIt) {
+  Importing t("simulated");
+  t.Open(t.Table("lake.csv", Visits));
+  ASSERT_TRUE(t.desk.Choose(t.initialize.optSimulate));
+  EXPECT_FALSE(t.desk.Usable(t.initialize.cmdImport));
+  t.Import();
+  EXPECT_TRUE(t.initialize.optRead.value);
+  EXPECT_FALSE(t.initialize.optSimulate.value);
+  EXPECT_TRUE(t.initialize.txtDataInput.visible);
+}
+
+}  // namespace
+}  // namespace merlane
