@@ -5,6 +5,8 @@ namespace merlane {
 namespace {
 
 QGroupBox* File(Layouter& layouter) {
+  auto* const content = new QVBoxLayout;
+  content->addLayout(layouter.Row({"chkHeading"}));
   auto* const fields = new QGridLayout;
   fields->setHorizontalSpacing(12);
   fields->setVerticalSpacing(7);
@@ -15,8 +17,6 @@ QGroupBox* File(Layouter& layouter) {
   layouter.Field(*fields, "lblDates", {"cboDates"});
   layouter.Field(*fields, "lblUnknownAge", {"cboUnknownAge"});
   layouter.Field(*fields, "lblYear", {"txtYear"});
-  auto* const content = new QVBoxLayout;
-  content->addLayout(layouter.Row({"chkHeading"}));
   content->addLayout(fields);
   return layouter.Group(QStringLiteral("How the file is written"), content);
 }
