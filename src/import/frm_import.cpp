@@ -141,6 +141,7 @@ void FrmImport::Open(const std::string& path) {
   });
   if (!read) return desk.Unload(*this);
   ShowChoices();
+  focus = &grdColumns;
 }
 
 void FrmImport::ProposeAnew(const ImportChoices& choices, const ReadingProgress& progress) {
@@ -148,7 +149,7 @@ void FrmImport::ProposeAnew(const ImportChoices& choices, const ReadingProgress&
   choices_ = choices;
   text_ = std::move(text);
   lblProposal.text = "Proposed from the file: look at each column, and at the records below.";
-  grdColumns.selectedRow = -1;
+  grdColumns.selectedRow = grdColumns.headingRows;
 }
 
 bool FrmImport::TakeKeptChoices(const ReadingProgress& progress) {
@@ -309,7 +310,8 @@ void FrmImport::ShowPreview() {
     imported = ImportRows(FirstRows(text_, choices_.delimiter, RowsPreviewed), choices_);
     txtPreview.text = imported.text;
   } catch (const RuntimeFailure& failure) {
-    txtPreview.text = std::string("Not yet: ") + failure.what();
+    txtPreview.text =
+        fmt::format("Not yet: {}.\r\nSelect a column above, and choose below it what it is.", failure.what());
   }
   ShowRemarks("To look at in these rows:", imported);
 }

@@ -130,7 +130,8 @@ TEST(Import, GoesWithTheDescriptionThatIsCancelled) {
 TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
   Importing t("preview");
   t.Open(t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
-  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet: no column is the"));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet: no column is the day of the year."));
+  EXPECT_EQ(t.form.cboRole.text, "code") << "the first column is selected";
   t.GiveRole(2, "date");
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,      32,"));
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("line 3: left out, it has no number"));
@@ -329,6 +330,19 @@ TEST(Import, ALongImportShowsHowFarItIsAndCanBeCancelled) {
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
   t.Import();
   EXPECT_TRUE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, WhoQuitsMeanwhileLeavesNoDataFile) {
+  Importing t("quit");
+  std::string text = "Nest,Year,Day,Age,Eggs\n";
+  for (int row = 0; row < 20000; ++row) text += "N" + std::to_string(row) + ",2023,150,-10,5\n";
+  t.Open(t.Table("lake.csv", text));
+  t.windows.AtTurn(3, [&] { t.desk.Close(t.program.frmMain); });
+  t.windows.Yes("Exit Tolvane");
+  t.windows.No("What about algorithm data?");
+  t.Import();
+  EXPECT_EQ(t.windows.exitStatus, 0);
+  EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
 }
 
 TEST(Import, AnAnalysisThatSimulatesReadsWhatWasImportedBesideIt) {
