@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "base/arithmetic.h"
+#include "base/number_template.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
 
@@ -15,52 +16,6 @@ namespace merlane {
 namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsPlace(char c) { return c == '0' || c == '#'; }
-
-/// How a template is made up: literal text, places before and behind the point, exponent, literal text.
-struct Pattern {
-  std::string_view before, after;
-  int leastWhole = 0;      // digits always shown before the point
-  int leastFraction = 0;   // digits always shown behind it
-  int mostFraction = 0;    // digits shown at most
-  int exponentDigits = 0;  // 0: no exponent
-};
-
-Pattern Parse(std::string_view text) {
-  Pattern p;
-  std::size_t i = 0;
-  while (i < text.size() && !IsPlace(text[i])) ++i;
-  p.before = text.substr(0, i);
-  for (; i < text.size() && IsPlace(text[i]); ++i)
-    if (text[i] == '0') ++p.leastWhole;
-  if (i < text.size() && text[i] == '.')
-    for (++i; i < text.size() && IsPlace(text[i]); ++i) {
-      ++p.mostFraction;
-      if (text[i] == '0') p.leastFraction = p.mostFraction;
-    }
-  if (i + 1 < text.size() && text[i] == 'E' && text[i + 1] == '+')
-    for (i += 2; i < text.size() && text[i] == '0'; ++i) ++p.exponentDigits;
-  p.after = text.substr(i);
-  return p;
-}
-
-std::string WithExponent(double magnitude, const Pattern& p) {
-  const std::string text = fmt::format("{:.{}e}", magnitude, p.mostFraction);
-  const std::size_t e = text.find('e');
-  std::string exponent = text.substr(e + 2);
-  exponent.erase(0, std::min(exponent.find_first_not_of('0'), exponent.size() - 1));
-  if (static_cast<int>(exponent.size()) < p.exponentDigits)
-    exponent.insert(0, static_cast<std::size_t>(p.exponentDigits) - exponent.size(), '0');
-  return text.substr(0, e) + "E" + text[e + 1] + exponent;
-}
-
-std::string Fixed(double magnitude, const Pattern& p) {
-  std::string text = fmt::format("{:.{}f}", magnitude, p.mostFraction);
-  for (int shown = p.mostFraction; shown > p.leastFraction && text.back() == '0'; --shown) text.pop_back();
-  const std::size_t whole = std::min(text.find('.'), text.size());
-  if (static_cast<int>(whole) < p.leastWhole) text.insert(0, static_cast<std::size_t>(p.leastWhole) - whole, '0');
-  return text;
-}
 
 /// Length of the longest numeric prefix of `text`; 0 when it has no digits.
 std::size_t NumericPrefix(std::string_view text) {
@@ -110,11 +65,9 @@ double FiniteValue(std::string_view number) {
 }  // namespace
 
 std::string Format(double x, std::string_view pattern) {
-  if (!std::isfinite(x)) throw RuntimeFailure("overflow: a result is not a number");
-  const Pattern p = Parse(pattern);
-  const double magnitude = std::fabs(x);
-  const std::string digits = p.exponentDigits > 0 ? WithExponent(magnitude, p) : Fixed(magnitude, p);
-  return fmt::format("{}{}{}{}", x < 0 ? "-" : "", p.before, digits, p.after);
+  std::string text;
+  NumberTemplate(pattern).AppendTo(text, x);
+  return text;
 }
 
 std::string NumberField(double x, std::string_view pattern, int width) {
