@@ -19,14 +19,27 @@ struct ImpossibleStep {
 
 /// What a long calculation tells and asks while it works. What is not given does nothing.
 struct CalculationWatch {
-  std::function<void(const Message&)> tell = [](const Message&) {};              // the calculation goes on behind it
-  std::function<void()> turn = [] {};                                            // a turn for the window system
+  std::function<void(const Message&)> tell = [](const Message&) {};  // the calculation goes on behind it
+  std::function<void()> turn = [] {};                                // a turn for the window system
+  /// Of so many turns in a row, how many may be left out from the first on; see WindowSystem::QuietTurns.
+  std::function<long(long)> quietTurns = [](long) { return 0L; };
   std::function<void(const std::string&)> progress = [](const std::string&) {};  // where it is; empty when it is done
   std::function<bool()> aborted = [] { return false; };                          // asked behind each turn
   /// The calculation goes on without the step. Where nobody takes it, it is the failure that it was.
   std::function<void(const ImpossibleStep&)> impossible = [](const ImpossibleStep& s) {
     throw RuntimeFailure(s.reason);
   };
+
+  /// Gives so many turns; false when it was aborted behind one of them, which is the last then.
+  bool Turns(long count) const {
+    while (count > 0) {
+      count -= quietTurns(count);
+      if (count-- <= 0) break;
+      turn();
+      if (aborted()) return false;
+    }
+    return true;
+  }
 };
 
 }  // namespace merlane

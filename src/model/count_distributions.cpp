@@ -8,20 +8,13 @@
 #include "model/count_logs.h"
 
 namespace merlane {
-namespace {
-
-/// ln Gamma, computed at each call.
-using Computed = double (*)(double);
-constexpr Computed LogGamma = GammaLn;
-using OverdispersedLogs = BetaBinomialLogs<const Computed>;
-
-}  // namespace
 
 CountDistributions::CountDistributions(int maxCount) {
   for (int i = 0; i <= maxCount; ++i) logFactorial_.push_back(GammaLn(i + 1));
 }
 
-double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) const {
+double CountDistributions::ProbVisit(KeptGammaLn& logGamma, int Code, double Theta, int n, int k, double& E,
+                                     double& Var) const {
   if (Theta == 1.0) Theta = 0.999999;
   const double p = E / n;
   // An absurd expectation may make it infinite: no objective rests on it, so it does not stop a minimisation.
@@ -29,21 +22,22 @@ double CountDistributions::ProbVisit(int Code, double Theta, int n, int k, doubl
   const bool possible = k >= 0 && k <= n;  // odd data have counts that rise or are missing
   const double logChoices = possible ? LogChoices(n, k) : GammaLn(n + 1) - GammaLn(k + 1) - GammaLn(n - k + 1);
   if (n == 1 || Code == 1 || Theta <= 1e-6) return BinomialLogs(p).Probability(logChoices, n, k);
-  return OverdispersedLogs(LogGamma, n, E, Theta).Probability(logChoices, n, k);
+  return BetaBinomialLogs(logGamma, n, E, Theta).Probability(logChoices, n, k);
 }
 
-void CountDistributions::ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const {
+void CountDistributions::ProbVisits(KeptGammaLn& logGamma, int Code, double Theta, int n, double E,
+                                    std::span<double> Pmf) const {
   const auto fill = [&](const auto& logs) {
     for (int k = 0; k <= n; ++k) Pmf[static_cast<std::size_t>(k)] = logs.Probability(LogChoices(n, k), n, k);
   };
   if (n == 1 || Code == 1 || Theta <= 1e-6)
     fill(BinomialLogs(E / n));
   else
-    fill(OverdispersedLogs(LogGamma, n, E, Theta));
+    fill(BetaBinomialLogs(logGamma, n, E, Theta));
 }
 
-bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
-                                              std::span<double> Pmf) const {
+bool CountDistributions::Calc_Probs_and_Theta(KeptGammaLn& logGamma, int Code, int n, double ThetaE, double ThetaJ,
+                                              double EN, double EJ, std::span<double> Pmf) const {
   std::fill(Pmf.begin(), Pmf.end(), 0.0);
   const double pE = EN / n;
   const double pJ = Divide(EJ, EN);
@@ -52,8 +46,8 @@ bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, do
   double E = EN;
   const BinomialLogs eggs(pE);
   const BinomialLogs juvs(pJ);
-  std::optional<OverdispersedLogs> overdispersedEggs;
-  if (!binomialEggs) overdispersedEggs.emplace(LogGamma, n, E, ThetaE);
+  std::optional<BetaBinomialLogs> overdispersedEggs;
+  if (!binomialEggs) overdispersedEggs.emplace(logGamma, n, E, ThetaE);
   for (int m = 0; m <= n; ++m) {  // alive at hatch
     const double P1 = overdispersedEggs ? overdispersedEggs->Probability(LogChoices(n, m), n, m)
                                         : eggs.Probability(LogChoices(n, m), n, m);
@@ -63,7 +57,7 @@ bool CountDistributions::Calc_Probs_and_Theta(int Code, int n, double ThetaE, do
       Pmf[0] += P1 * 1.0;
     } else {
       double EJuvs = m * pJ;
-      const OverdispersedLogs overdispersedJuvs(LogGamma, m, EJuvs, ThetaJ);
+      const BetaBinomialLogs overdispersedJuvs(logGamma, m, EJuvs, ThetaJ);
       for (int k = 0; k <= m; ++k)
         Pmf[static_cast<std::size_t>(k)] += P1 * overdispersedJuvs.Probability(LogChoices(m, k), m, k);
     }

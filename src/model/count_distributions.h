@@ -4,12 +4,15 @@
 #include <span>
 #include <vector>
 
+#include "model/kept_gamma_ln.h"
+
 namespace merlane {
 
 /// The distributions of counts for a data set whose counts are known: ln Gamma of whole numbers is looked up, and what
 /// is the same for all counts of a distribution is computed once. Survival and overdispersion are kept within 1e-6 and
 /// 0.999999, so that no count has probability 0. The code of a distribution is 1 for the binomial, 2 for the
-/// beta-binomial, which needs an overdispersion above 1e-6 and at least two individuals.
+/// beta-binomial, which needs an overdispersion above 1e-6 and at least two individuals. Its ln Gamma are asked of the
+/// caller's `logGamma`, since they recur from one distribution to the next.
 class CountDistributions {
  public:
   /// For counts of up to `maxCount` individuals.
@@ -18,13 +21,13 @@ class CountDistributions {
   /// Probability of k survivors of n, 1 to maxCount, of which E were expected. E takes the value that the beta-binomial
   /// distribution keeps it at: a caller that passes the entry of a table finds it there. `Var` is the variance of the
   /// count. RuntimeFailure when the probability is no number.
-  double ProbVisit(int Code, double Theta, int n, int k, double& E, double& Var) const;
+  double ProbVisit(KeptGammaLn& logGamma, int Code, double Theta, int n, int k, double& E, double& Var) const;
   /// ProbVisit for all counts: their probabilities to `Pmf`[0..n].
-  void ProbVisits(int Code, double Theta, int n, double E, std::span<double> Pmf) const;
+  void ProbVisits(KeptGammaLn& logGamma, int Code, double Theta, int n, double E, std::span<double> Pmf) const;
   /// Distribution of the count over an interval that spans hatch: of n eggs EN were expected to hatch, and EJ of those
   /// to be alive at the visit. The probability of k individuals goes to `Pmf`[k], k = 0..n. False when the sum of the
   /// probabilities is not 1 to six digits.
-  bool Calc_Probs_and_Theta(int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
+  bool Calc_Probs_and_Theta(KeptGammaLn& logGamma, int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
                             std::span<double> Pmf) const;
 
   /// ln of the number of ways to choose k of n, both at most maxCount.

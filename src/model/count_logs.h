@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/elementary.h"
+#include "model/kept_gamma_ln.h"
 
 namespace merlane {
 
@@ -23,11 +24,9 @@ struct BinomialLogs {
   double logP, logQ;
 };
 
-/// `LogGamma` is ln Gamma, computed or kept.
-template <class LogGamma>
 struct BetaBinomialLogs {
   /// E takes the value that it is kept at.
-  BetaBinomialLogs(LogGamma& logGamma, int n, double& E, double theta) : logGamma_(logGamma) {
+  BetaBinomialLogs(KeptGammaLn& logGamma, int n, double& E, double theta) : logGamma_(logGamma) {
     if (theta > 0.999999) theta = 0.999999;
     if (theta < 1e-6) theta = 1e-6;
     if (E / n > 0.999999) E = n * 0.999999;
@@ -51,7 +50,7 @@ struct BetaBinomialLogs {
   double a = 0, b = 0, logAB = 0, logA = 0, logB = 0, logNAB = 0;
 
  private:
-  LogGamma& logGamma_;
+  KeptGammaLn& logGamma_;
 };
 
 }  // namespace merlane

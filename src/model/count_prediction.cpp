@@ -75,10 +75,11 @@ void CountPredictor::Predict(int visit, int n, const CountExpectation& expected,
 void CountPredictor::MixOneStage(int visit, int n, const CountExpectation& expected, const StageErrors& errors,
                                  CountPrediction& prediction) {
   // A kind of mortality that cannot occur contributes 0 to every count.
-  if (errors.random) distributions_.ProbVisits(errors.CodeR, errors.ThetaR, n, expected.ER, PmfR_);
+  if (errors.random) distributions_.ProbVisits(logGamma_, errors.CodeR, errors.ThetaR, n, expected.ER, PmfR_);
   if (errors.correlated)
-    distributions_.ProbVisits(errors.CodeC, errors.Theta(true, data_.VisitAge[static_cast<std::size_t>(visit) - 1]), n,
-                              expected.EC, PmfC_);
+    distributions_.ProbVisits(logGamma_, errors.CodeC,
+                              errors.Theta(true, data_.VisitAge[static_cast<std::size_t>(visit) - 1]), n, expected.EC,
+                              PmfC_);
   for (std::size_t k = 0; k < prediction.Pmf.size(); ++k)
     prediction.Pmf[k] = (1 - expected.q) * PmfR_[k] + expected.q * PmfC_[k];
 }
@@ -90,7 +91,7 @@ void CountPredictor::MixOverHatch(int visit, int n, const CountExpectation& expe
   for (const HatchFate fate : HatchFates) {
     if (!Occurs(fate, errors_, expected.overHatch))
       std::ranges::fill(component_, 1.0);
-    else if (!FateDistribution(fate, distributions_, errors_, expected.overHatch, n, age, component_))
+    else if (!FateDistribution(fate, distributions_, logGamma_, errors_, expected.overHatch, n, age, component_))
       ++prediction.inaccurateComponents;
     std::vector<double>& sameJuvs = CorrelatedJuveniles(fate) ? PmfC_ : PmfR_;
     for (std::size_t k = 0; k < component_.size(); ++k) {

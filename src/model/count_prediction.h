@@ -48,6 +48,7 @@ class CountPredictor {
   const BroodData& data_;
   const CountErrors errors_;
   CountDistributions distributions_;
+  KeptGammaLn logGamma_;
   std::vector<double> PmfR_, PmfC_, component_;
 };
 

@@ -20,7 +20,7 @@ std::optional<CountExpectation> WithinStage(const Survivors& survivors) {
 class Forward {
  public:
   Forward(const BroodData& data, const Parameters& best, bool BootstrapMode, int brood, int visit,
-          Simulation& simulation)
+          ForwardShares& shares, Simulation& simulation)
       : data_(data),
         best_(best),
         bootstrapMode_(BootstrapMode),
@@ -28,6 +28,7 @@ class Forward {
         visit_(visit),
         b_(static_cast<std::size_t>(brood)),
         v_(static_cast<std::size_t>(visit)),
+        shares_(shares),
         simulation_(simulation) {}
 
   std::optional<CountExpectation> Expectation() {
@@ -36,30 +37,37 @@ class Forward {
     Survivors hatched;
     if (clutch == ClutchInterval::ToHatch || clutch == ClutchInterval::ToHatchDay) hatched = Hatch();
     if (!HasForwardExpectation(data_, best_, brood_, visit_)) return std::nullopt;
-    if (clutch == ClutchInterval::ByDate) return WithinStage(ByDate(ClutchMortalityByDate(best_)));
+    if (clutch == ClutchInterval::ByDate) return WithinStage(ByDate(shares_.clutches, ClutchMortalityByDate(best_)));
     if (clutch == ClutchInterval::ByAge)
-      return WithinStage(Survive(ClutchMortalityByAge(best_), SinceLaying(v_ - 1), SinceLaying(v_)));
+      return WithinStage(Survive(shares_.clutches, ClutchMortalityByAge(best_), SinceLaying(v_ - 1), SinceLaying(v_)));
     if (clutch == ClutchInterval::ToHatchDay) return WithinStage(hatched);
     if (juveniles == BroodInterval::ByDate)
-      return WithinStage(ByDate(BroodMortalityByDate(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality));
+      return WithinStage(
+          ByDate(shares_.broods, BroodMortalityByDate(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality));
     if (visit_ == data_.FirstVisit[b_] + 1) NoteDeficiencies();
     const Mortality mortality = BroodMortalityByAge(best_, data_, brood_, simulation_.SimEHatch[b_]).mortality;
     if (juveniles == BroodInterval::FromClutch) return OverHatchOf(mortality, hatched);
-    return WithinStage(Survive(mortality, data_.VisitAge[v_ - 1], data_.VisitAge[v_]));
+    return WithinStage(Survive(shares_.broods, mortality, data_.VisitAge[v_ - 1], data_.VisitAge[v_]));
   }
 
  private:
   double SinceLaying(std::size_t v) const { return data_.VisitAge[v] - best_.LayAge; }
 
-  Survivors Survive(const Mortality& mortality, double T1, double T2) const {
-    return ExpectedSurvivors(mortality, T1, T2, simulation_.SimCount[v_ - 1], bootstrapMode_);
+  Survivors Survive(SharesByTime& shares, const Mortality& mortality, double T1, double T2, double N) const {
+    shares.Under(mortality);
+    const SharesAlive atT1 = shares.At(T1);
+    return ExpectedSurvivors(shares.Functions(), atT1, shares.At(T2), N, bootstrapMode_);
   }
-  Survivors ByDate(const Mortality& mortality) const {
-    return Survive(mortality, data_.VisitDate[v_ - 1], data_.VisitDate[v_]);
+  Survivors Survive(SharesByTime& shares, const Mortality& mortality, double T1, double T2) const {
+    return Survive(shares, mortality, T1, T2, simulation_.SimCount[v_ - 1]);
+  }
+  Survivors ByDate(SharesByTime& shares, const Mortality& mortality) const {
+    return Survive(shares, mortality, data_.VisitDate[v_ - 1], data_.VisitDate[v_]);
   }
   /// What remains of the clutch at hatch.
   Survivors Hatch() {
-    const Survivors hatched = Survive(ClutchMortalityByAge(best_), SinceLaying(v_ - 1), -best_.LayAge);
+    const Survivors hatched =
+        Survive(shares_.clutches, ClutchMortalityByAge(best_), SinceLaying(v_ - 1), -best_.LayAge);
     simulation_.SimEHatchR[b_] = hatched.OutR;
     simulation_.SimEHatchC[b_] = hatched.OutC;
     simulation_.SimEHatch[b_] = hatched.OutAll;
@@ -74,8 +82,8 @@ class Forward {
   std::optional<CountExpectation> OverHatchOf(const Mortality& brood, const Survivors& hatched) const {
     if (hatched.OutAll == Missing) return std::nullopt;
     const double age = data_.VisitAge[v_];
-    const Survivors fromR = ExpectedSurvivors(brood, 0, age, hatched.OutR, bootstrapMode_);
-    const Survivors fromC = ExpectedSurvivors(brood, 0, age, hatched.OutC, bootstrapMode_);
+    const Survivors fromR = Survive(shares_.broods, brood, 0, age, hatched.OutR);
+    const Survivors fromC = Survive(shares_.broods, brood, 0, age, hatched.OutC);
     if (fromR.OutAll == Missing) return std::nullopt;
     CountExpectation expected;
     expected.overHatch.EHatchR = hatched.OutR;
@@ -94,6 +102,7 @@ class Forward {
   const bool bootstrapMode_;
   const int brood_, visit_;
   const std::size_t b_, v_;
+  ForwardShares& shares_;
   Simulation& simulation_;
 };
 
@@ -111,8 +120,9 @@ bool HasForwardExpectation(const BroodData& data, const Parameters& best, int br
 }
 
 std::optional<CountExpectation> ForwardExpectation(const BroodData& data, const Parameters& best, bool BootstrapMode,
-                                                   int brood, int visit, Simulation& simulation) {
-  return Forward(data, best, BootstrapMode, brood, visit, simulation).Expectation();
+                                                   int brood, int visit, ForwardShares& shares,
+                                                   Simulation& simulation) {
+  return Forward(data, best, BootstrapMode, brood, visit, shares, simulation).Expectation();
 }
 
 }  // namespace merlane

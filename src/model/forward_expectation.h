@@ -4,6 +4,7 @@
 
 #include "data/brood_data.h"
 #include "model/count_prediction.h"
+#include "model/shares_by_time.h"
 #include "model/simulator.h"
 
 namespace merlane {
@@ -14,10 +15,15 @@ namespace merlane {
 /// between known ones, before laying, at or past fledging, nor over hatch unless the ages of both stages are known.
 bool HasForwardExpectation(const BroodData& data, const Parameters& best, int brood, int visit);
 
+/// The shares alive of clutches and of broods, kept from one expectation to the next.
+struct ForwardShares {
+  SharesByTime clutches, broods;
+};
+
 /// What is expected at a visit from the simulated count before it, which is above 0. Keeps the size at hatch of the
 /// simulated clutch and what is found deficient in `simulation`. None where there is no rule for it, or where an
 /// arithmetic error leaves no number; RuntimeFailure when a brood's attributes drive a rate or shape to an overflow.
 std::optional<CountExpectation> ForwardExpectation(const BroodData& data, const Parameters& best, bool BootstrapMode,
-                                                   int brood, int visit, Simulation& simulation);
+                                                   int brood, int visit, ForwardShares& shares, Simulation& simulation);
 
 }  // namespace merlane

@@ -14,8 +14,8 @@ bool Occurs(HatchFate fate, const CountErrors& errors, const OverHatch& expected
          errors.juveniles.CanBe(CorrelatedJuveniles(fate));
 }
 
-bool FateDistribution(HatchFate fate, const CountDistributions& distributions, const CountErrors& errors,
-                      const OverHatch& expected, int n, double age, std::span<double> Pmf) {
+bool FateDistribution(HatchFate fate, const CountDistributions& distributions, KeptGammaLn& logGamma,
+                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf) {
   if (!(expected.juveniles[fate] > 0)) {
     std::ranges::fill(Pmf, 0.0);
     return true;
@@ -23,7 +23,7 @@ bool FateDistribution(HatchFate fate, const CountDistributions& distributions, c
   const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
   const bool overdispersed = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2;
   // The juveniles' overdispersion is taken at the negative age of the clutch, so that it exceeds its value at hatch.
-  return distributions.Calc_Probs_and_Theta(overdispersed ? 2 : 1, n, errors.eggs.Theta(eggsC, age),
+  return distributions.Calc_Probs_and_Theta(logGamma, overdispersed ? 2 : 1, n, errors.eggs.Theta(eggsC, age),
                                             errors.juveniles.Theta(juvsC, age), expected.EHatch(fate),
                                             expected.juveniles[fate], Pmf);
 }

@@ -87,10 +87,10 @@ const LikelihoodPass::KeptOutcome& LikelihoodPass::Outcome(std::size_t visit, do
   double ProbRandom = 1.0, ProbCorr = 1.0;
   if (errors.random && ER != Missing) {
     double E = ER;  // random mortality is not overdispersed and leaves it alone
-    ProbRandom = distributions_.ProbVisit(errors.CodeR, errors.ThetaR, n, k, E, outcome.VarR);
+    ProbRandom = distributions_.ProbVisit(logGamma_, errors.CodeR, errors.ThetaR, n, k, E, outcome.VarR);
   }
   if (errors.correlated && EC != Missing)
-    ProbCorr = distributions_.ProbVisit(errors.CodeC, errors.Theta(true, data_.VisitAge[visit - 1]), n, k,
+    ProbCorr = distributions_.ProbVisit(logGamma_, errors.CodeC, errors.Theta(true, data_.VisitAge[visit - 1]), n, k,
                                         outcome.clampedEC, outcome.VarC);
   outcome.P = Checked((1 - q) * ProbRandom + q * ProbCorr);
   outcome.deviance = outcome.P > 0 ? -2 * Log(outcome.P) : 0;
@@ -124,14 +124,15 @@ LikelihoodPass::FateDistributions LikelihoodPass::DistributionsOverHatch(std::si
 }
 
 void LikelihoodPass::FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                                       const OverHatch& expected) const {
+                                       const OverHatch& expected) {
   kept.stamp = 0;  // until all four are there
   const auto width = static_cast<std::size_t>(n) + 1;
   for (const HatchFate fate : HatchFates) {
     const auto Pmf = probabilities.subspan(fate * width, width);
     std::fill(Pmf.begin(), Pmf.end(), 0.0);
-    kept.accurate[fate] = !Occurs(fate, errors_, expected) ||
-                          FateDistribution(fate, distributions_, errors_, expected, n, data_.VisitAge[visit - 1], Pmf);
+    kept.accurate[fate] =
+        !Occurs(fate, errors_, expected) ||
+        FateDistribution(fate, distributions_, logGamma_, errors_, expected, n, data_.VisitAge[visit - 1], Pmf);
   }
   kept.expected = expected;
   kept.stamp = stamp_;

@@ -58,11 +58,12 @@ class LikelihoodPass {
                      LikelihoodState& state);
   FateDistributions DistributionsOverHatch(std::size_t visit, int n, const SurvivalTables& tables);
   void FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                         const OverHatch& expected) const;
+                         const OverHatch& expected);
 
   const BroodData& data_;
   const PreparedVisits& prepared_;
   CountDistributions distributions_;
+  KeptGammaLn logGamma_;
   CountErrors errors_;
   std::uint64_t stamp_ = 0;
   std::vector<KeptOutcome> outcomes_;

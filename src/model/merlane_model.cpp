@@ -43,11 +43,15 @@ void MerlaneModel::EvaluateAhead(std::span<const Array1<double>> vectors, std::i
 }
 
 void MerlaneModel::TakeSetting() {
-  if (!workers_) workers_.emplace(cores);
-  if (!evaluator_) evaluator_.emplace(data, &*workers_);
+  if (!evaluator_) evaluator_.emplace(data, &SharingWorkers());
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;
+}
+
+Workers& MerlaneModel::SharingWorkers() {
+  if (!workers_) workers_.emplace(cores);
+  return *workers_;
 }
 
 const LikelihoodState& MerlaneModel::Evaluated() const {

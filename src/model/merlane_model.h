@@ -43,8 +43,9 @@ class MerlaneModel {
   /// RuntimeFailure when an age is beyond 32767 days.
   Array1<double> AsEvaluated(const AlgorithmData& algorithm) const;
 
-  /// How many threads share an evaluation.
+  /// How many threads share an evaluation, and what is told of it.
   int cores = Workers::Cores();
+  Workers& SharingWorkers();
 
   BroodData data;
   // What results and simulations leave behind.

@@ -5,6 +5,7 @@
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/forward_expectation.h"
+#include "model/kept_predictions.h"
 
 namespace merlane {
 namespace {
@@ -20,7 +21,7 @@ class Simulator {
         random_(random),
         watch_(watch),
         simulation_(simulation),
-        predictor_(data, best.parameters) {}
+        predictions_(data, best.parameters) {}
 
   void Run() {
     for (int brood = 0; brood < data_.Broods(); ++brood) {
@@ -52,7 +53,8 @@ class Simulator {
     const int n = simulation_.SimCount[v - 1];
     std::optional<CountExpectation> expected;
     if (n > 0)
-      expected = ForwardExpectation(data_, best_.parameters, setting_.BootstrapMode, brood, visit, simulation_);
+      expected =
+          ForwardExpectation(data_, best_.parameters, setting_.BootstrapMode, brood, visit, shares_, simulation_);
     if (expected)
       simulation_.SimCount[v] = Pick(visit, n, *expected);
     else if (setting_.BootstrapMode && (n > 0 || !HasForwardExpectation(data_, best_.parameters, brood, visit)))
@@ -60,10 +62,10 @@ class Simulator {
   }
 
   std::int16_t Pick(int visit, int n, const CountExpectation& expected) {
-    predictor_.Predict(visit, n, expected, prediction_);
-    KeepVariances(data_, visit, prediction_, best_);
+    const CountPrediction& prediction = predictions_.Of(visit, n, expected);
+    KeepVariances(data_, visit, prediction, best_);
     double SumPearson = 0, SumDeviance = 0;  // of no use here
-    return static_cast<std::int16_t>(Simulate_Pick_ChiSq(prediction_, random_, watch_, SumPearson, SumDeviance));
+    return static_cast<std::int16_t>(Simulate_Pick_ChiSq(prediction, random_, watch_, SumPearson, SumDeviance));
   }
 
   const BroodData& data_;
@@ -72,8 +74,8 @@ class Simulator {
   RandomStreams& random_;
   const CalculationWatch& watch_;
   Simulation& simulation_;
-  CountPredictor predictor_;
-  CountPrediction prediction_;
+  ForwardShares shares_;
+  KeptPredictions predictions_;
 };
 
 }  // namespace
@@ -90,17 +92,28 @@ Message SimulationError(const std::string& reason) {
           style::Exclamation, reason};
 }
 
-int Simulate_Pick_ChiSq(const CountPrediction& prediction, RandomStreams& random, const CalculationWatch& watch,
-                        double& SumPearson, double& SumDeviance) {
+void TellInaccuracy(const CountPrediction& prediction, const CalculationWatch& watch) {
   for (int i = 0; i < prediction.inaccurateComponents; ++i) watch.tell(InaccurateSpanningDistribution());
   for (int i = 0; i < prediction.inaccurateSums; ++i)
     watch.tell(InaccurateProbabilities("Calculation problem", "Simulate_Pick_ChiSq"));
+}
+
+PickedCount JudgeProbability(double P) {
+  PickedCount judged;
+  judged.Pearson = Divide(1 - P, P);
+  judged.Deviance = -2 * CheckedLog(P);
+  return judged;
+}
+
+int Simulate_Pick_ChiSq(const CountPrediction& prediction, RandomStreams& random, const CalculationWatch& watch,
+                        double& SumPearson, double& SumDeviance) {
+  TellInaccuracy(prediction, watch);
   const double U = random.Uniform();
   std::size_t pick = 0;
   while (pick + 1 < prediction.Cum.size() && !(U <= prediction.Cum[pick])) ++pick;
-  const double P = prediction.Pmf[pick];
-  SumPearson = SumPearson + Divide(1 - P, P);
-  SumDeviance = SumDeviance + -2 * CheckedLog(P);
+  const PickedCount judged = JudgeProbability(prediction.Pmf[pick]);
+  SumPearson = SumPearson + judged.Pearson;
+  SumDeviance = SumDeviance + judged.Deviance;
   return static_cast<int>(pick);
 }
 

@@ -36,8 +36,18 @@ struct SimulationSetting {
 /// What the user is told where a simulation fails.
 Message SimulationError(const std::string& reason);
 
-/// Picks a count by one uniform number and adds the Pearson deviate (1 - P) / P and the deviance -2 ln P of its
-/// probability P to the sums. Tells of inaccurate probabilities at each pick. RuntimeFailure when P is 0.
+/// Tells of inaccurate probabilities of a distribution, as it is due at each pick.
+void TellInaccuracy(const CountPrediction& prediction, const CalculationWatch& watch);
+
+/// What a count of the probability P adds to the sums of a fit.
+struct PickedCount {
+  double Pearson = 0;   // (1 - P) / P
+  double Deviance = 0;  // -2 ln P
+};
+/// RuntimeFailure when P is 0.
+PickedCount JudgeProbability(double P);
+
+/// Picks a count by one uniform number and adds what it adds to the sums. Tells of inaccurate probabilities.
 int Simulate_Pick_ChiSq(const CountPrediction& prediction, RandomStreams& random, const CalculationWatch& watch,
                         double& SumPearson, double& SumDeviance);
 

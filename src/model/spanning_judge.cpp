@@ -62,7 +62,7 @@ bool SpanningJudge::FillOfFate(HatchFate fate, const CountErrors& errors, const 
   std::vector<double>& P = ofFate_[fate];
   if (!SumIsKnown(binomialEggs, n, EN / n, ThetaE) || !SumIsKnown(binomialJuvs, n, pJ, ThetaJ)) {
     const auto Pmf = std::span(Pmf_).first(static_cast<std::size_t>(n) + 1);
-    const bool accurate = distributions_.Calc_Probs_and_Theta(Code, n, ThetaE, ThetaJ, EN, EJ, Pmf);
+    const bool accurate = distributions_.Calc_Probs_and_Theta(logGamma_, Code, n, ThetaE, ThetaJ, EN, EJ, Pmf);
     for (std::size_t i = 0; i < counts.size(); ++i) P[i] = Pmf[static_cast<std::size_t>(counts[i])];
     return accurate && !testSums;
   }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/runtime_failure.h"
+#include "model/shares_by_time.h"
 #include "model/survival.h"
 
 namespace merlane {
@@ -37,7 +38,7 @@ struct VisitAfterHatch {
   const std::vector<std::size_t>& visits;
   std::size_t i, v;
   double age;
-  const SurvivalFunctions& functions;
+  SharesByTime& shares;
 };
 
 /// Calls `estimate` for all such visits of broods of known age, up to the limit. What cannot be estimated is left out.
@@ -45,6 +46,7 @@ template <class Function>
 void ForVisitsAfterHatch(const BroodData& data, const LikelihoodState& fitted, const Task& task,
                          const CalculationWatch& watch, Function estimate) {
   std::vector<std::size_t> visits;
+  SharesByTime shares;
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     if (!data.BroodAgeKnown[b]) continue;
@@ -59,19 +61,20 @@ void ForVisitsAfterHatch(const BroodData& data, const LikelihoodState& fitted, c
         watch.impossible({task.step, brood, visit, failure.what()});
       }
     };
-    std::optional<SurvivalFunctions> functions;
+    bool known = false;
     tried({}, [&] {
-      functions.emplace(BroodMortalityByAge(fitted.parameters, data, brood, fitted.survival.EHatch[b]).mortality);
+      shares.Under(BroodMortalityByAge(fitted.parameters, data, brood, fitted.survival.EHatch[b]).mortality);
+      known = true;
     });
     visits.clear();
     const auto first = static_cast<std::size_t>(data.FirstVisit[b]);
     for (std::size_t v = first; v < first + static_cast<std::size_t>(data.VisitsOf[b]); ++v)
       if (data.HasRecord(v)) visits.push_back(v);
-    for (std::size_t i = 0; functions && i < visits.size(); ++i) {
+    for (std::size_t i = 0; known && i < visits.size(); ++i) {
       const std::size_t v = visits[i];
       const double age = data.VisitAge[v];
       if (!(age >= 0 && age < task.limit)) continue;
-      tried(static_cast<int>(v), [&] { estimate(VisitAfterHatch{visits, i, v, age, *functions}); });
+      tried(static_cast<int>(v), [&] { estimate(VisitAfterHatch{visits, i, v, age, shares}); });
       watch.turn();
     }
   }
@@ -79,8 +82,9 @@ void ForVisitsAfterHatch(const BroodData& data, const LikelihoodState& fitted, c
 }
 
 /// Probability that one individual alive at an age is alive at a later one.
-Survivors Probability(const SurvivalFunctions& functions, double from, double to, bool BootstrapMode) {
-  return ExpectedSurvivors(functions, functions.At(from), functions.At(to), 1, BootstrapMode);
+Survivors Probability(SharesByTime& shares, double from, double to, bool BootstrapMode) {
+  const SharesAlive atFrom = shares.At(from);
+  return ExpectedSurvivors(shares.Functions(), atFrom, shares.At(to), 1, BootstrapMode);
 }
 
 }  // namespace
@@ -99,10 +103,10 @@ void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted
   Estimate next{estimates.LiveNextR, estimates.LiveNextC, estimates.LiveNext};
   ForVisitsAfterHatch(data, fitted, {"p[survive 1 day] ", static_cast<double>(fitted.parameters.FledgeAge)}, watch,
                       [&](const VisitAfterHatch& at) {
-                        day.Set(at.v, Probability(at.functions, at.age, at.age + 1, BootstrapMode));
+                        day.Set(at.v, Probability(at.shares, at.age, at.age + 1, BootstrapMode));
                         if (at.i + 1 == at.visits.size()) return;
                         const double then = data.VisitAge[at.visits[at.i + 1]];
-                        if (then != Missing) next.Set(at.v, Probability(at.functions, at.age, then, BootstrapMode));
+                        if (then != Missing) next.Set(at.v, Probability(at.shares, at.age, then, BootstrapMode));
                       });
 }
 
@@ -113,9 +117,9 @@ void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitt
   Estimate fromHatch{estimates.FledgeZeroR, estimates.FledgeZeroC, estimates.FledgeZero};
   ForVisitsAfterHatch(data, fitted, {"p[fledge(a,D)] for ", static_cast<double>(TargetAge)}, watch,
                       [&](const VisitAfterHatch& at) {
-                        fromAge.Set(at.v, Probability(at.functions, at.age, TargetAge, BootstrapMode));
+                        fromAge.Set(at.v, Probability(at.shares, at.age, TargetAge, BootstrapMode));
                         if (at.i == 0)
-                          fromHatch.Set(at.v, Probability(at.functions, 0, TargetAge, BootstrapMode));
+                          fromHatch.Set(at.v, Probability(at.shares, 0, TargetAge, BootstrapMode));
                         else  // also where the visit before has none
                           fromHatch.Copy(at.v, at.visits[at.i - 1]);
                       });

@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
-#include "model/count_prediction.h"
+#include "model/kept_predictions.h"
+#include "model/pick_table.h"
 #include "model/simulator.h"
 
 namespace merlane {
@@ -33,53 +36,77 @@ void Observe(const BroodData& data, const BestTables& best, const CalculationWat
   }
 }
 
-/// The predictions from which counts are picked. What a visit's count is drawn from is the same in every randomisation
-/// and is built at its first.
+/// The predictions from which counts are picked. What a visit's count is drawn from is the same in every randomisation,
+/// and so is what a count adds to the sums: both are computed once, for all visits that have the same distribution.
 class Randomisations {
  public:
-  Randomisations(const BroodData& data, BestTables& best)
-      : data_(data), best_(best), predictor_(data, best.parameters) {
+  Randomisations(const BroodData& data, BestTables& best, Workers* workers)
+      : data_(data), best_(best), workers_(workers), predictions_(data, best.parameters) {
     for (int brood = 0; brood < data.Broods(); ++brood) {
       const auto b = static_cast<std::size_t>(brood);
       for (int visit = data.FirstVisit[b] + 1; visit < data.FirstVisit[b] + data.VisitsOf[b]; ++visit) {
         const auto v = static_cast<std::size_t>(visit);
-        if (best.survival.EVisit[v] != Missing && data.VisitCount[v - 1] > 0) visits_.push_back({visit, brood, {}});
+        if (best.survival.EVisit[v] != Missing && data.VisitCount[v - 1] > 0)
+          visits_.push_back({.visit = visit, .brood = brood});
       }
     }
   }
 
   /// The sums of one randomisation; false when it was aborted or a count was impossible.
   bool Run(RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
-    for (PredictedVisit& predicted : visits_) {
+    long turns = 0;  // that are due
+    for (std::size_t i = 0; i < visits_.size(); ++i) {
+      if (i == prepared_) PrepareMore();
+      PredictedVisit& visit = visits_[i];
+      if (visit.wantsAttention && !watch.Turns(std::exchange(turns, 0))) return false;
       try {
-        if (predicted.prediction.Pmf.empty()) Predict(predicted);
-        Simulate_Pick_ChiSq(predicted.prediction, random, watch, SumPearson, SumDeviance);
+        if (visit.wantsAttention) Attend(visit, watch);
+        const PickedCount& picked = picks_.Picked(visit.prediction, random.Uniform());
+        SumPearson = SumPearson + picked.Pearson;
+        SumDeviance = SumDeviance + picked.Deviance;
       } catch (const RuntimeFailure& failure) {
-        watch.impossible({"randomization", predicted.brood, predicted.visit, failure.what()});
+        if (watch.Turns(turns)) watch.impossible({"randomization", visit.brood, visit.visit, failure.what()});
         return false;
       }
-      watch.turn();
-      if (watch.aborted()) return false;
+      ++turns;
     }
-    return true;
+    return watch.Turns(turns);
   }
 
  private:
   struct PredictedVisit {
     int visit, brood;
-    CountPrediction prediction;
+    std::size_t prediction = 0;  // its number
+    bool wantsAttention = true;  // before its count is picked; at least once
   };
 
-  void Predict(PredictedVisit& predicted) {
-    predictor_.Predict(predicted.visit, data_.VisitCount[static_cast<std::size_t>(predicted.visit) - 1],
-                       BestExpectation(data_, best_.survival, predicted.brood, predicted.visit), predicted.prediction);
-    KeepVariances(data_, predicted.visit, predicted.prediction, best_);
+  /// The predictions of the next visits, so many that between two turns not much time goes by.
+  void PrepareMore() {
+    constexpr std::size_t AtATime = 1000;
+    const std::size_t end = std::min(prepared_ + AtATime, visits_.size());
+    for (; prepared_ < end; ++prepared_) {
+      PredictedVisit& visit = visits_[prepared_];
+      visit.prediction = predictions_.Number(visit.visit, data_.VisitCount[static_cast<std::size_t>(visit.visit) - 1],
+                                             BestExpectation(data_, best_.survival, visit.brood, visit.visit));
+    }
+    predictions_.Build(workers_);
+    while (picks_.Size() < predictions_.Size()) picks_.Add(predictions_.Built(picks_.Size()));
+  }
+
+  void Attend(PredictedVisit& visit, const CalculationWatch& watch) {
+    const CountPrediction& prediction = predictions_[visit.prediction];
+    KeepVariances(data_, visit.visit, prediction, best_);
+    TellInaccuracy(prediction, watch);
+    visit.wantsAttention = prediction.inaccurateComponents > 0 || prediction.inaccurateSums > 0;
   }
 
   const BroodData& data_;
   BestTables& best_;
-  CountPredictor predictor_;
+  Workers* const workers_;
+  KeptPredictions predictions_;
+  PickTable picks_;  // of the predictions, under their numbers
   std::vector<PredictedVisit> visits_;
+  std::size_t prepared_ = 0;  // visits whose prediction is built
 };
 
 /// How the lines of a statistic name it.
@@ -128,11 +155,12 @@ double PearsonDeviate(double deviance) {
 }
 
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
-                                                     RandomStreams& random, const CalculationWatch& watch) {
+                                                     RandomStreams& random, const CalculationWatch& watch,
+                                                     Workers* workers) {
   GoodnessOfFit fit;
   Observe(data, best, watch, fit);
   random.BeginNext();
-  Randomisations randomisations(data, best);
+  Randomisations randomisations(data, best, workers);
   for (int r = 1; r <= RandomisationCount; ++r) {
     watch.progress(
         fmt::format("Pearson-deviates & Deviance: Performing randomization # {} of {}", r, RandomisationCount));

@@ -8,6 +8,7 @@
 #include "model/best_tables.h"
 #include "model/calculation_watch.h"
 #include "platform/random_streams.h"
+#include "platform/workers.h"
 
 namespace merlane {
 
@@ -34,9 +35,11 @@ struct GoodnessOfFit {
 /// Judges the fit of the best state as Roff and Bentzen (1989) do: the sums of the real data against those of
 /// `RandomisationCount` data sets simulated one visit ahead, each count from the real count before it. Draws from the
 /// next random stream and refreshes the variances of the best tables. None when it was aborted, and when a count cannot
-/// be randomised; that, and an observed count whose probability is 0, is impossible at its visit.
+/// be randomised; that, and an observed count whose probability is 0, is impossible at its visit. `workers` build the
+/// distributions from which counts are drawn.
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
-                                                     RandomStreams& random, const CalculationWatch& watch);
+                                                     RandomStreams& random, const CalculationWatch& watch,
+                                                     Workers* workers = nullptr);
 
 /// Forms the numbers of a statistic from its sums.
 void Summarise(FitStatistic& statistic);

@@ -71,7 +71,8 @@ std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
   if (fitted.EggsAtRisk == 0 && fitted.JuvsAtRisk == 0) return "";
   state_.flags.AbortRun = false;
   abort_.Open("Abort randomizations?");
-  const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_);
+  const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_,
+                                           &model_.SharingWorkers());
   desk_.Unload(abort_);
   return fit ? GoodnessOfFitText(*fit) : "";
 }
@@ -106,7 +107,8 @@ std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing,
     abort_.Open("Abort randomizations?");
     SimulateData(model_.data, {}, model_.Evaluated().best, desk_.host.random, watch_, model_.simulation);
   }
-  const std::string rows = ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_);
+  const std::string rows =
+      ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_, &model_.SharingWorkers());
   desk_.Unload(abort_);
   return head + rows;
 }

@@ -1,13 +1,16 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <exception>
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "base/growing_field.h"
+#include "base/number_template.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -32,24 +35,36 @@ struct Shown {
   const EffectiveSizes& sizes;
   const SurvivalEstimates& estimates;
   const Simulation& simulation;
-  const CalculationWatch& watch;
 };
 
 /// A number after a template, an asterisk when it is missing.
-std::string Number(double x, const char* pattern) { return x == Missing ? "*" : Format(x, pattern); }
+void AppendNumber(std::string& text, double x, const NumberTemplate& as) {
+  if (x == Missing)
+    text += '*';
+  else
+    as.AppendTo(text, x);
+}
 
 /// Whether the visit has a prediction. Others have a deviance in the table, too, which says nothing.
 bool Predicted(const Shown& s, const Record& r) { return s.best.survival.EVisit[r.v] != Missing; }
 
 double SD(double variance) { return variance > 0 ? std::sqrt(variance) : Missing; }
 
+/// Missing, too, when it is impossible, which TellImpossible does.
 double Deviate(const Shown& s, const Record& r) {
-  if (!Predicted(s, r)) return Missing;
   try {
-    return PearsonDeviate(s.best.VisitDeviance[r.v]);
-  } catch (const RuntimeFailure& failure) {
-    s.watch.impossible({"Pearson deviate", r.brood, r.visit, failure.what()});
+    return Predicted(s, r) ? PearsonDeviate(s.best.VisitDeviance[r.v]) : Missing;
+  } catch (const RuntimeFailure&) {
     return Missing;
+  }
+}
+
+void TellImpossible(const Shown& s, const Record& r, const CalculationWatch& watch) {
+  if (!Predicted(s, r)) return;
+  try {
+    PearsonDeviate(s.best.VisitDeviance[r.v]);
+  } catch (const RuntimeFailure& failure) {
+    watch.impossible({"Pearson deviate", r.brood, r.visit, failure.what()});
   }
 }
 
@@ -59,9 +74,10 @@ double MixtureProportion(const Shown& s, const Record& r) {
                                                              : s.best.survival.PCorrJuv[r.v];
 }
 
-std::string Age(const Shown& s, const Record& r) {
-  const bool unknownClutch = s.data.VisitAge[r.v] == Missing && s.data.VisitStage[r.v] == -1;
-  return unknownClutch ? "-*" : Number(s.data.VisitAge[r.v], "###0");
+void AppendAge(std::string& text, const Shown& s, const Record& r) {
+  static const NumberTemplate whole("###0");
+  if (s.data.VisitAge[r.v] == Missing && s.data.VisitStage[r.v] == -1) text += '-';
+  AppendNumber(text, s.data.VisitAge[r.v], whole);
 }
 
 /// The columns of a listing in their order: the words of their headings, from the line that only the partitioning has
@@ -90,9 +106,13 @@ class ListingTable {
   }
 
   std::string Row(const Shown& shown, const Record& record) const {
-    std::string row;
-    for (const Column& column : columns_)
-      row += (row.empty() ? "" : ",") + GrowingField(column.text(shown, record), column.width);
+    std::string row, field;
+    for (const Column& column : columns_) {
+      field.clear();
+      column.append(field, shown, record);
+      if (!row.empty()) row += ',';
+      row.append(static_cast<std::size_t>(std::max(0, column.width - static_cast<int>(field.size()))), ' ') += field;
+    }
     return row;
   }
 
@@ -103,23 +123,26 @@ class ListingTable {
   struct Column {
     Heading heading;
     int width;
-    std::function<std::string(S, R)> text;
+    std::function<void(std::string&, S, R)> append;  // what stands in it; a longer field than its width grows
   };
 
   template <class Value>
   void Add(const Heading& heading, int width, const char* pattern, Value value) {
-    columns_.push_back({heading, width, [=](S s, R r) { return Number(value(s, r), pattern); }});
+    columns_.push_back({heading, width, [value, as = NumberTemplate(pattern)](std::string& text, S s, R r) {
+                          AppendNumber(text, value(s, r), as);
+                        }});
   }
 
   void AddObservation(int countWidth) {
     const char* const whole = "###0";
-    columns_.push_back({{"", "", "", "ID_Code"}, 8, [](S s, R r) { return CodeField(s.data, r.b); }});
+    columns_.push_back(
+        {{"", "", "", "ID_Code"}, 8, [](std::string& text, S s, R r) { text += CodeField(s.data, r.b); }});
     Add({"", "", "", "Year"}, 6, whole, [](S s, R r) { return s.data.VisitYear[r.v]; });
     Add({"", "", "", "Mom"}, 4, whole, [](S s, R r) { return s.data.BroodNumber(r.brood); });
     Add({"", "", "", "Visit"}, 6, whole, [](S s, R r) { return r.visit - s.data.FirstVisit[r.b] + 1; });
     Add({"", "Day", "of", "Year"}, 6, whole, [](S s, R r) { return s.data.VisitDate[r.v]; });
     Add({"", "", "Hatch", "Day"}, 6, whole, [](S s, R r) { return s.data.HatchDate[r.b]; });
-    columns_.push_back({{"", "", "Brood", "Age"}, 6, Age});
+    columns_.push_back({{"", "", "Brood", "Age"}, 6, AppendAge});
     Add({"", "Obsd_#:", "Eggs_or", "Juveniles"}, countWidth, whole, [](S s, R r) { return s.data.VisitCount[r.v]; });
   }
 
@@ -179,6 +202,67 @@ class ListingTable {
   std::vector<Column> columns_;
 };
 
+/// The rows of a listing in their order, of which the workers make the coming ones at once: so many that between two
+/// turns not much time goes by.
+class RowsAhead {
+ public:
+  RowsAhead(ListingTable table, const Shown& shown, Workers* workers)
+      : table_(std::move(table)), shown_(shown), workers_(workers) {
+    const BroodData& data = shown.data;
+    int number = 0;
+    ForEachRecord(data, [&](std::size_t b, std::size_t v) {
+      records_.push_back({static_cast<int>(b), static_cast<int>(v), ++number, b, v});
+    });
+  }
+
+  /// Raises what making it has raised.
+  const std::string& Of(const Record& record) {
+    const auto i = static_cast<std::size_t>(record.number) - 1;
+    if (i >= first_ + rows_.size()) MakeFrom(i);
+    const Row& row = rows_[i - first_];
+    if (row.failure) std::rethrow_exception(row.failure);
+    return row.text;
+  }
+
+ private:
+  struct Row {
+    std::string text;
+    std::exception_ptr failure;
+  };
+
+  void MakeFrom(std::size_t first) {
+    constexpr std::size_t AtATime = 1024, OneWorkers = 64;
+    first_ = first;
+    rows_.assign(std::min(AtATime, records_.size() - first), {});
+    const auto make = [this](std::size_t begin, std::size_t end) {
+      for (std::size_t i = begin; i < end; ++i) Make(records_[first_ + i], rows_[i]);
+    };
+    const std::size_t pieces = (rows_.size() + OneWorkers - 1) / OneWorkers;
+    if (workers_ != nullptr)
+      workers_->Share(static_cast<int>(pieces), [&](int piece, int) {
+        const std::size_t begin = static_cast<std::size_t>(piece) * OneWorkers;
+        make(begin, std::min(begin + OneWorkers, rows_.size()));
+      });
+    else
+      make(0, rows_.size());
+  }
+
+  void Make(const Record& record, Row& row) const {
+    try {
+      row.text = table_.Row(shown_, record);
+    } catch (...) {
+      row.failure = std::current_exception();
+    }
+  }
+
+  const ListingTable table_;
+  const Shown& shown_;
+  Workers* const workers_;
+  std::vector<Record> records_;
+  std::size_t first_ = 0;  // the record of the first row that is made
+  std::vector<Row> rows_;
+};
+
 constexpr const char* NotesOfBoth[] = {
     "The listing that follows gives observed and predicted data by record (a missing or unpredicted value is "
     "represented by an asterisk [*]):",
@@ -224,11 +308,11 @@ std::string ListingHead(const BroodData& data, Listing listing) {
 }
 
 std::string ListingRows(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes,
-                        const SurvivalEstimates& estimates, const Simulation& simulation,
-                        const CalculationWatch& watch) {
+                        const SurvivalEstimates& estimates, const Simulation& simulation, const CalculationWatch& watch,
+                        Workers* workers) {
   const BroodData& data = subject.data;
-  const Shown shown{data, subject.fitted.best, sizes, estimates, simulation, watch};
-  const ListingTable table(listing, data.NCov);
+  const Shown shown{data, subject.fitted.best, sizes, estimates, simulation};
+  RowsAhead rows(ListingTable(listing, data.NCov), shown, workers);
   std::string text;
   int number = 0;
   int yearBefore = 0;
@@ -244,7 +328,9 @@ std::string ListingRows(const ResultsSubject& subject, Listing listing, const Ef
                                  visit - data.FirstVisit[b] + 1, data.BroodNumber(brood), year));
       watch.turn();
       if (watch.aborted()) return text;
-      text += table.Row(shown, {brood, visit, ++number, b, v}) + "\r\n";
+      const Record record{brood, visit, ++number, b, v};
+      TellImpossible(shown, record, watch);
+      text += rows.Of(record) + "\r\n";
     }
   }
   return text;

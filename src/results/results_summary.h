@@ -9,6 +9,7 @@
 #include "model/likelihood_state.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
+#include "platform/workers.h"
 #include "results/effective_sizes.h"
 
 namespace merlane {
@@ -44,9 +45,9 @@ enum class Listing {
 std::string ListingHead(const BroodData& data, Listing listing);
 
 /// One row for each record, broods in the order of year and brood, with an empty line between years. Ends where an
-/// abort stops it. A deviate that is impossible is shown like one that is missing.
+/// abort stops it. A deviate that is impossible is shown like one that is missing. `workers` make the rows.
 std::string ListingRows(const ResultsSubject& subject, Listing listing, const EffectiveSizes& sizes,
-                        const SurvivalEstimates& estimates, const Simulation& simulation,
-                        const CalculationWatch& watch);
+                        const SurvivalEstimates& estimates, const Simulation& simulation, const CalculationWatch& watch,
+                        Workers* workers = nullptr);
 
 }  // namespace merlane

@@ -297,6 +297,7 @@ int CompareForwardValues(const test::Evaluated& e, const SurvivalTables& t) {
   Simulation simulation;
   simulation.Preset(data);
   simulation.SimCount = data.VisitCount;
+  ForwardShares shares;
   int compared = 0;
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
@@ -305,7 +306,7 @@ int CompareForwardValues(const test::Evaluated& e, const SurvivalTables& t) {
     for (int visit = first + 1; visit < first + data.VisitsOf[b]; ++visit) {
       const auto v = static_cast<std::size_t>(visit);
       if (data.VisitCount[v - 1] < 1) continue;
-      const auto forward = ForwardExpectation(data, p, false, brood, visit, simulation);
+      const auto forward = ForwardExpectation(data, p, false, brood, visit, shares, simulation);
       const bool predicted = std::abs(t.EVisit[v] - Missing) > 1e-9;
       EXPECT_EQ(forward.has_value(), predicted) << "visit " << visit;
       if (!forward || !predicted) continue;

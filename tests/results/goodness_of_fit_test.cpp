@@ -224,6 +224,26 @@ TEST(GoodnessOfFit, RefreshesTheVariancesOfWhatItPredicts) {
   EXPECT_EQ(a.state.best.VarAll[5], Missing) << "a prediction from nothing";
 }
 
+TEST(GoodnessOfFit, HasTheSameSumsByAnyNumberOfThreads) {
+  test::Analysis a;
+  for (int brood = 0; brood < 300; ++brood)
+    for (const int age : {2, 5, 9, 12}) a.Visit("B" + std::to_string(brood), age + brood % 7, 40 - 2 * age - brood % 9);
+  a.Read();
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  const auto judged = [&](Workers* workers) {
+    Streams streams;
+    BestTables best = a.state.best;
+    const auto fit = RandomisedGoodnessOfFit(a.reading.data, best, 3, streams.random, {}, workers);
+    return std::tuple(fit->pearson.simulated, fit->deviance.simulated, best.VarAll);
+  };
+  const auto alone = judged(nullptr);
+  for (const int threads : {1, 2, 5}) {
+    Workers workers(threads);
+    EXPECT_EQ(judged(&workers), alone) << threads;
+  }
+}
+
 TEST(GoodnessOfFit, ADevianceBeyond1490FailsTheCommand) {
   test::Analysis a = Juveniles();
   a.state.best.VisitDeviance[1] = 1500;

@@ -366,6 +366,35 @@ TEST(Listing, AnAbortEndsItWhereItStands) {
   EXPECT_EQ(Lines(ListingRows(s.subject, Listing::Partitioning, s.sizes, s.estimates, s.simulation, watch)).size(), 2u);
 }
 
+TEST(Listing, HasTheSameRowsByAnyNumberOfThreads) {
+  Analysis a;
+  for (int brood = 0; brood < 400; ++brood)  // more rows than are made at once
+    for (const int age : {2, 5, 9, 12}) a.Visit("B" + std::to_string(brood), age, 9 - age / 4 - brood % 3);
+  a.Read();
+  a.Value(17) = 0.03;
+  a.Evaluate();
+  a.state.best.VisitDeviance[1402] = 1500;  // a deviate that is impossible
+  Summary s(a);
+  s.estimates.Preset(a.reading.data);
+  s.simulation.Preset(a.reading.data);
+  for (const Listing listing : {Listing::Partitioning, Listing::SimulatedAndSurvival}) {
+    const auto rows = [&](Workers* workers) {
+      std::vector<std::string> told;
+      CalculationWatch watch;
+      watch.progress = [&](const std::string& text) { told.push_back(text); };
+      watch.impossible = [&](const ImpossibleStep& step) { told.push_back(step.step + " " + step.reason); };
+      return std::pair(ListingRows(s.subject, listing, s.sizes, s.estimates, s.simulation, watch, workers), told);
+    };
+    const auto alone = rows(nullptr);
+    EXPECT_EQ(Lines(alone.first).size(), 1600u);
+    EXPECT_EQ(alone.second.size(), 1601u);
+    for (const int threads : {1, 2, 5}) {
+      Workers workers(threads);
+      EXPECT_EQ(rows(&workers), alone) << threads;
+    }
+  }
+}
+
 TEST(Listing, NotesSayHowCovariatesWereTreated) {
   BroodData data;
   EXPECT_THAT(ListingHead(data, Listing::Partitioning),

@@ -1,0 +1,103 @@
+#include "model/kept_predictions.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "model/interval_kinds.h"
+
+namespace merlane {
+namespace {
+
+/// So many distributions are kept by who asks for one after the other: some megabytes.
+constexpr std::size_t MostKept = 10'000;
+
+/// So few are not worth sharing.
+constexpr int FewToBuild = 64;
+
+/// What one worker builds at a time.
+constexpr std::size_t Piece = 32;
+
+}  // namespace
+
+std::size_t KeptPredictions::Hash::operator()(const Key& key) const {
+  std::uint64_t hash = 0;
+  for (const std::uint64_t word : key) {
+    hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
+    hash ^= hash >> 32;
+  }
+  return hash;
+}
+
+/// Within a stage a count knows nothing of what is expected over hatch.
+KeptPredictions::Key KeptPredictions::KeyOf(int visit, int n, const CountExpectation& expected) const {
+  const Prediction kind = PredictionOf(data_, visit);
+  Key key{static_cast<std::uint64_t>(kind), static_cast<std::uint64_t>(n)};
+  std::size_t words = 2;
+  const auto add = [&](double x) { key[words++] = std::bit_cast<std::uint64_t>(x); };
+  add(data_.VisitAge[static_cast<std::size_t>(visit) - 1]);
+  add(expected.q);
+  if (kind == Prediction::Clutch || kind == Prediction::Brood) {
+    add(expected.ER);
+    add(expected.EC);
+  } else {
+    add(expected.r);
+    add(expected.overHatch.EHatchR);
+    add(expected.overHatch.EHatchC);
+    for (const double juveniles : expected.overHatch.juveniles) add(juveniles);
+  }
+  return key;
+}
+
+std::size_t KeptPredictions::Number(int visit, int n, const CountExpectation& expected) {
+  const auto [found, isNew] = numbers_.try_emplace(KeyOf(visit, n, expected), kept_.size());
+  if (isNew) {
+    kept_.emplace_back();
+    unbuilt_.push_back({visit, n, expected});
+  }
+  return found->second;
+}
+
+void KeptPredictions::Build(Workers* workers) {
+  const std::size_t first = kept_.size() - unbuilt_.size();
+  const bool shared = workers != nullptr && unbuilt_.size() >= FewToBuild;
+  while (predictors_.size() < static_cast<std::size_t>(shared ? workers->Count() : 1))
+    predictors_.emplace_back(data_, best_);
+  const auto build = [&](std::size_t begin, std::size_t end, CountPredictor& predictor) {
+    for (std::size_t i = begin; i < end; ++i) BuildOne(unbuilt_[i], kept_[first + i], predictor);
+  };
+  if (shared)
+    workers->Share(static_cast<int>((unbuilt_.size() + Piece - 1) / Piece), [&](int item, int worker) {
+      const std::size_t begin = static_cast<std::size_t>(item) * Piece;
+      build(begin, std::min(begin + Piece, unbuilt_.size()), predictors_[static_cast<std::size_t>(worker)]);
+    });
+  else
+    build(0, unbuilt_.size(), predictors_.front());
+  unbuilt_.clear();
+}
+
+void KeptPredictions::BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor) {
+  try {
+    predictor.Predict(asked.visit, asked.n, asked.expected, kept.prediction);
+  } catch (...) {
+    kept.prediction = {};
+    kept.failure = std::current_exception();  // for whoever picks from it
+  }
+}
+
+const CountPrediction& KeptPredictions::operator[](std::size_t number) const {
+  const Kept& kept = kept_[number];
+  if (kept.failure) std::rethrow_exception(kept.failure);
+  return kept.prediction;
+}
+
+const CountPrediction& KeptPredictions::Of(int visit, int n, const CountExpectation& expected) {
+  if (kept_.size() >= MostKept) {
+    numbers_.clear();
+    kept_.clear();
+  }
+  const std::size_t number = Number(visit, n, expected);
+  if (!unbuilt_.empty()) Build(nullptr);
+  return (*this)[number];
+}
+
+}  // namespace merlane
