@@ -175,8 +175,9 @@ bool FitsAhead::Answer(ModelCall& call) {
   long turnsGiven = 0;
   for (bool done = false; !done;) {
     done = known->done.load(std::memory_order_acquire);
-    for (const long turns = known->turns.load(std::memory_order_relaxed); turnsGiven < turns; ++turnsGiven)
-      watch_.turn();
+    const long turns = known->turns.load(std::memory_order_relaxed);
+    watch_.turns(turns - turnsGiven);
+    turnsGiven = turns;
     if (!done) followed_->WaitALittle();
   }
   for (const Message& message : known->messages) watch_.tell(message);

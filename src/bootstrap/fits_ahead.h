@@ -44,7 +44,7 @@ class FitsAhead {
   };
   /// What the calls of the objective give and tell on their way.
   struct Watch {
-    std::function<void()> turn;
+    std::function<void(long)> turns;  // so many
     std::function<void(const Message&)> tell;
   };
 

@@ -211,7 +211,7 @@ void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
   ahead_ = std::make_unique<FitsAhead>(
       FitsAhead::Origin{original_->tables.data, original_->tables.likelihood, original_->text, desk_.host.random,
                         original_->run, priorTerm, minimise},
-      FitsAhead::Watch{[this] { desk_.Turn(); },
+      FitsAhead::Watch{[this](long turns) { desk_.Turns(turns); },
                        [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
       ThreadsAhead(cores, model_.data.Visits()));
   objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };

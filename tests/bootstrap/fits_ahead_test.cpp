@@ -107,7 +107,8 @@ struct FitsAheadTest : ::testing::Test {
       ++minimised;
     };
     return std::make_unique<FitsAhead>(FitsAhead::Origin{real.data, fit, text, random, run, nullptr, minimise},
-                                       FitsAhead::Watch{[this] { ++turns; }, [](const Message&) {}}, threads);
+                                       FitsAhead::Watch{[this](long more) { turns += more; }, [](const Message&) {}},
+                                       threads);
   }
   /// All of so many attempts have been fitted ahead.
   std::unique_ptr<FitsAhead> AheadOf(int attempts) {
@@ -251,7 +252,7 @@ TEST_F(FitsAheadTest, LeaveAFitThatBreaksOffToTheBootstrap) {
     ++minimised;
     throw Odd{};
   };
-  FitsAhead ahead({real.data, fit, text, random, run, nullptr, minimise}, {[] {}, [](const Message&) {}}, 1);
+  FitsAhead ahead({real.data, fit, text, random, run, nullptr, minimise}, {[](long) {}, [](const Message&) {}}, 1);
   ahead.Begin(1, 1);
   while (minimised < 1) std::this_thread::yield();
   ahead.Follow(1, DataOf(1));
