@@ -12,47 +12,70 @@ namespace {
 
 std::size_t At(int index) { return static_cast<std::size_t>(index); }
 
+/// The counts that were met of a distribution.
+std::span<const std::int16_t> CountsOf(const ObjectivePlan& plan, const ObjectivePlan::Distribution& d) {
+  return std::span(plan.k).subspan(At(d.prediction), At(d.predictionEnd - d.prediction));
+}
+
+/// Room for the rows over hatch.
+BinomialHatchRow RowOverHatch(const ObjectivePlan& plan, const CountDistributions& distributions) {
+  std::size_t mostDistributions = 0, mostTerms = 0;
+  for (const ObjectivePlan::Row& row : plan.rows) {
+    if (row.kind != Prediction::Spanning) continue;
+    std::size_t terms = 0;
+    for (const ObjectivePlan::Distribution& d : plan.DistributionsOf(row))
+      terms += BinomialHatchRow::MostTerms(d.n, CountsOf(plan, d));
+    mostDistributions = std::max(mostDistributions, row.distributions.Size());
+    mostTerms = std::max(mostTerms, terms);
+  }
+  return {distributions, mostDistributions, mostTerms};
+}
+
 }  // namespace
 
 CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& distributions, int maxCount)
-    : plan_(plan), spanningJudge_(distributions, maxCount) {
+    : plan_(plan),
+      spanningJudge_(distributions, maxCount),
+      binomialHatchRow_(RowOverHatch(plan, distributions)),
+      maxCount_(maxCount) {
   std::size_t mostDistributions = 0, mostPredictions = 0;
   for (const ObjectivePlan::Row& row : plan.rows) {
     const Distributions judged = plan.DistributionsOf(row);
     mostDistributions = std::max(mostDistributions, judged.size());
     mostPredictions = std::max(mostPredictions, At(judged.back().predictionEnd - judged.front().prediction));
   }
-  for (auto* column : {&share_, &logs_}) column->reserve(2 * mostDistributions);
-  for (auto* column : {&exponent_, &P_, &PR_, &PC_, &logP_}) column->reserve(mostPredictions);
+  for (auto* column : {&share_, &logs_}) column->resize(2 * mostDistributions);
+  for (auto* column : {&exponent_, &P_, &logP_}) column->resize(mostPredictions);
 }
 
 void CountJudge::Begin(Distributions distributions) {
   first_ = At(distributions.front().prediction);
-  for (auto* column : {&exponent_, &P_, &PR_, &PC_, &logP_})
-    column->resize(At(distributions.back().predictionEnd) - first_);
-  for (auto* column : {&share_, &logs_}) column->resize(2 * distributions.size());
+  size_ = At(distributions.back().predictionEnd) - first_;
 }
 
 /// See LikelihoodPass::Outcome. Random mortality is not overdispersed.
 bool CountJudge::JudgeStage(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
-                            const std::vector<double>& thetas, std::vector<double>& deviance) {
+                            const std::vector<double>& thetas, const Known& known, Probabilities& probabilities,
+                            std::vector<double>& deviance) {
   if (distributions.empty()) return true;
   Begin(distributions);
-  std::fill(PR_.begin(), PR_.end(), 1.0);
-  std::fill(PC_.begin(), PC_.end(), 1.0);
-  if (errors.random) {
+  const auto PR = std::span(probabilities.random).subspan(first_, size_);
+  const auto PC = std::span(probabilities.correlated).subspan(first_, size_);
+  if (!known.random && !errors.random) std::ranges::fill(PR, 1.0);
+  if (!known.random && errors.random) {
     FillBinomialLogs(distributions, survival, survival.OutR);
     for (std::size_t j = 0; j < distributions.size(); ++j) FillBinomialExponents(distributions[j], j);
-    ExpRow(exponent_, PR_);
+    ExpRow(std::span(exponent_).first(size_), PR);
   }
-  if (errors.correlated) {
+  if (!known.correlated && !errors.correlated) std::ranges::fill(PC, 1.0);
+  if (!known.correlated && errors.correlated) {
     if (!FillCorrelatedExponents(distributions, survival, errors, thetas)) return false;
-    ExpRow(exponent_, PC_);
+    ExpRow(std::span(exponent_).first(size_), PC);
   }
   for (const ObjectivePlan::Distribution& d : distributions) {
     const double q = survival.PCorr[At(plan_.span[At(d.interval)])];
     for (std::size_t i = At(d.prediction) - first_; i < At(d.predictionEnd) - first_; ++i)
-      P_[i] = (1 - q) * PR_[i] + q * PC_[i];
+      P_[i] = (1 - q) * PR[i] + q * PC[i];
   }
   return FillDeviances(deviance);
 }
@@ -66,7 +89,8 @@ void CountJudge::FillBinomialLogs(Distributions distributions, const SurvivalCol
     share_[2 * j] = p;
     share_[2 * j + 1] = 1 - p;
   }
-  LogRow(share_, logs_);
+  const std::size_t shares = 2 * distributions.size();
+  LogRow(std::span(share_).first(shares), std::span(logs_).first(shares));
 }
 
 void CountJudge::FillBinomialExponents(const ObjectivePlan::Distribution& d, std::size_t number) {
@@ -96,10 +120,9 @@ void CountJudge::FillOverdispersedExponents(const ObjectivePlan::Distribution& d
     exponent_[i - first_] = logs.LogProbability(plan_.logChoices[i], d.n, plan_.k[i]);
 }
 
-bool CountJudge::JudgeOverHatch(Distributions distributions, const SurvivalColumns& survival, const CountErrors& errors,
-                                const Thetas& thetas, bool testSums, std::vector<double>& deviance) {
-  if (distributions.empty()) return true;
-  Begin(distributions);
+template <class Judge>
+bool CountJudge::ForEachOverHatch(Distributions distributions, const SurvivalColumns& survival, const Thetas& thetas,
+                                  const Judge& judge) {
   for (const ObjectivePlan::Distribution& d : distributions) {
     const ObjectivePlan::FromHatch& hatch = plan_.fromHatch[At(d.interval)];
     const std::size_t clutch = At(hatch.clutch), random = At(hatch.random), correlated = At(hatch.correlated);
@@ -112,19 +135,37 @@ bool CountJudge::JudgeOverHatch(Distributions distributions, const SurvivalColum
     expected.numbers.EHatchC = survival.OutC[clutch];
     expected.numbers.juveniles = {survival.OutR[random], survival.OutR[correlated], survival.OutC[random],
                                   survival.OutC[correlated]};
-    const std::size_t first = At(d.prediction), count = At(d.predictionEnd) - first;
-    if (!spanningJudge_.FillProbabilities(errors, expected, d.n, std::span(plan_.k).subspan(first, count), testSums,
-                                          std::span(P_).subspan(first - first_, count)))
-      return false;
+    if (!judge(expected, d, CountsOf(plan_, d))) return false;
   }
-  return FillDeviances(deviance);
+  return true;
+}
+
+bool CountJudge::JudgeOverHatch(Distributions distributions, const SurvivalColumns& survival, const CountErrors& errors,
+                                const Thetas& thetas, bool testSums, std::vector<double>& deviance) {
+  if (distributions.empty()) return true;
+  Begin(distributions);
+  bool judged = false;
+  if (BinomialHatchRow::Serves(errors, maxCount_)) {
+    binomialHatchRow_.Begin();
+    judged = ForEachOverHatch(distributions, survival, thetas, [&](const auto& expected, const auto& d, auto counts) {
+      return binomialHatchRow_.Add(errors, expected, d.n, counts, testSums);
+    });
+    if (judged) binomialHatchRow_.FillProbabilities(std::span(P_).first(size_));
+  } else {
+    judged = ForEachOverHatch(distributions, survival, thetas, [&](const auto& expected, const auto& d, auto counts) {
+      return spanningJudge_.FillProbabilities(errors, expected, d.n, counts, testSums,
+                                              std::span(P_).subspan(At(d.prediction) - first_, counts.size()));
+    });
+  }
+  return judged && FillDeviances(deviance);
 }
 
 bool CountJudge::FillDeviances(std::vector<double>& deviance) {
   bool impossible = false;
-  for (const double P : P_) impossible |= !(P >= 0 && P <= std::numeric_limits<double>::max());
-  LogRow(P_, logP_);
-  for (std::size_t i = 0; i < P_.size(); ++i) deviance[first_ + i] = P_[i] > 0 ? -2 * logP_[i] : 0;
+  const auto judged = std::span(P_).first(size_);
+  for (const double P : judged) impossible |= !(P >= 0 && P <= std::numeric_limits<double>::max());
+  LogRow(judged, std::span(logP_).first(size_));
+  for (std::size_t i = 0; i < size_; ++i) deviance[first_ + i] = P_[i] > 0 ? -2 * logP_[i] : 0;
   return !impossible;
 }
 

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "model/binomial_hatch_row.h"
 #include "model/count_distributions.h"
 #include "model/kept_gamma_ln.h"
 #include "model/objective_plan.h"
@@ -26,17 +27,31 @@ class CountJudge {
     std::vector<double> eggs, juveniles;
   };
   using Distributions = std::span<const ObjectivePlan::Distribution>;
+  /// P of each prediction of one stage under random and under correlated mortality, and which of them are known from
+  /// the judgement before.
+  struct Probabilities {
+    std::vector<double> random, correlated;
+  };
+  struct Known {
+    bool random = false, correlated = false;
+    bool Both() const { return random && correlated; }
+  };
 
   /// -2 ln P of each prediction of the distributions, which follow one another, to its place in `deviance`. False where
   /// something is out of the ordinary: an overflow, a penalty.
   bool JudgeStage(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
-                  const std::vector<double>& thetas, std::vector<double>& deviance);
+                  const std::vector<double>& thetas, const Known& known, Probabilities& probabilities,
+                  std::vector<double>& deviance);
   /// The same over hatch, also false where a warning may be due; `testSums` as in SpanningJudge.
   bool JudgeOverHatch(Distributions distributions, const SurvivalColumns& survival, const CountErrors& errors,
                       const Thetas& thetas, bool testSums, std::vector<double>& deviance);
 
  private:
   void Begin(Distributions distributions);
+  /// Calls `judge`(expected, n, counts, probabilities) for each distribution over hatch, as long as it is true.
+  template <class Judge>
+  bool ForEachOverHatch(Distributions distributions, const SurvivalColumns& survival, const Thetas& thetas,
+                        const Judge& judge);
   void FillBinomialLogs(Distributions distributions, const SurvivalColumns& survival, const std::vector<double>& Out);
   void FillBinomialExponents(const ObjectivePlan::Distribution& distribution, std::size_t number);
   bool FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
@@ -47,9 +62,12 @@ class CountJudge {
   const ObjectivePlan& plan_;
   KeptGammaLn logGamma_;
   SpanningJudge spanningJudge_;
-  std::size_t first_ = 0;                              // the first prediction of the row
-  std::vector<double> share_, logs_;                   // of each distribution: p, 1 - p
-  std::vector<double> exponent_, P_, PR_, PC_, logP_;  // of each prediction
+  BinomialHatchRow binomialHatchRow_;
+  const int maxCount_;
+  // Of the row that is judged; there is room for the longest.
+  std::size_t first_ = 0, size_ = 0;         // its predictions
+  std::vector<double> share_, logs_;         // of each distribution: p, 1 - p
+  std::vector<double> exponent_, P_, logP_;  // of each prediction
 };
 
 }  // namespace merlane

@@ -22,6 +22,7 @@ ObjectivePass::ObjectivePass(const BroodData& data, const PreparedVisits& prepar
     judgeOf_.emplace_back(*plan_, distributions, prepared.MaxCount);
   }
   for (auto* column : {&thetas_.eggs, &thetas_.juveniles}) column->resize(plan_->Ages.size());
+  for (auto* column : {&probabilities_.random, &probabilities_.correlated}) column->resize(plan_->k.size());
 }
 
 std::optional<double> ObjectivePass::Sum(const Parameters& p, bool BootstrapMode, bool testSums) {
@@ -56,7 +57,7 @@ bool ObjectivePass::FillSurvival(const Parameters& p, bool BootstrapMode) {
     return false;
   survival_.BeginAtHatch();
   return InPieces(plan_->broodPieces.size(), [&](std::size_t piece, std::size_t worker) {
-    return survival_.FillBroods(plan_->broodPieces[piece], p, BootstrapMode, rowsOf_[worker]);
+    return survival_.FillBroods(piece, p, BootstrapMode, rowsOf_[worker]);
   });
 }
 
@@ -73,17 +74,34 @@ void ObjectivePass::FillThetas(const Parameters& p) {
 }
 
 bool ObjectivePass::FillDeviances(const CountErrors& errors, bool testSums) {
-  return InPieces(plan_->rows.size(), [&](std::size_t row, std::size_t worker) {
-    return Judge(plan_->rows[row], judgeOf_[worker], errors, testSums);
-  });
+  const SurvivalColumns::Changes clutches = survival_.OfClutches(), broods = survival_.OfBroods();
+  const CountJudge::Known knownOfClutches = KnownOf(clutchesJudged_, clutches, errors.eggs);
+  const CountJudge::Known knownOfBroods = KnownOf(broodsJudged_, broods, errors.juveniles);
+  clutchesJudged_.all = broodsJudged_.all = false;
+  if (!InPieces(plan_->rows.size(), [&](std::size_t row, std::size_t worker) {
+        return Judge(plan_->rows[row], judgeOf_[worker], errors, knownOfClutches, knownOfBroods, testSums);
+      }))
+    return false;
+  clutchesJudged_ = {true, clutches, errors.eggs};
+  broodsJudged_ = {true, broods, errors.juveniles};
+  return true;
 }
 
-bool ObjectivePass::Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors, bool testSums) {
+CountJudge::Known ObjectivePass::KnownOf(const Judged& judged, const SurvivalColumns::Changes& survival,
+                                         const StageErrors& errors) {
+  return {.random = judged.all && judged.survival.random == survival.random && judged.errors.random == errors.random,
+          .correlated = judged.all && judged.survival.correlated == survival.correlated && judged.errors == errors};
+}
+
+bool ObjectivePass::Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors,
+                          const CountJudge::Known& clutches, const CountJudge::Known& broods, bool testSums) {
   const CountJudge::Distributions distributions = plan_->DistributionsOf(row);
   if (row.kind == Prediction::Clutch)
-    return judge.JudgeStage(distributions, survival_, errors.eggs, thetas_.eggs, deviance_);
+    return clutches.Both() ||
+           judge.JudgeStage(distributions, survival_, errors.eggs, thetas_.eggs, clutches, probabilities_, deviance_);
   if (row.kind == Prediction::Brood)
-    return judge.JudgeStage(distributions, survival_, errors.juveniles, thetas_.juveniles, deviance_);
+    return broods.Both() || judge.JudgeStage(distributions, survival_, errors.juveniles, thetas_.juveniles, broods,
+                                             probabilities_, deviance_);
   return judge.JudgeOverHatch(distributions, survival_, errors, thetas_, testSums, deviance_);
 }
 

@@ -17,9 +17,10 @@
 namespace merlane {
 
 /// Computes the objective alone, without tables: each distinct calculation of the plan once, column after column, and
-/// at the end the sum over the visits. The sum has the very bits that the tables' passes (SurvivalPass, LikelihoodPass)
-/// give, which say what is computed and do it wherever something is out of the ordinary. Large data are shared by the
-/// workers: each piece fills its own places, so that the bits are the same for any number.
+/// at the end the sum over the visits. What the parameters that have moved do not touch is left as it was. The sum has
+/// the very bits that the tables' passes (SurvivalPass, LikelihoodPass) give, which say what is computed and do it
+/// wherever something is out of the ordinary. Large data are shared by the workers: each piece fills its own places, so
+/// that the bits are the same for any number.
 class ObjectivePass {
  public:
   /// Keeps references to the data, the distributions and the workers; none where it shall stay in one thread.
@@ -37,7 +38,16 @@ class ObjectivePass {
   bool FillSurvival(const Parameters& parameters, bool BootstrapMode);
   void FillThetas(const Parameters& parameters);
   bool FillDeviances(const CountErrors& errors, bool testSums);
-  bool Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors, bool testSums);
+  /// With what the counts of a stage have been judged last.
+  struct Judged {
+    bool all = false;
+    SurvivalColumns::Changes survival;
+    StageErrors errors;
+  };
+  static CountJudge::Known KnownOf(const Judged& judged, const SurvivalColumns::Changes& survival,
+                                   const StageErrors& errors);
+  bool Judge(const ObjectivePlan::Row& row, CountJudge& judge, const CountErrors& errors,
+             const CountJudge::Known& clutches, const CountJudge::Known& broods, bool testSums);
   template <class Fill>
   bool InPieces(std::size_t pieces, const Fill& fill);
 
@@ -47,7 +57,9 @@ class ObjectivePass {
   CountJudge::Thetas thetas_;
   std::vector<SurvivalColumns::Rows> rowsOf_;  // of each worker
   std::vector<CountJudge> judgeOf_;
-  std::vector<double> deviance_;  // of each prediction
+  CountJudge::Probabilities probabilities_;  // of each prediction but those over hatch
+  std::vector<double> deviance_;             // of each prediction
+  Judged clutchesJudged_, broodsJudged_;
 };
 
 }  // namespace merlane

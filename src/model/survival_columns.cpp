@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/elementary_rows.h"
 #include "model/same_bits.h"
@@ -28,27 +29,30 @@ class BoundsWatch {
 }  // namespace
 
 SurvivalColumns::SurvivalColumns(const BroodData& data, const ObjectivePlan& plan)
-    : N(plan.N), data_(data), plan_(plan) {
-  for (auto* column : {&AlphaR_, &BetaR_, &AlphaC_, &BetaC_, &normaliser_, &shareR_, &shareC_})
-    column->resize(At(plan.Mortalities()));
-  for (auto* column : {&SR_, &SC_}) column->resize(plan.Time.size());
+    : N(plan.N), data_(data), plan_(plan), effects_(data, plan), filled_(plan.broodPieces.size() + 1) {
+  for (const ObjectivePlan::Piece& piece : plan.broodPieces) effectsServe_.push_back(EffectColumns::Serve(plan, piece));
+  for (Shares* shares : {&random_, &correlated_}) {
+    for (auto* rates : {&shares->rate, &shares->made}) rates->resize(At(plan.Mortalities()));
+    shares->madeFor.assign(At(plan.Mortalities()), NotYet);
+    for (auto* column : {&shares->alive, &shares->power}) column->resize(plan.Time.size());
+  }
   for (auto* column : {&aliveR, &aliveC, &aliveAll, &PCorr}) column->resize(plan.from.size());
   for (auto* column : {&OutR, &OutC, &OutAll}) column->resize(plan.N.size());
 }
 
-SurvivalColumns::Rows::Rows(const ObjectivePlan& plan) {
+SurvivalColumns::Rows::Rows(const ObjectivePlan& plan) : effects(plan) {
   std::size_t most = std::max(plan.clutches.time.Size(), plan.DistinctTimes.size());
   for (const ObjectivePlan::Piece& piece : plan.broodPieces) most = std::max(most, piece.time.Size());
-  for (auto* row : {&distinctPower, &power, &exponent, &surviving, &attenuation}) row->reserve(most);
+  for (auto* row : {&distinctPower, &exponent, &surviving, &attenuation}) row->resize(most);
 }
 
 bool SurvivalColumns::FillClutches(const Parameters& p, bool BootstrapMode, Rows& rows) {
   // The rates, which both have in common, tell the kind; one that no clutch has may fail.
-  Acting acting;
-  const bool byAge = SetMortality(PreparedVisits::ClutchByAge, ClutchMortalityByAge(p), true, acting);
-  const bool byDate = SetMortality(PreparedVisits::ClutchByDate, ClutchMortalityByDate(p), false, acting);
+  Kind kind = Kind::Both;
+  const bool byAge = SetMortality(PreparedVisits::ClutchByAge, ClutchMortalityByAge(p), true, kind);
+  const bool byDate = SetMortality(PreparedVisits::ClutchByDate, ClutchMortalityByDate(p), false, kind);
   if ((plan_.clutchesByAge && !byAge) || (plan_.clutchesByDate && !byDate)) return false;
-  return FillSurvival(plan_.clutches, acting, BootstrapMode, rows);
+  return FillSurvival(plan_.clutches, kind, BootstrapMode, {}, filled_.front(), rows);
 }
 
 void SurvivalColumns::BeginAtHatch() {
@@ -58,123 +62,194 @@ void SurvivalColumns::BeginAtHatch() {
   }
 }
 
-bool SurvivalColumns::FillBroods(const ObjectivePlan::Piece& piece, const Parameters& p, bool BootstrapMode,
-                                 Rows& rows) {
-  Acting acting;
-  for (std::size_t m = piece.mortality.begin; m < piece.mortality.end; ++m) {
-    const ObjectivePlan::BroodMortalityOf& of = plan_.broods[m - ObjectivePlan::ClutchMortalities];
-    const double E = of.hatch >= 0 ? OutAll[At(of.hatch)] : of.EHatch;
+bool SurvivalColumns::FillBroods(std::size_t piece, const Parameters& p, bool BootstrapMode, Rows& rows) {
+  Kind kind = Kind::Both;
+  return SetMortalities(piece, p, kind, rows) &&
+         FillSurvival(plan_.broodPieces[piece], kind, BootstrapMode, OfClutches(), filled_[piece + 1], rows);
+}
+
+bool SurvivalColumns::SetMortalities(std::size_t number, const Parameters& p, Kind& kind, Rows& rows) {
+  const ObjectivePlan::Piece& piece = plan_.broodPieces[number];
+  for (std::size_t i = 0; i < piece.mortality.Size(); ++i) {
+    const ObjectivePlan::BroodMortalityOf& of =
+        plan_.broods[piece.mortality.begin + i - ObjectivePlan::ClutchMortalities];
+    rows.effects.E[i] = of.hatch >= 0 ? OutAll[At(of.hatch)] : of.EHatch;
+  }
+  if (effectsServe_[number]) {
+    if (!effects_.Fill(piece, p, rows.effects)) return false;
+    for (std::size_t i = 0; i < piece.mortality.Size(); ++i)
+      if (!SetMortality(piece.mortality.begin + i, rows.effects.Of(i, p), i == 0, kind)) return false;
+    return true;
+  }
+  for (std::size_t i = 0; i < piece.mortality.Size(); ++i) {
+    const ObjectivePlan::BroodMortalityOf& of =
+        plan_.broods[piece.mortality.begin + i - ObjectivePlan::ClutchMortalities];
+    const double E = rows.effects.E[i];
     const BroodMortality effective =
         of.byAge ? BroodMortalityByAge(p, data_, of.brood, E) : BroodMortalityByDate(p, data_, of.brood, E);
     double Penalty = 0;
     effective.AddTo(Penalty);
-    if (Penalty != 0 || !SetMortality(m, effective.mortality, m == piece.mortality.begin, acting)) return false;
+    if (Penalty != 0 || !SetMortality(piece.mortality.begin + i, effective.mortality, i == 0, kind)) return false;
   }
-  return FillSurvival(piece, acting, BootstrapMode, rows);
-}
-
-bool SurvivalColumns::SetMortality(std::size_t number, const Mortality& mortality, bool first, Acting& acting) {
-  const SurvivalFunctions functions(mortality);
-  const SurvivalFunctions::Constants constants = functions.OfTheMortality();
-  const Kind kind = functions.RandomOnly() ? Kind::Random : functions.CorrelatedOnly() ? Kind::Correlated : Kind::Both;
-  if (first) acting = {kind, mortality.f};
-  if (constants.failed || kind != acting.kind) return false;
-  AlphaR_[number] = mortality.AlphaR;
-  BetaR_[number] = mortality.BetaR;
-  AlphaC_[number] = mortality.AlphaC;
-  BetaC_[number] = mortality.BetaC;
-  normaliser_[number] = constants.normaliser;
-  shareR_[number] = constants.shareR;
-  shareC_[number] = constants.shareC;
   return true;
 }
 
-bool SurvivalColumns::FillSurvival(const ObjectivePlan::Piece& piece, const Acting& acting, bool BootstrapMode,
-                                   Rows& rows) {
-  for (auto* row : {&rows.power, &rows.exponent, &rows.surviving, &rows.attenuation}) row->resize(piece.time.Size());
-  return (acting.kind == Kind::Correlated || FillSharesR(piece, acting.f, rows)) &&
-         (acting.kind == Kind::Random || FillSharesC(piece, acting.f, rows)) && FillSpans(piece, acting.kind) &&
-         FillSurvivors(piece, BootstrapMode);
+SurvivalColumns::Changes SurvivalColumns::OfBroods() const {
+  Changes changes;
+  for (const Filled& piece : std::span(filled_).subspan(1)) {
+    changes.random += piece.changes.random;
+    changes.correlated += piece.changes.correlated;
+  }
+  return changes;
+}
+
+bool SurvivalColumns::SetMortality(std::size_t number, const Mortality& mortality, bool first, Kind& kind) {
+  const SurvivalFunctions functions(mortality);
+  const SurvivalFunctions::Constants constants = functions.OfTheMortality();
+  const Kind ofThis = functions.RandomOnly()       ? Kind::Random
+                      : functions.CorrelatedOnly() ? Kind::Correlated
+                                                   : Kind::Both;
+  if (first) kind = ofThis;
+  if (constants.failed || kind != ofThis) return false;
+  const auto [AlphaR, BetaR, AlphaC, BetaC, c, f] = mortality;
+  random_.rate[number] = {AlphaR, BetaR, f, constants.normaliser, constants.shareR};
+  correlated_.rate[number] = {AlphaC, BetaC, f, constants.normaliser, constants.shareC};
+  return true;
+}
+
+bool SurvivalColumns::FillSurvival(const ObjectivePlan::Piece& piece, Kind kind, bool BootstrapMode,
+                                   const Changes& hatched, Filled& filled, Rows& rows) {
+  const bool comparable =
+      std::exchange(filled.whole, false) && filled.kind == kind && filled.BootstrapMode == BootstrapMode;
+  const bool sameR = kind == Kind::Correlated || AreMade(piece, random_);
+  const bool sameC = kind == Kind::Random || AreMade(piece, correlated_);
+  if (!comparable || !sameR) ++filled.changes.random;
+  if (!comparable || !sameC) ++filled.changes.correlated;
+  if (!comparable || !sameR || !sameC || filled.hatched != hatched) {
+    if (!sameR && !FillSharesR(piece, rows)) return false;
+    if (!sameC && !FillSharesC(piece, rows)) return false;
+    if (!FillSpans(piece, kind) || !FillSurvivors(piece, BootstrapMode)) return false;
+  }
+  filled.whole = true;
+  filled.kind = kind;
+  filled.BootstrapMode = BootstrapMode;
+  filled.hatched = hatched;
+  return true;
+}
+
+/// Whether the shares of a piece are those of its rates.
+bool SurvivalColumns::AreMade(const ObjectivePlan::Piece& piece, const Shares& shares) {
+  return std::ranges::equal(piece.mortality.Of(shares.rate), piece.mortality.Of(shares.made),
+                            [](const Rate& a, const Rate& b) {
+                              return SameBits(a.Alpha, b.Alpha) && SameBits(a.Beta, b.Beta) && SameBits(a.f, b.f) &&
+                                     SameBits(a.normaliser, b.normaliser) && SameBits(a.share, b.share);
+                            });
+}
+
+void SurvivalColumns::NoteMade(const ObjectivePlan::Piece& piece, Shares& shares) {
+  for (std::size_t m = piece.mortality.begin; m < piece.mortality.end; ++m) shares.made[m] = shares.rate[m];
 }
 
 /// Each time to the shape of its mortality: where there is one shape only, each distinct time once.
-void SurvivalColumns::FillPowers(const ObjectivePlan::Piece& piece, const std::vector<double>& Beta, Rows& rows) const {
-  const double shape = Beta[piece.mortality.begin];
-  bool oneShape = true;
-  for (std::size_t m = piece.mortality.begin; m < piece.mortality.end; ++m)
-    oneShape = oneShape && SameBits(Beta[m], shape);
+void SurvivalColumns::FillPowers(const ObjectivePlan::Piece& piece, Shares& shares, Rows& rows) const {
+  const double shape = shares.rate[piece.mortality.begin].Beta;
+  bool oneShape = true, made = true;
+  for (std::size_t m = piece.mortality.begin; m < piece.mortality.end; ++m) {
+    const double Beta = shares.rate[m].Beta;
+    oneShape = oneShape && SameBits(Beta, shape);
+    made = made && SameBits(Beta, shares.madeFor[m]);
+    shares.madeFor[m] = Beta;
+  }
+  if (made) return;
+  const std::size_t size = piece.time.Size();
+  const std::span<double> power = std::span(shares.power).subspan(piece.time.begin, size);
   if (!oneShape) {
-    for (std::size_t i = 0; i < piece.time.Size(); ++i)
-      rows.exponent[i] = Beta[At(plan_.mortalityOfTime[piece.time.begin + i])];
-    PowRow(piece.time.Of(plan_.Time), rows.exponent, rows.power);
+    for (std::size_t i = 0; i < size; ++i)
+      rows.exponent[i] = shares.madeFor[At(plan_.mortalityOfTime[piece.time.begin + i])];
+    PowRow(piece.time.Of(plan_.Time), std::span(rows.exponent).first(size), power);
     return;
   }
   const std::span<const double> times = piece.distinctTime.Of(plan_.DistinctTimes);
-  rows.distinctPower.resize(times.size());
-  rows.exponent.resize(std::max(times.size(), piece.time.Size()));
-  std::fill(rows.exponent.begin(), rows.exponent.end(), shape);
-  PowRow(times, rows.exponent, rows.distinctPower);
-  rows.exponent.resize(piece.time.Size());
-  for (std::size_t i = 0; i < piece.time.Size(); ++i)
-    rows.power[i] = rows.distinctPower[At(plan_.distinctTime[piece.time.begin + i]) - piece.distinctTime.begin];
+  const std::span<double> exponent = std::span(rows.exponent).first(times.size());
+  std::ranges::fill(exponent, shape);
+  PowRow(times, exponent, std::span(rows.distinctPower).first(times.size()));
+  for (std::size_t i = 0; i < size; ++i)
+    power[i] = rows.distinctPower[At(plan_.distinctTime[piece.time.begin + i]) - piece.distinctTime.begin];
 }
 
 /// See SurvivalFunctions::At. An exponent beyond all bounds gives an innocent 0, and is watched; whatever else is no
 /// number stays none.
-bool SurvivalColumns::FillSharesR(const ObjectivePlan::Piece& piece, double f, Rows& rows) {
-  FillPowers(piece, BetaR_, rows);
+bool SurvivalColumns::FillSharesR(const ObjectivePlan::Piece& piece, Rows& rows) {
+  FillPowers(piece, random_, rows);
+  random_.made[piece.mortality.begin] = {};  // until they are
   BoundsWatch watch;
   const std::span<const int> mortality = piece.time.Of(plan_.mortalityOfTime);
+  const double* const power = random_.power.data() + piece.time.begin;
+  const auto exponent = std::span(rows.exponent).first(mortality.size());
+  const auto surviving = std::span(rows.surviving).first(mortality.size());
+  const auto attenuation = std::span(rows.attenuation).first(mortality.size());
   for (std::size_t i = 0; i < mortality.size(); ++i)
-    rows.exponent[i] = watch(-AlphaR_[At(mortality[i])] * rows.power[i]);
-  ExpRow(rows.exponent, rows.surviving);
-  for (std::size_t i = 0; i < mortality.size(); ++i) rows.exponent[i] = watch(-f * rows.power[i]);
+    exponent[i] = watch(-random_.rate[At(mortality[i])].Alpha * power[i]);
+  ExpRow(exponent, surviving);
+  const double f = random_.rate[piece.mortality.begin].f;  // which all have
+  for (std::size_t i = 0; i < mortality.size(); ++i) exponent[i] = watch(-f * power[i]);
   if (f != 0)
-    ExpRow(rows.exponent, rows.attenuation);
+    ExpRow(exponent, attenuation);
   else
-    std::fill(rows.attenuation.begin(), rows.attenuation.end(), 1.0);
-  double* const SR = SR_.data() + piece.time.begin;
+    std::ranges::fill(attenuation, 1.0);
+  double* const SR = random_.alive.data() + piece.time.begin;
   for (std::size_t i = 0; i < mortality.size(); ++i) {
-    const std::size_t m = At(mortality[i]);
-    SR[i] = watch(rows.surviving[i] * (1 - shareR_[m] * rows.attenuation[i]) / normaliser_[m]);
+    const Rate& rate = random_.rate[At(mortality[i])];
+    SR[i] = watch(surviving[i] * (1 - rate.share * attenuation[i]) / rate.normaliser);
   }
-  return !watch.Failed();
+  if (watch.Failed()) return false;
+  NoteMade(piece, random_);
+  return true;
 }
 
-bool SurvivalColumns::FillSharesC(const ObjectivePlan::Piece& piece, double f, Rows& rows) {
-  FillPowers(piece, BetaC_, rows);
+bool SurvivalColumns::FillSharesC(const ObjectivePlan::Piece& piece, Rows& rows) {
+  FillPowers(piece, correlated_, rows);
+  correlated_.made[piece.mortality.begin] = {};
   BoundsWatch watch;
   const std::span<const int> mortality = piece.time.Of(plan_.mortalityOfTime);
-  for (std::size_t i = 0; i < mortality.size(); ++i)
-    rows.exponent[i] = watch(-(f + AlphaC_[At(mortality[i])]) * rows.power[i]);
-  ExpRow(rows.exponent, rows.surviving);
-  double* const SC = SC_.data() + piece.time.begin;
+  const double* const power = correlated_.power.data() + piece.time.begin;
+  const auto exponent = std::span(rows.exponent).first(mortality.size());
+  const auto surviving = std::span(rows.surviving).first(mortality.size());
   for (std::size_t i = 0; i < mortality.size(); ++i) {
-    const std::size_t m = At(mortality[i]);
-    SC[i] = watch(shareC_[m] * rows.surviving[i] / normaliser_[m]);
+    const Rate& rate = correlated_.rate[At(mortality[i])];
+    exponent[i] = watch(-(rate.f + rate.Alpha) * power[i]);
   }
-  return !watch.Failed();
+  ExpRow(exponent, surviving);
+  double* const SC = correlated_.alive.data() + piece.time.begin;
+  for (std::size_t i = 0; i < mortality.size(); ++i) {
+    const Rate& rate = correlated_.rate[At(mortality[i])];
+    SC[i] = watch(rate.share * surviving[i] / rate.normaliser);
+  }
+  if (watch.Failed()) return false;
+  NoteMade(piece, correlated_);
+  return true;
 }
 
 /// See ExpectedSurvivors.
 bool SurvivalColumns::FillSpans(const ObjectivePlan::Piece& piece, Kind kind) {
   BoundsWatch watch;
+  const std::vector<double>&SR = random_.alive, &SC = correlated_.alive;
   const auto alive = [&](double S1, double S2) { return S1 > 0 ? watch(S2 / S1) : 0.0; };
   for (std::size_t i = piece.span.begin; i < piece.span.end; ++i) {
     const std::size_t from = At(plan_.from[i]), to = At(plan_.to[i]);
     if (kind == Kind::Random) {
-      aliveR[i] = aliveAll[i] = alive(SR_[from], SR_[to]);
+      aliveR[i] = aliveAll[i] = alive(SR[from], SR[to]);
       aliveC[i] = PCorr[i] = 0;
     } else if (kind == Kind::Correlated) {
-      aliveC[i] = aliveAll[i] = alive(SC_[from], SC_[to]);
+      aliveC[i] = aliveAll[i] = alive(SC[from], SC[to]);
       aliveR[i] = 0;
-      PCorr[i] = SC_[from] > 0 ? 1 : 0;
+      PCorr[i] = SC[from] > 0 ? 1 : 0;
     } else {
-      const double S1 = SR_[from] + SC_[from];
-      aliveAll[i] = alive(S1, SR_[to] + SC_[to]);
-      aliveC[i] = alive(SC_[from], SC_[to]);
-      aliveR[i] = alive(SR_[from], SR_[to]);
-      PCorr[i] = watch(SC_[from] / S1);
+      const double S1 = SR[from] + SC[from];
+      aliveAll[i] = alive(S1, SR[to] + SC[to]);
+      aliveC[i] = alive(SC[from], SC[to]);
+      aliveR[i] = alive(SR[from], SR[to]);
+      PCorr[i] = watch(SC[from] / S1);
     }
   }
   return !watch.Failed();
