@@ -42,7 +42,8 @@ TEST(DataLine, ColumnsAreCharactersOfUtf8AndBytesOfAnythingElse) {
 
 TEST(DataLine, WhatIsNoNumberThroughoutIsReadAllTheSame) {
   const auto read = [](const std::string& field) {
-    const DataLine line(field + std::string(8 - field.size(), ' '), 1, false);
+    const std::string text = field + std::string(8 - field.size(), ' ');
+    const DataLine line(text, 1, false);
     const DataLine::Reading reading = line.Read(record::Year);
     return std::pair(reading.value, reading.plain);
   };
