@@ -37,7 +37,8 @@ void CountDistributions::ProbVisits(KeptGammaLn& logGamma, int Code, double Thet
 }
 
 bool CountDistributions::Calc_Probs_and_Theta(KeptGammaLn& logGamma, int Code, int n, double ThetaE, double ThetaJ,
-                                              double EN, double EJ, std::span<double> Pmf) const {
+                                              double EN, double EJ, std::span<double> Pmf,
+                                              const std::function<void(long)>& turn) const {
   std::fill(Pmf.begin(), Pmf.end(), 0.0);
   const double pE = EN / n;
   const double pJ = Divide(EJ, EN);
@@ -49,6 +50,7 @@ bool CountDistributions::Calc_Probs_and_Theta(KeptGammaLn& logGamma, int Code, i
   std::optional<BetaBinomialLogs> overdispersedEggs;
   if (!binomialEggs) overdispersedEggs.emplace(logGamma, n, E, ThetaE);
   for (int m = 0; m <= n; ++m) {  // alive at hatch
+    if (turn && TakesLong(n)) turn(1);
     const double P1 = overdispersedEggs ? overdispersedEggs->Probability(LogChoices(n, m), n, m)
                                         : eggs.Probability(LogChoices(n, m), n, m);
     if (m == 1 || binomialJuvs) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -26,9 +27,12 @@ class CountDistributions {
   void ProbVisits(KeptGammaLn& logGamma, int Code, double Theta, int n, double E, std::span<double> Pmf) const;
   /// Distribution of the count over an interval that spans hatch: of n eggs EN were expected to hatch, and EJ of those
   /// to be alive at the visit. The probability of k individuals goes to `Pmf`[k], k = 0..n. False when the sum of the
-  /// probabilities is not 1 to six digits.
+  /// probabilities is not 1 to six digits. One that takes long gives `turn` turns for the user interface on its way.
   bool Calc_Probs_and_Theta(KeptGammaLn& logGamma, int Code, int n, double ThetaE, double ThetaJ, double EN, double EJ,
-                            std::span<double> Pmf) const;
+                            std::span<double> Pmf, const std::function<void(long)>& turn = {}) const;
+
+  /// Whether a distribution over hatch takes long: its time grows with the square of the count.
+  static constexpr bool TakesLong(int n) { return n > 1000; }
 
   /// ln of the number of ways to choose k of n, both at most maxCount.
   double LogChoices(int n, int k) const {

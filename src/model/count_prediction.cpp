@@ -54,7 +54,8 @@ CountExpectation BestExpectation(const BroodData& data, const SurvivalTables& be
 CountPredictor::CountPredictor(const BroodData& data, const Parameters& best)
     : data_(data), errors_(best), distributions_(LargestCount(data)) {}
 
-void CountPredictor::Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction) {
+void CountPredictor::Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction,
+                             const std::function<void(long)>& turn) {
   const auto width = static_cast<std::size_t>(n) + 1;
   prediction.inaccurateComponents = 0;
   for (auto* Pmf : {&prediction.Pmf, &PmfR_, &PmfC_}) Pmf->assign(width, 0.0);
@@ -62,7 +63,7 @@ void CountPredictor::Predict(int visit, int n, const CountExpectation& expected,
   if (kind == Prediction::Clutch || kind == Prediction::Brood)
     MixOneStage(visit, n, expected, errors_.Of(kind == Prediction::Brood), prediction);
   else
-    MixOverHatch(visit, n, expected, prediction);
+    MixOverHatch(visit, n, expected, prediction, turn);
 
   prediction.inaccurateSums = 0;
   for (auto* Pmf : {&PmfR_, &PmfC_, &prediction.Pmf})  // the mixture last, since its sums are kept
@@ -84,14 +85,15 @@ void CountPredictor::MixOneStage(int visit, int n, const CountExpectation& expec
     prediction.Pmf[k] = (1 - expected.q) * PmfR_[k] + expected.q * PmfC_[k];
 }
 
-void CountPredictor::MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction) {
+void CountPredictor::MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction,
+                                  const std::function<void(long)>& turn) {
   const double age = data_.VisitAge[static_cast<std::size_t>(visit) - 1];
   const std::array<double, 4> weights = FateWeights(expected.q, expected.r);
   component_.resize(prediction.Pmf.size());
   for (const HatchFate fate : HatchFates) {
     if (!Occurs(fate, errors_, expected.overHatch))
       std::ranges::fill(component_, 1.0);
-    else if (!FateDistribution(fate, distributions_, logGamma_, errors_, expected.overHatch, n, age, component_))
+    else if (!FateDistribution(fate, distributions_, logGamma_, errors_, expected.overHatch, n, age, component_, turn))
       ++prediction.inaccurateComponents;
     std::vector<double>& sameJuvs = CorrelatedJuveniles(fate) ? PmfC_ : PmfR_;
     for (std::size_t k = 0; k < component_.size(); ++k) {

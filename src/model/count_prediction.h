@@ -37,13 +37,15 @@ class CountPredictor {
   CountPredictor(const BroodData& data, const Parameters& best);
 
   /// The distribution of the count at a visit when `n` >= 1 were counted at the visit before. RuntimeFailure on an
-  /// overflow.
-  void Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
+  /// overflow. `turn` as for CountDistributions.
+  void Predict(int visit, int n, const CountExpectation& expected, CountPrediction& prediction,
+               const std::function<void(long)>& turn = {});
 
  private:
   void MixOneStage(int visit, int n, const CountExpectation& expected, const StageErrors& errors,
                    CountPrediction& prediction);
-  void MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction);
+  void MixOverHatch(int visit, int n, const CountExpectation& expected, CountPrediction& prediction,
+                    const std::function<void(long)>& turn);
 
   const BroodData& data_;
   const CountErrors errors_;

@@ -15,7 +15,8 @@ bool Occurs(HatchFate fate, const CountErrors& errors, const OverHatch& expected
 }
 
 bool FateDistribution(HatchFate fate, const CountDistributions& distributions, KeptGammaLn& logGamma,
-                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf) {
+                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf,
+                      const std::function<void(long)>& turn) {
   if (!(expected.juveniles[fate] > 0)) {
     std::ranges::fill(Pmf, 0.0);
     return true;
@@ -25,7 +26,7 @@ bool FateDistribution(HatchFate fate, const CountDistributions& distributions, K
   // The juveniles' overdispersion is taken at the negative age of the clutch, so that it exceeds its value at hatch.
   return distributions.Calc_Probs_and_Theta(logGamma, overdispersed ? 2 : 1, n, errors.eggs.Theta(eggsC, age),
                                             errors.juveniles.Theta(juvsC, age), expected.EHatch(fate),
-                                            expected.juveniles[fate], Pmf);
+                                            expected.juveniles[fate], Pmf, turn);
 }
 
 }  // namespace merlane

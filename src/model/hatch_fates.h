@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <span>
 
 #include "data/brood_data.h"
@@ -42,8 +43,9 @@ bool Occurs(HatchFate fate, const CountErrors& errors, const OverHatch& expected
 
 /// The distribution of the count by a fate that occurs: of n individuals at the visit of that age before hatch. The
 /// probability of k individuals goes to `Pmf`[k]; all are 0 when none is expected. False when their sum is not 1 to six
-/// digits. ArithmeticFailure when an overdispersion overflows.
+/// digits. ArithmeticFailure when an overdispersion overflows. `turn` as for CountDistributions.
 bool FateDistribution(HatchFate fate, const CountDistributions& distributions, KeptGammaLn& logGamma,
-                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf);
+                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf,
+                      const std::function<void(long)>& turn);
 
 }  // namespace merlane

@@ -8,8 +8,8 @@
 namespace merlane {
 namespace {
 
-/// So many distributions are kept by who asks for one after the other: some megabytes.
-constexpr std::size_t MostKept = 10'000;
+/// Distributions of so many counts in all are kept by who asks for one after the other: some megabytes.
+constexpr std::size_t MostCounts = 200'000;
 
 /// So few are not worth sharing.
 constexpr int FewToBuild = 64;
@@ -53,17 +53,20 @@ std::size_t KeptPredictions::Number(int visit, int n, const CountExpectation& ex
   if (isNew) {
     kept_.emplace_back();
     unbuilt_.push_back({visit, n, expected});
+    counts_ += static_cast<std::size_t>(n) + 1;
   }
   return found->second;
 }
 
-void KeptPredictions::Build(Workers* workers) {
+void KeptPredictions::Build(Workers* workers, const std::function<void(long)>& turn) {
   const std::size_t first = kept_.size() - unbuilt_.size();
-  const bool shared = workers != nullptr && unbuilt_.size() >= FewToBuild;
+  const bool shared =
+      workers != nullptr && unbuilt_.size() >= FewToBuild &&
+      std::ranges::none_of(unbuilt_, [](const Asked& asked) { return CountDistributions::TakesLong(asked.n); });
   while (predictors_.size() < static_cast<std::size_t>(shared ? workers->Count() : 1))
     predictors_.emplace_back(data_, best_);
   const auto build = [&](std::size_t begin, std::size_t end, CountPredictor& predictor) {
-    for (std::size_t i = begin; i < end; ++i) BuildOne(unbuilt_[i], kept_[first + i], predictor);
+    for (std::size_t i = begin; i < end; ++i) BuildOne(unbuilt_[i], kept_[first + i], predictor, turn);
   };
   if (shared)
     workers->Share(static_cast<int>((unbuilt_.size() + Piece - 1) / Piece), [&](int item, int worker) {
@@ -75,9 +78,10 @@ void KeptPredictions::Build(Workers* workers) {
   unbuilt_.clear();
 }
 
-void KeptPredictions::BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor) {
+void KeptPredictions::BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor,
+                               const std::function<void(long)>& turn) {
   try {
-    predictor.Predict(asked.visit, asked.n, asked.expected, kept.prediction);
+    predictor.Predict(asked.visit, asked.n, asked.expected, kept.prediction, turn);
   } catch (...) {
     kept.prediction = {};
     kept.failure = std::current_exception();  // for whoever picks from it
@@ -90,13 +94,15 @@ const CountPrediction& KeptPredictions::operator[](std::size_t number) const {
   return kept.prediction;
 }
 
-const CountPrediction& KeptPredictions::Of(int visit, int n, const CountExpectation& expected) {
-  if (kept_.size() >= MostKept) {
+const CountPrediction& KeptPredictions::Of(int visit, int n, const CountExpectation& expected,
+                                           const std::function<void(long)>& turn) {
+  if (counts_ >= MostCounts) {
     numbers_.clear();
     kept_.clear();
+    counts_ = 0;
   }
   const std::size_t number = Number(visit, n, expected);
-  if (!unbuilt_.empty()) Build(nullptr);
+  if (!unbuilt_.empty()) Build(nullptr, turn);
   return (*this)[number];
 }
 

@@ -24,8 +24,9 @@ class KeptPredictions {
   /// The number of a visit's distribution when `n` >= 1 were counted at the visit before, counted from 0 in the order
   /// in which they are asked for.
   std::size_t Number(int visit, int n, const CountExpectation& expected);
-  /// Builds those that have got a number since; `workers` share it where there are any.
-  void Build(Workers* workers);
+  /// Builds those that have got a number since; `workers` share it where there are any, unless one takes long. `turn`
+  /// as for CountDistributions.
+  void Build(Workers* workers, const std::function<void(long)>& turn = {});
   std::size_t Size() const { return kept_.size(); }
   /// One that is built. Raises what building it has raised.
   const CountPrediction& operator[](std::size_t number) const;
@@ -34,7 +35,8 @@ class KeptPredictions {
 
   /// The distribution of a visit, built when it is new. Stays where it is until the next is asked for: beyond a number
   /// that serves most data all are forgotten.
-  const CountPrediction& Of(int visit, int n, const CountExpectation& expected);
+  const CountPrediction& Of(int visit, int n, const CountExpectation& expected,
+                            const std::function<void(long)>& turn = {});
 
  private:
   /// All that a distribution depends on, bit by bit.
@@ -52,13 +54,15 @@ class KeptPredictions {
     CountExpectation expected;
   };
   Key KeyOf(int visit, int n, const CountExpectation& expected) const;
-  static void BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor);
+  static void BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor,
+                       const std::function<void(long)>& turn);
 
   const BroodData& data_;
   const Parameters& best_;
   std::unordered_map<Key, std::size_t, Hash> numbers_;
   std::deque<Kept> kept_;
   std::vector<Asked> unbuilt_;             // the last of them
+  std::size_t counts_ = 0;                 // of all distributions
   std::deque<CountPredictor> predictors_;  // of each worker
 };
 

@@ -107,7 +107,8 @@ void LikelihoodPass::JudgeOne(std::size_t visit, double q, LikelihoodState& stat
 }
 
 LikelihoodPass::FateDistributions LikelihoodPass::DistributionsOverHatch(std::size_t visit, int n,
-                                                                         const SurvivalTables& tables) {
+                                                                         const SurvivalTables& tables,
+                                                                         const std::function<void(long)>& turn) {
   const PreparedVisits::Judgement& judgement = prepared_.Judgements[visit];
   // Without a prediction of its own the visit is judged from the count of an earlier one. That costs nothing, since no
   // such visit counts, but its deviance stays in the table; it is not prepared for.
@@ -119,12 +120,12 @@ LikelihoodPass::FateDistributions LikelihoodPass::DistributionsOverHatch(std::si
   if (!own) passing_.stamp = 0;
   const OverHatch expected(tables, static_cast<std::size_t>(judgement.brood));
   if (kept.stamp != stamp_ || !SameExpected(kept.expected, expected))
-    FillDistributions(kept, probabilities, visit, n, expected);
+    FillDistributions(kept, probabilities, visit, n, expected, turn);
   return {kept, probabilities};
 }
 
 void LikelihoodPass::FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                                       const OverHatch& expected) {
+                                       const OverHatch& expected, const std::function<void(long)>& turn) {
   kept.stamp = 0;  // until all four are there
   const auto width = static_cast<std::size_t>(n) + 1;
   for (const HatchFate fate : HatchFates) {
@@ -132,7 +133,7 @@ void LikelihoodPass::FillDistributions(KeptSpanning& kept, std::span<double> pro
     std::fill(Pmf.begin(), Pmf.end(), 0.0);
     kept.accurate[fate] =
         !Occurs(fate, errors_, expected) ||
-        FateDistribution(fate, distributions_, logGamma_, errors_, expected, n, data_.VisitAge[visit - 1], Pmf);
+        FateDistribution(fate, distributions_, logGamma_, errors_, expected, n, data_.VisitAge[visit - 1], Pmf, turn);
   }
   kept.expected = expected;
   kept.stamp = stamp_;
@@ -142,7 +143,7 @@ void LikelihoodPass::JudgeSpanning(std::size_t visit, int n, const EvaluationSet
                                    LikelihoodState& state) {
   const PreparedVisits::Judgement& judgement = prepared_.Judgements[visit];
   const auto width = static_cast<std::size_t>(n) + 1;
-  const auto [kept, probabilities] = DistributionsOverHatch(visit, n, state.survival);
+  const auto [kept, probabilities] = DistributionsOverHatch(visit, n, state.survival, setting.turn);
   std::array<double, 4> Prob = {1.0, 1.0, 1.0, 1.0};
   for (const HatchFate fate : HatchFates) {
     if (!kept.accurate[fate]) setting.tell(InaccurateSpanningDistribution());

@@ -56,9 +56,10 @@ class LikelihoodPass {
   void JudgeOne(std::size_t visit, double q, LikelihoodState& state);
   void JudgeSpanning(std::size_t visit, int n, const EvaluationSetting& setting, std::int32_t NF,
                      LikelihoodState& state);
-  FateDistributions DistributionsOverHatch(std::size_t visit, int n, const SurvivalTables& tables);
+  FateDistributions DistributionsOverHatch(std::size_t visit, int n, const SurvivalTables& tables,
+                                           const std::function<void(long)>& turn);
   void FillDistributions(KeptSpanning& kept, std::span<double> probabilities, std::size_t visit, int n,
-                         const OverHatch& expected);
+                         const OverHatch& expected, const std::function<void(long)>& turn);
 
   const BroodData& data_;
   const PreparedVisits& prepared_;

@@ -235,7 +235,8 @@ class Planning {
         if (judgement.prediction == Kind::Spanning && HatchOf(judgement.brood).spanned) plan_.regular = false;
         continue;
       }
-      if (judgement.count < 0 || judgement.count > n || !Fits(judgement, filled_[v].by)) {
+      const bool takesLong = judgement.prediction == Kind::Spanning && CountDistributions::TakesLong(n);
+      if (judgement.count < 0 || judgement.count > n || !Fits(judgement, filled_[v].by) || takesLong) {
         plan_.regular = false;
         return;
       }

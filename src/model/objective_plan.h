@@ -18,7 +18,8 @@ namespace merlane {
 ///
 /// It tells the whole objective only where each entry of the tables is filled from one interval at most and all that is
 /// not filled is Missing. Data in which that is not so (clutches behind broods, several hatches of one brood, counts
-/// that rise) are not regular, and their objective is computed from the tables.
+/// that rise) are not regular, and their objective is computed from the tables. So is that of counts over hatch which
+/// take long, during which the user interface has its turns.
 struct ObjectivePlan {
   /// What the plan is for.
   struct Subject {

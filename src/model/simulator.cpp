@@ -62,7 +62,7 @@ class Simulator {
   }
 
   std::int16_t Pick(int visit, int n, const CountExpectation& expected) {
-    const CountPrediction& prediction = predictions_.Of(visit, n, expected);
+    const CountPrediction& prediction = predictions_.Of(visit, n, expected, [this](long) { watch_.turn(); });
     KeepVariances(data_, visit, prediction, best_);
     double SumPearson = 0, SumDeviance = 0;  // of no use here
     return static_cast<std::int16_t>(Simulate_Pick_ChiSq(prediction, random_, watch_, SumPearson, SumDeviance));

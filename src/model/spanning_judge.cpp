@@ -13,7 +13,7 @@ namespace {
 /// not be made. The error of ln Gamma is some 1e-10 between these bounds; it grows with large shapes, and with very
 /// small ones, where it is reflected.
 bool SumIsKnown(bool binomial, int n, double p, double theta) {
-  if (n > 1000) return false;
+  if (CountDistributions::TakesLong(n)) return false;
   return binomial || (p >= 1e-4 && p <= 0.9999 && theta >= 1e-4 && theta <= 0.999);
 }
 

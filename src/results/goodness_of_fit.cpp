@@ -56,7 +56,7 @@ class Randomisations {
   bool Run(RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
     long turns = 0;  // that are due
     for (std::size_t i = 0; i < visits_.size(); ++i) {
-      if (i == prepared_) PrepareMore();
+      if (i == prepared_) PrepareMore(watch);
       PredictedVisit& visit = visits_[i];
       if (visit.wantsAttention && !watch.Turns(std::exchange(turns, 0))) return false;
       try {
@@ -81,15 +81,17 @@ class Randomisations {
   };
 
   /// The predictions of the next visits, so many that between two turns not much time goes by.
-  void PrepareMore() {
-    constexpr std::size_t AtATime = 1000;
-    const std::size_t end = std::min(prepared_ + AtATime, visits_.size());
-    for (; prepared_ < end; ++prepared_) {
+  void PrepareMore(const CalculationWatch& watch) {
+    constexpr long MostTerms = 1'000'000;  // over hatch a distribution has as many as the square of the count
+    long terms = 0;
+    for (; prepared_ < visits_.size() && terms < MostTerms; ++prepared_) {
       PredictedVisit& visit = visits_[prepared_];
-      visit.prediction = predictions_.Number(visit.visit, data_.VisitCount[static_cast<std::size_t>(visit.visit) - 1],
-                                             BestExpectation(data_, best_.survival, visit.brood, visit.visit));
+      const int n = data_.VisitCount[static_cast<std::size_t>(visit.visit) - 1];
+      visit.prediction =
+          predictions_.Number(visit.visit, n, BestExpectation(data_, best_.survival, visit.brood, visit.visit));
+      terms += long{n} * n + 1000;
     }
-    predictions_.Build(workers_);
+    predictions_.Build(workers_, [&watch](long) { watch.turn(); });
     while (picks_.Size() < predictions_.Size()) picks_.Add(predictions_.Built(picks_.Size()));
   }
 

@@ -450,5 +450,22 @@ TEST(Likelihood, GivesATurnForEachVisitThatCouldBePredicted) {
   EXPECT_EQ(a.turns, 1 + 3);
 }
 
+TEST(Likelihood, GivesTurnsWhileItMakesTheDistributionOfManyOverHatch) {
+  Analysis a, few;
+  a.Visit("A", -5, 1500).Visit("A", 4, 1400).Read();
+  few.Visit("A", -5, 150).Visit("A", 4, 140).Read();
+  for (Analysis* each : {&a, &few}) {
+    each->Value(15) = 0.01;
+    each->Value(17) = 0.02;
+    each->Evaluate();
+  }
+  EXPECT_EQ(few.turns, 1 + 1);
+  EXPECT_EQ(a.turns, 1 + 1 + 1501) << "one for each number that may be alive at hatch";
+  a.turns = 0;
+  a.Value(17) = 0.03;
+  a.Evaluate(2);
+  EXPECT_EQ(a.turns, 1 + 1 + 1501) << "in a minimisation, too, which needs no tables";
+}
+
 }  // namespace
 }  // namespace merlane
