@@ -61,12 +61,13 @@ std::string FileOutline::InWords() const {
         firstYear == lastYear ? fmt::format("year {}", firstYear) : fmt::format("years {} to {}", firstYear, lastYear);
     words = fmt::format("The file holds {} and {} covariate{}.", years, covariates, covariates == 1 ? "" : "s");
   }
-  if (misdivided > 0)
-    words += fmt::format(
-        "{}{} of its lines do{} not fit the fixed columns ({}). It may be another kind of file, which "
-        "Import... makes a data file of.",
-        words.empty() ? "" : " ", misdivided, misdivided == 1 ? "es" : "", firstMisdivided);
-  return words;
+  if (misdivided == 0) return words;
+  if (!words.empty()) words += ' ';
+  return words + fmt::format(
+                     "{}{} of its lines do{} not fit the fixed columns ({}). It may be another kind of file, which "
+                     "Import... makes a data file of.",
+                     misdivided, misdivided == MostMisdivided ? " or more" : "", misdivided == 1 ? "es" : "",
+                     firstMisdivided);
 }
 
 }  // namespace merlane
