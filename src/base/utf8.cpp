@@ -59,4 +59,25 @@ std::string_view LastCharacters(std::string_view text, int count) {
   return characters <= count ? text : text.substr(BeginOf(text, characters - count));
 }
 
+std::string Utf8Character(std::uint32_t character) {
+  std::string bytes;
+  const auto trail = [&](int shift) { bytes += static_cast<char>(0x80 | ((character >> shift) & 0x3F)); };
+  if (character < 0x80) {
+    bytes += static_cast<char>(character);
+  } else if (character < 0x800) {
+    bytes += static_cast<char>(0xC0 | (character >> 6));
+    trail(0);
+  } else if (character < 0x10000) {
+    bytes += static_cast<char>(0xE0 | (character >> 12));
+    trail(6);
+    trail(0);
+  } else {
+    bytes += static_cast<char>(0xF0 | (character >> 18));
+    trail(12);
+    trail(6);
+    trail(0);
+  }
+  return bytes;
+}
+
 }  // namespace merlane

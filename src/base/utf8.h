@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace merlane {
@@ -20,5 +22,8 @@ std::string_view CharacterColumns(std::string_view line, int first, int last);
 /// The last or the first `count` characters of a UTF-8 text, or all when there are fewer.
 std::string_view LastCharacters(std::string_view text, int count);
 std::string_view FirstCharacters(std::string_view text, int count);
+
+/// A character (code point) in UTF-8.
+std::string Utf8Character(std::uint32_t character);
 
 }  // namespace merlane

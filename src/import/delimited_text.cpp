@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
@@ -10,21 +12,18 @@
 namespace merlane {
 namespace {
 
-/// How many fields each of the first rows has, if all have as many; 1 when they differ.
+/// How many fields nearly all of the first rows have; 1 when they differ.
 std::size_t CommonFields(std::string_view text, Delimiter delimiter) {
-  constexpr int RowsLookedAt = 20;
-  DelimitedRows rows(text, delimiter);
-  std::size_t fields = 0;
-  TextRow row;
+  constexpr std::size_t RowsLookedAt = 50;
   try {
-    for (int i = 0; i < RowsLookedAt && rows.Next(row); ++i) {
-      if (fields != 0 && row.fields.size() != fields) return 1;
-      fields = row.fields.size();
-    }
+    const std::vector<TextRow> rows = RowsAtStart(text, delimiter, RowsLookedAt);
+    const std::size_t usual = UsualFields(rows);
+    const auto as = std::ranges::count(rows, usual, [](const TextRow& row) { return row.fields.size(); });
+    // A heading may lack a name for the rows' own names; a title may stand above it, and a sum below.
+    return 5 * static_cast<std::size_t>(as) + 10 >= 4 * rows.size() ? usual : 1;
   } catch (const RuntimeFailure&) {
     return 1;
   }
-  return fields;
 }
 
 }  // namespace
@@ -32,6 +31,12 @@ std::size_t CommonFields(std::string_view text, Delimiter delimiter) {
 const std::vector<std::string>& DelimiterNames() {
   static const std::vector<std::string> names{"comma", "semicolon", "tab", "blanks"};
   return names;
+}
+
+DelimitedRows::DelimitedRows(std::string_view text, Delimiter delimiter) : rest_(text), delimiter_(delimiter) {
+  if (!rest_.starts_with("sep=")) return;
+  rest_.remove_prefix(std::min(rest_.find_first_of("\r\n"), rest_.size()));
+  if (!rest_.empty()) SkipLineEnd();
 }
 
 bool DelimitedRows::AtLineEnd() const { return rest_.front() == '\n' || rest_.front() == '\r'; }
@@ -59,7 +64,8 @@ std::string DelimitedRows::QuotedField() {
       rest_.remove_prefix(1);
       if (rest_.empty() || rest_.front() != '"') return field;
     }
-    if (rest_.front() == '\n') ++line_;
+    const bool endsLine = rest_.front() == '\n' || (rest_.front() == '\r' && !rest_.starts_with("\r\n"));
+    if (endsLine) ++line_;
     field += rest_.front();
   }
   throw RuntimeFailure(fmt::format("the quote in line {} is never closed", begun));
@@ -67,15 +73,23 @@ std::string DelimitedRows::QuotedField() {
 
 std::string DelimitedRows::Field() {
   SkipBlanks();
-  std::string field;
-  if (!rest_.empty() && rest_.front() == '"') field = QuotedField();
+  const bool quoted = !rest_.empty() && rest_.front() == '"';
+  const std::string inQuotes = quoted ? QuotedField() : "";
   std::size_t end = 0;
   const std::string_view all = rest_;
   while (!rest_.empty() && !AtDelimiter() && !AtLineEnd()) rest_ = all.substr(++end);
-  return std::string(Trim(field + std::string(all.substr(0, end))));
+  const std::string_view behind = Trim(all.substr(0, end));
+  if (!quoted) return std::string(behind);
+  return behind.empty() ? std::string(Trim(inQuotes)) : '"' + inQuotes + '"' + std::string(behind);
 }
 
 bool DelimitedRows::Next(TextRow& row) {
+  while (NextLine(row))
+    if (std::ranges::any_of(row.fields, [](const std::string& field) { return !field.empty(); })) return true;
+  return false;
+}
+
+bool DelimitedRows::NextLine(TextRow& row) {
   row.fields.clear();
   for (;;) {
     if (delimiter_ == Delimiter::Blanks) SkipBlanks();
@@ -96,16 +110,28 @@ bool DelimitedRows::Next(TextRow& row) {
   }
 }
 
+std::vector<TextRow> RowsAtStart(std::string_view text, Delimiter delimiter, std::size_t count) {
+  std::vector<TextRow> first;
+  DelimitedRows rows(text, delimiter);
+  for (TextRow row; first.size() < count && rows.Next(row);) first.push_back(row);
+  return first;
+}
+
+std::size_t UsualFields(const std::vector<TextRow>& rows) {
+  std::map<std::size_t, int> counts;
+  for (const TextRow& row : rows) ++counts[row.fields.size()];
+  const auto most = std::ranges::max_element(counts, {}, [](const auto& each) { return each.second; });
+  return most == counts.end() ? 0 : most->first;
+}
+
 Delimiter ProposedDelimiter(std::string_view text) {
-  Delimiter best = Delimiter::Comma;
-  std::size_t most = 1;
-  for (const Delimiter delimiter : {Delimiter::Semicolon, Delimiter::Tab, Delimiter::Comma, Delimiter::Blanks}) {
-    const std::size_t fields = CommonFields(text, delimiter);
-    if (fields <= most) continue;
-    most = fields;
-    best = delimiter;
+  // Nobody puts a tab or a semicolon into every row for another reason; a comma can stand in every number.
+  for (const auto& [first, second] :
+       {std::pair(Delimiter::Semicolon, Delimiter::Tab), std::pair(Delimiter::Comma, Delimiter::Blanks)}) {
+    const std::size_t byFirst = CommonFields(text, first), bySecond = CommonFields(text, second);
+    if (std::max(byFirst, bySecond) > 1) return bySecond > byFirst ? second : first;
   }
-  return best;
+  return Delimiter::Comma;
 }
 
 }  // namespace merlane

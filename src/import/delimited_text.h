@@ -19,10 +19,11 @@ struct TextRow {
 };
 
 /// Divides a text into its rows, one after the other: a field in double quotes may hold delimiters, line ends and, in
-/// pairs, double quotes. Empty lines are no rows.
+/// pairs, double quotes; one with more behind its closing quote keeps its quotes. Empty lines, and those of empty
+/// fields alone, are no rows, nor is a first line such as "sep=;", by which a spreadsheet is told the delimiter.
 class DelimitedRows {
  public:
-  DelimitedRows(std::string_view text, Delimiter delimiter) : rest_(text), delimiter_(delimiter) {}
+  DelimitedRows(std::string_view text, Delimiter delimiter);
 
   /// Reads the next row into `row`; false behind the last one. RuntimeFailure when a quote is never closed.
   bool Next(TextRow& row);
@@ -30,6 +31,7 @@ class DelimitedRows {
   std::string_view Rest() const { return rest_; }
 
  private:
+  bool NextLine(TextRow& row);
   bool AtDelimiter() const;
   bool AtLineEnd() const;
   std::string Field();
@@ -42,7 +44,13 @@ class DelimitedRows {
   int line_ = 1;
 };
 
-/// The delimiter by which the first lines of a text have the same number of fields, and most of them.
+/// The first rows of a text, at most `count`.
+std::vector<TextRow> RowsAtStart(std::string_view text, Delimiter delimiter, std::size_t count);
+
+/// How many fields most rows have; 0 without rows.
+std::size_t UsualFields(const std::vector<TextRow>& rows);
+
+/// The delimiter by which nearly all of the first rows of a text have the same number of fields.
 Delimiter ProposedDelimiter(std::string_view text);
 
 }  // namespace merlane

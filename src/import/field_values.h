@@ -22,14 +22,22 @@ struct DayOfYear {
 /// The number that a day has when days are counted on from the first of another year, as behind a New Year.
 int DayCountedFrom(int year, DayOfYear day);
 
-/// Whether a field stands for no value: empty, NA, a point or a dash.
+/// Whether a field stands for no value: empty, NA (as spreadsheets write it, too), a point or a dash.
 bool IsMissing(std::string_view field);
 
 /// A number with that decimal mark; none for anything else.
 std::optional<double> NumberIn(std::string_view field, char decimal);
 
-/// A date, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1 January 1900); none
-/// for anything else, and for a day that the calendar does not have. A time of day behind it is passed over.
+/// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1
+/// January 1900, 60 the leap day which that year did not have). One that begins with a year of four digits is a date in
+/// any order. None for anything else: a day that the calendar does not have, a year of two digits. A time of day behind
+/// it is passed over.
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order);
+
+/// Whether a field would be a date if its year had four digits.
+bool HasShortYear(std::string_view field);
+
+/// The text on one line, without blanks at its ends; control characters are blanks.
+std::string OnOneLine(std::string_view text);
 
 }  // namespace merlane

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "base/number_text.h"
@@ -15,23 +16,28 @@ namespace {
 /// The rows from which columns are judged.
 constexpr std::size_t RowsLookedAt = 200;
 
-std::vector<TextRow> FirstRows(std::string_view text, Delimiter delimiter) {
-  std::vector<TextRow> rows;
-  DelimitedRows all(text, delimiter);
-  for (TextRow row; rows.size() < RowsLookedAt && all.Next(row);) rows.push_back(row);
-  return rows;
-}
+/// How many fields of a column hold something, and how many of those are of a kind.
+struct OfKind {
+  int filled = 0, fitting = 0;
+};
 
-/// Whether the fields of the rows that hold something are all of a kind, and there is at least one.
 template <class IsOfKind>
-bool All(const std::vector<TextRow>& rows, std::size_t column, IsOfKind isOfKind) {
-  bool any = false;
+OfKind CountOfKind(const std::vector<TextRow>& rows, std::size_t column, IsOfKind isOfKind) {
+  OfKind count;
   for (const TextRow& row : rows) {
     if (column >= row.fields.size() || IsMissing(row.fields[column])) continue;
-    if (!isOfKind(row.fields[column])) return false;
-    any = true;
+    ++count.filled;
+    if (isOfKind(row.fields[column])) ++count.fitting;
   }
-  return any;
+  return count;
+}
+
+/// Whether half of the fields of a column that hold something, or more, are of a kind. What is not will be told when
+/// the file is imported.
+template <class IsOfKind>
+bool Mostly(const std::vector<TextRow>& rows, std::size_t column, IsOfKind isOfKind) {
+  const OfKind count = CountOfKind(rows, column, isOfKind);
+  return count.fitting > 0 && 2 * count.fitting >= count.filled;
 }
 
 bool IsDecimalComma(const std::string& field) {
@@ -54,23 +60,47 @@ bool IsAnyDate(std::string_view field) {
          DateIn(field, DateOrder::MonthDayYear);
 }
 
-/// A first row of words alone is a heading.
-bool ProposedHeading(const std::vector<TextRow>& rows, char decimal) {
-  if (rows.empty()) return false;
-  return std::ranges::none_of(rows.front().fields, [decimal](const std::string& field) {
-    return NumberIn(field, decimal) || IsAnyDate(field);
-  });
+std::size_t Filled(const TextRow& row) {
+  return row.fields.size() - static_cast<std::size_t>(std::ranges::count(row.fields, std::string()));
 }
 
-/// The first order in which all dates of a column are days of the calendar.
+/// How many rows at the start are titles: of less than half of what other rows hold.
+std::size_t TitleRows(const std::vector<TextRow>& rows) {
+  std::vector<std::size_t> filled;
+  for (const TextRow& row : rows) filled.push_back(Filled(row));
+  std::ranges::sort(filled);
+  std::size_t titles = 0;
+  while (titles < rows.size() && 2 * Filled(rows[titles]) < filled[filled.size() / 2]) ++titles;
+  return titles;
+}
+
+/// A first row of words alone is a heading.
+bool ProposedHeading(const std::vector<TextRow>& rows, char decimal) {
+  const std::size_t first = TitleRows(rows);
+  if (first == rows.size()) return false;
+  return std::ranges::none_of(
+      rows[first].fields, [decimal](const std::string& field) { return NumberIn(field, decimal) || IsAnyDate(field); });
+}
+
+/// The first order in which most dates are days of the calendar.
 DateOrder ProposedDates(const std::vector<TextRow>& rows, std::size_t columns) {
+  constexpr std::array orders{DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear};
+  std::array<int, orders.size()> fitting{};
   for (std::size_t c = 0; c < columns; ++c) {
-    if (!All(rows, c, IsAnyDate)) continue;
-    // A day before its month is what points stand between; slashes are asked for by their sense.
-    for (const DateOrder order : {DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear})
-      if (All(rows, c, [order](const std::string& field) { return DateIn(field, order).has_value(); })) return order;
+    if (!Mostly(rows, c, IsAnyDate)) continue;
+    for (std::size_t i = 0; i < orders.size(); ++i)
+      fitting[i] +=
+          CountOfKind(rows, c, [&](const std::string& field) { return DateIn(field, orders[i]).has_value(); }).fitting;
   }
-  return DateOrder::YearMonthDay;
+  return orders[static_cast<std::size_t>(std::ranges::max_element(fitting) - fitting.begin())];
+}
+
+/// Whether a column may hold the days that a spreadsheet counts, of years from 1950 to 2099.
+bool AreSerialDays(const std::vector<TextRow>& rows, std::size_t column, char decimal) {
+  return Mostly(rows, column, [decimal](const std::string& field) {
+    const std::optional<double> number = NumberIn(field, decimal);
+    return number && *number > 18264 && *number < 73051;
+  });
 }
 
 /// A heading without what people put between words.
@@ -84,31 +114,54 @@ std::string Letters(std::string_view heading) {
 Role RoleOf(std::string_view heading) {
   static const std::map<std::string, Role, std::less<>> roles{{"year", Role::Year},
                                                               {"season", Role::Year},
+                                                              {"jahr", Role::Year},
                                                               {"code", Role::Code},
                                                               {"id", Role::Code},
                                                               {"brood", Role::Code},
                                                               {"nest", Role::Code},
                                                               {"nestid", Role::Code},
                                                               {"broodid", Role::Code},
+                                                              {"nestcode", Role::Code},
+                                                              {"broodcode", Role::Code},
+                                                              {"nestno", Role::Code},
+                                                              {"nestnr", Role::Code},
+                                                              {"clutch", Role::Code},
+                                                              {"clutchid", Role::Code},
                                                               {"tag", Role::Code},
+                                                              {"ring", Role::Code},
+                                                              {"gelege", Role::Code},
+                                                              {"brut", Role::Code},
                                                               {"dofy", Role::Day},
                                                               {"day", Role::Day},
                                                               {"doy", Role::Day},
                                                               {"dayofyear", Role::Day},
+                                                              {"yday", Role::Day},
+                                                              {"jday", Role::Day},
+                                                              {"julian", Role::Day},
+                                                              {"julianday", Role::Day},
                                                               {"date", Role::Date},
                                                               {"visit", Role::Date},
                                                               {"visitdate", Role::Date},
+                                                              {"datum", Role::Date},
                                                               {"hatchday", Role::HatchDay},
-                                                              {"hatchdate", Role::HatchDate},
                                                               {"hatch", Role::HatchDay},
+                                                              {"hatchdate", Role::HatchDate},
+                                                              {"hatchingdate", Role::HatchDate},
+                                                              {"schlupfdatum", Role::HatchDate},
+                                                              {"schlupf", Role::HatchDate},
                                                               {"broodage", Role::Age},
                                                               {"age", Role::Age},
+                                                              {"alter", Role::Age},
                                                               {"#eorj", Role::Count},
+                                                              {"eorj", Role::Count},
                                                               {"count", Role::Count},
                                                               {"number", Role::Count},
                                                               {"eggs", Role::Count},
                                                               {"young", Role::Count},
                                                               {"chicks", Role::Count},
+                                                              {"juveniles", Role::Count},
+                                                              {"nestlings", Role::Count},
+                                                              {"anzahl", Role::Count},
                                                               {"firstfound", Role::FirstFound},
                                                               {"lastpresent", Role::LastPresent},
                                                               {"lastchecked", Role::LastChecked},
@@ -121,15 +174,28 @@ Role RoleOf(std::string_view heading) {
 
 /// The role that a heading proposes, as far as what stands below it can be that.
 Role ProposedRole(std::string_view heading, const std::vector<TextRow>& rows, std::size_t column, char decimal) {
-  const bool dates = All(rows, column, IsAnyDate);
+  const bool dates = Mostly(rows, column, IsAnyDate) || AreSerialDays(rows, column, decimal);
   const bool numbers =
-      All(rows, column, [decimal](const std::string& field) { return NumberIn(field, decimal).has_value(); });
+      Mostly(rows, column, [decimal](const std::string& field) { return NumberIn(field, decimal).has_value(); });
   const Role role = RoleOf(heading);
+  if (heading.empty()) return Role::Unused;  // numbers of rows, for instance
   if (role == Role::Day || role == Role::Date) return dates ? Role::Date : numbers ? Role::Day : Role::Unused;
   if (role == Role::HatchDay || role == Role::HatchDate)
     return dates ? Role::HatchDate : numbers ? Role::HatchDay : Role::Unused;
   if (role == Role::Unused && numbers) return Role::Covariate;
   return role;
+}
+
+/// Whether a column counts one stage, and so does each that is a count already: visits have the sum.
+bool AreCountsOfStages(const std::vector<std::string>& names, const std::vector<Role>& roles, std::size_t column) {
+  const auto isStage = [&](std::size_t c) {
+    const std::string letters = Letters(names[c]);
+    return RoleOf(names[c]) == Role::Count && letters != "count" && letters != "number" && letters != "anzahl" &&
+           letters.find('#') == std::string::npos && letters != "eorj";
+  };
+  for (std::size_t c = 0; c < column; ++c)
+    if (roles[c] == Role::Count && !isStage(c)) return false;
+  return isStage(column);
 }
 
 /// The lines NAME: VALUE of a text.
@@ -142,10 +208,27 @@ std::map<std::string, std::string> NamedLines(std::string_view text) {
   return named;
 }
 
-std::string OnOneLine(std::string name) {
-  std::ranges::replace_if(
-      name, [](char c) { return c == '\r' || c == '\n'; }, ' ');
-  return name;
+bool IsDate(Role role) { return role == Role::Date || role == Role::HatchDate; }
+
+/// The heading of a text that begins with these rows.
+Heading HeadingOf(const std::vector<TextRow>& rows, const ImportChoices& choices) {
+  Heading heading;
+  if (choices.heading && !rows.empty()) {
+    const std::size_t titles = std::min(TitleRows(rows), rows.size() - 1);
+    heading.rows = titles + 1;
+    for (const std::string& field : rows[titles].fields) heading.names.push_back(OnOneLine(field));
+  }
+  const std::vector<TextRow> below(rows.begin() + static_cast<std::ptrdiff_t>(heading.rows), rows.end());
+  const std::size_t named = heading.names.size(), usual = UsualFields(below);
+  // R writes the names of rows in front, without a heading of their own.
+  const bool rowsHaveNames = named > 0 && usual == named + 1 && choices.sheet.empty() &&
+                             std::ranges::all_of(below, [&](const TextRow& row) { return row.fields.size() == usual; });
+  if (rowsHaveNames) heading.names.insert(heading.names.begin(), "");
+  std::size_t columns = usual;
+  if (!choices.sheet.empty())  // whose rows end with the last cell that holds something
+    for (const TextRow& row : below) columns = std::max(columns, row.fields.size());
+  heading.names.resize(std::max(heading.names.size(), columns));
+  return heading;
 }
 
 constexpr const char* FirstLine = "Choices of an import, version 1";
@@ -165,6 +248,8 @@ const std::vector<std::string>& UnknownAgeNames() {
   return names;
 }
 
+bool MayBeMany(Role role) { return role == Role::Unused || role == Role::Covariate || role == Role::Count; }
+
 int PlaceOf(const std::vector<std::string>& names, std::string_view name) {
   const auto found = std::ranges::find(names, name);
   return found == names.end() ? -1 : static_cast<int>(found - names.begin());
@@ -181,24 +266,35 @@ ImportChoices ProposedChoices(std::string_view bytes) {
   return choices;
 }
 
+Heading HeadingOf(std::string_view text, const ImportChoices& choices) {
+  const std::vector<TextRow> rows = RowsAtStart(text, choices.delimiter, RowsLookedAt);
+  return HeadingOf(rows, choices);
+}
+
+DelimitedRows RowsBehindHeading(std::string_view text, const ImportChoices& choices) {
+  DelimitedRows rows(text, choices.delimiter);
+  TextRow row;
+  for (std::size_t i = HeadingOf(text, choices).rows; i > 0; --i) rows.Next(row);
+  return rows;
+}
+
 void ProposeColumns(std::string_view text, ImportChoices& choices) {
-  std::vector<TextRow> rows = FirstRows(text, choices.delimiter);
-  std::size_t columns = 0;
-  for (const TextRow& row : rows) columns = std::max(columns, row.fields.size());
+  std::vector<TextRow> rows = RowsAtStart(text, choices.delimiter, RowsLookedAt);
   choices.decimal = ProposedDecimal(rows);
   choices.heading = ProposedHeading(rows, choices.decimal);
-  choices.roles.assign(columns, Role::Unused);
-  std::vector<std::string> headings;
-  if (choices.heading) {
-    headings = rows.front().fields;
-    rows.erase(rows.begin());
+  const Heading heading = HeadingOf(rows, choices);
+  rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(heading.rows));
+  choices.roles.assign(heading.names.size(), Role::Unused);
+  choices.dates = ProposedDates(rows, heading.names.size());
+  if (!choices.heading) return;
+  bool serialDays = false;
+  for (std::size_t c = 0; c < heading.names.size(); ++c) {
+    const Role role = ProposedRole(heading.names[c], rows, c, choices.decimal);
+    if (!choices.Has(role) || role == Role::Covariate || AreCountsOfStages(heading.names, choices.roles, c))
+      choices.roles[c] = role;
+    serialDays = serialDays || (IsDate(role) && AreSerialDays(rows, c, choices.decimal));
   }
-  choices.dates = ProposedDates(rows, columns);
-  for (std::size_t c = 0; c < headings.size(); ++c) {
-    const Role role = ProposedRole(headings[c], rows, c, choices.decimal);
-    // Only covariates are many.
-    if (role == Role::Covariate || !choices.Has(role)) choices.roles[c] = role;
-  }
+  if (serialDays) choices.dates = DateOrder::SerialDays;
 }
 
 ImportChoices ForText(ImportChoices kept, std::string_view text) {
@@ -208,7 +304,7 @@ ImportChoices ForText(ImportChoices kept, std::string_view text) {
   present.heading = kept.heading;
   const std::vector<std::string> names = ColumnNames(text, present);
   for (std::size_t c = 0; c < roles.size(); ++c) {
-    const int place = kept.heading ? PlaceOf(kept.names, OnOneLine(names[c])) : static_cast<int>(c);
+    const int place = kept.heading ? PlaceOf(kept.names, names[c]) : static_cast<int>(c);
     if (place >= 0 && place < static_cast<int>(kept.roles.size()))
       roles[c] = kept.roles[static_cast<std::size_t>(place)];
   }
@@ -217,13 +313,20 @@ ImportChoices ForText(ImportChoices kept, std::string_view text) {
 }
 
 std::vector<std::string> ColumnNames(std::string_view text, const ImportChoices& choices) {
-  TextRow first;
-  if (choices.heading) DelimitedRows(text, choices.delimiter).Next(first);
-  std::vector<std::string> names = first.fields;
-  names.resize(choices.roles.size());
+  std::vector<std::string> names = HeadingOf(text, choices).names;
+  names.resize(std::max(names.size(), choices.roles.size()));
   for (std::size_t c = 0; c < names.size(); ++c)
     if (names[c].empty()) names[c] = fmt::format("Column {}", c + 1);
   return names;
+}
+
+std::vector<std::string> ColumnsLacking(const ImportChoices& kept, std::string_view text) {
+  std::vector<std::string> lacking;
+  if (!kept.heading) return lacking;
+  const std::vector<std::string> names = ColumnNames(text, kept);
+  for (std::size_t c = 0; c < kept.names.size(); ++c)
+    if (kept.roles[c] != Role::Unused && PlaceOf(names, kept.names[c]) < 0) lacking.push_back(kept.names[c]);
+  return lacking;
 }
 
 std::string ChoicesText(const ImportChoices& choices) {

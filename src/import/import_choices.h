@@ -32,6 +32,9 @@ enum class Role {
 /// What each is called, in that order.
 const std::vector<std::string>& RoleNames();
 
+/// Whether several columns can be that: counts of eggs and of young are added, and covariates are many.
+bool MayBeMany(Role role);
+
 /// What becomes of a visit whose age is not known and follows from nothing.
 enum class UnknownAge { LeftOut, OfEggs, OfJuveniles };
 
@@ -68,6 +71,19 @@ void ProposeColumns(std::string_view text, ImportChoices& choices);
 /// Choices that were kept, for another text: its columns are what those with the same headings were, or, where there
 /// are no headings, those in the same places.
 ImportChoices ForText(ImportChoices kept, std::string_view text);
+
+/// What stands above the rows of a text.
+struct Heading {
+  std::size_t rows = 0;            // up to where the columns' names stand, titles above them included; 0: no heading
+  std::vector<std::string> names;  // of all columns, each on one line, empty where there is none
+};
+Heading HeadingOf(std::string_view text, const ImportChoices& choices);
+
+/// The rows of a text without its heading and what stands above that.
+DelimitedRows RowsBehindHeading(std::string_view text, const ImportChoices& choices);
+
+/// The columns that were something when the choices were kept, and that the text does not have.
+std::vector<std::string> ColumnsLacking(const ImportChoices& kept, std::string_view text);
 
 /// The names of a text's columns: its heading, or their numbers.
 std::vector<std::string> ColumnNames(std::string_view text, const ImportChoices& choices);

@@ -2,26 +2,139 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+
 #include "base/runtime_failure.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
+#include "platform/freexl_workbooks.h"
+#include "platform/xlsx_workbook.h"
 
 namespace merlane {
 
-ImportSource::ImportSource(const std::string& path, const ReadingProgress&) : path_(path), bytes_(ReadWholeFile(path)) {
-  const std::string kind = ForeignKind(bytes_);
-  if (!kind.empty() && ProposedEncoding(bytes_) != Encoding::Utf16)
-    throw RuntimeFailure(fmt::format("{} is {}: save it as a text with commas or semicolons (.csv)", path, kind));
+class ImportSource::Book {
+ public:
+  virtual ~Book() = default;
+  virtual std::vector<std::string> Sheets() const = 0;
+  /// A sheet as a text, or at least its first `rows` rows.
+  virtual std::string Text(const std::string& sheet, int rows, const ReadingProgress& progress) = 0;
+};
+
+namespace {
+
+/// Every row of a sheet, and enough rows to see what it is.
+constexpr int AllRows = 1'048'576, RowsLookedAt = 250;
+
+class NewBook : public ImportSource::Book {
+ public:
+  explicit NewBook(const std::string& path) : workbook_(path) {}
+
+  std::vector<std::string> Sheets() const override { return workbook_.Sheets(); }
+
+  std::string Text(const std::string& sheet, int rows, const ReadingProgress& progress) override {
+    struct Enough {};
+    SheetText text;
+    int taken = 0;
+    try {
+      workbook_.Read(
+          sheet,
+          [&](int row, const std::vector<WorkbookCell>& cells) {
+            text.Add(row, cells);
+            if (++taken == rows) throw Enough();
+          },
+          progress);
+    } catch (const Enough&) {
+    }
+    return text.Text();
+  }
+
+ private:
+  XlsxWorkbook workbook_;
+};
+
+class OldBook : public ImportSource::Book {
+ public:
+  OldBook(const std::string& path, const ReadingProgress& progress)
+      : path_(path), sheets_(FreexlWorkbooks().Read(path, progress)) {}
+
+  std::vector<std::string> Sheets() const override {
+    std::vector<std::string> names;
+    for (const Worksheet& sheet : sheets_) names.push_back(sheet.name);
+    return names;
+  }
+
+  std::string Text(const std::string& sheet, int, const ReadingProgress&) override {
+    const auto found = std::ranges::find(sheets_, sheet, &Worksheet::name);
+    if (found == sheets_.end())
+      throw RuntimeFailure(fmt::format("the workbook {} has no worksheet \"{}\"", path_, sheet));
+    SheetText text;
+    int row = static_cast<int>(found->firstRow);
+    for (const std::vector<WorkbookCell>& cells : found->rows) text.Add(row++, cells);
+    return text.Text();
+  }
+
+ private:
+  const std::string path_;
+  const std::vector<Worksheet> sheets_;
+};
+
+/// Whether the columns that an import cannot do without were found.
+bool LooksLikeData(const ImportChoices& choices) {
+  return choices.OfNests() || (choices.Has(Role::Code) && choices.Has(Role::Count));
 }
 
-ImportChoices ImportSource::Proposed(const ReadingProgress&) const { return ProposedChoices(bytes_); }
+ImportChoices ProposedForSheet(const std::string& sheet, std::string_view text) {
+  ImportChoices choices;
+  choices.sheet = sheet;
+  choices.delimiter = SheetDelimiter;
+  ProposeColumns(text, choices);
+  return choices;
+}
+
+}  // namespace
+
+ImportSource::ImportSource(const std::string& path, const ReadingProgress& progress) : bytes_(ReadWholeFile(path)) {
+  const std::string kind = ForeignKind(bytes_);
+  if (kind.empty() || kind == Utf16Text) return;
+  if (kind == NewWorkbook)
+    book_ = std::make_shared<NewBook>(path);
+  else if (kind == OldWorkbook)
+    book_ = std::make_shared<OldBook>(path, progress);
+  else
+    throw RuntimeFailure(
+        fmt::format("{} is {}: save it as an Excel workbook (.xlsx) or as a text with commas or semicolons (.csv), "
+                    "without a password",
+                    path, kind));
+  bytes_ = {};
+  sheets_ = book_->Sheets();
+}
+
+ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
+  if (!book_) return ProposedChoices(bytes_);
+  std::optional<ImportChoices> first;
+  for (const std::string& sheet : sheets_) {
+    const std::string text = book_->Text(sheet, RowsLookedAt, progress);
+    const ImportChoices choices = ProposedForSheet(sheet, text);
+    if (LooksLikeData(choices)) return choices;
+    if (!first && !text.empty()) first = choices;
+  }
+  if (!first) throw RuntimeFailure("the worksheets are empty");
+  return *first;
+}
 
 ImportChoices ImportSource::ForThis(const ImportChoices& kept, const ReadingProgress& progress) const {
-  return ForText(kept, Text(kept, progress));
+  if (!book_) return ForText(kept, Text(kept, progress));
+  ImportChoices choices = kept;
+  choices.delimiter = SheetDelimiter;
+  if (std::ranges::find(sheets_, kept.sheet) == sheets_.end()) choices.sheet = Proposed(progress).sheet;
+  return ForText(choices, book_->Text(choices.sheet, RowsLookedAt, progress));
 }
 
-std::string ImportSource::Text(const ImportChoices& choices, const ReadingProgress&) const {
-  return Decoded(bytes_, choices.encoding);
+std::string ImportSource::Text(const ImportChoices& choices, const ReadingProgress& progress) const {
+  if (!book_) return Decoded(bytes_, choices.encoding);
+  return book_->Text(choices.sheet, AllRows, progress);
 }
 
 }  // namespace merlane

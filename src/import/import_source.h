@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "import/import_choices.h"
+#include "import/sheet_text.h"
 #include "platform/reading_progress.h"
 
 namespace merlane {
@@ -15,14 +17,15 @@ class ImportSource {
   /// Looks at a file. RuntimeFailure, naming it and what it is, when it cannot be read or is neither.
   explicit ImportSource(const std::string& path, const ReadingProgress& progress = {});
 
-  bool IsWorkbook() const { return !sheets_.empty(); }
+  bool IsWorkbook() const { return book_ != nullptr; }
   /// The names of a workbook's sheets in their order; none for a text.
   const std::vector<std::string>& Sheets() const { return sheets_; }
 
-  /// What the file seems to be; of a workbook, its first sheet that holds something.
+  /// What the file seems to be; of a workbook, the first of its sheets that looks like data, or else the first that
+  /// holds something.
   ImportChoices Proposed(const ReadingProgress& progress = {}) const;
   /// What was chosen for another file, as far as it fits this one: a text's columns are what those with the same
-  /// headings were, and a workbook's sheet is the one of that name, or the first that holds something.
+  /// headings were, and a workbook's sheet is the one of that name, or the one that is proposed.
   ImportChoices ForThis(const ImportChoices& kept, const ReadingProgress& progress = {}) const;
 
   /// The rows as a text in UTF-8, which ImportRows and all that looks at columns take: a text file in the encoding that
@@ -31,12 +34,13 @@ class ImportSource {
   /// the bytes are not of that encoding, or there is no such sheet, or it cannot be read.
   std::string Text(const ImportChoices& choices, const ReadingProgress& progress = {}) const;
 
+  /// A workbook that is open.
+  class Book;
+
  private:
-  std::string path_, bytes_;
+  std::string bytes_;  // of a text
+  std::shared_ptr<Book> book_;
   std::vector<std::string> sheets_;
 };
-
-/// What stands between the cells of a row where a worksheet is a text.
-inline constexpr Delimiter SheetDelimiter = Delimiter::Comma;
 
 }  // namespace merlane

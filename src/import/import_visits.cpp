@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <set>
 #include <tuple>
@@ -13,368 +13,422 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "base/utf8.h"
+#include "data/brood_data.h"
 #include "data/record_layout.h"
+#include "import/remarks.h"
+#include "import/row_fields.h"
+#include "import/visit_record.h"
 
 namespace merlane {
 namespace {
 
-/// A visit as a record tells it.
-struct Visit {
-  int year = 0;
-  std::string code;
-  int day = 0, hatchDay = 0;
-  std::string age;  // a number, "?" or "-?"
-  int count = 0;
-  std::vector<std::string> covariates;
-  int line = 0;
-};
+constexpr int MostOfInt16 = 32767;
+constexpr std::size_t MostVisits = 20'000'000;
 
-/// Why a row gives no record.
-struct LeftOut {
-  std::string why;
-};
-
-/// A number in at most `width` characters, with as many of its digits as there is room for.
-std::string InWidth(double number, int width) {
-  std::string text = Shortest(number);
-  for (int digits = 15; static_cast<int>(text.size()) > width && digits > 0; --digits)
-    text = fmt::format("{:.{}g}", number, digits);
-  return text;
+/// The columns that an import cannot do without, and those that can only be one.
+void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) {
+  const auto require = [&](Role role, Role other) {
+    if (!choices.Has(role) && !choices.Has(other))
+      throw RuntimeFailure(fmt::format("no column is the {}", NameOf(role)));
+  };
+  if (choices.OfNests()) {
+    for (const Role role : {Role::LastPresent, Role::LastChecked, Role::Fate}) require(role, role);
+  } else {
+    require(Role::Code, Role::Code);
+    require(Role::Day, Role::Date);
+    require(Role::Count, Role::Count);
+  }
+  for (const Role role : choices.roles)
+    if (!MayBeMany(role) && columns.Of(role).size() > 1)
+      throw RuntimeFailure(
+          fmt::format("{} columns are the {}: only one can be", columns.Of(role).size(), NameOf(role)));
+  if (columns.Of(Role::Covariate).size() > record::MostCovariates)
+    throw RuntimeFailure(fmt::format("{} columns are covariates: a data file has room for {}",
+                                     columns.Of(Role::Covariate).size(), record::MostCovariates));
 }
 
-std::string FlushRight(std::string_view whole, int width) {
-  std::string text(FirstCharacters(whole, width));
-  std::ranges::replace_if(
-      text, [](char c) { return c >= 0 && c < ' '; }, ' ');  // a field may have had several lines
-  return std::string(static_cast<std::size_t>(width) - CharacterCount(text), ' ') + text;
-}
-
-/// The fields of one row by what they are.
-class RowFields {
+/// Makes visits of rows.
+class RowReader {
  public:
-  RowFields(const ImportChoices& choices, const TextRow& row) : choices_(choices), row_(row) {}
-
-  /// What stands in the column of that role; empty when there is none, or no value in it.
-  std::string Text(Role role) const {
-    for (std::size_t c = 0; c < choices_.roles.size() && c < row_.fields.size(); ++c)
-      if (choices_.roles[c] == role) return IsMissing(row_.fields[c]) ? "" : row_.fields[c];
-    return "";
+  RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
+            Remarks& remarks)
+      : choices_(choices), columns_(choices.roles), names_(names), headingColumns_(headingColumns), remarks_(remarks) {
+    RequireColumns(choices, columns_);
+    if (choices.OfNests()) RemarkUnusedColumns();
   }
 
-  /// A whole number from `least` to `most`; none where there is no value.
-  std::optional<int> Whole(Role role, int least, int most) const {
-    const std::string text = Text(role);
-    if (text.empty()) return std::nullopt;
-    const std::optional<double> number = NumberIn(text, choices_.decimal);
-    if (!number || *number != std::trunc(*number) || *number < least || *number > most)
-      throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(role))};
-    return static_cast<int>(*number);
-  }
-  int Needed(Role role, int least, int most) const {
-    const std::optional<int> number = Whole(role, least, most);
-    if (!number) throw LeftOut{fmt::format("it has no {}", NameOf(role))};
-    return *number;
+  std::vector<VisitRecord> visits;
+
+  /// LeftOut when the row gives no visit.
+  void Take(const TextRow& row) {
+    TestWidth(row);
+    const RowFields fields(choices_, columns_, row, dates_);
+    if (choices_.OfNests())
+      TakeNest(fields, row.line);
+    else
+      TakeVisit(fields, row.line);
   }
 
-  /// A day, as a date or as its number in the year.
-  std::optional<DayOfYear> Day(Role role, int year) const {
-    const std::string text = Text(role);
-    if (text.empty()) return std::nullopt;
-    const std::optional<DayOfYear> date = DateIn(text, choices_.dates);
-    const std::optional<double> number = NumberIn(text, choices_.decimal);
-    if (number && *number == std::trunc(*number) && *number >= -366 && *number <= 732)
-      return DayOfYear{year, static_cast<int>(*number)};
-    if (!date) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(role))};
-    return date;
-  }
-
-  std::vector<std::string> Covariates() const {
-    std::vector<std::string> texts;
-    for (std::size_t c = 0; c < choices_.roles.size(); ++c) {
-      if (choices_.roles[c] != Role::Covariate) continue;
-      const std::string text = c < row_.fields.size() ? row_.fields[c] : "";
-      const std::optional<double> number = NumberIn(text, choices_.decimal);
-      if (!number && !IsMissing(text)) throw LeftOut{fmt::format("\"{}\" is no number of a covariate", text)};
-      texts.push_back(number ? InWidth(*number, record::CovariateWidth) : "");
+  /// What can be said when all rows have been read.
+  void RemarkWhole() {
+    if (dates_.unclear > 0 && !dates_.clear)
+      remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",
+                               dates_.unclear, dates_.example,
+                               DateOrderNames()[static_cast<std::size_t>(choices_.dates)]));
+    const std::vector<std::size_t>& counts = columns_.Of(Role::Count);
+    if (counts.size() > 1) {
+      std::string sum = names_[counts.front()];
+      for (std::size_t i = 1; i < counts.size(); ++i) sum += " + " + names_[counts[i]];
+      remarks_.Say(fmt::format("the number of a visit is {}", sum));
     }
-    return texts;
-  }
-
-  static const std::string& NameOf(Role role) { return RoleNames()[static_cast<std::size_t>(role)]; }
-
- private:
-  const ImportChoices& choices_;
-  const TextRow& row_;
-};
-
-class Importer {
- public:
-  Importer(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress)
-      : text_(text), choices_(choices), progress_(progress) {}
-
-  Imported Import() {
-    RequireColumns();
-    ReadRows();
-    if (visits_.empty()) throw RuntimeFailure("no row of the file gives a record: look at what its columns are");
-    GiveCodes();
-    Sort();
-    Remark();
-    Write();
-    return std::move(imported_);
   }
 
  private:
-  static constexpr std::size_t MostRemarks = 200;
-  static constexpr std::size_t MostVisits = 20'000'000;
-  static constexpr int RowsBetweenProgress = 1000;
-  static constexpr int MostOfInt16 = 32767;
-
-  void Note(int line, const std::string& what) {
-    if (++imported_.remarkCount <= static_cast<int>(MostRemarks))
-      imported_.remarks.push_back(fmt::format("line {}: {}", line, what));
+  /// A field too many shifts all behind it. Spreadsheets leave away empty fields at the end.
+  void TestWidth(const TextRow& row) {
+    std::size_t fields = row.fields.size();
+    while (fields > headingColumns_ && row.fields[fields - 1].empty()) --fields;
+    const bool ofSheet = !choices_.sheet.empty();
+    if (fields > headingColumns_ && ofSheet)
+      remarks_.Count(row.line, "what stands right of all columns was passed over");
+    if (fields > headingColumns_ && !ofSheet)
+      throw LeftOut{fmt::format("it has {} fields, and there are {} columns", fields, headingColumns_)};
+    if (fields < headingColumns_ && !ofSheet)
+      remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
   }
 
-  void RequireColumns() const {
-    const auto require = [this](Role role, Role other) {
-      if (!choices_.Has(role) && !choices_.Has(other))
-        throw RuntimeFailure(fmt::format("no column is the {}", RowFields::NameOf(role)));
-    };
-    if (choices_.OfNests()) {
-      require(Role::LastPresent, Role::LastPresent);
-      require(Role::LastChecked, Role::LastChecked);
-      require(Role::Fate, Role::Fate);
-    } else {
-      require(Role::Code, Role::Code);
-      require(Role::Day, Role::Date);
-      require(Role::Count, Role::Count);
-    }
+  void RemarkUnusedColumns() {
+    for (const Role role : {Role::Day, Role::Date, Role::HatchDay, Role::HatchDate, Role::Age, Role::Count})
+      for (const std::size_t c : columns_.Of(role))
+        remarks_.Say(
+            fmt::format("\"{}\" is the {}, which nests of one row each have no use for", names_[c], NameOf(role)));
   }
 
-  void ReadRows() {
-    DelimitedRows rows(text_, choices_.delimiter);
-    TextRow row;
-    if (choices_.heading) rows.Next(row);
-    while (rows.Next(row)) {
-      if (++imported_.rows % RowsBetweenProgress == 0 && progress_)
-        progress_(1 - static_cast<double>(rows.Rest().size()) / static_cast<double>(text_.size()));
-      try {
-        if (choices_.OfNests())
-          TakeNest(row);
-        else
-          TakeVisit(row);
-      } catch (const LeftOut& out) {
-        ++imported_.leftOut;
-        Note(row.line, "left out, " + out.why);
-      }
-    }
-  }
-
-  void TakeVisit(const TextRow& row) {
-    const RowFields fields(choices_, row);
-    Visit visit;
-    visit.line = row.line;
-    visit.code = fields.Text(Role::Code);
+  void TakeVisit(const RowFields& fields, int line) {
+    VisitRecord visit;
+    visit.line = line;
+    visit.code = OnOneLine(fields.Text(Role::Code));
     if (visit.code.empty()) throw LeftOut{"it has no code"};
-    const int year = YearOf(fields);
-    const std::optional<DayOfYear> day = fields.Day(choices_.Has(Role::Date) ? Role::Date : Role::Day, year);
-    if (!day) throw LeftOut{"it has no day"};
-    // Behind a New Year the days of a season are counted on where a column tells its year.
-    visit.year = choices_.Has(Role::Year) ? year : day->year;
-    visit.day = DayCountedFrom(visit.year, *day);
-    const std::optional<DayOfYear> hatch =
-        fields.Day(choices_.Has(Role::HatchDate) ? Role::HatchDate : Role::HatchDay, visit.year);
-    if (hatch) visit.hatchDay = DayCountedFrom(visit.year, *hatch);
-    visit.age = AgeOf(fields, visit, hatch.has_value());
-    visit.count = fields.Needed(Role::Count, 0, MostOfInt16 - 1);
-    visit.covariates = fields.Covariates();
-    visits_.push_back(std::move(visit));
+    SetDays(fields, visit);
+    visit.count = CountOf(fields);
+    visit.covariates = Covariates(fields, line);
+    visits.push_back(std::move(visit));
   }
 
-  int YearOf(const RowFields& fields) const {
-    return choices_.Has(Role::Year) ? fields.Needed(Role::Year, -MostOfInt16, MostOfInt16) : choices_.year;
+  /// The year that a column tells, or the one for all rows where there is no such column; none where it is missing.
+  std::optional<int> YearOf(const RowFields& fields) const {
+    if (!choices_.Has(Role::Year)) return choices_.year;
+    return fields.Whole(Role::Year, -MostOfInt16, MostOfInt16);
+  }
+
+  /// Year, day, hatch day and age of a visit.
+  void SetDays(const RowFields& fields, VisitRecord& visit) {
+    const std::optional<int> told = YearOf(fields);
+    const std::optional<DayOfYear> date = fields.Date(Role::Date);
+    if (!told && !date) throw LeftOut{"it has no year"};
+    // Behind a New Year the days of a season are counted on where a column tells its year.
+    visit.year = date && (!told || !choices_.Has(Role::Year)) ? date->year : *told;
+    const std::optional<DayOfYear> day = date ? date : fields.DayNumber(Role::Day, visit.year);
+    if (!day) throw LeftOut{"it has no day"};
+    visit.day = CountedOn(visit, *day, NameOf(Role::Date));
+    std::optional<DayOfYear> hatch = fields.Date(Role::HatchDate);
+    if (!hatch) hatch = fields.DayNumber(Role::HatchDay, visit.year);
+    if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
+    visit.age = AgeOf(fields, visit, hatch.has_value());
+  }
+
+  /// A day from the first of the visit's year on.
+  int CountedOn(const VisitRecord& visit, DayOfYear date, const std::string& what) {
+    if (date.year == visit.year) return date.day;
+    if (std::abs(date.year - visit.year) > 1)
+      throw LeftOut{fmt::format("its {} is of {}, its year {}", what, date.year, visit.year)};
+    remarks_.Count(visit.line,
+                   fmt::format("the {} is of another year than the column tells, and counted on from there", what));
+    return DayCountedFrom(visit.year, date);
   }
 
   /// The age as it stands, or since the hatch day, or none.
-  std::string AgeOf(const RowFields& fields, const Visit& visit, bool hatchKnown) {
-    const std::string text = fields.Text(Role::Age);
+  std::string AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown) {
+    const std::string& text = fields.Text(Role::Age);
     if (text == "?" || text == "-?") return text;
-    if (!text.empty()) {
-      const std::optional<double> age = NumberIn(text, choices_.decimal);
-      if (!age || std::fabs(*age) > MostOfInt16 - 1) throw LeftOut{fmt::format("\"{}\" is no brood age", text)};
-      return InWidth(*age, record::Width);
+    const std::optional<double> age = text.empty() ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
+    const int sinceHatch = visit.day - visit.hatchDay;
+    if (age && *age != Missing) {
+      if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
+      if (hatchKnown && std::abs(*age - sinceHatch) >= 1)
+        remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
+      const FieldNumber written = InWidth(*age, record::Width);
+      if (written.rounded) remarks_.Count(visit.line, "the age has more digits than there is room for");
+      return written.text;
     }
-    if (hatchKnown) return std::to_string(visit.day - visit.hatchDay);
+    if (hatchKnown) return std::to_string(sinceHatch);
     if (choices_.unknownAge == UnknownAge::LeftOut) throw LeftOut{"its age is not known"};
-    ++imported_.unknownAges;
     return choices_.unknownAge == UnknownAge::OfEggs ? "-?" : "?";
   }
 
-  /// One row for nests of the same fate: each becomes visits of one egg or, where the row tells a number, of the
-  /// clutch.
-  void TakeNest(const TextRow& row) {
-    const RowFields fields(choices_, row);
-    const int year = YearOf(fields);
+  /// The number of a visit: what stands in all columns with counts.
+  int CountOf(const RowFields& fields) const {
+    std::optional<int> sum;
+    for (const std::size_t column : columns_.Of(Role::Count))
+      if (const std::optional<int> count = fields.Whole(Role::Count, column, 0, MostOfInt16 - 1))
+        sum = sum.value_or(0) + *count;
+    if (!sum) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Count))};
+    if (*sum >= MostOfInt16) throw LeftOut{fmt::format("its {} is {}", NameOf(Role::Count), *sum)};
+    return *sum;
+  }
+
+  std::string Covariates(const RowFields& fields, int line) {
+    std::string written;
+    for (const std::size_t column : columns_.Of(Role::Covariate)) {
+      const std::optional<double> number = fields.Number(Role::Covariate, column);
+      if (!number)
+        remarks_.Count(
+            line, fmt::format("\"{}\" has no value: an analysis with it passes over such a visit", names_[column]));
+      const FieldNumber field = number ? InWidth(*number, record::CovariateWidth) : FieldNumber();
+      if (field.rounded)
+        remarks_.Count(line,
+                       fmt::format("\"{}\" has more digits than there is room for, and was rounded", names_[column]));
+      written += "," + FlushRight(field.text, record::CovariateWidth);
+    }
+    return written;
+  }
+
+  /// One row for nests of the same fate: each becomes visits of one egg.
+  void TakeNest(const RowFields& fields, int line) {
+    const std::optional<int> told = YearOf(fields);
     const auto day = [&](Role role) {
-      const std::optional<DayOfYear> found = fields.Day(role, year);
-      if (!found) throw LeftOut{fmt::format("it has no day for {}", RowFields::NameOf(role))};
+      const std::optional<DayOfYear> found = fields.DateOrNumber(role, told.value_or(choices_.year));
+      if (!found) throw LeftOut{fmt::format("it has no day for {}", NameOf(role))};
       return *found;
     };
     const DayOfYear found = day(Role::FirstFound);
-    Nest nest;
-    nest.first = found.day;
-    nest.last = DayCountedFrom(found.year, day(Role::LastPresent));
-    const int checked = DayCountedFrom(found.year, day(Role::LastChecked));
-    const bool failed = fields.Needed(Role::Fate, 0, 1) == 1;
-    const int nests = choices_.Has(Role::Nests) ? fields.Needed(Role::Nests, 0, MostOfInt16 - 1) : 1;
-    if (nest.last < nest.first) throw LeftOut{"it was last present before it was found"};
-    if (failed && checked <= nest.last)
-      throw LeftOut{"it failed, and was not checked behind the day when last present"};
-    nest.end = failed ? checked : nest.last;
-    nest.eggs = choices_.Has(Role::Count) ? fields.Needed(Role::Count, 1, MostOfInt16 - 1) : 1;
-    Visit visit;
-    visit.line = row.line;
-    visit.year = found.year;
-    visit.day = nest.first;
-    nest.age = AgeOfNest(fields, visit);
-    visit.covariates = fields.Covariates();
-    const std::string code = fields.Text(Role::Code);
-    for (int n = 1; n <= nests; ++n) {
-      visit.code = code.empty() ? fmt::format("L{}", row.line) : code;
-      if (nests > 1) visit.code += fmt::format("-{}", n);
-      AddNest(visit, nest);
+    VisitRecord visit;
+    visit.line = line;
+    visit.age = "-?";
+    visit.year = choices_.Has(Role::Year) && told ? *told : found.year;
+    if (choices_.Has(Role::Year) && !told && !IsDate(fields.Text(Role::FirstFound))) throw LeftOut{"it has no year"};
+    const int first = CountedOn(visit, found, NameOf(Role::FirstFound));
+    const int last = CountedOn(visit, day(Role::LastPresent), NameOf(Role::LastPresent));
+    const int checked = CountedOn(visit, day(Role::LastChecked), NameOf(Role::LastChecked));
+    const std::optional<bool> failed = fields.Failed();
+    if (!failed) throw LeftOut{"it has no fate"};
+    const int nests = choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1).value_or(1) : 1;
+    if (last < first) throw LeftOut{"it was last present before it was found"};
+    if (*failed && checked <= last) throw LeftOut{"it failed, and was not checked behind the day when last present"};
+    if (!*failed && checked != last)
+      remarks_.Count(line,
+                     "the nest did not fail, and was checked on another day than when last present; that one counts");
+    visit.covariates = Covariates(fields, line);
+    const std::string code = OnOneLine(fields.Text(Role::Code));
+    for (int nest = 1; nest <= nests; ++nest) {
+      visit.code = code.empty() ? fmt::format("L{}", line) : code;
+      if (nests > 1) visit.code += fmt::format("-{}", nest);
+      MakeUnique(visit);
+      AddNest(visit, first, last, *failed ? checked : last);
     }
   }
 
-  /// A nest from its first visit to its last.
-  struct Nest {
-    int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
-    int eggs = 1;
-    std::optional<double> age;  // on the first day
-  };
+  bool IsDate(const std::string& text) const { return DateIn(text, choices_.dates).has_value(); }
 
-  /// The age of a nest when it was found, as it stands or since the hatch day, which the visit is given.
-  std::optional<double> AgeOfNest(const RowFields& fields, Visit& visit) const {
-    const std::optional<DayOfYear> hatch =
-        fields.Day(choices_.Has(Role::HatchDate) ? Role::HatchDate : Role::HatchDay, visit.year);
-    if (hatch) visit.hatchDay = DayCountedFrom(visit.year, *hatch);
-    const std::string text = fields.Text(Role::Age);
-    if (text.empty() || text == "?" || text == "-?")
-      return hatch ? std::optional<double>(visit.day - visit.hatchDay) : std::nullopt;
-    const std::optional<double> age = NumberIn(text, choices_.decimal);
-    if (!age || std::fabs(*age) > MostOfInt16 / 2) throw LeftOut{fmt::format("\"{}\" is no brood age", text)};
-    return age;
+  /// Two nests are never one.
+  void MakeUnique(VisitRecord& visit) {
+    const std::string code = visit.code;
+    while (!nests_.emplace(visit.year, visit.code).second)
+      visit.code = fmt::format("{}-{}", code, ++again_.try_emplace({visit.year, code}, 1).first->second);
+    if (visit.code != code)
+      remarks_.Note(visit.line, fmt::format("there is a nest \"{}\" in {} already; this one is written as \"{}\"", code,
+                                            visit.year, visit.code));
   }
 
-  void AddNest(Visit visit, const Nest& nest) {
-    const std::set<int> days{nest.first, nest.last, nest.end};
-    if (visits_.size() > MostVisits) throw RuntimeFailure("the file stands for more visits than there is room for");
-    for (const int day : days) {
+  void AddNest(VisitRecord visit, int first, int last, int end) {
+    if (visits.size() > MostVisits) throw RuntimeFailure("the file stands for more visits than there is room for");
+    for (const int day : std::set<int>{first, last, end}) {
       visit.day = day;
-      visit.age = nest.age ? InWidth(*nest.age + (day - nest.first), record::Width) : "-?";
-      visit.count = day > nest.last ? 0 : nest.eggs;
-      visits_.push_back(visit);
+      visit.count = day > last ? 0 : 1;
+      visits.push_back(visit);
     }
   }
 
-  /// Codes of more than eight characters keep their last eight while these tell them apart; else all get numbers.
-  void GiveCodes() {
-    std::map<std::string, std::string> given;
-    for (const Visit& visit : visits_) given.emplace(visit.code, visit.code);
-    const auto tooLong = [](const auto& code) { return CharacterCount(code.first) > record::Width; };
-    const auto first = std::ranges::find_if(given, tooLong);
-    if (first == given.end()) return;
-    std::set<std::string> shorter;
-    for (auto& [code, written] : given) shorter.insert(written = LastCharacters(code, record::Width));
-    const bool numbered = shorter.size() < given.size();
-    int number = 0;
-    if (numbered)
-      for (auto& [code, written] : given) written = fmt::format("N{:07}", ++number);
-    for (Visit& visit : visits_) visit.code = given.at(visit.code);
-    Note(visits_.front().line, fmt::format("codes as \"{}\" are longer than 8 characters and were {}", first->first,
-                                           numbered ? "replaced by numbers" : "cut to their last 8"));
-  }
+  const ImportChoices& choices_;
+  const ColumnsByRole columns_;
+  const std::vector<std::string>& names_;
+  const std::size_t headingColumns_;
+  Remarks& remarks_;
+  DatesSeen dates_;
+  std::set<std::pair<int, std::string>> nests_;       // by year and code
+  std::map<std::pair<int, std::string>, int> again_;  // how often a code came once more
+};
 
-  void Sort() {
-    std::vector<std::size_t> order(visits_.size());
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
-    const auto key = [this](std::size_t i) { return std::tie(visits_[i].year, visits_[i].code, visits_[i].day); };
-    std::ranges::stable_sort(order, [key](std::size_t a, std::size_t b) { return key(a) < key(b); });
-    std::vector<Visit> sorted;
-    sorted.reserve(visits_.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-      if (order[i] != i) ++imported_.moved;
-      sorted.push_back(std::move(visits_[order[i]]));
+/// Codes of more than eight characters keep their last eight while these tell them apart; else all get numbers.
+void ShortenCodes(std::vector<VisitRecord>& visits, Remarks& remarks) {
+  const auto isLong = [](const VisitRecord& visit) {
+    return visit.code.size() > record::Width && CharacterCount(visit.code) > record::Width;
+  };
+  const auto firstLong = std::ranges::find_if(visits, isLong);
+  if (firstLong == visits.end()) return;
+  const std::string example = firstLong->code;
+  std::map<std::string, std::string> given;
+  for (const VisitRecord& visit : visits) given.try_emplace(visit.code);
+  std::set<std::string> shorter;
+  for (auto& [code, written] : given) shorter.insert(written = Trim(LastCharacters(code, record::Width)));
+  const bool numbered = shorter.size() < given.size() || shorter.contains("");
+  int number = 0;
+  if (numbered)
+    for (auto& [code, written] : given) written = fmt::format("N{:07}", ++number);
+  for (VisitRecord& visit : visits) visit.code = given.at(visit.code);
+  remarks.Say(fmt::format("codes as \"{}\" are longer than {} characters and were {}", example, record::Width,
+                          numbered ? "replaced by numbers in their order" : "cut to their last 8"));
+}
+
+/// Sorts by year, code and day; returns how many records have another place.
+int Sort(std::vector<VisitRecord>& visits) {
+  const auto key = [&](std::size_t i) { return std::tie(visits[i].year, visits[i].code, visits[i].day); };
+  const auto before = [&](std::size_t a, std::size_t b) { return key(a) < key(b); };
+  std::vector<std::size_t> order(visits.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  if (std::ranges::is_sorted(order, before)) return 0;
+  std::ranges::stable_sort(order, before);
+  int moved = 0;
+  std::vector<VisitRecord> sorted;
+  sorted.reserve(visits.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if (order[i] != i) ++moved;
+    sorted.push_back(std::move(visits[order[i]]));
+  }
+  visits = std::move(sorted);
+  return moved;
+}
+
+/// Looks through sorted records for what the reading of the file will refuse, or what looks like a slip of the pen.
+class Examiner {
+ public:
+  Examiner(bool yearsAreTold, Remarks& remarks) : yearsAreTold_(yearsAreTold), remarks_(remarks) {}
+
+  void Look(const std::vector<VisitRecord>& visits) {
+    for (std::size_t i = 0; i < visits.size(); ++i) {
+      const bool sameBrood = i > 0 && visits[i - 1].code == visits[i].code && visits[i - 1].year == visits[i].year;
+      if (sameBrood) {
+        LookAtPair(visits[i - 1], visits[i]);
+      } else {
+        LookAtCode(visits[i]);
+        LookOverNewYear(visits, i);
+      }
     }
-    visits_ = std::move(sorted);
   }
 
-  /// What the reading of the file will refuse, or what looks like a slip of the pen.
-  void Remark() {
-    std::map<std::string, std::string> spelling;
-    for (std::size_t i = 0; i < visits_.size(); ++i) {
-      const Visit& visit = visits_[i];
-      if (i == 0 || visits_[i - 1].code != visit.code) RemarkSpelling(visit, spelling);
-      if (i > 0 && visits_[i - 1].code == visit.code && visits_[i - 1].year == visit.year)
-        RemarkPair(visits_[i - 1], visit);
+ private:
+  /// Letters as if written with small ones and without blanks. Accented ones of western Europe have two bytes.
+  static std::string Plain(const std::string& code) {
+    std::string plain;
+    for (const char c : LowerCase(code)) {
+      const bool isCapital = plain.ends_with('\xC3') && c <= '\x9E' && c != '\x97';
+      if (c == '\xA0' && plain.ends_with('\xC2'))
+        plain.pop_back();  // a blank that does not break lines
+      else if (c != ' ')
+        plain += isCapital ? static_cast<char>(c + 0x20) : c;
     }
+    return plain;
   }
 
-  void RemarkSpelling(const Visit& visit, std::map<std::string, std::string>& spelling) {
-    std::string plain = UpperCase(visit.code);
-    std::erase(plain, ' ');
-    const auto [known, isNew] = spelling.emplace(plain, visit.code);
+  void LookAtCode(const VisitRecord& visit) {
+    const auto [known, isNew] = spelling_.try_emplace(Plain(visit.code), visit.code);
     if (!isNew && known->second != visit.code)
-      Note(visit.line,
-           fmt::format("the codes \"{}\" and \"{}\" differ in case or blanks only", known->second, visit.code));
+      remarks_.Note(visit.line, fmt::format("the codes \"{}\" and \"{}\" differ in case or blanks only", known->second,
+                                            visit.code));
   }
 
-  void RemarkPair(const Visit& before, const Visit& visit) {
+  /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
+  void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i) {
+    constexpr int LateInYear = 305, EarlyInYear = 60;
+    if (yearsAreTold_) return;
+    const VisitRecord& visit = visits[i];
+    if (visit.day <= EarlyInYear && late_.contains({visit.year - 1, visit.code}))
+      remarks_.Count(visit.line,
+                     "the code was there at the end of the year before: with a column for the year of the "
+                     "season, a brood goes on over a New Year");
+    std::size_t last = i;
+    while (last + 1 < visits.size() && visits[last + 1].code == visit.code && visits[last + 1].year == visit.year)
+      ++last;
+    if (visits[last].day >= LateInYear) late_.emplace(visit.year, visit.code);
+  }
+
+  void LookAtPair(const VisitRecord& before, const VisitRecord& visit) {
     const auto note = [&](const std::string& what) {
-      Note(visit.line, fmt::format("\"{}\" {} of line {}", visit.code, what, before.line));
+      remarks_.Note(visit.line, fmt::format("\"{}\" {} of line {}", visit.code, what, before.line));
     };
     if (before.day == visit.day) note("has the day");
     if (visit.count > before.count) note(fmt::format("has {} behind {}", visit.count, before.count));
-    const bool known = before.age.back() != '?' && visit.age.back() != '?';
-    if (known && StrictNumber(visit.age) <= StrictNumber(before.age))
+    if (before.AgeIsKnown() && visit.AgeIsKnown() && StrictNumber(visit.age) <= StrictNumber(before.age))
       note(fmt::format("has the age {} behind {}", visit.age, before.age));
+    if (before.hatchDay != visit.hatchDay)
+      remarks_.Count(visit.line, "the hatch day is another than at the visit before; the last one counts");
+    if (before.covariates != visit.covariates)
+      remarks_.Count(visit.line, "a covariate is another than at the visit before; the first one counts");
   }
 
-  void Write() {
-    std::string& text = imported_.text;
-    text = record::Header;
-    const std::vector<std::string> names = ColumnNames(text_, choices_);
-    for (std::size_t c = 0; c < choices_.roles.size(); ++c)
-      if (choices_.roles[c] == Role::Covariate) {
-        text += "," + FlushRight(names[c], record::CovariateWidth);
-        ++imported_.covariates;
-      }
-    text += "\r\n";
-    imported_.firstYear = visits_.front().year;
-    imported_.lastYear = visits_.back().year;
-    const Visit* before = nullptr;
-    for (const Visit& visit : visits_) {
-      if (before == nullptr || before->code != visit.code || before->year != visit.year) ++imported_.broods;
-      before = &visit;
-      text += fmt::format("{:>8},{},{:>8},{:>8},{:>8},{:>8}", visit.year, FlushRight(visit.code, record::Width),
-                          visit.day, visit.hatchDay, visit.age, visit.count);
-      for (const std::string& covariate : visit.covariates)
-        text += fmt::format(",{:>{}}", covariate, record::CovariateWidth);
-      text += "\r\n";
-    }
-    imported_.records = static_cast<int>(visits_.size());
-  }
-
-  const std::string_view text_;
-  const ImportChoices& choices_;
-  const ReadingProgress& progress_;
-  std::vector<Visit> visits_;
-  Imported imported_;
+  const bool yearsAreTold_;
+  Remarks& remarks_;
+  std::map<std::string, std::string> spelling_;
+  std::set<std::pair<int, std::string>> late_;
 };
+
+/// The heading of the data file.
+std::string HeadingLine(const ImportChoices& choices, const std::vector<std::string>& names, Remarks& remarks) {
+  std::string line = record::Header;
+  std::map<std::string, std::string> written;
+  for (std::size_t c = 0; c < choices.roles.size(); ++c) {
+    if (choices.roles[c] != Role::Covariate) continue;
+    const std::string field = FlushRight(names[c], record::CovariateWidth);
+    const auto [known, isNew] = written.try_emplace(field, names[c]);
+    if (!isNew)
+      remarks.Say(fmt::format("\"{}\" and \"{}\" are both called \"{}\" in the data file", known->second, names[c],
+                              Trim(field)));
+    line += "," + field;
+  }
+  return line + "\r\n";
+}
 
 }  // namespace
 
 Imported ImportRows(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress) {
-  return Importer(text, choices, progress).Import();
+  constexpr int RowsBetweenProgress = 1000;
+  const std::vector<std::string> names = ColumnNames(text, choices);
+  const Heading heading = HeadingOf(text, choices);
+  Imported imported;
+  Remarks remarks(choices.sheet.empty() ? "line" : "row");
+  if (heading.rows > 1) remarks.Say(fmt::format("{} rows above the heading were passed over", heading.rows - 1));
+  RowReader reader(choices, names, names.size(), remarks);
+  DelimitedRows rows = RowsBehindHeading(text, choices);
+  for (TextRow row; rows.Next(row);) {
+    if (++imported.rows % RowsBetweenProgress == 0 && progress)
+      progress(1 - static_cast<double>(rows.Rest().size()) / static_cast<double>(text.size()));
+    try {
+      reader.Take(row);
+    } catch (const LeftOut& out) {
+      ++imported.leftOut;
+      remarks.Note(row.line, "left out, " + out.why);
+    }
+  }
+  std::vector<VisitRecord>& visits = reader.visits;
+  if (visits.empty()) throw RuntimeFailure("no row of the file gives a record: look at what its columns are");
+  reader.RemarkWhole();
+  ShortenCodes(visits, remarks);
+  imported.moved = Sort(visits);
+  Examiner(choices.Has(Role::Year), remarks).Look(visits);
+  imported.text = HeadingLine(choices, names, remarks);
+  const VisitRecord* before = nullptr;
+  for (const VisitRecord& visit : visits) {
+    if (before == nullptr || before->code != visit.code || before->year != visit.year) ++imported.broods;
+    before = &visit;
+    AppendRecord(imported.text, visit);
+  }
+  imported.records = static_cast<int>(visits.size());
+  imported.covariates = static_cast<int>(std::ranges::count(choices.roles, Role::Covariate));
+  imported.firstYear = visits.front().year;
+  imported.lastYear = visits.back().year;
+  imported.remarks = remarks.First();
+  imported.remarkCount = remarks.Number();
+  return imported;
 }
 
 }  // namespace merlane

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,21 +57,42 @@ void Limit(const ApartLimits& most) {
   ::_exit(0);
 }
 
-}  // namespace
+/// Waits for an answer, of which the first byte comes when the work is done.
+void GiveTurnsUntilReadable(int fd, const ReadingProgress& progress) {
+  constexpr int MillisecondsBetweenTurns = 50;
+  pollfd answer{fd, POLLIN, 0};
+  while (::poll(&answer, 1, MillisecondsBetweenTurns) <= 0) progress(0);
+}
 
-std::string RunApart(const std::function<std::string()>& work, const ApartLimits& most) {
-  int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) throw RuntimeFailure("no pipe to another process can be made");
-  const pid_t child = ::fork();
-  if (child == 0) Answer(ends[1], work, most);
-  ::close(ends[1]);
-  std::string answer;
-  if (child > 0 && !ReadAll(ends[0], answer)) answer.clear();
-  ::close(ends[0]);
-  if (child < 0) throw RuntimeFailure("no other process can be started");
+/// How a process ended.
+int WaitFor(pid_t child) {
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
+  return status;
+}
+
+}  // namespace
+
+std::string RunApart(const std::function<std::string()>& work, const ApartLimits& most,
+                     const ReadingProgress& progress) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) throw RuntimeFailure("no pipe to another process can be made");
+  const Descriptor answers(ends[0]);
+  const pid_t child = ::fork();
+  if (child == 0) Answer(ends[1], work, most);
+  ::close(ends[1]);
+  if (child < 0) throw RuntimeFailure("no other process can be started");
+  std::string answer;
+  try {
+    if (progress) GiveTurnsUntilReadable(answers.Get(), progress);
+  } catch (...) {
+    ::kill(child, SIGKILL);
+    WaitFor(child);
+    throw;
+  }
+  if (!ReadAll(answers.Get(), answer)) answer.clear();
+  const int status = WaitFor(child);
   if (WIFSIGNALED(status) && (WTERMSIG(status) == SIGALRM || WTERMSIG(status) == SIGXCPU))
     throw RuntimeFailure("reading it takes too long");
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || answer.empty())

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <new>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
@@ -17,8 +18,6 @@ namespace merlane {
 namespace {
 
 constexpr std::int64_t MostBytes = std::int64_t{256} << 20;  // of a workbook; sheets that are full have less
-
-using Rows = std::vector<std::vector<WorkbookCell>>;
 
 /// Why a workbook could not be opened, in words: the library's reasons are numbers.
 std::string WhyUnreadable(const std::string& path) {
@@ -71,8 +70,8 @@ WorkbookCell CellAt(const void* handle, unsigned int row, unsigned short column)
 
 bool IsEmpty(const WorkbookCell& cell) { return std::holds_alternative<std::monostate>(cell); }
 
-/// The smallest rectangle of cells that holds everything on the active sheet.
-Rows UsedRange(const void* handle) {
+/// The active sheet: the smallest rectangle of cells that holds everything.
+Worksheet ActiveSheet(const void* handle, std::string name) {
   unsigned int rowCount = 0;
   unsigned short columnCount = 0;
   if (freexl_worksheet_dimensions(handle, &rowCount, &columnCount) != FREEXL_OK)
@@ -88,12 +87,12 @@ Rows UsedRange(const void* handle) {
       left = std::min(left, c);
       right = std::max(right, c);
     }
-  Rows used;
+  Worksheet sheet{std::move(name), {}, top + 1};
   for (unsigned int r = top; r < rowCount && r <= bottom; ++r) {
-    std::vector<WorkbookCell>& row = used.emplace_back();
+    std::vector<WorkbookCell>& row = sheet.rows.emplace_back();
     for (unsigned short c = left; c <= right; ++c) row.push_back(CellAt(handle, r, c));
   }
-  return used;
+  return sheet;
 }
 
 std::vector<Worksheet> ReadHere(const std::string& path) {
@@ -107,17 +106,17 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
     if (freexl_get_worksheet_name(workbook.Get(), static_cast<unsigned short>(i), &name) != FREEXL_OK ||
         freexl_select_active_worksheet(workbook.Get(), static_cast<unsigned short>(i)) != FREEXL_OK)
       throw RuntimeFailure(fmt::format("worksheet {} of {} cannot be read", i + 1, path));
-    sheets.push_back({name == nullptr ? "" : name, UsedRange(workbook.Get())});
+    sheets.push_back(ActiveSheet(workbook.Get(), name == nullptr ? "" : name));
   }
   return sheets;
 }
 
 }  // namespace
 
-std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path) {
+std::vector<Worksheet> FreexlWorkbooks::Read(const std::string& path, const ReadingProgress& progress) {
   RefuseAllButFiles(path, MostBytes);
   // The library trusts what a damaged file says of itself, and reads beyond its own buffers.
-  return UnpackWorksheets(RunApart([&] { return PackWorksheets(ReadHere(path)); }));
+  return UnpackWorksheets(RunApart([&] { return PackWorksheets(ReadHere(path)); }, {}, progress));
 }
 
 }  // namespace merlane

@@ -62,6 +62,7 @@ std::string PackWorksheets(const std::vector<Worksheet>& sheets) {
   packed.Put(sheets.size());
   for (const Worksheet& sheet : sheets) {
     packed.Put(sheet.name);
+    packed.Put(sheet.firstRow);
     packed.Put(sheet.rows.size());
     for (const auto& row : sheet.rows) {
       packed.Put(row.size());
@@ -80,6 +81,7 @@ std::vector<Worksheet> UnpackWorksheets(std::string bytes) {
   std::vector<Worksheet> sheets(packed.Take<std::size_t>());
   for (Worksheet& sheet : sheets) {
     sheet.name = packed.TakeText();
+    sheet.firstRow = packed.Take<unsigned>();
     sheet.rows.resize(packed.Take<std::size_t>());
     for (auto& row : sheet.rows) {
       row.resize(packed.Take<std::size_t>());

@@ -14,6 +14,7 @@ using WorkbookCell = std::variant<std::monostate, double, std::string>;
 struct Worksheet {
   std::string name;
   std::vector<std::vector<WorkbookCell>> rows;
+  unsigned firstRow = 1;  // of the sheet: that with which the used range begins
 };
 
 /// Reads workbooks for the program.

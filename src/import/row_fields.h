@@ -1,0 +1,75 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "import/import_choices.h"
+
+namespace merlane {
+
+/// Why a row gives no record.
+struct LeftOut {
+  std::string why;
+};
+
+/// The columns of a file by what they hold, in their order.
+class ColumnsByRole {
+ public:
+  explicit ColumnsByRole(const std::vector<Role>& roles);
+  const std::vector<std::size_t>& Of(Role role) const { return columns_[static_cast<std::size_t>(role)]; }
+
+ private:
+  std::array<std::vector<std::size_t>, static_cast<std::size_t>(Role::Nests) + 1> columns_;
+};
+
+/// What was seen of dates in which day and month can be told apart by their order alone.
+struct DatesSeen {
+  int unclear = 0;     // would be other days in the other order
+  bool clear = false;  // one at least is a date in the chosen order only
+  std::string example;
+};
+
+/// The fields of one row by what they are. What cannot be understood is LeftOut.
+class RowFields {
+ public:
+  RowFields(const ImportChoices& choices, const ColumnsByRole& columns, const TextRow& row, DatesSeen& seen)
+      : choices_(choices), columns_(columns), row_(row), seen_(seen) {}
+
+  /// What stands in a column; empty behind the row's end.
+  const std::string& At(std::size_t column) const;
+  /// What stands in the column of that role; empty when there is none, or no value in it.
+  const std::string& Text(Role role) const;
+
+  /// A whole number from `least` to `most`; none where there is no value.
+  std::optional<int> Whole(Role role, int least, int most) const;
+  /// The same, of the column `column`.
+  std::optional<int> Whole(Role role, std::size_t column, int least, int most) const;
+  /// A number; none where there is no value.
+  std::optional<double> Number(Role role, std::size_t column) const;
+
+  /// A day, as a date or as its number in the year; none where there is no value.
+  std::optional<DayOfYear> Date(Role role) const;
+  std::optional<DayOfYear> DayNumber(Role role, int year) const;
+  /// Whichever of both it is.
+  std::optional<DayOfYear> DateOrNumber(Role role, int year) const;
+
+  /// Whether the nest failed; none where there is no value.
+  std::optional<bool> Failed() const;
+
+ private:
+  [[noreturn]] void Refuse(const std::string& text, Role role) const;
+  [[noreturn]] void RefuseDate(const std::string& text, Role role) const;
+  void LookAtOtherOrder(const std::string& text, DayOfYear date) const;
+
+  const ImportChoices& choices_;
+  const ColumnsByRole& columns_;
+  const TextRow& row_;
+  DatesSeen& seen_;
+};
+
+/// What a role is called.
+const std::string& NameOf(Role role);
+
+}  // namespace merlane

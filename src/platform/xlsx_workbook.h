@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/cell_dates.h"
+#include "platform/reading_progress.h"
+#include "platform/workbooks.h"
+#include "platform/zip_archive.h"
+
+namespace merlane {
+
+/// An Excel workbook of the new kind (.xlsx), whose sheets are read one at a time and a row at a time: a sheet is never
+/// in memory as a whole. Bears whatever the file holds; what it unpacks to is bounded.
+class XlsxWorkbook {
+ public:
+  /// RuntimeFailure, naming the file, when it is no such workbook, is encrypted, cut short or damaged.
+  explicit XlsxWorkbook(const std::string& path);
+
+  /// The names of the worksheets in their order.
+  std::vector<std::string> Sheets() const;
+
+  /// Takes a row, counted from 1, that has a cell with something in it; cells behind the last such one are left away.
+  using RowTaker = std::function<void(int row, const std::vector<WorkbookCell>& cells)>;
+  /// Reads a sheet, its rows in their order. A number with the format of a date is the text that `DateText` makes of
+  /// it; a formula is the value that was kept with it, or, where none was, its own text behind a "="; a truth value is
+  /// "TRUE" or "FALSE", an error its text, such as "#N/A". RuntimeFailure, naming the file, when the sheet cannot be
+  /// read or there is none of that name.
+  void Read(const std::string& sheet, const RowTaker& take, const ReadingProgress& progress = {});
+
+ private:
+  struct Part {
+    std::string name, file;
+  };
+  void Open();
+  /// What the sheets share: texts, and what formats show.
+  void ReadShared(const ReadingProgress& progress);
+
+  std::string path_;
+  std::optional<ZipArchive> archive_;
+  std::vector<Part> sheets_;
+  std::string stylesFile_, stringsFile_;
+  bool from1904_ = false;
+  std::vector<Shows> shows_;  // by the formats of cells
+  std::vector<std::string> strings_;
+  bool sharedRead_ = false;
+};
+
+}  // namespace merlane
