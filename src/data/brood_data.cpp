@@ -5,12 +5,10 @@
 #include <algorithm>
 
 #include "base/runtime_failure.h"
+#include "data/most_visits.h"
 
 namespace merlane {
 namespace {
-
-/// More places for visits than any field study fills; beyond it the result tables would exhaust the memory.
-constexpr std::int64_t MostVisits = 20'000'000;
 
 void RefuseMoreThanRoom(const std::vector<std::vector<int>>& visitsOf) {
   std::int64_t visits = 0;

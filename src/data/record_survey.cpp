@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/runtime_failure.h"
+#include "data/most_visits.h"
 
 namespace merlane {
 namespace {
@@ -132,7 +133,7 @@ class Surveyor {
       codes_.Add(code, y);
     }
     if (visit_ > MostOfEach) RefuseTooMany("observations (visits) for a single brood", line);
-    CountVisit(y, state.brood);
+    CountVisit(y, state.brood, line);
     const std::string_view whole = line.Whole();
     survey_.records.push_back({static_cast<std::size_t>(whole.data() - file_.bytes.data()),
                                static_cast<std::uint32_t>(whole.size()), line.Number(), static_cast<std::uint16_t>(y),
@@ -141,10 +142,17 @@ class Surveyor {
   }
 
   /// A record without a code that opens its year belongs to no brood.
-  void CountVisit(std::size_t y, int brood) {
+  void CountVisit(std::size_t y, int brood, const DataLine& line) {
+    if (brood == 0) return;
     std::vector<int>& visitsOf = survey_.visitsOf[y];
     if (brood > static_cast<int>(visitsOf.size())) visitsOf.push_back(0);
-    if (brood > 0) visitsOf.back() = std::max(visitsOf.back(), visit_);
+    const int before = visitsOf.back();
+    visitsOf.back() = std::max(before, visit_);
+    places_ += visitsOf.back() - before;
+    if (places_ > MostVisits)
+      throw RuntimeFailure(
+          fmt::format("there is room for {} visits, gaps between records that stand apart included: {}", MostVisits,
+                      line.At(record::Code)));
   }
 
   /// The program's own data are never too large; those of a bootstrap that are have been changed by somebody.
@@ -162,7 +170,8 @@ class Surveyor {
   Survey survey_;
   std::vector<YearState> years_;
   DistinctCodeCounter codes_;
-  int visit_ = 1;  // number of the next visit; goes on across years when a file is not sorted
+  std::int64_t places_ = 0;  // for visits, as far as they are known
+  int visit_ = 1;            // number of the next visit; goes on across years when a file is not sorted
 };
 
 }  // namespace

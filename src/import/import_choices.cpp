@@ -57,7 +57,7 @@ char ProposedDecimal(const std::vector<TextRow>& rows) {
 
 bool IsAnyDate(std::string_view field) {
   return DateIn(field, DateOrder::YearMonthDay) || DateIn(field, DateOrder::DayMonthYear) ||
-         DateIn(field, DateOrder::MonthDayYear);
+         DateIn(field, DateOrder::MonthDayYear) || HasShortYear(field);  // of which the import tells why it is none
 }
 
 std::size_t Filled(const TextRow& row) {

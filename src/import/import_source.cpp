@@ -96,6 +96,7 @@ ImportChoices ProposedForSheet(const std::string& sheet, std::string_view text) 
 }  // namespace
 
 ImportSource::ImportSource(const std::string& path, const ReadingProgress& progress) : bytes_(ReadWholeFile(path)) {
+  if (bytes_.empty()) throw RuntimeFailure(path + " is empty");
   const std::string kind = ForeignKind(bytes_);
   if (kind.empty() || kind == Utf16Text) return;
   if (kind == NewWorkbook)

@@ -14,6 +14,7 @@
 #include "base/text.h"
 #include "base/utf8.h"
 #include "data/brood_data.h"
+#include "data/most_visits.h"
 #include "data/record_layout.h"
 #include "import/remarks.h"
 #include "import/row_fields.h"
@@ -23,7 +24,6 @@ namespace merlane {
 namespace {
 
 constexpr int MostOfInt16 = 32767;
-constexpr std::size_t MostVisits = 20'000'000;
 
 /// The columns that an import cannot do without, and those that can only be one.
 void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) {
@@ -58,6 +58,7 @@ class RowReader {
   }
 
   std::vector<VisitRecord> visits;
+  int unknownAges = 0;
 
   /// LeftOut when the row gives no visit.
   void Take(const TextRow& row) {
@@ -98,10 +99,10 @@ class RowReader {
   }
 
   void RemarkUnusedColumns() {
-    for (const Role role : {Role::Day, Role::Date, Role::HatchDay, Role::HatchDate, Role::Age, Role::Count})
+    for (const Role role : {Role::Day, Role::Date})
       for (const std::size_t c : columns_.Of(role))
         remarks_.Say(
-            fmt::format("\"{}\" is the {}, which nests of one row each have no use for", names_[c], NameOf(role)));
+            fmt::format("\"{}\" is the {}: nests of one row each have no use for it", names_[c], NameOf(role)));
   }
 
   void TakeVisit(const RowFields& fields, int line) {
@@ -131,8 +132,7 @@ class RowReader {
     const std::optional<DayOfYear> day = date ? date : fields.DayNumber(Role::Day, visit.year);
     if (!day) throw LeftOut{"it has no day"};
     visit.day = CountedOn(visit, *day, NameOf(Role::Date));
-    std::optional<DayOfYear> hatch = fields.Date(Role::HatchDate);
-    if (!hatch) hatch = fields.DayNumber(Role::HatchDay, visit.year);
+    const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year);
     if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
     visit.age = AgeOf(fields, visit, hatch.has_value());
   }
@@ -147,6 +147,17 @@ class RowReader {
     return DayCountedFrom(visit.year, date);
   }
 
+  static std::optional<DayOfYear> HatchOf(const RowFields& fields, int year) {
+    const std::optional<DayOfYear> date = fields.Date(Role::HatchDate);
+    return date ? date : fields.DayNumber(Role::HatchDay, year);
+  }
+
+  std::string AgeText(double age, int line) {
+    const FieldNumber written = InWidth(age, record::Width);
+    if (written.rounded) remarks_.Count(line, "the age has more digits than there is room for");
+    return written.text;
+  }
+
   /// The age as it stands, or since the hatch day, or none.
   std::string AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown) {
     const std::string& text = fields.Text(Role::Age);
@@ -157,12 +168,11 @@ class RowReader {
       if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
       if (hatchKnown && std::abs(*age - sinceHatch) >= 1)
         remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
-      const FieldNumber written = InWidth(*age, record::Width);
-      if (written.rounded) remarks_.Count(visit.line, "the age has more digits than there is room for");
-      return written.text;
+      return AgeText(*age, visit.line);
     }
     if (hatchKnown) return std::to_string(sinceHatch);
     if (choices_.unknownAge == UnknownAge::LeftOut) throw LeftOut{"its age is not known"};
+    ++unknownAges;
     return choices_.unknownAge == UnknownAge::OfEggs ? "-?" : "?";
   }
 
@@ -193,38 +203,90 @@ class RowReader {
     return written;
   }
 
-  /// One row for nests of the same fate: each becomes visits of one egg.
+  /// A nest from its first visit to its last.
+  struct Nest {
+    int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
+    int eggs = 1;
+    std::optional<double> age;  // on the first day
+  };
+
+  /// One row for nests of the same fate: each becomes visits of one egg or, where the row tells a number, of the
+  /// clutch.
   void TakeNest(const RowFields& fields, int line) {
-    const std::optional<int> told = YearOf(fields);
-    const auto day = [&](Role role) {
-      const std::optional<DayOfYear> found = fields.DateOrNumber(role, told.value_or(choices_.year));
-      if (!found) throw LeftOut{fmt::format("it has no day for {}", NameOf(role))};
-      return *found;
-    };
-    const DayOfYear found = day(Role::FirstFound);
     VisitRecord visit;
     visit.line = line;
-    visit.age = "-?";
+    const Nest nest = NestOf(fields, visit);
+    const int nests = choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1).value_or(1) : 1;
+    visit.covariates = Covariates(fields, line);
+    const std::string code = OnOneLine(fields.Text(Role::Code));
+    for (int n = 1; n <= nests; ++n) {
+      visit.code = code.empty() ? fmt::format("L{}", line) : code;
+      if (nests > 1) visit.code += fmt::format("-{}", n);
+      MakeUnique(visit);
+      AddNest(visit, nest);
+    }
+  }
+
+  /// What a row tells of its nests, whose visits are given the year and the hatch day.
+  Nest NestOf(const RowFields& fields, VisitRecord& visit) {
+    const std::optional<int> told = YearOf(fields);
+    const auto day = [&](Role role) {
+      const std::optional<DayOfYear> date = fields.DateOrNumber(role, told.value_or(choices_.year));
+      if (!date) throw LeftOut{fmt::format("it has no day for {}", NameOf(role))};
+      return *date;
+    };
+    const DayOfYear found = day(Role::FirstFound);
+    if (!told && !IsDate(fields.Text(Role::FirstFound))) throw LeftOut{"it has no year"};
     visit.year = choices_.Has(Role::Year) && told ? *told : found.year;
-    if (choices_.Has(Role::Year) && !told && !IsDate(fields.Text(Role::FirstFound))) throw LeftOut{"it has no year"};
-    const int first = CountedOn(visit, found, NameOf(Role::FirstFound));
-    const int last = CountedOn(visit, day(Role::LastPresent), NameOf(Role::LastPresent));
+    Nest nest;
+    nest.first = visit.day = CountedOn(visit, found, NameOf(Role::FirstFound));
+    nest.last = CountedOn(visit, day(Role::LastPresent), NameOf(Role::LastPresent));
     const int checked = CountedOn(visit, day(Role::LastChecked), NameOf(Role::LastChecked));
     const std::optional<bool> failed = fields.Failed();
     if (!failed) throw LeftOut{"it has no fate"};
-    const int nests = choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1).value_or(1) : 1;
-    if (last < first) throw LeftOut{"it was last present before it was found"};
-    if (*failed && checked <= last) throw LeftOut{"it failed, and was not checked behind the day when last present"};
-    if (!*failed && checked != last)
-      remarks_.Count(line,
+    if (nest.last < nest.first) throw LeftOut{"it was last present before it was found"};
+    if (*failed && checked <= nest.last)
+      throw LeftOut{"it failed, and was not checked behind the day when last present"};
+    if (!*failed && checked != nest.last)
+      remarks_.Count(visit.line,
                      "the nest did not fail, and was checked on another day than when last present; that one counts");
-    visit.covariates = Covariates(fields, line);
-    const std::string code = OnOneLine(fields.Text(Role::Code));
-    for (int nest = 1; nest <= nests; ++nest) {
-      visit.code = code.empty() ? fmt::format("L{}", line) : code;
-      if (nests > 1) visit.code += fmt::format("-{}", nest);
-      MakeUnique(visit);
-      AddNest(visit, first, last, *failed ? checked : last);
+    nest.end = *failed ? checked : nest.last;
+    if (choices_.Has(Role::Count)) nest.eggs = CountOf(fields);
+    if (nest.eggs < 1) throw LeftOut{"it has no eggs"};
+    nest.age = AgeOfNest(fields, visit);
+    return nest;
+  }
+
+  /// The age of a nest when it was found, as it stands or since the hatch day, which the visit is given.
+  std::optional<double> AgeOfNest(const RowFields& fields, VisitRecord& visit) {
+    const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year);
+    if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
+    const std::string& text = fields.Text(Role::Age);
+    const bool isUnknown = text.empty() || text == "?" || text == "-?";
+    const std::optional<double> age = isUnknown ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
+    if (!age || *age == Missing) return hatch ? std::optional<double>(visit.day - visit.hatchDay) : std::nullopt;
+    if (std::abs(*age) > MostOfInt16 / 2) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
+    return age;
+  }
+
+  /// Two nests are never one.
+  void MakeUnique(VisitRecord& visit) {
+    const std::string code = visit.code;
+    while (!nests_.emplace(visit.year, visit.code).second)
+      visit.code = fmt::format("{}-{}", code, ++again_.try_emplace({visit.year, code}, 1).first->second);
+    if (visit.code != code)
+      remarks_.Note(visit.line, fmt::format("there is a nest \"{}\" in {} already; this one is written as \"{}\"", code,
+                                            visit.year, visit.code));
+  }
+
+  void AddNest(VisitRecord visit, const Nest& nest) {
+    if (visits.size() > static_cast<std::size_t>(MostVisits))
+      throw RuntimeFailure("the file stands for more visits than there is room for");
+    for (const int day : std::set<int>{nest.first, nest.last, nest.end}) {
+      visit.day = day;
+      visit.age = nest.age ? AgeText(*nest.age + (day - nest.first), visit.line) : "-?";
+      visit.count = day > nest.last ? 0 : nest.eggs;
+      visits.push_back(visit);
     }
   }
 
@@ -241,7 +303,8 @@ class RowReader {
   }
 
   void AddNest(VisitRecord visit, int first, int last, int end) {
-    if (visits.size() > MostVisits) throw RuntimeFailure("the file stands for more visits than there is room for");
+    if (visits.size() > static_cast<std::size_t>(MostVisits))
+      throw RuntimeFailure("the file stands for more visits than there is room for");
     for (const int day : std::set<int>{first, last, end}) {
       visit.day = day;
       visit.count = day > last ? 0 : 1;
@@ -410,7 +473,11 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
     }
   }
   std::vector<VisitRecord>& visits = reader.visits;
-  if (visits.empty()) throw RuntimeFailure("no row of the file gives a record: look at what its columns are");
+  if (visits.empty()) {
+    const std::vector<std::string> why = remarks.First();
+    throw RuntimeFailure("no row gives a record: look at what the columns are" +
+                         (why.empty() ? "" : "; " + why.back()));
+  }
   reader.RemarkWhole();
   ShortenCodes(visits, remarks);
   imported.moved = Sort(visits);
@@ -422,6 +489,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
     before = &visit;
     AppendRecord(imported.text, visit);
   }
+  imported.unknownAges = reader.unknownAges;
   imported.records = static_cast<int>(visits.size());
   imported.covariates = static_cast<int>(std::ranges::count(choices.roles, Role::Covariate));
   imported.firstYear = visits.front().year;

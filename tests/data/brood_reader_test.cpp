@@ -377,6 +377,17 @@ TEST(BroodReader, Brood32001OfAYearIsFatalWithTheBroodsMessage) {
             "The number of broods observed (visited) in 1995 exceeds the maximum of 32000");
 }
 
+TEST(BroodReader, MoreVisitsThanThereIsRoomForAreToldWithTheLine) {
+  // Each year has the same brood by turns, so that each brood gets as many places as there are records.
+  constexpr int Years = 700, Records = 31900;
+  std::string text = Header + "\n";
+  for (int i = 0; i < Records; ++i) text += Record(std::to_string(1000 + i % Years), "A", "1", "170", "-?", "5");
+  Reading r(1000, 1000 + Years - 1);
+  EXPECT_THAT([&] { r.Of(text); },
+              testing::ThrowsMessage<RuntimeFailure>(
+                  testing::AllOf(HasSubstr("there is room for 20000000 visits"), HasSubstr("line "))));
+}
+
 TEST(BroodReader, TooManyVisitsOrBroodsOfABootstrapFailWithoutEndingTheProgram) {
   std::string visits = Header + "\n", broods = Header + "\n";
   for (int i = 1; i <= 32005; ++i) {

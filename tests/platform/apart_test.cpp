@@ -36,6 +36,17 @@ TEST(RunApart, ACrashThereIsAFailureHere) {
       ThrowsMessage<RuntimeFailure>(HasSubstr("damaged")));
 }
 
+TEST(RunApart, WhoWaitsHasTurnsAndCanEndIt) {
+  int turns = 0;
+  const auto slow = [] {
+    ::usleep(200'000);
+    return std::string("done");
+  };
+  EXPECT_EQ(RunApart(slow, {}, [&](double) { ++turns; }), "done");
+  EXPECT_GT(turns, 0);
+  EXPECT_THROW(RunApart(slow, {}, [](double) { throw Cancelled(); }), Cancelled);
+}
+
 TEST(RunApart, WhatIsChangedThereStaysThere) {
   int here = 1;
   EXPECT_EQ(RunApart([&] { return std::to_string(++here); }), "2");

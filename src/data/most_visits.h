@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+
+namespace merlane {
+
+/// More places for visits than any field study fills; beyond it the result tables would exhaust the memory.
+inline constexpr std::int64_t MostVisits = 20'000'000;
+
+}  // namespace merlane
