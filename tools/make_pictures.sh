@@ -7,7 +7,7 @@ grabbed=build/screenshots
 analyses=tests/batch/analyses
 
 env -u QT_QPA_PLATFORM build/tests/test_ui --gtest_brief=1 --gtest_filter=\
-'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
+'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/spreadsheet:*Analysis*/import:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
 
 # Keeps a grabbed window under a name, without the line of file names below it, which are those of one machine. Few
 # colours make a small file of a window without harming it.
@@ -23,6 +23,8 @@ behind() {
 
 behind main first_fit examples 'close frmOneFunction'
 keep initialize form_frmInitialize
+behind import spreadsheet $analyses 'show frmImport'
+behind import_nests import $analyses 'set frmImport.cboRole'
 behind editor editing $analyses 'type grdVS'
 behind one_function first_fit examples 'save-text frmOneFunction'
 behind simplex first_fit examples 'save-text frmSimplex'

@@ -44,17 +44,20 @@ std::string_view FirstRows(std::string_view text, Delimiter delimiter, std::size
 std::vector<std::string> FirstValues(std::string_view text, const ImportChoices& choices) {
   constexpr int ValuesShown = 4;
   std::vector<std::string> values(choices.roles.size());
-  DelimitedRows rows(text, choices.delimiter);
+  DelimitedRows rows = RowsBehindHeading(text, choices);
   TextRow row;
-  if (choices.heading) rows.Next(row);
   for (int i = 0; i < ValuesShown && rows.Next(row); ++i)
     for (std::size_t c = 0; c < std::min(values.size(), row.fields.size()); ++c)
       values[c] += (i == 0 ? "" : "  ") + Shown(row.fields[c]);
   return values;
 }
 
-/// Whether one column alone can be it.
-bool IsOfOneColumn(Role role) { return role != Role::Unused && role != Role::Covariate; }
+/// Says which columns of other choices the text does not have; nothing when it has all.
+std::string Lacking(const ImportChoices& kept, std::string_view text) {
+  std::string list;
+  for (const std::string& column : ColumnsLacking(kept, text)) list += (list.empty() ? "" : ", ") + Shown(column);
+  return list.empty() ? "" : " Not in this file: " + list + ".";
+}
 
 /// What somebody should look at, a line for each.
 std::string ToLookAt(const Imported& imported, UnknownAge unknownAge) {
@@ -156,8 +159,9 @@ bool FrmImport::TakeKeptChoices(const ReadingProgress& progress) {
   const std::string kept = DataFile() + ChoicesExtension;
   if (!std::filesystem::exists(kept)) return false;
   try {
-    ProposeAnew(source_.ForThis(ChoicesIn(ReadWholeFile(kept)), progress), progress);
-    lblProposal.text = "As it was chosen when this file was imported last.";
+    const ImportChoices choices = ChoicesIn(ReadWholeFile(kept));
+    ProposeAnew(source_.ForThis(choices, progress), progress);
+    lblProposal.text = "As it was chosen when this file was imported last." + Lacking(choices, text_);
     return true;
   } catch (const RuntimeFailure& failure) {
     desk.Tell(Title, "What was chosen for this file last time is of no use now", style::Information, failure.what());
@@ -222,7 +226,7 @@ void FrmImport::ChooseRole() {
   const int column = SelectedColumn();
   if (place >= 0 && column >= 0) {
     const Role role = static_cast<Role>(place);
-    if (IsOfOneColumn(role)) std::ranges::replace(choices_.roles, role, Role::Unused);
+    if (!MayBeMany(role)) std::ranges::replace(choices_.roles, role, Role::Unused);
     choices_.roles[static_cast<std::size_t>(column)] = role;
   }
   ShowChoices();
@@ -241,10 +245,13 @@ void FrmImport::ChooseAnotherImports() {
   const auto path = desk.AskFile({FileRequest::Kind::Open, "Choices of another import",
                                   "All Files (*.*)|*.*|Choices (*.import)|*.import|", 2, ""});
   if (!path) return;
+  std::string lacking;
   const bool taken = Read("Reading the file...", [&](const ReadingProgress& progress) {
-    ProposeAnew(source_.ForThis(ChoicesIn(ReadWholeFile(*path)), progress), progress);
+    const ImportChoices choices = ChoicesIn(ReadWholeFile(*path));
+    ProposeAnew(source_.ForThis(choices, progress), progress);
+    lacking = Lacking(choices, text_);
   });
-  if (taken) lblProposal.text = "As it was chosen in " + std::string(FileName(*path));
+  if (taken) lblProposal.text = "As it was chosen in " + std::string(FileName(*path)) + "." + lacking;
   ShowChoices();
 }
 

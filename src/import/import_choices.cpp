@@ -103,11 +103,18 @@ bool AreSerialDays(const std::vector<TextRow>& rows, std::size_t column, char de
   });
 }
 
+bool AreYears(const std::vector<TextRow>& rows, std::size_t column, char decimal) {
+  return Mostly(rows, column, [decimal](const std::string& field) {
+    const std::optional<double> number = NumberIn(field, decimal);
+    return number && *number > 1500 && *number < 2500;
+  });
+}
+
 /// A heading without what people put between words.
 std::string Letters(std::string_view heading) {
   std::string letters;
   for (const char c : LowerCase(heading))
-    if ((c >= 'a' && c <= 'z') || c == '#') letters += c;
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '#') letters += c;
   return letters;
 }
 
@@ -179,9 +186,11 @@ Role ProposedRole(std::string_view heading, const std::vector<TextRow>& rows, st
       Mostly(rows, column, [decimal](const std::string& field) { return NumberIn(field, decimal).has_value(); });
   const Role role = RoleOf(heading);
   if (heading.empty()) return Role::Unused;  // numbers of rows, for instance
+  if (CountOfKind(rows, column, [](const std::string&) { return true; }).filled == 0) return role;
   if (role == Role::Day || role == Role::Date) return dates ? Role::Date : numbers ? Role::Day : Role::Unused;
   if (role == Role::HatchDay || role == Role::HatchDate)
     return dates ? Role::HatchDate : numbers ? Role::HatchDay : Role::Unused;
+  if (role == Role::Year && !AreYears(rows, column, decimal)) return numbers ? Role::Covariate : Role::Unused;
   if (role == Role::Unused && numbers) return Role::Covariate;
   return role;
 }

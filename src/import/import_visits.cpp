@@ -292,26 +292,6 @@ class RowReader {
 
   bool IsDate(const std::string& text) const { return DateIn(text, choices_.dates).has_value(); }
 
-  /// Two nests are never one.
-  void MakeUnique(VisitRecord& visit) {
-    const std::string code = visit.code;
-    while (!nests_.emplace(visit.year, visit.code).second)
-      visit.code = fmt::format("{}-{}", code, ++again_.try_emplace({visit.year, code}, 1).first->second);
-    if (visit.code != code)
-      remarks_.Note(visit.line, fmt::format("there is a nest \"{}\" in {} already; this one is written as \"{}\"", code,
-                                            visit.year, visit.code));
-  }
-
-  void AddNest(VisitRecord visit, int first, int last, int end) {
-    if (visits.size() > static_cast<std::size_t>(MostVisits))
-      throw RuntimeFailure("the file stands for more visits than there is room for");
-    for (const int day : std::set<int>{first, last, end}) {
-      visit.day = day;
-      visit.count = day > last ? 0 : 1;
-      visits.push_back(visit);
-    }
-  }
-
   const ImportChoices& choices_;
   const ColumnsByRole columns_;
   const std::vector<std::string>& names_;
@@ -459,7 +439,9 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   const Heading heading = HeadingOf(text, choices);
   Imported imported;
   Remarks remarks(choices.sheet.empty() ? "line" : "row");
-  if (heading.rows > 1) remarks.Say(fmt::format("{} rows above the heading were passed over", heading.rows - 1));
+  if (heading.rows > 1)
+    remarks.Say(heading.rows == 2 ? "1 row above the heading was passed over"
+                                  : fmt::format("{} rows above the heading were passed over", heading.rows - 1));
   RowReader reader(choices, names, names.size(), remarks);
   DelimitedRows rows = RowsBehindHeading(text, choices);
   for (TextRow row; rows.Next(row);) {

@@ -58,7 +58,9 @@ std::string KindOfMarkup(std::string_view bytes) {
 std::string KindOfCompoundDocument(std::string_view bytes) {
   if (Holds(bytes, InUtf16("EncryptedPackage"))) return "an encrypted workbook";
   const bool workbook = Holds(bytes, InUtf16("Workbook")) || Holds(bytes, InUtf16("Book"));
-  return workbook ? std::string(OldWorkbook) : "a document of an office program";
+  if (workbook) return std::string(OldWorkbook);
+  const bool known = Holds(bytes, InUtf16("WordDocument")) || Holds(bytes, InUtf16("PowerPoint Document"));
+  return known ? "a document of an office program" : "an old workbook (.xls) or another document that is cut short";
 }
 
 }  // namespace

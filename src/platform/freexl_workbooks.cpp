@@ -10,6 +10,7 @@
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
+#include "platform/calculated_cells.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
 #include "platform/packed_worksheets.h"
@@ -53,7 +54,7 @@ class OpenWorkbook {
   const void* handle_ = nullptr;
 };
 
-WorkbookCell CellAt(const void* handle, unsigned int row, unsigned short column) {
+WorkbookCell FreexlCell(const void* handle, unsigned int row, unsigned short column) {
   FreeXL_CellValue cell{};
   if (freexl_get_cell_value(handle, row, column, &cell) != FREEXL_OK) throw RuntimeFailure("a cell cannot be read");
   switch (cell.type) {
@@ -70,8 +71,15 @@ WorkbookCell CellAt(const void* handle, unsigned int row, unsigned short column)
 
 bool IsEmpty(const WorkbookCell& cell) { return std::holds_alternative<std::monostate>(cell); }
 
-/// The active sheet: the smallest rectangle of cells that holds everything.
-Worksheet ActiveSheet(const void* handle, std::string name) {
+/// The active sheet: the smallest rectangle of cells that holds everything. `calculated` are the cells that the library
+/// passes over.
+Worksheet ActiveSheet(const void* handle, std::string name, const CellsByPlace& calculated) {
+  const auto cellAt = [&](unsigned int row, unsigned short column) {
+    WorkbookCell cell = FreexlCell(handle, row, column);
+    if (!IsEmpty(cell)) return cell;
+    const auto found = calculated.find({row, column});
+    return found == calculated.end() ? cell : found->second;
+  };
   unsigned int rowCount = 0;
   unsigned short columnCount = 0;
   if (freexl_worksheet_dimensions(handle, &rowCount, &columnCount) != FREEXL_OK)
@@ -81,7 +89,7 @@ Worksheet ActiveSheet(const void* handle, std::string name) {
   unsigned short left = columnCount, right = 0;
   for (unsigned int r = 0; r < rowCount; ++r)
     for (unsigned short c = 0; c < columnCount; ++c) {
-      if (IsEmpty(CellAt(handle, r, c))) continue;
+      if (IsEmpty(cellAt(r, c))) continue;
       top = std::min(top, r);
       bottom = std::max(bottom, r);
       left = std::min(left, c);
@@ -90,9 +98,19 @@ Worksheet ActiveSheet(const void* handle, std::string name) {
   Worksheet sheet{std::move(name), {}, top + 1};
   for (unsigned int r = top; r < rowCount && r <= bottom; ++r) {
     std::vector<WorkbookCell>& row = sheet.rows.emplace_back();
-    for (unsigned short c = left; c <= right; ++c) row.push_back(CellAt(handle, r, c));
+    for (unsigned short c = left; c <= right; ++c) row.push_back(cellAt(r, c));
   }
   return sheet;
+}
+
+std::map<std::string, CellsByPlace> CalculatedCellsOf(const std::string& path) {
+  const std::string bytes = ReadWholeFile(path, MostBytes);
+  if (!IsCompoundDocument(bytes)) return {};  // a workbook of before 1993, as nobody has it any longer
+  try {
+    return CalculatedCells(bytes);
+  } catch (const RuntimeFailure&) {
+    throw RuntimeFailure(path + " is a workbook that is cut short or damaged");
+  }
 }
 
 std::vector<Worksheet> ReadHere(const std::string& path) {
@@ -100,13 +118,16 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
   unsigned int count = 0;
   if (freexl_get_info(workbook.Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)
     throw RuntimeFailure("the worksheets of " + path + " cannot be counted");
+  const std::map<std::string, CellsByPlace> calculated = CalculatedCellsOf(path);
   std::vector<Worksheet> sheets;
   for (unsigned int i = 0; i < count; ++i) {
     const char* name = nullptr;
     if (freexl_get_worksheet_name(workbook.Get(), static_cast<unsigned short>(i), &name) != FREEXL_OK ||
         freexl_select_active_worksheet(workbook.Get(), static_cast<unsigned short>(i)) != FREEXL_OK)
       throw RuntimeFailure(fmt::format("worksheet {} of {} cannot be read", i + 1, path));
-    sheets.push_back(ActiveSheet(workbook.Get(), name == nullptr ? "" : name));
+    const std::string sheet = name == nullptr ? "" : name;
+    const auto found = calculated.find(sheet);
+    sheets.push_back(ActiveSheet(workbook.Get(), sheet, found == calculated.end() ? CellsByPlace() : found->second));
   }
   return sheets;
 }

@@ -8,6 +8,7 @@
 
 #include "base/runtime_failure.h"
 #include "data/brood_reader.h"
+#include "import/import_source.h"
 #include "platform/files.h"
 
 namespace merlane {
@@ -20,6 +21,17 @@ using ::testing::IsEmpty;
 Imported AsProposed(const std::string& bytes) {
   const ImportChoices choices = ProposedChoices(bytes);
   return ImportRows(Decoded(bytes, choices.encoding), choices);
+}
+
+BroodData Read(const std::string& text, int firstYear, int lastYear, int covariates) {
+  BroodData data;
+  data.FirstYear = static_cast<std::int16_t>(firstYear);
+  data.LastYear = static_cast<std::int16_t>(lastYear);
+  data.NCov = static_cast<std::int16_t>(covariates);
+  ReadingReport report;
+  ReadTextData(
+      text, false, data, [](const Message&) {}, report);
+  return data;
 }
 
 const std::string Header = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
@@ -180,19 +192,31 @@ TEST(ImportVisits, ANestThatCannotBeIsLeftOut) {
 TEST(ImportVisits, ThePublishedNestsBecomeTheKeptDataFile) {
   const std::string kept = ReadWholeFile(MERLANE_GOLDEN_DIR "/real/killdeer.dat");
   const std::string made = AsProposed(ReadWholeFile(MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv")).text;
-  const auto read = [](const std::string& text) {
-    BroodData data;
-    data.FirstYear = data.LastYear = 1995;
-    ReadingReport report;
-    ReadTextData(
-        text, false, data, [](const Message&) {}, report);
-    return data;
-  };
-  const BroodData known = read(kept), ours = read(made);
+  const BroodData known = Read(kept, 1995, 1995, 0), ours = Read(made, 1995, 1995, 0);
   EXPECT_EQ(ours.VisitDate, known.VisitDate);
   EXPECT_EQ(ours.VisitCount, known.VisitCount);
   EXPECT_EQ(ours.VisitsOf, known.VisitsOf);
   EXPECT_EQ(ours.VisitStage, known.VisitStage);
+}
+
+TEST(ImportVisits, AFieldBookBecomesTheVisitsThatItHolds) {
+  const ImportSource source(MERLANE_SOURCE_DIR "/examples/field_book.xlsx");
+  const ImportChoices choices = source.Proposed();
+  EXPECT_EQ(choices.sheet, "Visits");
+  const Imported imported = ImportRows(source.Text(choices), choices);
+  const BroodData ours = Read(imported.text, 1995, 1997, 3);
+  const BroodData known = Read(ReadWholeFile(MERLANE_SOURCE_DIR "/examples/first_fit.dat"), 1995, 1997, 3);
+  EXPECT_EQ(ours.BroodCode, known.BroodCode);
+  EXPECT_EQ(ours.VisitsOf, known.VisitsOf);
+  EXPECT_EQ(ours.VisitYear, known.VisitYear);
+  EXPECT_EQ(ours.VisitDate, known.VisitDate);
+  EXPECT_EQ(ours.VisitAge, known.VisitAge);
+  EXPECT_EQ(ours.VisitCount, known.VisitCount);
+  EXPECT_EQ(ours.HatchDate, known.HatchDate);
+  EXPECT_EQ(ours.Covariate, known.Covariate);
+  EXPECT_GT(imported.moved, 300);
+  EXPECT_THAT(imported.remarks,
+              ElementsAre("1 row above the heading was passed over", "the number of a visit is Eggs + Young"));
 }
 
 TEST(ImportVisits, AColumnThatIsNeededIsAskedFor) {

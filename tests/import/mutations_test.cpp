@@ -150,7 +150,7 @@ std::string Packed(const Parts& parts, const std::string& path) {
 }
 
 TEST_F(Mutation, OfWhatAWorkbookHoldsIsImportedOrRefused) {
-  const std::vector<Parts> files{PartsOf(Files + "p_visits.xlsx"), PartsOf(Files + "lo_visits.xlsx")};
+  const std::vector<Parts> files{PartsOf(Files + "p_rich_texts.xlsx"), PartsOf(Files + "lo_visits.xlsx")};
   const std::string_view pieces("<>/=\"&;:! rstv0123456789.-EABC");
   const int count = Mutations(500);
   for (int i = 0; i < count; ++i) {

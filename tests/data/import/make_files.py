@@ -137,7 +137,7 @@ ENTITIES = b'<!DOCTYPE a [<!ENTITY a "1234567890">' + b"".join(
 changed("p_visits.xlsx", "p_entities.xlsx",
         lambda name, text: ENTITIES + text if name == SHEET else text)
 changed("p_visits.xlsx", "p_no_sheet.xlsx", lambda name, text: None if name == SHEET else text)
-changed("p_visits.xlsx", "p_no_strings.xlsx", lambda name, text: None if name == "xl/sharedStrings.xml" else text)
+changed("p_rich_texts.xlsx", "p_no_strings.xlsx", lambda name, text: None if name == "xl/sharedStrings.xml" else text)
 changed("p_visits.xlsx", "p_rows_out_of_order.xlsx",
         lambda name, text: text.replace(b'<row r="3"', b'<row r="2"') if name == SHEET else text)
 changed("p_visits.xlsx", "p_binary.xlsb", lambda name, text: text if name == "[Content_Types].xml" else None)

@@ -23,7 +23,7 @@ convert p_errors.xlsx xls xls lo_errors.xls
 convert p_days_as_dates.xlsx xls xls lo_days_as_dates.xls
 convert p_texts.xlsx xls xls lo_texts.xls
 
-# Formulas with numbers and with texts, calculated.
+# Formulas with numbers and with texts, which the program calculates below.
 /usr/bin/python3 - "$work" <<'PYTHON'
 import sys
 import openpyxl
@@ -34,9 +34,6 @@ for row, (day, hatch, eggs) in enumerate([(150, 160, 5), (165, 160, 4)], 2):
     sheet.append(['="N"&1', 2023, day, hatch, f"=C{row}-D{row}", eggs])
 book.save(sys.argv[1] + "/formulas.xlsx")
 PYTHON
-convert "$work/formulas.xlsx" "xlsx:Calc MS Excel 2007 XML" xlsx lo_formulas.xlsx
-convert lo_formulas.xlsx xls xls lo_formulas.xls
-
 # Texts: what stands between fields, what in quotes, the character set, and cells as they are shown.
 text() {
   convert "$1" "csv:Text - txt - csv (StarCalc):$2" csv "$3"
@@ -60,7 +57,7 @@ soffice() { command soffice "-env:UserInstallation=file://$work/german" "$@"; }
 text p_visits.xlsx 59,34,76,1,,0,false,true,false lo_german.csv
 unset -f soffice
 
-# With a password, for which the program's own interface is needed.
+# With a password, and with formulas calculated, for which the program's own interface is needed.
 /usr/bin/python3 - "$PWD" "$work" <<'PYTHON'
 import subprocess
 import sys
@@ -87,6 +84,11 @@ def option(name, value):
 
 book = desktop.loadComponentFromURL(f"file://{folder}/p_visits.xlsx", "_blank", 0, (option("Hidden", True),))
 book.storeToURL(f"file://{folder}/lo_password.ods", (option("FilterName", "calc8"), option("Password", "lake")))
+book.close(True)
+book = desktop.loadComponentFromURL(f"file://{work}/formulas.xlsx", "_blank", 0, (option("Hidden", True),))
+book.calculateAll()
+for name, kind in (("lo_formulas.xlsx", "Calc MS Excel 2007 XML"), ("lo_formulas.xls", "MS Excel 97")):
+    book.storeToURL(f"file://{folder}/{name}", (option("FilterName", kind),))
 book.close(True)
 try:
     desktop.terminate()

@@ -1,0 +1,140 @@
+// Large files: a generous multiple of what they take on a machine of two cores that does nothing else.
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include <chrono>
+#include <filesystem>
+
+#include "import/import_source.h"
+#include "import/import_visits.h"
+#include "platform/files.h"
+
+namespace merlane {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point begun) { return std::chrono::duration<double>(Clock::now() - begun).count(); }
+
+/// Visits of broods, five each, as rows of fields.
+std::vector<std::string> Fields(int row) {
+  const int brood = row / 5, visit = row % 5;
+  return {std::to_string(2000 + brood / 30000),
+          fmt::format("B{}", 10000 + brood % 30000),
+          std::to_string(120 + 5 * visit),
+          std::to_string(5 * visit - 12),
+          std::to_string(9 - visit),
+          fmt::format("{}.{:02}", brood % 7, brood % 100),
+          fmt::format("0.{:04}", brood % 9973)};
+}
+
+const std::vector<std::string> Names{"Year", "Code", "Day", "Age", "Count", "Depth", "Cover"};
+
+std::string Line(const std::vector<std::string>& fields) {
+  std::string line;
+  for (const std::string& field : fields) line += (line.empty() ? "" : ",") + field;
+  return line + "\n";
+}
+
+std::string Csv(int rows) {
+  std::string text = Line(Names);
+  for (int r = 0; r < rows; ++r) text += Line(Fields(r));
+  return text;
+}
+
+/// A worksheet of the same rows, its codes being texts that are shared.
+void WriteWorkbook(const std::string& path, int rows) {
+  std::string strings = "<sst>", sheet = "<worksheet><sheetData><row r=\"1\">";
+  int shared = 0;
+  const auto addText = [&](char column, int row, const std::string& text) {
+    strings += "<si><t>" + text + "</t></si>";
+    sheet += fmt::format("<c r=\"{}{}\" t=\"s\"><v>{}</v></c>", column, row, shared++);
+  };
+  for (std::size_t c = 0; c < Names.size(); ++c) addText(static_cast<char>('A' + c), 1, Names[c]);
+  sheet += "</row>";
+  for (int r = 0; r < rows; ++r) {
+    const std::vector<std::string> fields = Fields(r);
+    sheet += fmt::format("<row r=\"{}\" spans=\"1:7\">", r + 2);
+    for (std::size_t c = 0; c < fields.size(); ++c) {
+      if (c == 1)
+        addText('B', r + 2, fields[c]);
+      else
+        sheet += fmt::format("<c r=\"{}{}\" s=\"0\"><v>{}</v></c>", static_cast<char>('A' + c), r + 2, fields[c]);
+    }
+    sheet += "</row>";
+  }
+  sheet += "</sheetData></worksheet>";
+  strings += "</sst>";
+  const std::string type = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
+  const std::vector<std::pair<std::string, std::string>> parts{
+      {"_rels/.rels", "<r><Relationship Id='a' Type='" + type + "officeDocument' Target='xl/workbook.xml'/></r>"},
+      {"xl/workbook.xml", "<w><sheet name='Visits' id='a'/></w>"},
+      {"xl/_rels/workbook.xml.rels", "<r><Relationship Id='a' Type='" + type +
+                                         "worksheet' Target='worksheets/sheet1.xml'/><Relationship Id='b' Type='" +
+                                         type + "sharedStrings' Target='sharedStrings.xml'/></r>"},
+      {"xl/sharedStrings.xml", strings},
+      {"xl/worksheets/sheet1.xml", sheet}};
+  std::filesystem::remove(path);
+  int error = 0;
+  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
+  for (const auto& [name, content] : parts)
+    zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+  ASSERT_EQ(zip_close(archive), 0);
+}
+
+class ImportSpeed : public testing::Test {
+ protected:
+  /// Imports a file as it is proposed and tells how long that took.
+  double Seconds(int records) {
+    const auto begun = Clock::now();
+    const ImportSource source(path);
+    const ImportChoices choices = source.Proposed();
+    const std::string text = source.Text(choices);
+    const double read = SecondsSince(begun);
+    const Imported imported = ImportRows(text, choices);
+    EXPECT_EQ(imported.records, records);
+    EXPECT_EQ(imported.remarkCount, 0);
+    const double seconds = SecondsSince(begun);
+    std::printf("%d rows in %.2f s, %.2f s of them to read the file\n", records, seconds, read);
+    return seconds;
+  }
+  void TearDown() override { std::filesystem::remove(path); }
+  const std::string path = testing::TempDir() + "large";
+};
+
+TEST_F(ImportSpeed, AMillionRowsOfATextTakeSeconds) {
+  WriteWholeFile(path, Csv(1'000'000), false);
+  EXPECT_LT(Seconds(1'000'000), 12);
+}
+
+TEST_F(ImportSpeed, AHundredThousandRowsOfAWorkbookTakeSeconds) {
+  WriteWorkbook(path, 100'000);
+  EXPECT_LT(Seconds(100'000), 10);
+}
+
+TEST_F(ImportSpeed, ALargeWorkbookTellsItsProgressAndIsCancelledAtOnce) {
+  WriteWorkbook(path, 100'000);
+  const ImportSource source(path);
+  const ImportChoices choices = source.Proposed();
+  double last = 0;
+  int told = 0;
+  source.Text(choices, [&](double done) {
+    EXPECT_GE(done, last);
+    last = done;
+    ++told;
+  });
+  EXPECT_EQ(last, 1);
+  EXPECT_GT(told, 100);
+  const auto begun = Clock::now();
+  EXPECT_THROW(source.Text(choices,
+                           [](double done) {
+                             if (done > 0.1) throw Cancelled();
+                           }),
+               Cancelled);
+  EXPECT_LT(SecondsSince(begun), 2);
+}
+
+}  // namespace
+}  // namespace merlane
