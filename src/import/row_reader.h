@@ -1,0 +1,95 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "import/remarks.h"
+#include "import/row_fields.h"
+#include "import/visit_record.h"
+
+namespace merlane {
+
+/// Makes visits of rows, and remarks what could not be kept as it stood. RuntimeFailure when the choices lack a column
+/// that is needed, or have two where one is possible.
+class RowReader {
+ public:
+  RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
+            Remarks& remarks);
+
+  std::vector<VisitRecord> visits;
+  int unknownAges = 0;
+
+  /// LeftOut when the row gives no visit.
+  void Take(const TextRow& row);
+
+  /// What can be said when all rows have been read.
+  void RemarkWhole();
+
+ private:
+  /// A field too many shifts all behind it. Spreadsheets leave away empty fields at the end.
+  void TestWidth(const TextRow& row);
+
+  void RemarkUnusedColumns();
+
+  void TakeVisit(const RowFields& fields, int line);
+
+  /// The year that a column tells, or the one for all rows where there is no such column; none where it is missing.
+  std::optional<int> YearOf(const RowFields& fields) const;
+
+  /// Year, day, hatch day and age of a visit.
+  void SetDays(const RowFields& fields, VisitRecord& visit);
+
+  /// A day from the first of the visit's year on.
+  int CountedOn(const VisitRecord& visit, DayOfYear date, const std::string& what);
+
+  static std::optional<DayOfYear> HatchOf(const RowFields& fields, int year);
+
+  std::string AgeText(double age, int line);
+
+  /// The age as it stands, or since the hatch day, or none.
+  std::string AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown);
+
+  /// The number of a visit: what stands in all columns with counts.
+  int CountOf(const RowFields& fields) const;
+
+  std::string Covariates(const RowFields& fields, int line);
+
+  /// A nest from its first visit to its last.
+  struct Nest {
+    int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
+    int eggs = 1;
+    std::optional<double> age;  // on the first day
+  };
+
+  /// One row for nests of the same fate: each becomes visits of one egg or, where the row tells a number, of the
+  /// clutch.
+  void TakeNest(const RowFields& fields, int line);
+
+  /// What a row tells of its nests, whose visits are given the year and the hatch day.
+  Nest NestOf(const RowFields& fields, VisitRecord& visit);
+
+  /// The age of a nest when it was found, as it stands or since the hatch day, which the visit is given.
+  std::optional<double> AgeOfNest(const RowFields& fields, VisitRecord& visit);
+
+  /// Two nests are never one.
+  void MakeUnique(VisitRecord& visit);
+
+  void AddNest(VisitRecord visit, const Nest& nest);
+
+  bool IsDate(const std::string& text) const { return DateIn(text, choices_.dates).has_value(); }
+
+  const ImportChoices& choices_;
+  const ColumnsByRole columns_;
+  const std::vector<std::string>& names_;
+  const std::size_t headingColumns_;
+  Remarks& remarks_;
+  DatesSeen dates_;
+  std::set<std::pair<int, std::string>> nests_;       // by year and code
+  std::map<std::pair<int, std::string>, int> again_;  // how often a code came once more
+};
+
+}  // namespace merlane
