@@ -79,6 +79,10 @@ std::string DataFormatHelp() {
       "EXCEL workbooks (.xls): put the columns in the order decribed above, with the field identifiers in the first "
       "row. You choose the worksheet, and I write it to a text file of this format. Codes keep their last 8 "
       "characters, covariates five significant digits.",
+      "",
+      "Any other table (text with commas, semicolons, tabs or blanks, a workbook .xlsx, dates, columns in another "
+      "order, "
+      "one row for each nest): press Import..., and I make a data file of it. You see beforehand what becomes of it.",
   });
 }
 

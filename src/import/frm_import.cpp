@@ -18,8 +18,9 @@ namespace {
 
 constexpr const char* Title = "Import";
 constexpr const char* ChoicesExtension = ".import";
+constexpr const char* Proposed = "Proposed from the file";
 /// What a preview is made of: enough rows to see, and to see soon.
-constexpr std::size_t RowsPreviewed = 20;
+constexpr int RowsPreviewed = 20;
 
 const std::vector<std::string>& DecimalNames() {
   static const std::vector<std::string> names{"point", "comma"};
@@ -31,11 +32,11 @@ const std::string& NameOf(const std::vector<std::string>& names, Choice choice) 
   return names[static_cast<std::size_t>(choice)];
 }
 
-/// The rows of a text up to that many behind its heading.
-std::string_view FirstRows(std::string_view text, Delimiter delimiter, std::size_t count) {
-  DelimitedRows rows(text, delimiter);
+/// The beginning of a text: its heading and the rows behind it up to that many.
+std::string_view Beginning(std::string_view text, const ImportChoices& choices, int rowCount) {
+  DelimitedRows rows = RowsBehindHeading(text, choices);
   TextRow row;
-  for (std::size_t i = 0; i <= count; ++i)
+  for (int i = 0; i < rowCount; ++i)
     if (!rows.Next(row)) return text;
   return text.substr(0, text.size() - rows.Rest().size());
 }
@@ -52,23 +53,28 @@ std::vector<std::string> FirstValues(std::string_view text, const ImportChoices&
   return values;
 }
 
-/// Says which columns of other choices the text does not have; nothing when it has all.
-std::string Lacking(const ImportChoices& kept, std::string_view text) {
-  std::string list;
-  for (const std::string& column : ColumnsLacking(kept, text)) list += (list.empty() ? "" : ", ") + Shown(column);
-  return list.empty() ? "" : " Not in this file: " + list + ".";
-}
+/// A number of things.
+std::string Counted(int n, const char* thing) { return fmt::format("{} {}{}", n, thing, n == 1 ? "" : "s"); }
 
 /// What somebody should look at, a line for each.
 std::string ToLookAt(const Imported& imported, UnknownAge unknownAge) {
   std::string list;
   if (imported.unknownAges > 0)
     list = fmt::format("{} without a brood age or a hatch day: written as {}\r\n",
-                       imported.unknownAges == 1 ? "1 visit" : fmt::format("{} visits", imported.unknownAges),
-                       NameOf(UnknownAgeNames(), unknownAge));
+                       Counted(imported.unknownAges, "visit"), NameOf(UnknownAgeNames(), unknownAge));
   for (const std::string& remark : imported.remarks) list += remark + "\r\n";
   const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
   return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;
+}
+
+/// What became of the rows, in lines for people.
+std::string WhatWasMade(const Imported& imported) {
+  const std::string years = imported.firstYear == imported.lastYear
+                                ? fmt::format("Year {}", imported.firstYear)
+                                : fmt::format("Years {} to {}", imported.firstYear, imported.lastYear);
+  return fmt::format("{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}", Counted(imported.rows, "row"),
+                     imported.leftOut, Counted(imported.moved, "record"), years,
+                     Counted(imported.covariates, "covariate"));
 }
 
 }  // namespace
@@ -140,28 +146,34 @@ void FrmImport::Open(const std::string& path) {
   desk.Show(*this);
   const bool read = Read("Looking at the file...", [this](const ReadingProgress& progress) {
     source_ = ImportSource(path_, progress);
-    if (!TakeKeptChoices(progress)) ProposeAnew(source_.Proposed(progress), progress);
+    if (!TakeLastTimes(progress)) Take(source_.Proposed(progress), Proposed, progress);
   });
   if (!read) return desk.Unload(*this);
   ShowChoices();
   focus = &grdColumns;
 }
 
-void FrmImport::ProposeAnew(const ImportChoices& choices, const ReadingProgress& progress) {
+void FrmImport::Take(const ImportChoices& choices, const std::string& whence, const ReadingProgress& progress) {
   std::string text = source_.Text(choices, progress);
   choices_ = choices;
   text_ = std::move(text);
-  lblProposal.text = "Proposed from the file: look at each column, and at the records below.";
+  lblProposal.text = whence + ": look at each column, and at the records below.";
   grdColumns.selectedRow = grdColumns.headingRows;
 }
 
-bool FrmImport::TakeKeptChoices(const ReadingProgress& progress) {
+void FrmImport::TakeKept(const ImportChoices& kept, const std::string& whence, const ReadingProgress& progress) {
+  Take(source_.ForThis(kept, progress), whence, progress);
+  std::string lacking;
+  for (const std::string& column : ColumnsLacking(kept, text_))
+    lacking += (lacking.empty() ? "" : ", ") + Shown(column);
+  if (!lacking.empty()) lblProposal.text += " Not in this file: " + lacking + ".";
+}
+
+bool FrmImport::TakeLastTimes(const ReadingProgress& progress) {
   const std::string kept = DataFile() + ChoicesExtension;
   if (!std::filesystem::exists(kept)) return false;
   try {
-    const ImportChoices choices = ChoicesIn(ReadWholeFile(kept));
-    ProposeAnew(source_.ForThis(choices, progress), progress);
-    lblProposal.text = "As it was chosen when this file was imported last." + Lacking(choices, text_);
+    TakeKept(ChoicesIn(ReadWholeFile(kept)), "As it was chosen when this file was imported last", progress);
     return true;
   } catch (const RuntimeFailure& failure) {
     desk.Tell(Title, "What was chosen for this file last time is of no use now", style::Information, failure.what());
@@ -192,7 +204,7 @@ void FrmImport::ChooseSheet() {
       choices.sheet = cboSheet.text;
       const std::string text = source_.Text(choices, progress);
       ProposeColumns(text, choices);
-      ProposeAnew(choices, progress);
+      Take(choices, Proposed, progress);
     });
   ShowChoices();
 }
@@ -204,7 +216,7 @@ void FrmImport::ChooseEncoding() {
       ImportChoices choices = choices_;
       choices.encoding = static_cast<Encoding>(place);
       ProposeColumns(source_.Text(choices, progress), choices);
-      ProposeAnew(choices, progress);
+      Take(choices, Proposed, progress);
     });
   ShowChoices();
 }
@@ -216,7 +228,7 @@ void FrmImport::ChooseDelimiter() {
       ImportChoices choices = choices_;
       choices.delimiter = static_cast<Delimiter>(place);
       ProposeColumns(text_, choices);
-      ProposeAnew(choices, progress);
+      Take(choices, Proposed, progress);
     });
   ShowChoices();
 }
@@ -245,13 +257,9 @@ void FrmImport::ChooseAnotherImports() {
   const auto path = desk.AskFile({FileRequest::Kind::Open, "Choices of another import",
                                   "All Files (*.*)|*.*|Choices (*.import)|*.import|", 2, ""});
   if (!path) return;
-  std::string lacking;
-  const bool taken = Read("Reading the file...", [&](const ReadingProgress& progress) {
-    const ImportChoices choices = ChoicesIn(ReadWholeFile(*path));
-    ProposeAnew(source_.ForThis(choices, progress), progress);
-    lacking = Lacking(choices, text_);
+  Read("Reading the file...", [&](const ReadingProgress& progress) {
+    TakeKept(ChoicesIn(ReadWholeFile(*path)), "As it was chosen in " + std::string(FileName(*path)), progress);
   });
-  if (taken) lblProposal.text = "As it was chosen in " + std::string(FileName(*path)) + "." + lacking;
   ShowChoices();
 }
 
@@ -314,7 +322,7 @@ void FrmImport::ShowRole() {
 void FrmImport::ShowPreview() {
   Imported imported;
   try {
-    imported = ImportRows(FirstRows(text_, choices_.delimiter, RowsPreviewed), choices_);
+    imported = ImportRows(Beginning(text_, choices_, RowsPreviewed), choices_);
     txtPreview.text = imported.text;
   } catch (const RuntimeFailure& failure) {
     txtPreview.text =
@@ -374,13 +382,9 @@ void FrmImport::Write(const std::string& file, const Imported& imported) {
   choices_.names = ColumnNames(text_, choices_);
   desk.Write(file + ChoicesExtension, ChoicesText(choices_));
   desk.Tell(Title,
-            fmt::format("{} records of {} broods were written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
-                        imported.records, imported.broods, file),
-            style::Information,
-            fmt::format("{} rows, {} of them left out; {} records sorted to another place\r\nYears {} to {}, {} "
-                        "covariates",
-                        imported.rows, imported.leftOut, imported.moved, imported.firstYear, imported.lastYear,
-                        imported.covariates));
+            fmt::format("{} of {} written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
+                        Counted(imported.records, "record"), Counted(imported.broods, "brood"), file),
+            style::Information, WhatWasMade(imported));
   desk.Unload(*this);
   onImported(file);
 }

@@ -73,10 +73,12 @@ class FrmImport : public Form {
   void ChooseRole();
   void ChooseYear();
   void ChooseAnotherImports();
-  /// Proposes the columns anew for a text that is read, or divided, in another way.
-  void ProposeAnew(const ImportChoices& choices, const ReadingProgress& progress);
-  /// The choices kept beside the data file, if there are any; false when there are none of use.
-  bool TakeKeptChoices(const ReadingProgress& progress);
+  /// Takes choices and the text of the file by them, and says whence they are.
+  void Take(const ImportChoices& choices, const std::string& whence, const ReadingProgress& progress);
+  /// Takes choices that were kept with a file, as far as they fit this one, and says where they do not.
+  void TakeKept(const ImportChoices& kept, const std::string& whence, const ReadingProgress& progress);
+  /// The choices kept beside the data file; false when there are none of use.
+  bool TakeLastTimes(const ReadingProgress& progress);
 
   /// Writes the choices into the controls, and shows what comes of them.
   void ShowChoices();

@@ -1,5 +1,7 @@
 #include "import/needs_import.h"
 
+#include <array>
+
 #include "base/runtime_failure.h"
 #include "base/utf8.h"
 #include "data/data_line.h"
@@ -30,12 +32,24 @@ bool IsTable(const std::string& path) {
   return source.IsWorkbook() || source.Proposed().roles.size() >= LeastColumns;
 }
 
+/// Whether a workbook of the old kind, which is read by the places of its columns, has its columns in other places, or
+/// dates or nests.
+bool HasColumnsElsewhere(const std::string& path) {
+  constexpr std::array InPlace{Role::Year, Role::Code, Role::Day, Role::HatchDay, Role::Age, Role::Count};
+  const std::vector<Role> roles = ImportSource(path).Proposed().roles;
+  for (std::size_t c = 0; c < roles.size(); ++c) {
+    if (roles[c] == Role::Unused || roles[c] == Role::Covariate) continue;
+    if (c >= InPlace.size() || roles[c] != InPlace[c]) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool NeedsImport(const std::string& path) {
   try {
     const std::string bytes = ReadWholeFile(path);
-    if (IsCompoundDocument(bytes)) return false;
+    if (IsCompoundDocument(bytes)) return HasColumnsElsewhere(path);
     return (!ForeignKind(bytes).empty() || !FitsFixedColumns(bytes)) && IsTable(path);
   } catch (const RuntimeFailure&) {
     return false;  // the reading tells it

@@ -4,8 +4,9 @@
 
 namespace merlane {
 
-/// Whether a file seems to be a table that has to be imported: a delimited text or a workbook of the new kind, and no
-/// data file in fixed columns. Workbooks of the old kind are read as they are. False for what cannot be read.
+/// Whether a file seems to be a table that has to be imported: a delimited text, a workbook of the new kind, or one of
+/// the old kind whose columns are not those of a data file in their order. False for a data file in fixed columns, and
+/// for what cannot be read.
 bool NeedsImport(const std::string& path);
 
 }  // namespace merlane

@@ -30,7 +30,17 @@ TEST(NeedsImport, WhatIsNoTableDoesNot) {
   EXPECT_FALSE(Needs("a letter to a friend\n"));
   EXPECT_FALSE(Needs("%PDF-1.7"));
   EXPECT_FALSE(NeedsImport("/nowhere"));
-  EXPECT_FALSE(NeedsImport(MERLANE_TEST_INPUTS_DIR "/workbooks/lake.xls")) << "the old kind is read as it is";
+  EXPECT_FALSE(NeedsImport(MERLANE_TEST_INPUTS_DIR "/workbooks/encrypted.xls"));
+}
+
+TEST(NeedsImport, AWorkbookOfTheOldKindDoesWhereItsColumnsAreNotThoseOfADataFile) {
+  for (const char* inOrder : {"lake", "two_sheets", "offset", "empty_between", "single_empty", "too_few_columns"})
+    EXPECT_FALSE(NeedsImport(std::string(MERLANE_TEST_INPUTS_DIR "/workbooks/") + inOrder + ".xls")) << inOrder;
+  EXPECT_TRUE(NeedsImport(MERLANE_SOURCE_DIR "/tests/data/import/lo_visits.xls"));
+}
+
+TEST(NeedsImport, AWorkbookOfTheNewKindDoes) {
+  EXPECT_TRUE(NeedsImport(MERLANE_SOURCE_DIR "/tests/data/import/lo_visits.xlsx"));
 }
 
 }  // namespace

@@ -221,7 +221,7 @@ TEST(Import, WhatWasChosenLastTimeIsOfferedAndGivesTheSameBytes) {
   const std::string first = ReadWholeFile(t.folder / "lake.csv.dat");
   t.Open(table);
   EXPECT_THAT(t.Roles(), ElementsAre("code", "date", "number", "not used"));
-  EXPECT_EQ(t.form.lblProposal.text, "As it was chosen when this file was imported last.");
+  EXPECT_THAT(t.form.lblProposal.text, StartsWith("As it was chosen when this file was imported last: "));
   t.windows.Yes("Import");
   t.Import();
   EXPECT_EQ(ReadWholeFile(t.folder / "lake.csv.dat"), first);
@@ -237,11 +237,44 @@ TEST(Import, TheChoicesOfLastYearFitThisYearsFile) {
   t.windows.File(t.folder / "2022.csv.dat.import", "Choices of another import");
   ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
   EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
-  EXPECT_EQ(t.form.lblProposal.text, "As it was chosen in 2022.csv.dat.import");
+  EXPECT_EQ(t.form.lblProposal.text,
+            "As it was chosen in 2022.csv.dat.import: look at each column, and at the records below.");
   t.windows.File(t.folder / "2022.csv", "Choices of another import");
   ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
   EXPECT_THAT(t.windows.LastText(), HasSubstr("this file holds no choices of an import"));
   EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
+}
+
+TEST(Import, AColumnOfKeptChoicesThatIsNotThereIsTold) {
+  Importing t("lacking");
+  t.Open(t.Table("lake.csv", Visits));
+  t.Import();
+  t.Open(t.Table("lake.csv", "Nest;Date;Hatch date;Eggs\nA;30.5.2023;9.6.2023;5\n"));
+  EXPECT_THAT(t.form.lblProposal.text, HasSubstr("Not in this file: Cover."));
+}
+
+TEST(Import, EggsAndYoungInTwoColumnsAreAdded) {
+  Importing t("stages");
+  t.Open(t.Table("lake.csv", "Year,Nest,Day,Age,Eggs,Chicks\n2023,A,150,-10,5,0\n2023,A,165,5,1,3\n"));
+  EXPECT_THAT(t.Roles(), ElementsAre("year", "code", "day of the year", "brood age", "number", "number"));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("     165,       0,       5,       4\r\n"));
+}
+
+TEST(Import, ASheetOfAWorkbookIsChosen) {
+  Importing t("sheets");
+  t.Open(std::string(MERLANE_SOURCE_DIR "/tests/data/import/lo_titles_on_second_sheet.xls"));
+  EXPECT_TRUE(t.form.cboSheet.visible);
+  EXPECT_FALSE(t.form.cboEncoding.visible || t.form.cboDelimiter.visible);
+  ASSERT_GE(t.form.cboSheet.items.size(), 2u);
+  const std::string proposed = t.form.cboSheet.text, preview = t.form.txtPreview.text;
+  const std::string other = t.form.cboSheet.items[proposed == t.form.cboSheet.items[0] ? 1 : 0];
+  t.desk.SetText(t.form.cboSheet, other);
+  EXPECT_EQ(t.form.cboSheet.text, other);
+  EXPECT_NE(t.form.txtPreview.text, preview);
+  t.desk.SetText(t.form.cboSheet, "no such sheet");
+  EXPECT_EQ(t.form.cboSheet.text, other);
+  t.desk.SetText(t.form.cboSheet, proposed);
+  EXPECT_EQ(t.form.txtPreview.text, preview);
 }
 
 TEST(Import, ChoicesThatAreSpoiltAreToldAndProposedAnew) {
