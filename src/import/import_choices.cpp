@@ -9,6 +9,7 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "import/heading_words.h"
 
 namespace merlane {
 namespace {
@@ -176,7 +177,7 @@ Role RoleOf(std::string_view heading) {
                                                               {"freq", Role::Nests},
                                                               {"nests", Role::Nests}};
   const auto found = roles.find(Letters(heading));
-  return found == roles.end() ? Role::Unused : found->second;
+  return found == roles.end() ? RoleByWords(heading) : found->second;
 }
 
 /// The role that a heading proposes, as far as what stands below it can be that.
