@@ -41,6 +41,7 @@ int Play(const BatchOptions& options, Transcript& transcript, std::string& probl
     MakeFolder(options.out);
     BatchRun run(std::move(lines), {FolderOf(options.file), options.out}, transcript);
     Program program(run.MachineHost());
+    program.model.cores = program.parametricBootstrap.cores = options.cores;
     const int exitStatus = run.Play(
         program.desk, [&] { program.Start(); }, [&](const std::string& what) { return Export(program, what); });
     if (!run.Problem().empty()) problem = options.file + ": " + run.Problem();

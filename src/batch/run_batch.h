@@ -3,12 +3,15 @@
 #include <ostream>
 #include <string>
 
+#include "platform/workers.h"
+
 namespace merlane {
 
 struct BatchOptions {
-  std::string file;       // the batch file
-  std::string out = ".";  // the folder that relative paths are written to; made when it is not there
-  bool json = false;      // the transcript is for programs
+  std::string file;              // the batch file
+  std::string out = ".";         // the folder that relative paths are written to; made when it is not there
+  bool json = false;             // the transcript is for programs
+  int cores = Workers::Cores();  // how many threads share the work, which nothing but the time depends on
 };
 
 /// Replays a batch file on a program of its own. The transcript goes to `out`; why a run stopped, or did not begin, is

@@ -1,6 +1,6 @@
 // Whole analyses: each NAME.batch in tests/batch/analyses and in examples is replayed, and its transcript and the files
-// it writes must be those kept in tests/batch/analyses/NAME.kept, byte for byte. Where a change of them is wanted, run
-// this test with MERLANE_KEEP=1 in the environment and look at the difference.
+// it writes must be those kept in tests/batch/analyses/NAME.kept, byte for byte, by one thread, two and five. Where a
+// change of them is wanted, run this test with MERLANE_KEEP=1 in the environment and look at the difference.
 
 #include <cstdlib>
 
@@ -20,9 +20,19 @@ std::map<std::string, std::string> Contents(const fs::path& folder) {
   return contents;
 }
 
-class Analysis : public testing::TestWithParam<fs::path> {};
+class Analysis : public testing::TestWithParam<fs::path> {
+ protected:
+  void ReplayBy(int cores) const;
+};
 
 TEST_P(Analysis, LeavesTheTranscriptAndTheFilesThatAreKept) {
+  for (const int cores : {1, 2, 5}) {
+    SCOPED_TRACE(cores);
+    ReplayBy(cores);
+  }
+}
+
+void Analysis::ReplayBy(int cores) const {
   const fs::path file = GetParam();
   const fs::path kept = source / "tests/batch/analyses" / (file.stem().string() + ".kept");
   std::string out = testing::TempDir() + "merlane_analysis_XXXXXX";
@@ -32,7 +42,7 @@ TEST_P(Analysis, LeavesTheTranscriptAndTheFilesThatAreKept) {
   const fs::path before = fs::current_path();
   fs::current_path(file.parent_path());
   std::ostringstream transcript, errors;
-  const int status = RunBatch({file.filename(), out, false}, transcript, errors);
+  const int status = RunBatch({file.filename(), out, false, cores}, transcript, errors);
   fs::current_path(before);
   const bool failed = transcript.str().find("\n      failure ") != std::string::npos;  // of a command, and meant to
   EXPECT_EQ(status, failed ? 4 : 0) << errors.str();
