@@ -190,6 +190,7 @@ bool FitsAhead::Answer(ModelCall& call) {
 }
 
 void FitsAhead::Work() {
+  KeptPredictions predictions(origin_.data, origin_.fit.best.parameters);  // those of all replicates
   std::unique_lock lock(mutex_);
   for (;;) {
     changed_.wait(lock, [this] { return ended_ || next_ <= limit_; });
@@ -203,29 +204,30 @@ void FitsAhead::Work() {
       return;  // others go on, or the bootstrap by itself
     }
     lock.unlock();
-    Run(attempt, *fit);
+    Run(attempt, *fit, predictions);
     lock.lock();
   }
 }
 
 /// Whatever a fit meets ends it; the bootstrap meets the same on its own way, and tells.
-void FitsAhead::Run(int attempt, Fit& fit) const {
+void FitsAhead::Run(int attempt, Fit& fit, KeptPredictions& predictions) const {
   try {
     BroodData data = origin_.data;
     LikelihoodState likelihood = origin_.fit;
-    ReadReplicate(attempt, fit, data, likelihood);
+    ReadReplicate(attempt, fit, predictions, data, likelihood);
     Minimise(fit, data, likelihood);
   } catch (...) {
   }
   fit.Ends();
 }
 
-void FitsAhead::ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const {
+void FitsAhead::ReadReplicate(int attempt, Fit& fit, KeptPredictions& predictions, BroodData& data,
+                              LikelihoodState& likelihood) const {
   RandomStreams random = origin_.random;
   random.Skip(attempt - 1);
   Simulation simulation;
   const CalculationWatch watch{.turn = [&fit] { fit.StopIfAbandoned(); }};
-  SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation);
+  SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation, &predictions);
   const std::string text = origin_.text.Of(simulation.SimCount);
   fit.Begins(text);
   ReadingReport unread;

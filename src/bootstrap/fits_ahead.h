@@ -13,6 +13,7 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "data/brood_data.h"
+#include "model/kept_predictions.h"
 #include "model/likelihood_state.h"
 #include "platform/random_streams.h"
 #include "platform/window_system.h"
@@ -68,9 +69,10 @@ class FitsAhead {
   class Fit;
 
   void Work();
-  void Run(int attempt, Fit& fit) const;
+  void Run(int attempt, Fit& fit, KeptPredictions& predictions) const;
   /// Simulates an attempt's data from the fit and reads them into `data`, for which `likelihood` is made ready.
-  void ReadReplicate(int attempt, Fit& fit, BroodData& data, LikelihoodState& likelihood) const;
+  void ReadReplicate(int attempt, Fit& fit, KeptPredictions& predictions, BroodData& data,
+                     LikelihoodState& likelihood) const;
   void Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const;
 
   const Origin origin_;

@@ -66,6 +66,7 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
     const AtEnd forget([this] {
       objective_.known = nullptr;
       ahead_.reset();
+      predictions_.reset();
       original_.reset();
     });
     try {
@@ -201,6 +202,7 @@ void ParametricBootstrap::TakeOriginal() {
   RunState run = state_;
   Evaluate();
   original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run), algorithmText_});
+  predictions_.emplace(original_->tables.data, original_->tables.likelihood.best.parameters);
 }
 
 void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
@@ -220,7 +222,7 @@ void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
 std::string ParametricBootstrap::Simulate() {
   Tell("Simulating new data");
   SimulateData(model_.data, {.BootstrapMode = true}, model_.Evaluated().best, desk_.host.random,
-               DeskWatch(desk_, main_, state_.flags), model_.simulation);
+               DeskWatch(desk_, main_, state_.flags), model_.simulation, &*predictions_);
   return original_->text.Of(model_.simulation.SimCount);
 }
 

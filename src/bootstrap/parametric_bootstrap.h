@@ -119,7 +119,8 @@ class ParametricBootstrap {
   std::set<std::string> ownFiles_;  // of the present replicate: those of its rejected attempts
   bool replacedTold_ = false;
   std::optional<Original> original_;
-  std::string algorithmText_;  // of the algorithm file as it was read last
+  std::optional<KeptPredictions> predictions_;  // of the counts of all replicates
+  std::string algorithmText_;                   // of the algorithm file as it was read last
   std::unique_ptr<FitsAhead> ahead_;
 };
 

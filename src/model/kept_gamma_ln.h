@@ -10,10 +10,12 @@
 namespace merlane {
 
 /// ln Gamma of arguments that recur, each of which is kept until another takes its place: a beta-binomial distribution
-/// asks for the same few again and again. For one thread.
+/// asks for the same few again and again. Takes its room when it is first asked, which not every model does. For one
+/// thread.
 class KeptGammaLn {
  public:
   double operator()(double x) {
+    if (entries_.empty()) entries_.resize(std::size_t{1} << Log2OfSize);
     const auto bits = std::bit_cast<std::uint64_t>(x);
     Entry& entry = entries_[(bits * 0x9E3779B97F4A7C15u) >> (64 - Log2OfSize)];
     if (entry.argument != bits) entry = {bits, GammaLn(x)};
@@ -26,7 +28,7 @@ class KeptGammaLn {
     std::uint64_t argument = ~std::uint64_t{0};  // a NaN that no calculation gives
     double value = 0;
   };
-  std::vector<Entry> entries_ = std::vector<Entry>(std::size_t{1} << Log2OfSize);
+  std::vector<Entry> entries_;
 };
 
 }  // namespace merlane

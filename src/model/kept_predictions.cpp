@@ -19,19 +19,10 @@ constexpr std::size_t Piece = 32;
 
 }  // namespace
 
-std::size_t KeptPredictions::Hash::operator()(const Key& key) const {
-  std::uint64_t hash = 0;
-  for (const std::uint64_t word : key) {
-    hash = (hash ^ word) * 0x9E3779B97F4A7C15u;
-    hash ^= hash >> 32;
-  }
-  return hash;
-}
-
 /// Within a stage a count knows nothing of what is expected over hatch.
-KeptPredictions::Key KeptPredictions::KeyOf(int visit, int n, const CountExpectation& expected) const {
+KeptPredictions::Keys::Key KeptPredictions::KeyOf(int visit, int n, const CountExpectation& expected) const {
   const Prediction kind = PredictionOf(data_, visit);
-  Key key{static_cast<std::uint64_t>(kind), static_cast<std::uint64_t>(n)};
+  Keys::Key key{static_cast<std::uint64_t>(kind), static_cast<std::uint64_t>(n)};
   std::size_t words = 2;
   const auto add = [&](double x) { key[words++] = std::bit_cast<std::uint64_t>(x); };
   add(data_.VisitAge[static_cast<std::size_t>(visit) - 1]);
@@ -49,13 +40,13 @@ KeptPredictions::Key KeptPredictions::KeyOf(int visit, int n, const CountExpecta
 }
 
 std::size_t KeptPredictions::Number(int visit, int n, const CountExpectation& expected) {
-  const auto [found, isNew] = numbers_.try_emplace(KeyOf(visit, n, expected), kept_.size());
+  const auto [number, isNew] = numbers_(KeyOf(visit, n, expected));
   if (isNew) {
     kept_.emplace_back();
     unbuilt_.push_back({visit, n, expected});
     counts_ += static_cast<std::size_t>(n) + 1;
   }
-  return found->second;
+  return static_cast<std::size_t>(number);
 }
 
 void KeptPredictions::Build(Workers* workers, const std::function<void(long)>& turn) {
@@ -94,16 +85,22 @@ const CountPrediction& KeptPredictions::operator[](std::size_t number) const {
   return kept.prediction;
 }
 
+void KeptPredictions::Forget() {
+  numbers_.Clear();
+  kept_.clear();
+  counts_ = 0;
+}
+
 const CountPrediction& KeptPredictions::Of(int visit, int n, const CountExpectation& expected,
                                            const std::function<void(long)>& turn) {
-  if (counts_ >= MostCounts) {
-    numbers_.clear();
-    kept_.clear();
-    counts_ = 0;
-  }
+  if (counts_ >= MostCounts) Forget();
   const std::size_t number = Number(visit, n, expected);
   if (!unbuilt_.empty()) Build(nullptr, turn);
-  return (*this)[number];
+  if (const std::exception_ptr failure = kept_[number].failure) {
+    Forget();  // it may have come from a turn, and not be one of the distribution
+    std::rethrow_exception(failure);
+  }
+  return kept_[number].prediction;
 }
 
 }  // namespace merlane

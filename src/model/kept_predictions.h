@@ -1,15 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <exception>
-#include <unordered_map>
 #include <vector>
 
 #include "data/brood_data.h"
 #include "model/count_prediction.h"
+#include "model/numbering.h"
 #include "platform/workers.h"
 
 namespace merlane {
@@ -34,16 +32,13 @@ class KeptPredictions {
   const CountPrediction& Built(std::size_t number) const { return kept_[number].prediction; }
 
   /// The distribution of a visit, built when it is new. Stays where it is until the next is asked for: beyond a number
-  /// that serves most data all are forgotten.
+  /// that serves most data all are forgotten. Raises what building it has raised.
   const CountPrediction& Of(int visit, int n, const CountExpectation& expected,
                             const std::function<void(long)>& turn = {});
 
  private:
   /// All that a distribution depends on, bit by bit.
-  using Key = std::array<std::uint64_t, 11>;
-  struct Hash {
-    std::size_t operator()(const Key& key) const;
-  };
+  using Keys = Numbering<11>;
   /// A distribution, or what building it has raised.
   struct Kept {
     CountPrediction prediction;
@@ -53,13 +48,14 @@ class KeptPredictions {
     int visit, n;
     CountExpectation expected;
   };
-  Key KeyOf(int visit, int n, const CountExpectation& expected) const;
+  Keys::Key KeyOf(int visit, int n, const CountExpectation& expected) const;
+  void Forget();
   static void BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor,
                        const std::function<void(long)>& turn);
 
   const BroodData& data_;
   const Parameters& best_;
-  std::unordered_map<Key, std::size_t, Hash> numbers_;
+  Keys numbers_;
   std::deque<Kept> kept_;
   std::vector<Asked> unbuilt_;             // the last of them
   std::size_t counts_ = 0;                 // of all distributions

@@ -4,8 +4,9 @@
 #include <bit>
 #include <compare>
 #include <limits>
-#include <unordered_map>
 #include <utility>
+
+#include "model/numbering.h"
 
 namespace merlane {
 namespace {
@@ -150,10 +151,9 @@ class Planning {
     };
     // A brood with a mortality of its own has hardly a span twice.
     if (!plan_.subject.broodsShareMortalities && mortality >= ObjectivePlan::ClutchMortalities) return add();
-    const auto key = (static_cast<std::uint64_t>(from) << 32) + static_cast<std::uint64_t>(to);
-    const auto [found, isNew] = spans_.try_emplace(key);
-    if (isNew) found->second = add();
-    return found->second;
+    const std::size_t number = At(spans_({static_cast<std::uint64_t>(from), static_cast<std::uint64_t>(to)}).first);
+    if (number == spanOf_.size()) spanOf_.push_back(add());
+    return spanOf_[number];
   }
 
   void Add(const PreparedVisits::ClutchStep& step) {
@@ -316,9 +316,9 @@ class Planning {
   }
 
   int Age(double age) {
-    const auto [found, isNew] = ages_.try_emplace(std::bit_cast<std::uint64_t>(age), Size(plan_.Ages));
+    const auto [number, isNew] = ages_({std::bit_cast<std::uint64_t>(age)});
     if (isNew) plan_.Ages.push_back(age);
-    return found->second;
+    return number;
   }
 
   void NumberDistinctTimes() {
@@ -330,11 +330,11 @@ class Planning {
 
   ObjectivePlan::Range AddDistinct(const ObjectivePlan::Range& times) {
     const std::size_t begin = plan_.DistinctTimes.size();
-    std::unordered_map<std::uint64_t, int> numbers;
+    Numbering<1> numbers;
     for (const double time : times.Of(plan_.Time)) {
-      const auto [found, isNew] = numbers.try_emplace(std::bit_cast<std::uint64_t>(time), Size(plan_.DistinctTimes));
+      const auto [number, isNew] = numbers({std::bit_cast<std::uint64_t>(time)});
       if (isNew) plan_.DistinctTimes.push_back(time);
-      plan_.distinctTime.push_back(found->second);
+      plan_.distinctTime.push_back(static_cast<int>(begin) + number);
     }
     return {begin, plan_.DistinctTimes.size()};
   }
@@ -346,7 +346,9 @@ class Planning {
   Numbers times_, intervals_, fromHatch_, mortalities_;
   std::vector<Filled> filled_;  // of each visit
   std::vector<Hatch> hatches_;  // of each brood
-  std::unordered_map<std::uint64_t, int> spans_, ages_;
+  Numbering<2> spans_;
+  std::vector<int> spanOf_;  // of those, their numbers in the plan
+  Numbering<1> ages_;
 };
 
 }  // namespace

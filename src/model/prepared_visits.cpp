@@ -1,43 +1,23 @@
 #include "model/prepared_visits.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <unordered_map>
-#include <utility>
+#include <cstdint>
+
+#include "model/numbering.h"
 
 namespace merlane {
 namespace {
 
-/// Calculations are the same when all that goes into them has the same bits.
-using Key = std::vector<std::uint64_t>;
-
-struct KeyHash {
-  std::size_t operator()(const Key& key) const {
-    std::uint64_t hash = 0x9E3779B97F4A7C15u;
-    for (const std::uint64_t part : key) {
-      hash = (hash ^ part) * 0xBF58476D1CE4E5B9u;
-      hash ^= hash >> 29;
-    }
-    return hash;
-  }
-};
-
+// Calculations are the same when all that goes into them has the same bits.
 std::uint64_t Part(int x) { return static_cast<std::uint64_t>(x); }
 std::uint64_t Part(double x) { return std::bit_cast<std::uint64_t>(x); }
 
-/// Numbers distinct keys from 0 in the order of their first appearance.
-class Numbering {
- public:
-  /// The number of a key, and whether it is new.
-  std::pair<int, bool> operator()(const Key& key) {
-    const auto [found, isNew] = numbers_.try_emplace(key, static_cast<int>(numbers_.size()));
-    return {found->second, isNew};
-  }
-  int Size() const { return static_cast<int>(numbers_.size()); }
-
- private:
-  std::unordered_map<Key, int, KeyHash> numbers_;
-};
+template <class... Parts>
+std::array<std::uint64_t, sizeof...(Parts)> KeyOf(Parts... parts) {
+  return {Part(parts)...};
+}
 
 using Interval = PreparedVisits::Interval;
 
@@ -73,22 +53,20 @@ class Preparation {
     return data_.VisitCount[static_cast<std::size_t>(first ? visit : visit - 1)];
   }
 
-  template <class... Parts>
-  const Key& KeyOf(Parts... parts) {
-    key_.assign({Part(parts)...});
-    return key_;
-  }
-
   void Group() {
     constexpr int worthwhile = 4;  // broods of a group, on average, from which sharing between broods pays
-    Numbering groups;
-    for (int brood = 0; brood < data_.Broods(); ++brood) {
-      key_.clear();
-      for (int m = 0; m < data_.NCov; ++m) key_.push_back(Part(data_.CovariatesOf(brood)[m]));
-      prepared_.GroupOfBrood.push_back(groups(key_).first);
+    // A brood belongs to the group of those before it and their next covariate.
+    prepared_.GroupOfBrood.assign(static_cast<std::size_t>(data_.Broods()), 0);
+    prepared_.Groups = data_.Broods() > 0 ? 1 : 0;
+    for (int m = 0; m < data_.NCov; ++m) {
+      Numbering<2> groups;
+      for (int brood = 0; brood < data_.Broods(); ++brood) {
+        int& group = prepared_.GroupOfBrood[static_cast<std::size_t>(brood)];
+        group = groups(KeyOf(group, data_.CovariatesOf(brood)[m])).first;
+      }
+      prepared_.Groups = groups.Size();
     }
-    prepared_.Groups = groups.Size();
-    if (groups.Size() <= 1 || data_.Broods() >= worthwhile * groups.Size()) return;
+    if (prepared_.Groups <= 1 || data_.Broods() >= worthwhile * prepared_.Groups) return;
     prepared_.GroupOfBrood.assign(prepared_.GroupOfBrood.size(), 0);
     prepared_.Groups = 1;
     prepared_.GroupsShareCovariates = false;
@@ -186,9 +164,10 @@ class Preparation {
 
   const BroodData& data_;
   PreparedVisits& prepared_;
-  Key key_;
   std::vector<int> clutchIntervals_, broodIntervals_;  // of each visit so far, -1 for none
-  Numbering times_, intervals_, outcomes_, spanning_;
+  Numbering<2> times_;
+  Numbering<4> spanning_;
+  Numbering<5> intervals_, outcomes_;
 };
 
 }  // namespace

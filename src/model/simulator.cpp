@@ -5,7 +5,6 @@
 #include "base/runtime_failure.h"
 #include "model/calculation_problem.h"
 #include "model/forward_expectation.h"
-#include "model/kept_predictions.h"
 
 namespace merlane {
 namespace {
@@ -14,14 +13,14 @@ namespace {
 class Simulator {
  public:
   Simulator(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
-            const CalculationWatch& watch, Simulation& simulation)
+            const CalculationWatch& watch, Simulation& simulation, KeptPredictions& predictions)
       : data_(data),
         setting_(setting),
         best_(best),
         random_(random),
         watch_(watch),
         simulation_(simulation),
-        predictions_(data, best.parameters) {}
+        predictions_(predictions) {}
 
   void Run() {
     for (int brood = 0; brood < data_.Broods(); ++brood) {
@@ -75,7 +74,7 @@ class Simulator {
   const CalculationWatch& watch_;
   Simulation& simulation_;
   ForwardShares shares_;
-  KeptPredictions predictions_;
+  KeptPredictions& predictions_;
 };
 
 }  // namespace
@@ -126,14 +125,15 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
 }
 
 void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
-                  const CalculationWatch& watch, Simulation& simulation) {
+                  const CalculationWatch& watch, Simulation& simulation, KeptPredictions* kept) {
   simulation.Preset(data);
   simulation.simulated = true;
   random.BeginNext();
   if (!setting.BootstrapMode) watch.progress("Simulating data, one moment please...");
   const AtEnd clear([&watch] { watch.progress(""); });
   try {
-    Simulator(data, setting, best, random, watch, simulation).Run();
+    KeptPredictions own(data, best.parameters);
+    Simulator(data, setting, best, random, watch, simulation, kept != nullptr ? *kept : own).Run();
   } catch (const RuntimeFailure& failure) {
     if (setting.BootstrapMode) throw;
     watch.tell(SimulationError(failure.what()));

@@ -8,6 +8,7 @@
 #include "model/best_tables.h"
 #include "model/calculation_watch.h"
 #include "model/count_prediction.h"
+#include "model/kept_predictions.h"
 #include "platform/random_streams.h"
 
 namespace merlane {
@@ -57,8 +58,9 @@ void KeepVariances(const BroodData& data, int visit, const CountPrediction& pred
 /// Fills `simulation` with counts drawn from the next random stream, each from the one before it in its brood. A brood
 /// ends at a count of 0 and, outside a bootstrap, at a count that cannot be predicted. Refreshes the variances of the
 /// best tables. A failing calculation is told and ends the simulation with what there is, as an abort does; in a
-/// bootstrap, which cannot be aborted here, it is a RuntimeFailure.
+/// bootstrap, which cannot be aborted here, it is a RuntimeFailure. `kept` are the distributions that earlier
+/// simulations of the same data from the same parameters have left.
 void SimulateData(const BroodData& data, const SimulationSetting& setting, BestTables& best, RandomStreams& random,
-                  const CalculationWatch& watch, Simulation& simulation);
+                  const CalculationWatch& watch, Simulation& simulation, KeptPredictions* kept = nullptr);
 
 }  // namespace merlane
