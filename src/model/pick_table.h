@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "model/count_prediction.h"
@@ -11,35 +10,33 @@
 
 namespace merlane {
 
-/// Distributions from which counts are picked many times, side by side in memory, and what each count adds to the sums
-/// of a fit, computed once it is picked.
+/// Distributions from which counts are picked many times, side by side in memory, with what each count adds to the sums
+/// of a fit.
 class PickTable {
  public:
   /// Adds a distribution, which has the next number, from 0 on. From an empty one nothing can be picked.
   void Add(const CountPrediction& prediction);
   std::size_t Size() const { return distributions_.size(); }
 
-  /// What the count adds that a number of [0, 1) picks from a distribution, as Pick does. RuntimeFailure when its
-  /// probability is 0.
-  const PickedCount& Picked(std::size_t distribution, double U) {
+  /// A count of a distribution: its probability, the sum of those up to it, and what it adds.
+  struct Count {
+    double P, Cum;
+    PickedCount adds;  // NaN where that is a failure
+    bool IsPossible() const { return !std::isnan(adds.Deviance); }
+  };
+  /// The count that a number of [0, 1) picks from a distribution, as Simulate_Pick_ChiSq does.
+  const Count& Pick(std::size_t distribution, double U) const {
     const Distribution& d = distributions_[distribution];
-    std::size_t pick = d.first + begins_[distribution * Parts + static_cast<std::size_t>(U * Parts)];
+    const int part = static_cast<int>(U * Parts);
+    std::size_t pick = d.first + begins_[distribution * Parts + static_cast<std::size_t>(part)];
     while (pick < d.last && !(U <= counts_[pick].Cum)) ++pick;
-    Count& count = counts_[pick];
-    if (std::isnan(count.adds.Deviance)) count.adds = JudgeProbability(count.P);
-    return count.adds;
+    return counts_[pick];
   }
 
  private:
   static constexpr std::size_t Parts = 64;
-  static constexpr double NotYet = std::numeric_limits<double>::quiet_NaN();
-
   struct Distribution {
     std::size_t first, last;  // of its counts
-  };
-  struct Count {
-    double Cum, P;
-    PickedCount adds{NotYet, NotYet};
   };
   std::vector<Distribution> distributions_;
   std::vector<Count> counts_;

@@ -52,18 +52,49 @@ class Randomisations {
     }
   }
 
-  /// The sums of one randomisation; false when it was aborted or a count was impossible.
-  bool Run(RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
+  /// The sums of the next randomisation, of which so many are still wanted; false when it was aborted or a count was
+  /// impossible.
+  bool Run(int wanted, RandomStreams& random, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
+    if (next_ == ahead_.size()) LookAhead(wanted, random);
+    if (next_ == ahead_.size()) return PickAll([&] { return random.Uniform(); }, watch, SumPearson, SumDeviance);
+    const Ahead& ahead = ahead_[next_++];
+    if (!ahead.possible) {
+      const double* U = ahead.uniform.data();
+      return PickAll([&] { return *U++; }, watch, SumPearson, SumDeviance);
+    }
+    SumPearson = ahead.SumPearson;
+    SumDeviance = ahead.SumDeviance;
+    return watch.Turns(static_cast<long>(visits_.size()));
+  }
+
+ private:
+  struct PredictedVisit {
+    int visit, brood;
+    std::size_t prediction = 0;  // its number
+    bool wantsAttention = true;  // before its count is picked; at least once
+  };
+  /// A randomisation whose numbers have been drawn, and whose sums have been made unless a count was impossible.
+  struct Ahead {
+    std::vector<double> uniform;
+    double SumPearson = 0, SumDeviance = 0;
+    bool possible = true;
+  };
+
+  /// Picks visit after visit by what `uniform`() gives.
+  template <class Uniform>
+  bool PickAll(const Uniform& uniform, const CalculationWatch& watch, double& SumPearson, double& SumDeviance) {
     long turns = 0;  // that are due
+    wantingAttention_ = 0;
     for (std::size_t i = 0; i < visits_.size(); ++i) {
       if (i == prepared_) PrepareMore(watch);
       PredictedVisit& visit = visits_[i];
       if (visit.wantsAttention && !watch.Turns(std::exchange(turns, 0))) return false;
       try {
         if (visit.wantsAttention) Attend(visit, watch);
-        const PickedCount& picked = picks_.Picked(visit.prediction, random.Uniform());
-        SumPearson = SumPearson + picked.Pearson;
-        SumDeviance = SumDeviance + picked.Deviance;
+        const PickTable::Count& picked = picks_.Pick(visit.prediction, uniform());
+        const PickedCount adds = picked.IsPossible() ? picked.adds : JudgeProbability(picked.P);  // which fails
+        SumPearson = SumPearson + adds.Pearson;
+        SumDeviance = SumDeviance + adds.Deviance;
       } catch (const RuntimeFailure& failure) {
         if (watch.Turns(turns)) watch.impossible({"randomization", visit.brood, visit.visit, failure.what()});
         return false;
@@ -73,12 +104,38 @@ class Randomisations {
     return watch.Turns(turns);
   }
 
- private:
-  struct PredictedVisit {
-    int visit, brood;
-    std::size_t prediction = 0;  // its number
-    bool wantsAttention = true;  // before its count is picked; at least once
-  };
+  /// Draws for the coming randomisations and has the workers make their sums.
+  void LookAhead(int wanted, RandomStreams& random) {
+    next_ = 0;
+    ahead_.resize(CountAhead(wanted));
+    for (Ahead& ahead : ahead_) {
+      ahead.uniform.resize(visits_.size());
+      for (double& U : ahead.uniform) U = random.Uniform();
+    }
+    if (!ahead_.empty())
+      workers_->Share(static_cast<int>(ahead_.size()),
+                      [this](int item, int) { SumUp(ahead_[static_cast<std::size_t>(item)]); });
+  }
+
+  /// None as long as something is prepared or told on the way, and not so many that the numbers take much room.
+  std::size_t CountAhead(int wanted) const {
+    constexpr std::size_t MostNumbers = 1'000'000;
+    if (workers_ == nullptr || prepared_ < visits_.size() || wantingAttention_ > 0 || visits_.empty()) return 0;
+    return std::min({MostNumbers / visits_.size(), static_cast<std::size_t>(wanted),
+                     2 * static_cast<std::size_t>(workers_->Count())});
+  }
+
+  void SumUp(Ahead& ahead) const {
+    double SumPearson = 0, SumDeviance = 0;
+    for (std::size_t i = 0; i < visits_.size(); ++i) {
+      const PickedCount& adds = picks_.Pick(visits_[i].prediction, ahead.uniform[i]).adds;
+      SumPearson = SumPearson + adds.Pearson;
+      SumDeviance = SumDeviance + adds.Deviance;
+    }
+    ahead.SumPearson = SumPearson;
+    ahead.SumDeviance = SumDeviance;
+    ahead.possible = !std::isnan(SumDeviance);
+  }
 
   /// The predictions of the next visits, so many that between two turns not much time goes by.
   void PrepareMore(const CalculationWatch& watch) {
@@ -100,6 +157,7 @@ class Randomisations {
     KeepVariances(data_, visit.visit, prediction, best_);
     TellInaccuracy(prediction, watch);
     visit.wantsAttention = prediction.inaccurateComponents > 0 || prediction.inaccurateSums > 0;
+    if (visit.wantsAttention) ++wantingAttention_;
   }
 
   const BroodData& data_;
@@ -109,6 +167,9 @@ class Randomisations {
   PickTable picks_;  // of the predictions, under their numbers
   std::vector<PredictedVisit> visits_;
   std::size_t prepared_ = 0;  // visits whose prediction is built
+  int wantingAttention_ = 0;  // visits that do so each time
+  std::vector<Ahead> ahead_;
+  std::size_t next_ = 0;  // of them
 };
 
 /// How the lines of a statistic name it.
@@ -168,7 +229,7 @@ std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, Best
         fmt::format("Pearson-deviates & Deviance: Performing randomization # {} of {}", r, RandomisationCount));
     double& SumPearson = fit.pearson.simulated.emplace_back(0);
     double& SumDeviance = fit.deviance.simulated.emplace_back(0);
-    const bool finished = randomisations.Run(random, watch, SumPearson, SumDeviance);
+    const bool finished = randomisations.Run(RandomisationCount - r + 1, random, watch, SumPearson, SumDeviance);
     watch.progress("");
     if (!finished) return std::nullopt;
   }
