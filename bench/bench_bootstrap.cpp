@@ -1,11 +1,14 @@
 // Parametric bootstraps of the example analysis with both minimisers, as the program runs them, windows and files
 // included: on one core and on all. Prints for each the replicates per minute, the function calls, how much of the time
 // some evaluation of the objective was under way, and on one core what else it was spent on.
+//
+//   bench_bootstrap [REPLICATES]
 
 #include <fmt/format.h>
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -38,6 +41,7 @@ class NoWindows : public WindowSystem {
   void OnFailure(const std::string& text) override { fmt::print("a command failed: {}\n", text); }
   void OnEnd(int) override {}
   void Turn() override {}
+  long QuietTurns(long atMost) override { return atMost; }
   void Wait() override {}
 };
 
@@ -128,15 +132,16 @@ class Example {
 
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
+  const auto replicates = static_cast<std::int16_t>(argc > 1 ? std::atoi(argv[1]) : 200);
   const std::filesystem::path folder = std::filesystem::temp_directory_path() / "merlane_bench_bootstrap";
   std::filesystem::create_directories(folder);
   {
     Example example(folder.string());
     using enum BootstrapResults::Minimiser;
     for (const int cores : {1, static_cast<int>(std::thread::hardware_concurrency())}) {
-      example.Run("simplex", Simplex, 200, cores);
-      example.Run("Marquardt", Marquardt, 200, cores);
+      example.Run("simplex", Simplex, replicates, cores);
+      example.Run("Marquardt", Marquardt, replicates, cores);
     }
   }
   std::filesystem::remove_all(folder);

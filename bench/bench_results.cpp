@@ -1,6 +1,6 @@
 // Results and simulation: randomisations of the goodness-of-fit test per second on the example data and on 2000 broods
 // of 10 visits, with each visit's distribution built once and, for comparison, at each pick; survival estimates,
-// simulation and the listing of 20000 records. Times are of the wall clock, on one core.
+// simulation and the listing of 20000 records. Times are of the wall clock, the least of five.
 
 #include <fmt/format.h>
 
@@ -49,7 +49,8 @@ class Fitted {
   Fitted& operator=(const Fitted&) = delete;
 
   void Randomise(int randomisations) {
-    const double once = Seconds([&] { RandomisedGoodnessOfFit(data_, state_.best, randomisations, random_, {}); });
+    const double once = Seconds(
+        [&] { RandomisedGoodnessOfFit(data_, state_.best, randomisations, random_, NobodyWaits(), &workers_); });
     const int fewer = std::max(1, randomisations / 100);
     const double each = Seconds([&] {
       for (int r = 0; r < fewer; ++r) RandomiseAnew();
@@ -80,7 +81,7 @@ class Fitted {
     for (const Listing listing : {Listing::Partitioning, Listing::SimulatedAndSurvival}) {
       std::string text;
       Report(listing == Listing::Partitioning ? "listing, partitioning" : "listing, simulation and survival",
-             [&] { text = ListingRows(subject, listing, sizes, estimates, simulation, {}); });
+             [&] { text = ListingRows(subject, listing, sizes, estimates, simulation, NobodyWaits(), &workers_); });
     }
   }
 
@@ -105,7 +106,16 @@ class Fitted {
 
   template <class Action>
   void Report(const char* what, const Action& action) {
-    fmt::print("{:<44}{:<34}{:>8} records {:>9.2f} ms\n", name_, what, data_.Visits(), 1000 * Seconds(action));
+    double least = Seconds(action);
+    for (int again = 2; again <= 5; ++again) least = std::min(least, Seconds(action));
+    fmt::print("{:<44}{:<34}{:>8} records {:>9.2f} ms\n", name_, what, data_.Visits(), 1000 * least);
+  }
+
+  /// As at a window where nothing happens.
+  static CalculationWatch NobodyWaits() {
+    CalculationWatch watch;
+    watch.quietTurns = [](long atMost) { return atMost; };
+    return watch;
   }
 
   const std::string name_;
@@ -116,6 +126,7 @@ class Fitted {
   std::int32_t SampleSize_ = 0;
   SystemClock clock_;
   RandomStreams random_{clock_};
+  Workers workers_{Workers::Cores()};
 };
 
 Fitted ExampleData() {

@@ -1,20 +1,22 @@
 #!/usr/bin/env python3
-"""Measures the objective beside two yardsticks and prints one table: ours, a plain program, a rival, ratios.
+"""Measures this program beside others and prints one table: ours, a plain program, a rival, an earlier build, ratios.
 
-    bench/run_yardsticks.py BUILD [--yardsticks FOLDER] [--work FOLDER] [--sets a b c] [--rounds 5]
+    bench/run_yardsticks.py BUILD [--yardsticks FOLDER] [--today BUILD] [--work FOLDER] [--sets a b c] [--rounds 5]
 
-BUILD is the build folder with bench/bench_yardstick. FOLDER holds the yardsticks (its README tells what they are): the
-plain program is compiled, the data sets are made, and the rival is run where R and TMB are installed; what is missing is
-left out of the table. Without FOLDER our own times are printed, on data sets that an earlier run has left in the work
-folder.
+BUILD is the build folder, of a configuration with the benchmarks. FOLDER holds the yardsticks (its README tells what they
+are): the plain program is compiled, the data sets are made, and the rival is run where R and TMB are installed. The other
+BUILD is that of an earlier state of this program, made with the same preset in a folder of its own. What is not given or
+not there is left out of the table; without FOLDER the data sets are those that an earlier run has left in the work folder.
 
-One round runs all programs one after the other; the table has the middle of the rounds, in CPU time of the process, so
-that other work on the machine disturbs little. Where several threads help, wall time tells more: --wall.
+One round runs all programs one after the other; the table has the middle of the rounds. The objective and fits beside the
+yardsticks are in CPU time of the process, so that other work on the machine disturbs little (--wall: wall time, which is
+what counts where several threads help); all that is compared with the earlier build is wall time.
 """
 
 import argparse
 import json
 import os
+import re
 import shutil
 import statistics
 import subprocess
@@ -22,15 +24,22 @@ import sys
 
 EVALUATIONS = {"a": 100, "b": 100, "c": 15}
 LAST_F = {"a": 31380.235489467887, "b": 32380.273827573834, "c": 33796.994218630403}
+WHO = ("ours", "plain", "rival", "today")
+HERE = os.path.dirname(os.path.abspath(__file__))
 
 
-def run(command):
-    """What a program prints as lines "key value"."""
+def text_of(command):
+    """What a program prints."""
     done = subprocess.run(command, capture_output=True, text=True)
     if done.returncode != 0:
         sys.exit("%s\nfails:\n%s%s" % (" ".join(command), done.stdout[-2000:], done.stderr[-2000:]))
+    return done.stdout
+
+
+def values_of(command):
+    """What a program prints as lines "key value"."""
     values = {}
-    for line in done.stdout.splitlines():
+    for line in text_of(command).splitlines():
         key, _, rest = line.partition(" ")
         values[key] = rest.split()
     return values
@@ -52,83 +61,164 @@ def has_rival():
         ["Rscript", "-e", "library(TMB)"], capture_output=True).returncode == 0
 
 
-class Measurement:
-    """One data set: seconds of each figure, round for round."""
+class Table:
+    """Seconds of each measure, by whom, round for round."""
 
-    def __init__(self, name, case, args, plain):
-        self.name, self.args, self.plain = name, args, plain
-        files = [os.path.join(args.work, case["data"]), os.path.join(args.work, case["alg"])]
-        self.command = files + case["args"]
+    def __init__(self):
         self.seconds = {}
 
-    def note(self, figure, who, seconds):
-        self.seconds.setdefault((figure, who), []).append(seconds)
+    def note(self, measure, who, seconds):
+        self.seconds.setdefault(measure, {}).setdefault(who, []).append(seconds)
 
-    def round(self):
-        k = EVALUATIONS[self.name]
-        clock = "" if self.args.wall else "cpu_"
-        ours = run([self.args.ours] + self.command + ["--evaluate", str(k)])
+    def show(self, rounds):
+        print("ms, middle of %d; ratios: times as long as ours" % rounds)
+        print("%-46s" % "" + "".join("%12s" % who for who in WHO) + "".join("%12s" % (who + "/ours") for who in WHO[1:]))
+        for measure, by in self.seconds.items():
+            middle = {who: statistics.median(seconds) for who, seconds in by.items()}
+            row = "%-46s" % measure
+            for who in WHO:
+                row += "%12.3f" % (middle[who] * 1e3) if who in middle else "%12s" % "-"
+            for who in WHO[1:]:
+                row += "%12.2f" % (middle[who] / middle["ours"]) if who in middle and "ours" in middle else "%12s" % "-"
+            print(row)
+
+
+class DataSet:
+    """The objective and a simplex fit of one of the yardsticks' data sets."""
+
+    def __init__(self, name, case, args):
+        self.name, self.args = name, args
+        self.command = [os.path.join(args.work, case["data"]), os.path.join(args.work, case["alg"])] + case["args"]
+
+    def round(self, table):
+        args, k = self.args, EVALUATIONS[self.name]
+        clock = "" if args.wall else "cpu_"
+        evaluation, fit = self.name + ": one evaluation", self.name + ": simplex fit"
+        ours = values_of([args.ours] + self.command + ["--evaluate", str(k)])
         if float(ours["last_F"][0]) != LAST_F[self.name]:
             sys.exit("%s: another objective: %s" % (self.name, ours["last_F"][0]))
-        self.note("evaluation", "ours", float(ours["evaluate_%sseconds" % clock][0]) / k)
-        fit = run([self.args.ours] + self.command + ["--simplex"])
-        self.note("simplex", "ours", float(fit["simplex_%sseconds" % clock][0]))
-        if self.plain:
-            theirs = run([self.plain] + self.command + ["--evaluate", str(k)])
-            self.note("evaluation", "plain", float(theirs["%sns_per_evaluation" % clock][0]) * 1e-9)
-            if self.args.fits:
-                theirs = run([self.plain] + self.command + ["--simplex"])
-                if theirs["simplex_F"] != fit["simplex_F"] or theirs["simplex_calls"] != fit["simplex_calls"]:
-                    sys.exit("%s: another fit: %s and %s" % (self.name, fit, theirs))
-                self.note("simplex", "plain", float(theirs["simplex_%sseconds" % clock][0]))
-        if self.args.rival:
-            rival = run(["Rscript", os.path.join(self.args.yardsticks, "tmb", "fit.R")] + self.command +
-                        ["--build", self.args.work, "--framework", "TMBad", "--no-nelder-mead"])
-            ns = rival["ns_per_objective"]
-            self.note("evaluation", "rival", float(ns[0 if self.args.wall else 2]) * 1e-9)
-            self.note("simplex", "rival", float(rival["tape_seconds"][0]) + float(rival["nlminb_seconds"][0]) +
-                      float(rival["sdreport_seconds"][0]))
+        table.note(evaluation, "ours", float(ours["evaluate_%sseconds" % clock][0]) / k)
+        ours = values_of([args.ours] + self.command + ["--simplex"])
+        table.note(fit, "ours", float(ours["simplex_%sseconds" % clock][0]))
+        if args.plain:
+            plain = values_of([args.plain] + self.command + ["--evaluate", str(k)])
+            table.note(evaluation, "plain", float(plain["%sns_per_evaluation" % clock][0]) * 1e-9)
+            if args.fits:
+                plain = values_of([args.plain] + self.command + ["--simplex"])
+                if plain["simplex_F"] != ours["simplex_F"] or plain["simplex_calls"] != ours["simplex_calls"]:
+                    sys.exit("%s: another fit: %s and %s" % (self.name, ours, plain))
+                table.note(fit, "plain", float(plain["simplex_%sseconds" % clock][0]))
+        if args.rival:
+            rival = values_of(["Rscript", os.path.join(args.yardsticks, "tmb", "fit.R")] + self.command +
+                              ["--build", args.work, "--framework", "TMBad", "--no-nelder-mead"])
+            table.note(evaluation, "rival", float(rival["ns_per_objective"][0 if args.wall else 2]) * 1e-9)
+            table.note(fit, "rival", sum(float(rival[part + "_seconds"][0])
+                                         for part in ("tape", "nlminb", "sdreport")))
 
-    def rows(self):
-        for figure in ("evaluation", "simplex"):
-            middle = {who: statistics.median(self.seconds[figure, who])
-                      for who in ("ours", "plain", "rival") if (figure, who) in self.seconds}
-            row = "%-4s%-12s" % (self.name, figure)
-            for who in ("ours", "plain", "rival"):
-                row += "%12.3f" % (middle[who] * 1e3) if who in middle else "%12s" % "-"
-            for who in ("plain", "rival"):
-                row += "%12.2f" % (middle[who] / middle["ours"]) if who in middle else "%12s" % "-"
-            yield row
+
+class Benchmark:
+    """One of this program's own benchmarks, of which each build has its own, and what is read from its lines."""
+
+    def __init__(self, program, arguments, *measures):
+        self.program, self.arguments, self.measures = program, arguments, measures
+
+    def round(self, table, build, who):
+        program = os.path.join(build, "bench", self.program)
+        if not os.path.exists(program):
+            return
+        text = text_of([program] + self.arguments)
+        for measure, pattern, seconds in self.measures:
+            found = re.search(pattern, text, re.MULTILINE)
+            if found:
+                table.note(measure, who, seconds(float(found.group(1))))
+
+
+def per(count):
+    """A rate of so many in a second, or a minute, as the seconds of one, or so many."""
+    return lambda rate: count / rate
+
+
+def milliseconds(ms):
+    return ms / 1000
+
+
+def seconds(s):
+    return s
+
+
+EXAMPLE = r"^example data, three covariates +%s +\d+ +\d+ +%s"
+MANY = r"^2000 broods, 10 visits each, %s"
+BENCHMARKS = (
+    Benchmark("bench_fits", [],
+              ("example: one evaluation of a simplex", EXAMPLE % ("simplex", r"[\d.]+ +([\d.]+)"), seconds),
+              ("example: covariances, three grids", EXAMPLE % ("covariances", r"([\d.]+)"), seconds)),
+    Benchmark("bench_uncertainty", [],
+              ("example: posterior of 15,625 nodes", r"15625 nodes, (\d+) nodes per second", per(15625)),
+              ("example: profile by simplex, 25 points", r"^profile by simplex.* (\d+) points per minute", per(60 * 25)),
+              ("example: profile by Marquardt, 25 points", r"^profile by Marquardt.* (\d+) points per minute",
+               per(60 * 25))),
+    Benchmark("bench_bootstrap", [],
+              ("example: 200 replicates, simplex", r"^simplex +\d+ replicates on \d+ cores in +([\d.]+) s", seconds),
+              ("example: 200 replicates, Marquardt", r"^Marquardt +\d+ replicates on \d+ cores in +([\d.]+) s", seconds),
+              ("example: 200 replicates, simplex, one core", r"^simplex +\d+ replicates on 1 core +in +([\d.]+) s",
+               seconds)),
+    Benchmark("bench_reader", ["--benchmark_filter=reading"],
+              ("a million records read", r"^reading +([\d.]+) ms", milliseconds)),
+    Benchmark("bench_results", [],
+              ("2,000 broods: a randomisation, binomial", MANY % r"binomial +([\d.]+) randomisations/s", per(1)),
+              ("2,000 broods: a randomisation, beta-binomial", MANY % r"beta-binomial +([\d.]+) randomisations/s", per(1)),
+              ("2,000 broods: simulation", MANY % r".* simulation +\d+ records +([\d.]+) ms", milliseconds),
+              ("2,000 broods: survival estimates", MANY % r".* survival estimates +\d+ records +([\d.]+) ms",
+               milliseconds),
+              ("2,000 broods: listing, partitioning", MANY % r".* partitioning +\d+ records +([\d.]+) ms", milliseconds),
+              ("2,000 broods: listing, survival", MANY % r".* and survival +\d+ records +([\d.]+) ms", milliseconds)),
+)
+
+
+def start(table, build, who, window_manager):
+    """The time until the menu is painted, on a display of its own."""
+    program = os.path.join(build, "merlane")
+    if not os.path.exists(program) or shutil.which("Xvfb") is None or (window_manager and not shutil.which("jwm")):
+        return
+    command = [sys.executable, os.path.join(HERE, "time_start.py"), program] + (["--window-manager", "jwm"]
+                                                                                if window_manager else [])
+    table.note("start to a painted menu" + (", window manager" if window_manager else ""), who, float(text_of(command)))
 
 
 def main():
     p = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     p.add_argument("build")
     p.add_argument("--yardsticks")
+    p.add_argument("--today", help="the build folder of an earlier state")
     p.add_argument("--work", default="yardsticks")
     p.add_argument("--sets", nargs="*", default=list("abc"), choices=list("abc"))
     p.add_argument("--rounds", type=int, default=5)
     p.add_argument("--fits", action="store_true", help="the plain program fits as well, which takes a minute a round")
-    p.add_argument("--wall", action="store_true", help="wall times")
+    p.add_argument("--wall", action="store_true", help="wall times beside the yardsticks")
     args = p.parse_args()
     args.ours = os.path.join(args.build, "bench", "bench_yardstick")
     os.makedirs(args.work, exist_ok=True)
-    plain = prepare(args.yardsticks, args.work) if args.yardsticks else None
+    args.plain = prepare(args.yardsticks, args.work) if args.yardsticks else None
     args.rival = bool(args.yardsticks) and has_rival()
-    cases = os.path.join(args.work, "cases.json")
-    if not os.path.exists(cases):
-        sys.exit("no data sets in %s: run once with --yardsticks" % args.work)
-    with open(cases) as f:
-        case = json.load(f)
-    sets = [Measurement(name, case[name], args, plain) for name in args.sets]
+    sets, cases = [], os.path.join(args.work, "cases.json")
+    if os.path.exists(cases):
+        with open(cases) as f:
+            case = json.load(f)
+        sets = [DataSet(name, case[name], args) for name in args.sets]
+    else:
+        print("no data sets in %s: those of the yardsticks are left out" % args.work)
+    builds = [(args.build, "ours")] + ([(args.today, "today")] if args.today else [])
+    table = Table()
     for _ in range(args.rounds):
-        for measurement in sets:
-            measurement.round()
-    print("ms, middle of %d; ratios: times as long as ours" % args.rounds)
-    print("%-4s%-12s%12s%12s%12s%12s%12s" % ("set", "", "ours", "plain", "rival", "plain/ours", "rival/ours"))
-    for measurement in sets:
-        for row in measurement.rows():
-            print(row)
+        for data_set in sets:
+            data_set.round(table)
+        for benchmark in BENCHMARKS:
+            for build, who in builds:
+                benchmark.round(table, build, who)
+        for window_manager in (False, True):
+            for build, who in builds:
+                start(table, build, who, window_manager)
+    table.show(args.rounds)
 
 
 if __name__ == "__main__":
