@@ -4,41 +4,18 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 
-#include "base/arithmetic.h"
 #include "base/at_end.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
-#include "control/fuses.h"
 #include "control/objective_constant.h"
 #include "inference/averaging.h"
+#include "inference/competitor.h"
 #include "inference/covariance_match.h"
 #include "inference/multi_model_file.h"
 #include "platform/files.h"
 
 namespace merlane {
-namespace {
-
-constexpr int OrderColumn = 0, NegLnLColumn = 1, CriterionColumn = 3, DeltaColumn = 4, WeightColumn = 5,
-              CovarianceColumn = 7, NotesColumn = 9, ColumnCount = 10;
-constexpr const char* Random = "Random";
-constexpr const char* Ranked = "Ranked";
-constexpr const char* Figure = "0.0000E+00";
-
-/// The row's position and the model's entry number, as in "   3)  12".
-std::string RowLabel(int position, int entry) {
-  return fmt::format("{}{}){}{}", position < 10 ? "   " : " ", position, entry < 10 ? "    " : "  ", entry);
-}
-
-/// The label of a row that moves to another position; a row without one stays without.
-std::string MovedLabel(const std::string& label, int position) {
-  const std::size_t end = label.find(')');
-  return end == std::string::npos ? label : RowLabel(position, std::stoi(label.substr(end + 1)));
-}
-
-}  // namespace
 
 FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, AlgorithmCommands& algorithm,
                  FrmAlgo& editor, FrmLoadPriors& priors)
@@ -49,7 +26,6 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
       algorithm_(algorithm),
       editor_(editor),
       priors_(priors) {
-  grdRank.Resize(1, ColumnCount);
   cmdAverage.enabled = false;
   lblAverage.visible = txtAverage.visible = false;
   cmdLoadAlg.toolTip = "Loads the algorithm data of the next competitor";
@@ -85,9 +61,7 @@ void FrmRank::OnLoad() {
   ranking_ = Ranking{};
   AveragedFlag = false;
   txtCHat.fore = Colour::Green;
-  grdRank.Resize(1, ColumnCount);
-  SetOrderHeading(Random, Colour::Default);
-  NameColumns();
+  table_.Clear();
   focus = &cmdAICc;
 }
 
@@ -95,65 +69,14 @@ bool FrmRank::OnCloseRequest() { return OfferSaving(); }
 
 bool FrmRank::OfferSaving() {
   // Asked while the form is still open: when the file cannot be written, the table is not lost.
-  return !IsRanked() ||
+  return !table_.IsRanked() ||
          desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) !=
              Answer::Yes ||
          Save();
 }
 
-void FrmRank::NameColumns() {
-  const bool q = ranking_.ByQAICc();
-  const char* names[] = {nullptr,
-                         "-ln[L]",
-                         "K",
-                         q ? "QAICc" : "AICc",
-                         q ? "dQAICc" : "dAICc",
-                         q ? "QAIC Wt" : "AIC Wt",
-                         "Algorithm file name",
-                         "Covariance file name",
-                         "Priors file name",
-                         "Notes:"};
-  for (int column = 1; column < ColumnCount; ++column) grdRank.At(0, column).text = names[column];
-}
-
-bool FrmRank::IsRanked() const { return grdRank.At(0, OrderColumn).text == Ranked; }
-
-void FrmRank::SetOrderHeading(const char* text, Colour colour) {
-  grdRank.At(0, OrderColumn).text = text;
-  grdRank.At(0, OrderColumn).fore = colour;
-}
-
-void FrmRank::WriteRow(int position, const Competitor& model, int entry) {
-  const std::string cells[] = {RowLabel(position, entry),
-                               Format(model.RankNegLnL, Figure),
-                               std::to_string(model.RankK),
-                               Format(ranking_.Criterion(model), Figure),
-                               DefinedText(ranking_.Delta(model), Figure),
-                               DefinedText(ranking_.Weight(model), Figure),
-                               model.RankAlgFile,
-                               model.RankCovFile,
-                               model.RankPriFile,
-                               model.RankNotes};
-  for (int column = 0; column < ColumnCount; ++column)
-    grdRank.At(position, column) = {cells[column], Colour::Default, Colour::Default};
-}
-
-void FrmRank::WriteRows(const std::vector<Competitor>& models, bool byEntry) {
-  for (int position = 1; position <= ranking_.ModelCount(); ++position) {
-    const Competitor& model = models[static_cast<std::size_t>(position) - 1];
-    WriteRow(position, model, byEntry ? position : model.RankOrder);
-  }
-}
-
-void FrmRank::ShowUndefined() {
-  for (int row = 1; row < grdRank.Rows(); ++row)
-    for (const int column : {DeltaColumn, WeightColumn})
-      grdRank.At(row, column).text = DefinedText(std::nullopt, Figure);
-}
-
 void FrmRank::Unrank(Colour heading) {
-  ShowUndefined();
-  SetOrderHeading(Random, heading);
+  table_.Unrank(heading);
   ForgetAveraging();
   cmdAverage.enabled = false;
 }
@@ -162,13 +85,6 @@ void FrmRank::ForgetAveraging() {
   AveragedFlag = false;
   txtAverage.text.clear();
   lblAverage.visible = txtAverage.visible = false;
-}
-
-std::string FrmRank::Readable(const Competitor& model, const std::string& file, const char* marker) const {
-  // A bare name lies beside the algorithm file. To open what is no file may fail only when it is read, or block.
-  const std::filesystem::path path = std::filesystem::path(model.folder) / file;
-  std::error_code unknown;  // such as a name too long, which cannot be opened either
-  return std::filesystem::is_regular_file(path, unknown) && std::ifstream(path).good() ? file : marker;
 }
 
 void FrmRank::LoadAlgorithm() {
@@ -187,21 +103,21 @@ void FrmRank::AddModel() {
   }
   // The row is there from the start: what fails leaves it half done, to be taken out.
   ranking_.Add();
-  const int position = ranking_.ModelCount();
-  grdRank.Resize(position + 1, ColumnCount);
+  table_.AddRow();
   Unrank(Colour::LightRed);
-  EvaluateModel(ranking_.entered.back());
+  main_.ShowProgress("One moment please while one function is executed...");
+  EvaluateCompetitor(ranking_.entered.back(), state_, objective_);
+  main_.ShowProgress("");
   // For the first model of the table that comes so far; those before it may have failed.
   if (std::ranges::all_of(ranking_.entered, [](const Competitor& model) { return model.constant == 0; }) ||
       state_.flags.ObjectiveConstant == 0)
     AskConstant();
   Competitor& model = ranking_.entered.back();
-  if (!NameFiles(model)) return;
-  CountParameters(model);
+  if (!NameFiles(model, state_)) return;
+  CountParameters(model, state_.algorithm);
   ranking_.Scale(model, state_.flags.ObjectiveConstant);
   ranking_.VoidWeights();
-  WriteRow(position, model, model.RankOrder);
-  for (int column = 0; column < ColumnCount; ++column) grdRank.At(position, column).fore = Colour::LightRed;
+  table_.ShowNew(model);
   Unrank(Colour::LightRed);
   ScaleEarlierModels();
 }
@@ -212,53 +128,13 @@ void FrmRank::ScaleEarlierModels() {
   for (int position = 1; position < ranking_.ModelCount(); ++position) {
     const Competitor& model = ranking_.entered[static_cast<std::size_t>(position) - 1];
     if (model.constant == 0) continue;  // half done
-    grdRank.At(position, NegLnLColumn).text = Format(model.RankNegLnL, Figure);
-    grdRank.At(position, CriterionColumn).text = Format(ranking_.Criterion(model), Figure);
+    table_.ShowScaled(position, model);
   }
   desk.Tell("Another constant",
             fmt::format("The constant {} has been entered since models were added: their -ln[L] and what is calculated "
                         "from it now stand on its scale, too",
                         Shortest(1 / constant)),
             style::Information);
-}
-
-void FrmRank::EvaluateModel(Competitor& model) {
-  main_.ShowProgress("One moment please while one function is executed...");
-  BuildFuseGroups(state_);
-  PackFree(state_);
-  Array1<double>& Value = state_.algorithm.Value;
-  ApplyFuses(Value, state_);
-  model.objective = objective_.Call(Value, 1);
-  model.sampleSize = state_.flags.SampleSize;
-  // While no constant has been entered a prior counts for nothing.
-  double& constant = state_.flags.ObjectiveConstant;
-  if (state_.flags.BayesOn) {
-    const auto asNegLnL = Meanwhile(constant, constant == 0 ? 0.0 : 1.0);
-    model.prior = objective_.priorTerm(Value);
-  }
-  main_.ShowProgress("");
-}
-
-bool FrmRank::NameFiles(Competitor& model) const {
-  const std::string& path = state_.algorithm.AlgName;
-  if (path.find_last_of("/\\") == std::string::npos) return false;
-  model.RankAlgFile = FileName(path);
-  model.folder = path.substr(0, path.size() - model.RankAlgFile.size());
-  const std::string bare =
-      model.RankAlgFile.substr(0, model.RankAlgFile.size() - std::min<std::size_t>(4, model.RankAlgFile.size()));
-  model.RankCovFile = Readable(model, bare + ".cov", NoCovarianceFile);
-  const RunFlags& flags = state_.flags;
-  model.RankPriFile =
-      flags.PriorFileName.empty() || !flags.BayesOn ? "No Priors loaded" : std::string(FileName(flags.PriorFileName));
-  return true;
-}
-
-void FrmRank::CountParameters(Competitor& model) const {
-  const AlgorithmData& a = state_.algorithm;
-  model.Value = a.Value;
-  for (int i = 1; i <= a.NPAR; ++i)
-    if (a.Step(i) != 0) model.counted.push_back(i);
-  model.RankK = CheckedInt16(static_cast<std::int64_t>(model.counted.size()));
 }
 
 void FrmRank::AskConstant() {
@@ -279,15 +155,14 @@ void FrmRank::SetCHat() {
   ranking_.Correct(cHat);
   txtCHat.text = "C-hat: " + Format(cHat, "0.000");
   txtCHat.fore = ranking_.ByQAICc() ? Colour::Blue : Colour::Green;
-  NameColumns();
-  WriteRows(ranking_.entered, true);
+  table_.NameColumns();
+  table_.ShowEntered();
   Unrank(Colour::Default);
 }
 
 void FrmRank::RankModels() {
   ranking_.Rank();
-  SetOrderHeading(Ranked, ranking_.ByQAICc() ? Colour::Blue : Colour::Green);
-  WriteRows(ranking_.ranked, false);
+  table_.ShowRanked();
   cmdAverage.enabled =
       ranking_.ModelCount() > 1 && std::ranges::all_of(ranking_.ranked, &Competitor::HasCovarianceFile);
   ForgetAveraging();
@@ -336,36 +211,32 @@ std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
 
 void FrmRank::DoubleClick(int row, int column) {
   if (row < 1) return;
-  if (column == OrderColumn) DeleteModel(row);
-  if (column == CovarianceColumn) ChangeCovarianceFile(row);
-  if (column == NotesColumn) Annotate(row);
+  if (column == RankTable::Order) DeleteModel(row);
+  if (column == RankTable::CovarianceFile) ChangeCovarianceFile(row);
+  if (column == RankTable::Notes) Annotate(row);
 }
 
 void FrmRank::DeleteModel(int position) {
-  if (IsRanked() && desk.Ask("Delete a model",
-                             fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
-                                         ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
-                             style::YesNoQuestion) != Answer::Yes)
+  if (table_.IsRanked() && desk.Ask("Delete a model",
+                                    fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
+                                                ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
+                                    style::YesNoQuestion) != Answer::Yes)
     return;
   ranking_.Delete(position);
-  for (int row = position; row < grdRank.Rows() - 1; ++row) {
-    for (int column = 0; column < ColumnCount; ++column) grdRank.At(row, column) = grdRank.At(row + 1, column);
-    grdRank.At(row, OrderColumn).text = MovedLabel(grdRank.At(row, OrderColumn).text, row);
-  }
-  grdRank.Resize(ranking_.ModelCount() + 1, ColumnCount);
+  table_.DeleteRow(position);
   Unrank(Colour::LightRed);
 }
 
 void FrmRank::ChangeCovarianceFile(int position) {
   const auto reply =
       desk.InputOrNone("Choose an associated covariance file", "Please input the desired covariance file name",
-                       grdRank.At(position, CovarianceColumn).text);
+                       table_.Text(position, RankTable::CovarianceFile));
   if (!reply) return;
   ForgetAveraging();
   Competitor& entered = ranking_.entered[static_cast<std::size_t>(position) - 1];
-  entered.RankCovFile = Readable(entered, *reply, NoSuchFile);
+  entered.RankCovFile = ReadableName(entered, *reply, NoSuchFile);
   ranking_.ranked[static_cast<std::size_t>(position) - 1].RankCovFile = entered.RankCovFile;
-  grdRank.At(position, CovarianceColumn).text = entered.RankCovFile;
+  table_.Show(position, RankTable::CovarianceFile, entered.RankCovFile);
 }
 
 void FrmRank::Annotate(int position) {
@@ -374,11 +245,11 @@ void FrmRank::Annotate(int position) {
   if (!reply) return;
   for (std::vector<Competitor>* models : {&ranking_.entered, &ranking_.ranked})
     (*models)[static_cast<std::size_t>(position) - 1].RankNotes = *reply;
-  grdRank.At(position, NotesColumn).text = *reply;
+  table_.Show(position, RankTable::Notes, *reply);
 }
 
 bool FrmRank::Save() {
-  if (ranking_.ModelCount() > 0 && !IsRanked())
+  if (ranking_.ModelCount() > 0 && !table_.IsRanked())
     desk.Tell("Save model ranking results",
               "The table has changed since it was ranked last. Its rows are saved as that ranking left them, those of "
               "models that were added since without figures.\r\n\r\nRank the competing models first.",

@@ -7,6 +7,7 @@
 #include "control/algorithm_commands.h"
 #include "control/frm_algo.h"
 #include "control/objective.h"
+#include "inference/rank_table.h"
 #include "inference/ranking.h"
 #include "priors/frm_load_priors.h"
 #include "uncertainty/covariance_report.h"
@@ -49,14 +50,9 @@ class FrmRank : public Form {
 
  private:
   void AddModel();
-  /// Evaluates the present algorithm data.
-  void EvaluateModel(Competitor& model);
   void AskConstant();
   /// When another constant has been entered since they were added, brings all models to its scale, and says so.
   void ScaleEarlierModels();
-  /// Names the model's three files; false when the algorithm file has no folder.
-  bool NameFiles(Competitor& model) const;
-  void CountParameters(Competitor& model) const;
   void SetCHat();
   void RankModels();
   void Average();
@@ -75,20 +71,10 @@ class FrmRank : public Form {
   void ChangeCovarianceFile(int position);
   void Annotate(int position);
 
-  void NameColumns();
-  /// What the heading of the first column says of the table.
-  bool IsRanked() const;
-  void SetOrderHeading(const char* text, Colour colour);
-  void WriteRow(int position, const Competitor& model, int entry);
-  void WriteRows(const std::vector<Competitor>& models, bool byEntry);
-  /// Writes "undefined" for all differences and weights.
-  void ShowUndefined();
   /// The table is no longer ranked: differences and weights are undefined.
   void Unrank(Colour heading);
   /// What was averaged is no longer what stands in the table.
   void ForgetAveraging();
-  /// The name itself if that file can be read, else the marker.
-  std::string Readable(const Competitor& model, const std::string& file, const char* marker) const;
 
   RunState& state_;
   Objective& objective_;
@@ -97,6 +83,7 @@ class FrmRank : public Form {
   FrmAlgo& editor_;
   FrmLoadPriors& priors_;
   Ranking ranking_;
+  RankTable table_{grdRank, ranking_};
 };
 
 }  // namespace merlane
