@@ -8,6 +8,8 @@
 namespace merlane {
 namespace {
 
+constexpr const char* Incomplete = "the worksheets came over incomplete";
+
 /// Counts and numbers as they lie in memory, texts behind their lengths.
 class Packed {
  public:
@@ -29,6 +31,12 @@ class Packed {
     std::memcpy(&number, Next(sizeof number), sizeof number);
     return number;
   }
+  /// How many sheets, rows or cells follow; each takes a number at least.
+  std::size_t TakeCount() {
+    const auto count = Take<std::size_t>();
+    if (count > (bytes_.size() - at_) / sizeof count) throw RuntimeFailure(Incomplete);
+    return count;
+  }
   std::string TakeText() {
     const auto length = Take<std::size_t>();
     return std::string(Next(length), length);
@@ -36,7 +44,7 @@ class Packed {
 
  private:
   const char* Next(std::size_t length) {
-    if (bytes_.size() - at_ < length) throw RuntimeFailure("the worksheets came over incomplete");
+    if (bytes_.size() - at_ < length) throw RuntimeFailure(Incomplete);
     at_ += length;
     return bytes_.data() + at_ - length;
   }
@@ -78,13 +86,13 @@ std::string PackWorksheets(const std::vector<Worksheet>& sheets) {
 
 std::vector<Worksheet> UnpackWorksheets(std::string bytes) {
   Packed packed(std::move(bytes));
-  std::vector<Worksheet> sheets(packed.Take<std::size_t>());
+  std::vector<Worksheet> sheets(packed.TakeCount());
   for (Worksheet& sheet : sheets) {
     sheet.name = packed.TakeText();
     sheet.firstRow = packed.Take<unsigned>();
-    sheet.rows.resize(packed.Take<std::size_t>());
+    sheet.rows.resize(packed.TakeCount());
     for (auto& row : sheet.rows) {
-      row.resize(packed.Take<std::size_t>());
+      row.resize(packed.TakeCount());
       for (WorkbookCell& cell : row) cell = TakeCell(packed);
     }
   }

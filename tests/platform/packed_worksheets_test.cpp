@@ -24,5 +24,13 @@ TEST(PackedWorksheets, BytesThatEndTooEarlyAreAFailure) {
     EXPECT_THROW(UnpackWorksheets(whole.substr(0, length)), RuntimeFailure) << length;
 }
 
+TEST(PackedWorksheets, CountsThatTheBytesCannotHoldAreAFailureAndNoMemory) {
+  const std::string count(8, '\x7F');
+  EXPECT_THROW(UnpackWorksheets(count), RuntimeFailure) << "sheets";
+  const std::string one("\1\0\0\0\0\0\0\0", 8), nameless(8, '\0');
+  EXPECT_THROW(UnpackWorksheets(one + nameless + count), RuntimeFailure) << "rows";
+  EXPECT_THROW(UnpackWorksheets(one + nameless + one + count), RuntimeFailure) << "cells";
+}
+
 }  // namespace
 }  // namespace merlane
