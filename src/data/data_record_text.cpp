@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/growing_field.h"
 #include "base/number_text.h"
@@ -10,6 +11,12 @@
 #include "data/record_layout.h"
 
 namespace merlane {
+namespace {
+
+/// An age in whole days; one that is not whole keeps its digits, since records are read back.
+std::string AgeText(double age) { return std::floor(age) == age ? Format(age, "###0") : Shortest(age); }
+
+}  // namespace
 
 int ColumnCount(const BroodData& data, std::string_view text) {
   return static_cast<int>(data.CodesAreUtf8 ? CharacterCount(text) : text.size());
@@ -21,7 +28,7 @@ std::string CodeField(const BroodData& data, std::size_t b) {
 }
 
 std::string FieldsBeforeCount(const BroodData& data, std::size_t b, std::size_t v) {
-  const std::string age = data.VisitAge[v] != Missing ? Format(data.VisitAge[v], "###0")
+  const std::string age = data.VisitAge[v] != Missing ? AgeText(data.VisitAge[v])
                           : data.VisitStage[v] == -1  ? "-?"
                                                       : "?";
   std::string fields;

@@ -51,5 +51,14 @@ TEST(DataRecordText, CodesThatAreUtf8ByChanceStandInColumnsThatReadBack) {
   EXPECT_THAT(again.data.VisitCount, ElementsAre(5));
 }
 
+// Rounded, a replicate of these data would be fitted at other ages than the data themselves.
+TEST(DataRecordText, AgesThatAreNotWholeKeepTheirDigits) {
+  const std::string records =
+      "    1995,       A,     163,     170,    -7.5,       8\n"
+      "    1995,       A,     164,     170,   -6.25,       8\n"
+      "    1995,       A,     166,     170,      -4,       8\n";
+  EXPECT_EQ(WrittenAgain(records), Header + "\n" + records);
+}
+
 }  // namespace
 }  // namespace merlane
