@@ -146,7 +146,7 @@ void Actions::Type(const BatchLine& line) {
 
 void Actions::Close(const BatchLine& line) {
   Form& form = FormNamed(line.target, line);
-  if (desk_.Close(form)) return;
+  if (desk_.Close(form) || desk_.CloseAsked()) return;
   if (!form.Visible()) Fault(line, form.name + " is not shown");
   Fault(line, form.name + (form.TakesInput() ? " cannot be closed while a calculation runs" : " takes no input now"));
 }

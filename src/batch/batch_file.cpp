@@ -147,6 +147,8 @@ class LineParser {
         line_.text = Take().text;
         break;
       case Verb::Interrupt:
+        line_.closes = line_.target == "close";
+        if (line_.closes) line_.target = Name();
         if (Take().text != "at") FailUsage("the word at is missing");
         line_.turn = Integer(1);
         break;

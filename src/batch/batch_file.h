@@ -47,6 +47,7 @@ struct BatchLine {
   std::optional<int> row;
   int column = 0;
   int turn = 0;            // interrupt: the turn, from 1
+  bool closes = false;     // interrupt: the target is a form, which is closed
   std::uint64_t seed = 0;  // seed
   DateTime time;           // clock
   Answer answer = Answer::Ok;

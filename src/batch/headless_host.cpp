@@ -144,8 +144,8 @@ void HeadlessHost::Turn() {
   for (Armed& armed : armed_)
     if (armed.counting && ++armed.turns == armed.line.turn) due.push_back(armed.line);
   for (BatchLine& line : due) {
-    line.verb = Verb::Press;
-    line.source = "press " + line.target;
+    line.verb = line.closes ? Verb::Close : Verb::Press;
+    line.source = (line.closes ? "close " : "press ") + line.target;
     play(line);
   }
 }

@@ -72,6 +72,11 @@ TEST(BatchFile, EveryActionIsTakenApart) {
   const BatchLine interrupt = One("interrupt frmSimplex.cmdStop at 20");
   EXPECT_EQ(interrupt.target, "frmSimplex.cmdStop");
   EXPECT_EQ(interrupt.turn, 20);
+  EXPECT_FALSE(interrupt.closes);
+  const BatchLine close = One("interrupt close frmMain at 7");
+  EXPECT_EQ(close.target, "frmMain");
+  EXPECT_EQ(close.turn, 7);
+  EXPECT_TRUE(close.closes);
   EXPECT_EQ(One("save-text a.b out.txt").text, "out.txt");
   EXPECT_EQ(One("save-plot a out.SVG").text, "out.SVG");
   EXPECT_EQ(One("export visits v.csv").target, "visits");

@@ -281,7 +281,7 @@ TEST_F(BatchRunTest, ABoxThatOffersOkAloneNeedsNoAnswerAndMayHaveOne) {
   command = [](FrmTest& form, FrmOther&) {
     form.desk.Tell("Note", "Done.", style::Information);
     form.desk.Tell("Critical", "Bad.", style::Critical);
-    form.desk.Tell("Minimum", "Found.", style::MinimumFound);
+    form.desk.Tell("Minimum", "Found.", style::InformationCritical);
   };
   EXPECT_EQ(Run("press cmdAsk\npress cmdGo\n"), 0);
   EXPECT_EQ(All("message").size(), 3U);
@@ -398,6 +398,25 @@ TEST_F(BatchRunTest, AnInterruptArmedWhileACommandWaitsCountsItsLaterTurns) {
 TEST_F(BatchRunTest, AnInterruptOfWhatIsNotOfferedStopsTheRun) {
   EXPECT_EQ(Run("\ninterrupt cmdGo at 2\npress cmdLoop\n"), 1);
   EXPECT_EQ(problem, "line 2: press cmdGo: cmdGo is not offered while a calculation runs");
+}
+
+TEST_F(BatchRunTest, AnInterruptMayCloseTheMainWindowAndAnswerWhatThatAsks) {
+  command = [](FrmTest& form, FrmOther&) {
+    Form main(form.desk, "frmMain", "");
+    form.desk.Show(main);
+    int asked = 0;
+    form.desk.onCloseWhileBusy = [&] {
+      ++asked;
+      form.told.push_back(form.desk.Ask("Exit", "", style::YesNoQuestion) == Answer::No ? "stays" : "goes");
+    };
+    for (int i = 0; i < 5; ++i) form.desk.Turn();
+    EXPECT_EQ(asked, 1);
+    form.desk.onCloseWhileBusy = nullptr;
+  };
+  EXPECT_EQ(Run("interrupt close frmMain at 3\npress cmdAsk\nreply no at \"Exit\"\n"), 0);
+  EXPECT_THAT(told, ElementsAre("stays"));
+  EXPECT_EQ(Run("interrupt close frmTest at 3\npress cmdLoop\n"), 1);
+  EXPECT_EQ(problem, "line 1: close frmTest: frmTest cannot be closed while a calculation runs");
 }
 
 TEST_F(BatchRunTest, AFailureIsToldAndTheRunGoesOn) {

@@ -13,6 +13,12 @@ bool OffersOkAlone(const QDialog& dialog) {
   return box != nullptr && box->standardButtons() == QMessageBox::Ok;
 }
 
+/// That a file stands there already is asked on the desktop alone; a batch file means what it names.
+bool AsksToReplaceAFile(const QDialog& dialog) {
+  const auto* const box = qobject_cast<const QMessageBox*>(&dialog);
+  return box != nullptr && box->text().endsWith(QStringLiteral("Do you want to replace it?"));
+}
+
 QMessageBox::StandardButton ButtonOf(merlane::Answer answer) {
   switch (answer) {
     case merlane::Answer::Yes:
@@ -99,6 +105,7 @@ void BatchPlayer::Step() {
 }
 
 void BatchPlayer::Answer(QDialog& dialog) {
+  if (AsksToReplaceAFile(dialog)) return desktop_.hand.Click(dialog, QMessageBox::Yes);
   const bool okAlone = OffersOkAlone(dialog);
   const bool answered = next_ < lines_.size() && IsAnswer(lines_[next_]) &&
                         (!okAlone || (lines_[next_].verb == Verb::Reply && lines_[next_].answer == Answer::Ok));
@@ -164,8 +171,9 @@ void BatchPlayer::Act(const BatchLine& line) {
     case Verb::Close:
       return hand.CloseFrame(line.target);
     case Verb::Interrupt:
-      return desktop_.host.ActAt(line.turn, [this, target = std::pair(form, control)] {
+      return desktop_.host.ActAt(line.turn, [this, closes = line.closes, target = std::pair(form, control)] {
         desktop_.windows.Sync();
+        if (closes) return desktop_.hand.CloseFrame(target.first);
         Press(target.first, target.second);
       });
     case Verb::Seed:
