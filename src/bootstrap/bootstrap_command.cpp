@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "base/arithmetic.h"
+#include "base/at_end.h"
 #include "base/failure_text.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -111,13 +112,14 @@ BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options, Gr
   state_.flags.AbortRun = false;  // here, since from here on the user can abort
   abort_.Open("Abort all bootstraps?");
   desk_.Hide(summary_);
-  const BootstrapResults results = bootstrap_.Run(options, [&kept](const BootstrapResults& soFar) {
+  const AtEnd backAgain([this] {
+    desk_.Unload(abort_);
+    desk_.Show(summary_);
+  });
+  return bootstrap_.Run(options, [&kept](const BootstrapResults& soFar) {
     if (soFar.BootCount() == 1) kept.Append(BootstrapParameterHeading(soFar));
     kept.Append(LastBootstrapParameterLine(soFar));
   });
-  desk_.Unload(abort_);
-  desk_.Show(summary_);
-  return results;
 }
 
 void BootstrapCommand::Offer(const File& file) {

@@ -54,7 +54,7 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
   results.TargetAge = options.TargetAge;
   results.wanted = options.BootstrapCount;
   ownFiles_.clear();
-  replacedTold_ = false;
+  replacedTold_ = changeTold_ = false;
   const std::string review = review_.rtbReview.text;
   std::string failure;
   {
@@ -82,8 +82,7 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
   }
   Tell("");
   TellTime("");
-  if (review_.Visible() && review_.rtbReview.text != review)  // the last replicate's
-    review_.Open(PriorReview(state_.algorithm.Value, state_.flags.ObjectiveConstant, priors_));
+  BringBackReview(review);
   if (!failure.empty())
     desk_.TellFailure("Parametric bootstrap",
                       fmt::format("The bootstrap cannot go on and ends with {} of {} replicates:\r\n{}",
@@ -92,12 +91,22 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
   return results;
 }
 
+void ParametricBootstrap::BringBackReview(const std::string& before) {
+  if (!review_.Visible() || review_.rtbReview.text == before) return;
+  try {
+    reviewPriors();
+  } catch (const RuntimeFailure&) {  // which shall not cost the replicates
+    desk_.Unload(review_);
+  }
+}
+
 void ParametricBootstrap::Replicate(const BootstrapOptions& options,
                                     const std::function<void(const BootstrapResults&)>& keep,
                                     BootstrapResults& results) {
   TellTime("Estimated time remaining (h:mm:ss) will be calculated after the 1st bootstrap estimate is complete");
   desk_.host.random.BeginNext();
   // What is bootstrapped is the fit in the algorithm file; its deviance is that of an analysis.
+  algorithmText_.clear();
   ReadAlgorithmFile();
   results.Tolerance = state_.algorithm.Tolerance;
   const double deviance = Evaluate();
@@ -201,7 +210,7 @@ void ParametricBootstrap::TakeOriginal() {
   ReadAlgorithmFile();
   RunState run = state_;
   Evaluate();
-  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run), algorithmText_});
+  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run)});
   predictions_.emplace(original_->tables.data, original_->tables.likelihood.best.parameters);
 }
 
@@ -267,9 +276,23 @@ void ParametricBootstrap::TellReplaced(const std::string& path) {
 }
 
 void ParametricBootstrap::ReadAlgorithmFile() {
-  std::optional<std::string> text = ReadSavedAlgorithm(state_);
+  RunState inFile = state_;
+  const std::optional<std::string> text = ReadSavedAlgorithm(inFile);
   if (!text) throw NoAlgorithmFile{};
-  algorithmText_ = std::move(*text);
+  if (algorithmText_.empty()) algorithmText_ = *text;
+  if (*text != algorithmText_) TellChanged();
+  TakeSavedAlgorithm(algorithmText_, state_);
+}
+
+/// Tells once that another model has been saved over the one that is bootstrapped, as by somebody who wanted to leave
+/// the program, saved, and then stayed.
+void ParametricBootstrap::TellChanged() {
+  if (std::exchange(changeTold_, true)) return;
+  desk_.Tell("Parametric bootstrap",
+             fmt::format("The algorithm file {} has been changed since the bootstrap began. All replicates are of the "
+                         "model that was in it then.",
+                         FileName(state_.algorithm.AlgName)),
+             style::Exclamation, state_.algorithm.AlgName);
 }
 
 /// The deviance at Value as the first call of a run, without a prior term.
@@ -280,9 +303,7 @@ double ParametricBootstrap::Evaluate() {
 
 /// Minimises over the free parameters of these data; false when a matrix could not be inverted.
 bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText) {
-  // What goes ahead began with the algorithm file as it was. To follow it part of the way would not do: the objective
-  // may depend on all calls that were made.
-  if (ahead_ && algorithmText_ == original_->algorithmText) ahead_->Follow(attempt, dataText);
+  if (ahead_) ahead_->Follow(attempt, dataText);
   const AtEnd leave([this] {
     if (ahead_) ahead_->Leave();
   });

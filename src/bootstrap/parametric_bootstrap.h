@@ -48,12 +48,16 @@ class ParametricBootstrap {
   explicit ParametricBootstrap(const Parts& parts);
 
   int cores;  // those of the machine, unless a test wants others
+  /// Computes and shows the review of the priors for the run as it stands.
+  std::function<void()> reviewPriors;
 
   /// Replicates until as many are kept as are wanted, or the user aborts. An attempt that meets a penalty, a matrix
   /// that cannot be inverted or a calculation that fails is rejected; after each hundred rejections in a row the user
   /// is asked whether to go on. Files that cannot be read or written end the bootstrap with a message and what it has
-  /// so far; so does a failure of `keep`, which is given the results at each replicate that was kept. In any case data,
-  /// parameters and results are as they were before. Under a seed all is repeated to the last digit.
+  /// so far; so does a failure of `keep`, which is given the results at each replicate that was kept. The algorithm
+  /// file must be there at each replicate, but all are of the model that was in it at the beginning: when another is
+  /// saved meanwhile that is told once. In any case data, parameters and results are as they were before. Under a seed
+  /// all is repeated to the last digit.
   BootstrapResults Run(
       const BootstrapOptions& options,
       const std::function<void(const BootstrapResults&)>& keep = [](const BootstrapResults&) {});
@@ -73,8 +77,7 @@ class ParametricBootstrap {
   struct Original {
     MerlaneModel::Kept tables;
     ReplicateDataText text;
-    RunState run;               // with the algorithm data as they are in the file
-    std::string algorithmText;  // of that file
+    RunState run;  // with the algorithm data of the model that is bootstrapped
   };
 
   void Replicate(const BootstrapOptions& options, const std::function<void(const BootstrapResults&)>& keep,
@@ -95,6 +98,9 @@ class ParametricBootstrap {
   void ReadSimulated(const std::string& text);
   void ReadData();
   void ReadAlgorithmFile();
+  void TellChanged();
+  /// Shows, in place of the last replicate's, the review of the priors at the user's estimates.
+  void BringBackReview(const std::string& before);
   double Evaluate();
   bool Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText);
   bool Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
@@ -120,7 +126,8 @@ class ParametricBootstrap {
   bool replacedTold_ = false;
   std::optional<Original> original_;
   std::optional<KeptPredictions> predictions_;  // of the counts of all replicates
-  std::string algorithmText_;                   // of the algorithm file as it was read last
+  std::string algorithmText_;                   // of the algorithm file at the beginning
+  bool changeTold_ = false;                     // of that file since
   std::unique_ptr<FitsAhead> ahead_;
 };
 

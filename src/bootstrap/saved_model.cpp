@@ -25,19 +25,22 @@ bool SameParameter(const AlgorithmData& a, const AlgorithmData& b, int i) {
 
 }  // namespace
 
-std::optional<std::string> ReadSavedAlgorithm(RunState& run) {
+bool TakeSavedAlgorithm(const std::string& text, RunState& run) {
   AlgorithmData& a = run.algorithm;
-  std::string text;
-  try {
-    text = ReadWholeFile(a.AlgName);
-    if (ReadAlgorithm(text, a).failure != AlgorithmReading::Failure::None) return std::nullopt;
-  } catch (const RuntimeFailure&) {
-    return std::nullopt;
-  }
+  if (ReadAlgorithm(text, a).failure != AlgorithmReading::Failure::None) return false;
   if (std::fabs(a.Tolerance) < LeastTolerance) a.Tolerance = LeastTolerance;
   BuildFuseGroups(run);
   PackFree(run);
-  return text;
+  return true;
+}
+
+std::optional<std::string> ReadSavedAlgorithm(RunState& run) {
+  try {
+    std::string text = ReadWholeFile(run.algorithm.AlgName);
+    if (TakeSavedAlgorithm(text, run)) return text;
+  } catch (const RuntimeFailure&) {
+  }
+  return std::nullopt;
 }
 
 std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved) {

@@ -8,9 +8,13 @@
 
 namespace merlane {
 
-/// Reads the run's algorithm file, as it is on the disk at this moment, into the run, whose fuses and free parameters
-/// are made anew; returns the text that was read. A tolerance below a millionth becomes an absolute one of a millionth.
-/// None, with the run's algorithm data perhaps half read, when the file is missing or not in order.
+/// Takes the text of an algorithm file into the run, whose fuses and free parameters are made anew. A tolerance below a
+/// millionth becomes an absolute one of a millionth. False, with the run's algorithm data perhaps half read, when the
+/// text is not in order.
+bool TakeSavedAlgorithm(const std::string& text, RunState& run);
+
+/// The same with the run's algorithm file as it is on the disk at this moment; returns the text that was read. None
+/// when the file is missing or not in order.
 std::optional<std::string> ReadSavedAlgorithm(RunState& run);
 
 /// Numbers of the parameters whose value, step or fuse in the run is not that of `saved`, the same run read from its

@@ -27,6 +27,7 @@ double FrmOneFunction::Run() {
   const double end = Timer(desk.host.clock);
   const double seconds = std::trunc((end - start) * 100 + 0.5) / 100;
   rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds);
+  lblFit.Show(WordsOfPresent("Function call", objective_));
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
   main_.ShowProgress("");
   finished = true;

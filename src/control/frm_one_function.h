@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "control/fit_label.h"
 #include "control/frm_main.h"
 #include "control/objective.h"
 #include "forms/form.h"
@@ -21,6 +22,7 @@ class FrmOneFunction : public Form {
   /// Shows the review of the priors; called at the end of a run while priors are on.
   std::function<void()> reviewPriors;
 
+  FitLabel lblFit{*this};
   Pane rtbOneFunction{*this, "rtbOneFunction"};
 
  protected:

@@ -8,8 +8,8 @@
 
 namespace merlane {
 
-FrmSummary::FrmSummary(Desk& d, const RunState& state, FrmMenu& menu)
-    : Form(d, "frmSummary", "Brood survival results summary"), state_(state), menu_(menu) {
+FrmSummary::FrmSummary(Desk& d, const RunState& state, const Objective& objective, FrmMenu& menu)
+    : Form(d, "frmSummary", "Brood survival results summary"), state_(state), objective_(objective), menu_(menu) {
   beginsCommands = true;  // what follows upon it
   cmdSaveSummary.beginsNothing = true;
   rtbOut.readOnly = false;
@@ -24,6 +24,7 @@ void FrmSummary::Open(const std::string& text) {
   desk.Load(*this);
   rtbOut.text = text;
   simulatedData_ = state_.flags.SimulationMode;
+  lblFit.Show(WordsOfPresent(simulatedData_ ? "Simulated data" : "Results summary", objective_));
   algName_ = state_.algorithm.AlgName;
   algShortName_ = state_.algorithm.AlgShortName;
   cmdSaveSummary.text = simulatedData_ ? "Save simulated data as..." : "Save results summary as...";

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "control/fit_label.h"
 #include "control/frm_menu.h"
 #include "control/run_state.h"
 #include "forms/form.h"
@@ -11,7 +12,7 @@ namespace merlane {
 /// The results summary of a model, or the data of a simulation, as a text that may be edited and saved.
 class FrmSummary : public Form {
  public:
-  FrmSummary(Desk& d, const RunState& state, FrmMenu& menu);
+  FrmSummary(Desk& d, const RunState& state, const Objective& objective, FrmMenu& menu);
 
   /// Shows the form with this text.
   void Open(const std::string& text);
@@ -22,6 +23,7 @@ class FrmSummary : public Form {
   // What follows upon a results summary; assigned where the program is put together.
   Button cmdPlots{*this, "cmdPlots", "&Plots..."};
   Button cmdBootstrap{*this, "cmdBootstrap", "Parametric &bootstrap..."};
+  FitLabel lblFit{*this};
   Pane rtbOut{*this, "rtbOut"};
 
  protected:
@@ -32,6 +34,7 @@ class FrmSummary : public Form {
   void SaveResults();
 
   const RunState& state_;
+  const Objective& objective_;
   FrmMenu& menu_;
   // What the pane shows, also when the run has meanwhile become another.
   bool simulatedData_ = false;

@@ -41,4 +41,13 @@ Basis Objective::Present() const {
   return BasisOf(state_, priors);
 }
 
+Basis Objective::UsersPresent() const {
+  Basis present = Present();
+  if (const auto& pinned = state_.profile.pinned) {
+    present.Value(pinned->parameter) = pinned->value;
+    present.Step(pinned->parameter) = pinned->step;
+  }
+  return present;
+}
+
 }  // namespace merlane

@@ -42,6 +42,8 @@ class Objective {
 
   /// What is computed from the run as it stands. Kept beside a result, it tells later whether the result still holds.
   Basis Present() const;
+  /// The same of the run as it is the user's own: a parameter that a profile holds has its value and step.
+  Basis UsersPresent() const;
   /// A minimisation begins: what was computed before belongs to an earlier fit.
   void BeginSearch() { state_.search = ++taken_; }
 

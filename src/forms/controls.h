@@ -54,6 +54,8 @@ class Control {
   /// True when a person can use the control, as far as the form goes and who is in charge.
   bool TakesInput() const;
 
+  /// Called behind each command while the form is loaded: what it shows may have become old.
+  virtual void BringUpToDate() {}
   /// Remembers the present state as the design state / returns to it. Called by the form.
   virtual void KeepDesign();
   virtual void RestoreDesign();

@@ -139,6 +139,7 @@ bool Desk::Usable(const Control& control) const {
 
 void Desk::Run(Form& form, const std::string& command, const std::function<void()>& handler) {
   if (!handler) return;
+  const bool besideACalculation = Busy();  // which is half done
   const auto deeper = Meanwhile(depth_, depth_ + 1);
   const auto running = charge.Run(form);
   const auto computing = Meanwhile(waiting_, false);
@@ -151,10 +152,17 @@ void Desk::Run(Form& form, const std::string& command, const std::function<void(
     host.windows.OnFailure(command + ": " + FailureText(failure));
     if (depth_ == 1 && onFailed) onFailed(form);
   }
+  if (!besideACalculation) BringUpToDate();
   if (endRaised_ && depth_ == 1) {
     ended_ = true;
     host.windows.OnEnd(end_.exitStatus);
   }
+}
+
+void Desk::BringUpToDate() {
+  for (Form* form : forms_)
+    if (form->loaded_)
+      for (Control* control : form->controls_) control->BringUpToDate();
 }
 
 bool Desk::Use(Control& control, const std::function<void()>& action) {

@@ -89,6 +89,8 @@ class Desk {
   bool Usable(const Control& control) const;
   /// True while a calculation runs that has not asked for input.
   bool Busy() const { return depth_ > 0 && !waiting_; }
+  /// The user has closed the program while a calculation runs; the next turn asks whether that is meant.
+  bool CloseAsked() const { return closeAsked_; }
   /// Set once the program has ended.
   bool Ended() const { return ended_; }
 
@@ -105,6 +107,8 @@ class Desk {
   /// passed on.
   void Run(Form& form, const std::string& command, const std::function<void()>& handler);
   bool Use(Control& control, const std::function<void()>& action);
+  /// A command has changed what it changes, for all forms to see.
+  void BringUpToDate();
   void EndIfRaised();
 
   std::vector<Form*> forms_;

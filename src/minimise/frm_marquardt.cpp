@@ -191,6 +191,7 @@ void FrmMarquardt::OnRejectedConvergence() { SetPanel(1, "Convergence rejected")
 void FrmMarquardt::Turn() { desk.Turn(); }
 
 void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progress) {
+  lblFit.Show(WordsOfPresent("Marquardt minimization", objective_));
   if (ending != MarquardtEnding::Minimum) rtbMarquardt.text += UnevaluatedLine(progress.unevaluated);
   switch (ending) {
     case MarquardtEnding::Minimum:
@@ -198,7 +199,7 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
       if (!state_.profile.ProfileOn) FinalReport(progress);
       break;
     case MarquardtEnding::ZeroValue:
-      TellUnlessBootstrap("Marquardt error", ZeroValueText, style::MinimumFound);
+      TellUnlessBootstrap("Marquardt error", ZeroValueText, style::InformationCritical);
       break;
     case MarquardtEnding::Stopped:
       cmdStop.enabled = true;

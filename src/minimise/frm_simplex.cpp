@@ -92,12 +92,12 @@ void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& p
   const std::string note = PenaltyNote(simplex.SimplexF(simplex.ILow));
   rtbSimplex.text = SimplexFinalPane(state_, simplex, progress) + note;
   if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress) + note);
-  TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::MinimumFound, note);
+  TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::InformationCritical, note);
   InterruptFlag_ = false;
   ClearPanels(1, 4);
 }
 
-void FrmSimplex::OnZeroValue() { desk.Tell("Simplex error", ZeroValueText, style::MinimumFound); }
+void FrmSimplex::OnZeroValue() { desk.Tell("Simplex error", ZeroValueText, style::InformationCritical); }
 
 SimplexInterrupt FrmSimplex::Turn() {
   desk.Turn();
@@ -130,6 +130,7 @@ void FrmSimplex::AnnounceEnd() {
 
 void FrmSimplex::OnEnd(SimplexEnding ending, const SimplexProgress& progress) {
   ClearPanels(1, 4);
+  lblFit.Show(WordsOfPresent("Simplex minimization", objective_));
   if (ending != SimplexEnding::Minimum) rtbSimplex.text += UnevaluatedLine(progress.unevaluated);
   // Not before the estimates stand in Value, which are what is reviewed.
   if (ending == SimplexEnding::Minimum && !state_.profile.ProfileOn) ReviewPriors();

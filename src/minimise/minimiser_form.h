@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "control/fit_label.h"
 #include "control/frm_main.h"
 #include "control/log_file.h"
 #include "control/run_state.h"
@@ -27,6 +28,8 @@ class MinimiserForm : public Form {
   std::function<void()> reviewPriors;
   /// What of the lowest objective of a run is a penalty, as the model knows; asked at a minimum.
   std::function<double()> bestPenalty = [] { return 0.0; };
+
+  FitLabel lblFit{*this};
 
  protected:
   /// Told where a relative tolerance would divide by an objective of 0.

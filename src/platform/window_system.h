@@ -17,7 +17,7 @@ inline constexpr int Exclamation = 48;
 inline constexpr int YesNoCancelExclamation = 51;
 inline constexpr int Information = 64;
 inline constexpr int OkCancelInformation = 65;
-inline constexpr int MinimumFound = 80;
+inline constexpr int InformationCritical = 80;  // both icons
 inline constexpr int YesNoQuestionDefaultNo = 292;
 }  // namespace style
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "base/number_text.h"
 #include "plots/graph_area.h"
@@ -51,8 +52,9 @@ FrmDistPlot::FrmDistPlot(Desk& d) : Form(d, "frmDistPlot", "Distribution plots")
   cmdDone.onClick = [this] { desk.Unload(*this); };
 }
 
-void FrmDistPlot::ShowDistPlot(DistributionSeries series) {
+void FrmDistPlot::ShowDistPlot(DistributionSeries series, std::function<std::string()> words) {
   desk.Load(*this);
+  lblFit.Show(std::move(words));
   series_ = std::move(series);
   listVar.items = {"Parameter Likelihood Profile",     DensityName(series_.source),
                    "Confidence Region on mode",        "Confidence Region on mean",

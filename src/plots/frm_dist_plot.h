@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/fit_label.h"
 #include "forms/desk.h"
 #include "plots/distribution_series.h"
 
@@ -24,12 +25,13 @@ class FrmDistPlot : public Form {
   CheckBox Check_Line{*this, "Check_Line", "Draw lines"};
   CheckBox Check_Scatter{*this, "Check_Scatter", "Draw points"};
   CheckBox Check_Drop{*this, "Check_Drop", "Drop line plot"};
+  FitLabel lblFit{*this};
   Button cmdPlot{*this, "cmdPlot", "&Plot it!"};
   Button cmdClear{*this, "cmdClear", "Cl&ear"};
   Button cmdDone{*this, "cmdDone", "&Done"};
 
-  /// Opens the form on a parameter's series.
-  void ShowDistPlot(DistributionSeries series);
+  /// Opens the form on a parameter's series, of a fit that `words` tell.
+  void ShowDistPlot(DistributionSeries series, std::function<std::string()> words);
 
  private:
   void Clear();

@@ -79,7 +79,7 @@ void FrmLoadPriors::OpenFile() {
         fmt::format("Bayesian priors file  {}  has {} parameters, but your model specifies {}.\r\nTherefore default "
                     "(uniform-unbounded) priors have been loaded instead.",
                     *path, reading.count, state_.algorithm.NPAR),
-        style::MinimumFound);
+        style::InformationCritical);
     state_.flags.BayesOn = false;
     commands_.ShowWhetherInForce();
     return;

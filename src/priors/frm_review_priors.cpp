@@ -1,5 +1,7 @@
 #include "priors/frm_review_priors.h"
 
+#include <utility>
+
 #include "control/save_pane.h"
 
 namespace merlane {
@@ -11,8 +13,9 @@ FrmReviewPriors::FrmReviewPriors(Desk& d) : Form(d, "frmReviewPriors", "Review o
   cmdSave.onClick = [this] { Save(); };
 }
 
-void FrmReviewPriors::Open(const std::string& text) {
+void FrmReviewPriors::Open(const std::string& text, std::function<std::string()> words) {
   desk.Load(*this);
+  lblFit.Show(std::move(words));
   rtbReview.text = text;
   desk.Show(*this);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/fit_label.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -10,10 +11,11 @@ class FrmReviewPriors : public Form {
   explicit FrmReviewPriors(Desk& d);
 
   Button cmdSave{*this, "cmdSave", "&Save review as..."};
+  FitLabel lblFit{*this};
   Pane rtbReview{*this, "rtbReview"};
 
-  /// Shows the form with this text.
-  void Open(const std::string& text);
+  /// Shows the form with this text, of a fit that `words` tell.
+  void Open(const std::string& text, std::function<std::string()> words);
 
  private:
   void Save();

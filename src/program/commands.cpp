@@ -34,9 +34,14 @@ void Program::OneFunction() {
   BuildFuseGroups(state);
   PackFree(state);
   const auto oneCall = Meanwhile(state.flags.OneCallRun, true);
-  // A call at the estimates of a minimisation confirms them; elsewhere it is a fit of its own.
-  const bool atFit = fit.basis && fit.basis->SameEstimates(objective.Present());
-  KeepFit(frmOneFunction.Run(), atFit ? fit.minimisation : std::nullopt);
+  const Basis before = objective.Present();
+  const double F = frmOneFunction.Run();
+  Basis after = objective.Present();
+  after.Value = before.Value;  // the call may have brought them into their range
+  // A call at the estimates of a minimisation confirms them; elsewhere, or where it repairs the hypothesis, it is a fit
+  // of its own.
+  const bool atFit = fit.basis && fit.basis->SameEstimates(before) && before.SameEstimates(after);
+  KeepFit(F, atFit ? fit.minimisation : std::nullopt);
 }
 
 void Program::Simplex() {

@@ -19,7 +19,7 @@ Program::Program(const Host& host)
       frmAlgo(desk, state, log, frmMain),
       frmEditVS(desk, state, frmAlgo),
       frmOneFunction(desk, state, objective, frmMain),
-      frmSummary(desk, state, frmMenu),
+      frmSummary(desk, state, objective, frmMenu),
       frmAbort(desk, state, frmMain),
       resultsCommand(desk, state, model, frmMain, frmAbort, frmSummary),
       simulationCommand(desk, state, model, frmMain, frmAbort, frmSummary),
@@ -117,10 +117,12 @@ void Program::WireForms() {
   frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };
   frmSetPriors.quit = [this] { Quit("Save Bayesian priors", "Save Bayesian priors now?"); };
   frmSetPriors.profile = [this](std::int16_t selected) { priorProfileDialogue.ProfilePrior(selected); };
-  frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors = [this] {
-    // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it.
-    frmReviewPriors.Open(PriorReview(model.AsEvaluated(state.algorithm), state.flags.ObjectiveConstant, priors));
-  };
+  frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors =
+      parametricBootstrap.reviewPriors = [this] {
+        // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it.
+        frmReviewPriors.Open(PriorReview(model.AsEvaluated(state.algorithm), state.flags.ObjectiveConstant, priors),
+                             WordsOfPresent("Priors at the estimates", objective));
+      };
   frmSimplex.bestPenalty = frmMarquardt.bestPenalty = [this] { return model.Evaluated().BestPenalty; };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };

@@ -175,6 +175,10 @@ void LayOutDistPlot(Layouter& layouter, QVBoxLayout& column) {
     if (QWidget* const label = Lines(layouter, name, 5, FixedPitchFont())) estimates->addWidget(label);
   estimates->addStretch(1);
   side->addLayout(estimates);
+  if (QLabel* const fit = layouter.Note("lblFit")) {
+    fit->setProperty("quiet", true);
+    side->addWidget(fit);
+  }
   side->addStretch(1);
   column.addLayout(SideBySide(left, layouter.Scrolled(side), 3, 2), 1);
   layouter.PinButtons({"cmdPlot", "cmdClear", "cmdDone"})->insertWidget(0, SavePictureButton(*picture));

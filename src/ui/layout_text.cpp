@@ -26,6 +26,10 @@ void LayOutText(Layouter& layouter, QVBoxLayout& column) {
   } else {
     layouter.window.CloseByEscape();  // there is nothing in it but a text to be read
   }
+  if (QLabel* const fit = layouter.Note("lblFit")) {
+    fit->setProperty("quiet", true);
+    column.addWidget(fit);
+  }
   auto* const panes = new QSplitter(Qt::Vertical);
   panes->setChildrenCollapsible(false);
   panes->setHandleWidth(8);

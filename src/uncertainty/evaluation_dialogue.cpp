@@ -60,7 +60,15 @@ void EvaluationDialogue::Converse() {
   if (p_.state.flags.NOBS == 0) EnterObjectiveConstant(p_.desk, p_.main, p_.state);
   BuildFuseGroups(p_.state);
   PackFree(p_.state);
-  if (const auto setup = AskSetup()) Run(*setup);
+  const auto setup = AskSetup();
+  if (!setup) return;
+  p_.last.of = p_.objective.Present();
+  AlgorithmData& a = p_.state.algorithm;
+  const Array1<double> Value = a.Value;
+  while (const std::optional<double> step = Run(*setup)) {
+    a.Value = Value;  // a profile leaves those of its last point
+    a.Step(setup->ProfileParameter) = *step;
+  }
 }
 
 bool EvaluationDialogue::NothingToEvaluate() const {
@@ -126,15 +134,25 @@ void EvaluationDialogue::EditSteps() {
   p_.desk.WaitFor(p_.algo);
 }
 
-void EvaluationDialogue::TellMirrored(const PinnedParameter& pinned, const EvaluatedPoints& points) const {
+std::optional<double> EvaluationDialogue::OfferOneSide(const PinnedParameter& pinned,
+                                                       const EvaluatedPoints& points) const {
   const bool crossesZero = points.Count() > 0 && points.ProfileX(1) * points.ProfileX(points.Count()) < 0;
-  if (!points.mirrored || !crossesZero) return;
-  p_.desk.Tell(
-      texts_.title,
-      fmt::format("Parameter #{} is taken without its sign: beyond 0 the curves are mirror images of those before "
-                  "it.\r\nWith a step of {} all points would lie on the side of 0 on which its value lies.",
-                  pinned.ProfileParameter, Format(pinned.StepOnOneSide(points.Count()), "0.0000E+00")),
-      style::Information);
+  if (!points.mirrored || !crossesZero) return std::nullopt;
+  const std::string mirrored =
+      fmt::format("Parameter #{} is taken without its sign: beyond 0 the curves are mirror images of those before it.",
+                  pinned.ProfileParameter);
+  if (pinned.X0 == 0) {
+    p_.desk.Tell(texts_.title, mirrored, style::Information);
+    return std::nullopt;
+  }
+  const double step = pinned.StepOnOneSide(points.Count());
+  const Answer answer =
+      p_.desk.Ask(texts_.title,
+                  fmt::format("{}\r\nWith a step of {} all points would lie on the side of 0 on which its value "
+                              "lies.\r\n\r\nEvaluate them with that step instead?",
+                              mirrored, Format(step, "0.0000E+00")),
+                  style::YesNoQuestion);
+  return answer == Answer::Yes ? std::optional(step) : std::nullopt;
 }
 
 void EvaluationDialogue::ShowPoints(const EvaluatedPoints& points) {
@@ -143,7 +161,7 @@ void EvaluationDialogue::ShowPoints(const EvaluatedPoints& points) {
                          : fmt::format("The points done, {} in number, are shown and can be saved.", points.all.size());
   p_.desk.Tell(texts_.title, fmt::format("The {} was interrupted too early for a curve.\r\n{}", texts_.curve, done),
                style::Information);
-  if (!points.all.empty()) table_.Open(PointsTable(texts_.curve, points));
+  if (!points.all.empty()) table_.Open(PointsTable(texts_.curve, points), WhoseTheyAre());
 }
 
 void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoints& points,
@@ -154,12 +172,13 @@ void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoint
   last.series.reset();
   if (points.Count() >= 3 && points.HasMinimum()) last.series = MakeConfidenceSeries(points);
   last.bivariate = std::move(bivariate);
-  last.left = p_.objective.Present();
-  // A profile still holds its parameter while the plots are open.
-  if (const auto& pinned = p_.state.profile.pinned) {
-    last.left.Value(pinned->parameter) = pinned->value;
-    last.left.Step(pinned->parameter) = pinned->step;
-  }
+  last.left = p_.objective.UsersPresent();  // a profile still holds its parameter while the plots are open
+}
+
+std::function<std::string()> EvaluationDialogue::WhoseTheyAre() const {
+  const Evaluation& last = p_.last;
+  const std::string what = fmt::format("{} of parameter {}", texts_.shown, last.ProfileParameter);
+  return WordsSince(NamedFor(what, last.of), last.of, [this] { return p_.objective.UsersPresent(); });
 }
 
 void EvaluationDialogue::ShowLast() {
@@ -169,10 +188,11 @@ void EvaluationDialogue::ShowLast() {
   const Evaluation shown = p_.last;  // a copy: another command may replace it while the plots are open
   const auto source = kind_ == EvaluationKind::Profile ? DistributionSeries::Source::LikelihoodProfile
                                                        : DistributionSeries::Source::Posterior;
-  p_.distPlot.ShowDistPlot(ForPlots(source, shown.ProfileParameter, *shown.series));
+  const std::function<std::string()> whose = WhoseTheyAre();
+  p_.distPlot.ShowDistPlot(ForPlots(source, shown.ProfileParameter, *shown.series), whose);
   p_.desk.WaitFor(p_.distPlot);
   ShowMore(shown);
-  table_.Open(Table(*shown.series));
+  table_.Open(Table(*shown.series), whose);
 }
 
 bool EvaluationDialogue::AskQuit(const char* boxTitle) const {

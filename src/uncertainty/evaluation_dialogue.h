@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -25,7 +26,8 @@ enum class EvaluationKind { None, Profile, Posterior };
 /// What the last profile or posterior left. It can be looked at again while ProfileState is 1, that is, until free
 /// parameters are packed for another command, and while the run is as it left it.
 struct Evaluation {
-  Basis left;  // the run behind it
+  Basis of;    // the run that was evaluated
+  Basis left;  // the run behind it: a profile leaves the others at its last point
   EvaluationKind LastProfileKind = EvaluationKind::None;
   std::int16_t ProfileParameter = 0;
   std::optional<ConfidenceSeries> series;     // none when fewer than three points were kept
@@ -66,6 +68,7 @@ class EvaluationDialogue {
   struct Texts {
     const char* title;
     const char* curve;  // what it makes
+    const char* shown;  // the same where it is shown
     const char* notice;
     const char* introduction;
     const char* again;  // asked when earlier results can be seen
@@ -87,21 +90,24 @@ class EvaluationDialogue {
   virtual Reply AskMethod(EvaluationSetup& setup) = 0;
   /// What the step of a parameter becomes from its standard error.
   virtual double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const = 0;
-  /// Evaluates; the parameter is to be pinned here. Shows what comes of it.
-  virtual void Run(const EvaluationSetup& setup) = 0;
+  /// Evaluates; the parameter is to be pinned here. Shows what comes of it, unless it shall be evaluated once more,
+  /// with the step that is returned.
+  virtual std::optional<double> Run(const EvaluationSetup& setup) = 0;
   /// The table of an evaluation, and what else is shown of it behind the plots.
   virtual std::string Table(const ConfidenceSeries& series) const = 0;
   virtual void ShowMore(const Evaluation& /*evaluation*/) {}
 
-  /// Says when the model has taken the parameter without its sign and the points cross 0, and with which step they
-  /// would not.
-  void TellMirrored(const PinnedParameter& pinned, const EvaluatedPoints& points) const;
+  /// Says when the model has taken the parameter without its sign and the points cross 0, and offers the step with
+  /// which they would not; none when all is well, there is no such step, or it is declined.
+  std::optional<double> OfferOneSide(const PinnedParameter& pinned, const EvaluatedPoints& points) const;
   /// Says that an evaluation was interrupted too early for a curve, and shows the points done.
   void ShowPoints(const EvaluatedPoints& points);
   /// Keeps what was evaluated as the last evaluation.
   void Keep(const EvaluationSetup& setup, const EvaluatedPoints& points, std::optional<BivariateDensity> bivariate);
   /// Shows the last evaluation, if there is something to be seen: the plots until they are closed, then the table.
   void ShowLast();
+  /// What tells, beside the results of the last evaluation, which fit they are of.
+  std::function<std::string()> WhoseTheyAre() const;
   /// Asks whether an interrupt means to quit.
   bool AskQuit(const char* boxTitle) const;
   void SetPanel(int panel, const std::string& text) { p_.main.stbMain5.Set(panel, text); }

@@ -59,23 +59,24 @@ void FrmCovDisplay::OpenAgain() {
 void FrmCovDisplay::Open(const char* label) {
   desk.Load(*this);
   lblCovDisplay.text = label;
-  NameFit();
+  lblFit.Show([this] { return WhoseTheyAre(); });
   cmdScreen.enabled = true;  // it may still be open from before
   desk.Show(*this);
 }
 
-void FrmCovDisplay::NameFit() {
+std::string FrmCovDisplay::WhoseTheyAre() const {
   const Covariances& c = covariances_;
-  if (!c.basis) return;
-  lblFit.text = fmt::format("Covariances of {} free parameters of {}, where the objective was {}.", c.CovCount,
-                            FileName(c.basis->AlgName), Format(c.CovF0, "####0.000000"));
-  const Basis now = objective_.Present();
-  if (!c.AreOf(now)) lblFit.text += fmt::format(" Since then {}.", ChangesBetween(*c.basis, now));
+  if (!c.basis) return "";
+  const std::string words =
+      fmt::format("{}, where the objective was {}",
+                  NamedFor(fmt::format("Covariances of {} free parameters", c.CovCount), *c.basis),
+                  Format(c.CovF0, "####0.000000"));
+  const Basis now = objective_.UsersPresent();
+  return WithChanges(words, c.AreOf(now) ? "" : ChangesBetween(*c.basis, now));
 }
 
 void FrmCovDisplay::DisplayOnScreen() {
   cmdScreen.enabled = false;
-  NameFit();
   data_.OpenForReport();
   main_.stbMain5.Set(1, "Please be patient while covariance output is collated...");
   data_.rtbCovData.text = CovarianceReport(covariances_, [this] { desk.Turn(); });
@@ -85,11 +86,10 @@ void FrmCovDisplay::DisplayOnScreen() {
 }
 
 void FrmCovDisplay::SaveAs() {
-  NameFit();
   // Of an earlier fit they are named for its algorithm file.
   const std::string& present = state_.algorithm.AlgShortName;
   const std::string base =
-      covariances_.AreOf(objective_.Present()) ? present : AlgorithmShortName(covariances_.basis->AlgName, present);
+      covariances_.AreOf(objective_.UsersPresent()) ? present : AlgorithmShortName(covariances_.basis->AlgName, present);
   FileRequest request;
   request.kind = FileRequest::Kind::Save;
   request.title = "Save covariance results as...";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/fit_label.h"
 #include "control/frm_main.h"
 #include "control/objective.h"
 #include "control/run_state.h"
@@ -22,7 +23,7 @@ class FrmCovDisplay : public Form {
   void OpenAgain();
 
   Label lblCovDisplay{*this, "lblCovDisplay", "Do you wish to:"};
-  Label lblFit{*this, "lblFit", ""};
+  FitLabel lblFit{*this};
   Button cmdScreen{*this, "cmdScreen", "Display results on &screen"};
   Button cmdFile{*this, "cmdFile", "Save &covariance results as..."};
   Button cmdFinish{*this, "cmdFinish", "&Finish display"};
@@ -33,8 +34,8 @@ class FrmCovDisplay : public Form {
 
  private:
   void Open(const char* label);
-  /// Says which fit the covariances are of, and what has changed since.
-  void NameFit();
+  /// Which fit the covariances are of, and what has changed since.
+  std::string WhoseTheyAre() const;
   void DisplayOnScreen();
   void SaveAs();
 

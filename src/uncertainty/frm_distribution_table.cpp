@@ -1,5 +1,7 @@
 #include "uncertainty/frm_distribution_table.h"
 
+#include <utility>
+
 #include "control/save_pane.h"
 
 namespace merlane {
@@ -45,8 +47,9 @@ FrmDistributionTable::FrmDistributionTable(Desk& d, const Texts& texts)
   cmdSave.onClick = [this] { Save(); };
 }
 
-void FrmDistributionTable::Open(const std::string& table) {
+void FrmDistributionTable::Open(const std::string& table, std::function<std::string()> words) {
   desk.Load(*this);
+  lblFit.Show(std::move(words));
   rtbTable.text = table;
   desk.Show(*this);
 }

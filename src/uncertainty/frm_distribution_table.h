@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "control/fit_label.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -25,10 +26,11 @@ class FrmDistributionTable : public Form {
 
   FrmDistributionTable(Desk& d, const Texts& texts);
 
-  /// Shows the window with this table.
-  void Open(const std::string& table);
+  /// Shows the window with this table, of a fit that `words` tell.
+  void Open(const std::string& table, std::function<std::string()> words);
 
   Button cmdSave;
+  FitLabel lblFit{*this};
   Pane rtbTable;
 
  private:

@@ -41,7 +41,10 @@ class PinnedParameter {
   }
 
   /// A negative step will come back positive.
-  void DropSign() { restoredStep_ = std::fabs(H); }
+  void DropSign() {
+    restoredStep_ = std::fabs(H);
+    if (state_.profile.pinned) state_.profile.pinned->step = restoredStep_;
+  }
 
   /// The value it is given at a point of `points`, the middle one of which is its own.
   double ValueAt(int point, int points) const { return X0 - (MiddleOf(points) - point) * H; }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
+#include "base/arithmetic_failure.h"
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
 
@@ -36,6 +38,8 @@ class PosteriorRun {
         result_.points.Keep(std::max(0, point - 2));
         break;
       }
+    if (unevaluated_ > 0 && unevaluated_ == result_.NodeCounter) throw *firstUnevaluated_;
+    if (unevaluated_ > 0) watch_.OnUnevaluated(unevaluated_, firstUnevaluated_->what());
     if (result_.Vanishes()) result_.points.IMin = 0;
     if (result_.bivariate) result_.bivariate->X = result_.points.ProfileX;  // of the points kept
     result_.points.Ascend();
@@ -65,7 +69,7 @@ class PosteriorRun {
     watch_.OnPoint(point);
     double f = 0;
     if (NFREE_ == 0) {
-      f = Evaluate(Value_);
+      f = Evaluate(Value_).value_or(VanishedF);
       if (watch_.Quits()) return false;
       TellCall();
     } else {
@@ -106,7 +110,8 @@ class PosteriorRun {
   }
 
   void AddNode(int j) {
-    const double D = Exp(-(Evaluate(GridVector_) - ReferenceF_));
+    const std::optional<double> f = Evaluate(GridVector_);
+    const double D = f ? Exp(-(*f - ReferenceF_)) : 0;
     TellCall();
     PointSum_ += D;
     if (!std::isfinite(PointSum_))
@@ -124,10 +129,15 @@ class PosteriorRun {
     }
   }
 
-  double Evaluate(Array1<double>& vector) {
-    const double f = NegLnL(vector, state_, objective_, watch_);
+  /// None where there is no likelihood.
+  std::optional<double> Evaluate(Array1<double>& vector) {
     ++result_.NodeCounter;
-    return f;
+    try {
+      return NegLnL(vector, state_, objective_, watch_);
+    } catch (const ArithmeticFailure& failure) {
+      if (++unevaluated_ == 1) firstUnevaluated_ = failure;
+      return std::nullopt;
+    }
   }
 
   void TellCall() { watch_.OnCall(result_.NodeCounter, calls_); }
@@ -144,6 +154,8 @@ class PosteriorRun {
   const int GridMid_;
   int point_ = 0;
   double PointSum_ = 0;
+  double unevaluated_ = 0;  // nodes
+  std::optional<ArithmeticFailure> firstUnevaluated_;
   Array1<double> GridVector_;
   Posterior result_;
 };

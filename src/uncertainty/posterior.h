@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "control/objective.h"
 #include "control/run_state.h"
@@ -15,7 +16,7 @@ namespace merlane {
 /// The other free parameters over which a posterior can be summed.
 inline constexpr int MostGridParameters = 6;
 
-/// -ln[L] of a point at which the densities of all nodes underflow.
+/// -ln[L] of a point at which the densities of all nodes underflow, or none can be evaluated.
 inline constexpr double VanishedF = 1E+20;
 
 struct PosteriorOptions {
@@ -36,6 +37,8 @@ class PosteriorWatch : public ConstantWatch {
   virtual void OnCall(double /*call*/, double /*calls*/) {}
   /// Asked at each grid point, and behind each call when no other parameter is free: does the user quit?
   virtual bool Quits() { return false; }
+  /// So many nodes could not be evaluated and counted as impossible; why the first of them could not.
+  virtual void OnUnevaluated(double /*nodes*/, const std::string& /*why*/) {}
   /// The memory does not hold the joint density of two parameters, which is then left out.
   virtual void OnBivariateTooLarge() {}
 };
@@ -61,8 +64,10 @@ struct Posterior {
 /// What the model rewrites in a vector stays there while the loops of the parameters behind it run: a value out of its
 /// range is penalised at the first node and sits on its bound at the others.
 ///
+/// A node that cannot be evaluated has a density of 0, and at the end that is told once.
+///
 /// Quitting at a point keeps the points up to the one before the last that was done. The points come ascending.
-/// RuntimeFailure when a density overflows.
+/// RuntimeFailure when a density overflows, when the reference cannot be evaluated, and when no node can.
 Posterior EvaluatePosterior(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state,
                             Objective& objective, double& ReferenceF, PosteriorWatch& watch);
 

@@ -19,6 +19,7 @@ namespace merlane {
 const EvaluationDialogue::Texts PosteriorDialogue::Words{
     .title = "Bayesian parameter estimate evaluation",
     .curve = "posterior distribution",
+    .shown = "Posterior distribution",
     .notice =
         "This routine will create a series of plots, and if desired, save the x-y data. \r\n"
         "Choose plot 1 to get a likelihood profile plot. \r\n"
@@ -86,6 +87,14 @@ class PosteriorDialogue::Progress : public PosteriorWatch {
     p_.desk.Turn();
   }
 
+  void OnUnevaluated(double nodes, const std::string& why) override {
+    p_.desk.Tell(Words.title,
+                 fmt::format("{:.0f} of the function calls could not be evaluated and count as impossible, with a "
+                             "likelihood of 0. The first of them:\r\n{}",
+                             nodes, why),
+                 style::Exclamation);
+  }
+
   bool Quits() override {
     return std::exchange(p_.state.flags.InterruptBayes, false) && dialogue_.AskQuit("Bayesian calculations");
   }
@@ -127,17 +136,17 @@ double PosteriorDialogue::StepFrom(double standardError, std::int16_t parameter,
                                              : standardError * 7 / (setup.GridPoints - 1);
 }
 
-void PosteriorDialogue::Run(const EvaluationSetup& asked) {
+std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
   PinnedParameter pinned(p_.state, asked.ProfileParameter);
   if (p_.state.free.NFREE > MostGridParameters) {
     p_.desk.Tell("Problem with setup", "Too many free parameters - maximum is 6", style::Exclamation);
-    return;
+    return std::nullopt;
   }
   EvaluationSetup setup = asked;
   if (p_.state.free.NFREE > 0 && setup.GridPoints == 0) {
     // Others were freed in the editor, behind the question.
     const auto points = AskGridPoints();
-    if (!points) return;
+    if (!points) return std::nullopt;
     setup.GridPoints = *points;
   }
   p_.state.flags.InterruptBayes = false;
@@ -152,11 +161,12 @@ void PosteriorDialogue::Run(const EvaluationSetup& asked) {
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
   if (posterior.points.Count() > 0 && posterior.Vanishes()) TellVanished();
-  TellMirrored(pinned, posterior.points);
+  if (const std::optional<double> step = OfferOneSide(pinned, posterior.points)) return step;
   Keep(setup, posterior.points, std::move(posterior.bivariate));
   const bool interrupted = static_cast<int>(posterior.points.all.size()) < setup.ProfilePoints;
   if (!p_.last.series && interrupted) ShowPoints(posterior.points);
   ShowLast();
+  return std::nullopt;
 }
 
 void PosteriorDialogue::TellVanished() const {

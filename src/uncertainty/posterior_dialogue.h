@@ -24,7 +24,7 @@ class PosteriorDialogue final : private EvaluationDialogue {
 
   Reply AskMethod(EvaluationSetup& setup) override;
   double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const override;
-  void Run(const EvaluationSetup& setup) override;
+  std::optional<double> Run(const EvaluationSetup& setup) override;
   std::string Table(const ConfidenceSeries& series) const override;
   void ShowMore(const Evaluation& evaluation) override;
 

@@ -47,9 +47,20 @@ void PriorProfileDialogue::ProfilePrior(std::int16_t selected) {
   const EvaluatedPoints points = Evaluate();
   if (!points.HasMinimum()) return;
   const ConfidenceSeries series = MakeConfidenceSeries(points);
-  distPlot_.ShowDistPlot(ForPlots(DistributionSeries::Source::Prior, parameter_, series));
-  table_.Open(PriorProfileTable(series));
+  const Basis present = Present();
+  const auto whose = WordsSince(NamedFor(fmt::format("Prior of parameter {}", parameter_), present), present,
+                                [this] { return Present(); });
+  distPlot_.ShowDistPlot(ForPlots(DistributionSeries::Source::Prior, parameter_, series), whose);
+  table_.Open(PriorProfileTable(series), whose);
   desk_.ToFront(distPlot_);
+}
+
+Basis PriorProfileDialogue::Present() const {
+  Basis present;
+  present.priors = priors_.InWords();
+  present.constant = state_.flags.ObjectiveConstant;
+  present.AlgName = state_.flags.PriorFileName;
+  return present;
 }
 
 EvaluatedPoints PriorProfileDialogue::Evaluate() {

@@ -24,6 +24,8 @@ class PriorProfileDialogue : private PriorProfileWatch {
 
  private:
   EvaluatedPoints Evaluate();
+  /// What a profile is computed from: the priors, whether they are in force or not.
+  Basis Present() const;
   void OnPoint(int point, double value) override;
 
   Desk& desk_;

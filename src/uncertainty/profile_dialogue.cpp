@@ -15,6 +15,7 @@ namespace merlane {
 const EvaluationDialogue::Texts ProfileDialogue::Words{
     .title = "ML parameter estimate evaluation",
     .curve = "likelihood profile",
+    .shown = "Likelihood profile",
     .notice =
         "This routine will create a series of plots, and if desired, save the x-y data. \r\n"
         "Choose plot 1 to get a likelihood profile plot. \r\n"
@@ -101,7 +102,7 @@ double ProfileDialogue::StepFrom(double standardError, std::int16_t, const Evalu
   return StepAcross(standardError, setup);
 }
 
-void ProfileDialogue::Run(const EvaluationSetup& setup) {
+std::optional<double> ProfileDialogue::Run(const EvaluationSetup& setup) {
   PinnedParameter pinned(p_.state, setup.ProfileParameter);
   SetPanel(1, "");
   p_.state.flags.InterruptML = false;
@@ -115,10 +116,11 @@ void ProfileDialogue::Run(const EvaluationSetup& setup) {
   }();
   pinned.DropSign();
   p_.desk.host.windows.Beep();
-  TellMirrored(pinned, points);
+  if (const std::optional<double> step = OfferOneSide(pinned, points)) return step;
   Keep(setup, points, std::nullopt);
   if (!p_.last.series && !declined_) ShowPoints(points);
   ShowLast();
+  return std::nullopt;
 }
 
 bool ProfileDialogue::Minimise() { return method_ == Method::Simplex ? MinimiseBySimplex() : MinimiseByMarquardt(); }

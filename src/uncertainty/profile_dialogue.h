@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "minimise/frm_marquardt.h"
@@ -27,7 +28,7 @@ class ProfileDialogue final : private EvaluationDialogue {
 
   Reply AskMethod(EvaluationSetup& setup) override;
   double StepFrom(double standardError, std::int16_t parameter, const EvaluationSetup& setup) const override;
-  void Run(const EvaluationSetup& setup) override;
+  std::optional<double> Run(const EvaluationSetup& setup) override;
   std::string Table(const ConfidenceSeries& series) const override;
 
   /// Minimises at the present point. False when the user has quit, or has chosen no derivatives.

@@ -33,7 +33,8 @@ class FrmSummaryTest : public testing::Test {
   RunState state;
   FrmMain main{desk};
   FrmMenu menu{desk, state};
-  FrmSummary summary{desk, state, menu};
+  Objective objective{state, [](ModelCall&) {}};
+  FrmSummary summary{desk, state, objective, menu};
 };
 
 TEST_F(FrmSummaryTest, SavesWhatStandsInThePaneWithTheNameOnTop) {

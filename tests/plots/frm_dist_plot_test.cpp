@@ -41,7 +41,7 @@ class KeptDistPlot : public DistPlot, public testing::WithParamInterface<const c
 
 TEST_P(KeptDistPlot, IsDrawnFigureByFigure) {
   const Json kept = KeptPlot(GetParam());
-  form.ShowDistPlot(SeriesOf(kept["input"]));
+  form.ShowDistPlot(SeriesOf(kept["input"]), [] { return std::string(); });
   EXPECT_EQ(form.listVar.items, kept["names"].get<std::vector<std::string>>());
   for (const Json& step : kept["steps"]) {
     SCOPED_TRACE(step["action"].dump());
@@ -81,7 +81,7 @@ DistributionSeries Simple(double first, double last) {
 }
 
 TEST_F(DistPlot, SeriesSixAtAnyPointEqualsOneMinusSeriesFive) {
-  form.ShowDistPlot(Simple(2, 4));
+  form.ShowDistPlot(Simple(2, 4), [] { return std::string(); });
   const auto heights = [&](int number) {
     desk.Press(form.cmdClear);
     Select(number);
@@ -104,12 +104,12 @@ TEST_F(DistPlot, SeriesSixAtAnyPointEqualsOneMinusSeriesFive) {
 TEST_F(DistPlot, APosteriorRunNamesSeriesTwoBayesianPosteriorDistribution) {
   DistributionSeries s = Simple(2, 4);
   s.source = DistributionSeries::Source::Posterior;
-  form.ShowDistPlot(s);
+  form.ShowDistPlot(s, [] { return std::string(); });
   EXPECT_EQ(form.listVar.items[1], "Bayesian Posterior Distribution");
 }
 
 TEST_F(DistPlot, AParameterWhoseRangeCrossesNeitherZeroNorOneShowsNoVerticalLineAndNoNote) {
-  form.ShowDistPlot(Simple(2, 4));
+  form.ShowDistPlot(Simple(2, 4), [] { return std::string(); });
   const std::size_t before = Items();
   Press();
   EXPECT_EQ(form.lblNote.text, "");
@@ -117,7 +117,7 @@ TEST_F(DistPlot, AParameterWhoseRangeCrossesNeitherZeroNorOneShowsNoVerticalLine
 }
 
 TEST_F(DistPlot, SelectingSeriesTwoShowsTheEstimateBlockAndOtherSeriesDoNotTouchIt) {
-  form.ShowDistPlot(Simple(2, 4));
+  form.ShowDistPlot(Simple(2, 4), [] { return std::string(); });
   Press();
   EXPECT_EQ(form.lblEstimateValues.text, "");
   Select(2);
@@ -131,7 +131,7 @@ TEST_F(DistPlot, SelectingSeriesTwoShowsTheEstimateBlockAndOtherSeriesDoNotTouch
 TEST_F(DistPlot, AnEstimateOfZeroCostsThePercentageAlone) {
   DistributionSeries s = Simple(2, 4);
   s.maximumLikelihood = 0;
-  form.ShowDistPlot(s);
+  form.ShowDistPlot(s, [] { return std::string(); });
   Select(2);
   const std::size_t before = Items();
   Press();
@@ -140,7 +140,7 @@ TEST_F(DistPlot, AnEstimateOfZeroCostsThePercentageAlone) {
 }
 
 TEST_F(DistPlot, ARangeOfZeroDrawsNothing) {
-  form.ShowDistPlot(Simple(3, 3));
+  form.ShowDistPlot(Simple(3, 3), [] { return std::string(); });
   const std::size_t before = Items();
   Press();
   EXPECT_EQ(Items(), before);
@@ -148,7 +148,7 @@ TEST_F(DistPlot, ARangeOfZeroDrawsNothing) {
 }
 
 TEST_F(DistPlot, DropLinesExcludeLinesAndPoints) {
-  form.ShowDistPlot(Simple(2, 4));
+  form.ShowDistPlot(Simple(2, 4), [] { return std::string(); });
   desk.Tick(form.Check_Drop, true);
   EXPECT_FALSE(form.Check_Line.value || form.Check_Scatter.value);
   desk.Tick(form.Check_Scatter, true);

@@ -15,7 +15,7 @@ struct ReviewTest : testing::Test {
 
 TEST_F(ReviewTest, IsSavedAsItStandsUnderItsName) {
   const std::string path = testing::TempDir() + "merlane.rvp";
-  review.Open("Note:\n\nthe end");
+  review.Open("Note:\n\nthe end", [] { return std::string("Priors."); });
   desk.SetText(review.rtbReview, "Note:\nedited");
   windows.File(path, "Save review in...");
   EXPECT_TRUE(desk.Press(review.cmdSave));
@@ -26,7 +26,7 @@ TEST_F(ReviewTest, IsSavedAsItStandsUnderItsName) {
 }
 
 TEST_F(ReviewTest, IsNotSavedWhenTheFileIsCancelled) {
-  review.Open("Note:");
+  review.Open("Note:", [] { return std::string("Priors."); });
   windows.CancelFile();
   EXPECT_TRUE(desk.Press(review.cmdSave));
   EXPECT_TRUE(windows.writes.empty());

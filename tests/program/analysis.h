@@ -101,19 +101,15 @@ struct Analysis {
   void AtEachFit(std::function<void(int attempt)> action) {
     AtEachAttempt("Estimating parameters for simulated data", std::move(action));
   }
-  /// Saves the algorithm data under this path, and lets a bootstrap find them changed in the attempts of which
-  /// `isChanged` says so, from their simulated data on.
-  void SaveForABootstrap(const std::string& path, const std::function<void(AlgorithmData&)>& change,
+  /// Saves the algorithm data under this path, and lets a bootstrap fit changed ones in the attempts of which
+  /// `isChanged` says so.
+  void SaveForABootstrap(const std::string& path, std::function<void(AlgorithmData&)> change,
                          std::function<bool(int attempt)> isChanged) {
     windows.File(path);
     ASSERT_TRUE(desk.Press(menu.cmdSaveAlg));
-    AlgorithmData changed = state.algorithm;
-    change(changed);
-    AtEachAttempt("Reading original data", [path, text = ReadWholeFile(path)](int) { WriteWholeFile(path, text); });
-    AtEachAttempt("Reading simulated data",
-                  [path, text = AlgorithmText(changed, AlgorithmForm::Menu), isChanged](int attempt) {
-                    if (isChanged(attempt)) WriteWholeFile(path, text);
-                  });
+    AtEachFit([this, change = std::move(change), isChanged = std::move(isChanged)](int attempt) {
+      if (isChanged(attempt)) change(state.algorithm);
+    });
   }
 
   /// Opens the chooser of the priors and leaves it again.

@@ -167,9 +167,9 @@ TEST(BootstrapCoresSimplex, GoBeyondTheCallLimitWhenTheUserWantsTo) {
   ExpectSame(Bootstrap(4, Minimiser::Simplex, "juveniles_only", limit, 3), one);
 }
 
-TEST(BootstrapCoresSimplex, TakeAnAlgorithmFileThatChangesOnTheWayAsItIs) {
+TEST(BootstrapCoresSimplex, StayWithTheModelThatWasInTheAlgorithmFileWhenItChangesOnTheWay) {
   const Folder folder("bootstrap_change");
-  const auto change = [&folder](Analysis& a) {
+  const auto save = [&folder](Analysis& a) {
     AlgorithmData& algorithm = a.state.algorithm;
     // Of clutches seen before laying none but a whole shape expects a number at hatch. Behind a vector with such a
     // shape their juveniles keep what it expected of them: the objective depends on the calls that were made.
@@ -180,10 +180,19 @@ TEST(BootstrapCoresSimplex, TakeAnAlgorithmFileThatChangesOnTheWayAsItIs) {
     SaveLimited(a, 90, folder / "later.alg");
     SaveLimited(a, 20, folder / "change.alg");
     for (int replicate = 1; replicate <= 3; ++replicate) a.windows.No("Simplex minimization");
+  };
+  const auto change = [&](Analysis& a) {
+    save(a);
     a.windows.AtTurn(500, [&folder] { WriteWholeFile(folder / "change.alg", ReadWholeFile(folder / "later.alg")); });
   };
+  const Seen undisturbed = Bootstrap(1, Minimiser::Simplex, "spanning_mixture", save, 3);
   const Seen one = Bootstrap(1, Minimiser::Simplex, "spanning_mixture", change, 3);
   EXPECT_THAT(one.events, Contains("message Simplex minimization").Times(3));
+  EXPECT_THAT(one.events, Contains("message Parametric bootstrap").Times(1)) << "that the file has been changed";
+  EXPECT_EQ(one.summary, undisturbed.summary);
+  EXPECT_EQ(one.parameters, undisturbed.parameters);
+  EXPECT_EQ(one.survival, undisturbed.survival);
+  EXPECT_EQ(one.data, undisturbed.data);
   ExpectSame(Bootstrap(4, Minimiser::Simplex, "spanning_mixture", change, 3), one);
 }
 

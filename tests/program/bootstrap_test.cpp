@@ -15,6 +15,7 @@
 #include "control/algorithm_file.h"
 #include "data/record_layout.h"
 #include "platform/files.h"
+#include "priors/set_prior.h"
 #include "program/analysis.h"
 
 namespace merlane {
@@ -606,6 +607,51 @@ TEST_F(RestoreTest, ClosingTheProgramOnTheWayEndsIt) {
   windows.No("What about algorithm data?");
   desk.Press(program.frmSummary.cmdBootstrap);
   EXPECT_EQ(windows.exitStatus, 0);
+  EXPECT_FALSE(program.frmAbort.Loaded());
+}
+
+TEST_F(RestoreTest, WhoSavesOverTheModelAndThenStaysGetsReplicatesOfTheModelThatWasBootstrapped) {
+  desk.Press(program.frmMain.mnuMenu);
+  windows.File(folder / "own.alg");
+  ASSERT_TRUE(desk.Press(menu.cmdSaveAlg));
+  state.algorithm.Value(17) = 0.2;
+  state.algorithm.Step(18) = 0;
+  program.priors.PriorCode(17) = "N";
+  const auto bootstrap = [this](const std::function<void()>& onTheWay) {
+    desk.Press(program.frmMain.mnuMenu);
+    Summary();
+    const std::size_t before = program.frmSummary.rtbOut.text.size();
+    host.random.SetSeed(KeptSeed);
+    AnswerOptions("3", "40", true);
+    onTheWay();
+    DeclineReports();
+    EXPECT_TRUE(desk.Press(program.frmSummary.cmdBootstrap));
+    return program.frmSummary.rtbOut.text.substr(before);
+  };
+  const std::string undisturbed = bootstrap([] {});
+  const std::string disturbed = bootstrap([this] {
+    AtEachFit([this](int attempt) {
+      if (attempt == 2) desk.Close(program.frmMain);
+    });
+    windows.Yes("Exit Tolvane");
+    windows.Yes("What about algorithm data?");
+    windows.File(folder / "own.alg", "Save algorithm data in...");
+    windows.Yes("What about Bayesian priors?");
+    windows.CancelFile("Save Bayesian priors file in...");
+  });
+  EXPECT_FALSE(desk.Ended());
+  EXPECT_THAT(undisturbed, HasSubstr("Results from execution of 3 parametric bootstraps:"));
+  EXPECT_EQ(disturbed, undisturbed);
+  const auto told = std::ranges::count(windows.messages,
+                                       "The algorithm file own.alg has been changed since the bootstrap began. All "
+                                       "replicates are of the model that was in it then.",
+                                       &Message::text);
+  EXPECT_EQ(told, 1);
+  AlgorithmData saved;
+  saved.NPAR = state.algorithm.NPAR;
+  ReadAlgorithm(ReadWholeFile(folder / "own.alg"), saved);
+  EXPECT_EQ(saved.Value(17), 0.2);
+  EXPECT_EQ(state.algorithm.Value(17), 0.2);
 }
 
 TEST_F(RestoreTest, QuittingOnTheWaySavesTheUsersEstimatesAndNoReplicates) {
@@ -641,6 +687,16 @@ TEST_F(RestoreTest, ReviewOfThePriorsIsTheRealFitsBehindABootstrap) {
   Run(2);
   EXPECT_THAT(windows.events, Contains("shown frmReviewPriors")) << "by each minimum";
   EXPECT_THAT(program.frmReviewPriors.rtbReview.text, HasSubstr("Parameter 17 at 5.000E-02 has a prior"));
+}
+
+TEST_F(RestoreTest, ReviewBehindABootstrapIsAtWhatTheModelMakesOfAMirroredEstimate) {
+  state.flags.ObjectiveConstant = 2;
+  test::SetPrior(program.priors, 17, "N", 0.05, 0.01);
+  state.flags.BayesOn = true;
+  state.algorithm.Value(17) = -0.05;  // as a vertex of the simplex may be
+  Run(2);
+  EXPECT_THAT(program.frmReviewPriors.rtbReview.text, HasSubstr("Parameter 17 at 5.000E-02 has a prior"));
+  EXPECT_EQ(program.frmReviewPriors.lblFit.text, "Priors at the estimates of juveniles_only.alg.");
 }
 
 TEST_F(RestoreTest, FilesOfABootstrapThatBrokeOffSayInTheirHeadHowManyThereAreAndWhy) {

@@ -69,6 +69,7 @@ void HeldAgainstFresh::Behind(const Doing& step) {
   if (step.control == "frmRank.cmdAICc") CompareRow(step);
   CompareCovariances();
   CompareMinimisation();
+  CompareReview();
   if (evaluates_) CompareOneCall();
 }
 
@@ -168,6 +169,20 @@ void HeldAgainstFresh::CompareCovarianceReport() {
   if (!kept.AreOf(walked_.objective.Present())) {
     EXPECT_THAT(walked_.frmCovDisplay.lblFit.text, ::testing::HasSubstr("Since then"));
   }
+}
+
+void HeldAgainstFresh::CompareReview() {
+  const FrmReviewPriors& review = walked_.frmReviewPriors;
+  const std::string& whose = review.lblFit.text;
+  if (!review.Loaded() || whose.find("Since then") != std::string::npos) return;
+  const std::optional<Whereabouts> there = Whereabouts::Of(walked_);
+  if (!there) return;
+  const std::string shown = InFull(*there, 0) + review.rtbReview.text;
+  if (shown == std::exchange(checkedReview_, shown)) return;
+  FreshProgram fresh(*there);
+  fresh.program.frmSimplex.reviewPriors();
+  // Saved, it has its name on top.
+  EXPECT_THAT(review.rtbReview.text, ::testing::EndsWith(fresh.program.frmReviewPriors.rtbReview.text)) << whose;
 }
 
 void HeldAgainstFresh::CompareRow(const Doing& step) {

@@ -39,6 +39,8 @@ class HeldAgainstFresh {
   void CompareCovarianceReport();
   /// The objective that a minimisation reports, where it says that it is reached.
   void CompareMinimisation();
+  /// What the review of the priors tells, as long as it says that it is of the present run.
+  void CompareReview();
   /// The last row of the ranking, when it is new.
   void CompareRow(const Doing& step);
 
@@ -52,6 +54,7 @@ class HeldAgainstFresh {
   };
   std::optional<Called> called_;
   std::string checkedCovariances_;  // in which run
+  std::string checkedReview_;       // likewise
   std::optional<Basis> checkedFit_;
 };
 

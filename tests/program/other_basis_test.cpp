@@ -135,6 +135,17 @@ TEST_F(OtherBasisTest, AFunctionCallElsewhereIsNoEndOfTheMinimisationBefore) {
   EXPECT_FALSE(program.fit.minimisation);
 }
 
+TEST_F(OtherBasisTest, AFunctionCallThatRepairsTheEstimatesOfAMinimisationIsNoEndOfIt) {
+  Ready("juveniles_only");
+  state.algorithm.Value(14) = 0.1;
+  state.algorithm.Step(13) = state.algorithm.Step(14) = 0.01;
+  Simplex();
+  EXPECT_EQ(program.fit.minimisation->minimiser, "simplex");
+  OneFunction();
+  ASSERT_NE(state.algorithm.Step(21), 0) << "repaired";
+  EXPECT_FALSE(program.fit.minimisation);
+}
+
 TEST_F(OtherBasisTest, FiguresOfAFitStayThoseOfItsMoment) {
   Ready("juveniles_only");
   OneFunction();
@@ -161,6 +172,129 @@ TEST_F(OtherBasisTest, PriorsAreReviewedAtWhatTheModelMakesOfAMirroredEstimate) 
   program.frmSimplex.reviewPriors();
   EXPECT_EQ(program.frmReviewPriors.rtbReview.text, atTheEstimate);
   EXPECT_EQ(program.priors.PriorTotal, prior);
+}
+
+/// Windows of results that stay open say which fit they show, and what has changed since, whatever command changed it.
+struct LeftOpen : OtherBasisTest {
+  LeftOpen() {
+    Ready("juveniles_only");
+    test::SetPrior(program.priors, 17, "N", 0.05, 0.01);
+    state.flags.BayesOn = true;
+    state.flags.ObjectiveConstant = 0.5;
+  }
+  void EditValue(const std::string& value) {
+    CallForTheMenu();
+    ASSERT_TRUE(desk.Press(menu.cmdEditAlg));
+    ASSERT_TRUE(desk.DoubleClick(program.frmAlgo.grdVS, 17, 1));
+    ASSERT_TRUE(desk.Enter(program.frmAlgo.grdVS, 17, 1, value));
+    ASSERT_TRUE(desk.Press(program.frmAlgo.cmdFinish));
+  }
+  void Evaluate(Button& which) {
+    windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
+    windows.AtWait([this] { desk.Press(program.frmDistPlot.cmdDone); });
+    ASSERT_TRUE(desk.Press(menu.cmdParEstimate));
+    ASSERT_TRUE(desk.Press(which));
+  }
+};
+
+TEST_F(LeftOpen, TheReviewOfPriorsSaysOfWhichFitItIs) {
+  OneFunction();
+  const Label& fit = program.frmReviewPriors.lblFit;
+  EXPECT_EQ(fit.text, "Priors at the estimates of juveniles_only.alg.");
+  const double value = state.algorithm.Value(17);
+  EditValue("0.06");
+  EXPECT_EQ(fit.text,
+            "Priors at the estimates of juveniles_only.alg. Since then parameter values have been changed, step sizes "
+            "have been changed.");
+  EditValue(std::to_string(value));
+  EXPECT_EQ(fit.text, "Priors at the estimates of juveniles_only.alg.") << "these again";
+  ASSERT_TRUE(desk.Press(menu.cmdBayesian));
+  ASSERT_TRUE(desk.Press(program.frmLoadPriors.cmdUniform));
+  EXPECT_EQ(fit.text, "Priors at the estimates of juveniles_only.alg. Since then the priors have been changed.");
+}
+
+TEST_F(LeftOpen, AFunctionCallSaysOfWhichFitItIs) {
+  ASSERT_TRUE(desk.Press(menu.cmdOneFunction));
+  const Label& fit = program.frmOneFunction.lblFit;
+  EXPECT_EQ(fit.text, "Function call of juveniles_only.alg.");
+  windows.No("Initialize");
+  CallForTheMenu();
+  Initialize({.path = Golden("attributes.dat"), .covariates = "3"});
+  EXPECT_THAT(fit.text, HasSubstr("Function call of juveniles_only.alg. Since then other data have been read"));
+}
+
+TEST_F(LeftOpen, AMinimumSaysOfWhichFitItIs) {
+  OneFunction();
+  Simplex();
+  const Label& fit = program.frmSimplex.lblFit;
+  EXPECT_EQ(fit.text, "Simplex minimization of juveniles_only.alg.");
+  EXPECT_EQ(program.frmReviewPriors.lblFit.text, "Priors at the estimates of juveniles_only.alg.");
+  ASSERT_TRUE(desk.Press(menu.cmdRank));
+  windows.File(Golden("juveniles_only.alg"), "Open algorithm data file");
+  ASSERT_TRUE(desk.Press(program.frmRank.cmdLoadAlg));
+  EXPECT_EQ(fit.text, "Simplex minimization of juveniles_only.alg. Since then parameter values have been changed.");
+}
+
+TEST_F(LeftOpen, ASummarySaysOfWhichFitItIs) {
+  windows.Enter("1", "More simulations improve the goodness-of-fit (GOF) estimate");
+  windows.Yes("Choose among output options");
+  ASSERT_TRUE(desk.Press(menu.cmdUserSummary));
+  const Label& fit = program.frmSummary.lblFit;
+  EXPECT_EQ(fit.text, "Results summary of juveniles_only.alg.");
+  EditValue("0.06");
+  EXPECT_THAT(fit.text, HasSubstr("Results summary of juveniles_only.alg. Since then parameter values have been"));
+}
+
+TEST_F(LeftOpen, TheTableOfAProfileSaysOfWhichFitItIs) {
+  windows.Yes("ML parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  windows.Enter("17", "ML parameter estimate evaluation");
+  windows.Enter("3", "ML parameter estimate evaluation");
+  windows.Yes("ML parameter estimate evaluation");
+  Evaluate(program.frmParEvals.cmdML);
+  const Label& fit = program.frmMaxLike.lblFit;
+  EXPECT_EQ(fit.text,
+            "Likelihood profile of parameter 17 of juveniles_only.alg. Since then parameter values have been changed, "
+            "another minimization has been run.")
+      << "the profile itself leaves the others at its last point, which is no fit";
+}
+
+TEST_F(LeftOpen, TheTableOfAPosteriorSaysOfWhichFitItIs) {
+  windows.Yes("Bayesian parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  windows.Enter("17", "Bayesian parameter estimate evaluation");
+  windows.Enter("3", "Bayesian parameter estimate evaluation");
+  windows.Enter("3", "Bayesian parameter estimate evaluation");
+  windows.No("Bivariate plot");
+  Evaluate(program.frmParEvals.cmdBP);
+  const Label& fit = program.frmBayesian.lblFit;
+  EXPECT_EQ(fit.text, "Posterior distribution of parameter 17 of juveniles_only.alg.");
+  EditValue("0.06");
+  EXPECT_THAT(fit.text, HasSubstr("Since then parameter values have been changed"));
+}
+
+TEST_F(LeftOpen, TheProfileOfAPriorSaysOfWhichPriorsItIs) {
+  ASSERT_TRUE(desk.Press(menu.cmdBayesian));
+  ASSERT_TRUE(desk.Press(program.frmLoadPriors.cmdSet));
+  windows.Enter("17", "Evaluation of prior distributions");
+  windows.Enter("11", "Evaluation of prior distributions");
+  ASSERT_TRUE(desk.Press(program.frmSetPriors.mnuProfile));
+  EXPECT_EQ(program.frmPriorDists.lblFit.text, "Prior of parameter 17.");
+  ASSERT_TRUE(desk.SelectRow(program.frmSetPriors.grdPriors, 17));
+  windows.Enter("0.06");
+  windows.Enter("0.01");
+  ASSERT_TRUE(desk.Press(program.frmSetPriors.mnuN));
+  EXPECT_EQ(program.frmPriorDists.lblFit.text, "Prior of parameter 17. Since then the priors have been changed.");
+  EXPECT_EQ(program.frmDistPlot.lblFit.text, program.frmPriorDists.lblFit.text);
+}
+
+TEST_F(LeftOpen, CovariancesSayAtEachMomentOfWhichFitTheyAre) {
+  OneFunction();
+  Covariances();
+  EXPECT_THAT(program.frmCovDisplay.lblFit.text, Not(HasSubstr("Since then")));
+  EditValue("0.06");
+  EXPECT_THAT(program.frmCovDisplay.lblFit.text, HasSubstr("Since then parameter values have been changed"))
+      << "without a press of its own";
 }
 
 TEST_F(OtherBasisTest, TablesAtTheFitAreThoseOfItsEstimatesWherePriorsCount) {

@@ -142,7 +142,7 @@ TEST_F(PlotWindowsTest, DistributionsAreDrawnOneOverTheOther) {
   }
   series.maximumLikelihood = series.expected = 0.05;
   series.standardError = 0.01;
-  dist.ShowDistPlot(series);
+  dist.ShowDistPlot(series, [] { return std::string(); });
   windows.Sync();
   hand.Press("frmDistPlot", "cmdPlot");
   auto* const list = hand.Find<QListWidget>("frmDistPlot", "listVar");
@@ -164,7 +164,7 @@ struct SavedPictureTest : PlotWindowsTest {
     for (auto* values : {&series.values, &series.negLnL, &series.density, &series.regionOnMode, &series.regionOnMean,
                          &series.cumulative, &series.normal})
       *values = {0.1, 0.2, 0.4};
-    dist.ShowDistPlot(series);
+    dist.ShowDistPlot(series, [] { return std::string(); });
     windows.Sync();
     hand.Press("frmDistPlot", "cmdPlot");
     windows.Sync();

@@ -213,7 +213,7 @@ TEST_F(QtHostTest, QuestionsOfferWhatTheirStyleSays) {
     return buttons;
   };
   EXPECT_THAT(offered(style::Ok), ElementsAre("OK"));
-  EXPECT_THAT(offered(style::MinimumFound), ElementsAre("OK"));
+  EXPECT_THAT(offered(style::InformationCritical), ElementsAre("OK"));
   EXPECT_THAT(offered(style::OkCancelInformation), ElementsAre("Cancel", "OK"));
   EXPECT_THAT(offered(style::YesNoCancelQuestion), ElementsAre("Cancel", "No", "Yes"));
   EXPECT_THAT(offered(style::YesNoQuestion), ElementsAre("No", "Yes"));

@@ -27,11 +27,13 @@ struct Watch : PosteriorWatch {
   void OnCall(double call, double all) override { left = all - call; }
   bool Quits() override { return asked == quitsAt; }
   void OnBadConstant() override { ++badConstants; }
+  void OnUnevaluated(double nodes, const std::string&) override { unevaluated = nodes; }
   double calls = 0;
   double left = -1;
   int asked = 0;
   int quitsAt = -1;
   int badConstants = 0;
+  double unevaluated = 0;
   std::vector<std::pair<int, int>> gridPoints;
 };
 
@@ -134,6 +136,33 @@ TEST(Posterior, ADensityThatOverflowsIsARuntimeFailure) {
   Integrated p(run);
   EXPECT_THROW(p.Integrate(1, {3, 3}), RuntimeFailure);
   EXPECT_EQ(run.state.algorithm.Step(1), 1) << "a failure gives value and step back";
+}
+
+TEST(Posterior, ANodeThatCannotBeEvaluatedHasADensityOfZeroAndIsTold) {
+  const auto f = [](Array1<double>& v) { return v(1) == 2.5 && v(2) > 6.5 ? std::nan("") : Square(v(1)) + v(2); };
+  FunctionRun run({2, 7}, {0.5, 0.5}, f);
+  Integrated p(run);
+  const Posterior posterior = p.Integrate(1, {5, 3});
+  EXPECT_EQ(p.watch.unevaluated, 2);
+  EXPECT_EQ(posterior.NodeCounter, 15);
+  EXPECT_EQ(posterior.bivariate->f(1, 4), std::exp(-(6.25 + 6.5 - 11)));
+  EXPECT_EQ(posterior.bivariate->f(2, 4), 0);
+  EXPECT_EQ(posterior.bivariate->f(3, 4), 0);
+  EXPECT_EQ(posterior.points.ProfileF(4), 6.25 + 6.5 - 11);
+}
+
+TEST(Posterior, OfAPlainCurveAPointThatCannotBeEvaluatedIsImpossible) {
+  FunctionRun run({2}, {0.5}, [](Array1<double>& v) { return v(1) == 2.5 ? std::nan("") : v(1); });
+  Integrated p(run);
+  EXPECT_THAT(Vector(p.Integrate(1, {5, 0}).points.ProfileF), ElementsAre(1, 1.5, 2, VanishedF, 3));
+  EXPECT_EQ(p.watch.unevaluated, 1);
+}
+
+TEST(Posterior, ThatCannotBeEvaluatedAnywhereIsARuntimeFailure) {
+  FunctionRun run({2, 7}, {0.5, 0}, [](Array1<double>& v) { return v(1) == 2 ? v(1) : std::nan(""); });
+  run.state.algorithm.Value(1) = 2.25;
+  Integrated p(run);
+  EXPECT_THROW(p.Integrate(1, {5, 0}), RuntimeFailure);
 }
 
 TEST(Posterior, AMinimumAtTheFirstPointSkipsTheRegionOnTheMode) {

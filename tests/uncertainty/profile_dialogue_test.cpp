@@ -415,28 +415,64 @@ TEST_F(ProfileDialogueTest, AnExpectedValueOfZeroCostsThePercentageAlone) {
 
 // A parameter whose sign the model drops.
 
-TEST_F(ProfileDialogueTest, PointsBeyondZeroOfAParameterWithoutASignAreToldToBeMirrored) {
-  FreezeTheOther();
-  run.function = [](Array1<double>& v) {
-    v(1) = std::fabs(v(1));
-    return 20 + 4 * (v(1) - 3) * (v(1) - 3);
-  };
-  algorithm.Step(1) = 2;  // from -1 to 7
-  ProfileBySimplex("5");
-  EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
+struct WithoutASign : ProfileDialogueTest {
+  WithoutASign() {
+    FreezeTheOther();
+    run.function = [](Array1<double>& v) {
+      v(1) = std::fabs(v(1));
+      return 20 + 4 * (v(1) - 3) * (v(1) - 3);
+    };
+    algorithm.Step(1) = 2;  // from -1 to 7
+  }
+  void Profile(const std::function<void()>& answer) {
+    AnswerUpToMinimiser("1", "5");
+    windows.Yes(Title);
+    answer();
+    Edit();
+    SeePlots();
+    Choose(frmParEvals.cmdML);
+  }
+  std::vector<Message> Mirrored() const {
+    std::vector<Message> told;
+    for (const Message& message : windows.messages)
+      if (message.text.find("without its sign") != std::string::npos) told.push_back(message);
+    return told;
+  }
+};
+
+TEST_F(WithoutASign, PointsBeyondZeroAreToldToBeMirroredAndAStepIsOffered) {
+  Profile([this] { windows.No(Title); });
+  ASSERT_EQ(Mirrored().size(), 1U);
+  EXPECT_EQ(Mirrored()[0].text,
             "Parameter #1 is taken without its sign: beyond 0 the curves are mirror images of those before it.\r\n"
-            "With a step of 1.0000E+00 all points would lie on the side of 0 on which its value lies.");
+            "With a step of 1.0000E+00 all points would lie on the side of 0 on which its value lies.\r\n\r\n"
+            "Evaluate them with that step instead?");
+  EXPECT_EQ(*evaluation.series->ProfileX.begin(), -1);
+  EXPECT_EQ(algorithm.Step(1), 2);
 }
 
-TEST_F(ProfileDialogueTest, WithTheStepThatWasToldNothingIsMirrored) {
-  FreezeTheOther();
-  run.function = [](Array1<double>& v) {
-    v(1) = std::fabs(v(1));
-    return 20 + 4 * (v(1) - 3) * (v(1) - 3);
-  };
+TEST_F(WithoutASign, TheOfferIsTakenWithoutAnotherQuestion) {
+  Profile([this] { windows.Yes(Title); });
+  EXPECT_EQ(Mirrored().size(), 1U);
+  EXPECT_EQ(*evaluation.series->ProfileX.begin(), 1);
+  EXPECT_EQ(*(evaluation.series->ProfileX.end() - 1), 5);
+  EXPECT_EQ(algorithm.Step(1), 1) << "as a step that is edited";
+  EXPECT_EQ(algorithm.Value(1), 3);
+  EXPECT_THAT(windows.Titles(), Contains("A friendly reminder"));
+  ExpectBackAtMenu();
+}
+
+TEST_F(WithoutASign, AtAValueOfZeroThereIsNoSideToBeOffered) {
+  algorithm.Value(1) = 0;
+  Profile([] {});
+  ASSERT_EQ(Mirrored().size(), 1U);
+  EXPECT_EQ(Mirrored()[0].style, style::Information);
+}
+
+TEST_F(WithoutASign, WithTheStepThatWasToldNothingIsMirrored) {
   algorithm.Step(1) = 1;
-  ProfileBySimplex("5");
-  for (const Message& message : windows.messages) EXPECT_THAT(message.text, Not(HasSubstr("without its sign")));
+  Profile([] {});
+  EXPECT_THAT(Mirrored(), IsEmpty());
   EXPECT_EQ(*evaluation.series->ProfileX.begin(), 1);
 }
 
