@@ -8,9 +8,6 @@
 namespace merlane {
 namespace {
 
-/// Of a distribution of up to so many individuals the probabilities sum to 1 to far more than six digits.
-constexpr int MostOfKnownSum = 1000;
-
 constexpr std::size_t Eggs(HatchFate fate) { return CorrelatedEggs(fate) ? 1 : 0; }
 
 }  // namespace
@@ -32,7 +29,8 @@ std::size_t BinomialHatchRow::MostTerms(int n, std::span<const std::int16_t> cou
 
 bool BinomialHatchRow::Serves(const CountErrors& errors, int maxCount) {
   const auto binomial = [](const StageErrors& of) { return of.CodeR != 2 && of.CodeC != 2; };
-  return maxCount <= MostOfKnownSum && binomial(errors.eggs) && binomial(errors.juveniles);
+  // Of these the probabilities sum to 1 to far more than six digits.
+  return !CountDistributions::TakesLong(maxCount) && binomial(errors.eggs) && binomial(errors.juveniles);
 }
 
 void BinomialHatchRow::Begin() {
