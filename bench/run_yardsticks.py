@@ -46,11 +46,11 @@ def values_of(command):
 
 
 def prepare(yardsticks, work):
-    """Builds the plain program and the data in `work`."""
+    """Builds the plain program and the data in `work`, if they are not there."""
     literal = os.path.join(yardsticks, "literal")
-    plain = os.path.join(work, "literal")
-    subprocess.run(["g++", "-std=c++20", "-O2", "-ffp-contract=off", "-o", plain,
-                    os.path.join(literal, "literal.cpp")], check=True)
+    plain, source = os.path.join(work, "literal"), os.path.join(literal, "literal.cpp")
+    if not os.path.exists(plain) or os.path.getmtime(plain) < os.path.getmtime(source):
+        subprocess.run(["g++", "-std=c++20", "-O2", "-ffp-contract=off", "-o", plain, source], check=True)
     if not os.path.exists(os.path.join(work, "cases.json")):
         subprocess.run([sys.executable, os.path.join(literal, "big.py"), work, "--only", "a", "b", "c", "d"], check=True)
     return plain
@@ -194,12 +194,13 @@ def main():
     p.add_argument("--sets", nargs="*", default=list("abc"), choices=list("abc"))
     p.add_argument("--rounds", type=int, default=5)
     p.add_argument("--fits", action="store_true", help="the plain program fits as well, which takes a minute a round")
+    p.add_argument("--without-rival", action="store_true")
     p.add_argument("--wall", action="store_true", help="wall times beside the yardsticks")
     args = p.parse_args()
     args.ours = os.path.join(args.build, "bench", "bench_yardstick")
     os.makedirs(args.work, exist_ok=True)
     args.plain = prepare(args.yardsticks, args.work) if args.yardsticks else None
-    args.rival = bool(args.yardsticks) and has_rival()
+    args.rival = bool(args.yardsticks) and not args.without_rival and has_rival()
     sets, cases = [], os.path.join(args.work, "cases.json")
     if os.path.exists(cases):
         with open(cases) as f:
