@@ -7,7 +7,7 @@
 namespace merlane::fuzz {
 
 void Batch(std::string_view bytes) {
-  const auto lines = std::ranges::count(bytes, '\n') + 1;
+  const auto lines = std::ranges::count_if(bytes, [](char c) { return c == '\n' || c == '\r'; }) + 1;
   try {
     int before = 0;
     for (const BatchLine& line : ParseBatch(bytes)) {

@@ -45,6 +45,9 @@ void RequireConsistent(const BroodData& data) {
 
 /// The counts of real data rise at times, and not as a simulation's do; what is written are those of the records.
 void RequireSameBack(const BroodData& data, int covariates) {
+  // Of a file that is not sorted the bootstrap itself knows which of its visits are gaps.
+  for (std::size_t v = 0; v < data.VisitAge.size(); ++v)
+    if (!data.HasRecord(v)) return;
   std::string text;
   try {
     text = ReplicateDataText(data).Of(data.VisitCount);

@@ -33,6 +33,13 @@ std::string TermField(const PriorTerm& term) {
   return Field(std::get<std::string>(term));
 }
 
+/// The terms that may be texts. A second one that leaves no blank in its columns has one before it, or both would be
+/// read as one.
+std::string SecondTerms(const PriorTerm& mean, const PriorTerm& sd) {
+  const std::string last = TermField(sd);
+  return TermField(mean) + (last.front() == ' ' ? "" : " ") + last;
+}
+
 /// Hands out the terms of a line one behind the other; one that has outgrown its columns moves those behind it.
 class TermReader {
  public:
@@ -69,9 +76,9 @@ std::string PriorsFileText(const Priors& priors) {
   const int NPAR = priors.PriorCode.Size();
   std::string text = Format(NPAR, "#0") + "\r\n";
   for (int i = 1; i <= NPAR; ++i)
-    text += fmt::format("{}   {}{}{}{}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
+    text += fmt::format("{}   {}{}{}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
                         TermField(priors.PriorFirstMean(i)), TermField(priors.PriorFirstSD(i)),
-                        TermField(priors.PriorSecondMean(i)), TermField(priors.PriorSecondSD(i)),
+                        SecondTerms(priors.PriorSecondMean(i), priors.PriorSecondSD(i)),
                         PriorDistName(priors.PriorCode(i)));
   return text;
 }

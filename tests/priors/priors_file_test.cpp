@@ -32,6 +32,15 @@ TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfAnExponentOfZeroAlone) {
   }
 }
 
+TEST(PriorsFile, TwoTermsTypedWithManyCharactersAreReadAsTwo) {
+  for (const std::string mean : {"0.1234567890123", "0.123456789", "0.5"}) {
+    const Priors priors = test::PriorsOf(1, "T", 0.1, 0.02, mean, PriorTerm("0.0123456789"));
+    const Priors back = ReadPriorsText(PriorsFileText(priors), 1).priors;
+    EXPECT_EQ(back.PriorSecondMean(1), PriorTerm(mean));
+    EXPECT_EQ(back.PriorSecondSD(1), PriorTerm("0.0123456789"));
+  }
+}
+
 TEST(PriorsFile, ASecondTermTypedWithManyCharactersIsKeptWhole) {
   Priors priors = test::PriorsOf(1, "T", -200, 1);
   priors.PriorSecondMean(1) = "-0.123456789012";
