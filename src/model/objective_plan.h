@@ -105,7 +105,9 @@ struct ObjectivePlan {
   std::vector<double> logChoices;  // ln of the number of ways to choose k of n
   std::vector<int> counted;        // the prediction of each visit that counts, in the order of visits
 
-  /// Worth to be shared by several cores.
+  /// Worth to be shared by several cores. Measured on two: with binomial counts sharing gains nothing up to 3,000
+  /// predictions, 7 % at 4,500, 15 % at 6,000 and 60 % at 11,000; with overdispersed ones 20 to 30 % from 2,500 on and
+  /// half as much again from 6,000 on. Below, whole evaluations that are announced gain more beside each other.
   bool IsLarge() const { return k.size() >= 5000; }
 
   std::int32_t EggsAtRisk = 0, JuvsAtRisk = 0;
