@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <utility>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
 #include "model/parameter_layout.h"
+#include "platform/files.h"
 #include "uncertainty/covariance_report.h"
 
 namespace merlane::test {
@@ -56,7 +58,16 @@ void HeldAgainstFresh::Before() {
   summaryBefore_ = walked_.frmSummary.rtbOut.text;
 }
 
+bool HeldAgainstFresh::DataFileIsAsRead() {
+  const std::string& path = walked_.model.data.DataFileName;
+  if (!std::filesystem::is_regular_file(path)) return false;
+  std::string bytes = ReadWholeFile(path);
+  if (!read_ || read_->reading != walked_.state.reading) read_ = Read{walked_.state.reading, bytes};
+  return read_->bytes == bytes;
+}
+
 void HeldAgainstFresh::Behind(const Doing& step) {
+  if (!DataFileIsAsRead()) return;
   if (step.control == "frmMenu.cmdOneFunction")
     CompareCommand(
         step, [](Program& p) -> Button& { return p.frmMenu.cmdOneFunction; },

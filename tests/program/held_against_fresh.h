@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <optional>
 #include <string>
@@ -28,6 +29,9 @@ class HeldAgainstFresh {
   void Behind(const Doing& step);
 
  private:
+  /// Whether the data file is still what was read. Over one that was read somebody may save, or import, something else;
+  /// of what stood there a fresh program knows nothing.
+  bool DataFileIsAsRead();
   /// The run as it stands: one call's objective, K and what it leaves.
   void CompareOneCall();
   /// The texts that a command tells, and what it leaves in the run.
@@ -48,6 +52,11 @@ class HeldAgainstFresh {
   const bool evaluates_;
   std::optional<Whereabouts> before_;
   std::string summaryBefore_;  // what its pane showed
+  struct Read {
+    std::int64_t reading;
+    std::string bytes;
+  };
+  std::optional<Read> read_;  // the data file of the present reading
   struct Called {
     std::string at;  // everything that the call depends on
     OneCall call;
