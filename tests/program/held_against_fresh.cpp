@@ -141,6 +141,12 @@ void HeldAgainstFresh::CompareCovariances() {
   if (!there || !kept.AreOf(now)) return;
   // Values out of range, which have since been brought into it, are the same point, but were penalised.
   if (kept.basis->Value != now.Value) return;
+  // Steps that they proposed for a profile would span other grids.
+  const std::array<double, 4> objectives = {kept.CovF0, kept.grid(1).GridMean, kept.grid(2).GridMean,
+                                            kept.grid(3).GridMean};
+  const Array1<double>& Step = there->algorithm.Step;
+  if (grids_.objectives != objectives) grids_ = {objectives, Step};
+  if (grids_.Step != Step) return;
   // As often as the program says of another run that they are its own, that is put to the test.
   const std::string of = InFull(*there, now.search);
   if (of == std::exchange(checkedCovariances_, of)) return;

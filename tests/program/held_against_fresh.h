@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -63,7 +64,12 @@ class HeldAgainstFresh {
   };
   std::optional<Called> called_;
   std::string checkedCovariances_;  // in which run
-  std::string checkedReview_;       // likewise
+  struct Grids {
+    std::array<double, 4> objectives{};  // at the base point, and the means
+    Array1<double> Step;                 // when they were met first
+  };
+  Grids grids_;
+  std::string checkedReview_;  // likewise
   std::optional<Basis> checkedFit_;
 };
 
