@@ -174,6 +174,18 @@ TEST_F(OtherBasisTest, PriorsAreReviewedAtWhatTheModelMakesOfAMirroredEstimate) 
   EXPECT_EQ(program.priors.PriorTotal, prior);
 }
 
+TEST_F(OtherBasisTest, PriorsOfAGroupAreReviewedAtTheValueOfItsFirst) {
+  Ready("fuses");
+  test::SetPrior(program.priors, 21, "N", 0.04, 0.01);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 0.5;
+  OneFunction();
+  const std::string atTheEstimate = program.frmReviewPriors.rtbReview.text;
+  state.algorithm.Value(21) = 0.03;  // as a file may have it, until the next call
+  program.frmSimplex.reviewPriors();
+  EXPECT_EQ(program.frmReviewPriors.rtbReview.text, atTheEstimate);
+}
+
 /// Windows of results that stay open say which fit they show, and what has changed since, whatever command changed it.
 struct LeftOpen : OtherBasisTest {
   LeftOpen() {
