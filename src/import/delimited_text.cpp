@@ -101,6 +101,7 @@ bool DelimitedRows::NextLine(TextRow& row) {
   for (;;) {
     row.fields.push_back(Field());
     if (delimiter_ == Delimiter::Blanks) SkipBlanks();
+    row.overLines = line_ != row.line;
     if (rest_.empty()) return true;
     if (AtLineEnd()) {
       SkipLineEnd();

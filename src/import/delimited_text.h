@@ -15,6 +15,7 @@ const std::vector<std::string>& DelimiterNames();
 /// A row of a delimited text, its fields without quotes and the blanks around them, and the line on which it begins.
 struct TextRow {
   int line = 0;
+  bool overLines = false;  // a field in quotes goes on in another line
   std::vector<std::string> fields;
 };
 

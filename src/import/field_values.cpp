@@ -23,7 +23,7 @@ DayOfYear DayOf(calendar::sys_days day) {
 
 /// Whether a text can be the time of day behind a date.
 bool IsTime(std::string_view text) {
-  return text.empty() || ((text.front() == ' ' || text.front() == 'T') &&
+  return text.empty() || ((text.front() == ' ' || text.front() == 'T') && text.find(':') < 4 &&
                           text.substr(1).find_first_not_of("0123456789:.,+-Z APMapm") == std::string_view::npos);
 }
 

@@ -231,9 +231,9 @@ Heading HeadingOf(const std::vector<TextRow>& rows, const ImportChoices& choices
   const std::vector<TextRow> below(rows.begin() + static_cast<std::ptrdiff_t>(heading.rows), rows.end());
   const std::size_t named = heading.names.size(), usual = UsualFields(below);
   // R writes the names of rows in front, without a heading of their own.
-  const bool rowsHaveNames = named > 0 && usual == named + 1 && choices.sheet.empty() &&
-                             std::ranges::all_of(below, [&](const TextRow& row) { return row.fields.size() == usual; });
-  if (rowsHaveNames) heading.names.insert(heading.names.begin(), "");
+  heading.rowsHaveNames = named > 0 && usual == named + 1 && choices.sheet.empty() &&
+                          std::ranges::all_of(below, [&](const TextRow& row) { return row.fields.size() == usual; });
+  if (heading.rowsHaveNames) heading.names.insert(heading.names.begin(), "");
   std::size_t columns = usual;
   if (!choices.sheet.empty())  // whose rows end with the last cell that holds something
     for (const TextRow& row : below) columns = std::max(columns, row.fields.size());
@@ -313,8 +313,10 @@ ImportChoices ForText(ImportChoices kept, std::string_view text) {
   std::vector<Role> roles(present.roles.size(), Role::Unused);
   present.heading = kept.heading;
   const std::vector<std::string> names = ColumnNames(text, present);
+  std::vector<std::string> unmatched = kept.names;  // columns of the same name are matched in their order
   for (std::size_t c = 0; c < roles.size(); ++c) {
-    const int place = kept.heading ? PlaceOf(kept.names, names[c]) : static_cast<int>(c);
+    const int place = kept.heading ? PlaceOf(unmatched, names[c]) : static_cast<int>(c);
+    if (kept.heading && place >= 0) unmatched[static_cast<std::size_t>(place)].assign(1, '\n');  // which no name holds
     if (place >= 0 && place < static_cast<int>(kept.roles.size()))
       roles[c] = kept.roles[static_cast<std::size_t>(place)];
   }

@@ -76,6 +76,7 @@ ImportChoices ForText(ImportChoices kept, std::string_view text);
 struct Heading {
   std::size_t rows = 0;            // up to where the columns' names stand, titles above them included; 0: no heading
   std::vector<std::string> names;  // of all columns, each on one line, empty where there is none
+  bool rowsHaveNames = false;      // in front of the first column that the heading names
 };
 Heading HeadingOf(std::string_view text, const ImportChoices& choices);
 

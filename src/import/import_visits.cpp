@@ -86,11 +86,14 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   if (heading.rows > 1)
     remarks.Say(heading.rows == 2 ? "1 row above the heading was passed over"
                                   : fmt::format("{} rows above the heading were passed over", heading.rows - 1));
+  if (heading.rowsHaveNames)
+    remarks.Say("the rows have a field more than the heading: the first of them was taken for a name of the row");
   RowReader reader(choices, names, names.size(), remarks);
   DelimitedRows rows = RowsBehindHeading(text, choices);
   for (TextRow row; rows.Next(row);) {
     if (++imported.rows % RowsBetweenProgress == 0 && progress)
       progress(1 - static_cast<double>(rows.Rest().size()) / static_cast<double>(text.size()));
+    if (row.overLines && choices.sheet.empty()) remarks.Count(row.line, "a field in quotes goes on in another line");
     try {
       reader.Take(row);
     } catch (const LeftOut& out) {

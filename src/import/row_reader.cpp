@@ -2,9 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "data/brood_data.h"
 #include "data/most_visits.h"
 #include "data/record_layout.h"
@@ -13,6 +15,9 @@ namespace merlane {
 namespace {
 
 constexpr int MostOfInt16 = 32767;
+
+/// Days from hatch; an older one is mostly of another column, or a day of another year.
+constexpr int LongestAge = 120;
 
 /// The columns that an import cannot do without, and those that can only be one.
 void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) {
@@ -42,7 +47,7 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
                      Remarks& remarks)
     : choices_(choices), columns_(choices.roles), names_(names), headingColumns_(headingColumns), remarks_(remarks) {
   RequireColumns(choices, columns_);
-  if (choices.OfNests()) RemarkUnusedColumns();
+  RemarkUnusedColumns();
 }
 
 void RowReader::Take(const TextRow& row) {
@@ -55,6 +60,7 @@ void RowReader::Take(const TextRow& row) {
 }
 
 void RowReader::RemarkWhole() {
+  RemarkYear();
   if (dates_.unclear > 0 && !dates_.clear)
     remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",
                              dates_.unclear, dates_.example,
@@ -78,7 +84,22 @@ void RowReader::TestWidth(const TextRow& row) {
     remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
 }
 
+void RowReader::RemarkYear() {
+  if (choices_.Has(Role::Year) || visits.empty() || choices_.Has(Role::Date)) return;
+  if (std::ranges::all_of(visits, [this](const VisitRecord& visit) { return visit.year == choices_.year; }))
+    remarks_.Say(fmt::format("no column tells the year: {} was taken", choices_.year));
+}
+
 void RowReader::RemarkUnusedColumns() {
+  std::string unused;
+  for (const std::size_t c : columns_.Of(Role::Unused))
+    if (!choices_.heading || names_[c] != fmt::format("Column {}", c + 1))  // which the heading leaves without a name
+      unused += fmt::format("{}\"{}\"", unused.empty() ? "" : ", ", names_[c]);
+  if (!unused.empty()) remarks_.Say("not used: " + unused);
+  const auto isMonth = [](const std::string& name) { return LowerCase(Trim(name)) == "month"; };
+  if (choices_.Has(Role::Day) && std::ranges::any_of(names_, isMonth))
+    remarks_.Say("there is a column \"month\": days are taken as days of the year, not of a month");
+  if (!choices_.OfNests()) return;
   for (const Role role : {Role::Day, Role::Date})
     for (const std::size_t c : columns_.Of(role))
       remarks_.Say(fmt::format("\"{}\" is the {}: nests of one row each have no use for it", names_[c], NameOf(role)));
@@ -90,7 +111,7 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   visit.code = OnOneLine(fields.Text(Role::Code));
   if (visit.code.empty()) throw LeftOut{"it has no code"};
   SetDays(fields, visit);
-  visit.count = CountOf(fields);
+  visit.count = CountOf(fields, line);
   visit.covariates = Covariates(fields, line);
   visits.push_back(std::move(visit));
 }
@@ -125,10 +146,13 @@ int RowReader::CountedOn(const VisitRecord& visit, DayOfYear date, const std::st
 
 std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year) {
   const std::optional<DayOfYear> date = fields.Date(Role::HatchDate);
-  return date ? date : fields.DayNumber(Role::HatchDay, year);
+  const std::optional<DayOfYear> day = date ? date : fields.DayNumber(Role::HatchDay, year);
+  return day && day->day == 0 ? std::nullopt : day;
 }
 
 std::string RowReader::AgeText(double age, int line) {
+  if (std::abs(age) > LongestAge)
+    remarks_.Count(line, fmt::format("the age is more than {} days from hatch", LongestAge));
   const FieldNumber written = InWidth(age, record::Width);
   if (written.rounded) remarks_.Count(line, "the age has more digits than there is room for");
   return written.text;
@@ -145,17 +169,22 @@ std::string RowReader::AgeOf(const RowFields& fields, const VisitRecord& visit, 
       remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
     return AgeText(*age, visit.line);
   }
-  if (hatchKnown) return std::to_string(sinceHatch);
+  if (hatchKnown) return AgeText(sinceHatch, visit.line);
   if (choices_.unknownAge == UnknownAge::LeftOut) throw LeftOut{"its age is not known"};
   ++unknownAges;
   return choices_.unknownAge == UnknownAge::OfEggs ? "-?" : "?";
 }
 
-int RowReader::CountOf(const RowFields& fields) const {
+int RowReader::CountOf(const RowFields& fields, int line) const {
   std::optional<int> sum;
-  for (const std::size_t column : columns_.Of(Role::Count))
-    if (const std::optional<int> count = fields.Whole(Role::Count, column, 0, MostOfInt16 - 1))
-      sum = sum.value_or(0) + *count;
+  bool isMissing = false;
+  for (const std::size_t column : columns_.Of(Role::Count)) {
+    const std::optional<int> count = fields.Whole(Role::Count, column, 0, MostOfInt16 - 1);
+    if (count) sum = sum.value_or(0) + *count;
+    isMissing = isMissing || (!count && !fields.At(column).empty());
+  }
+  if (isMissing && sum == 0)
+    remarks_.Count(line, "0 in one of the numbers, and another is missing: 0 was taken for both");
   if (!sum) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Count))};
   if (*sum >= MostOfInt16) throw LeftOut{fmt::format("its {} is {}", NameOf(Role::Count), *sum)};
   return *sum;
@@ -181,12 +210,15 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
   VisitRecord visit;
   visit.line = line;
   const Nest nest = NestOf(fields, visit);
-  const int nests = choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1).value_or(1) : 1;
+  const std::optional<int> nests =
+      choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1) : std::optional<int>(1);
+  if (!nests) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Nests))};
+  if (*nests == 0) throw LeftOut{"it stands for no nest"};
   visit.covariates = Covariates(fields, line);
   const std::string code = OnOneLine(fields.Text(Role::Code));
-  for (int n = 1; n <= nests; ++n) {
+  for (int n = 1; n <= *nests; ++n) {
     visit.code = code.empty() ? fmt::format("L{}", line) : code;
-    if (nests > 1) visit.code += fmt::format("-{}", n);
+    if (*nests > 1) visit.code += fmt::format("-{}", n);
     MakeUnique(visit);
     AddNest(visit, nest);
   }
@@ -214,7 +246,7 @@ RowReader::Nest RowReader::NestOf(const RowFields& fields, VisitRecord& visit) {
     remarks_.Count(visit.line,
                    "the nest did not fail, and was checked on another day than when last present; that one counts");
   nest.end = *failed ? checked : nest.last;
-  if (choices_.Has(Role::Count)) nest.eggs = CountOf(fields);
+  if (choices_.Has(Role::Count)) nest.eggs = CountOf(fields, visit.line);
   if (nest.eggs < 1) throw LeftOut{"it has no eggs"};
   nest.age = AgeOfNest(fields, visit);
   return nest;

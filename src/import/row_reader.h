@@ -34,6 +34,7 @@ class RowReader {
   void TestWidth(const TextRow& row);
 
   void RemarkUnusedColumns();
+  void RemarkYear();
 
   void TakeVisit(const RowFields& fields, int line);
 
@@ -46,6 +47,7 @@ class RowReader {
   /// A day from the first of the visit's year on.
   int CountedOn(const VisitRecord& visit, DayOfYear date, const std::string& what);
 
+  /// None for a day of 0, too, which stands for none in a data file.
   static std::optional<DayOfYear> HatchOf(const RowFields& fields, int year);
 
   std::string AgeText(double age, int line);
@@ -54,7 +56,7 @@ class RowReader {
   std::string AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown);
 
   /// The number of a visit: what stands in all columns with counts.
-  int CountOf(const RowFields& fields) const;
+  int CountOf(const RowFields& fields, int line) const;
 
   std::string Covariates(const RowFields& fields, int line);
 

@@ -14,6 +14,7 @@
 namespace merlane {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -157,7 +158,7 @@ TEST(ImportVisits, ANestBecomesVisitsOfOneEgg) {
                                "    1995,     C-2,       5,       0,      -?,       1\r\n"
                                "    1995,     C-2,       8,       0,      -?,       1\r\n"
                                "    1995,     C-2,      12,       0,      -?,       0\r\n");
-  EXPECT_THAT(imported.remarks, IsEmpty());
+  EXPECT_THAT(imported.remarks, ElementsAre("no column tells the year: 1995 was taken"));
 }
 
 TEST(ImportVisits, ANestOfWhichTheEggsAreToldBecomesVisitsOfTheClutch) {
@@ -185,8 +186,8 @@ TEST(ImportVisits, ANestOfWhichTheHatchDayIsToldHasAges) {
 TEST(ImportVisits, ANestThatCannotBeIsLeftOut) {
   EXPECT_THAT(
       AsProposed("id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,9,0\nB,9,5,9,1\nC,5,9,9,1\nD,5,9,10,2\n").remarks,
-      ElementsAre(HasSubstr("line 3: left out, it was last present before"), HasSubstr("line 4: left out, it failed"),
-                  HasSubstr("line 5: left out, \"2\" is no fate")));
+      ElementsAre("no column tells the year: 1995 was taken", HasSubstr("line 3: left out, it was last present before"),
+                  HasSubstr("line 4: left out, it failed"), HasSubstr("line 5: left out, \"2\" is no fate")));
 }
 
 TEST(ImportVisits, ThePublishedNestsBecomeTheKeptDataFile) {
@@ -215,8 +216,40 @@ TEST(ImportVisits, AFieldBookBecomesTheVisitsThatItHolds) {
   EXPECT_EQ(ours.HatchDate, known.HatchDate);
   EXPECT_EQ(ours.Covariate, known.Covariate);
   EXPECT_GT(imported.moved, 300);
-  EXPECT_THAT(imported.remarks,
-              ElementsAre("1 row above the heading was passed over", "the number of a visit is Eggs + Young"));
+  EXPECT_THAT(imported.remarks, ElementsAre("1 row above the heading was passed over", "not used: \"Remarks\"",
+                                            "the number of a visit is Eggs + Young"));
+}
+
+TEST(ImportVisits, WhatIsEasilyMisreadIsToldBeforeAnybodyGoesOn) {
+  const auto remarks = [](const std::string& text) { return AsProposed(text).remarks; };
+  EXPECT_THAT(remarks("Nest,Day,Age,Count\n11,140,3,5,4\n11,150,13,5,4\n"),
+              Contains(HasSubstr("a field more than the heading")))
+      << "decimal commas between commas";
+  EXPECT_THAT(remarks("Year,Nest,Day,Age,Count,Notes\n2020,A,140,-5,4,\"open\n2020,A,150,5,3,x\n2020,A,155,10,2,y\" z\n"
+                      "2020,A,160,15,1,x\n"),
+              Contains(HasSubstr("line 2: a field in quotes goes on in another line")));
+  EXPECT_THAT(remarks("Year,Nest,Day,Age,Eggs,Count\n2020,A,140,-5,4,4\n2020,A,144,-1,4,2\n"),
+              Contains("not used: \"Count\""));
+  EXPECT_THAT(remarks("Nest,Day,Age,Count\nA,140,-5,4\nA,144,-1,4\n"),
+              Contains("no column tells the year: 1995 was taken"));
+  EXPECT_THAT(remarks("year,month,day,nest,eggs,age\n2020,5,3,A,4,-20\n2020,5,13,A,4,-10\n"),
+              Contains(HasSubstr("a column \"month\"")));
+  EXPECT_THAT(remarks("Year,Nest,Date,Eggs,Hatched\n2020,A,2020-05-10,4,3\n2020,A,2020-05-14,4,3\n"),
+              Contains(HasSubstr("the age is more than 120 days from hatch")));
+  EXPECT_THAT(remarks("Year,Nest,Day,Age,Eggs,Young\n2020,A,140,-1,4,0\n2020,A,142,1,0,NA\n"),
+              Contains(HasSubstr("line 3: 0 in one of the numbers, and another is missing")));
+}
+
+TEST(ImportVisits, AHatchDayOfZeroIsNone) {
+  const Imported imported =
+      AsProposed("Year,Code,DofY,HatchDay,BroodAge,EorJ\n2020,A,140,0,-999,4\n2020,A,144,0,-999,4\n");
+  EXPECT_EQ(imported.unknownAges, 2);
+}
+
+TEST(ImportVisits, ANestOfWhichNoNumberIsToldIsLeftOut) {
+  const Imported imported =
+      AsProposed("id,FirstFound,LastPresent,LastChecked,Fate,Freq\nA,1,9,9,0,2\nB,1,9,9,0,NA\nC,1,9,9,0,0\n");
+  EXPECT_EQ(imported.leftOut, 2);
 }
 
 TEST(ImportVisits, AColumnThatIsNeededIsAskedFor) {
