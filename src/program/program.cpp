@@ -119,8 +119,8 @@ void Program::WireForms() {
   frmSetPriors.profile = [this](std::int16_t selected) { priorProfileDialogue.ProfilePrior(selected); };
   frmOneFunction.reviewPriors = frmSimplex.reviewPriors = frmMarquardt.reviewPriors =
       parametricBootstrap.reviewPriors = [this] {
-        // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it, and of which the
-        // members of a group follow their first.
+        // The priors act upon what the model makes of a vector, which a minimiser keeps as it tried it, and of which
+        // the members of a group follow their first.
         AlgorithmData estimates = state.algorithm;
         if (!state.profile.ProfileOn) estimates.Value = objective.Present().Value;
         frmReviewPriors.Open(PriorReview(model.AsEvaluated(estimates), state.flags.ObjectiveConstant, priors),

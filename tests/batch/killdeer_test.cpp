@@ -49,7 +49,7 @@ TEST(Killdeer, ConstantDailySurvivalIsThePublishedOne) {
 TEST(Killdeer, ALineForEachNestWithSemicolonsAndDecimalCommasGivesItToo) {
   ExpectThePublishedFit("press frmInitialize.cmdLoadData\nfile " +
                         InQuotes(MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv") +
-                        "\npress frmImport.cmdDone\npress frmInitialize.cmdFit\n"
+                        "\npress frmImport.cmdDone\nreply yes at \"Import\"\npress frmInitialize.cmdFit\n"
                         "set frmInitialize.cboBroodCovs 0\n");
 }
 
