@@ -198,8 +198,12 @@ void Hand::NameFile(QWidget& dialog, const std::string& path) {
     if (QPushButton* const button = buttons->button(which)) {
       EXPECT_TRUE(button->isEnabled()) << dialog.windowTitle().toStdString() << " refuses " << path;
       // Soon: whether to replace a file is asked within the click, and the timer that looks for dialogs does not run
-      // inside itself.
-      QTimer::singleShot(0ms, button, [button] { QTest::mouseClick(button, Qt::LeftButton); });
+      // inside itself. Named once more, since a dialog that has just read its folder goes back to the name that it
+      // began with.
+      QTimer::singleShot(0ms, button, [button, name, path] {
+        name->setText(QString::fromStdString(path));
+        QTest::mouseClick(button, Qt::LeftButton);
+      });
     }
 }
 
