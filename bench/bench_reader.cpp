@@ -53,7 +53,8 @@ BroodData Read(const std::string& path) {
   data.FirstYear = FirstFieldYear;
   data.LastYear = static_cast<std::int16_t>(FirstFieldYear + Plan.years - 1);
   ReadingReport report;
-  ReadTextData(ReadWholeFile(path), false, data, [](const Message&) {}, report);
+  ReadTextData(
+      ReadWholeFile(path), false, data, [](const Message&) {}, report);
   return data;
 }
 

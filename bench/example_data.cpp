@@ -18,7 +18,8 @@ Example ReadExample() {
   data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   const std::string path = MERLANE_GOLDEN_DIR "/covariates_original";
   ReadingReport report;
-  ReadTextData(ReadWholeFile(path + ".dat"), false, data, [](const Message&) {}, report);
+  ReadTextData(
+      ReadWholeFile(path + ".dat"), false, data, [](const Message&) {}, report);
   example.algorithm.NPAR = static_cast<std::int16_t>(ParameterCount(data.NCov));
   example.algorithm.ParName.Dimension(example.algorithm.NPAR);
   ReadAlgorithm(ReadWholeFile(path + ".alg"), example.algorithm);

@@ -74,7 +74,8 @@ BroodData ReadFieldData(const FieldDataPlan& plan) {
   data.NCov = plan.covariates == FieldDataPlan::Covariates::None ? 0 : 3;
   data.InteractionBase = static_cast<std::int16_t>(InteractionBaseOf(data.NCov));
   ReadingReport report;
-  ReadTextData(FieldData(plan), false, data, [](const Message&) {}, report);
+  ReadTextData(
+      FieldData(plan), false, data, [](const Message&) {}, report);
   return data;
 }
 

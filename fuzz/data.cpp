@@ -21,7 +21,8 @@ BroodData Chosen(int covariates) {
 bool Read(std::string_view bytes, bool bootstrap, BroodData& data) {
   ReadingReport report;
   try {
-    ReadTextData(bytes, bootstrap, data, [](const Message&) {}, report);
+    ReadTextData(
+        bytes, bootstrap, data, [](const Message&) {}, report);
     return true;
   } catch (const FatalDataError& fault) {
     Require(!fault.message.text.empty(), "a fatal fault is told");

@@ -14,9 +14,12 @@ namespace {
 using Target = void (*)(std::string_view);
 
 const std::map<std::string, Target> targets = {
-    {"data", merlane::fuzz::Data},          {"algorithm", merlane::fuzz::Algorithm},
-    {"priors", merlane::fuzz::PriorsText},  {"covariance", merlane::fuzz::Covariance},
-    {"batch", merlane::fuzz::Batch},        {"numbers", merlane::fuzz::Numbers},
+    {"data", merlane::fuzz::Data},
+    {"algorithm", merlane::fuzz::Algorithm},
+    {"priors", merlane::fuzz::PriorsText},
+    {"covariance", merlane::fuzz::Covariance},
+    {"batch", merlane::fuzz::Batch},
+    {"numbers", merlane::fuzz::Numbers},
     {"worksheets", merlane::fuzz::Worksheets},
 };
 

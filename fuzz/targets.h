@@ -5,8 +5,8 @@
 namespace merlane::fuzz {
 
 // What a reader may be given: any bytes. Each target reads them and holds what comes of it against an inverse (what is
-// written and read back is the same) or a second opinion, with Require. A target is free to refuse bytes, but in the way
-// that its reader's declaration tells; any other exception is a finding.
+// written and read back is the same) or a second opinion, with Require. A target is free to refuse bytes, but in the
+// way that its reader's declaration tells; any other exception is a finding.
 
 void Data(std::string_view bytes);
 void Algorithm(std::string_view bytes);

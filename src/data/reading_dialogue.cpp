@@ -104,7 +104,8 @@ void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reas
     if (!reason.empty()) desk_.host.windows.OnToldFailure();
   } else {
     desk_.TellFailure("Problem finding data file or reading data",
-                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical, Joined(reason, Warnings()));
+                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical,
+                      Joined(reason, Warnings()));
   }
 }
 

@@ -88,8 +88,9 @@ void FrmCovDisplay::DisplayOnScreen() {
 void FrmCovDisplay::SaveAs() {
   // Of an earlier fit they are named for its algorithm file.
   const std::string& present = state_.algorithm.AlgShortName;
-  const std::string base =
-      covariances_.AreOf(objective_.UsersPresent()) ? present : AlgorithmShortName(covariances_.basis->AlgName, present);
+  const std::string base = covariances_.AreOf(objective_.UsersPresent())
+                               ? present
+                               : AlgorithmShortName(covariances_.basis->AlgName, present);
   FileRequest request;
   request.kind = FileRequest::Kind::Save;
   request.title = "Save covariance results as...";

@@ -383,9 +383,8 @@ TEST(BroodReader, MoreVisitsThanThereIsRoomForAreToldWithTheLine) {
   std::string text = Header + "\n";
   for (int i = 0; i < Records; ++i) text += Record(std::to_string(1000 + i % Years), "A", "1", "170", "-?", "5");
   Reading r(1000, 1000 + Years - 1);
-  EXPECT_THAT([&] { r.Of(text); },
-              testing::ThrowsMessage<RuntimeFailure>(
-                  testing::AllOf(HasSubstr("there is room for 20000000 visits"), HasSubstr("line "))));
+  EXPECT_THAT([&] { r.Of(text); }, testing::ThrowsMessage<RuntimeFailure>(testing::AllOf(
+                                       HasSubstr("there is room for 20000000 visits"), HasSubstr("line "))));
 }
 
 TEST(BroodReader, TooManyVisitsOrBroodsOfABootstrapFailWithoutEndingTheProgram) {
