@@ -9,7 +9,7 @@
 namespace merlane {
 namespace {
 
-constexpr double Infinity = std::numeric_limits<double>::infinity();
+constexpr double Infinite = std::numeric_limits<double>::infinity();
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 /// What the user would be told.
@@ -40,11 +40,11 @@ TEST(ArithmeticTest, WhatDoesNotFitItsTypeIsToldWithTheRange) {
 
 TEST(ArithmeticTest, NoInfinityAndNoNaNPasses) {
   EXPECT_EQ(Checked(-1.5), -1.5);
-  EXPECT_EQ(FailureOf([] { Checked(Infinity); }), "overflow");
+  EXPECT_EQ(FailureOf([] { Checked(Infinite); }), "overflow");
   EXPECT_EQ(FailureOf([] { Checked(NaN); }), "overflow");
   EXPECT_EQ(FailureOf([] { Divide(1e300, 1e-300); }), "overflow");
-  EXPECT_EQ(FailureOf([] { CheckedSqrt(Infinity); }), "overflow");
-  EXPECT_EQ(FailureOf([] { CheckedLog(Infinity); }), "overflow");
+  EXPECT_EQ(FailureOf([] { CheckedSqrt(Infinite); }), "overflow");
+  EXPECT_EQ(FailureOf([] { CheckedLog(Infinite); }), "overflow");
 }
 
 TEST(ArithmeticTest, OutsideTheirDomainDivisionRootAndLogarithmFail) {

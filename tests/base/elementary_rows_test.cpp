@@ -94,10 +94,10 @@ TEST_P(ElementaryRows, PowersHaveTheBitsOfOneAlone) {
 }
 
 TEST_P(ElementaryRows, TakeTheEndsOfTheRange) {
-  constexpr double Infinity = std::numeric_limits<double>::infinity();
+  constexpr double infinite = std::numeric_limits<double>::infinity();
   const std::vector<double> x{
       0.0,     -0.0,     1,          -1,           0x1p-1022,    0x1p-1074, 0x1.fffffffffffffp1023,
-      512,     -512,     Infinity,   -Infinity,    std::nan(""), 709.9,     -745.2,
+      512,     -512,     infinite,   -infinite,    std::nan(""), 709.9,     -745.2,
       0x1p-60, -0x1p-54, 1 - 0x1p-4, 1 + 0x1.09p-4};
   const auto at = [&](const auto& function) { return [&x, function](std::size_t j) { return function(x[j]); }; };
   y.resize(x.size());

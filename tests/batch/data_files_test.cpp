@@ -1,5 +1,6 @@
 // Data files that are not what they should be: the program lives, and says what is wrong.
 
+#include "batch/golden_batch.h"
 #include "batch/replay.h"
 
 namespace merlane {
@@ -7,10 +8,8 @@ namespace {
 
 using nlohmann::json;
 
-const std::string golden = MERLANE_GOLDEN_DIR "/";
-
 /// Reads `path` as the data of the golden case eggs_only and makes one function call.
-std::string Analysis(const std::string& path) {
+std::string AnalysisOf(const std::string& path) {
   return "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " + InQuotes(path) +
          "\npress frmInitialize.cmdDone\npress frmMenu.cmdLoadAlg\nreply yes\nfile " +
          InQuotes(golden + "eggs_only.alg") + "\npress frmMenu.cmdOneFunction\nexport fit fit.json\n";
@@ -26,7 +25,7 @@ class DataFile : public testing::Test {
     std::filesystem::remove(path);
   }
   void AnalyseFile(const std::string& path) {
-    const Replay replay(Analysis(path));
+    const Replay replay(AnalysisOf(path));
     status = replay.status;
     errors = replay.errors;
     titles.clear();

@@ -70,22 +70,22 @@ TEST(Exports, AGapBetweenRecordsThatStandApartIsNoVisit) {
 TEST(Exports, AFitWithoutMinimisationHasNoneOfItsFigures) {
   Fit fit;
   fit.objective = 790.6039292891389;
-  const nlohmann::json json = nlohmann::json::parse(FitJson(fit));
-  EXPECT_EQ(json["objective"], 790.6039292891389);
-  EXPECT_TRUE(json["minimiser"].is_null());
-  EXPECT_EQ(json.size(), 14U);
+  const nlohmann::json read = nlohmann::json::parse(FitJson(fit));
+  EXPECT_EQ(read["objective"], 790.6039292891389);
+  EXPECT_TRUE(read["minimiser"].is_null());
+  EXPECT_EQ(read.size(), 14U);
 }
 
 TEST(Exports, AFitTellsHowItEnded) {
   Fit fit;
   fit.objective = 592.7;
   fit.minimisation = Minimisation{"simplex", "minimum", 56, 25, 0};
-  const nlohmann::json json = nlohmann::json::parse(FitJson(fit));
-  EXPECT_EQ(json["function_calls"], 56);
-  EXPECT_EQ(json["iterations"], 25);
-  EXPECT_EQ(json["restarts"], 0);
-  EXPECT_EQ(json["minimiser"], "simplex");
-  EXPECT_EQ(json["ending"], "minimum");
+  const nlohmann::json read = nlohmann::json::parse(FitJson(fit));
+  EXPECT_EQ(read["function_calls"], 56);
+  EXPECT_EQ(read["iterations"], 25);
+  EXPECT_EQ(read["restarts"], 0);
+  EXPECT_EQ(read["minimiser"], "simplex");
+  EXPECT_EQ(read["ending"], "minimum");
 }
 
 }  // namespace

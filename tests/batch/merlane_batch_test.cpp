@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include "batch/golden_batch.h"
 #include "batch/replay.h"
 #include "batch/stopped.h"
 
@@ -11,8 +12,6 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
-
-const std::string golden = MERLANE_GOLDEN_DIR "/";
 
 class MerlaneBatch : public testing::Test {
  protected:

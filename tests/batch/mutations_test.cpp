@@ -5,12 +5,12 @@
 #include <functional>
 #include <random>
 
+#include "batch/golden_batch.h"
 #include "batch/replay.h"
 
 namespace merlane {
 namespace {
 
-const std::string golden = MERLANE_GOLDEN_DIR "/";
 constexpr auto TimeForEach = std::chrono::seconds(20);
 constexpr int MutationsEach = 500;
 
@@ -91,7 +91,7 @@ class Mutator {
 };
 
 /// Reads the data, loads `alg` and makes one function call.
-std::string Analysis(const std::string& alg) {
+std::string AnalysisBy(const std::string& alg) {
   return "clock 2024-06-01 10:30:00\nseed 1\n"
          "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " +
          InQuotes(golden + "single_individuals.dat") +
@@ -130,17 +130,17 @@ void PlayChangedFiles(const std::string& path, const std::string& sound, const s
 }
 
 TEST(Mutations, ChangedBatchFilesEndWithOneOfTheStatuses) {
-  PlayChanged(Analysis(golden + "single_individuals.alg"), [](const std::string& changed) { return changed; });
+  PlayChanged(AnalysisBy(golden + "single_individuals.alg"), [](const std::string& changed) { return changed; });
 }
 
 TEST(Mutations, ChangedAlgorithmFilesEndWithOneOfTheStatuses) {
   const std::string path = testing::TempDir() + "merlane_mutated.alg";
-  PlayChangedFiles(path, ReadFile(golden + "single_individuals.alg"), Analysis(path));
+  PlayChangedFiles(path, ReadFile(golden + "single_individuals.alg"), AnalysisBy(path));
 }
 
 TEST(Mutations, ChangedDataFilesEndWithOneOfTheStatuses) {
   const std::string path = testing::TempDir() + "merlane_mutated.dat";
-  std::string analysis = Analysis(golden + "single_individuals.alg");
+  std::string analysis = AnalysisBy(golden + "single_individuals.alg");
   analysis.replace(analysis.find(golden), golden.size() + std::string("single_individuals.dat").size(), path);
   PlayChangedFiles(path, ReadFile(golden + "single_individuals.dat"), analysis);
 }

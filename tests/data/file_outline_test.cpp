@@ -7,11 +7,11 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr const char* Header = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
+constexpr const char* HeadingLine = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ";
 
 TEST(FileOutline, TellsYearsAndCovariates) {
   const FileOutline outline =
-      OutlineOf(std::string(Header) +
+      OutlineOf(std::string(HeadingLine) +
                 ",        Lake,       Cover\r\n"
                 "    2021,       A,     160,       0,      -?,       5,           1,           2\r\n"
                 "\r\n"
@@ -23,7 +23,7 @@ TEST(FileOutline, TellsYearsAndCovariates) {
 }
 
 TEST(FileOutline, TellsOneYearAsOne) {
-  EXPECT_EQ(OutlineOf(std::string(Header) +
+  EXPECT_EQ(OutlineOf(std::string(HeadingLine) +
                       ",        Lake\n    2021,       A,     160,       0,      -?,       5,           1\n")
                 .InWords(),
             "The file holds year 2021 and 1 covariate.");
@@ -39,7 +39,7 @@ TEST(FileOutline, TellsLinesThatAreNotDividedAsTheFormatHasIt) {
 }
 
 TEST(FileOutline, GivesUpOnAnotherKindOfFileSoon) {
-  std::string text = std::string(Header) + "\n    1995,       A,     160,       0,      -?,       5\n";
+  std::string text = std::string(HeadingLine) + "\n    1995,       A,     160,       0,      -?,       5\n";
   for (int i = 0; i < 5000; ++i) text += "1995,A,160,0,-?,5\n";
   const FileOutline outline = OutlineOf(text);
   EXPECT_EQ(outline.records, 0);
@@ -47,7 +47,7 @@ TEST(FileOutline, GivesUpOnAnotherKindOfFileSoon) {
 }
 
 TEST(FileOutline, PassesOverAYearThatIsNone) {
-  const FileOutline outline = OutlineOf(std::string(Header) +
+  const FileOutline outline = OutlineOf(std::string(HeadingLine) +
                                         "\n  soon  ,       A,     160,       0,      -?,       5\n"
                                         "   99999,       A,     160,       0,      -?,       5\n");
   EXPECT_EQ(outline.records, 0);

@@ -11,7 +11,7 @@ namespace merlane::test {
 namespace {
 
 /// Writes down what a run tells.
-class Recorder : public MarquardtWatch {
+class MarquardtRecorder : public MarquardtWatch {
  public:
   std::vector<double> lambdas;            // at each pass
   std::vector<std::int16_t> trialCounts;  // at each pass
@@ -65,7 +65,7 @@ class ScriptedTrials {
   double current = 0;
   std::size_t trialsMade = 0;
   FunctionRun run;
-  Recorder watch;
+  MarquardtRecorder watch;
 };
 
 TEST(MarquardtTrial, AValueEqualToTheBestIsAcceptedAndCountsAndPassesTheAbsoluteTest) {
@@ -141,7 +141,7 @@ TEST(MarquardtFrustration, AtTheFifthVerificationTheImprovementStandsInValueAlon
     return x(1) == base + base * 0.001 || x(1) == base - base * 0.001 ? best + 1 : best;
   });
   that = &run;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::FrustratedByVerifications);
   EXPECT_EQ(result.verifications, 5);
@@ -164,7 +164,7 @@ TEST(MarquardtFrustration, TheFifthVerificationMayFollowRejections) {
     return trials++ % 27 < 2 ? best -= 1 : 1000.0;
   });
   that = &run;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::FrustratedByVerifications);
   EXPECT_EQ(result.verifications, 5);
@@ -185,7 +185,7 @@ TEST(MarquardtFrustration, InABootstrapVerificationMayBeRepeatedPracticallyWitho
   });
   that = &run;
   run.state.flags.BootstrapMode = true;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   EXPECT_EQ(result.verifications, 41);
@@ -194,7 +194,7 @@ TEST(MarquardtFrustration, InABootstrapVerificationMayBeRepeatedPracticallyWitho
 TEST(MarquardtConvergence, WithAToleranceOfZeroNeitherTestCanPass) {
   FunctionRun run({-1.2, 1}, Rosenbrock);
   run.state.algorithm.Tolerance = 0;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_NE(result.ending, MarquardtEnding::Minimum);
   EXPECT_EQ(result.verifications, 0);
@@ -300,7 +300,7 @@ TEST(MarquardtDerivatives, AParameterAtExactlyZeroIsMovedByAnAbsoluteThousandth)
     points.push_back(x);
     return Square(x(1) - 1) + Square(x(2) - 4) + 1;
   });
-  Recorder watch;
+  MarquardtRecorder watch;
   Minimise(run, watch);
   EXPECT_EQ(points[1], (Array1<double>{0.001, 5}));
   EXPECT_EQ(points[2], (Array1<double>{-0.001, 5}));
@@ -315,7 +315,7 @@ TEST(MarquardtDerivatives, AreTakenAtFreeValueThoughTheRunBeginsAtValue) {
   FunctionRun run({1}, [](Array1<double>& x) { return Square(x(1) - 3) + 1; });
   run.Pack();
   run.state.free.FreeValue(1) = 2;
-  Recorder watch;
+  MarquardtRecorder watch;
   MinimiseMarquardt(run.state, run.objective, DerivativeMode::Numerical, watch);
   EXPECT_EQ(run.calls[0].X(1), 1);
   EXPECT_EQ(run.calls[1].X(1), 2 + 2 * 0.001);
@@ -326,7 +326,7 @@ TEST(MarquardtDerivatives, AFullSetTakesTheSquareOfTheParametersPlusTheirNumber)
   FunctionRun run({-3, -1, -3, -1}, Wood);
   run.state.algorithm.MaxCalls = 1;
   run.state.algorithm.Tolerance = 0;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   ASSERT_EQ(result.Iterations, 1);
   EXPECT_EQ(result.NF, 1 + 4 * 5 + watch.trialCounts.back());
@@ -337,7 +337,7 @@ TEST(MarquardtDerivatives, AreThoseOfTheFunction) {
       {2, -3}, [](Array1<double>& x) { return 2 * x(1) * x(1) + 3 * x(1) * x(2) + 5 * x(2) * x(2) + 7 * x(1) + 100; });
   run.state.algorithm.MaxCalls = 1;
   run.state.algorithm.Tolerance = 0;
-  Recorder watch;
+  MarquardtRecorder watch;
   Minimise(run, watch);
   EXPECT_NEAR(watch.atEnd->GradientShown(1), 4 * 2 + 3 * -3 + 7, 1e-8);
   EXPECT_NEAR(watch.atEnd->GradientShown(2), 3 * 2 + 10 * -3, 1e-8);
@@ -349,7 +349,7 @@ TEST(MarquardtDerivatives, AreThoseOfTheFunction) {
 
 TEST(MarquardtAnalytical, AModelWithoutDerivativesEndsTheRun) {
   FunctionRun run({0, 0}, Quadratic);
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
   EXPECT_EQ(result.ending, MarquardtEnding::DerivativesMissing);
   EXPECT_EQ(result.NF, 1);
@@ -359,7 +359,7 @@ TEST(MarquardtAnalytical, AModelWithoutDerivativesEndsTheRun) {
 TEST(MarquardtAnalytical, DerivativesBelowTheDiagonalAloneAreMissing) {
   FunctionRun run({0, 0}, Quadratic);
   run.derivatives = [](ModelCall& call) { call.G(1) = call.H(2, 1) = 1; };
-  Recorder watch;
+  MarquardtRecorder watch;
   EXPECT_EQ(Minimise(run, watch, DerivativeMode::Analytical).ending, MarquardtEnding::DerivativesMissing);
 }
 
@@ -374,7 +374,7 @@ TEST(MarquardtAnalytical, DerivativesAreTakenByTheNumbersOfTheParameters) {
     call.H(3, 3) = 8;
   };
   run.state.algorithm.Tolerance = 1e-9;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   const Array1<double>& Value = run.state.algorithm.Value;
@@ -394,7 +394,7 @@ TEST(MarquardtAnalytical, DerivativesAreAskedForWithFollowersBroughtAlong) {
     call.H(1, 1) = 8;
     call.H(3, 3) = 2;
   };
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch, DerivativeMode::Analytical);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   EXPECT_GT(result.Iterations, 1);
@@ -402,7 +402,7 @@ TEST(MarquardtAnalytical, DerivativesAreAskedForWithFollowersBroughtAlong) {
 
 TEST(MarquardtMatrix, ADeadParameterMakesARowOfZeros) {
   FunctionRun run({1, 2}, [](Array1<double>& x) { return Square(x(1) - 3) + 1; });
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::MatrixFailed);
   EXPECT_EQ(watch.atEnd->failedRow, 2);
@@ -411,7 +411,7 @@ TEST(MarquardtMatrix, ADeadParameterMakesARowOfZeros) {
 
 TEST(MarquardtAxial, CallsPassTheCodeOfAFirstCallAndAreNotCounted) {
   FunctionRun run({0, 0}, Quadratic);
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.NF, 15);
   EXPECT_EQ(result.axialCalls, 4);
@@ -437,7 +437,7 @@ struct AxialSearch {
 
   std::size_t used = 0;
   FunctionRun run;
-  Recorder watch;
+  MarquardtRecorder watch;
   MarquardtResult result;
 };
 
@@ -483,7 +483,7 @@ TEST(Marquardt, TakesOverWhatTheModelMadeOfTheTrialVector) {
     return Square(x(1) - 0.7) + 1;
   });
   run.state.algorithm.Tolerance = 1e-9;
-  Recorder watch;
+  MarquardtRecorder watch;
   Minimise(run, watch);
   EXPECT_NEAR(run.state.algorithm.Value(1), 0.7, 1e-3);
   EXPECT_EQ(run.state.free.FreeValue(1), run.state.algorithm.Value(1));
@@ -493,7 +493,7 @@ TEST(Marquardt, MovesFusedParametersTogether) {
   FunctionRun run({1, 5, 2}, [](Array1<double>& x) { return Square(x(1) + x(2) - 6) + Square(x(3) - 4) + 1; });
   run.state.algorithm.Fuse(1) = run.state.algorithm.Fuse(2) = "A";
   run.state.algorithm.Tolerance = 1e-9;
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(run.state.free.NFREE, 2);
   EXPECT_NEAR(result.F, 1, 1e-6);
@@ -503,7 +503,7 @@ TEST(Marquardt, MovesFusedParametersTogether) {
 
 TEST(Marquardt, AStartThatIsNoNumberIsTold) {
   FunctionRun run({1}, [](Array1<double>&) { return std::nan(""); });
-  Recorder watch;
+  MarquardtRecorder watch;
   EXPECT_THROW(Minimise(run, watch), ArithmeticFailure);
 }
 
@@ -513,7 +513,7 @@ TEST(Marquardt, PointsThatCannotBeEvaluatedNeverEndTheSearch) {
     if (x(1) <= 0.01) throw ArithmeticFailure("division by zero");
     return x(1) - 0.02 * std::log(x(1) - 0.01) + 10;
   });
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   EXPECT_NEAR(run.state.algorithm.Value(1), 0.03, 0.002);
@@ -528,7 +528,7 @@ TEST(Marquardt, DerivativesAtTheEdgeOfWhatCanBeEvaluatedTurnTheSearchAway) {
     if (x(1) < 1) throw ArithmeticFailure("overflow");
     return Square(x(1) - 3) + 10;
   });
-  Recorder watch;
+  MarquardtRecorder watch;
   const MarquardtResult result = Minimise(run, watch);
   EXPECT_EQ(result.ending, MarquardtEnding::Minimum);
   EXPECT_NEAR(run.state.algorithm.Value(1), 3, 0.05);

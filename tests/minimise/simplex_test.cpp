@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 
 /// Writes down what a run tells, and answers what a test has prepared.
-class Recorder : public SimplexWatch {
+class SimplexRecorder : public SimplexWatch {
  public:
   int built = 0, minima = 0, zeroValues = 0, ends = 0, limitQuestions = 0;
   int unevaluated = -1;  // as the end told it
@@ -78,7 +78,7 @@ class SimplexOnValues {
   std::vector<Array1<double>> points;  // where the objective was evaluated
   FunctionRun run;
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
 };
 
 // With one free parameter the vertices are 0 and 0.1; the second is better in these tests, so the centroid is 0.1 and
@@ -210,7 +210,7 @@ TEST(SimplexConvergence, AToleranceOfZeroCanNeverBeMet) {
   run.state.algorithm.MaxCalls = 500;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(result.ending, SimplexEnding::CallLimit);
   EXPECT_EQ(watch.minima, 0);
@@ -236,7 +236,7 @@ TEST(SimplexReports, ComeAtOneAndEveryFrequencyBehindIt) {
   run.state.algorithm.FileFreq = 4;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   watch.haltAfter = 10;
   MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_THAT(watch.terminalReports, ElementsAre(1, 4, 7, 10));
@@ -249,7 +249,7 @@ TEST(SimplexReports, AFrequencyOfZeroGivesNone) {
   run.state.algorithm.FileFreq = 0;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   watch.haltAfter = 10;
   watch.reportAtHalt = true;
   MinimiseSimplex(run.state, run.objective, simplex, watch);
@@ -263,7 +263,7 @@ TEST(SimplexReports, AHaltBetweenReportsMakesOneMore) {
     run.state.algorithm.TerminalFreq = TerminalFreq;
     run.Pack();
     SimplexState simplex;
-    Recorder watch;
+    SimplexRecorder watch;
     watch.haltAfter = haltAfter;
     watch.reportAtHalt = true;
     MinimiseSimplex(run.state, run.objective, simplex, watch);
@@ -279,7 +279,7 @@ TEST(SimplexReports, AMinimumBetweenReportsMakesNone) {
   run.state.algorithm.TerminalFreq = 5;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   EXPECT_EQ(MinimiseSimplex(run.state, run.objective, simplex, watch).Iterations, 78);
   EXPECT_EQ(watch.terminalReports.back(), 76);
 }
@@ -290,7 +290,7 @@ TEST(SimplexReports, TheCallLimitMakesOneMore) {
   run.state.algorithm.MaxCalls = 20;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_THAT(watch.terminalReports, ElementsAre(1, result.Iterations));
 }
@@ -312,7 +312,7 @@ TEST(SimplexCallLimit, YesStartsTheCountAgainFromOne) {
   run.state.algorithm.MaxCalls = 20;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   watch.continueAtLimit = true;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(result.ending, SimplexEnding::Minimum);
@@ -409,7 +409,7 @@ TEST(SimplexRestart, IsCountedAndTheRunGoesOnToASecondVerification) {
   run.state.algorithm.Tolerance = 0.05;
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(result.Restarts, 1);
   EXPECT_THAT(watch.restarts, ElementsAre(1));
@@ -419,7 +419,7 @@ TEST(SimplexRestart, IsCountedAndTheRunGoesOnToASecondVerification) {
 
 TEST(SimplexRestart, MoreThanAnI16CanCountIsARuntimeFailure) {
   // Each verification finds at once something better than all there was.
-  struct AlwaysBetter : Recorder {
+  struct AlwaysBetter : SimplexRecorder {
     void OnVerifying() override { level -= 1; }
     double level = 0;
   } watch;
@@ -436,14 +436,14 @@ TEST(SimplexResumed, GoesOnFromTheSimplexThatStands) {
   FunctionRun run({-1.2, 1}, Rosenbrock);
   run.Pack();
   SimplexState simplex;
-  Recorder first;
+  SimplexRecorder first;
   first.haltAfter = 30;
   const SimplexResult stopped = MinimiseSimplex(run.state, run.objective, simplex, first);
   EXPECT_EQ(stopped.ending, SimplexEnding::Interrupted);
   const double column1 = simplex.Simplex(1)(1);
 
   run.state.free.FreeValue.Fill(1e6);  // would be seen if it were used
-  Recorder second;
+  SimplexRecorder second;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, second);
   EXPECT_EQ(second.built, 0);
   EXPECT_EQ(second.startOfColumn1, column1);
@@ -457,7 +457,7 @@ struct SimplexResumedElsewhere : ::testing::Test {
   SimplexResumedElsewhere() {
     run.objective.priorTerm = [this](const Array1<double>& x) { return pull * Square(x(1)); };
     run.objective.priorsInForce = [this] { return std::to_string(pull); };
-    Recorder first;
+    SimplexRecorder first;
     first.haltAfter = 5;
     Minimise(first);
   }
@@ -467,7 +467,7 @@ struct SimplexResumedElsewhere : ::testing::Test {
   }
   /// The next run builds its own polytope and reaches the minimum of what the run is now.
   void ExpectBuiltAfresh(double F) {
-    Recorder watch;
+    SimplexRecorder watch;
     const SimplexResult result = Minimise(watch);
     EXPECT_EQ(watch.built, 1);
     EXPECT_EQ(result.ending, SimplexEnding::Minimum);
@@ -481,7 +481,7 @@ struct SimplexResumedElsewhere : ::testing::Test {
 };
 
 TEST_F(SimplexResumedElsewhere, GoesOnWhereNothingHasChanged) {
-  Recorder watch;
+  SimplexRecorder watch;
   Minimise(watch);
   EXPECT_EQ(watch.built, 0);
 }
@@ -498,7 +498,7 @@ TEST_F(SimplexResumedElsewhere, IsBuiltAfreshWhenItsOwnRunFrozeAParameterUnderWa
     run.state.algorithm.Step(1) = 0;
     return Square(x(1) - 1) + Square(x(2) - 2);
   };
-  Recorder first;
+  SimplexRecorder first;
   Minimise(first);
   EXPECT_EQ(first.built, 1);
   EXPECT_EQ(run.state.free.NFREE, 2);
@@ -549,7 +549,7 @@ TEST_F(SimplexResumedElsewhere, IsBuiltAfreshFromAnotherStartAndWithOtherSteps) 
 }
 
 TEST_F(SimplexResumedElsewhere, IsBuiltAfreshBehindAMarquardtThatCouldNotImprove) {
-  Recorder watch;
+  SimplexRecorder watch;
   Minimise(watch);
   MarquardtWatch nobody;
   const Array1<double> before = run.state.algorithm.Value;
@@ -568,7 +568,7 @@ TEST(SimplexResumed, AfterARuntimeFailureTheSimplexIsBuiltAnew) {
   });
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   EXPECT_THROW(MinimiseSimplex(run.state, run.objective, simplex, watch), RuntimeFailure);
   MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(watch.built, 2);
@@ -622,7 +622,7 @@ TEST(Simplex, PointsThatCannotBeEvaluatedNeverEndTheSearch) {
   run.state.algorithm.Step(1) = -2.5;  // so the first polytope has a vertex there
   run.Pack();
   SimplexState simplex;
-  Recorder watch;
+  SimplexRecorder watch;
   const SimplexResult result = MinimiseSimplex(run.state, run.objective, simplex, watch);
   EXPECT_EQ(result.ending, SimplexEnding::Minimum);
   EXPECT_NEAR(run.state.algorithm.Value(1), 1, 0.02);

@@ -19,7 +19,7 @@ struct Asked {
   std::vector<std::int16_t> counts;
 };
 
-Asked Random(RandomStream& random) {
+Asked AnyAsked(RandomStream& random) {
   Asked asked;
   asked.n = 1 + static_cast<int>(random.Uniform() * MaxCount);
   asked.expected.q = random.Uniform();
@@ -56,7 +56,7 @@ TEST(BinomialHatchRow, HasTheBitsOfOneDistributionAfterTheOther) {
       std::vector<Asked> asked(1 + static_cast<std::size_t>(row % 7));
       std::size_t terms = 0, counts = 0;
       for (Asked& one : asked) {
-        one = Random(random);
+        one = AnyAsked(random);
         terms += BinomialHatchRow::MostTerms(one.n, one.counts);
         counts += one.counts.size();
       }
@@ -86,7 +86,7 @@ TEST(BinomialHatchRow, DeclinesWhereOneDistributionFails) {
   const CountDistributions distributions(MaxCount);
   BinomialHatchRow row(distributions, 1, 100);
   RandomStream random(2026, 2);
-  Asked asked = Random(random);
+  Asked asked = AnyAsked(random);
   asked.expected.numbers.juveniles.fill(1);
   row.Begin();
   EXPECT_TRUE(row.Add(Errors(0.5, 0.5), asked.expected, asked.n, asked.counts, false));

@@ -32,10 +32,7 @@ const json& Kept(const std::string& what) {
   throw std::runtime_error("no such fit: " + what);
 }
 
-test::GoldenCase CaseOf(const json& fit) {
-  const std::vector<test::GoldenCase> cases = test::GoldenCases();
-  return *std::ranges::find(cases, fit["case"].get<std::string>(), &test::GoldenCase::name);
-}
+const test::GoldenCase& CaseOf(const json& fit) { return test::GoldenCaseNamed(fit["case"]); }
 
 /// The survival model at the minimum that a simplex found, with the steps of the evaluation.
 struct Fitted {

@@ -23,14 +23,14 @@ Parameters BothMortalities() {
 
 /// Whatever is left out, the sums of probabilities among it, would have had no effect.
 TEST(SpanningJudge, GivesTheBitsOfTheWholeDistributions) {
-  constexpr int MaxCount = 15;
-  const CountDistributions distributions(MaxCount);
-  SpanningJudge judge(distributions, MaxCount);
+  constexpr int Most = 15;
+  const CountDistributions distributions(Most);
+  SpanningJudge judge(distributions, Most);
   const CountErrors errors(BothMortalities());
   RandomStream random(2024, 1);
   int judged = 0;
   for (int i = 0; i < 2000; ++i) {
-    const int n = 1 + static_cast<int>(random.Uniform() * MaxCount);
+    const int n = 1 + static_cast<int>(random.Uniform() * Most);
     const double EHatch = n * random.Uniform();
     const double EJuv = EHatch * random.Uniform();
     const double thetaEggs = std::pow(10.0, -7 * random.Uniform());

@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
-std::string Kept(const std::string& name) { return MERLANE_SOURCE_DIR "/tests/data/import/" + name; }
+std::string KeptXlsx(const std::string& name) { return MERLANE_SOURCE_DIR "/tests/data/import/" + name; }
 
 const WorkbookCell None;
 WorkbookCell Text(const char* text) { return std::string(text); }
@@ -59,9 +59,9 @@ std::vector<std::pair<int, std::vector<WorkbookCell>>> RowsOf(const std::string&
 }
 
 TEST(XlsxWorkbook, TellsItsWorksheetsInTheirOrder) {
-  EXPECT_THAT(XlsxWorkbook(Kept("p_titles_on_second_sheet.xlsx")).Sheets(),
+  EXPECT_THAT(XlsxWorkbook(KeptXlsx("p_titles_on_second_sheet.xlsx")).Sheets(),
               ElementsAre("Read me", "Lake & shore", "Empty"));
-  EXPECT_THAT(XlsxWorkbook(Kept("p_rich_texts.xlsx")).Sheets(), ElementsAre("Visits")) << "a chart is none";
+  EXPECT_THAT(XlsxWorkbook(KeptXlsx("p_rich_texts.xlsx")).Sheets(), ElementsAre("Visits")) << "a chart is none";
 }
 
 TEST(XlsxWorkbook, CellsAreNumbersTextsAndDates) {
@@ -102,7 +102,7 @@ TEST(XlsxWorkbook, TextBeyondWhatACellHoldsIsRefused) {
 }
 
 TEST(XlsxWorkbook, IsReadAgainAndEndsWhenSomebodyThrows) {
-  XlsxWorkbook workbook(Kept("lo_visits.xlsx"));
+  XlsxWorkbook workbook(KeptXlsx("lo_visits.xlsx"));
   const std::string sheet = workbook.Sheets().front();
   int rows = 0;
   const auto count = [&](int, const std::vector<WorkbookCell>&) { ++rows; };
@@ -116,7 +116,7 @@ TEST(XlsxWorkbook, IsReadAgainAndEndsWhenSomebodyThrows) {
 }
 
 TEST(XlsxWorkbook, CutAnywhereIsRefused) {
-  const std::string whole = ReadWholeFile(Kept("lo_visits.xlsx"));
+  const std::string whole = ReadWholeFile(KeptXlsx("lo_visits.xlsx"));
   const std::string path = testing::TempDir() + "cut.xlsx";
   for (std::size_t length = 0; length < whole.size(); length += 61) {
     WriteWholeFile(path, whole.substr(0, length), false);

@@ -57,10 +57,7 @@ void ExpectSeries(const FitStatistic& statistic, const nlohmann::json& known) {
 
 TEST_P(GoldenFigures, EverySumIsKnownToTheLastBit) {
   const nlohmann::json& exact = GetParam()["exact"];
-  test::GoldenCase golden;
-  for (const auto& c : test::GoldenCases())
-    if (c.name == GetParam()["case"]) golden = c;
-  test::Evaluated e(golden);
+  test::Evaluated e(test::GoldenCaseNamed(GetParam()["case"]));
   e.CallAgain();
   const auto free = static_cast<int>(std::ranges::count_if(e.run.algorithm.Step, [](double s) { return s != 0; }));
   EXPECT_EQ(e.state.BestObjective, Number(exact["BestObjective"]));

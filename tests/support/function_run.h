@@ -12,6 +12,8 @@
 
 namespace merlane::test {
 
+inline std::vector<double> Vector(const Array1<double>& a) { return {a.begin(), a.end()}; }
+
 /// A function of a vector, brought to the framework as a model: it knows nothing of the data behind it.
 using Function = std::function<double(Array1<double>&)>;
 

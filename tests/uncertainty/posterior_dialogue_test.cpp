@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr const char* Title = "Bayesian parameter estimate evaluation";
+constexpr const char* PosteriorTitle = "Bayesian parameter estimate evaluation";
 constexpr const char* GridPrompt = "Choose the number of data points for grid parameter:\r\n0 <= # points <= 1001";
 
 /// The posterior over F = 20 + 4 (x - 3)^2 + 3 (y - 1)^2, of which x = 3 has the SE 0.5. Eight parameters, the rest
@@ -31,21 +31,21 @@ struct PosteriorDialogueTest : test::EvaluationForms {
   void FreezeTheOther() { algorithm.Step(2) = 0; }
   void FreeThree() { algorithm.Step(3) = 0.1; }
   void AnswerUpToParameter() {
-    windows.Yes(Title);
+    windows.Yes(PosteriorTitle);
     windows.Enter("0.500", "Enter constant");
   }
   /// Up to the editor; no grid points where no other parameter is free.
   void AnswerSetup(const std::string& parameter, const std::string& points, const std::string& gridPoints = "") {
     AnswerUpToParameter();
-    windows.Enter(parameter, Title);
-    windows.Enter(points, Title);
-    if (!gridPoints.empty()) windows.Enter(gridPoints, Title);
+    windows.Enter(parameter, PosteriorTitle);
+    windows.Enter(points, PosteriorTitle);
+    if (!gridPoints.empty()) windows.Enter(gridPoints, PosteriorTitle);
   }
   std::string LastBox() const { return windows.messages[windows.messages.size() - 2].text; }
 };
 
 TEST_F(PosteriorDialogueTest, TellsAndAsksInTheseWords) {
-  windows.No(Title);
+  windows.No(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   ASSERT_EQ(windows.messages.size(), 2U);
   EXPECT_EQ(windows.messages[0].style, 64);
@@ -77,8 +77,8 @@ TEST_F(PosteriorDialogueTest, TellsAndAsksInTheseWords) {
 
 TEST_F(PosteriorDialogueTest, AnEmptyParameterEndsTheCommand) {
   AnswerUpToParameter();
-  windows.Enter("9", Title);
-  windows.CancelInput(Title);
+  windows.Enter("9", PosteriorTitle);
+  windows.CancelInput(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(windows.inputs.back().prompt,
             "Choose the parameter number to be evaluated or Quit: \r\n0 < parameter # <= 8");
@@ -87,7 +87,7 @@ TEST_F(PosteriorDialogueTest, AnEmptyParameterEndsTheCommand) {
 
 TEST_F(PosteriorDialogueTest, QuitAtTheParameterEndsTheCommandAsThePromptSays) {
   AnswerUpToParameter();
-  windows.Enter(" q ", Title);
+  windows.Enter(" q ", PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(windows.inputs.back().prompt,
             "Choose the parameter number to be evaluated or Quit: \r\n0 < parameter # <= 8");
@@ -119,9 +119,9 @@ TEST_F(PosteriorDialogueTest, OrdinatesThatAllVanishAreToldInPlaceOfAFlatCurve) 
 
 TEST_F(PosteriorDialogueTest, APointCountBelowOneOrAbove1001IsAskedForAgain) {
   AnswerUpToParameter();
-  windows.Enter("1", Title);
-  for (const char* refused : {"0", "-3", "1002"}) windows.Enter(refused, Title);
-  windows.CancelInput(Title);
+  windows.Enter("1", PosteriorTitle);
+  for (const char* refused : {"0", "-3", "1002"}) windows.Enter(refused, PosteriorTitle);
+  windows.CancelInput(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(windows.inputs.back().prompt,
             "Choose the number of data points for profile parameter:\r\n0 <= # points <= 1001");
@@ -131,8 +131,8 @@ TEST_F(PosteriorDialogueTest, APointCountBelowOneOrAbove1001IsAskedForAgain) {
 
 TEST_F(PosteriorDialogueTest, GridPointsAreAskedForByTheSameRules) {
   AnswerSetup("1", "2", "0");
-  windows.Enter("1002", Title);
-  windows.Enter("4", Title);
+  windows.Enter("1002", PosteriorTitle);
+  windows.Enter("4", PosteriorTitle);
   Edit();
   SeePlots();
   windows.No("Bivariate plot");
@@ -144,9 +144,9 @@ TEST_F(PosteriorDialogueTest, GridPointsAreAskedForByTheSameRules) {
 
 TEST_F(PosteriorDialogueTest, CancelAtTheGridPointsEndsTheCommand) {
   AnswerUpToParameter();
-  windows.Enter("1", Title);
-  windows.Enter("3", Title);
-  windows.CancelInput(Title);
+  windows.Enter("1", PosteriorTitle);
+  windows.Enter("3", PosteriorTitle);
+  windows.CancelInput(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_FALSE(frmAlgo.Loaded());
   ExpectBackAtMenu();
@@ -272,7 +272,7 @@ TEST_F(PosteriorDialogueTest, TooManyFunctionCallsAreRefusedWithANumberThatIsNot
   FreeThree();
   algorithm.Step(4) = 0.1;
   AnswerSetup("1", "1001", "1001");  // 1001^3 x 1001
-  windows.CancelInput(Title);
+  windows.CancelInput(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(windows.messages.back().title, "Too many function calls");
   EXPECT_EQ(windows.messages.back().style, 48);
@@ -322,7 +322,7 @@ TEST_F(PosteriorDialogueTest, SixOtherFreeParametersAreIntegrated) {
 TEST_F(PosteriorDialogueTest, AStepOfZeroIsRefusedAndTheParameterAskedForAgain) {
   AnswerSetup("3", "3", "3");
   Edit();
-  windows.CancelInput(Title);
+  windows.CancelInput(PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].title, "Problem with setup");
   EXPECT_EQ(LastBox(), "The parameter chosen has a step size of zero; please try again");
@@ -333,7 +333,7 @@ TEST_F(PosteriorDialogueTest, AStepOfZeroIsRefusedAndTheParameterAskedForAgain) 
 TEST_F(PosteriorDialogueTest, StepsFromTheCovariancesSpanSevenErrorsOnTheGridAndEightOnTheProfile) {
   TakeCovariances({0.5, 0.1});
   AnswerSetup("1", "25", "15");
-  windows.Enter("3", Title);
+  windows.Enter("3", PosteriorTitle);
   Edit([this] {
     EXPECT_DOUBLE_EQ(algorithm.Step(1), 1.5 * 24 / (24 * 3));
     EXPECT_DOUBLE_EQ(algorithm.Step(2), 3 * 0.1 * 7 / 14);
@@ -350,8 +350,8 @@ TEST_F(PosteriorDialogueTest, AGridThatFailedProposesNoNegativeSteps) {
   covariances.grid(1).standardErrors.Fill(-1);
   const Array1<double> steps = algorithm.Step;
   AnswerSetup("1", "25", "15");
-  windows.Enter("1", Title);
-  windows.Enter("N", Title);
+  windows.Enter("1", PosteriorTitle);
+  windows.Enter("N", PosteriorTitle);
   Edit([&] { EXPECT_EQ(algorithm.Step, steps); });
   SeePlots();
   windows.No("Bivariate plot");
@@ -367,7 +367,7 @@ TEST_F(PosteriorDialogueTest, TheReferenceOfOtherDataIsNotTaken) {
     algorithm.Step(2) = 0.1;
     algorithm.Step(3) = 0.1;
   });
-  windows.Enter("3", Title);
+  windows.Enter("3", PosteriorTitle);
   SeePlots();
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(evaluation.ReferenceF, 0);
@@ -377,7 +377,7 @@ TEST_F(PosteriorDialogueTest, TheReferenceOfOtherDataIsNotTaken) {
 TEST_F(PosteriorDialogueTest, QuitAtTheStepsEndsTheCommand) {
   TakeCovariances({0.5, 0.1});
   AnswerSetup("1", "25", "15");
-  windows.Enter("Q", Title);
+  windows.Enter("Q", PosteriorTitle);
   Choose(frmParEvals.cmdBP);
   EXPECT_FALSE(frmAlgo.Loaded());
   ExpectBackAtMenu();
@@ -387,7 +387,7 @@ TEST_F(PosteriorDialogueTest, ParametersFreedInTheEditorAreAskedTheirGridPoints)
   FreezeTheOther();
   AnswerSetup("1", "3");
   Edit([this] { algorithm.Step(2) = 0.1; });
-  windows.Enter("5", Title);
+  windows.Enter("5", PosteriorTitle);
   SeePlots();
   windows.No("Bivariate plot");
   Choose(frmParEvals.cmdBP);
@@ -462,8 +462,8 @@ TEST_F(PosteriorDialogueTest, EarlierResultsCanBeSeenAgainWithTheirJointDensity)
   windows.No("Bivariate plot");
   Choose(frmParEvals.cmdBP);
   const std::size_t calls = run.calls.size();
-  windows.Yes(Title);
-  windows.No(Title);
+  windows.Yes(PosteriorTitle);
+  windows.No(PosteriorTitle);
   SeePlots([this] { EXPECT_EQ(algorithm.Step(1), 0); });
   windows.Yes("Bivariate plot");
   windows.AtWait([this] { desk.Close(frmBivarPlot); });

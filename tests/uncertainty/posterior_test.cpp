@@ -14,9 +14,8 @@ namespace merlane {
 namespace {
 
 using test::FunctionRun;
+using test::Vector;
 using ::testing::ElementsAre;
-
-std::vector<double> Vector(const Array1<double>& a) { return {a.begin(), a.end()}; }
 
 struct Watch : PosteriorWatch {
   void OnStart(double c) override { calls = c; }

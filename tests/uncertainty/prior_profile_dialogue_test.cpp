@@ -10,6 +10,7 @@
 #include "platform/files.h"
 #include "priors/priors_file.h"
 #include "support/scripted_host.h"
+#include "uncertainty/kept_plot.h"
 
 namespace merlane {
 namespace {
@@ -17,11 +18,7 @@ namespace {
 using nlohmann::json;
 using ::testing::StartsWith;
 
-constexpr const char* Title = "Evaluation of prior distributions";
-
-json KeptPlot(const std::string& name) {
-  return json::parse(ReadWholeFile(MERLANE_GOLDEN_DIR "/plots/" + name + ".json"));
-}
+constexpr const char* PriorProfileTitle = "Evaluation of prior distributions";
 
 /// The profile of the priors, over those of the kept review.
 struct PriorProfileDialogueTest : ::testing::Test {
@@ -35,8 +32,8 @@ struct PriorProfileDialogueTest : ::testing::Test {
     frmMain.ShowProgress("Note: Unset parameters in your Bayesian Priors file have the value '*'");
   }
   void Profile(const std::string& parameter, const std::string& points) {
-    windows.Enter(parameter, Title);
-    windows.Enter(points, Title);
+    windows.Enter(parameter, PriorProfileTitle);
+    windows.Enter(points, PriorProfileTitle);
     EXPECT_TRUE(desk.Press(go));
   }
 
@@ -54,8 +51,8 @@ struct PriorProfileDialogueTest : ::testing::Test {
 };
 
 TEST_F(PriorProfileDialogueTest, TellsAndAsksInTheseWords) {
-  windows.Enter("1", Title);
-  windows.CancelInput(Title);
+  windows.Enter("1", PriorProfileTitle);
+  windows.CancelInput(PriorProfileTitle);
   desk.Press(go);
   ASSERT_EQ(windows.messages.size(), 1U);
   EXPECT_EQ(windows.messages[0].text,
@@ -78,15 +75,15 @@ TEST_F(PriorProfileDialogueTest, TellsAndAsksInTheseWords) {
 }
 
 TEST_F(PriorProfileDialogueTest, CancelAtTheParameterEndsTheCommand) {
-  windows.Enter("10", Title);
-  windows.Enter("x", Title);
-  windows.CancelInput(Title);
+  windows.Enter("10", PriorProfileTitle);
+  windows.Enter("x", PriorProfileTitle);
+  windows.CancelInput(PriorProfileTitle);
   desk.Press(go);
   EXPECT_FALSE(frmDistPlot.Loaded());
 }
 
 TEST_F(PriorProfileDialogueTest, AUniformUnboundedPriorHasNothingToPlot) {
-  windows.Enter("9", Title);
+  windows.Enter("9", PriorProfileTitle);
   desk.Press(go);
   EXPECT_EQ(windows.LastText(), "There is nothing to plot when the prior distribution is uniform-unbounded");
   EXPECT_EQ(windows.messages.back().style, 48);

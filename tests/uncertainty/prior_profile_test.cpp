@@ -10,20 +10,17 @@
 #include "platform/files.h"
 #include "priors/priors_file.h"
 #include "priors/set_prior.h"
+#include "support/function_run.h"
 #include "uncertainty/evaluation_table.h"
+#include "uncertainty/kept_plot.h"
 
 namespace merlane {
 namespace {
 
 using nlohmann::json;
 using test::PriorsOf;
+using test::Vector;
 using ::testing::ElementsAre;
-
-json KeptPlot(const std::string& name) {
-  return json::parse(ReadWholeFile(MERLANE_GOLDEN_DIR "/plots/" + name + ".json"));
-}
-
-std::vector<double> Vector(const Array1<double>& a) { return {a.begin(), a.end()}; }
 
 EvaluatedPoints Profile(Priors priors, int points) {
   PriorProfileWatch watch;
@@ -165,7 +162,7 @@ TEST(PriorProfile, IsNotMultipliedByTheConstantAndLeavesTheEstimates) {
 }
 
 TEST(PriorProfile, TellsEachPoint) {
-  struct Watch : PriorProfileWatch {
+  struct PointWatch : PriorProfileWatch {
     void OnPoint(int point, double value) override { told.push_back({point, value}); }
     std::vector<std::pair<int, double>> told;
   } watch;

@@ -17,7 +17,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-constexpr const char* Title = "ML parameter estimate evaluation";
+constexpr const char* ProfileTitle = "ML parameter estimate evaluation";
 constexpr const char* ParameterPrompt = "Choose the parameter number to be profiled:\r\n0 < parameter # <= 2";
 constexpr const char* PointsPrompt = "Choose the number of x-y data points per plot:\r\n0 <= # points <= 1001";
 
@@ -29,17 +29,17 @@ struct ProfileDialogueTest : test::EvaluationForms {
         }) {}
 
   void AnswerUpToParameter() {
-    windows.Yes(Title);
+    windows.Yes(ProfileTitle);
     windows.Enter("0.500", "Enter constant");
   }
   void AnswerUpToMinimiser(const std::string& parameter, const std::string& points) {
     AnswerUpToParameter();
-    windows.Enter(parameter, Title);
-    windows.Enter(points, Title);
+    windows.Enter(parameter, ProfileTitle);
+    windows.Enter(points, ProfileTitle);
   }
   void ProfileBySimplex(const std::string& points) {
     AnswerUpToMinimiser("1", points);
-    windows.Yes(Title);
+    windows.Yes(ProfileTitle);
     Edit();
     SeePlots();
     Choose(frmParEvals.cmdML);
@@ -49,7 +49,7 @@ struct ProfileDialogueTest : test::EvaluationForms {
 };
 
 TEST_F(ProfileDialogueTest, TellsAndAsksInTheseWords) {
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Choose(frmParEvals.cmdML);
   ASSERT_EQ(windows.messages.size(), 2U);
   EXPECT_EQ(windows.messages[0].style, 64);
@@ -75,7 +75,7 @@ TEST_F(ProfileDialogueTest, TellsAndAsksInTheseWords) {
 }
 
 TEST_F(ProfileDialogueTest, NoAtTheIntroductionEndsTheCommand) {
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Choose(frmParEvals.cmdML);
   ExpectBackAtMenu();
   EXPECT_THAT(run.calls, IsEmpty());
@@ -90,7 +90,7 @@ TEST_F(ProfileDialogueTest, ChoiceCanBeCancelled) {
 
 TEST_F(ProfileDialogueTest, TheChoiceCanBeShownMeanwhileButNeitherUsedNorClosed) {
   AnswerUpToMinimiser("1", "5");
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Edit([this] {
     desk.Show(frmParEvals);
     EXPECT_FALSE(desk.Press(frmParEvals.cmdCancel));
@@ -103,7 +103,7 @@ TEST_F(ProfileDialogueTest, TheChoiceCanBeShownMeanwhileButNeitherUsedNorClosed)
 
 TEST_F(ProfileDialogueTest, AnEmptyParameterEndsTheCommand) {
   AnswerUpToParameter();
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   ExpectBackAtMenu();
   EXPECT_EQ(windows.inputs.back().prompt, ParameterPrompt);
@@ -112,17 +112,17 @@ TEST_F(ProfileDialogueTest, AnEmptyParameterEndsTheCommand) {
 
 TEST_F(ProfileDialogueTest, AParameterThatIsNoneIsAskedForAgain) {
   AnswerUpToParameter();
-  for (const char* refused : {"two", "0", "3", "-1", "1e30"}) windows.Enter(refused, Title);
-  windows.CancelInput(Title);
+  for (const char* refused : {"two", "0", "3", "-1", "1e30"}) windows.Enter(refused, ProfileTitle);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   EXPECT_EQ(windows.inputs.size(), 7U);
 }
 
 TEST_F(ProfileDialogueTest, APointCountOutsideZeroTo1001IsAskedForAgain) {
   AnswerUpToParameter();
-  windows.Enter("1", Title);
-  for (const char* refused : {"-1", "1002", "many"}) windows.Enter(refused, Title);
-  windows.CancelInput(Title);
+  windows.Enter("1", ProfileTitle);
+  for (const char* refused : {"-1", "1002", "many"}) windows.Enter(refused, ProfileTitle);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   EXPECT_EQ(windows.inputs.back().prompt, PointsPrompt);
   EXPECT_EQ(windows.inputs.back().defaultText, "25");
@@ -180,7 +180,7 @@ TEST_F(ProfileDialogueTest, TheTimeRemainingIsThatOfThePointsLeft) {
 
 TEST_F(ProfileDialogueTest, BySimplexGivesPlotsAndATable) {
   AnswerUpToMinimiser("1", "25");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   SeePlots([this] {
     EXPECT_TRUE(state.profile.ProfileOn);
@@ -238,8 +238,8 @@ TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
   TakeCovariances({0.5, 0.1});
   covariances.OptimisticSE = true;
   AnswerUpToMinimiser("1", "3");
-  windows.Yes(Title);
-  windows.Enter("N", Title);
+  windows.Yes(ProfileTitle);
+  windows.Enter("N", ProfileTitle);
   Edit();
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -249,7 +249,7 @@ TEST_F(ProfileDialogueTest, TheFirstPointBySimplexVoidsTheCovariances) {
 
 TEST_F(ProfileDialogueTest, ByMarquardtAsksForDerivativesOnce) {
   AnswerUpToMinimiser("1", "5");
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Edit();
   windows.No("Marquardt minimization");
   windows.No("Marquardt minimization");
@@ -262,7 +262,7 @@ TEST_F(ProfileDialogueTest, ByMarquardtAsksForDerivativesOnce) {
 
 TEST_F(ProfileDialogueTest, WithoutDerivativesItGivesUp) {
   AnswerUpToMinimiser("1", "5");
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Edit();
   windows.Reply(Answer::Cancel, "Marquardt minimization");
   Choose(frmParEvals.cmdML);
@@ -277,9 +277,9 @@ TEST_F(ProfileDialogueTest, WithoutDerivativesItGivesUp) {
 TEST_F(ProfileDialogueTest, StepsAreOfferedFromTheCovariances) {
   TakeCovariances({0.5, 0.1});
   AnswerUpToMinimiser("1", "25");
-  windows.Yes(Title);
-  for (const char* refused : {"4", "yes", "1.0"}) windows.Enter(refused, Title);
-  windows.Enter("2", Title);
+  windows.Yes(ProfileTitle);
+  for (const char* refused : {"4", "yes", "1.0"}) windows.Enter(refused, ProfileTitle);
+  windows.Enter("2", ProfileTitle);
   Edit([this] {
     EXPECT_DOUBLE_EQ(algorithm.Step(1), 1.0 * 24 / (24 * 3));
     EXPECT_DOUBLE_EQ(algorithm.Step(2), 0.2 * 24 / (24 * 3)) << "of each free parameter";
@@ -296,7 +296,7 @@ TEST_F(ProfileDialogueTest, CovariancesOfAnotherAlgorithmFileProposeNoSteps) {
   TakeCovariances({0.5, 0.1});
   FreezeTheOther();  // as a file does that is loaded behind them
   AnswerUpToMinimiser("1", "3");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit([this] { EXPECT_EQ(algorithm.Step(2), 0) << "not minimised over"; });
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -307,7 +307,7 @@ TEST_F(ProfileDialogueTest, CovariancesUnderAnotherConstantProposeNoSteps) {
   TakeCovariances({0.5, 0.1});
   covariances.basis->constant = 1;
   AnswerUpToMinimiser("1", "3");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -319,9 +319,9 @@ TEST_F(ProfileDialogueTest, AGridThatFailedProposesNoStepsAndAsksAgain) {
   covariances.grid(2).ending = GridEnding::NotPositiveDefinite;
   covariances.grid(2).standardErrors.Fill(-1);
   AnswerUpToMinimiser("1", "25");
-  windows.Yes(Title);
-  windows.Enter("2", Title);
-  windows.Enter("1", Title);
+  windows.Yes(ProfileTitle);
+  windows.Enter("2", ProfileTitle);
+  windows.Enter("1", ProfileTitle);
   Edit([this] { EXPECT_DOUBLE_EQ(algorithm.Step(1), 0.5 * 24 / (24 * 3)); });
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -333,8 +333,8 @@ TEST_F(ProfileDialogueTest, AParameterWithoutAStandardErrorKeepsItsStep) {
   covariances.grid(1).standardErrors(2) = -1;
   const double step = algorithm.Step(2);
   AnswerUpToMinimiser("1", "25");
-  windows.Yes(Title);
-  windows.Enter("1", Title);
+  windows.Yes(ProfileTitle);
+  windows.Enter("1", ProfileTitle);
   Edit([&] { EXPECT_EQ(algorithm.Step(2), step); });
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -344,8 +344,8 @@ TEST_F(ProfileDialogueTest, QuitOrNothingAtTheStepsEndsTheCommand) {
   TakeCovariances({0.5, 0.1});
   for (const char* quit : {"Q", "q", ""}) {
     AnswerUpToMinimiser("1", "25");
-    windows.Yes(Title);
-    windows.Enter(quit, Title);
+    windows.Yes(ProfileTitle);
+    windows.Enter(quit, ProfileTitle);
     Choose(frmParEvals.cmdML);
     ExpectBackAtMenu();
     EXPECT_FALSE(frmAlgo.Loaded());
@@ -355,7 +355,7 @@ TEST_F(ProfileDialogueTest, QuitOrNothingAtTheStepsEndsTheCommand) {
 
 TEST_F(ProfileDialogueTest, EditorOffersValuesAndStepsAlone) {
   AnswerUpToMinimiser("1", "3");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit([this] {
     EXPECT_TRUE(frmAlgo.Marks().Offered(EditItem::Values));
     EXPECT_TRUE(frmAlgo.Marks().Offered(EditItem::Steps));
@@ -372,14 +372,14 @@ TEST_F(ProfileDialogueTest, EditorOffersValuesAndStepsAlone) {
 
 TEST_F(ProfileDialogueTest, AStepOfZeroIsRefusedAndTheParameterAskedForAgain) {
   AnswerUpToMinimiser("2", "3");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit([this] { algorithm.Step(2) = 0; });
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].text,
             "The parameter chosen has a step size of zero; please try again");
   EXPECT_EQ(windows.messages[windows.messages.size() - 2].style, 48);
-  EXPECT_EQ(windows.messages[windows.messages.size() - 2].title, Title);
+  EXPECT_EQ(windows.messages[windows.messages.size() - 2].title, ProfileTitle);
   EXPECT_EQ(windows.inputs.back().prompt, ParameterPrompt);
   EXPECT_EQ(windows.messages.back().title, "A friendly reminder");
   ExpectBackAtMenu();
@@ -426,7 +426,7 @@ struct WithoutASign : ProfileDialogueTest {
   }
   void Profile(const std::function<void()>& answer) {
     AnswerUpToMinimiser("1", "5");
-    windows.Yes(Title);
+    windows.Yes(ProfileTitle);
     answer();
     Edit();
     SeePlots();
@@ -441,7 +441,7 @@ struct WithoutASign : ProfileDialogueTest {
 };
 
 TEST_F(WithoutASign, PointsBeyondZeroAreToldToBeMirroredAndAStepIsOffered) {
-  Profile([this] { windows.No(Title); });
+  Profile([this] { windows.No(ProfileTitle); });
   ASSERT_EQ(Mirrored().size(), 1U);
   EXPECT_EQ(Mirrored()[0].text,
             "Parameter #1 is taken without its sign: beyond 0 the curves are mirror images of those before it.\r\n"
@@ -452,7 +452,7 @@ TEST_F(WithoutASign, PointsBeyondZeroAreToldToBeMirroredAndAStepIsOffered) {
 }
 
 TEST_F(WithoutASign, TheOfferIsTakenWithoutAnotherQuestion) {
-  Profile([this] { windows.Yes(Title); });
+  Profile([this] { windows.Yes(ProfileTitle); });
   EXPECT_EQ(Mirrored().size(), 1U);
   EXPECT_EQ(*evaluation.series->ProfileX.begin(), 1);
   EXPECT_EQ(*(evaluation.series->ProfileX.end() - 1), 5);
@@ -491,8 +491,8 @@ TEST_F(ProfileDialogueTest, EarlierResultsCanBeSeenAgain) {
   const std::string table = frmMaxLike.rtbTable.text;
   desk.Unload(frmMaxLike);
   const std::size_t calls = run.calls.size();
-  windows.Yes(Title);
-  windows.No(Title);
+  windows.Yes(ProfileTitle);
+  windows.No(ProfileTitle);
   SeePlots([this] {
     EXPECT_EQ(algorithm.Step(1), 0);
     EXPECT_EQ(state.free.NFREE, 1);
@@ -507,10 +507,10 @@ TEST_F(ProfileDialogueTest, EarlierResultsCanBeSeenAgain) {
   EXPECT_EQ(state.free.NFREE, 2);
   ExpectBackAtMenu();
 
-  windows.Yes(Title);
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
+  windows.Yes(ProfileTitle);
   windows.Enter("0.5", "Enter constant");
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   ExpectBackAtMenu();
 }
@@ -519,7 +519,7 @@ TEST_F(ProfileDialogueTest, EarlierResultsAreGoneOncePackedForAnotherCommand) {
   ProfileBySimplex("3");
   run.Pack();
   AnswerUpToParameter();
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
 }
 
@@ -527,7 +527,7 @@ TEST_F(ProfileDialogueTest, EarlierResultsOfOtherAlgorithmDataAreNotOffered) {
   ProfileBySimplex("3");
   algorithm.Value(2) += 1;
   AnswerUpToParameter();
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
 }
 
@@ -537,7 +537,7 @@ TEST_F(ProfileDialogueTest, EarlierResultsUnderOtherPriorsAreNotOffered) {
   run.objective.priorTerm = [](const Array1<double>&) { return 0.0; };
   run.objective.priorsInForce = [] { return std::string("1: N 3 1"); };
   AnswerUpToParameter();
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
 }
 
@@ -545,7 +545,7 @@ TEST_F(ProfileDialogueTest, EarlierResultsOfAPosteriorAreNotThose) {
   ProfileBySimplex("3");
   evaluation.LastProfileKind = EvaluationKind::Posterior;
   AnswerUpToParameter();
-  windows.CancelInput(Title);
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
 }
 
@@ -554,7 +554,7 @@ TEST_F(ProfileDialogueTest, EarlierResultsOfAPosteriorAreNotThose) {
 TEST_F(ProfileDialogueTest, AnInterruptOfTheRunKeepsThePointsDone) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "11");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   // The first turn is the constant's, then each point gives one.
   windows.AtTurn(1 + 7, [this] { EXPECT_TRUE(desk.Press(frmMain.mnuInterruptML)); });
   Edit();
@@ -573,7 +573,7 @@ TEST_F(ProfileDialogueTest, AnInterruptOfTheRunKeepsThePointsDone) {
 TEST_F(ProfileDialogueTest, TheInterruptMenuStandsWhileTheProfileRunsAndNoLonger) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   bool stood = false;
   windows.AtTurn(1 + 2, [&] { stood = frmMain.mnuMLInt.visible && !frmMain.mnuBayesianInt.visible; });
   Edit([this] { EXPECT_FALSE(frmMain.mnuMLInt.visible); });
@@ -585,7 +585,7 @@ TEST_F(ProfileDialogueTest, TheInterruptMenuStandsWhileTheProfileRunsAndNoLonger
 TEST_F(ProfileDialogueTest, AFailureTakesTheInterruptMenuAway) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   bool stood = false;
   windows.AtTurn(1 + 2, [&] {
     stood = frmMain.mnuMLInt.visible;
@@ -601,7 +601,7 @@ TEST_F(ProfileDialogueTest, AFailureTakesTheInterruptMenuAway) {
 TEST_F(ProfileDialogueTest, NoAtTheInterruptGoesOn) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   windows.AtTurn(1 + 2, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.No("Maximum-likelihood calculations");
@@ -613,7 +613,7 @@ TEST_F(ProfileDialogueTest, NoAtTheInterruptGoesOn) {
 TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "11");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   windows.AtTurn(1 + 3, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
@@ -632,7 +632,7 @@ TEST_F(ProfileDialogueTest, FewerThanThreePointsGiveNoPlots) {
 TEST_F(ProfileDialogueTest, ThePointsDoneBeforeAnInterruptThatIsTooEarlyAreShown) {
   FreezeTheOther();
   AnswerUpToMinimiser("1", "11");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   windows.AtTurn(1 + 2, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
@@ -649,7 +649,7 @@ TEST_F(ProfileDialogueTest, ALowestPointThatIsNotKeptGivesNoPlots) {
   algorithm.Value(1) = 2;
   algorithm.Step(1) = 0.1;
   AnswerUpToMinimiser("1", "11");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   windows.AtTurn(1 + 6, [this] { desk.Press(frmMain.mnuInterruptML); });
   Edit();
   windows.Yes("Maximum-likelihood calculations");
@@ -668,7 +668,7 @@ TEST_F(ProfileDialogueTest, AnInterruptFromBeforeTheRunIsNone) {
 TEST_F(ProfileDialogueTest, AnInterruptInsideASimplexCanQuitTheProcedure) {
   algorithm.TerminalFreq = 0;  // no reports, so the turns are those of the iterations
   AnswerUpToMinimiser("1", "9");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   PressAtUsableTurn(frmSimplex.cmdStop, 60);
   windows.Yes("Simplex interrupt");
@@ -682,7 +682,7 @@ TEST_F(ProfileDialogueTest, AnInterruptInsideASimplexCanQuitTheProcedure) {
 
 TEST_F(ProfileDialogueTest, AnInterruptInsideASimplexCanGoOnWithTheNextPoint) {
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   PressAtUsableTurn(frmSimplex.cmdStop, 10);
   windows.No("Simplex interrupt");
@@ -695,7 +695,7 @@ TEST_F(ProfileDialogueTest, AnInterruptInsideASimplexCanGoOnWithTheNextPoint) {
 
 TEST_F(ProfileDialogueTest, AnInterruptInsideMarquardtCanQuitTheProcedure) {
   AnswerUpToMinimiser("1", "9");
-  windows.No(Title);
+  windows.No(ProfileTitle);
   Edit();
   windows.No("Marquardt minimization");
   windows.No("Marquardt minimization");
@@ -711,7 +711,7 @@ TEST_F(ProfileDialogueTest, AFailureOfTheModelGivesTheParameterBack) {
   FreezeTheOther();
   run.function = [](Array1<double>&) { return std::nan(""); };
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   windows.ExpectFailure("overflow");
   Choose(frmParEvals.cmdML);
@@ -723,14 +723,14 @@ TEST_F(ProfileDialogueTest, AFailureOfTheModelGivesTheParameterBack) {
 }
 
 TEST_F(ProfileDialogueTest, TheReminderComesAfterAFailureTooIfTheTableWasOpen) {
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   windows.Enter("1e999", "Enter constant");
   windows.ExpectFailure("1e999");
   Choose(frmParEvals.cmdML);
   EXPECT_THAT(windows.Titles(), Not(Contains("A friendly reminder")));
 
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit([this] { algorithm.Value(2) = 1e200; });
   windows.ExpectFailure("the starting point cannot be evaluated");
   Choose(frmParEvals.cmdML);
@@ -743,7 +743,7 @@ TEST_F(ProfileDialogueTest, PointsThatCannotBeEvaluatedAreToldAndTheProfileGoesO
     return v(1) > 3.3 ? throw ArithmeticFailure("too far out") : 20 + 4 * (v(1) - 3) * (v(1) - 3) + v(2) * v(2);
   };
   AnswerUpToMinimiser("1", "5");
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
   Edit();
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -756,10 +756,10 @@ TEST_F(ProfileDialogueTest, PointsThatCannotBeEvaluatedAreToldAndTheProfileGoesO
 TEST_F(ProfileDialogueTest, ASumOfSquaresIsAskedForNoConstant) {
   FreezeTheOther();
   state.flags.NOBS = 100;
-  windows.Yes(Title);
-  windows.Enter("1", Title);
-  windows.Enter("5", Title);
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
+  windows.Enter("1", ProfileTitle);
+  windows.Enter("5", ProfileTitle);
+  windows.Yes(ProfileTitle);
   Edit();
   SeePlots();
   Choose(frmParEvals.cmdML);
@@ -769,10 +769,10 @@ TEST_F(ProfileDialogueTest, ASumOfSquaresIsAskedForNoConstant) {
 TEST_F(ProfileDialogueTest, ASumOfSquaresWithoutADegreeOfFreedomIsReported) {
   FreezeTheOther();
   state.flags.NOBS = 1;
-  windows.Yes(Title);
-  windows.Enter("1", Title);
-  windows.Enter("5", Title);
-  windows.Yes(Title);
+  windows.Yes(ProfileTitle);
+  windows.Enter("1", ProfileTitle);
+  windows.Enter("5", ProfileTitle);
+  windows.Yes(ProfileTitle);
   Edit();
   windows.ExpectFailure("division by zero");
   Choose(frmParEvals.cmdML);

@@ -14,9 +14,8 @@ namespace merlane {
 namespace {
 
 using test::FunctionRun;
+using test::Vector;
 using ::testing::ElementsAre;
-
-std::vector<double> Vector(const Array1<double>& a) { return {a.begin(), a.end()}; }
 
 /// The profile of a parameter of a function, minimised as the program does it.
 struct Profiled {
@@ -63,7 +62,7 @@ struct Profiled {
   ProfileMinimiser minimise = [this] { return BySimplex(); };
 };
 
-double Square(double x) { return x * x; }
+double Squared(double x) { return x * x; }
 
 /// x fixed, the best y is x / 2, and there the function is 3 x^2 / 4.
 double Valley(Array1<double>& v) { return v(1) * v(1) - v(1) * v(2) + v(2) * v(2); }
@@ -96,7 +95,7 @@ TEST(Profile, MinimisesTheOthersAtEachPoint) {
   Profiled p(run);
   const EvaluatedPoints points = p.Profile(1, 21);
   for (int i = 1; i <= 21; ++i)
-    EXPECT_NEAR(points.ProfileF(i), 0.75 * Square(points.ProfileX(i)), 1e-8) << points.ProfileX(i);
+    EXPECT_NEAR(points.ProfileF(i), 0.75 * Squared(points.ProfileX(i)), 1e-8) << points.ProfileX(i);
   EXPECT_NEAR(run.state.algorithm.Value(2), 0.5, 1e-4) << "the last point's minimum stays";
 }
 
@@ -110,7 +109,7 @@ TEST(Profile, TheParameterHasItsValueAndStepAgainAndCountsAsFree) {
 }
 
 TEST(Profile, ANegativeStepGivesAscendingPoints) {
-  FunctionRun run({2}, {-0.5}, [](Array1<double>& v) { return Square(v(1) - 2.5); });
+  FunctionRun run({2}, {-0.5}, [](Array1<double>& v) { return Squared(v(1) - 2.5); });
   Profiled p(run);
   const EvaluatedPoints points = p.Profile(1, 5);
   EXPECT_THAT(Vector(points.ProfileX), ElementsAre(1, 1.5, 2, 2.5, 3));
@@ -266,10 +265,10 @@ TEST(Profile, OfANormalMeanOfUnknownVarianceIsStudentsT) {
   double mean = 0;
   for (const double x : data) mean += x / n;
   double squares = 0;
-  for (const double x : data) squares += Square(x - mean);
+  for (const double x : data) squares += Squared(x - mean);
   FunctionRun run({mean, std::log(std::sqrt(squares / n))}, {0.02, 0.05}, [&](Array1<double>& v) {
     double sum = 0;
-    for (const double x : data) sum += 2 * v(2) + Square((x - v(1)) / std::exp(v(2)));
+    for (const double x : data) sum += 2 * v(2) + Squared((x - v(1)) / std::exp(v(2)));
     return sum;
   });
   run.state.algorithm.Tolerance = 1e-12;
@@ -280,7 +279,7 @@ TEST(Profile, OfANormalMeanOfUnknownVarianceIsStudentsT) {
   // exp(-profile) is proportional to (1 + n (m - mean)^2 / SS)^(-n/2): Student's t with n - 1 degrees of freedom, of
   // variance SS / (n (n - 3)).
   for (int i = 1; i <= points.Count(); ++i)
-    EXPECT_NEAR(s.ProfileF(i), n / 2 * std::log1p(n * Square(s.ProfileX(i) - mean) / squares), 1e-9);
+    EXPECT_NEAR(s.ProfileF(i), n / 2 * std::log1p(n * Squared(s.ProfileX(i) - mean) / squares), 1e-9);
   EXPECT_NEAR(s.ModeValue, mean, 1e-12);
   EXPECT_NEAR(s.ExpectedValue, mean, 1e-9);
   EXPECT_NEAR(s.EstimatedSE, std::sqrt(squares / (n * (n - 3))), 1e-5) << "but for the tails beyond 3";
