@@ -8,9 +8,8 @@ are): the plain program is compiled, the data sets are made, and the rival is ru
 BUILD is that of an earlier state of this program, made with the same preset in a folder of its own. What is not given or
 not there is left out of the table; without FOLDER the data sets are those that an earlier run has left in the work folder.
 
-One round runs all programs one after the other; the table has the middle of the rounds. The objective and fits beside the
-yardsticks are in CPU time of the process, so that other work on the machine disturbs little (--wall: wall time, which is
-what counts where several threads help); all that is compared with the earlier build is wall time.
+One round runs all programs one after the other; the table has the middle of the rounds. All is wall time, but the
+evaluations on one core beside the yardsticks: there ours may use one core only, and the CPU time of all three is taken.
 """
 
 import argparse
@@ -28,18 +27,19 @@ WHO = ("ours", "plain", "rival", "today")
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
-def text_of(command):
+def text_of(command, on_one_core=False):
     """What a program prints."""
-    done = subprocess.run(command, capture_output=True, text=True)
+    limit = (lambda: os.sched_setaffinity(0, {min(os.sched_getaffinity(0))})) if on_one_core else None
+    done = subprocess.run(command, capture_output=True, text=True, preexec_fn=limit)
     if done.returncode != 0:
         sys.exit("%s\nfails:\n%s%s" % (" ".join(command), done.stdout[-2000:], done.stderr[-2000:]))
     return done.stdout
 
 
-def values_of(command):
+def values_of(command, on_one_core=False):
     """What a program prints as lines "key value"."""
     values = {}
-    for line in text_of(command).splitlines():
+    for line in text_of(command, on_one_core).splitlines():
         key, _, rest = line.partition(" ")
         values[key] = rest.split()
     return values
@@ -91,29 +91,49 @@ class DataSet:
         self.command = [os.path.join(args.work, case["data"]), os.path.join(args.work, case["alg"])] + case["args"]
 
     def round(self, table):
-        args, k = self.args, EVALUATIONS[self.name]
-        clock = "" if args.wall else "cpu_"
-        evaluation, fit = self.name + ": one evaluation", self.name + ": simplex fit"
-        ours = values_of([args.ours] + self.command + ["--evaluate", str(k)])
-        if float(ours["last_F"][0]) != LAST_F[self.name]:
-            sys.exit("%s: another objective: %s" % (self.name, ours["last_F"][0]))
-        table.note(evaluation, "ours", float(ours["evaluate_%sseconds" % clock][0]) / k)
-        ours = values_of([args.ours] + self.command + ["--simplex"])
-        table.note(fit, "ours", float(ours["simplex_%sseconds" % clock][0]))
-        if args.plain:
-            plain = values_of([args.plain] + self.command + ["--evaluate", str(k)])
-            table.note(evaluation, "plain", float(plain["%sns_per_evaluation" % clock][0]) * 1e-9)
-            if args.fits:
-                plain = values_of([args.plain] + self.command + ["--simplex"])
-                if plain["simplex_F"] != ours["simplex_F"] or plain["simplex_calls"] != ours["simplex_calls"]:
-                    sys.exit("%s: another fit: %s and %s" % (self.name, ours, plain))
-                table.note(fit, "plain", float(plain["simplex_%sseconds" % clock][0]))
-        if args.rival:
-            rival = values_of(["Rscript", os.path.join(args.yardsticks, "tmb", "fit.R")] + self.command +
-                              ["--build", args.work, "--framework", "TMBad", "--no-nelder-mead"])
-            table.note(evaluation, "rival", float(rival["ns_per_objective"][0 if args.wall else 2]) * 1e-9)
-            table.note(fit, "rival", sum(float(rival[part + "_seconds"][0])
-                                         for part in ("tape", "nlminb", "sdreport")))
+        self.ours(table)
+        if self.args.plain:
+            self.plain(table)
+        if self.args.rival:
+            self.rival(table)
+
+    def note(self, table, who, wall, cpu):
+        table.note(self.name + ": one evaluation", who, wall)
+        table.note(self.name + ": one evaluation, one core", who, cpu)
+
+    def note_fit(self, table, who, seconds):
+        table.note(self.name + ": simplex fit", who, seconds)
+
+    def ours(self, table):
+        k = EVALUATIONS[self.name]
+        command = [self.args.ours] + self.command
+        all_cores, one_core = (values_of(command + ["--evaluate", str(k)], limited) for limited in (False, True))
+        for values in (all_cores, one_core):
+            if float(values["last_F"][0]) != LAST_F[self.name]:
+                sys.exit("%s: another objective: %s" % (self.name, values["last_F"][0]))
+        self.note(table, "ours", float(all_cores["evaluate_seconds"][0]) / k,
+                  float(one_core["evaluate_cpu_seconds"][0]) / k)
+        self.fit = values_of(command + ["--simplex"])
+        self.note_fit(table, "ours", float(self.fit["simplex_seconds"][0]))
+
+    def plain(self, table):
+        command = [self.args.plain] + self.command
+        plain = values_of(command + ["--evaluate", str(EVALUATIONS[self.name])])
+        self.note(table, "plain", float(plain["ns_per_evaluation"][0]) * 1e-9,
+                  float(plain["cpu_ns_per_evaluation"][0]) * 1e-9)
+        if self.args.fits:
+            plain = values_of(command + ["--simplex"])
+            if plain["simplex_F"] != self.fit["simplex_F"] or plain["simplex_calls"] != self.fit["simplex_calls"]:
+                sys.exit("%s: another fit: %s and %s" % (self.name, self.fit, plain))
+            self.note_fit(table, "plain", float(plain["simplex_seconds"][0]))
+
+    def rival(self, table):
+        rival = values_of(["Rscript", os.path.join(self.args.yardsticks, "tmb", "fit.R")] + self.command +
+                          ["--build", self.args.work, "--framework", "TMBad", "--no-nelder-mead"])
+        wall, _, cpu = rival["ns_per_objective"]
+        self.note(table, "rival", float(wall) * 1e-9, float(cpu) * 1e-9)
+        self.note_fit(table, "rival", sum(float(rival[part + "_seconds"][0])
+                                          for part in ("tape", "nlminb", "sdreport")))
 
 
 class Benchmark:
@@ -195,7 +215,6 @@ def main():
     p.add_argument("--rounds", type=int, default=5)
     p.add_argument("--fits", action="store_true", help="the plain program fits as well, which takes a minute a round")
     p.add_argument("--without-rival", action="store_true")
-    p.add_argument("--wall", action="store_true", help="wall times beside the yardsticks")
     args = p.parse_args()
     args.ours = os.path.join(args.build, "bench", "bench_yardstick")
     os.makedirs(args.work, exist_ok=True)

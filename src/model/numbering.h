@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -30,15 +31,13 @@ class Numbering {
   }
 
  private:
-  /// Where the number of a key stands, or is to stand.
+  /// Where the number of a key stands, or is to stand. The place is in the uppermost bits of the product, which all
+  /// bits below have a part in: keys that are whole numbers as doubles differ in their uppermost bits only.
   std::size_t PlaceOf(const Key& key) const {
     std::uint64_t hash = 0x9E3779B97F4A7C15u;
-    for (const std::uint64_t word : key) {
-      hash = (hash ^ word) * 0xBF58476D1CE4E5B9u;
-      hash ^= hash >> 29;
-    }
+    for (const std::uint64_t word : key) hash = (hash ^ (hash >> 29) ^ word) * 0xBF58476D1CE4E5B9u;
     const std::size_t mask = places_.size() - 1;
-    std::size_t place = hash & mask;
+    std::size_t place = hash >> std::countl_zero(mask);
     while (places_[place] >= 0 && keys_[static_cast<std::size_t>(places_[place])] != key) place = (place + 1) & mask;
     return place;
   }

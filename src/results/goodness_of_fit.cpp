@@ -104,25 +104,40 @@ class Randomisations {
     return watch.Turns(turns);
   }
 
-  /// Draws for the coming randomisations and has the workers make their sums.
+  /// Has the workers make the sums of the coming randomisations, whose numbers have been drawn, while one of them draws
+  /// for those behind.
   void LookAhead(int wanted, RandomStreams& random) {
     next_ = 0;
-    ahead_.resize(CountAhead(wanted));
-    for (Ahead& ahead : ahead_) {
-      ahead.uniform.resize(visits_.size());
-      for (double& U : ahead.uniform) U = random.Uniform();
+    std::swap(ahead_, drawn_);
+    if (ahead_.empty()) {
+      MakeRoom(CountAhead(wanted), ahead_);
+      Draw(random, ahead_);
     }
-    if (!ahead_.empty())
-      workers_->Share(static_cast<int>(ahead_.size()),
-                      [this](int item, int) { SumUp(ahead_[static_cast<std::size_t>(item)]); });
+    if (ahead_.empty()) return;
+    MakeRoom(CountAhead(wanted - static_cast<int>(ahead_.size())), drawn_);
+    workers_->Share(1 + static_cast<int>(ahead_.size()), [&](int item, int) {
+      if (item == 0)
+        Draw(random, drawn_);
+      else
+        SumUp(ahead_[static_cast<std::size_t>(item) - 1]);
+    });
   }
 
   /// None as long as something is prepared or told on the way, and not so many that the numbers take much room.
   std::size_t CountAhead(int wanted) const {
-    constexpr std::size_t MostNumbers = 1'000'000;
+    constexpr std::size_t MostNumbers = 500'000;
     if (workers_ == nullptr || prepared_ < visits_.size() || wantingAttention_ > 0 || visits_.empty()) return 0;
     return std::min({MostNumbers / visits_.size(), static_cast<std::size_t>(wanted),
                      2 * static_cast<std::size_t>(workers_->Count())});
+  }
+
+  void MakeRoom(std::size_t randomisations, std::vector<Ahead>& ahead) const {
+    ahead.resize(randomisations);
+    for (Ahead& one : ahead) one.uniform.resize(visits_.size());
+  }
+  static void Draw(RandomStreams& random, std::vector<Ahead>& drawn) {
+    for (Ahead& ahead : drawn)
+      for (double& U : ahead.uniform) U = random.Uniform();
   }
 
   void SumUp(Ahead& ahead) const {
@@ -169,7 +184,8 @@ class Randomisations {
   std::size_t prepared_ = 0;  // visits whose prediction is built
   int wantingAttention_ = 0;  // visits that do so each time
   std::vector<Ahead> ahead_;
-  std::size_t next_ = 0;  // of them
+  std::size_t next_ = 0;      // of them
+  std::vector<Ahead> drawn_;  // those behind them
 };
 
 /// How the lines of a statistic name it.
