@@ -1,6 +1,7 @@
 // Parametric bootstraps of the example analysis with both minimisers, as the program runs them, windows and files
-// included: on one core and on all. Prints for each the replicates per minute, the function calls, how much of the time
-// some evaluation of the objective was under way, and on one core what else it was spent on.
+// included: on one core and on all. Prints for each the time that it took and that of all cores together, the
+// replicates per minute, and on one core the function calls, how much of the time some evaluation of the objective was
+// under way, and what else it was spent on.
 //
 //   bench_bootstrap [REPLICATES]
 
@@ -9,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -77,10 +79,12 @@ class Example {
     calls_ = 0;
     inObjective_ = inReading_ = fitting_ = inFits_ = Seconds(0);
     const Seconds begin = Now();
+    const std::clock_t cpuBegin = std::clock();
     const BootstrapResults results = bootstrap_.Run({replicates, 40, minimiser});
     const double all = (Now() - begin).count();
-    fmt::print("{:<10}{:4} replicates on {} core{} in {:6.2f} s: {:7.0f} per minute", name, results.BootCount(), cores,
-               cores == 1 ? " " : "s", all, 60 * results.BootCount() / all);
+    const double cpu = static_cast<double>(std::clock() - cpuBegin) / CLOCKS_PER_SEC;
+    fmt::print("{:<10}{:4} replicates on {} core{} in {:6.3f} s ({:6.3f} s of all cores): {:7.0f} per minute", name,
+               results.BootCount(), cores, cores == 1 ? " " : "s", all, cpu, 60 * results.BootCount() / all);
     if (cores == 1)  // on several, the objective is called ahead
       fmt::print(
           ", {:5.0f} function calls each; objective {:3.0f} %, rest of the minimiser {:3.0f} %, reading data {:3.0f} %",

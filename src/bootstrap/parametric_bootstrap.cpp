@@ -18,6 +18,7 @@
 #include "bootstrap/saved_model.h"
 #include "control/fuses.h"
 #include "platform/clock.h"
+#include "platform/files.h"
 #include "priors/prior_review.h"
 #include "results/desk_watch.h"
 
@@ -276,11 +277,21 @@ void ParametricBootstrap::TellReplaced(const std::string& path) {
 }
 
 void ParametricBootstrap::ReadAlgorithmFile() {
-  RunState inFile = state_;
-  const std::optional<std::string> text = ReadSavedAlgorithm(inFile);
-  if (!text) throw NoAlgorithmFile{};
-  if (algorithmText_.empty()) algorithmText_ = *text;
-  if (*text != algorithmText_) TellChanged();
+  const std::string text = [this] {
+    try {
+      return ReadWholeFile(state_.algorithm.AlgName);
+    } catch (const RuntimeFailure&) {
+      throw NoAlgorithmFile{};
+    }
+  }();
+  if (algorithmText_.empty() || text != algorithmText_) {
+    RunState inFile = state_;
+    if (!TakeSavedAlgorithm(text, inFile)) throw NoAlgorithmFile{};
+    if (algorithmText_.empty())
+      algorithmText_ = text;
+    else
+      TellChanged();
+  }
   TakeSavedAlgorithm(algorithmText_, state_);
 }
 

@@ -1,13 +1,21 @@
 #include "platform/workers.h"
 
 #include <algorithm>
+#include <chrono>
 #include <system_error>
 
 namespace merlane {
+namespace {
+
+/// How long a thread looks for what is coming before it sleeps. A command that evaluates again and again shares more
+/// often than that.
+constexpr std::chrono::microseconds Moment(50);
+
+}  // namespace
 
 int Workers::Cores() { return std::max(1, static_cast<int>(std::thread::hardware_concurrency())); }
 
-Workers::Workers(int threads) {
+Workers::Workers(int threads) : mayLook_(threads <= Cores()) {
   try {
     for (int worker = 1; worker < threads; ++worker) threads_.emplace_back([this, worker] { Wait(worker); });
   } catch (const std::system_error&) {
@@ -34,8 +42,12 @@ void Workers::ShareErased(int items, DoItem doItem, const void* work) {
   work_ = work;
   next_ = 0;
   items_ = items;
+  ++shares_;
   begun_.notify_all();
   TakeItems(lock, 0);
+  lock.unlock();
+  LookUntil([this] { return working_ == 0; });
+  lock.lock();
   done_.wait(lock, [this] { return working_ == 0; });
 }
 
@@ -46,6 +58,19 @@ void Workers::Wait(int worker) {
     if (ended_) return;
     TakeItems(lock, worker);
     if (working_ == 0) done_.notify_one();
+    const int seen = shares_;
+    lock.unlock();
+    LookUntil([&] { return shares_ != seen; });
+    lock.lock();
+  }
+}
+
+template <class Condition>
+void Workers::LookUntil(const Condition& isSo) const {
+  if (!mayLook_) return;
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + Moment;
+  while (!isSo() && Clock::now() < end) {
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -7,7 +8,8 @@
 
 namespace merlane {
 
-/// Threads that wait for work to share. While there is none they cost nothing. For one caller at a time.
+/// Threads that wait for work to share. While there is none they cost nothing, but for a moment behind each share in
+/// which they look for the next one: to be woken takes as long as a small share. For one caller at a time.
 class Workers {
  public:
   /// So many threads together, the caller's among them; where the system gives no more, fewer.
@@ -35,12 +37,19 @@ class Workers {
   void Wait(int worker);
   /// Takes items until none is left; `lock` is held, but not while an item is worked on.
   void TakeItems(std::unique_lock<std::mutex>& lock, int worker);
+  /// Returns when it is so, or a moment has gone by.
+  template <class Condition>
+  void LookUntil(const Condition& isSo) const;
+
+  const bool mayLook_;  // each on a core of its own
+  // Changed under the mutex, looked at by anybody.
+  std::atomic<int> shares_ = 0, working_ = 0;
 
   std::mutex mutex_;  // guards all below
   std::condition_variable begun_, done_;
   DoItem doItem_ = nullptr;
   const void* work_ = nullptr;
-  int next_ = 0, items_ = 0, working_ = 0;
+  int next_ = 0, items_ = 0;
   bool ended_ = false;
   std::vector<std::thread> threads_;
 };
