@@ -1,14 +1,21 @@
 #include "control/objective.h"
 
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "control/fuses.h"
 
 namespace merlane {
 
 double Objective::operator()(Array1<double>& vector, std::int32_t NF) {
+  RequireData();
   ApplyFuses(vector, state_);
   const double F = Call(vector, NF);
   return state_.flags.BayesOn ? F + priorTerm(vector) : F;
+}
+
+void Objective::RequireData() const {
+  if (state_.flags.SimulationMode)
+    throw RuntimeFailure("data are simulated here, so there are none to fit. Initialize with a data file");
 }
 
 double Objective::Call(Array1<double>& vector, std::int32_t NF, double F) {

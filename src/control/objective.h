@@ -35,7 +35,11 @@ class Objective {
 
   /// Evaluates at `vector` (1..NPAR), which the fuses and the model may rewrite in place. `NF` is the function-call
   /// code, at least 1.
+  /// RuntimeFailure in a simulation.
   double operator()(Array1<double>& vector, std::int32_t NF);
+  /// RuntimeFailure, in words, where data are simulated: there are none that anything could be fitted to, and what the
+  /// model leaves as the objective is no result.
+  void RequireData() const;
   /// Calls MODEL with any code: 0, -1, -2, or an evaluation without fuses and priors. Returns what it left in F, `F` on
   /// entry. Code 0 begins another reading of data, also when it fails.
   double Call(Array1<double>& vector, std::int32_t NF, double F = 0);

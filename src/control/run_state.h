@@ -45,10 +45,11 @@ struct FreeParameters {
 
 /// What a likelihood profile or posterior integration has under evaluation.
 struct ProfileStatus {
-  /// A parameter that is held at values other than its own, without a step.
+  /// A parameter that is held at values other than its own, without a step; a profile minimises over the others.
   struct Pinned {
     std::int16_t parameter;
-    double value, step;  // its own
+    double value, step;          // its own, which it gets back
+    Array1<double> Value, Step;  // of all parameters, as the user had them
   };
   bool ProfileOn = false;
   bool IntegrationOn = false;
@@ -60,7 +61,8 @@ struct ProfileStatus {
 /// Where the run stands; lives as long as the program.
 struct RunFlags {
   bool ModelInitialised = false;   // an initialisation has ended, though the data may have failed to be read
-  std::string PriorFileName;       // path of the priors file; empty: none yet
+  std::string PriorFileName;       // path that the dialogues of the priors propose; empty: none yet
+  std::string PriorsKnownAs;       // path under which the priors in the run are known; empty: they are new, in no file
   bool BayesOn = false;            // priors contribute to the objective
   bool OneCallRun = false;         // only during the run of "1 Function call"
   bool SimulationMode = false;     // data are simulated, not read

@@ -32,9 +32,8 @@ bool NameFiles(Competitor& model, const RunState& state) {
   const std::string bare =
       model.RankAlgFile.substr(0, model.RankAlgFile.size() - std::min<std::size_t>(4, model.RankAlgFile.size()));
   model.RankCovFile = ReadableName(model, bare + ".cov", NoCovarianceFile);
-  const RunFlags& flags = state.flags;
-  model.RankPriFile =
-      flags.PriorFileName.empty() || !flags.BayesOn ? "No Priors loaded" : std::string(FileName(flags.PriorFileName));
+  const std::string priorsFile(FileName(state.flags.PriorsKnownAs));
+  model.RankPriFile = !state.flags.BayesOn ? "No Priors loaded" : priorsFile.empty() ? "Priors in no file" : priorsFile;
   return true;
 }
 

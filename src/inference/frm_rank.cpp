@@ -101,6 +101,7 @@ void FrmRank::AddModel() {
     desk.Tell("Model limit reached", "Sorry, no more than 99 models can be ranked", style::Ok);
     return;
   }
+  objective_.RequireData();
   // The row is there from the start: what fails leaves it half done, to be taken out.
   ranking_.Add();
   table_.AddRow();

@@ -85,7 +85,7 @@ void FrmLoadPriors::OpenFile() {
     return;
   }
   priors_ = std::move(reading.priors);
-  state_.flags.PriorFileName = *path;
+  state_.flags.PriorFileName = state_.flags.PriorsKnownAs = *path;
   commands_.ShowWhetherInForce();
   if (Form* const caller = desk.charge.InCharge()) desk.Hide(*caller);
   desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);
@@ -109,6 +109,7 @@ void FrmLoadPriors::SetPriors() {
 
 void FrmLoadPriors::SetUniform() {
   priors_.Reset(state_.algorithm.NPAR);
+  state_.flags.PriorsKnownAs.clear();
   desk.Hide(*this);
   state_.flags.BayesOn = false;
   main_.ShowPriorsFile("");

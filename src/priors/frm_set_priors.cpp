@@ -114,6 +114,7 @@ void FrmSetPriors::OnUnload() {
   desk.Tell("Just so you know", "Bayesian priors data, if changed, have been updated", style::Information);
   if (!priors_.AnySet()) {
     state_.flags.BayesOn = false;
+    state_.flags.PriorsKnownAs.clear();
     return;
   }
   if (desk.Ask("Save Bayesian priors", "Save Bayesian priors now?", style::YesNoQuestion) == Answer::Yes)

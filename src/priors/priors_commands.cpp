@@ -9,7 +9,7 @@ namespace merlane {
 
 void PriorsCommands::NameByClock() {
   std::string& name = state_.flags.PriorFileName;
-  if (name.empty()) name = ClockName(desk_.host.clock) + ".pri";
+  if (name.empty()) name = state_.flags.PriorsKnownAs = ClockName(desk_.host.clock) + ".pri";
 }
 
 bool PriorsCommands::SavePriors() {
@@ -19,7 +19,7 @@ bool PriorsCommands::SavePriors() {
                      "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
   if (!path) return false;
   desk_.Write(*path, PriorsFileText(priors_));
-  state_.flags.PriorFileName = *path;
+  state_.flags.PriorFileName = state_.flags.PriorsKnownAs = *path;
   ShowName();
   return true;
 }

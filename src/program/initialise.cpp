@@ -38,6 +38,7 @@ void Program::BeginRun() {
   frmMenu.cmdLoadAlg.enabled = frmMenu.cmdRank.enabled = true;
 
   flags.PriorFileName.clear();
+  flags.PriorsKnownAs.clear();
   flags.BayesOn = false;
   fit = {};
 

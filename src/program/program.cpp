@@ -77,17 +77,24 @@ void Program::CallModel(ModelCall& call) {
   model(call);
 }
 
+std::function<void()> Program::OnData(void (Program::*command)()) {
+  return [this, command] {
+    objective.RequireData();
+    (this->*command)();
+  };
+}
+
 void Program::WireMenu() {
   frmMenu.cmdInitialize.onClick = [this] { Initialize(); };
   frmMenu.cmdLoadAlg.onClick = [this] { LoadAlg(); };
   frmMenu.cmdEditAlg.onClick = [this] { EditAlg(); };
   frmMenu.cmdSaveAlg.onClick = [this] { SaveAlg(); };
-  frmMenu.cmdOneFunction.onClick = [this] { OneFunction(); };
-  frmMenu.cmdSimplex.onClick = [this] { Simplex(); };
-  frmMenu.cmdMarquardt.onClick = [this] { Marquardt(); };
-  frmMenu.cmdCovariance.onClick = [this] { Covariance(); };
+  frmMenu.cmdOneFunction.onClick = OnData(&Program::OneFunction);
+  frmMenu.cmdSimplex.onClick = OnData(&Program::Simplex);
+  frmMenu.cmdMarquardt.onClick = OnData(&Program::Marquardt);
+  frmMenu.cmdCovariance.onClick = OnData(&Program::Covariance);
   frmMenu.cmdBayesian.onClick = [this] { Bayesian(); };
-  frmMenu.cmdParEstimate.onClick = [this] { ParEstimate(); };
+  frmMenu.cmdParEstimate.onClick = OnData(&Program::ParEstimate);
   frmMenu.cmdUserSummary.onClick = [this] { UserSummary(); };
   frmMenu.cmdRank.onClick = [this] { Rank(); };
   frmMenu.cmdQuit.onClick = [this] { Quit(); };

@@ -143,6 +143,9 @@ class Program {
   /// from that, and no hypothesis repaired: RuntimeFailure.
   void CallModel(ModelCall& call);
 
+  /// A command of the main menu that begins, before any question, with the refusal where there are no data to fit.
+  std::function<void()> OnData(void (Program::*command)());
+
   // The buttons of the main menu.
   void Initialize();
   void LoadAlg();

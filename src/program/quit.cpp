@@ -68,10 +68,10 @@ std::vector<std::string> Program::SaveUnasked() {
 bool Program::SaveUsersAlgorithmData(const std::function<bool()>& save) {
   const auto& pinned = state.profile.pinned;
   if (!pinned) return save();
-  // Leaving in the middle of an evaluation shall not cost its parameter the value and step in the file.
+  // Who leaves in the middle of an evaluation leaves with what he evaluated, and not with one of its points.
   AlgorithmData& a = state.algorithm;
-  const auto ownValue = Meanwhile(a.Value(pinned->parameter), double{pinned->value});
-  const auto ownStep = Meanwhile(a.Step(pinned->parameter), double{pinned->step});
+  const auto ownValues = Meanwhile(a.Value, Array1<double>(pinned->Value));
+  const auto ownSteps = Meanwhile(a.Step, Array1<double>(pinned->Step));
   return save();
 }
 

@@ -38,7 +38,7 @@ void ResultsCommand::WriteResults(ModelCall& call) {
                                .FreeCount = static_cast<int>(free),
                                .BayesOn = state_.flags.BayesOn,
                                .AlgName = state_.algorithm.AlgName,
-                               .PriorFileName = state_.flags.PriorFileName};
+                               .PriorFileName = state_.flags.PriorsKnownAs};
   impossible_.clear();
   const std::int32_t randomisations = AskForRandomisations();
   const EffectiveSizes sizes = FindEffectiveSizes(model_.data, model_.Evaluated().best, watch_);

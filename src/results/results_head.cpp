@@ -121,7 +121,8 @@ void AddFiles(const ResultsSubject& s, HeadText& out) {
   out.Add("The algorithm data file name is:");
   out.Add(named(s.AlgName));
   if (s.BayesOn)
-    out.Add("The Bayesian prior information file name is:         " + std::string(FileName(s.PriorFileName)));
+    out.Add("The Bayesian prior information file name is:         " +
+            (s.PriorFileName.empty() ? "(in no file)" : std::string(FileName(s.PriorFileName))));
 }
 
 void AddDistributions(const Parameters& p, HeadText& out) {

@@ -1,11 +1,14 @@
 #include "uncertainty/evaluation_dialogue.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <utility>
+#include <vector>
 
 #include "base/at_end.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
@@ -21,6 +24,16 @@ constexpr const char* CovarianceSteps =
 constexpr const char* NoStandardErrors =
     "Covariance grid {} has no standard errors: it was abandoned, or its Hessian matrix was not positive-definite";
 constexpr const char* ZeroStep = "The parameter chosen has a step size of zero; please try again";
+
+/// The end of the sentence that names an evaluation, and what it has left in the run.
+std::string Moved(const Basis& of, const Basis& left) {
+  std::vector<int> moved;
+  for (int i = 1; i <= of.Value.Size(); ++i)
+    if (of.Value(i) != left.Value(i)) moved.push_back(i);
+  if (moved.empty()) return ".";
+  return fmt::format(". It has left {} {} at its last point, which is no fit.",
+                     moved.size() == 1 ? "parameter" : "parameters", fmt::join(moved, ", "));
+}
 
 }  // namespace
 
@@ -65,9 +78,14 @@ void EvaluationDialogue::Converse() {
   p_.last.of = p_.objective.Present();
   AlgorithmData& a = p_.state.algorithm;
   const Array1<double> Value = a.Value;
-  while (const std::optional<double> step = Run(*setup)) {
-    a.Value = Value;  // a profile leaves those of its last point
-    a.Step(setup->ProfileParameter) = *step;
+  try {
+    while (const std::optional<double> step = Run(*setup)) {
+      a.Value = Value;  // a profile leaves those of its last point
+      a.Step(setup->ProfileParameter) = *step;
+    }
+  } catch (const RuntimeFailure&) {
+    if (p_.state.reading == p_.last.of.reading) a.Value = Value;
+    throw;
   }
 }
 
@@ -178,7 +196,12 @@ void EvaluationDialogue::Keep(const EvaluationSetup& setup, const EvaluatedPoint
 std::function<std::string()> EvaluationDialogue::WhoseTheyAre() const {
   const Evaluation& last = p_.last;
   const std::string what = fmt::format("{} of parameter {}", texts_.shown, last.ProfileParameter);
-  return WordsSince(NamedFor(what, last.of), last.of, [this] { return p_.objective.UsersPresent(); });
+  const std::string words = NamedFor(what, last.of);
+  const auto now = [this] { return p_.objective.UsersPresent(); };
+  return [since = WordsSince(words, last.of, now), moved = words + Moved(last.of, last.left), left = last.left, now] {
+    const Basis present = now();
+    return left.SameEstimates(present) && left.constant == present.constant ? moved : since();
+  };
 }
 
 void EvaluationDialogue::ShowLast() {

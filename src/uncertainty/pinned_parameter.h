@@ -20,7 +20,7 @@ class PinnedParameter {
         reading_(state.reading),
         restoredStep_(H) {
     state_.profile.ProfileParameter = parameter;
-    state_.profile.pinned = {parameter, X0, H};
+    state_.profile.pinned = {parameter, X0, H, state.algorithm.Value, state.algorithm.Step};
     state_.algorithm.Step(parameter) = 0;
     PackFree(state_);
   }

@@ -59,7 +59,7 @@ Basis PriorProfileDialogue::Present() const {
   Basis present;
   present.priors = priors_.InWords();
   present.constant = state_.flags.ObjectiveConstant;
-  present.AlgName = state_.flags.PriorFileName;
+  present.AlgName = state_.flags.PriorsKnownAs;
   return present;
 }
 

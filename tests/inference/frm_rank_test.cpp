@@ -158,7 +158,7 @@ TEST_F(FrmRankTest, FirstModelAsksForTheConstantBehindTheHiddenFormAndLaterOnesD
 
 TEST_F(FrmRankTest, ModelStandsInItsRowWithItsFilesAndItsCriterion) {
   WriteWholeFile(folder + "lake.cov", "");
-  state.flags.PriorFileName = folder + "lake.pri";
+  state.flags.PriorsKnownAs = folder + "lake.pri";
   state.flags.BayesOn = true;
   objective.priorTerm = [](const Array1<double>&) { return 0.0; };
   Add("lake.alg", 40, 3);
@@ -326,9 +326,25 @@ TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNextAlsoWhereAnEarl
 }
 
 TEST_F(FrmRankTest, PriorsThatAreNotInForceAreNotNamed) {
-  state.flags.PriorFileName = folder + "some.pri";
+  state.flags.PriorsKnownAs = folder + "some.pri";
   Add("first.alg", 40, 2);
   EXPECT_EQ(Text(1, 8), "No Priors loaded");
+}
+
+TEST_F(FrmRankTest, PriorsInNoFileAreNotGivenTheNameThatTheDialoguesPropose) {
+  state.flags.PriorFileName = folder + "earlier.pri";
+  state.flags.BayesOn = true;
+  objective.priorTerm = [](const Array1<double>&) { return 0.0; };
+  Add("first.alg", 40, 2);
+  EXPECT_EQ(Text(1, 8), "Priors in no file");
+}
+
+TEST_F(FrmRankTest, NoModelIsAddedWhereDataAreSimulated) {
+  state.flags.SimulationMode = true;
+  Present("first.alg", 40, 2);
+  windows.ExpectFailure("frmRank.cmdAICc: data are simulated here");
+  desk.Press(form.cmdAICc);
+  EXPECT_EQ(form.Models().ModelCount(), 0);
 }
 
 TEST_F(FrmRankTest, SavingATableThatHasChangedSinceItsRankingIsTold) {

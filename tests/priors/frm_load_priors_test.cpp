@@ -164,6 +164,38 @@ TEST_F(PriorsChooser, SettingTheFirstPriorsAsksInTheseWordsAndNamesTheFileByTheC
   EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: 06011030");
 }
 
+TEST_F(PriorsChooser, PriorsSetAnewBehindUniformAreNotKnownByTheFileBeforeWhichIsProposedAllTheSame) {
+  Begin(1);
+  const std::string path = File("early.pri", "1\r\n  1   N 5.000E-001 1.000E-001     Unused     Unused\r\n");
+  chooser.Open();
+  windows.File(path);
+  desk.Press(chooser.cmdOpen);
+  windows.No("Save Bayesian priors");
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(editor.mnuFinished);
+  EXPECT_EQ(state.flags.PriorsKnownAs, path);
+  chooser.Open();
+  desk.Press(chooser.cmdUniform);
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  EXPECT_EQ(state.flags.PriorsKnownAs, "");
+  EXPECT_EQ(state.flags.PriorFileName, path);
+  windows.File(File("late.pri", ""));
+  desk.Press(editor.mnuSave);
+  EXPECT_THAT(state.flags.PriorsKnownAs, testing::EndsWith("late.pri"));
+  EXPECT_EQ(state.flags.PriorsKnownAs, state.flags.PriorFileName);
+}
+
+TEST_F(PriorsChooser, PriorsOfAFileThatAreAllTakenOutInTheEditorAreNotKnownByItAnyMore) {
+  Begin(1);
+  chooser.Open();
+  windows.File(File("early.pri", "1\r\n  1   N 5.000E-001 1.000E-001     Unused     Unused\r\n"));
+  desk.Press(chooser.cmdOpen);
+  Choose("mnuU", {});
+  desk.Press(editor.mnuFinished);
+  EXPECT_EQ(state.flags.PriorsKnownAs, "");
+}
+
 TEST_F(PriorsChooser, SettingAllUniformEmptiesTheTermsTheStatusAndBayesOn) {
   Begin(2);
   priors.PriorCode(2) = "T";

@@ -1,7 +1,9 @@
 // The evaluation of estimates and the profile of priors, from the menu to the menu.
 #include <gmock/gmock.h>
 
+#include "control/algorithm_file.h"
 #include "platform/files.h"
+#include "priors/set_prior.h"
 #include "program/analysis.h"
 
 namespace merlane {
@@ -45,6 +47,11 @@ struct EvaluationTest : ::testing::Test, test::Analysis {
     ASSERT_TRUE(desk.Press(program.frmParEvals.cmdML));
   }
 };
+
+std::size_t FilesIn(const test::Folder& folder) {
+  return static_cast<std::size_t>(
+      std::distance(std::filesystem::directory_iterator(folder / ""), std::filesystem::directory_iterator()));
+}
 
 TEST_F(EvaluationTest, ComesBackToTheMenuWithEverythingThatCouldBePressed) {
   const auto before = Usable();
@@ -141,6 +148,104 @@ TEST_F(EvaluationTest, AlgorithmDataSavedOnTheWayOutOfAnEvaluationHaveItsParamet
   ASSERT_EQ(ReadAlgorithm(ReadWholeFile(folder / "left.alg"), left).failure, AlgorithmReading::Failure::None);
   EXPECT_NEAR(left.Value(17), value, 1e-7 * value);
   EXPECT_NEAR(left.Step(17), step, 1e-7 * step);
+}
+
+/// All parameters as they stand in a file of algorithm data.
+struct Estimates {
+  std::vector<double> value, step;
+};
+
+Estimates EstimatesIn(const std::string& path, const AlgorithmData& like) {
+  AlgorithmData file = like;
+  file.Value.Fill(-1);
+  file.Step.Fill(-1);
+  EXPECT_EQ(ReadAlgorithm(ReadWholeFile(path), file).failure, AlgorithmReading::Failure::None);
+  return {{file.Value.begin(), file.Value.end()}, {file.Step.begin(), file.Step.end()}};
+}
+
+/// Who leaves, or is left, in the middle of an evaluation keeps all that he evaluated: a profile has moved the other
+/// parameters, too.
+TEST_F(EvaluationTest, WhatIsSavedWhileAProfileRunsOrShowsItsPlotsAreTheEstimatesBeforeIt) {
+  const test::Folder folder("profile_quit");
+  windows.File(folder / "own.alg");
+  desk.Press(menu.cmdSaveAlg);
+  const Estimates own = EstimatesIn(folder / "own.alg", state.algorithm);
+  int looked = 0;
+  const auto nothingToSave = [&] {
+    ++looked;
+    EXPECT_NE(state.algorithm.Value(18), own.value[17]) << "the profile has moved it";
+    EXPECT_THAT(program.SaveUnasked(), ::testing::IsEmpty());
+    EXPECT_EQ(FilesIn(folder), 1U) << "beside the file, which holds all that is the user's";
+  };
+  Open();
+  AnswerProfile("9");
+  FinishEditing();
+  AtEachAttempt("Minimizations remaining: 6", [&](int) { nothingToSave(); });
+  windows.AtWait([&] {
+    nothingToSave();
+    windows.Yes("Exit Tolvane");
+    windows.Yes("What about algorithm data?");
+    windows.File(folder / "left.alg");
+    desk.Close(program.frmMain);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(looked, 2);
+  EXPECT_EQ(windows.exitStatus, 0);
+  const Estimates left = EstimatesIn(folder / "left.alg", state.algorithm);
+  EXPECT_EQ(left.value, own.value);
+  EXPECT_EQ(left.step, own.step);
+}
+
+TEST_F(EvaluationTest, WhatIsSavedWhileAPosteriorRunsAreTheEstimatesBeforeIt) {
+  const test::Folder folder("posterior_quit");
+  windows.File(folder / "own.alg");
+  desk.Press(menu.cmdSaveAlg);
+  const std::string own = ReadWholeFile(folder / "own.alg");
+  Open();
+  windows.Yes("Bayesian parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  for (const char* answer : {"17", "5", "5"}) windows.Enter(answer, "Bayesian parameter estimate evaluation");
+  FinishEditing();
+  windows.AtTurn(30, [&] {
+    EXPECT_EQ(state.algorithm.Step(17), 0);
+    EXPECT_THAT(program.SaveUnasked(), ::testing::IsEmpty());
+    EXPECT_EQ(FilesIn(folder), 1U) << "what is in the file is what would be saved";
+  });
+  ClosePlots();
+  windows.No("Bivariate plot");
+  desk.Press(program.frmParEvals.cmdBP);
+  EXPECT_EQ(ReadWholeFile(folder / "own.alg"), own);
+}
+
+TEST_F(EvaluationTest, TableAndPlotsOfAProfileSayWhichParametersItHasLeftElsewhere) {
+  const std::string left =
+      "Likelihood profile of parameter 17 of juveniles_only.alg. It has left parameter 18 at its last point, which is "
+      "no fit.";
+  Open();
+  AnswerProfile("5");
+  FinishEditing();
+  windows.AtWait([&] {
+    EXPECT_EQ(program.frmDistPlot.lblFit.text, left);
+    desk.Press(program.frmDistPlot.cmdDone);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(program.frmMaxLike.lblFit.text, left);
+  LoadAlg(test::Golden("juveniles_only.alg"));
+  EXPECT_THAT(program.frmMaxLike.lblFit.text, HasSubstr("Since then parameter values have been changed"));
+}
+
+TEST_F(EvaluationTest, AProfileThatFailsOnItsWayLeavesTheEstimates) {
+  const Array1<double> own = state.algorithm.Value;
+  Open();
+  AnswerProfile("9");
+  FinishEditing();
+  AtEachAttempt("Minimizations remaining: 6", [&](int) {
+    EXPECT_NE(state.algorithm.Value(18), own(18)) << "the profile has moved it";
+    program.model.data.ReadOK = false;
+  });
+  windows.ExpectFailure("there are no data");
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(state.algorithm.Value, own);
 }
 
 TEST_F(EvaluationTest, ProgramCanBeQuitWhileAProfileRuns) {

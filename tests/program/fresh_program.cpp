@@ -62,7 +62,7 @@ std::optional<Whereabouts> Whereabouts::Of(const Program& program) {
                               .censorJuvs = data.CensorJuvs},
                      .algorithm = state.algorithm,
                      .priors = program.priors,
-                     .PriorFileName = state.flags.PriorFileName,
+                     .PriorsKnownAs = state.flags.PriorsKnownAs,
                      .BayesOn = state.flags.BayesOn,
                      .ObjectiveConstant = state.flags.ObjectiveConstant,
                      .randomSeed = program.desk.host.random.Seed(),
@@ -110,7 +110,7 @@ FreshProgram::FreshProgram(const Whereabouts& there) {
   RunState& state = program.state;
   state.algorithm = there.algorithm;
   program.priors = there.priors;
-  state.flags.PriorFileName = there.PriorFileName;
+  state.flags.PriorsKnownAs = there.PriorsKnownAs;
   state.flags.BayesOn = there.BayesOn;
   state.flags.ObjectiveConstant = there.ObjectiveConstant;
   random_.SetSeed(there.randomSeed);

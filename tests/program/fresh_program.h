@@ -37,7 +37,7 @@ struct Whereabouts {
   DataChoices data;
   AlgorithmData algorithm;
   Priors priors;
-  std::string PriorFileName;
+  std::string PriorsKnownAs;
   bool BayesOn = false;
   double ObjectiveConstant = 0;
   std::uint64_t randomSeed = 0, randomStream = 0;  // in use

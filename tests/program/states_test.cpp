@@ -118,6 +118,28 @@ TEST_F(StatesTest, ReloadOfTheMenuInASimulationEnablesAllUntilTheNextPattern) {
   EXPECT_EQ(Usable().size(), 6U);
 }
 
+TEST_F(StatesTest, AnalysesThatAReloadedMenuOffersInASimulationRefuseInWordsBeforeAnyQuestion) {
+  InitializeSimulation();
+  LoadDefaults();
+  desk.Unload(menu);
+  desk.Press(program.frmMain.mnuMenu);
+  const Button* const analyses[] = {&menu.cmdOneFunction, &menu.cmdSimplex, &menu.cmdMarquardt, &menu.cmdCovariance,
+                                    &menu.cmdParEstimate};
+  for (const Button* button : analyses) {
+    windows.messages.clear();
+    windows.ExpectFailure("frmMenu." + button->name + ": data are simulated here, so there are none to fit");
+    EXPECT_TRUE(desk.Press(const_cast<Button&>(*button)));
+    EXPECT_TRUE(menu.Visible());
+    EXPECT_EQ(windows.messages.size(), 0U) << button->name;
+  }
+  EXPECT_EQ(Usable().size(), 13U);
+  EXPECT_FALSE(program.fit.basis);
+  desk.Press(menu.cmdRank);
+  windows.ExpectFailure("frmRank.cmdAICc: data are simulated here");
+  desk.Press(program.frmRank.cmdAICc);
+  EXPECT_EQ(program.frmRank.Models().ModelCount(), 0);
+}
+
 TEST_F(StatesTest, BusyOffersNothingOfTheMenuNorTheApplicationMenu) {
   Ready("juveniles_only");
   bool looked = false;

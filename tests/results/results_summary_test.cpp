@@ -180,6 +180,14 @@ TEST(ResultsHead, NamesThePriorsOnlyWhenTheyAreOn) {
   EXPECT_THAT(s.Head(), HasSubstr("The Bayesian prior information file name is:         old.pri\r\n"));
 }
 
+TEST(ResultsHead, NamesNoFileForPriorsThatStandInNone) {
+  Analysis a = Plain();
+  Summary s(a);
+  s.subject.BayesOn = true;
+  s.subject.PriorFileName.clear();
+  EXPECT_THAT(s.Head(), HasSubstr("The Bayesian prior information file name is:         (in no file)\r\n"));
+}
+
 TEST(ResultsHead, TellsOfUnknownAges) {
   Analysis a;
   a.UnknownAge("A", 140, "-?", 9).UnknownAge("A", 145, "-?", 8).UnknownAge("B", 165, " ?", 6).Read();
