@@ -8,6 +8,7 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "import/alike_letters.h"
 #include "platform/cell_dates.h"
 
 namespace merlane {
@@ -27,23 +28,96 @@ bool IsTime(std::string_view text) {
                           text.substr(1).find_first_not_of("0123456789:.,+-Z APMapm") == std::string_view::npos);
 }
 
-/// The three numbers of a date, divided by the same mark; none when there are fewer or anything else.
-std::optional<std::array<int, 3>> ThreeNumbers(std::string_view field) {
-  constexpr std::string_view marks = ".-/";
+/// A date as its parts stand, the month maybe by its name.
+struct DateParts {
   std::array<int, 3> numbers{};
   char mark = '\0';
+  bool monthIsNamed = false;  // then they are year, month and day
+};
+
+/// Eight digits are a date without marks.
+std::optional<DateParts> EightDigits(std::string_view field) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), number);
+  if (error != std::errc() || end != field.data() + 8 || number < 10'000'000 || !IsTime(field.substr(8)))
+    return std::nullopt;
+  return DateParts{{number / 10'000, number / 100 % 100, number % 100}, '\0', false};
+}
+
+/// The three numbers of a date, divided by the same mark; none when there are fewer or anything else.
+std::optional<DateParts> ThreeNumbers(std::string_view field) {
+  constexpr std::string_view marks = ".-/";
+  DateParts parts;
   for (std::size_t i = 0; i < 3; ++i) {
-    const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), numbers[i]);
-    if (error != std::errc() || numbers[i] < 0) return std::nullopt;
+    const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), parts.numbers[i]);
+    if (error != std::errc() || parts.numbers[i] < 0) return std::nullopt;
     field.remove_prefix(static_cast<std::size_t>(end - field.data()));
     if (i == 2) break;
     if (field.empty() || marks.find(field.front()) == std::string_view::npos) return std::nullopt;
-    if (i > 0 && field.front() != mark) return std::nullopt;
-    mark = field.front();
+    if (i > 0 && field.front() != parts.mark) return std::nullopt;
+    parts.mark = field.front();
     field.remove_prefix(1);
   }
   if (!IsTime(field)) return std::nullopt;
-  return numbers;
+  return parts;
+}
+
+/// The month whose name in some language of western Europe begins so; none for less than three letters, or for two.
+std::optional<int> MonthNamed(std::string_view letters) {
+  static constexpr std::array<std::string_view, 12> names{"january januar januari janvier enero jan ene",
+                                                          "february februar februari fevrier febrero",
+                                                          "march marz maerz maart mars marzo mrz mrt",
+                                                          "april avril abril",
+                                                          "may mai mei maj mayo",
+                                                          "june juni juin junio",
+                                                          "july juli juillet julio",
+                                                          "august augustus augusti aout agosto",
+                                                          "september septembre septiembre setiembre sept",
+                                                          "october oktober octobre octubre",
+                                                          "november novembre noviembre",
+                                                          "december dezember decembre diciembre"};
+  std::optional<int> month;
+  if (letters.size() < 3) return month;
+  for (std::size_t m = 0; m < names.size(); ++m) {
+    const bool begins = (" " + std::string(names[m])).find(" " + std::string(letters)) != std::string::npos;
+    if (begins && month) return std::nullopt;
+    if (begins) month = static_cast<int>(m) + 1;
+  }
+  return month;
+}
+
+/// A day, the name of a month and a year, or the year first or the month first.
+std::optional<DateParts> NamedMonth(std::string_view field) {
+  constexpr std::string_view between = " .,-/";
+  DateParts parts{{-1, -1, -1}, '\0', true};
+  auto& [year, month, day] = parts.numbers;
+  while (!field.empty()) {
+    const std::string_view word = field.substr(0, field.find_first_of(between));
+    field.remove_prefix(std::min(word.size() + 1, field.size()));
+    int number = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (word.empty() || word == "de") continue;
+    if (error != std::errc()) {
+      const std::optional<int> named = MonthNamed(Alike(word));
+      if (!named || month >= 0) return std::nullopt;
+      month = *named;
+    } else if (end != word.data() + word.size()) {
+      if (word.find(':') == std::string_view::npos) return std::nullopt;  // or a time of day
+    } else {
+      int& part = number > 31 || day >= 0 ? year : day;
+      if (part >= 0) return std::nullopt;
+      part = number;
+    }
+  }
+  if (std::ranges::min(parts.numbers) < 0) return std::nullopt;
+  return parts;
+}
+
+std::optional<DateParts> PartsOf(std::string_view field) {
+  std::optional<DateParts> parts = ThreeNumbers(field);
+  if (!parts) parts = EightDigits(field);
+  const bool hasLetters = std::ranges::any_of(field, [](char c) { return c < 0 || (c >= 'A' && c <= 'z'); });
+  return parts || !hasLetters ? parts : NamedMonth(field);
 }
 
 constexpr int LeastYear = 1000, MostYear = 9999;
@@ -84,10 +158,11 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
     const std::optional<double> serial = NumberIn(field, field.find(',') == std::string_view::npos ? '.' : ',');
     if (serial) return DateIn(DateText(*serial, Shows::Date, false), DateOrder::YearMonthDay);
   }
-  const std::optional<std::array<int, 3>> numbers = ThreeNumbers(field);
-  if (!numbers) return std::nullopt;
-  const auto [first, second, third] = *numbers;
-  if (first >= LeastYear) order = DateOrder::YearMonthDay;
+  const std::optional<DateParts> parts = PartsOf(field);
+  if (!parts) return std::nullopt;
+  const auto [first, second, third] = parts->numbers;
+  if (first >= LeastYear || parts->monthIsNamed) order = DateOrder::YearMonthDay;
+  if (order == DateOrder::MonthDayYear && parts->mark == '.') order = DateOrder::DayMonthYear;
   const int year = order == DateOrder::DayMonthYear || order == DateOrder::MonthDayYear ? third : first;
   const int month = order == DateOrder::MonthDayYear ? first : second;
   const int day = order == DateOrder::DayMonthYear ? first : order == DateOrder::MonthDayYear ? second : third;
@@ -98,9 +173,29 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   return DayOf(calendar::sys_days(date));
 }
 
+std::optional<int> SeasonIn(std::string_view field) {
+  constexpr int FirstOfTwoDigits = 69;
+  field = Trim(field);
+  if (field.starts_with('\'')) field.remove_prefix(1);
+  const std::string_view begun = field.substr(0, field.find_first_of("/-"));
+  const std::string_view rest = field.substr(begun.size());
+  const auto number = [](std::string_view digits) {
+    int n = -1;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), n);
+    return error == std::errc() && end == digits.data() + digits.size() ? n : -1;
+  };
+  int year = number(begun);
+  if (year < 0 || (begun.size() != 2 && begun.size() != 4)) return std::nullopt;
+  if (begun.size() == 2) year += year < FirstOfTwoDigits ? 2000 : 1900;
+  if (rest.empty()) return begun.size() == 2 ? std::optional(year) : std::nullopt;
+  const std::string_view ended = rest.substr(1);
+  const bool follows = (ended.size() == 2 && number(ended) == (year + 1) % 100) || number(ended) == year + 1;
+  return follows ? std::optional(year) : std::nullopt;
+}
+
 bool HasShortYear(std::string_view field) {
-  const std::optional<std::array<int, 3>> numbers = ThreeNumbers(Trim(field));
-  return numbers && std::ranges::max(*numbers) < 100;
+  const std::optional<DateParts> parts = PartsOf(Trim(field));
+  return parts && std::ranges::max(parts->numbers) < 100;
 }
 
 std::string OnOneLine(std::string_view text) {

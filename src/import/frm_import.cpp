@@ -11,6 +11,8 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "data/data_line.h"
+#include "import/column_proposal.h"
+#include "import/heading.h"
 #include "platform/files.h"
 
 namespace merlane {

@@ -1,13 +1,32 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "import/import_choices.h"
 
 namespace merlane {
 
-/// What a column seems to be by the words of its heading, such as "Nest no." or "Hatched on": a role when all words
-/// belong to it and one of them names it, so that "Nest height" is none. Unused when there is no such role.
-Role RoleByWords(std::string_view heading);
+/// What a heading speaks of.
+enum class Speaks {
+  Surely,    // of that alone
+  OfPart,    // of a part of it, as eggs and young are of all that is counted
+  Broadly,   // of that or of something else, such as "ID" or "Visit": what stands below it must fit
+  OfNothing  // of what an analysis has no use for, such as the time of a visit
+};
+
+struct Meaning {
+  Role role;
+  Speaks speaks;
+  bool operator==(const Meaning&) const = default;
+};
+
+/// What a column may be by the words of its heading, such as "Nest no.", "HatchDate" or "Schlupfdatum", in English,
+/// Dutch, French, German, Spanish and Swedish: all words must belong to what it is, so that "Nest height" is nothing.
+/// The likelier one stands first; none where the heading says nothing that is known.
+std::vector<Meaning> MeaningsOf(std::string_view heading);
+
+/// The letters of a heading, small and without accents, by which it is known.
+std::string HeadingLetters(std::string_view heading);
 
 }  // namespace merlane

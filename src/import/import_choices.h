@@ -61,33 +61,12 @@ struct ImportChoices {
   bool operator==(const ImportChoices&) const = default;
 };
 
-/// What a file seems to be, by its bytes or by the first of them.
-ImportChoices ProposedChoices(std::string_view bytes);
-
-/// Proposes the decimal mark, the heading, the order of dates and the roles of a text anew, its delimiter and encoding
-/// being as chosen.
-void ProposeColumns(std::string_view text, ImportChoices& choices);
-
 /// Choices that were kept, for another text: its columns are what those with the same headings were, or, where there
 /// are no headings, those in the same places.
 ImportChoices ForText(ImportChoices kept, std::string_view text);
 
-/// What stands above the rows of a text.
-struct Heading {
-  std::size_t rows = 0;            // up to where the columns' names stand, titles above them included; 0: no heading
-  std::vector<std::string> names;  // of all columns, each on one line, empty where there is none
-  bool rowsHaveNames = false;      // in front of the first column that the heading names
-};
-Heading HeadingOf(std::string_view text, const ImportChoices& choices);
-
-/// The rows of a text without its heading and what stands above that.
-DelimitedRows RowsBehindHeading(std::string_view text, const ImportChoices& choices);
-
 /// The columns that were something when the choices were kept, and that the text does not have.
 std::vector<std::string> ColumnsLacking(const ImportChoices& kept, std::string_view text);
-
-/// The names of a text's columns: its heading, or their numbers.
-std::vector<std::string> ColumnNames(std::string_view text, const ImportChoices& choices);
 
 /// The choices as the text of a small file, with the names of the columns, and back. RuntimeFailure for a text that is
 /// none.

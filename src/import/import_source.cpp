@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/runtime_failure.h"
+#include "import/column_proposal.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
 #include "platform/freexl_workbooks.h"
@@ -85,6 +86,11 @@ bool LooksLikeData(const ImportChoices& choices) {
   return choices.OfNests() || (choices.Has(Role::Code) && choices.Has(Role::Count));
 }
 
+/// Whether dates stand in texts, whose order all rows must tell: that of a cell with a date is year-month-day.
+bool TakesTextsForDates(const ImportChoices& choices) {
+  return choices.dates == DateOrder::DayMonthYear || choices.dates == DateOrder::MonthDayYear;
+}
+
 ImportChoices ProposedForSheet(const std::string& sheet, std::string_view text) {
   ImportChoices choices;
   choices.sheet = sheet;
@@ -117,7 +123,8 @@ ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
   std::optional<ImportChoices> first;
   for (const std::string& sheet : sheets_) {
     const std::string text = book_->Text(sheet, RowsLookedAt, progress);
-    const ImportChoices choices = ProposedForSheet(sheet, text);
+    ImportChoices choices = ProposedForSheet(sheet, text);
+    if (TakesTextsForDates(choices)) choices = ProposedForSheet(sheet, book_->Text(sheet, AllRows, progress));
     if (LooksLikeData(choices)) return choices;
     if (!first && !text.empty()) first = choices;
   }

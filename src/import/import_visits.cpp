@@ -12,6 +12,8 @@
 #include "base/text.h"
 #include "base/utf8.h"
 #include "data/record_layout.h"
+#include "import/brood_ages.h"
+#include "import/heading.h"
 #include "import/remarks.h"
 #include "import/row_reader.h"
 #include "import/visit_examiner.h"
@@ -36,8 +38,9 @@ void ShortenCodes(std::vector<VisitRecord>& visits, Remarks& remarks) {
   if (numbered)
     for (auto& [code, written] : given) written = fmt::format("N{:07}", ++number);
   for (VisitRecord& visit : visits) visit.code = given.at(visit.code);
-  remarks.Say(fmt::format("codes as \"{}\" are longer than {} characters and were {}", example, record::Width,
-                          numbered ? "replaced by numbers in their order" : "cut to their last 8"));
+  remarks.Say(fmt::format("codes as \"{}\" are longer than {} characters and were {}: that one is \"{}\"", example,
+                          record::Width, numbered ? "replaced by numbers in their order" : "cut to their last 8",
+                          given.at(example)));
 }
 
 /// Sorts by year, code and day; returns how many records have another place.
@@ -75,6 +78,13 @@ std::string HeadingLine(const ImportChoices& choices, const std::vector<std::str
   return line + "\r\n";
 }
 
+/// RuntimeFailure with the last of what was said when there is no visit.
+void RequireVisits(const std::vector<VisitRecord>& visits, const Remarks& remarks) {
+  if (!visits.empty()) return;
+  const std::vector<std::string> why = remarks.First();
+  throw RuntimeFailure("no row gives a record: look at what the columns are" + (why.empty() ? "" : "; " + why.back()));
+}
+
 }  // namespace
 
 Imported ImportRows(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress) {
@@ -102,15 +112,16 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
     }
   }
   std::vector<VisitRecord>& visits = reader.visits;
-  if (visits.empty()) {
-    const std::vector<std::string> why = remarks.First();
-    throw RuntimeFailure("no row gives a record: look at what the columns are" +
-                         (why.empty() ? "" : "; " + why.back()));
-  }
+  RequireVisits(visits, remarks);
   reader.RemarkWhole();
+  VisitExaminer examiner(choices, remarks);
+  examiner.LookAtCodes(visits);
   ShortenCodes(visits, remarks);
   imported.moved = Sort(visits);
-  VisitExaminer(choices.Has(Role::Year), remarks).Look(visits);
+  BroodAges ages(choices.unknownAge, remarks);
+  ages.Settle(visits);
+  RequireVisits(visits, remarks);
+  examiner.Look(visits);
   imported.text = HeadingLine(choices, names, remarks);
   const VisitRecord* before = nullptr;
   for (const VisitRecord& visit : visits) {
@@ -118,7 +129,8 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
     before = &visit;
     AppendRecord(imported.text, visit);
   }
-  imported.unknownAges = reader.unknownAges;
+  imported.unknownAges = ages.unknown;
+  imported.leftOut += ages.leftOut;
   imported.records = static_cast<int>(visits.size());
   imported.covariates = static_cast<int>(std::ranges::count(choices.roles, Role::Covariate));
   imported.firstYear = visits.front().year;

@@ -19,6 +19,9 @@ class Remarks {
   /// Counts a row of which the same is to be said as of others.
   void Count(int line, const std::string& what);
 
+  /// What a row's number is the number of.
+  const std::string& Place() const { return place_; }
+
   /// All remarks: how many there are, and the first of them, those of many rows in front.
   int Number() const { return static_cast<int>(together_.size() + counted_.size()) + notes_; }
   std::vector<std::string> First() const;

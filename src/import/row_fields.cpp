@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/text.h"
+#include "import/alike_letters.h"
 
 namespace merlane {
 namespace {
@@ -71,7 +71,7 @@ std::optional<int> RowFields::Whole(Role role, int least, int most) const {
 
 std::optional<DayOfYear> RowFields::Date(Role role) const {
   const std::string& text = Text(role);
-  if (text.empty()) return std::nullopt;
+  if (text.empty() || (role == Role::HatchDate && text == "0")) return std::nullopt;  // as in a data file
   const std::optional<DayOfYear> date = DateIn(text, choices_.dates);
   if (!date) RefuseDate(text, role);
   LookAtOtherOrder(text, *date);
@@ -81,10 +81,12 @@ std::optional<DayOfYear> RowFields::Date(Role role) const {
 void RowFields::RefuseDate(const std::string& text, Role role) const {
   std::string why = fmt::format("\"{}\" is no {}", text, NameOf(role));
   const std::optional<DateOrder> other = OtherOrder(choices_.dates);
-  if (HasShortYear(text))
+  if (HasShortYear(text)) {
     why += ": its year needs four digits";
-  else if (other && DateIn(text, *other))
+  } else if (other && DateIn(text, *other)) {
     why += fmt::format(" as {}, but one as {}", NameOf(choices_.dates), NameOf(*other));
+    if (seen_.otherOrder++ == 0) seen_.firstOfOtherOrder = row_.line;
+  }
   throw LeftOut{why};
 }
 
@@ -112,7 +114,7 @@ std::optional<DayOfYear> RowFields::DateOrNumber(Role role, int year) const {
 }
 
 std::optional<bool> RowFields::Failed() const {
-  const std::string text = LowerCase(Trim(Text(Role::Fate)));
+  const std::string text = Alike(Text(Role::Fate));
   if (text.empty()) return std::nullopt;
   if (const std::optional<double> number = NumberIn(text, choices_.decimal); number == 0.0 || number == 1.0)
     return *number == 1;
@@ -120,7 +122,9 @@ std::optional<bool> RowFields::Failed() const {
     return std::ranges::any_of(words, [&](const char* word) { return text == word; });
   };
   if (isOneOf({"successful", "success", "survived", "hatched", "fledged"})) return false;
-  if (isOneOf({"failed", "failure", "fail", "lost"})) return true;
+  if (isOneOf({"failed", "failure", "fail", "lost", "predated", "depredated", "abandoned", "deserted", "flooded",
+               "destroyed"}))
+    return true;
   Refuse(Text(Role::Fate), Role::Fate);
 }
 

@@ -29,6 +29,7 @@ struct DatesSeen {
   int unclear = 0;     // would be other days in the other order
   bool clear = false;  // one at least is a date in the chosen order only
   std::string example;
+  int otherOrder = 0, firstOfOtherOrder = 0;  // dates in the other order only, and the line of the first
 };
 
 /// The fields of one row by what they are. What cannot be understood is LeftOut.

@@ -10,14 +10,14 @@
 #include "data/brood_data.h"
 #include "data/most_visits.h"
 #include "data/record_layout.h"
+#include "import/alike_letters.h"
+#include "import/brood_ages.h"
+#include "import/heading_words.h"
 
 namespace merlane {
 namespace {
 
 constexpr int MostOfInt16 = 32767;
-
-/// Days from hatch; an older one is mostly of another column, or a day of another year.
-constexpr int LongestAge = 120;
 
 /// The columns that an import cannot do without, and those that can only be one.
 void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) {
@@ -45,12 +45,19 @@ void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) 
 
 RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
                      Remarks& remarks)
-    : choices_(choices), columns_(choices.roles), names_(names), headingColumns_(headingColumns), remarks_(remarks) {
+    : choices_(choices),
+      columns_(choices.roles),
+      names_(names),
+      headingColumns_(headingColumns),
+      remarks_(remarks),
+      stray_(choices, names),
+      covariates_(columns_.Of(Role::Covariate).size()) {
   RequireColumns(choices, columns_);
   RemarkUnusedColumns();
 }
 
 void RowReader::Take(const TextRow& row) {
+  if (const std::string why = stray_.WhyStray(row); !why.empty()) throw LeftOut{why};
   TestWidth(row);
   const RowFields fields(choices_, columns_, row, dates_);
   if (choices_.OfNests())
@@ -61,10 +68,9 @@ void RowReader::Take(const TextRow& row) {
 
 void RowReader::RemarkWhole() {
   RemarkYear();
-  if (dates_.unclear > 0 && !dates_.clear)
-    remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",
-                             dates_.unclear, dates_.example,
-                             DateOrderNames()[static_cast<std::size_t>(choices_.dates)]));
+  RemarkDates();
+  for (std::size_t i = 0; i < covariates_.size(); ++i)
+    covariates_[i].Remark(names_[columns_.Of(Role::Covariate)[i]], remarks_);
   const std::vector<std::size_t>& counts = columns_.Of(Role::Count);
   if (counts.size() > 1) {
     std::string sum = names_[counts.front()];
@@ -74,35 +80,73 @@ void RowReader::RemarkWhole() {
 }
 
 void RowReader::TestWidth(const TextRow& row) {
+  for (const std::size_t c : nameless_)
+    if (c < row.fields.size() && !row.fields[c].empty())
+      remarks_.Count(row.line,
+                     fmt::format("there is a field more than the heading names: \"{}\" is not used", names_[c]));
   std::size_t fields = row.fields.size();
   while (fields > headingColumns_ && row.fields[fields - 1].empty()) --fields;
   const bool ofSheet = !choices_.sheet.empty();
   if (fields > headingColumns_ && ofSheet) remarks_.Count(row.line, "what stands right of all columns was passed over");
   if (fields > headingColumns_ && !ofSheet)
     throw LeftOut{fmt::format("it has {} fields, and there are {} columns", fields, headingColumns_)};
-  if (fields < headingColumns_ && !ofSheet)
-    remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
+  if (fields >= headingColumns_ || ofSheet) return;
+  if (choices_.delimiter == Delimiter::Blanks)  // where an empty field leaves no trace
+    throw LeftOut{fmt::format("it has {} fields, and there are {} columns: nothing tells which of them is missing",
+                              fields, headingColumns_)};
+  remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
 }
 
 void RowReader::RemarkYear() {
-  if (choices_.Has(Role::Year) || visits.empty() || choices_.Has(Role::Date)) return;
-  if (std::ranges::all_of(visits, [this](const VisitRecord& visit) { return visit.year == choices_.year; }))
-    remarks_.Say(fmt::format("no column tells the year: {} was taken", choices_.year));
+  if (yearsTaken_ == 0) return;
+  remarks_.Say(yearsTold_ == 0
+                   ? fmt::format("no column tells the year: {} was taken", choices_.year)
+                   : fmt::format("where a row tells no year, as others do, {} was taken: {} times, first in {} {}",
+                                 choices_.year, yearsTaken_, remarks_.Place(), firstYearTaken_));
+}
+
+void RowReader::RemarkDates() {
+  const std::string& order = DateOrderNames()[static_cast<std::size_t>(choices_.dates)];
+  if (dates_.unclear > 0 && dates_.otherOrder > 0)
+    remarks_.Say(fmt::format(
+        "dates are in two orders: {} of the other one were left out, the first in {} {}, and {} such "
+        "as \"{}\", which could be of both, were taken as {}",
+        dates_.otherOrder, remarks_.Place(), dates_.firstOfOtherOrder, dates_.unclear, dates_.example, order));
+  else if (dates_.unclear > 0 && !dates_.clear)
+    remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",
+                             dates_.unclear, dates_.example, order));
 }
 
 void RowReader::RemarkUnusedColumns() {
   std::string unused;
-  for (const std::size_t c : columns_.Of(Role::Unused))
-    if (!choices_.heading || names_[c] != fmt::format("Column {}", c + 1))  // which the heading leaves without a name
+  for (const std::size_t c : columns_.Of(Role::Unused)) {
+    if (!choices_.heading || names_[c] != fmt::format("Column {}", c + 1))
       unused += fmt::format("{}\"{}\"", unused.empty() ? "" : ", ", names_[c]);
+    else if (c > 0)  // numbers of rows stand in front
+      nameless_.push_back(c);
+  }
   if (!unused.empty()) remarks_.Say("not used: " + unused);
-  const auto isMonth = [](const std::string& name) { return LowerCase(Trim(name)) == "month"; };
-  if (choices_.Has(Role::Day) && std::ranges::any_of(names_, isMonth))
-    remarks_.Say("there is a column \"month\": days are taken as days of the year, not of a month");
+  for (const std::size_t c : columns_.Of(Role::Unused)) RemarkOtherColumn(c);
+  const auto isMonth = [](const std::string& name) {
+    static const std::vector<std::string> months{"month", "monat", "maand", "mois", "mes", "manad"};
+    return std::ranges::find(months, Alike(name)) != months.end();
+  };
+  const auto month = std::ranges::find_if(names_, isMonth);
+  if (choices_.Has(Role::Day) && month != names_.end())
+    remarks_.Say(fmt::format("there is a column \"{}\": days are taken as days of the year, not of a month", *month));
   if (!choices_.OfNests()) return;
   for (const Role role : {Role::Day, Role::Date})
     for (const std::size_t c : columns_.Of(role))
       remarks_.Say(fmt::format("\"{}\" is the {}: nests of one row each have no use for it", names_[c], NameOf(role)));
+}
+
+void RowReader::RemarkOtherColumn(std::size_t column) {
+  for (const Meaning& meaning : MeaningsOf(names_[column])) {
+    if (meaning.role != Role::Code && meaning.role != Role::Count && meaning.role != Role::Date) continue;
+    if (columns_.Of(meaning.role).empty()) continue;
+    return remarks_.Say(fmt::format("\"{}\" is the {}, which \"{}\" could be, too",
+                                    names_[columns_.Of(meaning.role).front()], NameOf(meaning.role), names_[column]));
+  }
 }
 
 void RowReader::TakeVisit(const RowFields& fields, int line) {
@@ -116,23 +160,39 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   visits.push_back(std::move(visit));
 }
 
-std::optional<int> RowReader::YearOf(const RowFields& fields) const {
-  if (!choices_.Has(Role::Year)) return choices_.year;
-  return fields.Whole(Role::Year, -MostOfInt16, MostOfInt16);
+std::optional<int> RowReader::YearOf(const RowFields& fields, int line) {
+  if (!choices_.Has(Role::Year)) return std::nullopt;
+  const std::string& text = fields.Text(Role::Year);
+  const std::optional<int> season = SeasonIn(text);
+  if (season) remarks_.Count(line, fmt::format("the year \"{}\" was taken as {}", text, *season));
+  return season ? season : fields.Whole(Role::Year, -MostOfInt16, MostOfInt16);
+}
+
+int RowReader::YearTaken(int line) {
+  if (choices_.Has(Role::Year)) throw LeftOut{"it has no year"};
+  if (yearsTaken_++ == 0) firstYearTaken_ = line;
+  return choices_.year;
 }
 
 void RowReader::SetDays(const RowFields& fields, VisitRecord& visit) {
-  const std::optional<int> told = YearOf(fields);
+  const std::optional<int> told = YearOf(fields, visit.line);
   const std::optional<DayOfYear> date = fields.Date(Role::Date);
-  if (!told && !date) throw LeftOut{"it has no year"};
   // Behind a New Year the days of a season are counted on where a column tells its year.
-  visit.year = date && (!told || !choices_.Has(Role::Year)) ? date->year : *told;
-  const std::optional<DayOfYear> day = date ? date : fields.DayNumber(Role::Day, visit.year);
+  if (told || date) ++yearsTold_;
+  visit.year = told ? *told : date ? date->year : YearTaken(visit.line);
+  const std::optional<DayOfYear> number = fields.DayNumber(Role::Day, visit.year);
+  const std::optional<DayOfYear> day = date ? date : number;
   if (!day) throw LeftOut{"it has no day"};
+  if (date) CompareDay(*date, number, NameOf(Role::Day), visit.line);
   visit.day = CountedOn(visit, *day, NameOf(Role::Date));
-  const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year);
+  const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year, visit.line);
   if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
   visit.age = AgeOf(fields, visit, hatch.has_value());
+}
+
+void RowReader::CompareDay(DayOfYear date, std::optional<DayOfYear> number, const std::string& what, int line) {
+  if (number && number->day != date.day && number->day != 0)
+    remarks_.Count(line, fmt::format("the {} is not that of the date beside it; the date was taken", what));
 }
 
 int RowReader::CountedOn(const VisitRecord& visit, DayOfYear date, const std::string& what) {
@@ -144,35 +204,26 @@ int RowReader::CountedOn(const VisitRecord& visit, DayOfYear date, const std::st
   return DayCountedFrom(visit.year, date);
 }
 
-std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year) {
+std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year, int line) {
   const std::optional<DayOfYear> date = fields.Date(Role::HatchDate);
-  const std::optional<DayOfYear> day = date ? date : fields.DayNumber(Role::HatchDay, year);
-  return day && day->day == 0 ? std::nullopt : day;
-}
-
-std::string RowReader::AgeText(double age, int line) {
-  if (std::abs(age) > LongestAge)
-    remarks_.Count(line, fmt::format("the age is more than {} days from hatch", LongestAge));
-  const FieldNumber written = InWidth(age, record::Width);
-  if (written.rounded) remarks_.Count(line, "the age has more digits than there is room for");
-  return written.text;
+  const std::optional<DayOfYear> number = fields.DayNumber(Role::HatchDay, year);
+  if (date) CompareDay(*date, number, NameOf(Role::HatchDay), line);
+  if (date) return date;
+  return number && number->day == 0 ? std::nullopt : number;
 }
 
 std::string RowReader::AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown) {
   const std::string& text = fields.Text(Role::Age);
+  if (text == "?") remarks_.Count(visit.line, "the age \"?\" is an unknown one of young; of eggs it would be \"-?\"");
   if (text == "?" || text == "-?") return text;
   const std::optional<double> age = text.empty() ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
   const int sinceHatch = visit.day - visit.hatchDay;
-  if (age && *age != Missing) {
-    if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
-    if (hatchKnown && std::abs(*age - sinceHatch) >= 1)
-      remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
-    return AgeText(*age, visit.line);
-  }
-  if (hatchKnown) return AgeText(sinceHatch, visit.line);
-  if (choices_.unknownAge == UnknownAge::LeftOut) throw LeftOut{"its age is not known"};
-  ++unknownAges;
-  return choices_.unknownAge == UnknownAge::OfEggs ? "-?" : "?";
+  if (!age || *age == Missing) return hatchKnown ? AgeText(sinceHatch, visit.line, remarks_) : "";
+  if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
+  if (*age == -99) remarks_.Count(visit.line, "the age is -99, which may stand for no value");
+  if (hatchKnown && std::abs(*age - sinceHatch) >= 1)
+    remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
+  return AgeText(*age, visit.line, remarks_);
 }
 
 int RowReader::CountOf(const RowFields& fields, int line) const {
@@ -192,8 +243,11 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
 
 std::string RowReader::Covariates(const RowFields& fields, int line) {
   std::string written;
-  for (const std::size_t column : columns_.Of(Role::Covariate)) {
-    const std::optional<double> number = fields.Number(Role::Covariate, column);
+  for (std::size_t i = 0; i < covariates_.size(); ++i) {
+    const std::size_t column = columns_.Of(Role::Covariate)[i];
+    std::optional<double> number = fields.Number(Role::Covariate, column);
+    if (number == Missing) number.reset();
+    if (number) covariates_[i].Take(*number, fields.At(column), line);
     if (!number)
       remarks_.Count(line,
                      fmt::format("\"{}\" has no value: an analysis with it passes over such a visit", names_[column]));
@@ -225,15 +279,17 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
 }
 
 RowReader::Nest RowReader::NestOf(const RowFields& fields, VisitRecord& visit) {
-  const std::optional<int> told = YearOf(fields);
+  const std::optional<int> told = YearOf(fields, visit.line);
+  const bool tellsYear = told || IsDate(fields.Text(Role::FirstFound));
+  if (tellsYear) ++yearsTold_;
+  const int year = told ? *told : tellsYear ? choices_.year : YearTaken(visit.line);
   const auto day = [&](Role role) {
-    const std::optional<DayOfYear> date = fields.DateOrNumber(role, told.value_or(choices_.year));
+    const std::optional<DayOfYear> date = fields.DateOrNumber(role, year);
     if (!date) throw LeftOut{fmt::format("it has no day for {}", NameOf(role))};
     return *date;
   };
   const DayOfYear found = day(Role::FirstFound);
-  if (!told && !IsDate(fields.Text(Role::FirstFound))) throw LeftOut{"it has no year"};
-  visit.year = choices_.Has(Role::Year) && told ? *told : found.year;
+  visit.year = told ? *told : found.year;
   Nest nest;
   nest.first = visit.day = CountedOn(visit, found, NameOf(Role::FirstFound));
   nest.last = CountedOn(visit, day(Role::LastPresent), NameOf(Role::LastPresent));
@@ -253,7 +309,7 @@ RowReader::Nest RowReader::NestOf(const RowFields& fields, VisitRecord& visit) {
 }
 
 std::optional<double> RowReader::AgeOfNest(const RowFields& fields, VisitRecord& visit) {
-  const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year);
+  const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year, visit.line);
   if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
   const std::string& text = fields.Text(Role::Age);
   const bool isUnknown = text.empty() || text == "?" || text == "-?";
@@ -277,7 +333,7 @@ void RowReader::AddNest(VisitRecord visit, const Nest& nest) {
     throw RuntimeFailure("the file stands for more visits than there is room for");
   for (const int day : std::set<int>{nest.first, nest.last, nest.end}) {
     visit.day = day;
-    visit.age = nest.age ? AgeText(*nest.age + (day - nest.first), visit.line) : "-?";
+    visit.age = nest.age ? AgeText(*nest.age + (day - nest.first), visit.line, remarks_) : "-?";
     visit.count = day > nest.last ? 0 : nest.eggs;
     visits.push_back(visit);
   }

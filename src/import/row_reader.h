@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "import/covariate_look.h"
 #include "import/remarks.h"
 #include "import/row_fields.h"
+#include "import/stray_rows.h"
 #include "import/visit_record.h"
 
 namespace merlane {
@@ -20,8 +22,7 @@ class RowReader {
   RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
             Remarks& remarks);
 
-  std::vector<VisitRecord> visits;
-  int unknownAges = 0;
+  std::vector<VisitRecord> visits;  // those of nests with their ages, others without where it is missing
 
   /// LeftOut when the row gives no visit.
   void Take(const TextRow& row);
@@ -34,12 +35,17 @@ class RowReader {
   void TestWidth(const TextRow& row);
 
   void RemarkUnusedColumns();
+  /// An unused column that by its heading could be what another is.
+  void RemarkOtherColumn(std::size_t column);
   void RemarkYear();
+  void RemarkDates();
 
   void TakeVisit(const RowFields& fields, int line);
 
-  /// The year that a column tells, or the one for all rows where there is no such column; none where it is missing.
-  std::optional<int> YearOf(const RowFields& fields) const;
+  /// The year that a column tells; none where there is no such column, or no value.
+  std::optional<int> YearOf(const RowFields& fields, int line);
+  /// The year for a row that tells none: the one for all rows, where no column tells it.
+  int YearTaken(int line);
 
   /// Year, day, hatch day and age of a visit.
   void SetDays(const RowFields& fields, VisitRecord& visit);
@@ -48,11 +54,12 @@ class RowReader {
   int CountedOn(const VisitRecord& visit, DayOfYear date, const std::string& what);
 
   /// None for a day of 0, too, which stands for none in a data file.
-  static std::optional<DayOfYear> HatchOf(const RowFields& fields, int year);
+  std::optional<DayOfYear> HatchOf(const RowFields& fields, int year, int line);
 
-  std::string AgeText(double age, int line);
+  /// The number beside a date that tells the same day.
+  void CompareDay(DayOfYear date, std::optional<DayOfYear> number, const std::string& what, int line);
 
-  /// The age as it stands, or since the hatch day, or none.
+  /// The age as it stands, or since the hatch day; empty when it is missing and follows from nothing.
   std::string AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown);
 
   /// The number of a visit: what stands in all columns with counts.
@@ -89,9 +96,13 @@ class RowReader {
   const std::vector<std::string>& names_;
   const std::size_t headingColumns_;
   Remarks& remarks_;
+  StrayRows stray_;
+  std::vector<std::size_t> nameless_;  // columns that are not used and have no heading, but for the first
   DatesSeen dates_;
-  std::set<std::pair<int, std::string>> nests_;       // by year and code
-  std::map<std::pair<int, std::string>, int> again_;  // how often a code came once more
+  std::vector<CovariateLook> covariates_;                    // of those columns, in their order
+  int yearsTold_ = 0, yearsTaken_ = 0, firstYearTaken_ = 0;  // rows
+  std::set<std::pair<int, std::string>> nests_;              // by year and code
+  std::map<std::pair<int, std::string>, int> again_;         // how often a code came once more
 };
 
 }  // namespace merlane

@@ -3,44 +3,69 @@
 #include <fmt/format.h>
 
 #include "base/number_text.h"
-#include "base/text.h"
+#include "import/alike_letters.h"
 
 namespace merlane {
 
-void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
-  for (std::size_t i = 0; i < visits.size(); ++i) {
-    const bool sameBrood = i > 0 && visits[i - 1].code == visits[i].code && visits[i - 1].year == visits[i].year;
-    if (sameBrood) {
-      LookAtPair(visits[i - 1], visits[i]);
-    } else {
-      LookAtCode(visits[i]);
-      LookOverNewYear(visits, i);
-    }
-  }
-}
+namespace {
 
-std::string VisitExaminer::Plain(const std::string& code) {
-  std::string plain;
-  for (const char c : LowerCase(code)) {
-    const bool isCapital = plain.ends_with('\xC3') && c <= '\x9E' && c != '\x97';
-    if (c == '\xA0' && plain.ends_with('\xC2'))
-      plain.pop_back();  // a blank that does not break lines
-    else if (c != ' ')
-      plain += isCapital ? static_cast<char>(c + 0x20) : c;
-  }
-  return plain;
+bool AreOfOneBrood(const VisitRecord& a, const VisitRecord& b) { return a.code == b.code && a.year == b.year; }
+
+}  // namespace
+
+void VisitExaminer::LookAtCodes(const std::vector<VisitRecord>& visits) {
+  for (std::size_t i = 0; i < visits.size(); ++i)
+    if (i == 0 || visits[i - 1].code != visits[i].code) LookAtCode(visits[i]);
 }
 
 void VisitExaminer::LookAtCode(const VisitRecord& visit) {
-  const auto [known, isNew] = spelling_.try_emplace(Plain(visit.code), visit.code);
-  if (!isNew && known->second != visit.code)
-    remarks_.Note(visit.line,
-                  fmt::format("the codes \"{}\" and \"{}\" differ in case or blanks only", known->second, visit.code));
+  const auto [known, isNew] = spelling_.try_emplace(Alike(visit.code), visit.code);
+  if (isNew || known->second == visit.code) return;
+  const bool isCase = WithoutCase(known->second) == WithoutCase(visit.code);
+  remarks_.Note(visit.line, fmt::format("the codes \"{}\" and \"{}\" {}", known->second, visit.code,
+                                        isCase ? "differ in case or blanks only"
+                                               : "look alike: they differ in accents, or have letters of another "
+                                                 "alphabet"));
+}
+
+void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
+  LookAtColumns(visits);
+  for (std::size_t i = 0; i < visits.size(); ++i) {
+    if (i > 0 && AreOfOneBrood(visits[i - 1], visits[i]))
+      LookAtPair(visits[i - 1], visits[i]);
+    else
+      LookOverNewYear(visits, i);
+  }
+}
+
+void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
+  constexpr int FirstYear = 1950, LastYear = 2100, FewRows = 3, LastOfAMonth = 31;
+  std::size_t broods = 0;
+  bool countsVisits = true, withinAMonth = true;
+  int before = 0;
+  for (std::size_t i = 0; i < visits.size(); ++i) {
+    const VisitRecord& visit = visits[i];
+    if (visit.year < FirstYear || visit.year > LastYear)
+      remarks_.Count(visit.line, fmt::format("the year is {}", visit.year));
+    const bool isFirst = i == 0 || !AreOfOneBrood(visits[i - 1], visit);
+    if (isFirst) ++broods;
+    countsVisits = countsVisits && visit.day == (isFirst ? 1 : before + 1);
+    withinAMonth = withinAMonth && visit.day >= 1 && visit.day <= LastOfAMonth;
+    before = visit.day;
+  }
+  if (choices_.OfNests() || visits.size() < FewRows) return;
+  if (broods == visits.size())
+    remarks_.Say("each row has a code of its own, so that no brood has a second visit: is that column the code?");
+  if (choices_.Has(Role::Date)) return;
+  if (countsVisits)
+    remarks_.Say("the days of each brood are 1, 2, 3 and so on: are they numbers of visits?");
+  else if (withinAMonth)
+    remarks_.Say("no day of the year is behind the 31st: are they days of a month, or numbers of visits?");
 }
 
 void VisitExaminer::LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i) {
   constexpr int LateInYear = 305, EarlyInYear = 60;
-  if (yearsAreTold_) return;
+  if (choices_.Has(Role::Year)) return;
   const VisitRecord& visit = visits[i];
   if (visit.day <= EarlyInYear && late_.contains({visit.year - 1, visit.code}))
     remarks_.Count(visit.line,
@@ -59,8 +84,10 @@ void VisitExaminer::LookAtPair(const VisitRecord& before, const VisitRecord& vis
   if (visit.count > before.count) note(fmt::format("has {} behind {}", visit.count, before.count));
   if (before.AgeIsKnown() && visit.AgeIsKnown() && StrictNumber(visit.age) <= StrictNumber(before.age))
     note(fmt::format("has the age {} behind {}", visit.age, before.age));
-  if (before.hatchDay != visit.hatchDay)
-    remarks_.Count(visit.line, "the hatch day is another than at the visit before; the last one counts");
+  if (before.hatchDay != 0 && visit.hatchDay != 0 && before.hatchDay != visit.hatchDay)
+    note(fmt::format("has the hatch day {} behind {}", visit.hatchDay, before.hatchDay));
+  if ((before.hatchDay == 0) != (visit.hatchDay == 0))
+    remarks_.Count(visit.line, "the hatch day is missing at one visit, and others do not agree on it");
   if (before.covariates != visit.covariates)
     remarks_.Count(visit.line, "a covariate is another than at the visit before; the first one counts");
 }

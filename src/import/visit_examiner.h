@@ -6,30 +6,35 @@
 #include <utility>
 #include <vector>
 
+#include "import/import_choices.h"
 #include "import/remarks.h"
 #include "import/visit_record.h"
 
 namespace merlane {
 
-/// Looks through sorted visits for what the reading of their file will refuse, or what looks like a slip of the pen.
+/// Looks through sorted visits for what the reading of their file will refuse, or what looks like a slip of the pen or
+/// like another column than it was taken for.
 class VisitExaminer {
  public:
-  VisitExaminer(bool yearsAreTold, Remarks& remarks) : yearsAreTold_(yearsAreTold), remarks_(remarks) {}
+  VisitExaminer(const ImportChoices& choices, Remarks& remarks) : choices_(choices), remarks_(remarks) {}
 
+  /// Looks at codes as they stand in the file.
+  void LookAtCodes(const std::vector<VisitRecord>& visits);
+  /// Looks at all else.
   void Look(const std::vector<VisitRecord>& visits);
 
  private:
-  /// Letters as if written with small ones and without blanks. Accented ones of western Europe have two bytes.
-  static std::string Plain(const std::string& code);
-
   void LookAtCode(const VisitRecord& visit);
+
+  /// Codes, days and years that seem to be something else.
+  void LookAtColumns(const std::vector<VisitRecord>& visits);
 
   /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
   void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i);
 
   void LookAtPair(const VisitRecord& before, const VisitRecord& visit);
 
-  const bool yearsAreTold_;
+  const ImportChoices& choices_;
   Remarks& remarks_;
   std::map<std::string, std::string> spelling_;
   std::set<std::pair<int, std::string>> late_;

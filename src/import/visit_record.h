@@ -10,7 +10,7 @@ struct VisitRecord {
   int year = 0;
   std::string code;
   int day = 0, hatchDay = 0;
-  std::string age;  // a number, "?" or "-?"
+  std::string age;  // a number, "?" or "-?"; empty as long as it is missing and follows from nothing
   int count = 0;
   std::string covariates;  // their fields, each behind its comma
   int line = 0;            // of the row that it comes from

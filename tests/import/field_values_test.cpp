@@ -15,6 +15,31 @@ TEST(FieldValues, DatesOfAllOrdersBecomeDaysOfTheirYear) {
   EXPECT_EQ(DateIn("45086.75", DateOrder::SerialDays), Day({2023, 160}));
 }
 
+TEST(FieldValues, DatesWithoutMarksOrWithTheNameOfTheirMonthAreOfNoOrder) {
+  for (const DateOrder order :
+       {DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear, DateOrder::SerialDays})
+    for (const char* text : {"20230609", "20230609 08:15", "9 June 2023", "June 9, 2023", "09-JUN-2023", "2023-Jun-09",
+                             "9. Juni 2023", "9 juin 2023", "9 de junio de 2023", "9 jun. 2023 8:15", "9/juni/2023"})
+      EXPECT_EQ(DateIn(text, order), Day({2023, 160})) << text;
+  EXPECT_EQ(DateIn("1 ao\u00FBt 2023", DateOrder::DayMonthYear), Day({2023, 213}));
+  EXPECT_EQ(DateIn("1. M\u00E4rz 2023", DateOrder::DayMonthYear), Day({2023, 60}));
+  EXPECT_EQ(DateIn("1 jui 2023", DateOrder::DayMonthYear), Day()) << "juin or juillet";
+}
+
+TEST(FieldValues, BetweenPointsTheDayStandsBeforeTheMonth) {
+  EXPECT_EQ(DateIn("9.6.2023", DateOrder::MonthDayYear), Day({2023, 160}));
+  EXPECT_EQ(DateIn("6/9/2023", DateOrder::MonthDayYear), Day({2023, 160}));
+}
+
+TEST(FieldValues, ASeasonIsTheYearInWhichItBegan) {
+  for (const char* text : {"2019/20", "2019-20", "2019/2020", "2019-2020", "19", "'19"})
+    EXPECT_EQ(SeasonIn(text), 2019) << text;
+  EXPECT_EQ(SeasonIn("1999/00"), 1999);
+  EXPECT_EQ(SeasonIn("95"), 1995);
+  for (const char* text : {"2019", "2019/21", "5", "195", "2019-06-09", "", "2019/", "19x", "-19"})
+    EXPECT_EQ(SeasonIn(text), std::nullopt) << text;
+}
+
 TEST(FieldValues, LeapYearsAreThoseOfTheCalendar) {
   EXPECT_EQ(DateIn("2024-12-31", DateOrder::YearMonthDay), Day({2024, 366}));
   EXPECT_EQ(DateIn("2023-12-31", DateOrder::YearMonthDay), Day({2023, 365}));
@@ -25,8 +50,8 @@ TEST(FieldValues, LeapYearsAreThoseOfTheCalendar) {
 }
 
 TEST(FieldValues, WhatIsNoDateIsNone) {
-  for (const char* text :
-       {"", "160", "2023-06", "9.6.23", "31.4.2023", "2023-13-01", "June 9, 2023", "2023-06-09x", "-1-1-2023"})
+  for (const char* text : {"", "160", "2023-06", "9.6.23", "31.4.2023", "2023-13-01", "Juice 9, 2023", "9 June 23",
+                           "9 6 June", "2023-06-09x", "-1-1-2023"})
     for (const DateOrder order : {DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear})
       EXPECT_EQ(DateIn(text, order), Day()) << text;
   EXPECT_EQ(DateIn("1995", DateOrder::YearMonthDay), Day());

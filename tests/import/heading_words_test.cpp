@@ -5,23 +5,53 @@
 namespace merlane {
 namespace {
 
+/// The likeliest role of a heading; none where it says nothing.
+std::optional<Role> RoleOf(const char* heading) {
+  const std::vector<Meaning> meanings = MeaningsOf(heading);
+  return meanings.empty() ? std::nullopt : std::optional(meanings.front().role);
+}
+
 TEST(HeadingWords, NameAColumnInManyWays) {
-  for (const char* heading : {"Nest no.", "Brood ID", "ring number", "NestCode", "Tag of the female"})
-    EXPECT_EQ(RoleByWords(heading), Role::Code) << heading;
-  for (const char* heading : {"Date of visit", "Visited on", "survey_date"})
-    EXPECT_EQ(RoleByWords(heading), Role::Date) << heading;
-  for (const char* heading : {"Hatched on", "Date of hatching", "HatchDate"})
-    EXPECT_EQ(RoleByWords(heading), Role::HatchDate) << heading;
-  for (const char* heading : {"Eggs or young", "Number of chicks", "Young alive", "No. of eggs"})
-    EXPECT_EQ(RoleByWords(heading), Role::Count) << heading;
-  for (const char* heading : {"Age (days)", "Age of brood", "chick_age"})
-    EXPECT_EQ(RoleByWords(heading), Role::Age) << heading;
+  for (const char* heading : {"Nest no.", "Brood ID", "ring number", "NestCode", "Tag of the female", "nestid"})
+    EXPECT_EQ(RoleOf(heading), Role::Code) << heading;
+  for (const char* heading : {"Date of visit", "Visited on", "survey_date", "visitdate"})
+    EXPECT_EQ(RoleOf(heading), Role::Date) << heading;
+  for (const char* heading : {"Hatched on", "Date of hatching", "HatchDate", "HatchDay"})
+    EXPECT_EQ(RoleOf(heading), Role::HatchDate) << heading;
+  for (const char* heading :
+       {"Eggs or young", "Number of chicks", "Young alive", "No. of eggs", "Hatchlings", "Pulli", "#EorJ", "Count"})
+    EXPECT_EQ(RoleOf(heading), Role::Count) << heading;
+  for (const char* heading : {"Age (days)", "Age of brood", "chick_age", "BroodAge"})
+    EXPECT_EQ(RoleOf(heading), Role::Age) << heading;
+  for (const char* heading : {"DofY", "Day of the year", "Julian date", "DOY"})
+    EXPECT_EQ(RoleOf(heading), Role::Day) << heading;
+  for (const char* heading : {"yr", "Field season", "Year"}) EXPECT_EQ(RoleOf(heading), Role::Year) << heading;
+}
+
+TEST(HeadingWords, AreKnownInSixLanguages) {
+  const std::vector<std::pair<Role, std::vector<const char*>>> headings{
+      {Role::Year, {"Jahr", "Jaar", "Ann\u00E9e", "A\u00F1o", "\u00C5r", "S\u00E4song", "Saison"}},
+      {Role::Code, {"Gelege-Nr.", "Nestnummer", "Broedsel", "N\u00B0 de nid", "Nich\u00E9e", "Nido", "Bo nr", "Kull"}},
+      {Role::Date, {"Datum", "Besuchsdatum", "Date de visite", "Fecha", "Fecha de visita", "Datum bezoek"}},
+      {Role::HatchDate,
+       {"Schlupfdatum", "Schlupftag", "Date d'\u00E9closion", "Fecha de eclosi\u00F3n", "Uitkomstdatum",
+        "Kl\u00E4ckningsdatum"}},
+      {Role::Age, {"Alter (Tage)", "Leeftijd", "\u00C2ge", "Edad", "\u00C5lder"}},
+      {Role::Count,
+       {"Eier", "Anzahl Eier", "K\u00FCken", "Jungv\u00F6gel", "Eieren", "Aantal jongen", "\u0152ufs", "Poussins",
+        "Nombre d'\u0153ufs", "Huevos", "Pollos", "\u00C4gg", "Antal ungar", "Ungar"}},
+      {Role::Day, {"Tag im Jahr", "Dag", "Jour de l'ann\u00E9e", "D\u00EDa"}}};
+  for (const auto& [role, names] : headings)
+    for (const char* heading : names) EXPECT_EQ(RoleOf(heading), role) << heading;
 }
 
 TEST(HeadingWords, ThatSpeakOfSomethingElseNameNothing) {
-  for (const char* heading : {"Nest height", "Clutch size", "Visit number", "Egg mass", "Cover", "Remarks", "Observer",
-                              "Age of mother in years", "Coverage", "", "123"})
-    EXPECT_EQ(RoleByWords(heading), Role::Unused) << heading;
+  for (const char* heading :
+       {"Nest height", "Clutch size", "Egg mass", "Cover", "Remarks", "Observer", "Age of mother in years", "Coverage",
+        "", "123", "Boden", "Area", "Daten", "Year1995", "Eggs 2"})
+    EXPECT_EQ(RoleOf(heading), std::nullopt) << heading;
+  for (const char* heading : {"Visit number", "Obs.", "Time", "Uhrzeit", "Monat", "Fledglings", "Young hatched"})
+    EXPECT_EQ(MeaningsOf(heading).back().speaks, Speaks::OfNothing) << heading;
 }
 
 }  // namespace

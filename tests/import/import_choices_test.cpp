@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "base/runtime_failure.h"
+#include "import/column_proposal.h"
+#include "import/heading.h"
 
 namespace merlane {
 namespace {

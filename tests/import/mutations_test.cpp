@@ -167,7 +167,7 @@ TEST_F(Mutation, OfAWorkbookOfTheOldKindIsImportedOrRefused) {
   const std::vector<std::string> files{ReadWholeFile(Files + "lo_visits.xls"),
                                        ReadWholeFile(Files + "lo_formulas.xls")};
   const std::string_view pieces("\x00\x01\x02\x03\x06\x09\xFD\xFF", 8);
-  const int count = Mutations(300);
+  const int count = Mutations(100);
   for (int i = 0; i < count; ++i) Import(Mutated(files[random() % files.size()], pieces, random));
   EXPECT_GT(imported, count / 100);
   EXPECT_GT(refused, count / 10);

@@ -12,6 +12,7 @@
 
 #include "base/text.h"
 #include "data/brood_reader.h"
+#include "import/column_proposal.h"
 #include "import/import_visits.h"
 
 namespace merlane {

@@ -1,0 +1,265 @@
+#include "import/column_proposal.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "base/runtime_failure.h"
+#include "import/heading.h"
+#include "import/heading_words.h"
+
+namespace merlane {
+namespace {
+
+/// What stands in a column below its heading, as far as it was looked at.
+class ColumnValues {
+ public:
+  ColumnValues(const std::vector<TextRow>& rows, std::size_t column, char decimal) : decimal_(decimal) {
+    for (const TextRow& row : rows)
+      if (column < row.fields.size() && !IsMissing(row.fields[column])) filled_.push_back(row.fields[column]);
+  }
+
+  bool Empty() const { return filled_.empty(); }
+
+  /// Whether half of the fields that hold something, or more, are of a kind. What is not will be told when the file is
+  /// imported.
+  template <class IsOfKind>
+  bool Mostly(IsOfKind isOfKind) const {
+    const auto fitting = std::ranges::count_if(filled_, isOfKind);
+    return fitting > 0 && 2 * static_cast<std::size_t>(fitting) >= filled_.size();
+  }
+
+  bool AreNumbers() const { return AreNumbers(-1e300, 1e300); }
+
+  bool AreNumbers(double least, double most) const {
+    return Mostly([&](const std::string& field) {
+      const std::optional<double> number = NumberIn(field, decimal_);
+      return number && *number >= least && *number <= most;
+    });
+  }
+
+  /// The days that a spreadsheet counts, of years from 1950 to 2099.
+  bool AreSerialDays() const { return AreNumbers(18265, 73050); }
+  bool AreDates() const { return Mostly(IsAnyDate) || AreSerialDays(); }
+  bool AreYears() const {
+    return AreNumbers(1501, 2499) || Mostly([](const std::string& f) { return SeasonIn(f).has_value(); });
+  }
+  bool AreAges() const {
+    return AreNumbers() || Mostly([](const std::string& field) { return field == "?" || field == "-?"; });
+  }
+
+  /// How well the values tell broods apart that are visited more than once: 0 when all are the same or none is.
+  int RepeatsOfCodes() const {
+    const std::set<std::string> different(filled_.begin(), filled_.end());
+    return different.size() > 1 && different.size() < filled_.size() ? 1 : 0;
+  }
+
+  static bool IsAnyDate(const std::string& field) {
+    return DateIn(field, DateOrder::YearMonthDay) || DateIn(field, DateOrder::DayMonthYear) ||
+           DateIn(field, DateOrder::MonthDayYear) || HasShortYear(field);  // of which the import tells why it is none
+  }
+
+ private:
+  const char decimal_;
+  std::vector<std::string> filled_;
+};
+
+bool IsDecimalComma(const std::string& field) {
+  return field.find(',') != std::string::npos && NumberIn(field, ',').has_value();
+}
+
+/// A comma is the decimal mark when a field is a number with it, and none is one with a point.
+char ProposedDecimal(const std::vector<TextRow>& rows) {
+  bool comma = false;
+  for (const TextRow& row : rows)
+    for (const std::string& field : row.fields) {
+      if (field.find('.') != std::string::npos && NumberIn(field, '.')) return '.';
+      comma = comma || IsDecimalComma(field);
+    }
+  return comma ? ',' : '.';
+}
+
+/// A first row of words alone is a heading.
+bool ProposedHeading(const std::vector<TextRow>& rows, char decimal) {
+  const std::size_t first = TitleRows(rows);
+  if (first == rows.size()) return false;
+  return std::ranges::none_of(rows[first].fields, [decimal](const std::string& field) {
+    return NumberIn(field, decimal) || ColumnValues::IsAnyDate(field);
+  });
+}
+
+/// What a column can be when its heading has that meaning; none when what stands below is something else.
+std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) {
+  constexpr int LastOfAMonth = 31, FirstDay = -366, LastDay = 732;
+  const auto when = [&](bool fits) { return fits ? std::optional(meaning.role) : std::nullopt; };
+  if (values.Empty()) return meaning.role;
+  switch (meaning.role) {
+    case Role::Year:
+      return when(values.AreYears());
+    case Role::Code:
+      return when(!values.Mostly(ColumnValues::IsAnyDate));
+    case Role::Day:
+    case Role::Date:
+      if (values.AreDates()) return Role::Date;
+      if (meaning.role == Role::Date && meaning.speaks == Speaks::Broadly) return std::nullopt;  // numbers of visits
+      return values.AreNumbers(FirstDay, LastDay) ? std::optional(Role::Day) : std::nullopt;
+    case Role::HatchDate:
+      if (values.AreDates()) return Role::HatchDate;
+      // "Hatched" may be whether, or how many.
+      return values.AreNumbers(meaning.speaks == Speaks::Surely ? FirstDay : LastOfAMonth + 1, LastDay)
+                 ? std::optional(Role::HatchDay)
+                 : std::nullopt;
+    case Role::FirstFound:
+    case Role::LastPresent:
+    case Role::LastChecked:
+      return when(values.AreDates() || values.AreNumbers());
+    case Role::Age:
+      return when(values.AreAges());
+    case Role::Count:
+    case Role::Nests:
+      return when(values.AreNumbers());
+    default:
+      return meaning.role;
+  }
+}
+
+/// What a column could be, the likeliest first, and how surely.
+struct Candidate {
+  Role role = Role::Unused;
+  Speaks speaks = Speaks::Broadly;
+};
+
+std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValues& values) {
+  std::vector<Candidate> candidates;
+  const std::vector<Meaning> meanings = MeaningsOf(heading);
+  for (const Meaning& meaning : meanings)
+    if (const std::optional<Role> role = Fitting(meaning, values)) candidates.push_back({*role, meaning.speaks});
+  // A column without a heading holds numbers of rows, for instance.
+  if (meanings.empty() && !heading.empty() && values.AreNumbers()) candidates.push_back({Role::Covariate});
+  candidates.push_back({Role::Unused});
+  return candidates;
+}
+
+/// The roles of columns, of which each that one column alone can have goes to the surest.
+class RoleAssignment {
+ public:
+  RoleAssignment(const std::vector<std::string>& names, const std::vector<ColumnValues>& values)
+      : names_(names), values_(values) {
+    for (std::size_t c = 0; c < names.size(); ++c) candidates_.push_back(CandidatesOf(names[c], values[c]));
+  }
+
+  std::vector<Role> Roles() {
+    while (SettleOne()) continue;
+    std::vector<Role> roles;
+    for (const std::vector<Candidate>& each : candidates_) roles.push_back(each.front().role);
+    return roles;
+  }
+
+ private:
+  /// Takes a role from a column that shares it with another; false when there is none.
+  bool SettleOne() {
+    for (std::size_t a = 0; a < candidates_.size(); ++a)
+      for (std::size_t b = a + 1; b < candidates_.size(); ++b) {
+        if (candidates_[a].front().role != candidates_[b].front().role || MayBoth(a, b)) continue;
+        std::vector<Candidate>& loser = candidates_[IsSurer(b, a) ? a : b];
+        loser.erase(loser.begin());
+        return true;
+      }
+    return false;
+  }
+
+  bool MayBoth(std::size_t a, std::size_t b) const {
+    const Candidate& first = candidates_[a].front();
+    if (first.role != Role::Count) return MayBeMany(first.role);
+    // Eggs and young are added; eggs of two visits, or of two nests side by side, are not.
+    return first.speaks == Speaks::OfPart && candidates_[b].front().speaks == Speaks::OfPart &&
+           HeadingLetters(names_[a]) != HeadingLetters(names_[b]);
+  }
+
+  bool IsSurer(std::size_t b, std::size_t a) const {
+    const Candidate &first = candidates_[a].front(), &second = candidates_[b].front();
+    if (first.role == Role::Code && !OfNests() && values_[a].RepeatsOfCodes() != values_[b].RepeatsOfCodes())
+      return values_[b].RepeatsOfCodes() > values_[a].RepeatsOfCodes();
+    return second.speaks < first.speaks;
+  }
+
+  bool OfNests() const {
+    return std::ranges::any_of(candidates_, [](const auto& each) { return each.front().role == Role::FirstFound; });
+  }
+
+  const std::vector<std::string>& names_;
+  const std::vector<ColumnValues>& values_;
+  std::vector<std::vector<Candidate>> candidates_;
+};
+
+bool HoldsDates(Role role) {
+  return role == Role::Date || role == Role::HatchDate || role == Role::FirstFound || role == Role::LastPresent ||
+         role == Role::LastChecked;
+}
+
+constexpr std::array Orders{DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear};
+
+/// How many dates are days of the calendar in each order.
+struct FittingDates {
+  std::array<int, Orders.size()> of{};
+
+  void Count(const TextRow& row, const std::vector<bool>& columns) {
+    for (std::size_t c = 0; c < std::min(row.fields.size(), columns.size()); ++c)
+      for (std::size_t i = 0; columns[c] && i < Orders.size(); ++i)
+        if (DateIn(row.fields[c], Orders[i]) && !IsInPointsAs(Orders[i], row.fields[c])) ++of[i];
+  }
+  /// The first order in which most are.
+  DateOrder Best() const { return Orders[static_cast<std::size_t>(std::ranges::max_element(of) - of.begin())]; }
+  bool IsUnclear() const { return of[1] > 0 && of[1] == of[2]; }
+
+ private:
+  /// Points are those of days before months whatever was chosen, and tell nothing for the other order.
+  static bool IsInPointsAs(DateOrder order, const std::string& field) {
+    return order == DateOrder::MonthDayYear && field.find('.') != std::string::npos;
+  }
+};
+
+/// The order of dates by the first rows or, where days and months can be exchanged in all of them, by all rows.
+DateOrder ProposedDates(std::string_view text, const std::vector<TextRow>& firstRows, const ImportChoices& choices) {
+  std::vector<bool> columns;
+  const bool known = std::ranges::any_of(choices.roles, HoldsDates);
+  for (const Role role : choices.roles) columns.push_back(!known || HoldsDates(role));
+  FittingDates fitting;
+  for (const TextRow& row : firstRows) fitting.Count(row, columns);
+  if (!fitting.IsUnclear()) return fitting.Best();
+  FittingDates ofAll;
+  try {
+    DelimitedRows rows = RowsBehindHeading(text, choices);
+    for (TextRow row; rows.Next(row);) ofAll.Count(row, columns);
+  } catch (const RuntimeFailure&) {  // of a quote that is never closed, which the import tells
+  }
+  return ofAll.Best();
+}
+
+}  // namespace
+
+ImportChoices ProposedChoices(std::string_view bytes) {
+  ImportChoices choices;
+  choices.encoding = ProposedEncoding(bytes);
+  const std::string text = Decoded(bytes, choices.encoding);
+  choices.delimiter = ProposedDelimiter(text);
+  ProposeColumns(text, choices);
+  return choices;
+}
+
+void ProposeColumns(std::string_view text, ImportChoices& choices) {
+  std::vector<TextRow> rows = RowsAtStart(text, choices.delimiter, RowsLookedAt);
+  choices.decimal = ProposedDecimal(rows);
+  choices.heading = ProposedHeading(rows, choices.decimal);
+  const Heading heading = HeadingOf(rows, choices);
+  rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(heading.rows));
+  std::vector<ColumnValues> values;
+  for (std::size_t c = 0; c < heading.names.size(); ++c) values.emplace_back(rows, c, choices.decimal);
+  choices.roles.assign(heading.names.size(), Role::Unused);
+  if (choices.heading) choices.roles = RoleAssignment(heading.names, values).Roles();
+  choices.dates = ProposedDates(text, rows, choices);
+  for (std::size_t c = 0; c < values.size(); ++c)
+    if (HoldsDates(choices.roles[c]) && values[c].AreSerialDays()) choices.dates = DateOrder::SerialDays;
+}
+
+}  // namespace merlane

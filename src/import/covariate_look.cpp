@@ -1,0 +1,49 @@
+#include "import/covariate_look.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+namespace merlane {
+namespace {
+
+constexpr std::array Marks{-9.0, -99.0, -9999.0, -99999.0};
+
+/// Whether a number such as 1.234 or 12,345 may have been written with a mark between thousands.
+bool IsLikeThousands(const std::string& text, std::size_t mark) {
+  const std::size_t begun = text.starts_with('-') ? 1 : 0;
+  return mark > begun && mark - begun <= 3 && text[begun] != '0' && text.size() - mark == 4;
+}
+
+}  // namespace
+
+void CovariateLook::Take(double number, const std::string& text, int line) {
+  if (std::ranges::find(Marks, number) != Marks.end() && (marks_ == 0 || mark_ == number)) {
+    mark_ = number;
+    if (marks_++ == 0) firstMark_ = line;
+  } else {
+    leastOfOthers_ = std::min(leastOfOthers_, number);
+  }
+  const std::size_t mark = text.find_first_of(".,");
+  if (mark == std::string::npos) return;
+  if (!IsLikeThousands(text, mark))
+    ++otherParts_;
+  else if (likeThousands_++ == 0)
+    exampleOfThousands_ = text;
+}
+
+void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
+  if (marks_ > 0 && leastOfOthers_ >= 0)
+    remarks.Say(
+        fmt::format("\"{}\" is {} in {} rows, the first in {} {}: no other is negative, and that may stand for "
+                    "no value",
+                    name, mark_, marks_, remarks.Place(), firstMark_));
+  if (likeThousands_ > 1 && otherParts_ == 0)
+    remarks.Say(
+        fmt::format("\"{}\" has three digits behind every mark, as in {}: that was taken for a decimal mark, "
+                    "not for thousands",
+                    name, exampleOfThousands_));
+}
+
+}  // namespace merlane

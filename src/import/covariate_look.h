@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "import/remarks.h"
+
+namespace merlane {
+
+/// Looks at the numbers of a covariate for some that seem to stand for something else: for no value, as -9999 among
+/// numbers that are never negative, or for thousands, as 1.234 where every number has three digits behind its point.
+class CovariateLook {
+ public:
+  /// Takes the number of a row, and how it is written.
+  void Take(double number, const std::string& text, int line);
+  /// Says what was seen, of a column of that name.
+  void Remark(const std::string& name, Remarks& remarks) const;
+
+ private:
+  double leastOfOthers_ = 0;
+  double mark_ = 0;  // 0: none was seen
+  int marks_ = 0, firstMark_ = 0;
+  int likeThousands_ = 0, otherParts_ = 0;
+  std::string exampleOfThousands_;
+};
+
+}  // namespace merlane

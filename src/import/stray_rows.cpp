@@ -1,0 +1,69 @@
+#include "import/stray_rows.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "import/alike_letters.h"
+#include "import/heading_words.h"
+
+namespace merlane {
+namespace {
+
+bool BeginsAsNumber(const std::string& field) {
+  const std::size_t at = field.find_first_not_of("+-.,'");
+  return at != std::string::npos && field[at] >= '0' && field[at] <= '9';
+}
+
+/// A row of words of which three at least, or all, could be headings.
+bool LooksLikeHeading(const TextRow& row) {
+  constexpr int WordsOfHeading = 3;
+  if (std::ranges::any_of(row.fields, BeginsAsNumber)) return false;
+  int filled = 0, known = 0;
+  for (const std::string& field : row.fields) {
+    if (field.empty()) continue;
+    ++filled;
+    if (!MeaningsOf(field).empty()) ++known;
+  }
+  return known > 1 && (known >= WordsOfHeading || known == filled);
+}
+
+}  // namespace
+
+StrayRows::StrayRows(const ImportChoices& choices, const std::vector<std::string>& names)
+    : names_(names),
+      place_(choices.sheet.empty() ? "line" : "row"),
+      code_(choices.Has(Role::Code)
+                ? static_cast<int>(std::ranges::find(choices.roles, Role::Code) - choices.roles.begin())
+                : -1) {}
+
+bool StrayRows::IsSum(const TextRow& row) const {
+  static const std::vector<std::string> words{
+      "mean",     "means",      "average",      "avg",   "sum",    "sums",       "total",     "totals",
+      "subtotal", "grandtotal", "median",       "sd",    "se",     "summe",      "gesamt",    "insgesamt",
+      "mittel",   "mittelwert", "durchschnitt", "som",   "totaal", "gemiddelde", "somme",     "moyenne",
+      "suma",     "media",      "promedio",     "summa", "totalt", "medel",      "medelvarde"};
+  if (code_ < 0 || static_cast<std::size_t>(code_) >= row.fields.size()) return false;
+  std::string word = Alike(row.fields[static_cast<std::size_t>(code_)]);
+  while (word.ends_with(':') || word.ends_with('.')) word.pop_back();
+  return std::ranges::find(words, word) != words.end();
+}
+
+std::string StrayRows::WhyStray(const TextRow& row) {
+  if (IsSum(row))
+    return fmt::format("\"{}\" is no code, but tells what is below a table",
+                       row.fields[static_cast<std::size_t>(code_)]);
+  if (LooksLikeHeading(row)) {
+    const bool isSame = std::ranges::equal(row.fields, names_, [](const std::string& field, const std::string& name) {
+      return field.empty() || OnOneLine(field) == name;
+    });
+    if (isSame) otherHeadingLine_ = 0;
+    if (isSame) return "it is the heading once more";
+    otherHeadingLine_ = row.line;
+    return "it is another heading";
+  }
+  return otherHeadingLine_ == 0 ? ""
+                                : fmt::format("it stands behind another heading, in {} {}", place_, otherHeadingLine_);
+}
+
+}  // namespace merlane
