@@ -206,16 +206,18 @@ struct FittingDates {
   void Count(const TextRow& row, const std::vector<bool>& columns) {
     for (std::size_t c = 0; c < std::min(row.fields.size(), columns.size()); ++c)
       for (std::size_t i = 0; columns[c] && i < Orders.size(); ++i)
-        if (DateIn(row.fields[c], Orders[i]) && !IsInPointsAs(Orders[i], row.fields[c])) ++of[i];
+        if (Fits(row.fields[c], Orders[i])) ++of[i];
   }
   /// The first order in which most are.
   DateOrder Best() const { return Orders[static_cast<std::size_t>(std::ranges::max_element(of) - of.begin())]; }
   bool IsUnclear() const { return of[1] > 0 && of[1] == of[2]; }
 
  private:
-  /// Points are those of days before months whatever was chosen, and tell nothing for the other order.
-  static bool IsInPointsAs(DateOrder order, const std::string& field) {
-    return order == DateOrder::MonthDayYear && field.find('.') != std::string::npos;
+  /// A month stands before points only where nothing else is possible.
+  static bool Fits(const std::string& field, DateOrder order) {
+    const bool hasPoints = field.find('.') != std::string::npos;
+    return DateIn(field, order) &&
+           !(order == DateOrder::MonthDayYear && hasPoints && DateIn(field, DateOrder::DayMonthYear));
   }
 };
 

@@ -39,7 +39,7 @@ void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
         fmt::format("\"{}\" is {} in {} rows, the first in {} {}: no other is negative, and that may stand for "
                     "no value",
                     name, mark_, marks_, remarks.Place(), firstMark_));
-  if (likeThousands_ > 1 && otherParts_ == 0)
+  if (thousandsMayBe_ && likeThousands_ > 1 && otherParts_ == 0)
     remarks.Say(
         fmt::format("\"{}\" has three digits behind every mark, as in {}: that was taken for a decimal mark, "
                     "not for thousands",

@@ -10,12 +10,16 @@ namespace merlane {
 /// numbers that are never negative, or for thousands, as 1.234 where every number has three digits behind its point.
 class CovariateLook {
  public:
+  /// Between commas nobody writes thousands with a point.
+  explicit CovariateLook(bool thousandsMayBe) : thousandsMayBe_(thousandsMayBe) {}
+
   /// Takes the number of a row, and how it is written.
   void Take(double number, const std::string& text, int line);
   /// Says what was seen, of a column of that name.
   void Remark(const std::string& name, Remarks& remarks) const;
 
  private:
+  bool thousandsMayBe_;
   double leastOfOthers_ = 0;
   double mark_ = 0;  // 0: none was seen
   int marks_ = 0, firstMark_ = 0;

@@ -162,7 +162,6 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   if (!parts) return std::nullopt;
   const auto [first, second, third] = parts->numbers;
   if (first >= LeastYear || parts->monthIsNamed) order = DateOrder::YearMonthDay;
-  if (order == DateOrder::MonthDayYear && parts->mark == '.') order = DateOrder::DayMonthYear;
   const int year = order == DateOrder::DayMonthYear || order == DateOrder::MonthDayYear ? third : first;
   const int month = order == DateOrder::MonthDayYear ? first : second;
   const int day = order == DateOrder::DayMonthYear ? first : order == DateOrder::MonthDayYear ? second : third;

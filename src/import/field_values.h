@@ -30,8 +30,8 @@ std::optional<double> NumberIn(std::string_view field, char decimal);
 
 /// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1
 /// January 1900, 60 the leap day which that year did not have). One that begins with a year of four digits, is eight
-/// digits or names its month is a date in any order, and between points the day stands before the month. None for
-/// anything else: a day that the calendar does not have, a year of two digits. A time of day behind it is passed over.
+/// digits or names its month is a date in any order. None for anything else: a day that the calendar does not have, a
+/// year of two digits. A time of day behind it is passed over.
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order);
 
 /// The year in which a season began, such as 2019 of "2019/20" or "2019-2020", and the year of two digits, from 1969 to

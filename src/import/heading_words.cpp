@@ -43,7 +43,7 @@ const std::vector<Vocabulary>& Vocabularies() {
          "temporada", "ar", "sasong"}},
        {"study", "field", "breeding", "survey", "brut", "nest"}},
       {{Role::Date, Speaks::Surely},
-       {{"date", "datum", "fecha"}},
+       {{"date", "datum", "fecha", "timestamp", "datetime", "zeitstempel"}},
        {"day",      "of",      "visit",    "survey",    "field",    "count",     "nest",
         "besuch",   "besuchs", "kontroll", "kontrolle", "begehung", "begehungs", "bezoek",
         "controle", "visite",  "releve",   "visita",    "control",  "besok",     "besoks"}},

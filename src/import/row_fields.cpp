@@ -92,10 +92,13 @@ void RowFields::RefuseDate(const std::string& text, Role role) const {
 
 void RowFields::LookAtOtherOrder(const std::string& text, DayOfYear date) const {
   const std::optional<DateOrder> other = OtherOrder(choices_.dates);
-  if (!other || text.find('.') != std::string::npos) return;  // points stand in dates of one order only
+  const bool hasPoints = text.find('.') != std::string::npos;
+  if (!other || (hasPoints && choices_.dates == DateOrder::DayMonthYear)) return;  // as they mostly are
   const std::optional<DayOfYear> otherDate = DateIn(text, *other);
   if (!otherDate) {
     seen_.clear = true;
+  } else if (*otherDate != date && hasPoints) {
+    if (seen_.monthBeforePoint++ == 0) seen_.exampleWithPoints = text;
   } else if (*otherDate != date && seen_.unclear++ == 0) {
     seen_.example = text;
   }

@@ -29,6 +29,8 @@ struct DatesSeen {
   int unclear = 0;     // would be other days in the other order
   bool clear = false;  // one at least is a date in the chosen order only
   std::string example;
+  int monthBeforePoint = 0;  // would be other days where the day stands before the month, as with points it mostly does
+  std::string exampleWithPoints;
   int otherOrder = 0, firstOfOtherOrder = 0;  // dates in the other order only, and the line of the first
 };
 

@@ -51,7 +51,7 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
       headingColumns_(headingColumns),
       remarks_(remarks),
       stray_(choices, names),
-      covariates_(columns_.Of(Role::Covariate).size()) {
+      covariates_(columns_.Of(Role::Covariate).size(), CovariateLook(choices.delimiter != Delimiter::Comma)) {
   RequireColumns(choices, columns_);
   RemarkUnusedColumns();
 }
@@ -107,10 +107,13 @@ void RowReader::RemarkYear() {
 
 void RowReader::RemarkDates() {
   const std::string& order = DateOrderNames()[static_cast<std::size_t>(choices_.dates)];
+  if (dates_.monthBeforePoint > 0)
+    remarks_.Say(fmt::format("{} dates between points, such as \"{}\", were taken as {}", dates_.monthBeforePoint,
+                             dates_.exampleWithPoints, order));
   if (dates_.unclear > 0 && dates_.otherOrder > 0)
     remarks_.Say(fmt::format(
-        "dates are in two orders: {} of the other one were left out, the first in {} {}, and {} such "
-        "as \"{}\", which could be of both, were taken as {}",
+        "dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
+        "\"{}\", which could be of both, taken as {}",
         dates_.otherOrder, remarks_.Place(), dates_.firstOfOtherOrder, dates_.unclear, dates_.example, order));
   else if (dates_.unclear > 0 && !dates_.clear)
     remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",

@@ -26,11 +26,6 @@ TEST(FieldValues, DatesWithoutMarksOrWithTheNameOfTheirMonthAreOfNoOrder) {
   EXPECT_EQ(DateIn("1 jui 2023", DateOrder::DayMonthYear), Day()) << "juin or juillet";
 }
 
-TEST(FieldValues, BetweenPointsTheDayStandsBeforeTheMonth) {
-  EXPECT_EQ(DateIn("9.6.2023", DateOrder::MonthDayYear), Day({2023, 160}));
-  EXPECT_EQ(DateIn("6/9/2023", DateOrder::MonthDayYear), Day({2023, 160}));
-}
-
 TEST(FieldValues, ASeasonIsTheYearInWhichItBegan) {
   for (const char* text : {"2019/20", "2019-20", "2019/2020", "2019-2020", "19", "'19"})
     EXPECT_EQ(SeasonIn(text), 2019) << text;

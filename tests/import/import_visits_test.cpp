@@ -2,6 +2,7 @@
 
 #include "import/import_visits.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <random>
@@ -240,6 +241,24 @@ TEST(ImportVisits, WhatIsEasilyMisreadIsToldBeforeAnybodyGoesOn) {
       << "how many, not when";
   EXPECT_THAT(remarks("Year,Nest,Day,Age,Eggs,Young\n2020,A,140,-1,4,0\n2020,A,142,1,0,NA\n"),
               Contains(HasSubstr("line 3: 0 in one of the numbers, and another is missing")));
+}
+
+TEST(ImportVisits, TheOrderOfDatesIsThatOfTheWholeFile) {
+  std::string text = "Nest,Date,Age,Count\n";
+  for (int nest = 0; nest < 150; ++nest)
+    text += fmt::format("N{0},6/7/2023,-10,4\nN{0},6/{1}/2023,-5,4\n", nest, nest < 149 ? 9 : 13);
+  const Imported imported = AsProposed(text);
+  EXPECT_THAT(imported.remarks, IsEmpty());
+  EXPECT_THAT(imported.text, HasSubstr("    2023,      N0,     158,       0,     -10,       4\r\n"));
+  const Imported mixed = AsProposed(text + "M,13/6/2023,-10,4\nM,14/6/2023,-9,4\n");
+  EXPECT_THAT(mixed.remarks, Contains(HasSubstr("dates are in two orders: 1 in the other one left out, the first in "
+                                                "line 301, and 299 such as \"6/7/2023\", which could be of both")));
+}
+
+TEST(ImportVisits, AMonthBeforePointsIsTold) {
+  const std::string text = "Nest,Date,Age,Count\nA,5.6.2023,-10,4\nA,5.20.2023,-5,4\nA,5.21.2023,-4,4\n";
+  EXPECT_THAT(AsProposed(text).remarks,
+              ElementsAre("1 dates between points, such as \"5.6.2023\", were taken as month/day/year"));
 }
 
 TEST(ImportVisits, AHatchDayOfZeroIsNone) {

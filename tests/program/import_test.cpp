@@ -345,7 +345,10 @@ TEST(Import, TheWindowSaysHowNestsBecomeVisits) {
 TEST(Import, ALongImportShowsHowFarItIsAndCanBeCancelled) {
   Importing t("long");
   std::string text = "Nest,Year,Day,Age,Eggs\n";
-  for (int row = 0; row < 20000; ++row) text += "N" + std::to_string(row) + ",2023,150,-10,5\n";
+  for (int nest = 0; nest < 10000; ++nest) {
+    const std::string code = "N" + std::to_string(nest);
+    text += code + ",2023,150,-10,5\n" + code + ",2023,151,-9,5\n";
+  }
   t.Open(t.Table("lake.csv", text));
   std::string progress;
   bool refused = false;
