@@ -42,7 +42,7 @@ constexpr std::array forms{
     Form{Verb::SaveText, "save-text", "save-text FORM.PANE PATH"},
     Form{Verb::SavePlot, "save-plot", "save-plot FORM PATH"},
     Form{Verb::Export, "export", "export parameters|visits|fit PATH"},
-    Form{Verb::Reply, "reply", "reply yes|no|cancel|ok [at \"title\"]"},
+    Form{Verb::Reply, "reply", "reply yes|no|cancel|ok|offer [at \"title\"]"},
     Form{Verb::Enter, "enter", "enter [TEXT] [at \"title\"]"},
     Form{Verb::File, "file", "file PATH|cancel [at \"title\"]"},
 };
@@ -273,6 +273,8 @@ class LineParser {
       line_.answer = Answer::Cancel;
     else if (word == "ok")
       line_.answer = Answer::Ok;
+    else if (word == "offer")
+      line_.answer = Answer::Offer;
     else
       FailUsage(fmt::format("\"{}\" is no button", word));
   }

@@ -93,10 +93,23 @@ const BatchLine& HeadlessHost::AnswerTo(Verb verb, const std::string& title, con
   }
 }
 
+bool HeadlessHost::TakesOffer(const Message& message) {
+  if (message.offer.empty()) return false;
+  while (!AtEnd() && Acknowledges(lines_[next_])) ++next_;
+  if (AtEnd()) return false;
+  const BatchLine& line = lines_[next_];
+  const bool takes =
+      line.verb == Verb::Reply && line.answer == Answer::Offer && (!line.title || *line.title == message.title);
+  if (takes) ++next_;
+  return takes;
+}
+
 Answer HeadlessHost::MsgBox(const Message& message) {
   const std::vector<Answer> buttons = ButtonsOf(message.style);
   Answer answer = Answer::Ok;
-  if (buttons.size() == 1) {
+  if (TakesOffer(message)) {
+    answer = Answer::Offer;
+  } else if (buttons.size() == 1) {
     unacknowledged_.push_back(message.title);
   } else {
     const BatchLine& line = AnswerTo(Verb::Reply, message.title, message.text, Offers(buttons, Answer::Ok));

@@ -76,6 +76,8 @@ class HeadlessHost : public WindowSystem {
   const BatchLine& AnswerTo(Verb verb, const std::string& title, const std::string& text, bool offersOk);
   /// True when `line` is the "reply ok" of a box that offered OK alone and was answered already.
   bool Acknowledges(const BatchLine& line);
+  /// True when the next line takes what the box offers beside OK; then it is played.
+  bool TakesOffer(const Message& message);
   [[noreturn]] void StopUnanswered(const std::string& title, const std::string& text) const;
 
   const std::vector<BatchLine> lines_;

@@ -37,6 +37,8 @@ const char* Word(Answer answer) {
       return "Yes";
     case Answer::No:
       return "No";
+    case Answer::Offer:
+      return "the offer";
   }
   return "";
 }
@@ -141,7 +143,9 @@ void PeopleTranscript::Window(const std::string& form, FormEvent event) {
 
 void PeopleTranscript::Asked(const Message& message, Answer answer) {
   const std::string details = message.details.empty() ? "" : " (" + Quoted(message.details) + ")";
-  Write(fmt::format("message {}: {}{} -> {}", Quoted(message.title), Quoted(message.text), details, Word(answer)));
+  const std::string offer = message.offer.empty() ? "" : " offering " + Quoted(message.offer);
+  Write(fmt::format("message {}: {}{}{} -> {}", Quoted(message.title), Quoted(message.text), details, offer,
+                    Word(answer)));
 }
 
 void PeopleTranscript::Entered(const InputRequest& request, const std::optional<std::string>& answer) {
@@ -189,6 +193,7 @@ void JsonTranscript::Asked(const Message& message, Answer answer) {
   Json box{
       {"title", message.title}, {"text", message.text}, {"style", message.style}, {"answer", static_cast<int>(answer)}};
   if (!message.details.empty()) box["details"] = message.details;
+  if (!message.offer.empty()) box["offer"] = message.offer;
   WriteLine(out_, "message", std::move(box));
 }
 

@@ -25,7 +25,7 @@ std::string Joined(const std::string& reason, const std::string& warnings) {
 }  // namespace
 
 bool ReadingDialogue::Read(BroodData& data) {
-  data.ReadOK = false;
+  data.ReadOK = isTable_ = importAsked_ = false;
   report_ = {};
   std::string reason;
   try {
@@ -36,15 +36,18 @@ bool ReadingDialogue::Read(BroodData& data) {
       data.ReadOK = true;
     } else if (const std::optional<std::string> file = FileToRead(data)) {
       const std::string bytes = ReadWholeFile(*file);
-      if (const std::string kind = ForeignKind(bytes); !kind.empty())
+      if (const std::string kind = ForeignKind(bytes); !kind.empty()) {
+        isTable_ = kind == Utf16Text || kind == NewWorkbook || kind == OldWorkbook;
         throw RuntimeFailure(fmt::format("{} is {}, not a text in fixed columns", *file, kind));
+      }
       ReadText(bytes, data);
       data.ReadOK = true;
     }
   } catch (FatalDataError& fatal) {
     fatal.message.details = Joined(fatal.message.details, Warnings());
-    Tell(fatal.message);
-    throw EndProgram{2};
+    if (!TellOutcome(fatal.message)) throw EndProgram{2};
+    ForgetVisits(data);
+    return false;
   } catch (const std::exception& failure) {
     reason = FailureText(failure);
   }
@@ -95,18 +98,25 @@ void ReadingDialogue::TellSuccess(const BroodData& data) {
     details += fmt::format("\r\nWorksheet \"{}\", written as text to {}, whose lines are those told here",
                            fromWorkbook_->SheetName, fromWorkbook_->TextFileName);
   showStatus(report_.oddities.InPassing());
-  Tell({"Analysis update", "Data read successfully - analysis can continue", style::Information, details});
+  TellOutcome({"Analysis update", "Data read successfully - analysis can continue", style::Information, details});
 }
 
 void ReadingDialogue::TellFailure(const BroodData& data, const std::string& reason) {
   if (IsWorkbook(data)) {
     showStatus("No data: " + (reason.empty() ? "no worksheet was chosen" : reason));
     if (!reason.empty()) desk_.host.windows.OnToldFailure();
-  } else {
-    desk_.TellFailure("Problem finding data file or reading data",
-                      "Most likely the file doesn't exist or is incorrectly formatted", style::Critical,
-                      Joined(reason, Warnings()));
+  } else if (!TellOutcome({"Problem finding data file or reading data",
+                           "Most likely the file doesn't exist or is incorrectly formatted", style::Critical,
+                           Joined(reason, Warnings())})) {
+    desk_.host.windows.OnToldFailure();
   }
+}
+
+bool ReadingDialogue::TellOutcome(Message message) {
+  const bool mayBeTable =
+      isTable_ || report_.oddities.Misdivided() || (fromWorkbook_ && !fromWorkbook_->changes.empty());
+  if (mayBeTable && !flags_.BootstrapMode) message.offer = "Import...";
+  return importAsked_ = desk_.TellAndOffer(message);
 }
 
 void ReadingDialogue::Tell(const Message& message) {

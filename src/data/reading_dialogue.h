@@ -21,8 +21,11 @@ class ReadingDialogue {
 
   /// Reads the file that `data` and the run's flags name into `data` or, in a bootstrap, the simulated data set that
   /// they hold beside those it was simulated from, whose visits' places it takes. False when nothing was read: then the
-  /// data are without visits and the user knows. Raises EndProgram behind a fatal data error.
+  /// data are without visits and the user knows. Raises EndProgram behind a fatal data error, unless the user would
+  /// rather have the file imported.
   bool Read(BroodData& data);
+  /// Whether the file that was read last seemed to be of another kind, and its import was asked for.
+  bool ImportAsked() const { return importAsked_; }
 
   /// Turns a workbook into a text data file; none when the user cancelled.
   std::function<std::optional<FrmXlsWorksheets::Converted>(const std::string& path)> convertWorkbook;
@@ -36,12 +39,17 @@ class ReadingDialogue {
   void TellSuccess(const BroodData& data);
   void TellFailure(const BroodData& data, const std::string& reason);
   void Tell(const Message& message);
+  /// Tells what a reading came to, and offers the import where the file may be of another kind; true when that was
+  /// asked for.
+  bool TellOutcome(Message message);
   /// What is odd in the file, and in what a workbook was turned into; empty when nothing is.
   std::string Warnings() const;
 
   Desk& desk_;
   const RunFlags& flags_;
-  ReadingReport report_;                                     // of the present reading
+  ReadingReport report_;  // of the present reading
+  bool isTable_ = false;  // the file is a workbook, or a text in UTF-16
+  bool importAsked_ = false;
   std::optional<FrmXlsWorksheets::Converted> fromWorkbook_;  // the text file of the present reading, if it was made
 };
 

@@ -66,6 +66,8 @@ void Desk::Tell(const std::string& title, const std::string& text, int boxStyle,
   host.windows.MsgBox({title, text, boxStyle, details});
 }
 
+bool Desk::TellAndOffer(const Message& message) { return host.windows.MsgBox(message) == Answer::Offer; }
+
 void Desk::TellFailure(const std::string& title, const std::string& text, int boxStyle, const std::string& details) {
   Tell(title, text, boxStyle, details);
   host.windows.OnToldFailure();

@@ -43,6 +43,8 @@ class Desk {
   // Questions, answered as WindowSystem says; Tell is for messages whose answer is of no account.
   Answer Ask(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   void Tell(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
+  /// Tells, and offers to do something about it (`Message::offer`); true when that was taken.
+  bool TellAndOffer(const Message& message);
   /// Tells, in the command's own words, that what was asked for could not be done, or not all of it.
   void TellFailure(const std::string& title, const std::string& text, int boxStyle, const std::string& details = "");
   /// Empty when cancelled; for questions that take an empty line for a Cancel.

@@ -21,8 +21,8 @@ inline constexpr int InformationCritical = 80;  // both icons
 inline constexpr int YesNoQuestionDefaultNo = 292;
 }  // namespace style
 
-/// The button of a message box that was pressed.
-enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+/// The button of a message box that was pressed; Offer: the one that `Message::offer` adds.
+enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7, Offer = 8 };
 
 /// A modal message or question.
 struct Message {
@@ -30,6 +30,7 @@ struct Message {
   std::string text;  // lines end with CR LF
   int style = style::Ok;
   std::string details{};  // what the fixed words cannot tell: file, line, column, what stood there
+  std::string offer{};    // caption of a button beside OK, for what may be done about it; empty: there is none
 };
 
 /// A request for one line of text.
@@ -66,7 +67,7 @@ class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
 
-  /// Shows a modal box and returns the button pressed; a box that offers OK alone returns Ok.
+  /// Shows a modal box and returns the button pressed; a box that has OK alone returns Ok.
   virtual Answer MsgBox(const Message& message) = 0;
   /// Asks for a line of text, which may be empty; none when cancelled.
   virtual std::optional<std::string> InputBox(const InputRequest& request) = 0;

@@ -47,6 +47,10 @@ void Program::BeginRun() {
   frmMain.ShowPriorsFile("");
   priorsCommands.ShowWhetherInForce();
   flags.ModelInitialised = true;
+  if (readingDialogue.ImportAsked()) {  // instead of what was read: the description of the analysis stays
+    desk.Unload(frmMenu);
+    return frmImport.Open(model.data.DataFileName);
+  }
   desk.Show(frmMenu);
   frmMenu.focus = &frmMenu.cmdLoadAlg;
   desk.Unload(frmInitialize);

@@ -108,6 +108,17 @@ void ShowDetails(QMessageBox& box, const QString& details) {
     label->setTextFormat(Qt::PlainText);
 }
 
+/// The button for what a box offers beside OK, which stays the default and what Escape means; null when it offers
+/// nothing.
+QPushButton* AddOffer(QMessageBox& box, const std::string& caption) {
+  if (caption.empty()) return nullptr;
+  QPushButton* const offer = box.addButton(ToQt(caption), QMessageBox::ActionRole);
+  offer->setObjectName(QStringLiteral("offer"));
+  box.setDefaultButton(QMessageBox::Ok);
+  box.setEscapeButton(QMessageBox::Ok);
+  return offer;
+}
+
 /// Puts a dialog into the upper right corner of its parent: a walk through a table shows there, row by row, what is
 /// asked for.
 void StandAside(QDialog& dialog) {
@@ -130,7 +141,10 @@ Answer AskInBox(const Message& message, QWidget* parent) {
   const bool asksYesOrNo = (message.style & 0x7) == 4;
   if (secondIsDefault) box.setDefaultButton((message.style & 0x7) == 1 ? QMessageBox::Cancel : QMessageBox::No);
   box.mayBeDismissed = !asksYesOrNo || secondIsDefault;
-  return AnswerOf(static_cast<QMessageBox::StandardButton>(box.exec()));
+  const QPushButton* const offer = AddOffer(box, message.offer);
+  const int pressed = box.exec();
+  if (offer != nullptr && box.clickedButton() == offer) return Answer::Offer;
+  return AnswerOf(static_cast<QMessageBox::StandardButton>(pressed));
 }
 
 std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent, bool aside) {

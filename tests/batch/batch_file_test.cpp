@@ -115,6 +115,7 @@ TEST(BatchFile, AnswersMayNameTheTitleOfTheirQuestion) {
   EXPECT_EQ(One("reply no").answer, Answer::No);
   EXPECT_EQ(One("reply cancel").answer, Answer::Cancel);
   EXPECT_EQ(One("reply ok").answer, Answer::Ok);
+  EXPECT_EQ(One("reply offer").answer, Answer::Offer);
   EXPECT_FALSE(One("reply ok").title.has_value());
   const BatchLine cancelled = One("enter at \"T\"");
   EXPECT_FALSE(cancelled.text.has_value());
@@ -157,8 +158,8 @@ TEST(BatchFile, MalformedLinesAreToldByNumberAndFault) {
   EXPECT_EQ(Fault("export estimates x.csv"),
             "1: \"estimates\" cannot be exported; write export parameters|visits|fit PATH");
   EXPECT_EQ(Fault("save-plot a x.png"), "1: a plot is written as .svg; write save-plot FORM PATH");
-  EXPECT_EQ(Fault("reply maybe"), "1: \"maybe\" is no button; write reply yes|no|cancel|ok [at \"title\"]");
-  EXPECT_EQ(Fault("reply yes at T"), "1: \"at\" is too much; write reply yes|no|cancel|ok [at \"title\"]");
+  EXPECT_EQ(Fault("reply maybe"), "1: \"maybe\" is no button; write reply yes|no|cancel|ok|offer [at \"title\"]");
+  EXPECT_EQ(Fault("reply yes at T"), "1: \"at\" is too much; write reply yes|no|cancel|ok|offer [at \"title\"]");
   EXPECT_EQ(Fault("file \"\""), "1: a path is missing; write file PATH|cancel [at \"title\"]");
 }
 

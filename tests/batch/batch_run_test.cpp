@@ -294,6 +294,27 @@ TEST_F(BatchRunTest, ABoxThatOffersOkAloneNeedsNoAnswerAndMayHaveOne) {
   EXPECT_EQ(Run("press cmdAsk\nreply yes\n"), 1);
 }
 
+TEST_F(BatchRunTest, WhatABoxOffersBesideOkIsTakenByALineForItAlone) {
+  int taken = 0;
+  command = [&](FrmTest& form, FrmOther&) {
+    form.desk.Tell("Note", "Done.", style::Information);
+    if (form.desk.TellAndOffer({"Data", "Odd.", style::Information, "", "Mend..."})) ++taken;
+  };
+  EXPECT_EQ(Run("press cmdAsk\npress cmdGo\n"), 0);
+  EXPECT_EQ(taken, 0);
+  EXPECT_EQ(All("message")[1],
+            (json{{"title", "Data"}, {"text", "Odd."}, {"style", 64}, {"answer", 1}, {"offer", "Mend..."}}));
+  EXPECT_EQ(Run("press cmdAsk\nreply ok\nreply ok\n"), 0);
+  EXPECT_EQ(taken, 0);
+  EXPECT_EQ(Run("press cmdAsk\nreply ok at \"Note\"\nreply offer at \"Data\"\npress cmdGo\n"), 0);
+  EXPECT_EQ(taken, 1);
+  EXPECT_EQ(All("message")[1]["answer"], 8);
+  EXPECT_EQ(Run("press cmdAsk\nreply offer\n"), 0);
+  EXPECT_EQ(taken, 2);
+  EXPECT_EQ(Run("press cmdAsk\nreply offer at \"Other\"\n"), 1);
+  EXPECT_EQ(Run("press cmdAsk\nreply offer\nreply offer\n"), 1) << "it is offered once";
+}
+
 TEST_F(BatchRunTest, AnOkForABoxBeforeAQuestionDoesNotAnswerTheQuestion) {
   Answer answer{};
   command = [&](FrmTest& form, FrmOther&) {

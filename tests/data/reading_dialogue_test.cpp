@@ -109,6 +109,40 @@ TEST_F(ReadingDialogueTest, WhatAWorksheetCouldNotKeepIsToldWithTheTextFile) {
                     HasSubstr("\r\nWorksheet \"Lake\", written as text to " + path)));
 }
 
+TEST_F(ReadingDialogueTest, TheImportIsOfferedWhereItMayBeAnotherKindOfFile) {
+  EXPECT_TRUE(ReadText(Record(1995, "A", 160, 170, -10, 5)));
+  EXPECT_EQ(windows.messages.back().offer, "");
+  EXPECT_TRUE(ReadText("1995,A,160,170,-10,5\n"));
+  EXPECT_EQ(windows.messages.back().offer, "Import...");
+  EXPECT_FALSE(reading.ImportAsked());
+  windows.TakeOffer("Analysis update");
+  EXPECT_TRUE(ReadText("1995,A,160,170,-10,5\n"));
+  EXPECT_TRUE(reading.ImportAsked());
+  EXPECT_TRUE(ReadText(Record(1995, "A", 160, 170, -10, 5)));
+  EXPECT_FALSE(reading.ImportAsked());
+}
+
+TEST_F(ReadingDialogueTest, AFailureOrAFatalErrorForWhichTheImportIsTakenIsNone) {
+  windows.TakeOffer("Problem finding data file or reading data");
+  EXPECT_FALSE(ReadText("1995,A,160,170,-10,5\n" + Record("1995", "B", "99999", "170", "-10", "5")));
+  EXPECT_TRUE(reading.ImportAsked());
+  EXPECT_EQ(windows.toldFailures, 0);
+  windows.TakeOffer("Problem reading data - analysis stops");
+  EXPECT_FALSE(
+      ReadText("1995,A,160,170,-10,5\n" + Record(1995, "B", 160, 170, -10, 5) + Record(1995, "B", 161, 170, -9, 6)));
+  EXPECT_TRUE(reading.ImportAsked());
+  EXPECT_FALSE(data.ReadOK);
+}
+
+TEST_F(ReadingDialogueTest, AFileThatIsMissingOrNoTableHasNothingToImport) {
+  EXPECT_FALSE(Read("/nowhere/lake.dat"));
+  EXPECT_EQ(windows.messages.back().offer, "");
+  const std::string path = testing::TempDir() + "reading_dialogue_test.dat";
+  WriteWholeFile(path, "%PDF-1.7");
+  EXPECT_FALSE(Read(path));
+  EXPECT_EQ(windows.messages.back().offer, "");
+}
+
 TEST_F(ReadingDialogueTest, AFatalErrorIsToldAndEndsTheProgramWithStatus2) {
   try {
     ReadText(Record(1995, "A", 160, 170, -10, 5) + Record(1995, "A", 161, 170, -9, 6));

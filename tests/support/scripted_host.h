@@ -58,6 +58,8 @@ class ScriptedWindows : public WindowSystem {
   void Reply(Answer answer, const std::string& title = "") { answers_.push_back({Kind::Box, answer, "", title}); }
   void Yes(const std::string& title = "") { Reply(Answer::Yes, title); }
   void No(const std::string& title = "") { Reply(Answer::No, title); }
+  /// Takes what a box offers beside OK.
+  void TakeOffer(const std::string& title = "") { Reply(Answer::Offer, title); }
   void Enter(const std::string& text, const std::string& title = "") {
     answers_.push_back({Kind::Input, Answer::Ok, text, title});
   }
@@ -105,7 +107,7 @@ class ScriptedWindows : public WindowSystem {
   Answer MsgBox(const Message& message) override {
     messages.push_back(message);
     events.push_back("message " + message.title);
-    const bool okAlone = (message.style & 15) == 0;
+    const bool okAlone = (message.style & 15) == 0 && !OffersNext(message);
     return okAlone ? Answer::Ok : Take(Kind::Box, message.title, message.text).button;
   }
   std::optional<std::string> InputBox(const InputRequest& request) override {
@@ -180,6 +182,12 @@ class ScriptedWindows : public WindowSystem {
       return std::string(kinds[static_cast<int>(kind)]) + " \"" + text + "\" at \"" + title + "\"";
     }
   };
+
+  /// Whether the box has an offer, and the next answer takes it.
+  bool OffersNext(const Message& message) const {
+    if (message.offer.empty() || answers_.empty() || answers_.front().button != Answer::Offer) return false;
+    return answers_.front().title.empty() || answers_.front().title == message.title;
+  }
 
   /// The next answer, which must fit the question. Fails the test and unwinds when it does not: a form that asks until
   /// it is answered would never end.

@@ -28,6 +28,7 @@ QMessageBox::StandardButton ButtonOf(merlane::Answer answer) {
     case merlane::Answer::Cancel:
       return QMessageBox::Cancel;
     case merlane::Answer::Ok:
+    case merlane::Answer::Offer:  // which is no standard button
       break;
   }
   return QMessageBox::Ok;
@@ -107,6 +108,7 @@ void BatchPlayer::Step() {
 void BatchPlayer::Answer(QDialog& dialog) {
   if (AsksToReplaceAFile(dialog)) return desktop_.hand.Click(dialog, QMessageBox::Yes);
   const bool okAlone = OffersOkAlone(dialog);
+  if (TakesOffer(dialog)) return;
   const bool answered = next_ < lines_.size() && IsAnswer(lines_[next_]) &&
                         (!okAlone || (lines_[next_].verb == Verb::Reply && lines_[next_].answer == Answer::Ok));
   if (!answered) {
@@ -132,6 +134,16 @@ void BatchPlayer::Answer(QDialog& dialog) {
   // The dialog offers no file that is missing; here it has gone since.
   if (!std::filesystem::exists(path)) files->setFileMode(QFileDialog::AnyFile);
   hand.NameFile(dialog, path);
+}
+
+bool BatchPlayer::TakesOffer(QDialog& dialog) {
+  auto* const offer = dialog.findChild<QPushButton*>(QStringLiteral("offer"));
+  if (offer == nullptr || next_ == lines_.size()) return false;
+  const BatchLine& line = lines_[next_];
+  if (line.verb != Verb::Reply || line.answer != merlane::Answer::Offer) return false;
+  ++next_;
+  QTest::mouseClick(offer, Qt::LeftButton);
+  return true;
 }
 
 std::string BatchPlayer::InFolder(const std::string& folder, const std::string& path) const {

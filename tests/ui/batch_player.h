@@ -27,6 +27,8 @@ class BatchPlayer {
   /// Fails the test, leaves the rest of the lines out and closes all windows, one of which is waited for.
   void GiveUpWaiting();
   void Answer(QDialog& dialog);
+  /// Presses the button of what a box offers beside OK, if the next line says so.
+  bool TakesOffer(QDialog& dialog);
   void Act(const BatchLine& line);
   void Press(const std::string& form, const std::string& control);
   void Type(const BatchLine& line, const std::string& form, const std::string& control);

@@ -53,6 +53,28 @@ TEST(ImportWindowTest, TheColumnThatIsClickedGetsTheRoleThatIsPicked) {
               testing::HasSubstr("    2023,       A,     150,       0,     -10,       5"));
 }
 
+TEST(ImportWindowTest, OpensByTheButtonOfTheBoxThatTellsOfAnotherKindOfFile) {
+  ImportDesktop t("offered");
+  const std::string table = t.folder + "/lake.csv";
+  WriteWholeFile(table, "Year;Nest;Day;Age;Eggs\n2023;A;150;-10;5\n2023;A;155;-5;4\n");
+  t.hand.ChooseFile(table, "Load brood survival data file");
+  t.hand.Press("frmInitialize", "cmdLoadData");
+  t.hand.Press("frmImport", "cmdCancel");
+  t.hand.Expect(
+      [](QWidget& dialog) {
+        auto* const offer = dialog.findChild<QPushButton*>("offer");
+        ASSERT_NE(offer, nullptr);
+        QTest::mouseClick(offer, Qt::LeftButton);
+      },
+      "Analysis update");
+  t.hand.Press("frmInitialize", "cmdDone");
+  EXPECT_TRUE(t.desktop.windows.Find("frmImport")->isVisible());
+  EXPECT_TRUE(t.desktop.windows.Find("frmInitialize")->isVisible());
+  t.hand.Answer(QMessageBox::Ok, "Import");
+  t.hand.Press("frmImport", "cmdDone");
+  EXPECT_EQ(t.hand.Find<QLineEdit>("frmInitialize", "txtDataInput")->text().toStdString(), table + ".dat");
+}
+
 TEST(ImportWindowTest, EscapeClosesIt) {
   ImportDesktop t("escape");
   t.Open("lake.csv", "Year;Nest;Day;Age;Eggs\n2023;A;150;-10;5\n");

@@ -291,6 +291,24 @@ TEST_F(QtHostTest, EscapeCancelsWhereThereIsACancelAndIsNoAnswerElsewhere) {
   EXPECT_EQ(host.MsgBox({"T", "t", style::YesNoQuestion, ""}), Answer::Yes);
 }
 
+TEST_F(QtHostTest, WhatABoxOffersStandsBesideOkWhichEscapeMeans) {
+  const Message message{"T", "t", style::Information, std::string(50, '\n') + "details", "Mend..."};
+  hand.Expect(
+      [](QWidget& dialog) {
+        auto* const offer = dialog.findChild<QPushButton*>("offer");
+        ASSERT_NE(offer, nullptr);
+        EXPECT_EQ(offer->text(), "Mend...");
+        EXPECT_TRUE(qobject_cast<QMessageBox*>(&dialog)->button(QMessageBox::Ok)->isDefault());
+        QTest::mouseClick(offer, Qt::LeftButton);
+      },
+      "T");
+  EXPECT_EQ(host.MsgBox(message), Answer::Offer);
+  hand.Expect([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, "T");
+  EXPECT_EQ(host.MsgBox(message), Answer::Ok);
+  hand.Answer(QMessageBox::Ok);
+  EXPECT_EQ(host.MsgBox(message), Answer::Ok);
+}
+
 TEST_F(QtHostTest, InputBoxTakesAndCancels) {
   hand.Enter("0.25", "Edit");
   EXPECT_EQ(host.InputBox({"Edit", "Enter the new value of parameter #3", "1"}), "0.25");
