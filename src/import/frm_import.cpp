@@ -13,6 +13,7 @@
 #include "data/data_line.h"
 #include "import/column_proposal.h"
 #include "import/heading.h"
+#include "import/kept_choices.h"
 #include "platform/files.h"
 
 namespace merlane {
@@ -58,15 +59,16 @@ std::vector<std::string> FirstValues(std::string_view text, const ImportChoices&
 /// A number of things.
 std::string Counted(int n, const char* thing) { return fmt::format("{} {}{}", n, thing, n == 1 ? "" : "s"); }
 
-/// What somebody should look at, a line for each.
-std::string ToLookAt(const Imported& imported, UnknownAge unknownAge) {
+/// Texts in quotes, one behind the other.
+std::string Listed(const std::vector<std::string>& texts) {
   std::string list;
-  if (imported.unknownAges > 0)
-    list = fmt::format("{} without a brood age or a hatch day: written as {}\r\n",
-                       Counted(imported.unknownAges, "visit"), NameOf(UnknownAgeNames(), unknownAge));
-  for (const std::string& remark : imported.remarks) list += remark + "\r\n";
-  const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
-  return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;
+  for (const std::string& text : texts) list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", OnOneLine(text));
+  return list;
+}
+
+/// Whether a file is there with other contents.
+bool StandsOtherwise(const std::string& path, const std::string& contents) {
+  return std::filesystem::exists(path) && ReadWholeFile(path) != contents;
 }
 
 /// What became of the rows, in lines for people.
@@ -159,16 +161,16 @@ void FrmImport::Take(const ImportChoices& choices, const std::string& whence, co
   std::string text = source_.Text(choices, progress);
   choices_ = choices;
   text_ = std::move(text);
+  choices_.names = ColumnNames(text_, choices_);
+  sheetsAlike_ = source_.SheetsAlike(choices_, progress);
+  kept_.reset();
   lblProposal.text = whence + ": look at each column, and at the records below.";
   grdColumns.selectedRow = grdColumns.headingRows;
 }
 
 void FrmImport::TakeKept(const ImportChoices& kept, const std::string& whence, const ReadingProgress& progress) {
   Take(source_.ForThis(kept, progress), whence, progress);
-  std::string lacking;
-  for (const std::string& column : ColumnsLacking(kept, text_))
-    lacking += (lacking.empty() ? "" : ", ") + Shown(column);
-  if (!lacking.empty()) lblProposal.text += " Not in this file: " + lacking + ".";
+  kept_ = kept;
 }
 
 bool FrmImport::TakeLastTimes(const ReadingProgress& progress) {
@@ -188,6 +190,7 @@ bool FrmImport::OnCloseRequest() { return !reading_; }
 void FrmImport::OnUnload() {
   source_ = {};
   text_.clear();
+  kept_.reset();
   grdColumns.Resize(0, 0);
   grdColumns.selectedRow = -1;
 }
@@ -299,7 +302,7 @@ void FrmImport::ShowWhatApplies() {
 }
 
 void FrmImport::ShowColumns() {
-  const std::vector<std::string> names = ColumnNames(text_, choices_);
+  const std::vector<std::string>& names = choices_.names = ColumnNames(text_, choices_);
   const std::vector<std::string> values = FirstValues(text_, choices_);
   const int columns = static_cast<int>(choices_.roles.size());
   grdColumns.Resize(columns + 1, 3);
@@ -335,7 +338,7 @@ void FrmImport::ShowPreview() {
 
 void FrmImport::ShowRemarks(const char* heading, const Imported& imported) {
   lblRemarks.text = heading;
-  txtRemarks.text = ToLookAt(imported, choices_.unknownAge);
+  txtRemarks.text = ToLookAt(imported);
   lblRemarks.visible = txtRemarks.visible = !txtRemarks.text.empty();
 }
 
@@ -349,40 +352,48 @@ void FrmImport::Import() {
   const auto make = [&](const ReadingProgress& progress) { imported = ImportRows(text_, choices_, progress); };
   if (!Read("Importing...", make)) return;
   ShowRemarks("To look at in the whole file:", imported);
-  const std::string file = DataFile();
-  if (MayGoOn(imported) && MayReplace(file, imported.text) && MayReplaceChoices(file + ChoicesExtension))
-    Write(file, imported);
+  const std::string file = DataFile(), choices = ChoicesText(choices_);
+  if (MayGoOn(imported) && MayReplace(file, imported.text, choices)) Write(file, choices, imported);
+}
+
+std::string FrmImport::ToLookAt(const Imported& imported) const {
+  std::string list;
+  if (!sheetsAlike_.empty())
+    list += fmt::format("the worksheet \"{}\" alone is imported; the same columns are in {}\r\n",
+                        OnOneLine(choices_.sheet), Listed(sheetsAlike_));
+  if (kept_)
+    for (const std::string& sentence : WhereKeptDiffer(*kept_, choices_, text_)) list += sentence + "\r\n";
+  if (imported.unknownAges > 0)
+    list += fmt::format("{} without a brood age or a hatch day: written as {}\r\n",
+                        Counted(imported.unknownAges, "visit"), NameOf(UnknownAgeNames(), choices_.unknownAge));
+  for (const std::string& remark : imported.remarks) list += remark + "\r\n";
+  const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
+  return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;
 }
 
 bool FrmImport::MayGoOn(const Imported& imported) {
-  const std::string list = ToLookAt(imported, choices_.unknownAge);
+  const std::string list = ToLookAt(imported);
   return list.empty() || desk.Ask(Title, "Some things should be looked at. Write the data file all the same?",
                                   style::YesNoQuestion, list) == Answer::Yes;
 }
 
-bool FrmImport::MayReplace(const std::string& path, const std::string& text) {
-  return !std::filesystem::exists(path) || ReadWholeFile(path) == text || AskToReplace(path);
+bool FrmImport::MayReplace(const std::string& file, const std::string& data, const std::string& choices) {
+  const std::string kept = file + ChoicesExtension;
+  const auto own = made_.find(kept);
+  const bool dataDiffer = StandsOtherwise(file, data);
+  const bool choicesDiffer =
+      StandsOtherwise(kept, choices) && (own == made_.end() || StandsOtherwise(kept, own->second));
+  if (!dataDiffer && !choicesDiffer) return true;
+  const std::string which = dataDiffer && choicesDiffer ? file + "\r\n" + kept : dataDiffer ? file : kept;
+  const char* const many = dataDiffer && choicesDiffer ? "are there already, with other contents. Replace them?"
+                                                       : "is there already, with other contents. Replace it?";
+  return desk.Ask(Title, which + "\r\n\r\n" + many, style::YesNoQuestion) == Answer::Yes;
 }
 
-bool FrmImport::MayReplaceChoices(const std::string& path) {
-  if (!std::filesystem::exists(path)) return true;
-  try {
-    ChoicesIn(ReadWholeFile(path));
-    return true;
-  } catch (const RuntimeFailure&) {
-    return AskToReplace(path);  // it is somebody's, or spoilt
-  }
-}
-
-bool FrmImport::AskToReplace(const std::string& path) {
-  return desk.Ask(Title, path + "\r\n\r\nis there already, with other contents. Replace it?", style::YesNoQuestion) ==
-         Answer::Yes;
-}
-
-void FrmImport::Write(const std::string& file, const Imported& imported) {
+void FrmImport::Write(const std::string& file, const std::string& choices, const Imported& imported) {
   desk.Write(file, imported.text);
-  choices_.names = ColumnNames(text_, choices_);
-  desk.Write(file + ChoicesExtension, ChoicesText(choices_));
+  desk.Write(file + ChoicesExtension, choices);
+  made_[file + ChoicesExtension] = choices;
   desk.Tell(Title,
             fmt::format("{} of {} written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
                         Counted(imported.records, "record"), Counted(imported.broods, "brood"), file),

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,7 +77,7 @@ class FrmImport : public Form {
   void ChooseAnotherImports();
   /// Takes choices and the text of the file by them, and says whence they are.
   void Take(const ImportChoices& choices, const std::string& whence, const ReadingProgress& progress);
-  /// Takes choices that were kept with a file, as far as they fit this one, and says where they do not.
+  /// Takes choices that were kept with a file, as far as they fit this one; what does not is told with the remarks.
   void TakeKept(const ImportChoices& kept, const std::string& whence, const ReadingProgress& progress);
   /// The choices kept beside the data file; false when there are none of use.
   bool TakeLastTimes(const ReadingProgress& progress);
@@ -91,17 +93,21 @@ class FrmImport : public Form {
   int SelectedColumn() const { return grdColumns.selectedRow - grdColumns.headingRows; }
 
   void Import();
+  /// What somebody should look at, a line for each: of the choices, and of what comes of them.
+  std::string ToLookAt(const Imported& imported) const;
   bool MayGoOn(const Imported& imported);
-  bool MayReplace(const std::string& path, const std::string& text);
-  bool MayReplaceChoices(const std::string& path);
-  bool AskToReplace(const std::string& path);
-  void Write(const std::string& file, const Imported& imported);
+  /// Asks about files that are there already with other contents, but for the choices that this window kept itself.
+  bool MayReplace(const std::string& file, const std::string& data, const std::string& choices);
+  void Write(const std::string& file, const std::string& choices, const Imported& imported);
   /// Where the data file stands, and the choices beside it.
   std::string DataFile() const;
 
   std::string path_, text_;
   ImportSource source_;
   ImportChoices choices_;
+  std::optional<ImportChoices> kept_;        // those that were kept with a file and are used now
+  std::vector<std::string> sheetsAlike_;     // that could be imported as well
+  std::map<std::string, std::string> made_;  // the choices that were kept since the program began, by file
   bool reading_ = false, cancelled_ = false;
 };
 

@@ -40,6 +40,7 @@ Heading HeadingOf(const std::vector<TextRow>& rows, const ImportChoices& choices
   if (choices.heading && !rows.empty()) {
     const std::size_t titles = std::min(TitleRows(rows), rows.size() - 1);
     heading.rows = titles + 1;
+    heading.line = rows[titles].line;
     for (const std::string& field : rows[titles].fields) heading.names.push_back(OnOneLine(field));
   }
   const std::vector<TextRow> below(rows.begin() + static_cast<std::ptrdiff_t>(heading.rows), rows.end());

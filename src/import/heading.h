@@ -14,6 +14,7 @@ inline constexpr std::size_t RowsLookedAt = 200;
 /// What stands above the rows of a text.
 struct Heading {
   std::size_t rows = 0;            // up to where the columns' names stand, titles above them included; 0: no heading
+  int line = 0;                    // on which the names stand
   std::vector<std::string> names;  // of all columns, each on one line, empty where there is none
   bool rowsHaveNames = false;      // in front of the first column that the heading names
 };

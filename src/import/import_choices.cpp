@@ -49,29 +49,6 @@ int PlaceOf(const std::vector<std::string>& names, std::string_view name) {
 
 bool ImportChoices::Has(Role role) const { return std::ranges::find(roles, role) != roles.end(); }
 
-ImportChoices ForText(ImportChoices kept, std::string_view text) {
-  const std::vector<std::string> names = ColumnNames(text, kept);
-  std::vector<Role> roles(HeadingOf(text, kept).names.size(), Role::Unused);
-  std::vector<std::string> unmatched = kept.names;  // columns of the same name are matched in their order
-  for (std::size_t c = 0; c < roles.size(); ++c) {
-    const int place = kept.heading ? PlaceOf(unmatched, names[c]) : static_cast<int>(c);
-    if (kept.heading && place >= 0) unmatched[static_cast<std::size_t>(place)].assign(1, '\n');  // which no name holds
-    if (place >= 0 && place < static_cast<int>(kept.roles.size()))
-      roles[c] = kept.roles[static_cast<std::size_t>(place)];
-  }
-  kept.roles = std::move(roles);
-  return kept;
-}
-
-std::vector<std::string> ColumnsLacking(const ImportChoices& kept, std::string_view text) {
-  std::vector<std::string> lacking;
-  if (!kept.heading) return lacking;
-  const std::vector<std::string> names = ColumnNames(text, kept);
-  for (std::size_t c = 0; c < kept.names.size(); ++c)
-    if (kept.roles[c] != Role::Unused && PlaceOf(names, kept.names[c]) < 0) lacking.push_back(kept.names[c]);
-  return lacking;
-}
-
 std::string ChoicesText(const ImportChoices& choices) {
   std::string text = fmt::format(
       "{}\r\n{}Encoding: {}\r\nDelimiter: {}\r\nDecimal mark: {}\r\nHeading: {}\r\nDates: {}\r\nUnknown age: {}\r\n"

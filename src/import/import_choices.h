@@ -61,13 +61,6 @@ struct ImportChoices {
   bool operator==(const ImportChoices&) const = default;
 };
 
-/// Choices that were kept, for another text: its columns are what those with the same headings were, or, where there
-/// are no headings, those in the same places.
-ImportChoices ForText(ImportChoices kept, std::string_view text);
-
-/// The columns that were something when the choices were kept, and that the text does not have.
-std::vector<std::string> ColumnsLacking(const ImportChoices& kept, std::string_view text);
-
 /// The choices as the text of a small file, with the names of the columns, and back. RuntimeFailure for a text that is
 /// none.
 std::string ChoicesText(const ImportChoices& choices);

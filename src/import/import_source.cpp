@@ -8,6 +8,7 @@
 
 #include "base/runtime_failure.h"
 #include "import/column_proposal.h"
+#include "import/kept_choices.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
 #include "platform/freexl_workbooks.h"
@@ -99,6 +100,24 @@ ImportChoices ProposedForSheet(const std::string& sheet, std::string_view text) 
   return choices;
 }
 
+/// Takes over how a file is written.
+void TakeWriting(const ImportChoices& from, ImportChoices& choices) {
+  choices.sheet = from.sheet;
+  choices.encoding = from.encoding;
+  choices.delimiter = from.delimiter;
+  choices.decimal = from.decimal;
+  choices.dates = from.dates;
+}
+
+/// Whether bytes that seem to be of one encoding may as well be of another: they must give the same text.
+bool CanBeMeant(std::string_view bytes, Encoding encoding, Encoding proposed) {
+  try {
+    return Decoded(bytes, encoding) == Decoded(bytes, proposed);
+  } catch (const RuntimeFailure&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 ImportSource::ImportSource(const std::string& path, const ReadingProgress& progress) : bytes_(ReadWholeFile(path)) {
@@ -133,11 +152,42 @@ ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
 }
 
 ImportChoices ImportSource::ForThis(const ImportChoices& kept, const ReadingProgress& progress) const {
-  if (!book_) return ForText(kept, Text(kept, progress));
+  if (!book_) {
+    const ImportChoices choices = AsWritten(kept, progress);
+    return ForText(choices, Text(choices, progress));
+  }
   ImportChoices choices = kept;
-  choices.delimiter = SheetDelimiter;
-  if (std::ranges::find(sheets_, kept.sheet) == sheets_.end()) choices.sheet = Proposed(progress).sheet;
+  if (std::ranges::find(sheets_, kept.sheet) == sheets_.end()) {
+    const ImportChoices proposed = Proposed(progress);
+    if (kept.sheet.empty())
+      TakeWriting(proposed, choices);
+    else
+      choices.sheet = proposed.sheet;
+  }
   return ForText(choices, book_->Text(choices.sheet, RowsLookedAt, progress));
+}
+
+ImportChoices ImportSource::AsWritten(ImportChoices kept, const ReadingProgress& progress) const {
+  const ImportChoices proposed = Proposed(progress);
+  const auto lacking = [&](const ImportChoices& choices) { return ColumnsLacking(choices, Text(choices)).size(); };
+  ImportChoices otherwise = kept;
+  TakeWriting(proposed, otherwise);
+  if (!kept.sheet.empty()) return otherwise;
+  if (kept.encoding != proposed.encoding && !CanBeMeant(bytes_, kept.encoding, proposed.encoding))
+    kept.encoding = proposed.encoding;
+  return kept.delimiter != proposed.delimiter && lacking(otherwise) < lacking(kept) ? otherwise : kept;
+}
+
+std::vector<std::string> ImportSource::SheetsAlike(const ImportChoices& choices,
+                                                   const ReadingProgress& progress) const {
+  std::vector<std::string> alike;
+  if (!book_ || !LooksLikeData(choices)) return alike;
+  for (const std::string& sheet : sheets_) {
+    if (sheet == choices.sheet) continue;
+    const std::string text = book_->Text(sheet, RowsLookedAt, progress);
+    if (!text.empty() && ColumnsLacking(choices, text).empty()) alike.push_back(sheet);
+  }
+  return alike;
 }
 
 std::string ImportSource::Text(const ImportChoices& choices, const ReadingProgress& progress) const {

@@ -24,9 +24,14 @@ class ImportSource {
   /// What the file seems to be; of a workbook, the first of its sheets that looks like data, or else the first that
   /// holds something.
   ImportChoices Proposed(const ReadingProgress& progress = {}) const;
-  /// What was chosen for another file, as far as it fits this one: a text's columns are what those with the same
-  /// headings were, and a workbook's sheet is the one of that name, or the one that is proposed.
+  /// What was chosen for another file, as far as it fits this one: columns are what those with the same headings were,
+  /// and a workbook's sheet is the one of that name, or the one that is proposed. How a file is written is proposed
+  /// anew where the choices are those of a workbook and this is a text or the reverse, where its letters cannot be
+  /// meant as they were, and where another delimiter finds more of the columns.
   ImportChoices ForThis(const ImportChoices& kept, const ReadingProgress& progress = {}) const;
+  /// Other sheets of a workbook that have all columns that are used of the one chosen: they could be imported as well.
+  /// `choices` have the names of their columns.
+  std::vector<std::string> SheetsAlike(const ImportChoices& choices, const ReadingProgress& progress = {}) const;
 
   /// The rows as a text in UTF-8, which ImportRows and all that looks at columns take: a text file in the encoding that
   /// was chosen, or the sheet that was chosen with a line for each of its rows. The rows of a sheet are divided as
@@ -38,6 +43,9 @@ class ImportSource {
   class Book;
 
  private:
+  /// Choices for a text, with what they say of the way in which this one is written.
+  ImportChoices AsWritten(ImportChoices kept, const ReadingProgress& progress) const;
+
   std::string bytes_;  // of a text
   std::shared_ptr<Book> book_;
   std::vector<std::string> sheets_;

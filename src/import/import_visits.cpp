@@ -15,6 +15,7 @@
 #include "import/brood_ages.h"
 #include "import/heading.h"
 #include "import/remarks.h"
+#include "import/required_columns.h"
 #include "import/row_reader.h"
 #include "import/visit_examiner.h"
 
@@ -91,6 +92,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   constexpr int RowsBetweenProgress = 1000;
   const std::vector<std::string> names = ColumnNames(text, choices);
   const Heading heading = HeadingOf(text, choices);
+  RequireColumns(choices, heading);
   Imported imported;
   Remarks remarks(choices.sheet.empty() ? "line" : "row");
   if (heading.rows > 1)

@@ -27,7 +27,7 @@ bool FitsFixedColumns(std::string_view bytes) {
 }
 
 bool IsTable(const std::string& path) {
-  constexpr std::size_t LeastColumns = 4;
+  constexpr std::size_t LeastColumns = 3;
   const ImportSource source(path);
   return source.IsWorkbook() || source.Proposed().roles.size() >= LeastColumns;
 }

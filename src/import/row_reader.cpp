@@ -19,28 +19,6 @@ namespace {
 
 constexpr int MostOfInt16 = 32767;
 
-/// The columns that an import cannot do without, and those that can only be one.
-void RequireColumns(const ImportChoices& choices, const ColumnsByRole& columns) {
-  const auto require = [&](Role role, Role other) {
-    if (!choices.Has(role) && !choices.Has(other))
-      throw RuntimeFailure(fmt::format("no column is the {}", NameOf(role)));
-  };
-  if (choices.OfNests()) {
-    for (const Role role : {Role::LastPresent, Role::LastChecked, Role::Fate}) require(role, role);
-  } else {
-    require(Role::Code, Role::Code);
-    require(Role::Day, Role::Date);
-    require(Role::Count, Role::Count);
-  }
-  for (const Role role : choices.roles)
-    if (!MayBeMany(role) && columns.Of(role).size() > 1)
-      throw RuntimeFailure(
-          fmt::format("{} columns are the {}: only one can be", columns.Of(role).size(), NameOf(role)));
-  if (columns.Of(Role::Covariate).size() > record::MostCovariates)
-    throw RuntimeFailure(fmt::format("{} columns are covariates: a data file has room for {}",
-                                     columns.Of(Role::Covariate).size(), record::MostCovariates));
-}
-
 }  // namespace
 
 RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
@@ -52,7 +30,6 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
       remarks_(remarks),
       stray_(choices, names),
       covariates_(columns_.Of(Role::Covariate).size(), CovariateLook(choices.delimiter != Delimiter::Comma)) {
-  RequireColumns(choices, columns_);
   RemarkUnusedColumns();
 }
 

@@ -15,8 +15,8 @@
 
 namespace merlane {
 
-/// Makes visits of rows, and remarks what could not be kept as it stood. RuntimeFailure when the choices lack a column
-/// that is needed, or have two where one is possible.
+/// Makes visits of rows, and remarks what could not be kept as it stood. The choices have the columns that are
+/// required.
 class RowReader {
  public:
   RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,

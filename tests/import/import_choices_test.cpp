@@ -50,17 +50,6 @@ TEST(ImportChoices, AreKeptAsATextAndComeBack) {
   EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
 }
 
-TEST(ImportChoices, OfAnotherFileGoByHeadingsWhereThereAreSome) {
-  const std::string text = "Nest,Day,Eggs\nA,160,5\n";
-  ImportChoices c = ProposedChoices(text);
-  c.roles = {Role::Code, Role::Day, Role::Count};
-  c.names = ColumnNames(text, c);
-  EXPECT_THAT(ForText(c, "Eggs,Observer,Nest,Day\n5,Ann,A,160\n").roles,
-              ElementsAre(Role::Count, Role::Unused, Role::Code, Role::Day));
-  c.heading = false;
-  EXPECT_THAT(ForText(c, "A,160,5,x\n").roles, ElementsAre(Role::Code, Role::Day, Role::Count, Role::Unused));
-}
-
 TEST(ImportChoices, ATextThatIsNoneIsRefused) {
   EXPECT_THROW(ChoicesIn(""), RuntimeFailure);
   EXPECT_THROW(ChoicesIn("Choices of an import, version 1\r\n"), RuntimeFailure);

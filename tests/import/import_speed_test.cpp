@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <gtest/gtest.h>
-#include <zip.h>
 
 #include <chrono>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include "import/import_source.h"
 #include "import/import_visits.h"
 #include "platform/files.h"
+#include "support/new_workbook.h"
 
 namespace merlane {
 namespace {
@@ -40,7 +40,7 @@ std::string Csv(int rows) {
   return text;
 }
 
-/// A worksheet of the same rows, its codes being texts that are shared.
+/// A worksheet of the same rows.
 void WriteWorkbook(const std::string& path, int rows) {
   std::string strings = "<sst>", sheet = "<worksheet><sheetData><row r=\"1\">";
   int shared = 0;

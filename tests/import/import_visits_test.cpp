@@ -280,10 +280,30 @@ TEST(ImportVisits, AColumnThatIsNeededIsAskedFor) {
     ImportRows(text, choices);
     FAIL() << "it was imported";
   } catch (const RuntimeFailure& failure) {
-    EXPECT_STREQ(failure.what(), "no column is the code");
+    EXPECT_STREQ(
+        failure.what(),
+        "no column is the code, which a heading such as \"Nest\", \"Brood\" or \"Code\" tells; the heading was "
+        "taken from line 1: \"a\", \"b\"");
   }
   choices.roles = {Role::Code, Role::FirstFound};
   EXPECT_THROW(ImportRows(text, choices), RuntimeFailure);
+}
+
+TEST(ImportVisits, WhereAColumnWasLookedForIsTold) {
+  const auto refusal = [](const std::string& text) -> std::string {
+    try {
+      ImportRows(text, ProposedChoices(text));
+    } catch (const RuntimeFailure& failure) {
+      return failure.what();
+    }
+    return "";
+  };
+  EXPECT_EQ(refusal("Lake Meer,,\n\nNest,When,Eggs\nA,x,5\nB,y,4\n"),
+            "no column is the day of the year or the date, which a heading such as \"Date\" or \"Day\" tells; the "
+            "heading was taken from line 3: \"Nest\", \"When\", \"Eggs\"");
+  EXPECT_EQ(refusal("A,150,5\nB,151,4\n"),
+            "no column is the code, which a heading such as \"Nest\", \"Brood\" or \"Code\" tells; the first row is "
+            "taken for no heading");
 }
 
 TEST(ImportVisits, WhatIsMadeReadsWithoutARemark) {

@@ -16,6 +16,7 @@ bool Needs(const std::string& bytes) {
 TEST(NeedsImport, ATableWithDelimitersDoes) {
   EXPECT_TRUE(Needs("Year,Code,DofY,HatchDay,BroodAge,#EorJ\n1995,A,160,0,-?,5\n"));
   EXPECT_TRUE(Needs("Nest;Date;Eggs;Cover\nA;1.6.2023;5;0,5\n"));
+  EXPECT_TRUE(Needs("Nest;Date;Eggs\nA;1.6.2023;5\n")) << "three columns are enough";
   EXPECT_TRUE(Needs("Nest\tDate\tEggs\tCover\nA\t1.6.2023\t5\t0,5\n"));
 }
 

@@ -1,7 +1,10 @@
 // A table becomes a data file, as somebody meets it who begins an analysis.
 #include <gmock/gmock.h>
 
+#include <chrono>
+
 #include "program/analysis.h"
+#include "support/new_workbook.h"
 
 namespace merlane {
 namespace {
@@ -27,6 +30,9 @@ constexpr const char* DataOfVisits =
     "    2023,       A,     165,     160,       5,       4,        0.65\r\n"
     "    2023,       B,     151,     160,      -9,       4,         0.7\r\n"
     "    2024,       C,     153,     162,      -9,       3,         0.1\r\n";
+
+/// That of worksheets.
+const std::vector<std::string> Heading{"Nest", "Day", "Age", "Eggs"};
 
 /// A program whose description of an analysis is open, and a folder with tables.
 struct Importing : test::Analysis {
@@ -109,6 +115,77 @@ TEST(Import, StaysAwayFromDataFilesAndFromWhatCannotBeRead) {
   }
 }
 
+TEST(Import, OpensByItselfForThreeColumns) {
+  Importing t("three");
+  t.windows.File(t.Table("lake.csv", "Nest,Day,Eggs\nA,150,5\nA,155,4\n"));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_THAT(t.Roles(), ElementsAre("code", "day of the year", "number"));
+}
+
+/// A reading that was told to be of another kind of file was left for the import.
+void ExpectTheImportInstead(Importing& t, const std::string& title, const std::string& table) {
+  EXPECT_EQ(t.windows.messages.back().title, title);
+  EXPECT_EQ(t.windows.messages.back().offer, "Import...");
+  EXPECT_TRUE(t.form.Visible() && t.initialize.Visible());
+  EXPECT_FALSE(t.program.frmMenu.Visible());
+  EXPECT_EQ(t.form.txtFile.text, table);
+  EXPECT_EQ(t.windows.toldFailures, 0);
+  EXPECT_FALSE(t.windows.exitStatus.has_value());
+}
+
+TEST(Import, IsOfferedByTheBoxThatTellsOfAnotherKindOfFile) {
+  Importing t("offered");
+  const std::string table = t.Table("lake.csv", Visits);
+  t.windows.File(table);
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
+  t.windows.TakeOffer("Analysis update");
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  ExpectTheImportInstead(t, "Analysis update", table);
+  t.Import();
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdFit));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  EXPECT_EQ(t.program.model.data.TotalRecords, 4);
+  EXPECT_EQ(t.windows.messages.back().offer, "") << "there is nothing to import of a data file";
+  EXPECT_TRUE(t.program.frmMenu.Visible());
+}
+
+TEST(Import, WhoTakesTheOfferAndThinksBetterOfItIsBackAtTheMenu) {
+  Importing t("better_not");
+  t.windows.File(t.Table("lake.csv", Visits));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.windows.TakeOffer();
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdCancel));
+  EXPECT_TRUE(t.program.frmMenu.Visible());
+  EXPECT_TRUE(t.desk.Usable(t.menu.cmdInitialize));
+}
+
+TEST(Import, IsOfferedByTheBoxOfAReadingThatFailedOrWouldEndTheProgram) {
+  Importing t("offered_on_failure");
+  const std::string book = t.folder / "lake.xlsx";
+  test::WriteNewWorkbook(book, {{"Visits", {Heading, {"A", "130", "-10", "4"}}}});
+  t.windows.File(book);
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.windows.TakeOffer("Problem finding data file or reading data");
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  ExpectTheImportInstead(t, "Problem finding data file or reading data", book);
+  EXPECT_FALSE(t.program.model.data.ReadOK);
+
+  const std::string table = t.Table(
+      "lake.csv",
+      "Year;Nest;Day;Hatch day;Age;Eggs;Remarks\n1995;A;150;160;-10;5;found by Ann on her way to the other lake\n"
+      "1995;A;151;160;-9;4;as it was when she went home, and wet\n");
+  t.windows.File(table);
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.windows.TakeOffer();
+  ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_FALSE(t.windows.exitStatus.has_value());
+}
+
 TEST(Import, TheDescriptionStaysUsableBesideIt) {
   Importing t("beside");
   t.windows.File(t.Table("lake.csv", Visits));
@@ -130,7 +207,9 @@ TEST(Import, GoesWithTheDescriptionThatIsCancelled) {
 TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
   Importing t("preview");
   t.Open(t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
-  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet: no column is the day of the year."));
+  EXPECT_THAT(t.form.txtPreview.text,
+              HasSubstr("Not yet: no column is the day of the year or the date, which a heading such as"));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("the heading was taken from line 1: \"Nest\", \"When\", \"Eggs\""));
   EXPECT_EQ(t.form.cboRole.text, "code") << "the first column is selected";
   t.GiveRole(2, "date");
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,      32,"));
@@ -239,6 +318,7 @@ TEST(Import, TheChoicesOfLastYearFitThisYearsFile) {
   EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
   EXPECT_EQ(t.form.lblProposal.text,
             "As it was chosen in 2022.csv.dat.import: look at each column, and at the records below.");
+  EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("choices were kept")));
   t.windows.File(t.folder / "2022.csv", "Choices of another import");
   ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
   EXPECT_THAT(t.windows.LastText(), HasSubstr("this file holds no choices of an import"));
@@ -250,7 +330,39 @@ TEST(Import, AColumnOfKeptChoicesThatIsNotThereIsTold) {
   t.Open(t.Table("lake.csv", Visits));
   t.Import();
   t.Open(t.Table("lake.csv", "Nest;Date;Hatch date;Eggs\nA;30.5.2023;9.6.2023;5\n"));
-  EXPECT_THAT(t.form.lblProposal.text, HasSubstr("Not in this file: Cover."));
+  const std::string told = "not in this file, and used when the choices were kept: \"Cover\" (covariate)";
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(told));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr(told));
+}
+
+TEST(Import, ANewColumnOfNextYearsFileIsNamedWithWhatItMayBe) {
+  Importing t("new_column");
+  t.Open(t.Table("lake.csv", Visits));
+  t.Import();
+  t.Open(t.Table("lake.csv", "Nest;Date;Hatch date;Eggs;Cover;Wind\nA;30.5.2024;9.6.2024;5;0,65;3,5\n"));
+  const std::string told = "new since the choices were kept, and not used: \"Wind\" (covariate?)";
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(told));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr(told));
+  t.GiveRole(6, "covariate");
+  EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("new since")));
+}
+
+TEST(Import, ChoicesOfATextInAnotherEncodingOrWithAnotherDelimiterAreNotTakenAtTheirWord) {
+  Importing t("written_otherwise");
+  t.Open(t.Table("2022.csv", "Nest;Date;Eggs\nM\xD6WE1;1.2.2022;5\n"));
+  t.windows.Yes("Import");
+  t.Import();
+  t.Open(t.Table("2023.csv", "Nest,Date,Eggs\nM\u00D6WE1,1.2.2023,5\n"));
+  t.windows.File(t.folder / "2022.csv.dat.import", "Choices of another import");
+  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  EXPECT_EQ(t.form.cboEncoding.text, "UTF-8");
+  EXPECT_EQ(t.form.cboDelimiter.text, "comma");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("   M\u00D6WE1,      32,"));
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("this file is not written as the one whose choices were kept"));
 }
 
 TEST(Import, EggsAndYoungInTwoColumnsAreAdded) {
@@ -277,6 +389,66 @@ TEST(Import, ASheetOfAWorkbookIsChosen) {
   EXPECT_EQ(t.form.txtPreview.text, preview);
 }
 
+TEST(Import, OtherSheetsWithTheSameColumnsAreNamed) {
+  Importing t("sheets_alike");
+  const std::string book = t.folder / "book.xlsx";
+  test::WriteNewWorkbook(book, {{"2019", {Heading, {"A", "130", "-10", "4"}}},
+                                {"2020", {Heading, {"B", "131", "-9", "5"}}},
+                                {"Notes", {{"all done"}}}});
+  t.Open(book);
+  EXPECT_EQ(t.form.cboSheet.text, "2019");
+  EXPECT_THAT(t.form.txtRemarks.text,
+              StartsWith("the worksheet \"2019\" alone is imported; the same columns are in \"2020\"\r\n"));
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr("the worksheet \"2019\" alone is imported"));
+  t.desk.SetText(t.form.cboSheet, "Notes");
+  EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("alone is imported")));
+}
+
+TEST(Import, TheChoicesOfLastYearsWorkbookSayWhichSheetTheyTake) {
+  Importing t("sheet_of_last_year");
+  test::WriteNewWorkbook(t.folder / "2019.xlsx", {{"2019", {Heading, {"A", "130", "-10", "4"}}}});
+  const test::Sheet old{"2019", {Heading, {"A", "130", "-10", "4"}}}, next{"2020", {Heading, {"B", "131", "-9", "5"}}};
+  test::WriteNewWorkbook(t.folder / "both.xlsx", {old, next});
+  test::WriteNewWorkbook(t.folder / "2020.xlsx", {next});
+  t.Open(t.folder / "2019.xlsx");
+  t.windows.Yes("Import");
+  t.Import();
+  const auto takeKept = [&](const std::string& book) {
+    t.Open(t.folder / book);
+    t.windows.File(t.folder / "2019.xlsx.dat.import", "Choices of another import");
+    EXPECT_TRUE(t.desk.Press(t.form.cmdChoices));
+  };
+  takeKept("both.xlsx");
+  EXPECT_EQ(t.form.cboSheet.text, "2019");
+  EXPECT_THAT(t.form.txtRemarks.text,
+              HasSubstr("the worksheet \"2019\" alone is imported; the same columns are in \"2020\""));
+  takeKept("2020.xlsx");
+  EXPECT_EQ(t.form.cboSheet.text, "2020");
+  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("there is no worksheet \"2019\" in this file: \"2020\" was taken"));
+}
+
+TEST(Import, TheChoicesOfATextFitAWorkbookAndTheReverse) {
+  Importing t("of_another_kind");
+  t.Open(t.Table("lake.csv", "Nest;Day;Age;Eggs;Cover\nA;130;-10;4;0,5\n"));
+  t.windows.Yes("Import");
+  t.Import();
+  const std::string book = t.folder / "lake.xlsx";
+  test::WriteNewWorkbook(book,
+                         {{"Visits", {{"Cover", "Nest", "Day", "Age", "Eggs"}, {"0.5", "A", "130", "-10", "4"}}}});
+  const auto takeKept = [&](const std::string& file, const std::string& kept) {
+    t.Open(t.folder / file);
+    t.windows.File(t.folder / kept, "Choices of another import");
+    EXPECT_TRUE(t.desk.Press(t.form.cmdChoices));
+    EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,     130,       0,     -10,       4,         0.5\r\n"));
+    t.windows.Yes("Import");
+    t.Import();
+  };
+  takeKept("lake.xlsx", "lake.csv.dat.import");
+  takeKept("lake.csv", "lake.xlsx.dat.import");
+}
+
 TEST(Import, ChoicesThatAreSpoiltAreToldAndProposedAnew) {
   Importing t("spoilt");
   const std::string table = t.Table("lake.csv", Visits);
@@ -301,15 +473,55 @@ TEST(Import, OtherDataAreNotReplacedUnasked) {
   EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
 }
 
-TEST(Import, AFileThatIsNoChoicesOfOursIsNotReplacedUnasked) {
+TEST(Import, ChoicesThatThisWindowDidNotKeepAreNotReplacedUnasked) {
   Importing t("replace_choices");
   const std::string other = t.folder / "lake.csv.dat.import";
   t.Open(t.Table("lake.csv", Visits));
   WriteWholeFile(other, "my notes");
   t.windows.No("Import");
   t.Import();
+  EXPECT_THAT(t.windows.LastText(), StartsWith(other + "\r\n\r\nis there already, with other contents."));
   EXPECT_EQ(ReadWholeFile(other), "my notes");
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_THAT(ReadWholeFile(other), StartsWith("Choices of an import"));
+}
+
+TEST(Import, ChoicesOfAnEarlierSessionAreReplacedWhenThatIsAnsweredAndThoseOfThisOneUnasked) {
+  const std::string table = "Year,Nest,Day,Age,Eggs,Cover\n2023,A,150,-10,5,1.5\n";
+  test::Folder folder("import_earlier");
+  {
+    Importing t("earlier_session");
+    WriteWholeFile(folder / "lake.csv", table);
+    t.Open(folder / "lake.csv");
+    t.Import();
+    t.Open(folder / "lake.csv");
+    t.desk.SetText(t.form.txtYear, "2023");  // which no row needs, and is kept all the same
+    t.desk.SetText(t.form.cboUnknownAge, "unknown age of young");
+    t.Import();
+    EXPECT_FALSE(t.form.Visible()) << "it was made by this window a moment ago";
+  }
+  Importing t("this_session");
+  t.Open(folder / "lake.csv");
+  t.desk.SetText(t.form.cboUnknownAge, "leave the visit out");
+  t.windows.No("Import");
+  t.Import();
+  EXPECT_THAT(ReadWholeFile(folder / "lake.csv.dat.import"), HasSubstr("Unknown age: unknown age of young"));
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_THAT(ReadWholeFile(folder / "lake.csv.dat.import"), HasSubstr("Unknown age: leave the visit out"));
+}
+
+TEST(Import, DataAndChoicesThatAreBothThereAlreadyAreAskedAboutInOneQuestion) {
+  Importing t("replace_both");
+  const std::string made = t.folder / "lake.csv.dat";
+  t.Open(t.Table("lake.csv", Visits));
+  WriteWholeFile(made, "something else");
+  WriteWholeFile(made + ".import", "my notes");
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
 }
 
 TEST(Import, ADataFileThatCannotBeWrittenLeavesTheChoicesOnTheScreen) {
@@ -379,6 +591,61 @@ TEST(Import, WhoQuitsMeanwhileLeavesNoDataFile) {
   t.Import();
   EXPECT_EQ(t.windows.exitStatus, 0);
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, AWorkbookThatIsCancelledWhileItIsReadLeavesEverythingAsItWas) {
+  using Moment = std::chrono::steady_clock;
+  constexpr auto Promptly = std::chrono::milliseconds(100);
+  Importing t("cancelled_workbook");
+  t.Open(t.Table("lake.csv", Visits));
+  t.Import();
+  test::Sheet large{"Visits", {Heading}}, other{"More", {Heading, {"B", "131", "-9", "5"}}};
+  for (int row = 0; row < 60000; ++row) large.rows.push_back({"N" + std::to_string(row), "150", "-10", "5"});
+  const std::string book = t.folder / "large.xlsx";
+  test::WriteNewWorkbook(book, {other, large});
+  const std::string chosen = t.initialize.txtDataInput.text;
+
+  Moment::time_point pressed, before;
+  Moment::duration longest{};
+  const auto cancelAtTurn = [&](int n) {
+    const int first = t.windows.turns + 1;
+    before = {};
+    for (int turn = 1; turn <= n; ++turn)
+      t.windows.AtTurn(turn, [&, last = first + n - 1] {
+        const auto now = Moment::now();
+        if (before != Moment::time_point{}) longest = std::max(longest, now - before);
+        before = now;
+        if (t.windows.turns < last) return;
+        EXPECT_THAT(t.form.lblProgress.text, HasSubstr(" %"));
+        EXPECT_TRUE(t.desk.Press(t.form.cmdCancel));
+        pressed = Moment::now();
+      });
+  };
+
+  t.Open(book);  // the sheet that comes first
+  const std::string preview = t.form.txtPreview.text;
+  cancelAtTurn(30);
+  t.desk.SetText(t.form.cboSheet, "Visits");
+  EXPECT_LT(Moment::now() - pressed, Promptly);
+  EXPECT_EQ(t.form.cboSheet.text, "More") << "the sheet that was there before";
+  EXPECT_EQ(t.form.txtPreview.text, preview);
+  EXPECT_EQ(t.form.lblProgress.text, "");
+
+  t.desk.SetText(t.form.cboSheet, "Visits");
+  cancelAtTurn(30);
+  t.Import();
+  EXPECT_LT(Moment::now() - pressed, Promptly);
+  EXPECT_TRUE(t.form.Visible());
+  EXPECT_FALSE(std::filesystem::exists(book + ".dat") || std::filesystem::exists(book + ".dat.import"));
+
+  ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
+  test::WriteNewWorkbook(book, {large});
+  cancelAtTurn(30);
+  t.Open(book);
+  EXPECT_LT(Moment::now() - pressed, Promptly);
+  EXPECT_FALSE(t.form.Visible()) << "there is nothing yet to be seen";
+  EXPECT_EQ(t.initialize.txtDataInput.text, chosen);
+  EXPECT_LT(longest, Promptly) << "between two moments in which it can be cancelled";
 }
 
 TEST(Import, AnAnalysisThatSimulatesReadsWhatWasImportedBesideIt) {
