@@ -7,7 +7,7 @@ grabbed=build/screenshots
 analyses=tests/batch/analyses
 
 env -u QT_QPA_PLATFORM build/tests/test_ui --gtest_brief=1 --gtest_filter=\
-'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/import:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
+'PlotWindowsTest.*:*EveryFormIsGrabbed*:*Analysis*/first_fit:*Analysis*/field_book:*Analysis*/import:*Analysis*/covariances:*Analysis*/ranking:*Analysis*/editing:*Analysis*/priors:*Analysis*/estimates:*Analysis*/detail_plots:*Analysis*/bootstrap'
 
 # Keeps a grabbed window under a name, without the line of file names below it, which are those of one machine. Few
 # colours make a small file of a window without harming it.
@@ -21,11 +21,18 @@ behind() {
   keep "$1" "$2_$line"
 }
 
+# Writes the name of a file over its path in a picture of an import: where it stands is one machine's affair, too.
+naming() {
+  mogrify -fill white -draw 'rectangle 136,62 1256,80' -fill black -font DejaVu-Sans -pointsize 13 -annotate +136+75 "$2" -strip "docs/pictures/$1.png"
+}
+
 behind main first_fit examples 'close frmOneFunction'
 keep initialize form_frmInitialize
+behind import field_book examples 'show frmImport'
+naming import field_book.xlsx
+behind initialize_fit field_book examples 'press frmInitialize.cmdFit'
 behind import_nests import $analyses 'set frmImport.cboRole'
-mogrify -fill white -draw 'rectangle 136,62 1256,80' -fill black -font DejaVu-Sans -pointsize 13 -annotate +136+75 nests.csv -strip \
-  docs/pictures/import_nests.png # where the file stands is one machine's affair, too
+naming import_nests nests.csv
 behind editor editing $analyses 'type grdVS'
 behind one_function first_fit examples 'save-text frmOneFunction'
 behind simplex first_fit examples 'save-text frmSimplex'

@@ -46,13 +46,15 @@ std::string_view Beginning(std::string_view text, const ImportChoices& choices, 
 
 /// What stands in the columns first, in a few words each.
 std::vector<std::string> FirstValues(std::string_view text, const ImportChoices& choices) {
-  constexpr int ValuesShown = 4;
+  constexpr int RowsLookedAt = 100, ValuesShown = 4;
   std::vector<std::string> values(choices.roles.size());
+  std::vector<int> shown(values.size());
   DelimitedRows rows = RowsBehindHeading(text, choices);
   TextRow row;
-  for (int i = 0; i < ValuesShown && rows.Next(row); ++i)
+  for (int i = 0; i < RowsLookedAt && rows.Next(row); ++i)
     for (std::size_t c = 0; c < std::min(values.size(), row.fields.size()); ++c)
-      values[c] += (i == 0 ? "" : "  ") + Shown(row.fields[c]);
+      if (!row.fields[c].empty() && ++shown[c] <= ValuesShown)
+        values[c] += (values[c].empty() ? "" : "  ") + Shown(row.fields[c]);
   return values;
 }
 
@@ -84,7 +86,7 @@ std::string WhatWasMade(const Imported& imported) {
 }  // namespace
 
 FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
-  txtFile.readOnly = true;
+  txtFile.readOnly = txtRemarks.wraps = true;
   cboEncoding.items = EncodingNames();
   cboDelimiter.items = DelimiterNames();
   cboDecimal.items = DecimalNames();
@@ -326,20 +328,24 @@ void FrmImport::ShowRole() {
 
 void FrmImport::ShowPreview() {
   Imported imported;
+  txtPreview.wraps = false;
   try {
     imported = ImportRows(Beginning(text_, choices_, RowsPreviewed), choices_);
     txtPreview.text = imported.text;
   } catch (const RuntimeFailure& failure) {
+    txtPreview.wraps = true;
     txtPreview.text =
-        fmt::format("Not yet: {}.\r\nSelect a column above, and choose below it what it is.", failure.what());
+        fmt::format("Not yet: {}.\r\n\r\nSelect a column above, and choose below it what it is.", failure.what());
   }
-  ShowRemarks("To look at in these rows:", imported);
+  ShowRemarks("these rows", imported);
 }
 
-void FrmImport::ShowRemarks(const char* heading, const Imported& imported) {
-  lblRemarks.text = heading;
+void FrmImport::ShowRemarks(const char* where, const Imported& imported) {
   txtRemarks.text = ToLookAt(imported);
-  lblRemarks.visible = txtRemarks.visible = !txtRemarks.text.empty();
+  txtRemarks.visible = !txtRemarks.text.empty();
+  lblRemarks.visible = txtRemarks.visible || imported.records > 0;
+  lblRemarks.text = txtRemarks.visible ? fmt::format("To look at in {}:", where)
+                                       : fmt::format("Nothing has to be looked at in {}.", where);
 }
 
 std::string FrmImport::DataFile() const {
@@ -351,7 +357,7 @@ void FrmImport::Import() {
   Imported imported;
   const auto make = [&](const ReadingProgress& progress) { imported = ImportRows(text_, choices_, progress); };
   if (!Read("Importing...", make)) return;
-  ShowRemarks("To look at in the whole file:", imported);
+  ShowRemarks("the whole file", imported);
   const std::string file = DataFile(), choices = ChoicesText(choices_);
   if (MayGoOn(imported) && MayReplace(file, imported.text, choices)) Write(file, choices, imported);
 }

@@ -88,7 +88,7 @@ class FrmImport : public Form {
   void ShowColumns();
   void ShowRole();
   void ShowPreview();
-  void ShowRemarks(const char* heading, const Imported& imported);
+  void ShowRemarks(const char* where, const Imported& imported);
   /// The place of the selected column; -1 when none is.
   int SelectedColumn() const { return grdColumns.selectedRow - grdColumns.headingRows; }
 

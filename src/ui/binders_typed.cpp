@@ -126,7 +126,6 @@ class PaneBinder : public Binder {
  public:
   PaneBinder(Pane& pane, Windows& allWindows, QWidget* parent) : Binder(pane, allWindows), pane_(pane) {
     view_ = new TextView(parent);
-    view_->setLineWrapMode(pane.wraps ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
     if (pane.fixedPitch) {
       view_->setFont(FixedPitchFont());
       view_->setTabStopDistance(8 * QFontMetricsF(view_->font()).horizontalAdvance(QLatin1Char(' ')));
@@ -139,6 +138,7 @@ class PaneBinder : public Binder {
 
   void Sync() override {
     Binder::Sync();
+    view_->setLineWrapMode(pane_.wraps ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
     view_->mayBeEdited = !pane_.readOnly && pane_.form.TakesInput();
     if (view_->Editing() && !view_->mayBeEdited) view_->Edit(false);
     if (shown_ == control.text) return;

@@ -107,6 +107,7 @@ TEST_F(ReadingDialogueTest, WhatAWorksheetCouldNotKeepIsToldWithTheTextFile) {
   EXPECT_THAT(windows.messages.back().details,
               AllOf(StartsWith("1 cell of the worksheet could not be written as it is:\r\n  row 2, column 2"),
                     HasSubstr("\r\nWorksheet \"Lake\", written as text to " + path)));
+  EXPECT_EQ(windows.messages.back().offer, "Import...");
 }
 
 TEST_F(ReadingDialogueTest, TheImportIsOfferedWhereItMayBeAnotherKindOfFile) {

@@ -75,6 +75,7 @@ TEST(Import, ATableBecomesTheDataFileThatTheAnalysisUsesAndNames) {
   EXPECT_TRUE(t.form.chkHeading.value);
   EXPECT_THAT(t.Roles(), ElementsAre("code", "date", "hatch date", "number", "covariate"));
   EXPECT_EQ(t.form.txtPreview.text, DataOfVisits);
+  EXPECT_EQ(t.form.lblRemarks.text, "Nothing has to be looked at in these rows.");
 
   t.Import();
   EXPECT_FALSE(t.form.Visible());
@@ -209,9 +210,12 @@ TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
   t.Open(t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
   EXPECT_THAT(t.form.txtPreview.text,
               HasSubstr("Not yet: no column is the day of the year or the date, which a heading such as"));
+  EXPECT_TRUE(t.form.txtPreview.wraps);
+  EXPECT_FALSE(t.form.lblRemarks.visible) << "there are no records yet";
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("the heading was taken from line 1: \"Nest\", \"When\", \"Eggs\""));
   EXPECT_EQ(t.form.cboRole.text, "code") << "the first column is selected";
   t.GiveRole(2, "date");
+  EXPECT_FALSE(t.form.txtPreview.wraps);
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,      32,"));
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("line 3: left out, it has no number"));
   t.desk.SetText(t.form.cboDates, DateOrderNames()[static_cast<std::size_t>(DateOrder::MonthDayYear)]);
@@ -223,6 +227,13 @@ TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
   t.desk.SetText(t.form.cboDelimiter, "comma");
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("Not yet"));
   EXPECT_EQ(t.form.cboDelimiter.text, "comma");
+}
+
+TEST(Import, TheFirstValuesOfAColumnAreThoseThatAreThere) {
+  Importing t("first_values");
+  t.Open(t.Table("lake.csv", "Nest,Day,Eggs,Young\nA,150,5,\nA,155,4,\nA,165,,3\n"));
+  EXPECT_EQ(t.form.grdColumns.At(1, 2).text, "A  A  A");
+  EXPECT_EQ(t.form.grdColumns.At(4, 2).text, "3");
 }
 
 TEST(Import, AColumnTakesARoleFromAnother) {

@@ -56,7 +56,7 @@ TEST(ImportWindowTest, TheColumnThatIsClickedGetsTheRoleThatIsPicked) {
 TEST(ImportWindowTest, OpensByTheButtonOfTheBoxThatTellsOfAnotherKindOfFile) {
   ImportDesktop t("offered");
   const std::string table = t.folder + "/lake.csv";
-  WriteWholeFile(table, "Year;Nest;Day;Age;Eggs\n2023;A;150;-10;5\n2023;A;155;-5;4\n");
+  WriteWholeFile(table, "Year;Nest;Day;Age;Eggs\n1995;A;150;-10;5\n1995;B;155;-5;4\n");
   t.hand.ChooseFile(table, "Load brood survival data file");
   t.hand.Press("frmInitialize", "cmdLoadData");
   t.hand.Press("frmImport", "cmdCancel");
