@@ -193,6 +193,19 @@ void PrepareFileDialog(QFileDialog& dialog) {
   files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
+/// Lets a file that is there be opened by its name although the filter hides it: the dialog would refuse it as soon as
+/// it has read the folder.
+void OfferWhatIsNamed(QFileDialog& dialog) {
+  auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  auto* const buttons = dialog.findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
+  QPushButton* const open = buttons == nullptr ? nullptr : buttons->button(QDialogButtonBox::Open);
+  if (name == nullptr || open == nullptr) return;  // it is the system's own dialog
+  QObject::connect(name, &QLineEdit::textChanged, open, [&dialog, open] {
+    const QStringList named = dialog.selectedFiles();
+    if (named.size() == 1 && QFileInfo(named.front()).isFile()) open->setEnabled(true);
+  });
+}
+
 /// Whether a file that is there may be replaced; true when there is none.
 bool MayReplace(const QString& path, QWidget& parent) {
   if (!QFileInfo::exists(path)) return true;
@@ -209,6 +222,7 @@ std::optional<std::string> AskForFile(const FileRequest& request, const QString&
   const bool saves = request.kind == FileRequest::Kind::Save;
   dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  if (!saves) OfferWhatIsNamed(dialog);
   const QStringList filters = NameFilters(request.filter);
   dialog.setNameFilters(filters);
   if (request.filterIndex >= 1 && request.filterIndex <= filters.size())

@@ -328,6 +328,30 @@ TEST_F(QtHostTest, FileDialogTakesAFileAndCancels) {
   EXPECT_EQ(host.AskFile(open), std::nullopt);
 }
 
+TEST_F(QtHostTest, AFileThatTheFilterHidesIsOpenedByItsName) {
+  QTemporaryDir folder;
+  const QString table = folder.filePath("lake.csv");
+  QFile(table).open(QIODevice::WriteOnly);
+  const FileRequest request{FileRequest::Kind::Open, "Load data", "All Files (*.*)|*.*|Data (*.dat)|*.dat", 2,
+                            folder.filePath("lake.dat").toStdString()};
+  hand.Expect(
+      [&](QWidget& dialog) {
+        auto& model = *dialog.findChild<QFileSystemModel*>();
+        auto* const name = dialog.findChild<QLineEdit*>("fileNameEdit");
+        QPushButton* const open = dialog.findChild<QDialogButtonBox*>("buttonBox")->button(QDialogButtonBox::Open);
+        model.fetchMore(model.index(folder.path()));
+        QTest::qWait(300);  // the folder has been read
+        EXPECT_FALSE(model.index(table).isValid()) << "it is not hidden";
+        name->setText("missing.csv");
+        EXPECT_FALSE(open->isEnabled());
+        name->setText("lake.csv");
+        EXPECT_TRUE(open->isEnabled());
+        QTest::mouseClick(open, Qt::LeftButton);
+      },
+      "Load data");
+  EXPECT_EQ(host.AskFile(request), table.toStdString());
+}
+
 TEST_F(QtHostTest, FileDialogBeginsInTheWorkingFolderThenWhereTheLastFileWas) {
   const FileRequest open{FileRequest::Kind::Open, "Load", "All (*.*)|*.*|", 1, ""};
   QString folder;
