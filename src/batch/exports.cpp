@@ -1,11 +1,11 @@
 #include "batch/exports.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
 #include "base/number_text.h"
+#include "batch/json_text.h"
 
 namespace merlane {
 namespace {
@@ -73,24 +73,25 @@ std::string VisitsCsv(const BroodData& data, const BestTables& best) {
 }
 
 std::string FitJson(const Fit& fit) {
-  nlohmann::ordered_json json{{"objective", fit.objective},
-                              {"penalty", fit.penalty},
-                              {"prior", fit.prior},
-                              {"sample_size", fit.sampleSize},
-                              {"eggs_at_risk", fit.eggsAtRisk},
-                              {"juveniles_at_risk", fit.juvenilesAtRisk},
-                              {"clutch_intervals", fit.clutchIntervals},
-                              {"brood_intervals", fit.broodIntervals},
-                              {"free_parameters", fit.freeParameters}};
-  for (const char* key : {"function_calls", "iterations", "restarts", "minimiser", "ending"}) json[key] = nullptr;
-  if (const auto& minimisation = fit.minimisation) {
-    json["function_calls"] = minimisation->functionCalls;
-    json["iterations"] = minimisation->iterations;
-    json["restarts"] = minimisation->restarts;
-    json["minimiser"] = minimisation->minimiser;
-    json["ending"] = minimisation->ending;
-  }
-  return json.dump(2) + "\n";
+  JsonMembers members{{"objective", JsonOf(fit.objective)},
+                      {"penalty", JsonOf(fit.penalty)},
+                      {"prior", JsonOf(fit.prior)},
+                      {"sample_size", JsonOf(fit.sampleSize)},
+                      {"eggs_at_risk", JsonOf(fit.eggsAtRisk)},
+                      {"juveniles_at_risk", JsonOf(fit.juvenilesAtRisk)},
+                      {"clutch_intervals", JsonOf(fit.clutchIntervals)},
+                      {"brood_intervals", JsonOf(fit.broodIntervals)},
+                      {"free_parameters", JsonOf(fit.freeParameters)}};
+  const auto& minimisation = fit.minimisation;
+  const auto add = [&](const char* name, auto figure) {
+    members.emplace_back(name, minimisation ? JsonOf((*minimisation).*figure) : JsonNull);
+  };
+  add("function_calls", &Minimisation::functionCalls);
+  add("iterations", &Minimisation::iterations);
+  add("restarts", &Minimisation::restarts);
+  add("minimiser", &Minimisation::minimiser);
+  add("ending", &Minimisation::ending);
+  return JsonObjectInLines(members);
 }
 
 }  // namespace merlane

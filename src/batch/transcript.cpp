@@ -1,17 +1,15 @@
 #include "batch/transcript.h"
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <utility>
 
 #include "base/text.h"
+#include "batch/json_text.h"
 
 namespace merlane {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 const char* Word(FormEvent event) {
   switch (event) {
@@ -51,55 +49,49 @@ bool HasCaption(const Control& control) {
          dynamic_cast<const MenuEntry*>(&control) != nullptr;
 }
 
-Json CellsOf(const Grid& grid) {
-  Json rows = Json::array();
+std::string CellsOf(const Grid& grid) {
+  std::vector<std::string> rows;
   for (int row = 0; row < grid.Rows(); ++row) {
-    Json cells = Json::array();
+    std::vector<std::string> cells;
     for (int column = 0; column < grid.Columns(); ++column) cells.push_back(grid.At(row, column).text);
-    rows.push_back(std::move(cells));
+    rows.push_back(JsonOf(cells));
   }
-  return rows;
+  return JsonArray(rows);
 }
 
-/// What a person sees of a control: its words, and what is chosen, ticked or filled in.
-Json StateOf(const Control& control) {
-  Json state;
-  state[HasCaption(control) ? "caption" : "text"] = control.text;
-  state["enabled"] = control.enabled;
-  state["visible"] = control.visible;
-  if (const auto* option = dynamic_cast<const OptionButton*>(&control)) state["value"] = option->value;
-  if (const auto* box = dynamic_cast<const CheckBox*>(&control)) state["value"] = box->value;
-  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) state["items"] = combo->items;
-  if (const auto* list = dynamic_cast<const ListBox*>(&control)) {
-    state["items"] = list->items;
-    state["selected"] = list->selected + 1;
-  }
+std::string PanelsOf(const StatusBar& bar) {
+  std::vector<std::string> panels;
+  for (int panel = 1; panel <= bar.Panels(); ++panel) panels.push_back(bar.Get(panel));
+  return JsonOf(panels);
+}
+
+/// What is chosen, ticked or filled in of a control.
+JsonMembers ChoiceOf(const Control& control) {
+  if (const auto* choice = dynamic_cast<const Switch*>(&control)) return {{"value", JsonOf(choice->value)}};
+  if (const auto* combo = dynamic_cast<const ComboBox*>(&control)) return {{"items", JsonOf(combo->items)}};
+  if (const auto* list = dynamic_cast<const ListBox*>(&control))
+    return {{"items", JsonOf(list->items)}, {"selected", JsonOf(list->selected + 1)}};
+  if (const auto* bar = dynamic_cast<const StatusBar*>(&control)) return {{"panels", PanelsOf(*bar)}};
   if (const auto* grid = dynamic_cast<const Grid*>(&control)) {
-    state["cells"] = CellsOf(*grid);
-    if (grid->selectsRows) state["selected"] = std::max(0, grid->selectedRow - grid->headingRows + 1);
+    const int selected = std::max(0, grid->selectedRow - grid->headingRows + 1);
+    JsonMembers choice;
+    if (grid->selectsRows) choice.emplace_back("selected", JsonOf(selected));
+    choice.emplace_back("cells", CellsOf(*grid));
+    return choice;
   }
-  if (const auto* bar = dynamic_cast<const StatusBar*>(&control)) {
-    state["panels"] = Json::array();
-    for (int panel = 1; panel <= bar->Panels(); ++panel) state["panels"].push_back(bar->Get(panel));
-  }
-  return state;
+  return {};
 }
 
-/// Texts of data files are bytes of unknown make; what is no UTF-8 is taken as Latin-1, as the windows do.
-Json AsUtf8(Json value) {
-  if (value.is_string()) return Utf8(value.get_ref<const std::string&>());
-  if (value.is_structured())
-    for (Json& part : value) part = AsUtf8(std::move(part));
-  return value;
+/// What a person sees of a control: its words, and what is chosen.
+std::string StateOf(const Control& control) {
+  JsonMembers state{{HasCaption(control) ? "caption" : "text", JsonOf(control.text)},
+                    {"enabled", JsonOf(control.enabled)},
+                    {"visible", JsonOf(control.visible)}};
+  for (auto& member : ChoiceOf(control)) state.push_back(std::move(member));
+  return JsonObject(state);
 }
 
-void WriteLine(std::ostream& out, Json object) { out << AsUtf8(std::move(object)).dump() << '\n' << std::flush; }
-
-void WriteLine(std::ostream& out, const char* key, Json value) {
-  Json object;
-  object[key] = std::move(value);
-  WriteLine(out, std::move(object));
-}
+void WriteLine(std::ostream& out, const JsonMembers& members) { out << JsonObject(members) << '\n' << std::flush; }
 
 /// The line without breaks: no name of a file or control can look like a line of the transcript.
 std::string OnOneLine(const std::string& text) {
@@ -165,12 +157,10 @@ void PeopleTranscript::Status(const std::string& bar, int panel, const std::stri
 void PeopleTranscript::State(const Form& form) {
   Write(fmt::format("form {} {}", form.name, Quoted(form.title)));
   for (const Control* control : form.Controls()) {
-    const Json state = StateOf(*control);
     std::string line = fmt::format("  {} {}", control->name, Quoted(control->text));
     if (!control->enabled) line += " disabled";
     if (!control->visible) line += " hidden";
-    for (const char* key : {"value", "items", "selected", "cells", "panels"})
-      if (state.contains(key)) line += fmt::format(" {} {}", key, AsUtf8(state[key]).dump());
+    for (const auto& [name, value] : ChoiceOf(*control)) line += fmt::format(" {} {}", name, value);
     Write(line);
   }
 }
@@ -182,52 +172,55 @@ void PeopleTranscript::Failure(const std::string& text) { Write("failure " + tex
 void PeopleTranscript::End(const std::string& how) { out_ << "end: " << how << '\n' << std::flush; }
 
 void JsonTranscript::Action(const std::string& action, int line) {
-  WriteLine(out_, {{"action", action}, {"line", line}});
+  WriteLine(out_, {{"action", JsonOf(action)}, {"line", JsonOf(line)}});
 }
 
 void JsonTranscript::Window(const std::string& form, FormEvent event) {
-  WriteLine(out_, {{"window", form}, {"event", Word(event)}});
+  WriteLine(out_, {{"window", JsonOf(form)}, {"event", JsonOf(Word(event))}});
 }
 
 void JsonTranscript::Asked(const Message& message, Answer answer) {
-  Json box{
-      {"title", message.title}, {"text", message.text}, {"style", message.style}, {"answer", static_cast<int>(answer)}};
-  if (!message.details.empty()) box["details"] = message.details;
-  if (!message.offer.empty()) box["offer"] = message.offer;
-  WriteLine(out_, "message", std::move(box));
+  JsonMembers box{{"title", JsonOf(message.title)},
+                  {"text", JsonOf(message.text)},
+                  {"style", JsonOf(message.style)},
+                  {"answer", JsonOf(static_cast<int>(answer))}};
+  if (!message.details.empty()) box.emplace_back("details", JsonOf(message.details));
+  if (!message.offer.empty()) box.emplace_back("offer", JsonOf(message.offer));
+  WriteLine(out_, {{"message", JsonObject(box)}});
 }
 
 void JsonTranscript::Entered(const InputRequest& request, const std::optional<std::string>& answer) {
-  WriteLine(out_, "input",
-            {{"title", request.title},
-             {"prompt", request.prompt},
-             {"default", request.defaultText},
-             {"answer", answer.value_or("")}});
+  WriteLine(out_, {{"input", JsonObject({{"title", JsonOf(request.title)},
+                                         {"prompt", JsonOf(request.prompt)},
+                                         {"default", JsonOf(request.defaultText)},
+                                         {"answer", JsonOf(answer.value_or(""))}})}});
 }
 
 void JsonTranscript::Chosen(const FileRequest& request, const std::string& answer) {
-  WriteLine(out_, "file",
-            {{"kind", Word(request.kind)},
-             {"title", request.title},
-             {"filter", request.filter},
-             {"default", request.startName},
-             {"answer", answer}});
+  WriteLine(out_, {{"file", JsonObject({{"kind", JsonOf(Word(request.kind))},
+                                        {"title", JsonOf(request.title)},
+                                        {"filter", JsonOf(request.filter)},
+                                        {"default", JsonOf(request.startName)},
+                                        {"answer", JsonOf(answer)}})}});
 }
 
 void JsonTranscript::Status(const std::string& bar, int panel, const std::string& text) {
-  WriteLine(out_, "status", {{"bar", bar}, {"panel", panel}, {"text", text}});
+  WriteLine(out_, {{"status", JsonObject({{"bar", JsonOf(bar)}, {"panel", JsonOf(panel)}, {"text", JsonOf(text)}})}});
 }
 
 void JsonTranscript::State(const Form& form) {
-  Json controls = Json::object();
-  for (const Control* control : form.Controls()) controls[control->name] = StateOf(*control);
-  WriteLine(out_, "form", {{"name", form.name}, {"title", form.title}, {"controls", std::move(controls)}});
+  JsonMembers controls;
+  for (const Control* control : form.Controls()) controls.emplace_back(control->name, StateOf(*control));
+  WriteLine(
+      out_,
+      {{"form",
+        JsonObject({{"name", JsonOf(form.name)}, {"title", JsonOf(form.title)}, {"controls", JsonObject(controls)}})}});
 }
 
-void JsonTranscript::Wrote(const std::string& path) { WriteLine(out_, "wrote", path); }
+void JsonTranscript::Wrote(const std::string& path) { WriteLine(out_, {{"wrote", JsonOf(path)}}); }
 
-void JsonTranscript::Failure(const std::string& text) { WriteLine(out_, "failure", text); }
+void JsonTranscript::Failure(const std::string& text) { WriteLine(out_, {{"failure", JsonOf(text)}}); }
 
-void JsonTranscript::End(const std::string& how) { WriteLine(out_, "end", how); }
+void JsonTranscript::End(const std::string& how) { WriteLine(out_, {{"end", JsonOf(how)}}); }
 
 }  // namespace merlane

@@ -335,7 +335,8 @@ bool ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool 
 }
 
 void ParametricBootstrap::SwapUsersRun() {
-  if (usersRun_) std::swap(state_, *usersRun_);
+  std::swap(state_, *usersRun_);
+  usersInPlace_ = !usersInPlace_;
 }
 
 }  // namespace merlane

@@ -66,10 +66,14 @@ class ParametricBootstrap {
   std::string Folder() const;
 
   /// While a bootstrap runs, the run state is a replicate's. Until the guard that is returned goes, it is the user's,
-  /// to be saved by somebody who leaves the program on the way. Does nothing without a bootstrap.
+  /// to be saved by somebody who leaves the program on the way. Does nothing without a bootstrap, nor inside itself:
+  /// the session may end while the questions of a quit are open.
   [[nodiscard]] auto UsersRun() {
-    SwapUsersRun();
-    return AtEnd([this] { SwapUsersRun(); });
+    const bool swaps = usersRun_ && !usersInPlace_;
+    if (swaps) SwapUsersRun();
+    return AtEnd([this, swaps] {
+      if (swaps) SwapUsersRun();
+    });
   }
 
  private:
@@ -121,6 +125,7 @@ class ParametricBootstrap {
 
   // While a bootstrap runs.
   std::optional<RunState> usersRun_;
+  bool usersInPlace_ = false;       // of the replicate's, which stands in usersRun_ meanwhile
   std::string lastRejection_;       // why
   std::set<std::string> ownFiles_;  // of the present replicate: those of its rejected attempts
   bool replacedTold_ = false;

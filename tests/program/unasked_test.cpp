@@ -96,6 +96,24 @@ TEST_F(UnaskedTest, InABootstrapTheUsersValuesAreSavedAndNoReplicates) {
   EXPECT_EQ(ValueIn("own_06011030.alg", 17), 0.0625);
 }
 
+TEST_F(UnaskedTest, SoTheyAreWhileTheQuestionsOfSomebodyWhoLeavesABootstrapAreOpen) {
+  LoadAlg(Golden("juveniles_only.alg"));
+  SaveOwn();
+  state.algorithm.Value(17) = 0.0625;
+  AtEachFit([this](int attempt) {
+    if (attempt != 2) return;
+    const double replicates = state.algorithm.Value(17);
+    {
+      const auto leaving = program.parametricBootstrap.UsersRun();
+      EXPECT_THAT(program.SaveUnasked(), IsEmpty());
+      EXPECT_EQ(state.algorithm.Value(17), 0.0625);
+    }
+    EXPECT_EQ(state.algorithm.Value(17), replicates);
+  });
+  program.parametricBootstrap.Run({2, 40, BootstrapResults::Minimiser::Simplex});
+  EXPECT_EQ(ValueIn("own_06011030.alg", 17), 0.0625);
+}
+
 TEST_F(UnaskedTest, WhatCannotBeSavedIsReturnedAndTheRestIsSaved) {
   LoadAlg(Golden("juveniles_only.alg"));
   state.algorithm.AlgName = folder / "missing/own.alg";

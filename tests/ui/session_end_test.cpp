@@ -2,6 +2,7 @@
 
 #include <sys/wait.h>
 
+#include <QSessionManager>
 #include <QSignalSpy>
 #include <QTest>
 #include <csignal>
@@ -19,6 +20,16 @@ TEST(SessionEnd, IsHeardOfASignalBetweenTwoEvents) {
     EXPECT_EQ(left, before);
     EXPECT_TRUE(QTest::qWaitFor([&] { return left == before + 1; }, 5000));
   }
+}
+
+TEST(SessionEnd, IsHeardOfTheDesktopsSessionManagerWhichLetsAllBeSavedAndEndsTheProgramItself) {
+  int saved = 0, left = 0;
+  const SessionEnd sessionEnd([&saved] { ++saved; }, [&left] { ++left; });
+  // Only Qt can make a manager, and nobody here looks at it.
+  alignas(QSessionManager) unsigned char manager[sizeof(QSessionManager)] = {};
+  emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(manager));
+  EXPECT_EQ(saved, 1);
+  EXPECT_EQ(left, 0);
 }
 
 TEST(SessionEnd, TheProgramGoesWithoutAskingWhenItIsToldTo) {
