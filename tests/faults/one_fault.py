@@ -7,8 +7,7 @@ gone well before, and looks at what is left.
 A file that a batch saves must be whole in the end: what stood there before, or what is written without a fault, never
 half of it. A fault that costs anything ends the run with a status other than 0, and words; none may crash the program,
 and nothing of ours may be left over. What is saved behind the fault is saved as if nothing had been. Without --every
-memory that is not there is tried at the first requests and then at fewer and fewer, since there are thousands; some of
-them cannot be met: the JSON library asks for memory where it cleans up, and that ends a program.
+memory that is not there is tried at the first requests and then at fewer and fewer, since there are thousands.
 """
 
 import argparse
