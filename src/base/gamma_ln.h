@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 namespace merlane {
 
 /// ln Gamma(x) by the six-term series of C. Lanczos, A precision approximation of the gamma function, SIAM Journal on
@@ -8,5 +10,9 @@ namespace merlane {
 /// some 1e-10; the digits of all results depend on this series, so nothing else takes its place. RuntimeFailure below
 /// 0, where Gamma is negative or too small for its reciprocal to be a number.
 double GammaLn(double x);
+
+/// The same of a row of arguments, several at a time; of those below 1 nothing comes out. `y` is as long as the
+/// arguments and does not overlap them.
+void GammaLnRow(std::span<const double> x, std::span<double> y);
 
 }  // namespace merlane

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "base/elementary_rows.h"
-#include "model/count_logs.h"
 
 namespace merlane {
 namespace {
@@ -46,6 +45,9 @@ CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& dist
   }
   for (auto* column : {&share_, &logs_}) column->resize(2 * mostDistributions);
   for (auto* column : {&exponent_, &P_, &logP_}) column->resize(mostPredictions);
+  overdispersed_.reserve(mostDistributions);
+  arguments_.reserve(4 * mostDistributions + 2 * mostPredictions);
+  logGammas_.resize(4 * mostDistributions + 2 * mostPredictions);
 }
 
 void CountJudge::Begin(Distributions distributions) {
@@ -102,22 +104,39 @@ void CountJudge::FillBinomialExponents(const ObjectivePlan::Distribution& d, std
 bool CountJudge::FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival,
                                          const StageErrors& errors, const std::vector<double>& thetas) {
   FillBinomialLogs(distributions, survival, survival.OutC);
+  overdispersed_.clear();
   for (std::size_t j = 0; j < distributions.size(); ++j) {
     const ObjectivePlan::Distribution& d = distributions[j];
     const double theta = thetas[At(d.age)];
     if (std::isnan(theta)) return false;
-    if (d.n == 1 || errors.CodeC == 1 || theta <= 1e-6)
+    if (d.n == 1 || errors.CodeC == 1 || theta <= 1e-6) {
       FillBinomialExponents(d, j);
-    else
-      FillOverdispersedExponents(d, survival.OutC[At(d.interval)], theta);
+    } else {
+      double E = survival.OutC[At(d.interval)];
+      overdispersed_.push_back({&d, BetaBinomialShapes(d.n, E, theta == 1.0 ? 0.999999 : theta)});
+    }
   }
+  FillOverdispersedExponents();
   return true;
 }
 
-void CountJudge::FillOverdispersedExponents(const ObjectivePlan::Distribution& d, double E, double theta) {
-  const BetaBinomialLogs logs(logGamma_, d.n, E, theta == 1.0 ? 0.999999 : theta);
-  for (std::size_t i = At(d.prediction); i < At(d.predictionEnd); ++i)
-    exponent_[i - first_] = logs.LogProbability(plan_.logChoices[i], d.n, plan_.k[i]);
+/// See BetaBinomialLogs.
+void CountJudge::FillOverdispersedExponents() {
+  arguments_.clear();
+  for (const auto& [d, shapes] : overdispersed_) {
+    const auto [a, b] = shapes;
+    arguments_.insert(arguments_.end(), {a + b, a, b, d->n + a + b});
+    for (const std::int16_t k : CountsOf(plan_, *d)) arguments_.insert(arguments_.end(), {k + a, d->n - k + b});
+  }
+  const auto logGammas = std::span(logGammas_).first(arguments_.size());
+  logGamma_.Row(arguments_, logGammas);
+  const double* next = logGammas.data();
+  for (const auto& [d, shapes] : overdispersed_) {
+    const double logAB = next[0], logA = next[1], logB = next[2], logNAB = next[3];
+    next += 4;
+    for (std::size_t i = At(d->prediction); i < At(d->predictionEnd); ++i, next += 2)
+      exponent_[i - first_] = plan_.logChoices[i] + logAB - logA - logB + next[0] + next[1] - logNAB;
+  }
 }
 
 template <class Judge>

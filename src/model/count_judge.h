@@ -6,6 +6,7 @@
 
 #include "model/binomial_hatch_row.h"
 #include "model/count_distributions.h"
+#include "model/count_logs.h"
 #include "model/kept_gamma_ln.h"
 #include "model/objective_plan.h"
 #include "model/spanning_judge.h"
@@ -56,7 +57,11 @@ class CountJudge {
   void FillBinomialExponents(const ObjectivePlan::Distribution& distribution, std::size_t number);
   bool FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
                                const std::vector<double>& thetas);
-  void FillOverdispersedExponents(const ObjectivePlan::Distribution& distribution, double E, double theta);
+  struct Overdispersed {
+    const ObjectivePlan::Distribution* distribution;
+    BetaBinomialShapes shapes;
+  };
+  void FillOverdispersedExponents();
   bool FillDeviances(std::vector<double>& deviance);
 
   const ObjectivePlan& plan_;
@@ -68,6 +73,8 @@ class CountJudge {
   std::size_t first_ = 0, size_ = 0;         // its predictions
   std::vector<double> share_, logs_;         // of each distribution: p, 1 - p
   std::vector<double> exponent_, P_, logP_;  // of each prediction
+  std::vector<Overdispersed> overdispersed_;
+  std::vector<double> arguments_, logGammas_;  // of all that these ask ln Gamma of, and what it is
 };
 
 }  // namespace merlane

@@ -24,9 +24,10 @@ struct BinomialLogs {
   double logP, logQ;
 };
 
-struct BetaBinomialLogs {
+/// The shapes a and b of a beta-binomial distribution of n individuals of which E are expected.
+struct BetaBinomialShapes {
   /// E takes the value that it is kept at.
-  BetaBinomialLogs(KeptGammaLn& logGamma, int n, double& E, double theta) : logGamma_(logGamma) {
+  BetaBinomialShapes(int n, double& E, double theta) {
     if (theta > 0.999999) theta = 0.999999;
     if (theta < 1e-6) theta = 1e-6;
     if (E / n > 0.999999) E = n * 0.999999;
@@ -38,6 +39,16 @@ struct BetaBinomialLogs {
       a = 0;
     }
     b = (n - E) * a / E;
+  }
+  double a = 0, b = 0;
+};
+
+struct BetaBinomialLogs {
+  /// E takes the value that it is kept at.
+  BetaBinomialLogs(KeptGammaLn& logGamma, int n, double& E, double theta) : logGamma_(logGamma) {
+    const BetaBinomialShapes shapes(n, E, theta);
+    a = shapes.a;
+    b = shapes.b;
     logAB = logGamma_(a + b);
     logA = logGamma_(a);
     logB = logGamma_(b);

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "base/gamma_ln.h"
@@ -20,6 +21,12 @@ class KeptGammaLn {
     Entry& entry = entries_[(bits * 0x9E3779B97F4A7C15u) >> (64 - Log2OfSize)];
     if (entry.argument != bits) entry = {bits, GammaLn(x)};
     return entry.value;
+  }
+  /// Of a row of arguments, of which only those below 1 are kept: for the others it is not worth looking.
+  void Row(std::span<const double> x, std::span<double> y) {
+    GammaLnRow(x, y);
+    for (std::size_t i = 0; i < x.size(); ++i)
+      if (!(x[i] >= 1)) y[i] = (*this)(x[i]);
   }
 
  private:
