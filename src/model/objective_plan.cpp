@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <compare>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include "model/numbering.h"
@@ -35,6 +35,19 @@ std::size_t At(int index) { return static_cast<std::size_t>(index); }
 int Size(const auto& column) { return static_cast<int>(column.size()); }
 
 using Kind = Prediction;  // of which stage
+constexpr int Kinds = static_cast<int>(Kind::Spanning) + 1;
+
+/// Sorts by a key from 0 to `keys` - 1; those with the same keep their order, so that they can be sorted by one key
+/// after the other, the most important one last. Takes a time in proportion to both numbers.
+template <class Item, class Key>
+void SortBy(const Key& key, int keys, std::vector<Item>& items, std::vector<Item>& room) {
+  std::vector<std::size_t> next(At(keys) + 1);  // place of each key
+  for (const Item& item : items) ++next[At(key(item)) + 1];
+  std::partial_sum(next.begin(), next.end(), next.begin());
+  room.resize(items.size());
+  for (const Item& item : items) room[next[At(key(item))]++] = item;
+  std::swap(items, room);
+}
 
 /// Pieces of that many times are worth to be given to another core.
 constexpr std::size_t TimesOfPiece = 1000;
@@ -96,11 +109,10 @@ class Planning {
       Kind kind{};
       int span = -1, interval = -1, age = -1;
       std::int16_t n = 0;
-      auto operator<=>(const Of&) const = default;
+      bool operator==(const Of&) const = default;
     } of;
     std::int16_t k = 0;
     std::size_t place = 0;  // among those that count
-    auto operator<=>(const Counted&) const = default;
   };
 
   /// What has been added behind `before`.
@@ -224,6 +236,7 @@ class Planning {
     std::int64_t eggs = 0, juveniles = 0;
     int n = 0;
     std::vector<Counted> counted;
+    counted.reserve(filled_.size());
     for (std::size_t v = 0; v < filled_.size(); ++v) {
       const PreparedVisits::Judgement& judgement = prepared_.Judgements[v];
       const bool filled = filled_[v].by != By::Nothing;
@@ -272,8 +285,21 @@ class Planning {
     return kind == Kind::Spanning ? interval : plan_.span[static_cast<std::size_t>(interval)];
   }
 
+  /// By their distributions, and within each by the count.
+  void Sort(std::vector<Counted>& counted) const {
+    const int counts = prepared_.MaxCount + 1;
+    const int spans = std::max(Size(plan_.from), Size(plan_.fromHatch));
+    std::vector<Counted> room;
+    SortBy([](const Counted& c) { return int{c.k}; }, counts, counted, room);
+    SortBy([](const Counted& c) { return int{c.of.n}; }, counts, counted, room);
+    SortBy([](const Counted& c) { return c.of.age; }, Size(plan_.Ages), counted, room);
+    SortBy([](const Counted& c) { return c.of.interval; }, Size(plan_.N), counted, room);
+    SortBy([](const Counted& c) { return c.of.span; }, spans, counted, room);
+    SortBy([](const Counted& c) { return static_cast<int>(c.of.kind); }, Kinds, counted, room);
+  }
+
   void NumberPredictions(std::vector<Counted> counted) {
-    std::ranges::sort(counted);
+    Sort(counted);
     plan_.counted.resize(counted.size());
     const Counted* last = nullptr;
     for (const Counted& c : counted) {
