@@ -1,5 +1,9 @@
 #include "platform/workers.h"
 
+#ifdef __linux__
+#include <sched.h>
+#endif
+
 #include <algorithm>
 #include <chrono>
 #include <system_error>
@@ -13,7 +17,14 @@ constexpr std::chrono::microseconds Moment(50);
 
 }  // namespace
 
-int Workers::Cores() { return std::max(1, static_cast<int>(std::thread::hardware_concurrency())); }
+/// Of those that the process is kept to, where it is.
+int Workers::Cores() {
+#ifdef __linux__
+  cpu_set_t allowed;
+  if (sched_getaffinity(0, sizeof allowed, &allowed) == 0) return std::max(1, CPU_COUNT(&allowed));
+#endif
+  return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
 
 Workers::Workers(int threads) : mayLook_(threads <= Cores()) {
   try {

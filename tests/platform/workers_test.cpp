@@ -3,7 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
 #include <vector>
+
+#include "base/at_end.h"
+
+#ifdef __linux__
+#include <sched.h>
+#endif
 
 namespace merlane {
 namespace {
@@ -32,6 +39,21 @@ TEST_P(SharedWork, NoWorkerDoesTwoItemsAtATime) {
     });
   EXPECT_FALSE(twice);
 }
+
+#ifdef __linux__
+TEST(Cores, AreThoseThatTheProcessIsKeptTo) {
+  cpu_set_t before;
+  ASSERT_EQ(sched_getaffinity(0, sizeof before, &before), 0);
+  const AtEnd putBack([&] { sched_setaffinity(0, sizeof before, &before); });
+  EXPECT_EQ(Workers::Cores(), CPU_COUNT(&before));
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  for (std::size_t core = 0; CPU_COUNT(&one) == 0; ++core)
+    if (CPU_ISSET(core, &before)) CPU_SET(core, &one);
+  ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+  EXPECT_EQ(Workers::Cores(), 1);
+}
+#endif
 
 INSTANTIATE_TEST_SUITE_P(Threads, SharedWork, testing::Values(1, 2, 5));
 
