@@ -6,7 +6,6 @@
 #include <cmath>
 #include <filesystem>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include "base/at_end.h"
@@ -19,6 +18,7 @@
 #include "control/fuses.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/workers.h"
 #include "priors/prior_review.h"
 #include "results/desk_watch.h"
 
@@ -38,7 +38,7 @@ class CannotGoOn : public std::runtime_error {
 }  // namespace
 
 ParametricBootstrap::ParametricBootstrap(const Parts& parts)
-    : cores(static_cast<int>(std::thread::hardware_concurrency())),
+    : cores(Workers::Cores()),
       desk_(parts.desk),
       state_(parts.state),
       objective_(parts.objective),
@@ -328,9 +328,9 @@ bool ParametricBootstrap::Judge(const BootstrapOptions& options, double F, bool 
   if (Penalty > 0) return Reject(results.BootPenaltyRejects, "a penalty added to the Deviance");
   if (matrixFailed) return Reject(results.BootMatrixRejects, "a matrix inversion failure");
   const CalculationWatch watch = DeskWatch(desk_, main_, state_.flags);
-  EstimateOneDaySurvival(model_.data, model_.Evaluated(), true, watch, model_.estimates);
-  EstimateFledgingSurvival(model_.data, model_.Evaluated(), true, options.TargetAge, watch, model_.estimates);
-  results.Keep(F, state_.algorithm.Value, model_.estimates);
+  EstimateOneDaySurvival(model_.data, model_.Evaluated(), true, watch, model_.Estimates());
+  EstimateFledgingSurvival(model_.data, model_.Evaluated(), true, options.TargetAge, watch, model_.Estimates());
+  results.Keep(F, state_.algorithm.Value, model_.Estimates());
   return true;
 }
 

@@ -29,8 +29,8 @@ void MerlaneModel::Evaluate(ModelCall& call) {
   TakeSetting();
   // As all tables are at the first evaluation of a run: what was estimated or simulated from an earlier one does not
   // belong to it. Covariances make nothing but first evaluations, with neither.
-  if (call.NF == 1 && (estimates.estimated || simulation.simulated) && !AllZero(call.X)) {
-    estimates.Preset(data);
+  if (call.NF == 1 && (estimates_.estimated || simulation.simulated) && !AllZero(call.X)) {
+    estimates_ = {};
     simulation.Preset(data);
   }
   evaluator_->EvaluateObjective(setting_, likelihood_, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
@@ -62,6 +62,16 @@ const LikelihoodState& MerlaneModel::Evaluated() const {
 LikelihoodState& MerlaneModel::Evaluated() {
   std::as_const(*this).Evaluated();
   return likelihood_;
+}
+
+const SurvivalEstimates& MerlaneModel::Estimates() const {
+  if (!estimates_.HasShapeOf(data)) estimates_.Preset(data);
+  return estimates_;
+}
+
+SurvivalEstimates& MerlaneModel::Estimates() {
+  std::as_const(*this).Estimates();
+  return estimates_;
 }
 
 Array1<double> MerlaneModel::AsEvaluated(const AlgorithmData& algorithm) const {
@@ -111,7 +121,7 @@ void MerlaneModel::TakeChoices(const Initialisation& choices, ModelCall& call) {
 
 void MerlaneModel::DimensionResults() {
   likelihood_.Dimension(data);
-  estimates.Preset(data);
+  estimates_ = {};
   simulation.Preset(data);
 }
 
@@ -119,7 +129,7 @@ void MerlaneModel::PutBack(Kept kept) {
   evaluator_.reset();
   data = std::move(kept.data);
   likelihood_ = std::move(kept.likelihood);
-  estimates = std::move(kept.estimates);
+  estimates_ = std::move(kept.estimates);
   simulation = std::move(kept.simulation);
 }
 

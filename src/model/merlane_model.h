@@ -47,10 +47,12 @@ class MerlaneModel {
   int cores = Workers::Cores();
   Workers& SharingWorkers();
 
+  /// What results leave behind of survival. Much with large data, and so without room as long as nobody asks.
+  const SurvivalEstimates& Estimates() const;
+  SurvivalEstimates& Estimates();
+
   BroodData data;
-  // What results and simulations leave behind.
-  SurvivalEstimates estimates;
-  Simulation simulation;
+  Simulation simulation;  // what simulations leave behind
 
   /// Data and results, to be put back after other data have been read.
   struct Kept {
@@ -59,7 +61,7 @@ class MerlaneModel {
     SurvivalEstimates estimates;
     Simulation simulation;
   };
-  Kept Keep() const { return {data, Evaluated(), estimates, simulation}; }
+  Kept Keep() const { return {data, Evaluated(), estimates_, simulation}; }
   void PutBack(Kept kept);
 
   // What dialogues do for the model.
@@ -82,8 +84,9 @@ class MerlaneModel {
   RunState& state_;
   const std::function<Initialisation()> choices_;
   EvaluationSetting setting_;
-  // Mutable, since tables that are owed are filled for whoever looks first.
+  // Mutable, since tables that are owed are filled for whoever looks first, and estimates get their room.
   mutable LikelihoodState likelihood_;
+  mutable SurvivalEstimates estimates_;
   std::optional<Workers> workers_;
   mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -21,6 +22,7 @@ struct SurvivalEstimates {
 
   /// Gives the columns the shape of the data; every entry becomes Missing.
   void Preset(const BroodData& data);
+  bool HasShapeOf(const BroodData& data) const { return LiveDay.size() == static_cast<std::size_t>(data.Visits()); }
 };
 
 /// Fills LiveDay and LiveNext from the last evaluation's parameters, for ages below the age at fledging. Numbers too

@@ -30,7 +30,7 @@ bool DetailPlots::ShowPage(PlotTable page) {
 
 void DetailPlots::OfferBroods() {
   const BroodData& data = model_.data;
-  const DetailSubject subject{data, model_.Evaluated().best, model_.estimates, model_.simulation};
+  const DetailSubject subject{data, model_.Evaluated().best, model_.Estimates(), model_.simulation};
   for (int brood = 0; brood < data.Broods(); ++brood) {
     // Hundreds of broods may follow: Cancel asks about no more of them.
     const Answer answer =
@@ -43,7 +43,7 @@ void DetailPlots::OfferBroods() {
 
 void DetailPlots::OfferYears() {
   const BroodData& data = model_.data;
-  const DetailSubject subject{data, model_.Evaluated().best, model_.estimates, model_.simulation};
+  const DetailSubject subject{data, model_.Evaluated().best, model_.Estimates(), model_.simulation};
   for (int year = data.FirstYear; year <= data.LastYear; ++year)
     if (Wanted(fmt::format("Do you want to see plots for year {}?", year)) && !ShowPage(BuildYearPlot(subject, year)))
       return;

@@ -5,7 +5,8 @@
 namespace merlane {
 
 ReportedFit::Fit ReportedFit::Present() const {
-  return {objective_.Present(), model_.Evaluated().best.Value, model_.estimates.estimated, model_.simulation.simulated};
+  return {objective_.Present(), model_.Evaluated().best.Value, model_.Estimates().estimated,
+          model_.simulation.simulated};
 }
 
 std::string ReportedFit::Changes(const Fit& now) const {

@@ -81,9 +81,9 @@ void ResultsCommand::EstimateSurvival() {
   const std::int16_t FledgeAge = model_.Evaluated().parameters.FledgeAge;
   if (FledgeAge <= 0) return;
   main_.ShowProgress("Please be patient while survival probabilities are calculated, it can take a while...");
-  EstimateOneDaySurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, watch_, model_.estimates);
+  EstimateOneDaySurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, watch_, model_.Estimates());
   EstimateFledgingSurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, FledgeAge, watch_,
-                           model_.estimates);
+                           model_.Estimates());
   main_.ShowProgress("One moment please while output is consolidated...");
 }
 
@@ -108,7 +108,7 @@ std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing,
     SimulateData(model_.data, {}, model_.Evaluated().best, desk_.host.random, watch_, model_.simulation);
   }
   const std::string rows =
-      ListingRows(subject, listing, sizes, model_.estimates, model_.simulation, watch_, &model_.SharingWorkers());
+      ListingRows(subject, listing, sizes, model_.Estimates(), model_.simulation, watch_, &model_.SharingWorkers());
   desk_.Unload(abort_);
   return head + rows;
 }

@@ -90,17 +90,17 @@ TEST(MerlaneModel, AFirstEvaluationForgetsTheSurvivalEstimatesAndNoOtherDoes) {
   run.state.algorithm.Value.Fill(0.1);
   run.state.algorithm.Value(10) = 30;  // the age at fledging
   run.objective.Call(run.state.algorithm.Value, 1);
-  EstimateOneDaySurvival(run.model.data, run.model.Evaluated(), false, {}, run.model.estimates);
-  EstimateFledgingSurvival(run.model.data, run.model.Evaluated(), false, 20, {}, run.model.estimates);
+  EstimateOneDaySurvival(run.model.data, run.model.Evaluated(), false, {}, run.model.Estimates());
+  EstimateFledgingSurvival(run.model.data, run.model.Evaluated(), false, 20, {}, run.model.Estimates());
   run.objective.Call(run.state.algorithm.Value, 2);
-  EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0)));
-  EXPECT_THAT(run.model.estimates.FledgeZeroC, Each(Ge(0)));
+  EXPECT_THAT(run.model.Estimates().LiveDay, Each(Ge(0)));
+  EXPECT_THAT(run.model.Estimates().FledgeZeroC, Each(Ge(0)));
   Array1<double> zeros(run.state.algorithm.NPAR);
   run.objective.Call(zeros, 1);
-  EXPECT_THAT(run.model.estimates.LiveDay, Each(Ge(0))) << "nothing is evaluated at zeros";
+  EXPECT_THAT(run.model.Estimates().LiveDay, Each(Ge(0))) << "nothing is evaluated at zeros";
   run.objective.Call(run.state.algorithm.Value, 1);
-  EXPECT_THAT(run.model.estimates.LiveDay, ElementsAre(Missing, Missing));
-  EXPECT_THAT(run.model.estimates.FledgeZeroC, ElementsAre(Missing, Missing));
+  EXPECT_THAT(run.model.Estimates().LiveDay, ElementsAre(Missing, Missing));
+  EXPECT_THAT(run.model.Estimates().FledgeZeroC, ElementsAre(Missing, Missing));
 }
 
 // --- Reading ----------------------------------------------------------------------------------------------------

@@ -479,7 +479,7 @@ struct RunAsItStands {
         counts(p.model.data.VisitCount),
         expected(p.model.Evaluated().best.survival.EVisit),
         deviances(p.model.Evaluated().best.VisitDeviance),
-        fledging(p.model.estimates.FledgeFrom),
+        fledging(p.model.Estimates().FledgeFrom),
         best(p.model.Evaluated().best.Value),
         flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode),
         resumes(p.simplex.ResumesAt(p.objective.Present())) {}

@@ -23,11 +23,11 @@ std::ostream& operator<<(std::ostream& out, const OneCall& call) {
 OneCall CallOnce(Program& program) {
   MerlaneModel& model = program.model;
   const AtEnd putBack([&, run = program.state, priors = program.priors, evaluated = model.Evaluated(),
-                       estimates = model.estimates, simulation = model.simulation]() mutable {
+                       estimates = model.Estimates(), simulation = model.simulation]() mutable {
     program.state = std::move(run);
     program.priors = std::move(priors);
     model.Evaluated() = std::move(evaluated);
-    model.estimates = std::move(estimates);
+    model.Estimates() = std::move(estimates);
     model.simulation = std::move(simulation);
   });
   OneCall call;

@@ -167,7 +167,7 @@ TEST_F(ResultsTest, WithoutAnAgeAtFledgingNoSurvivalIsEstimated) {
   state.algorithm.Value(10) = 0;
   Summary("1", Answer::No);
   EXPECT_THAT(StatusTexts(), Not(Contains(HasSubstr("survival probabilities"))));
-  EXPECT_THAT(program.model.estimates.LiveDay, testing::Each(Missing));
+  EXPECT_THAT(program.model.Estimates().LiveDay, testing::Each(Missing));
 }
 
 TEST_F(ResultsTest, CancelLeavesHeadAndGoodnessOfFitWithoutListing) {
