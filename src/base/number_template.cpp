@@ -60,13 +60,14 @@ void NumberTemplate::AppendTo(std::string& text, double x) const {
 
 void NumberTemplate::AppendFixed(std::string& text, double magnitude) const {
   constexpr double EveryWholeNumberBelow = 9e15;
-  constexpr std::size_t MostWhole = 310;  // digits of the largest double, and the point
+  // Digits, and the point.
+  const std::size_t mostWhole = magnitude < EveryWholeNumberBelow ? 17 : 310;
   if (mostFraction_ == 0 && magnitude < EveryWholeNumberBelow && magnitude == std::floor(magnitude)) {
     const std::size_t start = AppendDigits(text, 16, static_cast<std::int64_t>(magnitude));
     FillWithZeros(text, start, text.size() - start, leastWhole_);
     return;
   }
-  const std::size_t start = AppendDigits(text, MostWhole + static_cast<std::size_t>(mostFraction_), magnitude,
+  const std::size_t start = AppendDigits(text, mostWhole + static_cast<std::size_t>(mostFraction_), magnitude,
                                          std::chars_format::fixed, mostFraction_);
   for (int shown = mostFraction_; shown > leastFraction_ && text.back() == '0'; --shown) text.pop_back();
   FillWithZeros(text, start, std::min(text.find('.', start), text.size()) - start, leastWhole_);

@@ -1,7 +1,5 @@
 #include "model/survival_estimates.h"
 
-#include <fmt/format.h>
-
 #include <optional>
 #include <string>
 
@@ -47,12 +45,14 @@ void ForVisitsAfterHatch(const BroodData& data, const LikelihoodState& fitted, c
                          const CalculationWatch& watch, Function estimate) {
   std::vector<std::size_t> visits;
   SharesByTime shares;
+  std::string where;
   for (int brood = 0; brood < data.Broods(); ++brood) {
     const auto b = static_cast<std::size_t>(brood);
     if (!data.BroodAgeKnown[b]) continue;
     const int year = data.BroodYear[b];
-    watch.progress(fmt::format("{}Calculating {} brood # {} of {}", year, task.step, data.BroodNumber(brood),
-                               data.BroodsInYear[static_cast<std::size_t>(data.YearIndex(year))]));
+    where.assign(std::to_string(year)).append("Calculating ").append(task.step).append(" brood # ");
+    where.append(std::to_string(data.BroodNumber(brood))).append(" of ");
+    watch.progress(where.append(std::to_string(data.BroodsInYear[static_cast<std::size_t>(data.YearIndex(year))])));
     watch.turn();
     const auto tried = [&](std::optional<int> visit, const auto& step) {
       try {

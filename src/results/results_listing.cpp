@@ -313,7 +313,7 @@ std::string ListingRows(const ResultsSubject& subject, Listing listing, const Ef
   const BroodData& data = subject.data;
   const Shown shown{data, subject.fitted.best, sizes, estimates, simulation};
   RowsAhead rows(ListingTable(listing, data.NCov), shown, workers);
-  std::string text;
+  std::string text, where;
   int number = 0;
   int yearBefore = 0;
   for (int brood = 0; brood < data.Broods(); ++brood) {
@@ -324,13 +324,16 @@ std::string ListingRows(const ResultsSubject& subject, Listing listing, const Ef
     for (int visit = data.FirstVisit[b]; visit < data.FirstVisit[b] + data.VisitsOf[b]; ++visit) {
       const auto v = static_cast<std::size_t>(visit);
       if (!data.HasRecord(v)) continue;
-      watch.progress(fmt::format("Virtually writing the summary record for visit {} of brood {} in year {}",
-                                 visit - data.FirstVisit[b] + 1, data.BroodNumber(brood), year));
+      where.assign("Virtually writing the summary record for visit ");
+      where.append(std::to_string(visit - data.FirstVisit[b] + 1)).append(" of brood ");
+      where.append(std::to_string(data.BroodNumber(brood))).append(" in year ").append(std::to_string(year));
+      watch.progress(where);
       watch.turn();
       if (watch.aborted()) return text;
       const Record record{brood, visit, ++number, b, v};
       TellImpossible(shown, record, watch);
-      text += rows.Of(record) + "\r\n";
+      text += rows.Of(record);
+      text += "\r\n";
     }
   }
   return text;
