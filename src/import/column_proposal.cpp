@@ -93,6 +93,7 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
   constexpr int LastOfAMonth = 31, FirstDay = -366, LastDay = 732;
   const auto when = [&](bool fits) { return fits ? std::optional(meaning.role) : std::nullopt; };
   if (values.Empty()) return meaning.role;
+  if (meaning.speaks == Speaks::OfPlace && values.AreNumbers()) return Role::Covariate;  // its size, for instance
   switch (meaning.role) {
     case Role::Year:
       return when(values.AreYears());
@@ -172,8 +173,11 @@ class RoleAssignment {
     const Candidate& first = candidates_[a].front();
     if (first.role != Role::Count) return MayBeMany(first.role);
     // Eggs and young are added; eggs of two visits, or of two nests side by side, are not.
-    return first.speaks == Speaks::OfPart && candidates_[b].front().speaks == Speaks::OfPart &&
-           HeadingLetters(names_[a]) != HeadingLetters(names_[b]);
+    return OfStage(first) && OfStage(candidates_[b].front()) && HeadingLetters(names_[a]) != HeadingLetters(names_[b]);
+  }
+
+  static bool OfStage(const Candidate& candidate) {
+    return candidate.speaks == Speaks::OfEggs || candidate.speaks == Speaks::OfYoung;
   }
 
   bool IsSurer(std::size_t b, std::size_t a) const {

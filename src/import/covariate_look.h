@@ -10,7 +10,7 @@ namespace merlane {
 /// numbers that are never negative, or for thousands, as 1.234 where every number has three digits behind its point.
 class CovariateLook {
  public:
-  /// Between commas nobody writes thousands with a point.
+  /// Between commas nobody writes thousands with a point, so that a point is a decimal mark there.
   explicit CovariateLook(bool thousandsMayBe) : thousandsMayBe_(thousandsMayBe) {}
 
   /// Takes the number of a row, and how it is written.

@@ -12,18 +12,30 @@
 namespace merlane {
 namespace {
 
-/// How many fields nearly all of the first rows have; 1 when they differ.
-std::size_t CommonFields(std::string_view text, Delimiter delimiter) {
+/// How many fields nearly all of the first rows have, 1 when they differ; and whether the first row is one of them.
+struct Division {
+  std::size_t fields = 1;
+  bool ofFirstRow = false;
+};
+
+Division DivisionBy(std::string_view text, Delimiter delimiter) {
   constexpr std::size_t RowsLookedAt = 50;
   try {
     const std::vector<TextRow> rows = RowsAtStart(text, delimiter, RowsLookedAt);
     const std::size_t usual = UsualFields(rows);
     const auto as = std::ranges::count(rows, usual, [](const TextRow& row) { return row.fields.size(); });
     // A heading may lack a name for the rows' own names; a title may stand above it, and a sum below.
-    return 5 * static_cast<std::size_t>(as) + 10 >= 4 * rows.size() ? usual : 1;
+    const bool isCommon = 5 * static_cast<std::size_t>(as) + 10 >= 4 * rows.size();
+    return isCommon ? Division{usual, !rows.empty() && rows[0].fields.size() == usual} : Division{};
   } catch (const RuntimeFailure&) {
-    return 1;
+    return {};
   }
+}
+
+/// The better of two delimiters.
+std::pair<Delimiter, Division> Better(std::string_view text, Delimiter first, Delimiter second) {
+  const Division byFirst = DivisionBy(text, first), bySecond = DivisionBy(text, second);
+  return bySecond.fields > byFirst.fields ? std::pair(second, bySecond) : std::pair(first, byFirst);
 }
 
 }  // namespace
@@ -79,8 +91,12 @@ std::string DelimitedRows::Field() {
   const std::string_view all = rest_;
   while (!rest_.empty() && !AtDelimiter() && !AtLineEnd()) rest_ = all.substr(++end);
   const std::string_view behind = Trim(all.substr(0, end));
-  if (!quoted) return std::string(behind);
-  return behind.empty() ? std::string(Trim(inQuotes)) : '"' + inQuotes + '"' + std::string(behind);
+  const std::string field = !quoted          ? std::string(behind)
+                            : behind.empty() ? std::string(Trim(inQuotes))
+                                             : '"' + inQuotes + '"' + std::string(behind);
+  // ="007" is how people keep a spreadsheet from making a number of a code.
+  const bool isFormula = field.size() > 3 && field.starts_with("=\"") && field.find('"', 2) == field.size() - 1;
+  return isFormula ? field.substr(2, field.size() - 3) : field;
 }
 
 bool DelimitedRows::Next(TextRow& row) {
@@ -126,13 +142,15 @@ std::size_t UsualFields(const std::vector<TextRow>& rows) {
 }
 
 Delimiter ProposedDelimiter(std::string_view text) {
-  // Nobody puts a tab or a semicolon into every row for another reason; a comma can stand in every number.
-  for (const auto& [first, second] :
-       {std::pair(Delimiter::Semicolon, Delimiter::Tab), std::pair(Delimiter::Comma, Delimiter::Blanks)}) {
-    const std::size_t byFirst = CommonFields(text, first), bySecond = CommonFields(text, second);
-    if (std::max(byFirst, bySecond) > 1) return bySecond > byFirst ? second : first;
+  const auto [rare, byRare] = Better(text, Delimiter::Semicolon, Delimiter::Tab);
+  const auto [common, byCommon] = Better(text, Delimiter::Comma, Delimiter::Blanks);
+  if (byRare.fields > 1) {
+    // Nobody puts a tab or a semicolon into every row for another reason, while a comma can stand in every number; but
+    // one that the heading lacks stands in everybody's remarks.
+    const bool isOfRemarks = !byRare.ofFirstRow && byCommon.ofFirstRow && byCommon.fields > byRare.fields;
+    return isOfRemarks ? common : rare;
   }
-  return Delimiter::Comma;
+  return byCommon.fields > 1 ? common : Delimiter::Comma;
 }
 
 }  // namespace merlane

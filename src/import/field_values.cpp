@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <set>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -121,6 +122,8 @@ std::optional<DateParts> PartsOf(std::string_view field) {
 }
 
 constexpr int LeastYear = 1000, MostYear = 9999;
+/// Bytes of a mark for no value, or of a blank that is no space.
+constexpr std::size_t LongestMissing = 6;
 
 }  // namespace
 
@@ -137,13 +140,16 @@ int DayCountedFrom(int year, DayOfYear day) {
 }
 
 bool IsMissing(std::string_view field) {
-  const std::string upper = UpperCase(Trim(field));
-  return upper.empty() || upper == "NA" || upper == "N/A" || upper == "NAN" || upper == "#N/A" || upper == "." ||
-         upper == "-";
+  field = Trim(field);
+  if (field.size() > LongestMissing) return false;
+  static const std::set<std::string, std::less<>> marks{"",  "NA",  "N/A",  "NAN",  "#N/A",   ".",
+                                                        "-", "#NV", "NULL", "N.A.", "\u2013", "\u2014"};
+  return marks.contains(UpperCase(field)) || (field.front() < 0 && WithoutCase(field).empty());
 }
 
 std::optional<double> NumberIn(std::string_view field, char decimal) {
-  std::string text(field);
+  constexpr std::string_view Minus = "\u2212";
+  std::string text = field.starts_with(Minus) ? "-" + std::string(field.substr(Minus.size())) : std::string(field);
   if (decimal == ',') {
     if (text.find('.') != std::string::npos) return std::nullopt;
     std::ranges::replace(text, ',', '.');

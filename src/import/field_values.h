@@ -22,10 +22,10 @@ struct DayOfYear {
 /// The number that a day has when days are counted on from the first of another year, as behind a New Year.
 int DayCountedFrom(int year, DayOfYear day);
 
-/// Whether a field stands for no value: empty, NA (as spreadsheets write it, too), a point or a dash.
+/// Whether a field stands for no value: empty, NA (as spreadsheets write it, too), NULL, a point or a dash.
 bool IsMissing(std::string_view field);
 
-/// A number with that decimal mark; none for anything else.
+/// A number with that decimal mark, its sign a hyphen or a minus; none for anything else.
 std::optional<double> NumberIn(std::string_view field, char decimal);
 
 /// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1

@@ -10,8 +10,10 @@ namespace merlane {
 /// What a heading speaks of.
 enum class Speaks {
   Surely,    // of that alone
-  OfPart,    // of a part of it, as eggs and young are of all that is counted
+  OfEggs,    // of a part of what is counted
+  OfYoung,   // of the other part
   Broadly,   // of that or of something else, such as "ID" or "Visit": what stands below it must fit
+  OfPlace,   // of where a brood is, which tells it from others of its code
   OfNothing  // of what an analysis has no use for, such as the time of a visit
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "data/brood_data.h"
@@ -17,7 +18,7 @@
 namespace merlane {
 namespace {
 
-constexpr int MostOfInt16 = 32767;
+constexpr int MostOfInt16 = 32767, LongestYear = 366;
 
 }  // namespace
 
@@ -29,8 +30,15 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
       headingColumns_(headingColumns),
       remarks_(remarks),
       stray_(choices, names),
-      covariates_(columns_.Of(Role::Covariate).size(), CovariateLook(choices.delimiter != Delimiter::Comma)) {
+      places_(choices, names),
+      covariates_(columns_.Of(Role::Covariate).size(),
+                  CovariateLook(choices.delimiter != Delimiter::Comma || choices.decimal == ',')) {
   RemarkUnusedColumns();
+  for (const std::size_t column : columns_.Of(Role::Count))
+    for (const Meaning& meaning : MeaningsOf(names_[column])) {
+      if (meaning.speaks == Speaks::OfEggs) eggs_.push_back(column);
+      if (meaning.speaks == Speaks::OfYoung) young_.push_back(column);
+    }
 }
 
 void RowReader::Take(const TextRow& row) {
@@ -136,7 +144,9 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   if (visit.code.empty()) throw LeftOut{"it has no code"};
   SetDays(fields, visit);
   visit.count = CountOf(fields, line);
+  CompareStage(fields, visit);
   visit.covariates = Covariates(fields, line);
+  places_.Look(fields, visit, remarks_);
   visits.push_back(std::move(visit));
 }
 
@@ -164,6 +174,8 @@ void RowReader::SetDays(const RowFields& fields, VisitRecord& visit) {
   const std::optional<DayOfYear> day = date ? date : number;
   if (!day) throw LeftOut{"it has no day"};
   if (date) CompareDay(*date, number, NameOf(Role::Day), visit.line);
+  if (!date && (number->day < 1 || number->day > LongestYear))
+    remarks_.Count(visit.line, "the day is none of its year: it is counted on into another");
   visit.day = CountedOn(visit, *day, NameOf(Role::Date));
   const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year, visit.line);
   if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
@@ -219,6 +231,19 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   if (!sum) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Count))};
   if (*sum >= MostOfInt16) throw LeftOut{fmt::format("its {} is {}", NameOf(Role::Count), *sum)};
   return *sum;
+}
+
+void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
+  constexpr double LongestHatch = 3;  // days from the first egg to the last
+  if (eggs_.empty() || young_.empty() || visit.age.empty() || !visit.AgeIsKnown()) return;
+  const auto any = [&](const std::vector<std::size_t>& columns) {
+    return std::ranges::any_of(columns,
+                               [&](std::size_t column) { return NumberIn(fields.At(column), choices_.decimal) > 0.0; });
+  };
+  const double age = StrictNumber(visit.age);
+  if (age < 0 && any(young_)) remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
+  if (age > LongestHatch && any(eggs_))
+    remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
 }
 
 std::string RowReader::Covariates(const RowFields& fields, int line) {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "import/brood_places.h"
 #include "import/covariate_look.h"
 #include "import/remarks.h"
 #include "import/row_fields.h"
@@ -65,6 +66,9 @@ class RowReader {
   /// The number of a visit: what stands in all columns with counts.
   int CountOf(const RowFields& fields, int line) const;
 
+  /// Whether eggs and young, where each have a column of their own, are those of a brood of that age.
+  void CompareStage(const RowFields& fields, const VisitRecord& visit);
+
   std::string Covariates(const RowFields& fields, int line);
 
   /// A nest from its first visit to its last.
@@ -97,8 +101,10 @@ class RowReader {
   const std::size_t headingColumns_;
   Remarks& remarks_;
   StrayRows stray_;
+  BroodPlaces places_;
   std::vector<std::size_t> nameless_;  // columns that are not used and have no heading, but for the first
   DatesSeen dates_;
+  std::vector<std::size_t> eggs_, young_;                    // columns of numbers
   std::vector<CovariateLook> covariates_;                    // of those columns, in their order
   int yearsTold_ = 0, yearsTaken_ = 0, firstYearTaken_ = 0;  // rows
   std::set<std::pair<int, std::string>> nests_;              // by year and code

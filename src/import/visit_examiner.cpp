@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "base/number_text.h"
 #include "import/alike_letters.h"
 
@@ -11,6 +14,30 @@ namespace {
 
 bool AreOfOneBrood(const VisitRecord& a, const VisitRecord& b) { return a.code == b.code && a.year == b.year; }
 
+/// What is the same for codes that people take for the same, 7 and 007 among them.
+std::string AlikeCode(const std::string& code) {
+  std::string alike = Alike(code);
+  const bool isNumber = alike.find_first_not_of("0123456789") == std::string::npos;
+  if (isNumber) alike.erase(0, std::min(alike.find_first_not_of('0'), alike.size()));
+  return alike;
+}
+
+/// How two codes that are alike differ.
+const char* Difference(const std::string& a, const std::string& b) {
+  if (WithoutCase(a) == WithoutCase(b)) return "differ in case or blanks only";
+  if (Alike(a) != Alike(b)) return "differ in zeros before them only";
+  return "look alike: they differ in accents, or have letters of another alphabet";
+}
+
+/// Whether a code is one that spreadsheets make of a long number, such as 1.23457E+11: its last digits are lost.
+bool HasLostDigits(const std::string& code) { return code.find("E+") != std::string::npos && IsNumber(code); }
+
+bool StandsForNone(const std::string& alikeCode) {
+  static const std::set<std::string> words{"?",      "??",       "unknown", "unk",       "none",        "null",
+                                           "nocode", "onbekend", "inconnu", "unbekannt", "desconocido", "okand"};
+  return words.contains(alikeCode);
+}
+
 }  // namespace
 
 void VisitExaminer::LookAtCodes(const std::vector<VisitRecord>& visits) {
@@ -19,17 +46,19 @@ void VisitExaminer::LookAtCodes(const std::vector<VisitRecord>& visits) {
 }
 
 void VisitExaminer::LookAtCode(const VisitRecord& visit) {
-  const auto [known, isNew] = spelling_.try_emplace(Alike(visit.code), visit.code);
+  const auto [known, isNew] = spelling_.try_emplace(AlikeCode(visit.code), visit.code);
+  if (StandsForNone(known->first))
+    remarks_.Count(visit.line, fmt::format("the code \"{}\" seems to stand for none", visit.code));
+  if (HasLostDigits(visit.code))
+    remarks_.Count(visit.line, fmt::format("the code \"{}\" is a number whose last digits are lost", visit.code));
   if (isNew || known->second == visit.code) return;
-  const bool isCase = WithoutCase(known->second) == WithoutCase(visit.code);
   remarks_.Note(visit.line, fmt::format("the codes \"{}\" and \"{}\" {}", known->second, visit.code,
-                                        isCase ? "differ in case or blanks only"
-                                               : "look alike: they differ in accents, or have letters of another "
-                                                 "alphabet"));
+                                        Difference(known->second, visit.code)));
 }
 
 void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
   LookAtColumns(visits);
+  LookAtYears(visits);
   for (std::size_t i = 0; i < visits.size(); ++i) {
     if (i > 0 && AreOfOneBrood(visits[i - 1], visits[i]))
       LookAtPair(visits[i - 1], visits[i]);
@@ -39,14 +68,12 @@ void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
 }
 
 void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
-  constexpr int FirstYear = 1950, LastYear = 2100, FewRows = 3, LastOfAMonth = 31;
+  constexpr int FewRows = 3, LastOfAMonth = 31;
   std::size_t broods = 0;
   bool countsVisits = true, withinAMonth = true;
   int before = 0;
   for (std::size_t i = 0; i < visits.size(); ++i) {
     const VisitRecord& visit = visits[i];
-    if (visit.year < FirstYear || visit.year > LastYear)
-      remarks_.Count(visit.line, fmt::format("the year is {}", visit.year));
     const bool isFirst = i == 0 || !AreOfOneBrood(visits[i - 1], visit);
     if (isFirst) ++broods;
     countsVisits = countsVisits && visit.day == (isFirst ? 1 : before + 1);
@@ -61,6 +88,31 @@ void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
     remarks_.Say("the days of each brood are 1, 2, 3 and so on: are they numbers of visits?");
   else if (withinAMonth)
     remarks_.Say("no day of the year is behind the 31st: are they days of a month, or numbers of visits?");
+}
+
+void VisitExaminer::LookAtYears(const std::vector<VisitRecord>& visits) {
+  constexpr int FirstYear = 1950, LastYear = 2100, FarApart = 3, FewBroods = 5;
+  struct OfYear {
+    int broods = 0, firstLine = 0;
+  };
+  std::map<int, OfYear> years;
+  int broods = 0;
+  for (std::size_t i = 0; i < visits.size(); ++i) {
+    const VisitRecord& visit = visits[i];
+    if (visit.year < FirstYear || visit.year > LastYear)
+      remarks_.Count(visit.line, fmt::format("the year is {}", visit.year));
+    if (i > 0 && AreOfOneBrood(visits[i - 1], visit)) continue;
+    OfYear& year = years.try_emplace(visit.year, OfYear{0, visit.line}).first->second;
+    ++year.broods;
+    ++broods;
+  }
+  for (auto year = years.begin(); year != years.end(); ++year) {
+    const bool isFar = (year == years.begin() || year->first - std::prev(year)->first >= FarApart) &&
+                       (std::next(year) == years.end() || std::next(year)->first - year->first >= FarApart);
+    if (isFar && years.size() > 1 && year->second.broods == 1 && broods >= FewBroods)
+      remarks_.Note(year->second.firstLine,
+                    fmt::format("{} is the year of one brood alone, and no other is near", year->first));
+  }
 }
 
 void VisitExaminer::LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i) {

@@ -26,8 +26,11 @@ class VisitExaminer {
  private:
   void LookAtCode(const VisitRecord& visit);
 
-  /// Codes, days and years that seem to be something else.
+  /// Codes and days that seem to be something else.
   void LookAtColumns(const std::vector<VisitRecord>& visits);
+
+  /// Years that hardly can be, and those far from all others.
+  void LookAtYears(const std::vector<VisitRecord>& visits);
 
   /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
   void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i);

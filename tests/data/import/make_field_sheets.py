@@ -147,3 +147,47 @@ table("h_alphabets.csv", PLAIN, plain, rows=[("\u04101", 20, 4), ("A1", 25, 4), 
 table("h_blanks_in_codes.csv", PLAIN, plain, rows=[("A1", 20, 4), ("A1\u00a0", 25, 4), ("A\u200b1", 26, 4)])
 table("h_long_codes.csv", PLAIN, plain,
       rows=[("Lake-2023-A", 20, 4), ("lake-2023-a", 25, 4), ("Pond-2023-A", 20, 4), ("Pond-2023-A", 25, 4)])
+table("h_zeros.csv", PLAIN, plain, rows=[("007", 20, 4), ("7", 25, 4), ("7", 26, 4)])
+table("h_lost_digits.csv", PLAIN, plain, rows=[("1.2E+11", 20, 4), ("1.2E+11", 25, 4)])
+table("h_unknown_codes.csv", PLAIN, plain, rows=[("?", 20, 4), ("?", 25, 4), ("\u00a0", 25, 4), ("\u2014", 26, 4)])
+
+# More that stands in headings.
+table("h_formats_in_headings.csv", "Nest no.,Date (dd/mm/yyyy),Age [d],Count (n)",
+      lambda nest, d, n: f"{nest},{d}/05/2023,{d - 30},{n}")
+table("h_comment_above.csv", PLAIN, plain, before="# exported from the field book\n")
+table("h_total.csv", "Year,Nest,Day,Age,Eggs,Young,Total",
+      lambda nest, d, n: f"2023,{nest},{day(d)},{d - 30},{n},0,{n}")
+table("h_alive.csv", "Year,Nest,Day,Age,Alive", plain)
+table("h_nest_age.csv", "Year,Nest,Day,Nest age,Eggs", lambda nest, d, n: f"2023,{nest},{day(d)},{d - 10},{n}")
+table("h_dates_as_headings.csv", "Nest,2023-05-20,2023-05-25,2023-05-30", lambda nest, d, n: f"{nest},4,4,3")
+table("h_pipes.csv", PLAIN.replace(",", "|"), lambda nest, d, n: plain(nest, d, n).replace(",", "|"))
+table("h_two_sites_in_numbers.csv", "Site,Year,Nest,Day,Age,Count",
+      lambda nest, d, n: f"{ord(nest[0])},2023,1,{day(d)},{d - 30},{n}")
+
+# More that stands in rows.
+table("h_eggs_behind_hatch.csv", "Year,Nest,Day,Age,Eggs,Young", lambda nest, d, n: f"2023,{nest},{day(d)},{d - 15},{n},0")
+table("h_young_before_hatch.csv", "Year,Nest,Day,Age,Eggs,Young", lambda nest, d, n: f"2023,{nest},{day(d)},{d - 31},0,{n}")
+table("h_months_and_days_in_one.csv", PLAIN, lambda nest, d, n: f"2023,{nest},5{d},{d - 30},{n}")
+table("h_lone_year.csv", PLAIN, plain,
+      after="".join(f"2023,C{i},140,-10,4\n2023,C{i},145,-5,4\n" for i in range(4)) + "2032,C9,140,-10,4\n")
+table("h_american_thousands.csv", PLAIN + ",Area", lambda nest, d, n: plain(nest, d, n) + f',"{d - 10},500"')
+table("h_minus.csv", PLAIN, lambda nest, d, n: plain(nest, d, n).replace("-", "\u2212"))
+table("h_tabs_and_decimal_commas.txt", PLAIN.replace(",", "\t") + "\tCover",
+      lambda nest, d, n: plain(nest, d, n).replace(",", "\t") + "\t3,5", encoding="cp1252")
+table("h_ages_with_units.csv", PLAIN, lambda nest, d, n: plain(nest, d, n).replace(f",{d - 30},", f",{d - 30} d,"))
+table("h_times_of_america.csv", "Nest,Date,Age,Count",
+      lambda nest, d, n: f"{nest},5/{d}/2023 6:30 PM,{d - 30},{n}")
+table("h_formulas_in_text.csv", PLAIN, lambda nest, d, n: f'2023,="{nest}",{day(d)},{d - 30},{n}')
+text("h_fates.csv", "Nest;FirstFound;LastPresent;LastChecked;Fate\nA;20.5.2023;25.5.2023;25.5.2023;Hatched\n"
+     "B;20.5.2023;25.5.2023;30.5.2023;depredated\nC;20.5.2023;25.5.2023;30.5.2023;unknown\n"
+     "D;20.5.2023;25.5.2023;30.5.2023;2\n")
+table("h_empty_column.csv", "Year,Nest,,Day,Age,Count", lambda nest, d, n: f"2023,{nest},,{day(d)},{d - 30},{n}")
+table("h_quotes_and_notes.csv", PLAIN + ",Notes",
+      lambda nest, d, n: plain(nest, d, n) + ',"2"" of rain; wind, 3 Bft"')
+table("h_windows_line_ends_in_quotes.csv", PLAIN + ",Notes", lambda nest, d, n: plain(nest, d, n) + ',"wet\r\ncold"')
+table("h_falling_days.csv", PLAIN, plain, rows=ROWS[::-1])
+table("h_same_row_twice.csv", PLAIN, plain, rows=ROWS + ROWS[:1])
+table("h_two_sites_in_letters.csv", "Site,Year,Nest,Day,Age,Count",
+      lambda nest, d, n: f"Lake {ord(nest[0])},2023,1,{day(d)},{d - 30},{n}")
+table("h_broods_of_nests.csv", "Brood,Nest,Year,Day,Age,Count",
+      lambda nest, d, n: f"1,{nest},2023,{day(d)},{d - 30},{n}", after="2,A1,2023,170,2,3\n")
