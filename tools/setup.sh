@@ -3,6 +3,7 @@
 # configures the build and builds. Does only what is not done yet, and says only what somebody must know.
 #
 #   tools/setup.sh [--clang] [TARGET...]      builds these targets; all of them when none is named
+#   tools/setup.sh --package                  builds nothing, and installs what tools/package needs besides
 #
 # With --clang it is the other compiler that builds, in build-clang/.
 set -euo pipefail
@@ -21,6 +22,8 @@ if [[ ${1:-} == --clang ]]; then
   packages+=(clang)
   preset=clang
   folder=build-clang
+elif [[ ${1:-} == --package ]]; then
+  packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap)
 fi
 
 is_installed() {
@@ -82,5 +85,6 @@ if command -v dpkg-query >/dev/null; then
 else
   echo "This is no Debian system; the build will work if these are installed under other names: ${packages[*]}" >&2
 fi
+[[ ${1:-} != --package ]] || exit 0
 (($# > 0)) || set -- all
 build "$@"
