@@ -11,6 +11,7 @@ trap 'rm -rf --one-file-system "$system"' EXIT
 echo "Making a bare system..."
 mmdebstrap --variant=apt --quiet bookworm "$system" "deb http://deb.debian.org/debian bookworm main"
 cp "$package" "$system/tmp/merlane.deb"
+cp /etc/resolv.conf "$system/etc/resolv.conf"
 
 on_it() { chroot "$system" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 \
   DEBIAN_FRONTEND=noninteractive QT_QPA_PLATFORM=offscreen HOME=/root "$@"; }
@@ -18,6 +19,7 @@ files_named_so() { (cd "$system" && find . -xdev -iname '*merlane*' -not -path '
   -not -path './proc/*' | sort); }
 
 echo "Installing the package..."
+on_it apt-get update -qq
 on_it apt-get install -qq -y --no-install-recommends /tmp/merlane.deb >/dev/null
 on_it merlane-batch --out /tmp/replayed /usr/share/doc/merlane/examples/first_fit.batch >"$system/tmp/transcript.txt"
 grep -q 'Minimum found' "$system/tmp/transcript.txt"
