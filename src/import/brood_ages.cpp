@@ -54,7 +54,7 @@ bool BroodAges::SettleAge(VisitRecord& visit) {
   if (!visit.age.empty()) return true;
   if (unknownAge_ == UnknownAge::LeftOut) {
     ++leftOut;
-    remarks_.Note(visit.line, "left out, its age is not known");
+    remarks_.NoteLeftOut(visit.line, "its age is not known");
     return false;
   }
   ++unknown;

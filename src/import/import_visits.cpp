@@ -110,7 +110,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
       reader.Take(row);
     } catch (const LeftOut& out) {
       ++imported.leftOut;
-      remarks.Note(row.line, "left out, " + out.why);
+      remarks.NoteLeftOut(row.line, out.why);
     }
   }
   std::vector<VisitRecord>& visits = reader.visits;

@@ -16,25 +16,29 @@ class Remarks {
   void Say(const std::string& what) { together_.push_back(what); }
   /// Says something of one row.
   void Note(int line, const std::string& what);
+  /// Says why a row was left out. However many there are, they do not crowd out what is said of others.
+  void NoteLeftOut(int line, const std::string& why);
   /// Counts a row of which the same is to be said as of others.
   void Count(int line, const std::string& what);
 
   /// What a row's number is the number of.
   const std::string& Place() const { return place_; }
 
-  /// All remarks: how many there are, and the first of them, those of many rows in front.
-  int Number() const { return static_cast<int>(together_.size() + counted_.size()) + notes_; }
+  /// All remarks: how many there are, and the first of each kind, those of many rows in front.
+  int Number() const { return static_cast<int>(First().size()) + untold_; }
   std::vector<std::string> First() const;
 
  private:
+  void Add(std::vector<std::string>& notes, std::string note);
+
   struct Counted {
     int rows = 0, first = 0;
   };
   std::string place_;
   std::vector<std::string> together_;
   std::map<std::string, Counted> counted_;
-  std::vector<std::string> firstNotes_;
-  int notes_ = 0;
+  std::vector<std::string> leftOut_, notes_;
+  int untold_ = 0;  // behind the first of their kind
 };
 
 }  // namespace merlane

@@ -54,6 +54,7 @@ void RowReader::Take(const TextRow& row) {
 void RowReader::RemarkWhole() {
   RemarkYear();
   RemarkDates();
+  RemarkStages();
   for (std::size_t i = 0; i < covariates_.size(); ++i)
     covariates_[i].Remark(names_[columns_.Of(Role::Covariate)[i]], remarks_);
   const std::vector<std::size_t>& counts = columns_.Of(Role::Count);
@@ -235,15 +236,25 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
 
 void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
   constexpr double LongestHatch = 3;  // days from the first egg to the last
-  if (eggs_.empty() || young_.empty() || visit.age.empty() || !visit.AgeIsKnown()) return;
+  if (visit.age.empty() || !visit.AgeIsKnown()) return;
+  const double age = StrictNumber(visit.age);
+  if (age < 0) ++agesOfEggs_;
+  if (age > 0) ++agesOfYoung_;
+  if (eggs_.empty() || young_.empty()) return;
   const auto any = [&](const std::vector<std::size_t>& columns) {
     return std::ranges::any_of(columns,
                                [&](std::size_t column) { return NumberIn(fields.At(column), choices_.decimal) > 0.0; });
   };
-  const double age = StrictNumber(visit.age);
   if (age < 0 && any(young_)) remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
   if (age > LongestHatch && any(eggs_))
     remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
+}
+
+void RowReader::RemarkStages() {
+  if (!eggs_.empty() && young_.empty() && agesOfEggs_ == 0 && agesOfYoung_ > 1)
+    remarks_.Say("eggs are counted, and every age is behind hatch: ages are days from hatch, negative ones of eggs");
+  if (eggs_.empty() && !young_.empty() && agesOfYoung_ == 0 && agesOfEggs_ > 1)
+    remarks_.Say("young are counted, and every age is before hatch: ages are days from hatch, negative ones of eggs");
 }
 
 std::string RowReader::Covariates(const RowFields& fields, int line) {
@@ -321,6 +332,9 @@ std::optional<double> RowReader::AgeOfNest(const RowFields& fields, VisitRecord&
   const std::optional<double> age = isUnknown ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
   if (!age || *age == Missing) return hatch ? std::optional<double>(visit.day - visit.hatchDay) : std::nullopt;
   if (std::abs(*age) > MostOfInt16 / 2) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
+  if (*age > 0)
+    remarks_.Count(visit.line,
+                   "the nest has hatched by its age, since ages are days from hatch, negative ones of eggs");
   return age;
 }
 

@@ -40,6 +40,7 @@ class RowReader {
   void RemarkOtherColumn(std::size_t column);
   void RemarkYear();
   void RemarkDates();
+  void RemarkStages();
 
   void TakeVisit(const RowFields& fields, int line);
 
@@ -106,6 +107,7 @@ class RowReader {
   DatesSeen dates_;
   std::vector<std::size_t> eggs_, young_;                    // columns of numbers
   std::vector<CovariateLook> covariates_;                    // of those columns, in their order
+  int agesOfEggs_ = 0, agesOfYoung_ = 0;                     // known ones before hatch, and behind it
   int yearsTold_ = 0, yearsTaken_ = 0, firstYearTaken_ = 0;  // rows
   std::set<std::pair<int, std::string>> nests_;              // by year and code
   std::map<std::pair<int, std::string>, int> again_;         // how often a code came once more

@@ -51,6 +51,9 @@ void VisitExaminer::LookAtCode(const VisitRecord& visit) {
     remarks_.Count(visit.line, fmt::format("the code \"{}\" seems to stand for none", visit.code));
   if (HasLostDigits(visit.code))
     remarks_.Count(visit.line, fmt::format("the code \"{}\" is a number whose last digits are lost", visit.code));
+  if (DateIn(visit.code, DateOrder::YearMonthDay))
+    remarks_.Count(visit.line, fmt::format("the code \"{}\" is a date, which a spreadsheet makes of a code such as 3-1",
+                                           visit.code));
   if (isNew || known->second == visit.code) return;
   remarks_.Note(visit.line, fmt::format("the codes \"{}\" and \"{}\" {}", known->second, visit.code,
                                         Difference(known->second, visit.code)));

@@ -191,3 +191,7 @@ table("h_two_sites_in_letters.csv", "Site,Year,Nest,Day,Age,Count",
       lambda nest, d, n: f"Lake {ord(nest[0])},2023,1,{day(d)},{d - 30},{n}")
 table("h_broods_of_nests.csv", "Brood,Nest,Year,Day,Age,Count",
       lambda nest, d, n: f"1,{nest},2023,{day(d)},{d - 30},{n}", after="2,A1,2023,170,2,3\n")
+table("h_ages_from_laying.csv", "Year,Nest,Day,Age,Eggs", lambda nest, d, n: f"2023,{nest},{day(d)},{d - 10},{n}")
+text("h_nest_ages_from_laying.csv", "Nest;FirstFound;LastPresent;LastChecked;Fate;Age\nA;20.5.2023;25.5.2023;25.5.2023;0;3\n"
+     "B;20.5.2023;25.5.2023;30.5.2023;1;-5\n")
+table("h_codes_of_dates.csv", PLAIN, plain, rows=[("A1", 20, 4), ("A1", 25, 4), ("2023-01-03", 21, 4)])
