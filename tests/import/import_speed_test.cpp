@@ -1,6 +1,5 @@
 // Large files: a generous multiple of what they take on a machine of two cores that does nothing else.
 
-#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -55,45 +54,9 @@ std::string Csv(int rows) {
 
 /// A worksheet of the same rows.
 void WriteWorkbook(const std::string& path, int rows) {
-  std::string strings = "<sst>", sheet = "<worksheet><sheetData><row r=\"1\">";
-  int shared = 0;
-  const auto addText = [&](char column, int row, const std::string& text) {
-    strings += "<si><t>" + text + "</t></si>";
-    sheet += fmt::format("<c r=\"{}{}\" t=\"s\"><v>{}</v></c>", column, row, shared++);
-  };
-  for (std::size_t c = 0; c < Names.size(); ++c) addText(static_cast<char>('A' + c), 1, Names[c]);
-  sheet += "</row>";
-  for (int r = 0; r < rows; ++r) {
-    const std::vector<std::string> fields = Fields(r);
-    sheet += fmt::format("<row r=\"{}\" spans=\"1:7\">", r + 2);
-    for (std::size_t c = 0; c < fields.size(); ++c) {
-      if (c == 1)
-        addText('B', r + 2, fields[c]);
-      else
-        sheet += fmt::format("<c r=\"{}{}\" s=\"0\"><v>{}</v></c>", static_cast<char>('A' + c), r + 2, fields[c]);
-    }
-    sheet += "</row>";
-  }
-  sheet += "</sheetData></worksheet>";
-  strings += "</sst>";
-  const std::string type = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
-  const std::vector<std::pair<std::string, std::string>> parts{
-      {"_rels/.rels", "<r><Relationship Id='a' Type='" + type + "officeDocument' Target='xl/workbook.xml'/></r>"},
-      {"xl/workbook.xml", "<w><sheet name='Visits' id='a'/></w>"},
-      {"xl/_rels/workbook.xml.rels", "<r><Relationship Id='a' Type='" + type +
-                                         "worksheet' Target='worksheets/sheet1.xml'/><Relationship Id='b' Type='" +
-                                         type + "sharedStrings' Target='sharedStrings.xml'/></r>"},
-      {"xl/sharedStrings.xml", strings},
-      {"xl/worksheets/sheet1.xml", sheet}};
-  std::filesystem::remove(path);
-  int error = 0;
-  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
-  for (const auto& [name, content] : parts) {
-    const zip_int64_t index =
-        zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-    zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 1);  // soon, not small
-  }
-  ASSERT_EQ(zip_close(archive), 0);
+  test::Sheet sheet{"Visits", {Names}};
+  for (int r = 0; r < rows; ++r) sheet.rows.push_back(Fields(r));
+  test::WriteNewWorkbook(path, {sheet});
 }
 
 /// Imports a file as it is proposed and tells how long that took.

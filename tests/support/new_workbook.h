@@ -60,8 +60,11 @@ inline void WriteNewWorkbook(const std::string& path, const std::vector<Sheet>& 
   std::filesystem::remove(path);
   int error = 0;
   zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
-  for (const auto& [name, content] : parts)
-    zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+  for (const auto& [name, content] : parts) {
+    const zip_int64_t index =
+        zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+    zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 1);  // soon, not small
+  }
   ASSERT_EQ(zip_close(archive), 0);
 }
 
