@@ -21,18 +21,21 @@ behind() {
   keep "$1" "$2_$line"
 }
 
-# Writes the name of a file over its path in a picture of an import: where it stands is one machine's affair, too.
+# Writes the name of a file over its path in a picture, in a field from its left upper to its right lower corner: where
+# it stands is one machine's affair, too.
 naming() {
-  mogrify -fill white -draw 'rectangle 136,62 1256,80' -fill black -font DejaVu-Sans -pointsize 13 -annotate +136+75 "$2" -strip "docs/pictures/$1.png"
+  mogrify -fill white -draw "rectangle $3,$4 $5,$(($4 + 18))" -fill black -font DejaVu-Sans -pointsize 13 \
+    -annotate "+$3+$(($4 + 13))" "$2" -strip "docs/pictures/$1.png"
 }
 
 behind main first_fit examples 'close frmOneFunction'
 keep initialize form_frmInitialize
 behind import field_book examples 'show frmImport'
-naming import field_book.xlsx
+naming import field_book.xlsx 136 62 1256
 behind initialize_fit field_book examples 'press frmInitialize.cmdFit'
+naming initialize_fit field_book.xlsx.dat 45 163 456
 behind import_nests import $analyses 'set frmImport.cboRole'
-naming import_nests nests.csv
+naming import_nests nests.csv 136 62 1256
 behind editor editing $analyses 'type grdVS'
 behind one_function first_fit examples 'save-text frmOneFunction'
 behind simplex first_fit examples 'save-text frmSimplex'

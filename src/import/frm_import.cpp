@@ -73,13 +73,14 @@ bool StandsOtherwise(const std::string& path, const std::string& contents) {
   return std::filesystem::exists(path) && ReadWholeFile(path) != contents;
 }
 
-/// What became of the rows, in lines for people.
-std::string WhatWasMade(const Imported& imported) {
+/// What became of the rows of a text, or of a sheet, in lines for people.
+std::string WhatWasMade(const Imported& imported, const std::string& sheet) {
   const std::string years = imported.firstYear == imported.lastYear
                                 ? fmt::format("Year {}", imported.firstYear)
                                 : fmt::format("Years {} to {}", imported.firstYear, imported.lastYear);
-  return fmt::format("{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}", Counted(imported.rows, "row"),
-                     imported.leftOut, Counted(imported.moved, "record"), years,
+  const std::string of = sheet.empty() ? "" : fmt::format(" of the worksheet \"{}\"", OnOneLine(sheet));
+  return fmt::format("{}{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}", Counted(imported.rows, "row"),
+                     of, imported.leftOut, Counted(imported.moved, "record"), years,
                      Counted(imported.covariates, "covariate"));
 }
 
@@ -365,7 +366,7 @@ void FrmImport::Import() {
 std::string FrmImport::ToLookAt(const Imported& imported) const {
   std::string list;
   if (!sheetsAlike_.empty())
-    list += fmt::format("the worksheet \"{}\" alone is imported; the same columns are in {}\r\n",
+    list += fmt::format("the worksheet \"{}\" alone is imported; such data are also in {}\r\n",
                         OnOneLine(choices_.sheet), Listed(sheetsAlike_));
   if (kept_)
     for (const std::string& sentence : WhereKeptDiffer(*kept_, choices_, text_)) list += sentence + "\r\n";
@@ -403,7 +404,7 @@ void FrmImport::Write(const std::string& file, const std::string& choices, const
   desk.Tell(Title,
             fmt::format("{} of {} written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
                         Counted(imported.records, "record"), Counted(imported.broods, "brood"), file),
-            style::Information, WhatWasMade(imported));
+            style::Information, WhatWasMade(imported, choices_.sheet));
   desk.Unload(*this);
   onImported(file);
 }

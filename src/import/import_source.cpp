@@ -185,7 +185,8 @@ std::vector<std::string> ImportSource::SheetsAlike(const ImportChoices& choices,
   for (const std::string& sheet : sheets_) {
     if (sheet == choices.sheet) continue;
     const std::string text = book_->Text(sheet, RowsLookedAt, progress);
-    if (!text.empty() && ColumnsLacking(choices, text).empty()) alike.push_back(sheet);
+    if (text.empty()) continue;
+    if (ColumnsLacking(choices, text).empty() || LooksLikeData(ProposedForSheet(sheet, text))) alike.push_back(sheet);
   }
   return alike;
 }

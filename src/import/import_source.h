@@ -29,8 +29,8 @@ class ImportSource {
   /// anew where the choices are those of a workbook and this is a text or the reverse, where its letters cannot be
   /// meant as they were, and where another delimiter finds more of the columns.
   ImportChoices ForThis(const ImportChoices& kept, const ReadingProgress& progress = {}) const;
-  /// Other sheets of a workbook that have all columns that are used of the one chosen: they could be imported as well.
-  /// `choices` have the names of their columns.
+  /// Other sheets of a workbook that could be imported as well: those that have all columns that are used of the one
+  /// chosen, and those that look like data by themselves. `choices` have the names of their columns.
   std::vector<std::string> SheetsAlike(const ImportChoices& choices, const ReadingProgress& progress = {}) const;
 
   /// The rows as a text in UTF-8, which ImportRows and all that looks at columns take: a text file in the encoding that

@@ -1,4 +1,5 @@
-// An import: how the file is written at the left, what its columns are and what becomes of them beside it.
+// An import: how the file is written and what should be looked at stand at the left, what its columns are and what
+// becomes of them beside it.
 #include "ui/layouts.h"
 
 namespace merlane {
@@ -21,9 +22,17 @@ QGroupBox* File(Layouter& layouter) {
   return layouter.Group(QStringLiteral("How the file is written"), content);
 }
 
+/// Wishes for no more than the least that it needs, so that what stands beside it is whole first, and takes what is
+/// left.
+class Modest : public QWidget {
+ public:
+  QSize sizeHint() const override { return minimumSizeHint(); }
+  bool hasHeightForWidth() const override { return false; }
+};
+
 /// A table or a text of at least so many lines below its heading.
 QWidget* Part(Layouter& layouter, const char* heading, const char* table, int lines) {
-  auto* const part = new QWidget;
+  auto* const part = new Modest;
   auto* const column = new QVBoxLayout(part);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(4);
@@ -35,6 +44,7 @@ QWidget* Part(Layouter& layouter, const char* heading, const char* table, int li
     widget->setMinimumHeight(lines * widget->fontMetrics().lineSpacing() + 16);
     column->addWidget(widget, 1);
   }
+  column->addStretch(0);  // where a text is hidden, its heading stands where it stood
   return part;
 }
 
@@ -57,18 +67,18 @@ void LayOutImport(Layouter& layouter, QVBoxLayout& column) {
   QWidget* const columns = Part(layouter, "lblColumns", "grdColumns", 5);
   qobject_cast<QVBoxLayout*>(columns->layout())->addLayout(layouter.Row({"lblRole", "cboRole"}));
   parts->addWidget(columns);
-  if (QLabel* const nests = layouter.Note("lblNests")) choices->addWidget(nests);
   choices->addStretch(1);
   parts->addWidget(Part(layouter, "lblPreview", "txtPreview", 4));
-  parts->addWidget(Part(layouter, "lblRemarks", "txtRemarks", 2));
-  parts->setStretchFactor(0, 3);
-  parts->setStretchFactor(1, 3);
-  parts->setStretchFactor(2, 1);
 
+  auto* const left = new QVBoxLayout;
+  left->setSpacing(12);
+  left->addWidget(layouter.Scrolled(choices));
+  if (QLabel* const nests = layouter.Note("lblNests")) left->addWidget(nests);
+  left->addWidget(Part(layouter, "lblRemarks", "txtRemarks", 3), 1);
   auto* const row = new QHBoxLayout;
   row->setSpacing(18);
-  row->addWidget(layouter.Scrolled(choices));
-  row->addWidget(parts, 1);
+  row->addLayout(left, 2);
+  row->addWidget(parts, 3);
   column.addLayout(row, 1);
   QHBoxLayout* const buttons = layouter.PinButtons({"cmdDone", "cmdChoices", "cmdCancel"});
   if (QWidget* const progress = layouter.Take("lblProgress")) buttons->insertWidget(0, progress);

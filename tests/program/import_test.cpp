@@ -404,15 +404,19 @@ TEST(Import, OtherSheetsWithTheSameColumnsAreNamed) {
   Importing t("sheets_alike");
   const std::string book = t.folder / "book.xlsx";
   test::WriteNewWorkbook(book, {{"2019", {Heading, {"A", "130", "-10", "4"}}},
-                                {"2020", {Heading, {"B", "131", "-9", "5"}}},
+                                {"2020", {{"Brood", "Day", "Age", "Count"}, {"B", "131", "-9", "5"}}},
                                 {"Notes", {{"all done"}}}});
   t.Open(book);
   EXPECT_EQ(t.form.cboSheet.text, "2019");
   EXPECT_THAT(t.form.txtRemarks.text,
-              StartsWith("the worksheet \"2019\" alone is imported; the same columns are in \"2020\"\r\n"));
+              StartsWith("the worksheet \"2019\" alone is imported; such data are also in \"2020\"\r\n"));
   t.windows.No("Import");
   t.Import();
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr("the worksheet \"2019\" alone is imported"));
+  t.windows.Yes("Import");
+  t.Import();
+  EXPECT_THAT(t.windows.messages.back().details, HasSubstr("1 row of the worksheet \"2019\", 0 of them left out"));
+  t.Open(book);
   t.desk.SetText(t.form.cboSheet, "Notes");
   EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("alone is imported")));
 }
@@ -434,7 +438,7 @@ TEST(Import, TheChoicesOfLastYearsWorkbookSayWhichSheetTheyTake) {
   takeKept("both.xlsx");
   EXPECT_EQ(t.form.cboSheet.text, "2019");
   EXPECT_THAT(t.form.txtRemarks.text,
-              HasSubstr("the worksheet \"2019\" alone is imported; the same columns are in \"2020\""));
+              HasSubstr("the worksheet \"2019\" alone is imported; such data are also in \"2020\""));
   takeKept("2020.xlsx");
   EXPECT_EQ(t.form.cboSheet.text, "2020");
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("there is no worksheet \"2019\" in this file: \"2020\" was taken"));
