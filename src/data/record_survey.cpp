@@ -21,14 +21,15 @@ class DistinctCodeCounter {
   explicit DistinctCodeCounter(std::size_t years) : closed_(years, 0) {}
 
   void Add(std::string_view code, std::size_t year) {
-    const auto found = firstYear_.find(code);
-    if (found == firstYear_.end() || found->second >= year) ++count_;
-    if (code.empty()) closed_[year] = 1;
-    if (closed_[year]) return;
-    if (found == firstYear_.end())
-      firstYear_.emplace(code, year);
-    else
-      found->second = std::min(found->second, year);
+    if (code.empty() || closed_[year]) {
+      const auto found = firstYear_.find(code);
+      if (found == firstYear_.end() || found->second >= year) ++count_;
+      if (code.empty()) closed_[year] = 1;
+      return;
+    }
+    const auto [known, isNew] = firstYear_.try_emplace(code, year);
+    if (isNew || known->second >= year) ++count_;
+    known->second = std::min(known->second, year);
   }
   std::int32_t Count() const { return count_; }
 

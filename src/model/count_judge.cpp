@@ -46,8 +46,7 @@ CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& dist
   for (auto* column : {&share_, &logs_}) column->resize(2 * mostDistributions);
   for (auto* column : {&exponent_, &P_, &logP_}) column->resize(mostPredictions);
   overdispersed_.reserve(mostDistributions);
-  arguments_.reserve(4 * mostDistributions + 2 * mostPredictions);
-  logGammas_.resize(4 * mostDistributions + 2 * mostPredictions);
+  for (auto* row : {&arguments_, &logGammas_}) row->resize(4 * mostDistributions + 2 * mostPredictions);
 }
 
 void CountJudge::Begin(Distributions distributions) {
@@ -122,15 +121,15 @@ bool CountJudge::FillCorrelatedExponents(Distributions distributions, const Surv
 
 /// See BetaBinomialLogs.
 void CountJudge::FillOverdispersedExponents() {
-  arguments_.clear();
+  double* end = arguments_.data();
   for (const auto& [d, shapes] : overdispersed_) {
     const auto [a, b] = shapes;
-    arguments_.insert(arguments_.end(), {a + b, a, b, d->n + a + b});
-    for (const std::int16_t k : CountsOf(plan_, *d)) arguments_.insert(arguments_.end(), {k + a, d->n - k + b});
+    for (const double x : {a + b, a, b, d->n + a + b}) *end++ = x;
+    for (const std::int16_t k : CountsOf(plan_, *d))
+      for (const double x : {k + a, d->n - k + b}) *end++ = x;
   }
-  const auto logGammas = std::span(logGammas_).first(arguments_.size());
-  logGamma_.Row(arguments_, logGammas);
-  const double* next = logGammas.data();
+  logGamma_.Row({arguments_.data(), end}, logGammas_);
+  const double* next = logGammas_.data();
   for (const auto& [d, shapes] : overdispersed_) {
     const double logAB = next[0], logA = next[1], logB = next[2], logNAB = next[3];
     next += 4;

@@ -43,6 +43,7 @@ void MerlaneModel::EvaluateAhead(std::span<const Array1<double>> vectors, std::i
 }
 
 void MerlaneModel::TakeSetting() {
+  Dimension();
   if (!evaluator_) evaluator_.emplace(data, &SharingWorkers());
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
@@ -55,6 +56,7 @@ Workers& MerlaneModel::SharingWorkers() {
 }
 
 const LikelihoodState& MerlaneModel::Evaluated() const {
+  Dimension();
   if (evaluator_) evaluator_->FillTables(likelihood_);
   return likelihood_;
 }
@@ -90,7 +92,7 @@ void MerlaneModel::ReadBroodData(ModelCall& call) {
     if (choices.Simulate) PlanSimulation(data, choices.SimulatedBroods, desk_.host.random);
   }
   const bool anyData = state_.flags.SimulationMode || readData(data);
-  DimensionResults();
+  ForgetResults();
   if (!anyData) return;
   FillParameterDescriptions(call.Names, call.N, data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
@@ -116,19 +118,26 @@ void MerlaneModel::TakeChoices(const Initialisation& choices, ModelCall& call) {
   data.FirstYear = choices.FirstYear;
   data.LastYear = choices.LastYear;
   ForgetVisits(data);
-  DimensionResults();
+  ForgetResults();
 }
 
-void MerlaneModel::DimensionResults() {
-  likelihood_.Dimension(data);
+void MerlaneModel::ForgetResults() {
+  dimensioned_ = false;
   estimates_ = {};
   simulation.Preset(data);
+}
+
+void MerlaneModel::Dimension() const {
+  if (dimensioned_) return;
+  likelihood_.Dimension(data);
+  dimensioned_ = true;
 }
 
 void MerlaneModel::PutBack(Kept kept) {
   evaluator_.reset();
   data = std::move(kept.data);
   likelihood_ = std::move(kept.likelihood);
+  dimensioned_ = true;
   estimates_ = std::move(kept.estimates);
   simulation = std::move(kept.simulation);
 }

@@ -77,15 +77,17 @@ class MerlaneModel {
 
   void TakeChoices(const Initialisation& choices, ModelCall& call);
   void TakeDataFileName(const std::string& path);
-  /// Gives all results the shape of the data, without values.
-  void DimensionResults();
+  /// All results are without values; they get the shape of the data when they are looked at.
+  void ForgetResults();
+  void Dimension() const;
 
   Desk& desk_;
   RunState& state_;
   const std::function<Initialisation()> choices_;
   EvaluationSetting setting_;
-  // Mutable, since tables that are owed are filled for whoever looks first, and estimates get their room.
+  // Mutable, since tables that are owed are filled for whoever looks first, as they and the estimates get their room.
   mutable LikelihoodState likelihood_;
+  mutable bool dimensioned_ = true;  // for these data
   mutable SurvivalEstimates estimates_;
   std::optional<Workers> workers_;
   mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation

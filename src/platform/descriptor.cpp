@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -14,6 +15,9 @@ Descriptor::~Descriptor() {
 
 bool ReadAll(int fd, std::string& bytes, std::size_t most) {
   char buffer[1 << 16];
+  struct stat about {};
+  if (::fstat(fd, &about) == 0 && S_ISREG(about.st_mode))  // lest it be copied each time it has grown
+    bytes.reserve(bytes.size() + std::min(static_cast<std::size_t>(about.st_size), most - bytes.size()));
   for (;;) {
     const ssize_t got = ::read(fd, buffer, sizeof buffer);
     if (got == 0) return true;
