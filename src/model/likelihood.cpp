@@ -24,10 +24,10 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   const bool withoutTables = EvaluateWithoutTables(setting, state, F, Value, NF);
   if (!withoutTables) EvaluateByTables(setting, state, F, Value, Step, Names, Fuse, NPAR, NF);
   if (NF != 1 && F >= state.BestObjective) return;
+  state.KeepBestVector(Value);  // the first time it asks for memory, before anything is the best
   state.BestObjective = F;
   state.BestPenalty = state.Penalty;
   SampleSize = ToInt32(static_cast<double>(state.EggsAtRisk) + state.JuvsAtRisk);
-  state.KeepBestVector(Value);
   state.owed.best = withoutTables;
   state.owed.bestInBootstrap = setting.BootstrapMode;
   if (!withoutTables) state.KeepBestTables();
@@ -53,9 +53,9 @@ bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, Likelih
     state.filledBetween = ages;
     state.YoungestAge = 0;
   }
+  state.owed.ofLast = p;  // the first time it asks for memory, before anything is owed
   state.owed.last = true;
   state.owed.lastInBootstrap = setting.BootstrapMode;
-  state.owed.ofLast = p;
   state.EggsAtRisk = pass.Plan().EggsAtRisk;
   state.JuvsAtRisk = pass.Plan().JuvsAtRisk;
   F = Checked(*sum + state.Penalty);

@@ -16,6 +16,7 @@ void SumsAhead::Compute(std::span<const Array1<double>> vectors, const Array1<do
                         const Passes& passes) {
   mode_ = mode;
   next_ = 0;
+  for (Known& known : known_) known.computed = false;  // in another mode, as they stay where memory gives out
   known_.resize(vectors.size());
   parameters_.resize(passes.size());
   workers_.Share(static_cast<int>(vectors.size()), [&](int item, int worker) {

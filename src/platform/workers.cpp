@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <system_error>
+#include <utility>
 
 namespace merlane {
 namespace {
@@ -60,6 +61,7 @@ void Workers::ShareErased(int items, DoItem doItem, const void* work) {
   LookUntil([this] { return working_ == 0; });
   lock.lock();
   done_.wait(lock, [this] { return working_ == 0; });
+  if (raised_) std::rethrow_exception(std::exchange(raised_, nullptr));
 }
 
 void Workers::Wait(int worker) {
@@ -89,9 +91,17 @@ void Workers::TakeItems(std::unique_lock<std::mutex>& lock, int worker) {
   ++working_;
   while (next_ < items_) {
     const int item = next_++;
+    std::exception_ptr raised;
     lock.unlock();
-    doItem_(work_, item, worker);
+    try {
+      doItem_(work_, item, worker);
+    } catch (...) {
+      raised = std::current_exception();
+    }
     lock.lock();
+    if (!raised) continue;
+    raised_ = std::move(raised);
+    next_ = items_;
   }
   --working_;
 }

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -23,7 +24,8 @@ class Workers {
 
   int Count() const { return static_cast<int>(threads_.size()) + 1; }
   /// Calls `work(item, worker)` once for each item 0..items-1, in any order, and returns when all are done. No two
-  /// calls at a time have the same worker, 0..Count()-1. `work` raises nothing. Allocates nothing.
+  /// calls at a time have the same worker, 0..Count()-1. When `work` raises something no further item is begun, and
+  /// when those that are being worked on are done it is raised here. Allocates nothing.
   template <class Work>
   void Share(int items, const Work& work) {
     ShareErased(
@@ -50,6 +52,7 @@ class Workers {
   DoItem doItem_ = nullptr;
   const void* work_ = nullptr;
   int next_ = 0, items_ = 0;
+  std::exception_ptr raised_;
   bool ended_ = false;
   std::vector<std::thread> threads_;
 };

@@ -4,6 +4,8 @@
 
 #include <atomic>
 #include <cstddef>
+#include <new>
+#include <thread>
 #include <vector>
 
 #include "base/at_end.h"
@@ -54,6 +56,28 @@ TEST(Cores, AreThoseThatTheProcessIsKeptTo) {
   EXPECT_EQ(Workers::Cores(), 1);
 }
 #endif
+
+TEST_P(SharedWork, WhatAnItemRaisesIsRaisedWhenAllThatHaveBegunAreDoneAndTheNextWorkIsSharedAsEver) {
+  Workers workers(GetParam());
+  for (int raising : {0, 1, 57}) {
+    std::atomic<int> working = 0;
+    EXPECT_THROW(workers.Share(100,
+                               [&](int item, int) {
+                                 ++working;
+                                 if (item == raising) {
+                                   --working;
+                                   throw std::bad_alloc();
+                                 }
+                                 std::this_thread::yield();
+                                 --working;
+                               }),
+                 std::bad_alloc);
+    EXPECT_EQ(working, 0) << "nobody is at work that has gone";
+    std::vector<int> done(20);
+    workers.Share(20, [&](int item, int) { ++done[static_cast<std::size_t>(item)]; });
+    EXPECT_EQ(done, std::vector<int>(20, 1));
+  }
+}
 
 INSTANTIATE_TEST_SUITE_P(Threads, SharedWork, testing::Values(1, 2, 5));
 

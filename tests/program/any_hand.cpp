@@ -53,7 +53,8 @@ Answer AnyHand::MsgBox(const Message& message) {
                                        : Pick({Answer::Yes, Answer::No});
   // Who always quits sees little of the program.
   const bool quits = message.title == "Exit Tolvane" && Below(20) != 0;
-  const Answer given = quits ? Answer::No : answer;
+  const bool takesOffer = !message.offer.empty() && Below(2) == 0;
+  const Answer given = quits ? Answer::No : takesOffer ? Answer::Offer : answer;
   Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(given)));
   step.replies.push_back({message.title + ": " + message.text, given, {}});
   return given;
