@@ -54,9 +54,9 @@ class Matrix1 {
 
   /// Makes the matrix that large with every element equal to `value`; what it held is gone.
   void Dimension(int rows, int columns, const T& value = T()) {
+    items_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns), value);
     rows_ = rows;
     columns_ = columns;
-    items_.assign(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns), value);
   }
   int Rows() const { return rows_; }
   int Columns() const { return columns_; }
@@ -70,9 +70,10 @@ class Matrix1 {
     return (static_cast<std::size_t>(row) - 1) * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(column) -
            1;
   }
+  // First: where there is no memory for them, an assignment leaves the numbers that belong to those that are there.
+  std::vector<T> items_;
   int rows_ = 0;
   int columns_ = 0;
-  std::vector<T> items_;
 };
 
 }  // namespace merlane
