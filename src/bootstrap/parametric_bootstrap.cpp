@@ -236,10 +236,14 @@ std::string ParametricBootstrap::Simulate() {
   return original_->text.Of(model_.simulation.SimCount);
 }
 
+/// The file once more. Replicates of other data would be those of another fit.
 void ParametricBootstrap::ReadOriginal() {
+  const BroodData fitted = model_.data;
   state_.flags.ReadOriginalFile = true;
   state_.flags.ReadSimulatedFile = false;
   ReadData();
+  if (!model_.data.HasSameRecords(fitted))
+    throw CannotGoOn("the data file has changed since it was read: initialize the model with it and fit it anew");
 }
 
 void ParametricBootstrap::ReadSimulated(const std::string& text) {

@@ -71,4 +71,12 @@ void ForgetVisits(BroodData& data) {
   data.TotalRecords = 0;
 }
 
+bool BroodData::HasSameRecords(const BroodData& other) const {
+  return VisitYear == other.VisitYear && VisitDate == other.VisitDate && VisitAge == other.VisitAge &&
+         VisitStage == other.VisitStage && VisitCount == other.VisitCount && BroodCode == other.BroodCode &&
+         HatchDate == other.HatchDate && ClutchAgeKnown == other.ClutchAgeKnown &&
+         BroodAgeKnown == other.BroodAgeKnown && FirstVisit == other.FirstVisit && VisitsOf == other.VisitsOf &&
+         Covariate == other.Covariate;
+}
+
 }  // namespace merlane

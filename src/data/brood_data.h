@@ -44,6 +44,9 @@ struct BroodData {
   /// records between them. A gap is no record, whatever is listed, written or counted.
   bool HasRecord(std::size_t visit) const { return VisitStage[visit] != 0; }
 
+  /// Whether the other holds the same visits of the same broods.
+  bool HasSameRecords(const BroodData& other) const;
+
   int Visits() const { return static_cast<int>(VisitAge.size()); }
   int Broods() const { return static_cast<int>(FirstVisit.size()); }
   int Years() const { return static_cast<int>(FirstBrood.size()); }

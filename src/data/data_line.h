@@ -15,6 +15,14 @@ enum class Oddity {
   Rounded,    // decimals where a whole number belongs
   Empty,      // nothing where a number belongs
   Mark,       // -999, which stands for no value
+  Heading,    // numbers where the names of the columns belong: a visit that is not read
+  Negative,   // a count below 0
+  Days,       // a day that is not behind that of the brood's visit before
+  Apart,      // a brood whose code stood further up, behind others
+  Gap,        // a visit that stands apart from the one before it, between which nothing is fitted
+  Lost,       // a record in whose place another of its brood has come, since they stand apart
+  Alike,      // a code that differs from another in case or blanks alone
+  Covariate,  // another value than at the brood's first visit, which is the one that counts
 };
 
 /// What a text of a file is when it is shown: letters of all languages as they are, other bytes as their codes.

@@ -44,7 +44,10 @@ double FieldReader::Covariate(const DataLine& line, int m) {
 
 std::int16_t FieldReader::Count(const DataLine& line) {
   const std::int16_t count = Whole(line, record::Count);
-  if (count == Missing) Note(Oddity::Mark, line, record::Count, "no count");
+  if (count == Missing)
+    Note(Oddity::Mark, line, record::Count, "no count");
+  else if (count < 0)
+    Note(Oddity::Negative, line, record::Count, std::to_string(count));
   return count;
 }
 
@@ -55,13 +58,13 @@ double FieldReader::Age(const DataLine& line) {
 }
 
 void FieldReader::Note(Oddity kind, const DataLine& line, RecordField field, const std::string& readAs) {
-  if (notes_) report.oddities.Add(kind, [&] { return fmt::format("{}, read as {}", line.At(field), readAs); });
+  Note(kind, [&] { return fmt::format("{}, read as {}", line.At(field), readAs); });
 }
 
 void FieldReader::NoteDivision(const DataLine& line, int covariates) {
   if (!notes_) return;
   const std::string where = line.Misdivided(covariates);
-  if (!where.empty()) report.oddities.Add(Oddity::Separator, [&] { return where; });
+  if (!where.empty()) Note(Oddity::Separator, [&] { return where; });
 }
 
 }  // namespace merlane

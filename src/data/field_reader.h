@@ -23,6 +23,11 @@ class FieldReader {
 
   /// Notes that a field holds something odd that is read as told.
   void Note(Oddity kind, const DataLine& line, RecordField field, const std::string& readAs);
+  /// Notes what is odd beyond a field; `where` gives the words for it.
+  template <class Where>
+  void Note(Oddity kind, Where where) {
+    if (notes_) report.oddities.Add(kind, where);
+  }
   /// Notes a line that is not divided by commas where it should be.
   void NoteDivision(const DataLine& line, int covariates);
 

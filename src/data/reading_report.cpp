@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <set>
+#include <string_view>
 
 #include "base/number_text.h"
 #include "base/text.h"
@@ -29,18 +31,43 @@ std::string WhatOf(Oddity kind, int count) {
       return Counted(count, "number is empty and was read as 0", "numbers are empty and were read as 0");
     case Oddity::Mark:
       return Counted(count, "value is -999, which stands for no value", "values are -999, which stands for no value");
+    case Oddity::Heading:
+      return "the first line holds a visit where a heading belongs, and was not read";
+    case Oddity::Negative:
+      return Counted(count, "count is negative", "counts are negative");
+    case Oddity::Days:
+      return Counted(count, "visit is on no later day than the one before",
+                     "visits are on no later day than those before");
+    case Oddity::Apart:
+      return Counted(count, "code stands again behind other codes, as another brood",
+                     "codes stand again behind other codes, as other broods");
+    case Oddity::Gap:
+      return Counted(count, "visit stands apart from its brood's visit before, and nothing is fitted between them",
+                     "visits stand apart from their brood's visit before, and nothing is fitted between them") +
+             " (sort the file by year, code and day)";
+    case Oddity::Lost:
+      return Counted(count, "record was lost to another of its brood that stands apart",
+                     "records were lost to others of their brood that stand apart") +
+             " (sort the file by year, code and day)";
+    case Oddity::Alike:
+      return Counted(count, "code differs from another in case or blanks alone, and is another brood",
+                     "codes differ from others in case or blanks alone, and are other broods");
+    case Oddity::Covariate:
+      return Counted(count, "covariate is not as at the brood's first visit, which counts",
+                     "covariates are not as at the brood's first visit, which counts");
   }
   return "";
 }
 
 /// Records that passed, broods, years and codes.
 std::string Records(const BroodData& data) {
+  const std::set<std::string_view> codes(data.BroodCode.begin(), data.BroodCode.end());
   int clutches = 0, broods = 0;
   for (const int n : data.ClutchesInYear) clutches += n;
   for (const int n : data.JuvBroodsInYear) broods += n;
   return fmt::format("{} of {} with {}: {} with eggs, {} with juveniles",
                      Counted(data.TotalRecords, "record", "records"), Counted(data.Broods(), "brood", "broods"),
-                     Counted(data.DistinctCodes, "code", "codes"), clutches, broods);
+                     Counted(static_cast<int>(codes.size()), "code", "codes"), clutches, broods);
 }
 
 /// The years that have records, and how many broods each has.
@@ -60,7 +87,7 @@ std::string Years(const BroodData& data) {
 }
 
 std::string DaysAndCounts(const BroodData& data) {
-  int first = 0, last = 0, eggsUnknown = 0, juvenilesUnknown = 0;
+  int first = 0, last = 0, eggs = 0, juveniles = 0, eggsUnknown = 0, juvenilesUnknown = 0;
   bool any = false;
   for (std::size_t v = 0; v < data.VisitAge.size(); ++v) {
     if (!data.HasRecord(v)) continue;
@@ -68,11 +95,13 @@ std::string DaysAndCounts(const BroodData& data) {
     first = any ? std::min(first, day) : day;
     last = any ? std::max(last, day) : day;
     any = true;
-    if (data.VisitAge[v] == Missing) ++(data.VisitStage[v] == -1 ? eggsUnknown : juvenilesUnknown);
+    const bool ofEggs = data.VisitStage[v] == -1;
+    if (data.VisitAge[v] == Missing) ++(ofEggs ? eggsUnknown : juvenilesUnknown);
+    if (data.VisitCount[v] != Missing) (ofEggs ? eggs : juveniles) += data.VisitCount[v];
   }
   return fmt::format("Days {} to {}; counted: {}, {}; unknown ages: {} of eggs, {} of juveniles", first, last,
-                     Counted(data.EggTotal, "egg", "eggs"), Counted(data.JuvTotal, "juvenile", "juveniles"),
-                     eggsUnknown, juvenilesUnknown);
+                     Counted(eggs, "egg", "eggs"), Counted(juveniles, "juvenile", "juveniles"), eggsUnknown,
+                     juvenilesUnknown);
 }
 
 /// Which lines were passed over, and why.

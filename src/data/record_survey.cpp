@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -56,6 +58,7 @@ class Surveyor {
     DataLines lines(file_.bytes, file_.utf8);
     if (!lines.Next()) throw RuntimeFailure("the file is empty: there is no header line");
     CountCovariates(lines.Line());
+    CompareHeading(lines.Line());
     while (lines.Next()) Take(lines.Line());
     survey_.DistinctCodes = codes_.Count();
     return std::move(survey_);
@@ -72,6 +75,13 @@ class Surveyor {
   void CountCovariates(const DataLine& header) {
     int& covariates = fields_.report.CovariatesInHeader;
     while (covariates < record::MostCovariates && !header.IsBlank(record::Covariate(covariates + 1))) ++covariates;
+  }
+
+  /// A first line whose day, hatch day and count are numbers is a visit.
+  void CompareHeading(const DataLine& header) {
+    for (const RecordField field : {record::Date, record::HatchDay, record::Count})
+      if (header.IsBlank(field) || !header.Read(field).plain) return;
+    fields_.Note(Oddity::Heading, [&] { return header.At(record::Count); });
   }
 
   void Take(const DataLine& line) {
@@ -132,6 +142,7 @@ class Surveyor {
       if (++state.brood > MostOfEach) RefuseTooMany("broods observed (visited) in " + std::to_string(year), line);
       state.code = code;
       codes_.Add(code, y);
+      if (!file_.bootstrap) CompareCode(line, code, y);
     }
     if (visit_ > MostOfEach) RefuseTooMany("observations (visits) for a single brood", line);
     CountVisit(y, state.brood, line);
@@ -140,6 +151,26 @@ class Surveyor {
                                static_cast<std::uint32_t>(whole.size()), line.Number(), static_cast<std::uint16_t>(y),
                                static_cast<std::int16_t>(state.brood), static_cast<std::int16_t>(visit_)});
     ++visit_;
+  }
+
+  /// Whether the code that begins a brood stood in its year before, as it is or in another way of writing.
+  void CompareCode(const DataLine& line, std::string_view code, std::size_t y) {
+    const auto [known, isNew] = written_.try_emplace({y, Alike(code)}, code, line.Number());
+    if (isNew) return;
+    const auto& [before, where] = known->second;
+    fields_.Note(before == code ? Oddity::Apart : Oddity::Alike, [&, &before = before, &where = where] {
+      return fmt::format("{}, behind \"{}\" of line {}", line.At(record::Code), Shown(before), where);
+    });
+  }
+
+  /// What a code has in common with those that differ in case or blanks alone.
+  static std::string Alike(std::string_view code) {
+    std::string alike;
+    for (const char c : code)
+      if (c != ' ' && c != '\t') alike += 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    const std::string fixedBlank = "\xC2\xA0";
+    for (std::size_t at; (at = alike.find(fixedBlank)) != std::string::npos;) alike.erase(at, fixedBlank.size());
+    return alike;
   }
 
   /// A record without a code that opens its year belongs to no brood.
@@ -171,6 +202,8 @@ class Surveyor {
   Survey survey_;
   std::vector<YearState> years_;
   DistinctCodeCounter codes_;
+  // Where a code was written first, by year and what it has in common with others.
+  std::map<std::pair<std::size_t, std::string>, std::pair<std::string_view, int>> written_;
   std::int64_t places_ = 0;  // for visits, as far as they are known
   int visit_ = 1;            // number of the next visit; goes on across years when a file is not sorted
 };

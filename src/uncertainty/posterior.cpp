@@ -14,6 +14,10 @@
 namespace merlane {
 namespace {
 
+/// -ln of densities beyond which digits are lost: e^-708 is the smallest number that has them all, and curves have
+/// tails.
+constexpr double MostWithAllDigits = 700;
+
 class PosteriorRun {
  public:
   PosteriorRun(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state, Objective& objective,
@@ -41,6 +45,8 @@ class PosteriorRun {
     if (unevaluated_ > 0 && unevaluated_ == result_.NodeCounter) throw *firstUnevaluated_;
     if (unevaluated_ > 0) watch_.OnUnevaluated(unevaluated_, firstUnevaluated_->what());
     if (result_.Vanishes()) result_.points.IMin = 0;
+    result_.losesDigits = NFREE_ > 0 && result_.points.Count() > 0 && !result_.Vanishes() &&
+                          std::ranges::min(result_.points.ProfileF) > MostWithAllDigits;
     if (result_.bivariate) result_.bivariate->X = result_.points.ProfileX;  // of the points kept
     result_.points.Ascend();
     return std::move(result_);

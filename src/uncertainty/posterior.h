@@ -48,6 +48,7 @@ struct Posterior {
   std::optional<BivariateDensity> bivariate;  // with exactly one other free parameter; its X are not turned round, and
                                               // its peak is that of all nodes, also of points that are not kept
   double NodeCounter = 0;                     // function calls done
+  bool losesDigits = false;                   // sums over nodes are too small to have all theirs
 
   /// True when every point is VanishedF: there is no curve, and the points have no minimum.
   bool Vanishes() const;

@@ -8,6 +8,7 @@
 #include "base/at_end.h"
 #include "base/elementary.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
@@ -154,13 +155,24 @@ std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
   Progress progress(*this, setup);
   Posterior posterior = [&] {
     const auto interruptOffered = Meanwhile(p_.main.mnuBayesianInt.visible, true);
-    return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
-                                      p_.last.ReferenceF, progress);
+    const double reference = p_.last.ReferenceF;
+    try {
+      return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
+                                        p_.last.ReferenceF, progress);
+    } catch (const RuntimeFailure&) {
+      p_.last.ReferenceF = reference;  // that of a failed one serves nobody
+      throw;
+    }
   }();
   pinned.Restore();  // unlike a profile, which holds the parameter while its plots are open
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));
   p_.desk.host.windows.Beep();
-  if (posterior.points.Count() > 0 && posterior.Vanishes()) TellVanished();
+  if (posterior.points.Count() > 0 && posterior.Vanishes())
+    TellTooSmall(
+        "The posterior vanishes at all points: every likelihood is too small for a number, so there is no curve to be "
+        "drawn.");
+  if (posterior.losesDigits)
+    TellTooSmall("The likelihoods are so small that they have lost digits: do not trust this curve.");
   if (const std::optional<double> step = OfferOneSide(pinned, posterior.points)) return step;
   Keep(setup, posterior.points, std::move(posterior.bivariate));
   const bool interrupted = static_cast<int>(posterior.points.all.size()) < setup.ProfilePoints;
@@ -169,13 +181,12 @@ std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
   return std::nullopt;
 }
 
-void PosteriorDialogue::TellVanished() const {
-  p_.desk.Tell(
-      Words.title,
-      "The posterior vanishes at all points: every likelihood is too small for a number, so there is no curve "
-      "to be drawn.\r\nEvaluate a posterior with exactly one other free parameter first: it sets the reference "
-      "that makes the likelihoods larger, and later ones keep it.",
-      style::Exclamation);
+void PosteriorDialogue::TellTooSmall(const std::string& what) const {
+  p_.desk.Tell(Words.title,
+               what +
+                   "\r\nEvaluate a posterior with exactly one other free parameter first: it sets the reference that "
+                   "makes the likelihoods larger, and later ones keep it.",
+               style::Exclamation);
 }
 
 std::string PosteriorDialogue::Table(const ConfidenceSeries& series) const { return PosteriorTable(series); }

@@ -31,7 +31,7 @@ class PosteriorDialogue final : private EvaluationDialogue {
   /// Asks for the points on the axes of the other free parameters; none when the user quits.
   std::optional<std::int16_t> AskGridPoints();
   void SaveGrid(const BivariateDensity& density);
-  void TellVanished() const;
+  void TellTooSmall(const std::string& what) const;
 
   FrmBivarPlot& bivarPlot_;
 };

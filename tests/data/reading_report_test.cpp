@@ -45,6 +45,65 @@ TEST(ReadingReport, AFieldThatIsNoNumberIsToldWithWhatItWasReadAs) {
             "  line 2, columns 46 to 53: \"     12a\", read as 12\r\n");
 }
 
+TEST(ReadingReport, AVisitInPlaceOfTheHeadingIsTold) {
+  Reading r;
+  r.Of(Record(1995, "A", 160, 170, -10, 5) + Record(1995, "A", 165, 170, -5, 4));
+  EXPECT_THAT(r.report.oddities.Details(1),
+              HasSubstr("the first line holds a visit where a heading belongs, and was not read:\r\n  line 1, "));
+}
+
+TEST(ReadingReport, NegativeCountsAndMarksForDaysAreTold) {
+  EXPECT_EQ(Odd(Record(1995, "A", -999, -999, -10, -3)),
+            "2 values are -999, which stands for no value:\r\n"
+            "  line 2, columns 19 to 26: \"    -999\", read as a day\r\n"
+            "  line 2, columns 28 to 35: \"    -999\", read as a hatch day\r\n"
+            "1 count is negative:\r\n"
+            "  line 2, columns 46 to 53: \"      -3\", read as -3\r\n");
+}
+
+TEST(ReadingReport, ADayThatIsNotBehindTheOneBeforeIsTold) {
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "?", "5") + Record("1995", "A", "155", "170", "?", "5")),
+            "1 visit is on no later day than the one before:\r\n"
+            "  line 3, code \"       A\": day 155 behind 160 of line 2\r\n");
+}
+
+TEST(ReadingReport, ACodeThatStandsAgainOrDiffersInCaseOrBlanksAloneIsTold) {
+  const std::string told = Odd(Record(1995, "A 1", 160, 170, -10, 5) + Record(1995, "B", 160, 170, -10, 5) +
+                               Record(1995, "A 1", 165, 170, -5, 5) + Record(1995, "a1", 166, 170, -4, 5));
+  EXPECT_EQ(told,
+            "1 code stands again behind other codes, as another brood:\r\n"
+            "  line 4, columns 10 to 17: \"     A 1\", behind \"     A 1\" of line 2\r\n"
+            "1 code differs from another in case or blanks alone, and is another brood:\r\n"
+            "  line 5, columns 10 to 17: \"      a1\", behind \"     A 1\" of line 2\r\n");
+}
+
+TEST(ReadingReport, RecordsOfABroodThatStandApartAreTold) {
+  const std::string told = Odd(Record(1995, "A", 160, 170, -10, 5) + Record(1996, "A", 160, 170, -10, 5) +
+                                   Record(1996, "A", 162, 170, -8, 5) + Record(1995, "A", 165, 170, -5, 4),
+                               Reading(1995, 1996));
+  EXPECT_THAT(told, HasSubstr("1 visit stands apart from its brood's visit before, and nothing is fitted between them "
+                              "(sort the file by year, code and day):\r\n  line 5, "));
+}
+
+TEST(ReadingReport, ACovariateThatIsNotAsAtTheFirstVisitIsTold) {
+  const auto with = [](const std::string& covariate, int day, int age) {
+    return Record(1995, "A", day, 170, age, 5, {covariate});
+  };
+  EXPECT_EQ(Odd(with("0.5", 160, -10) + with(".50", 161, -9) + with("0,65", 162, -8) + with("7.5", 163, -7),
+                Reading(1995, 1995, 1)),
+            "2 covariates are not as at the brood's first visit, which counts:\r\n"
+            "  line 4, columns 55 to 66: \"        0,65\", and 0.5 at the first\r\n"
+            "  line 5, columns 55 to 66: \"         7.5\", and 0.5 at the first\r\n");
+}
+
+TEST(ReadingReport, CodesAreCountedOnceAndMarksAreNotSummed) {
+  Reading r;
+  r.Of(Header + "\n" + Record(1995, "A", 160, 170, -10, 5) + Record(1995, "B", 160, 170, -10, -999) +
+       Record(1995, "A", 165, 170, -5, 4));
+  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("3 records of 3 broods with 2 codes"));
+  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("counted: 9 eggs"));
+}
+
 TEST(ReadingReport, AQuestionMarkBehindAnythingButABlankOrAMinusIsTold) {
   EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "5?", "5")),
             "1 field is no number:\r\n"

@@ -176,6 +176,24 @@ TEST_F(BootstrapTest, FileThatAnotherProgramChangesIsNotWhatIsFitted) {
   }
 }
 
+TEST_F(BootstrapTest, OfADataFileThatHasChangedSinceItWasReadThereIsNone) {
+  const std::string text = ReadWholeFile(Golden("juveniles_only.dat"));
+  WriteWholeFile(folder / "own.data", text);
+  Initialize({.path = folder / "own.data"});
+  LoadAlg(Golden("juveniles_only.alg"));
+  OneFunction();
+  const BroodData before = program.model.data;
+  EXPECT_EQ(Run(1).endedEarly, "");
+  windows.messages.clear();
+  WriteWholeFile(folder / "own.data", text.substr(0, text.find('\n', text.size() / 2) + 1));
+  const BootstrapResults results = Run(3);
+  EXPECT_EQ(results.BootCount(), 0);
+  EXPECT_THAT(results.endedEarly, HasSubstr("the data file has changed since it was read"));
+  ASSERT_THAT(windows.messages, SizeIs(1));
+  EXPECT_EQ(windows.toldFailures, 1);
+  EXPECT_TRUE(program.model.data.HasSameRecords(before)) << "the fit keeps the data that it was made of";
+}
+
 TEST_F(BootstrapTest, FilesOfAnotherBootstrapAreToldOnceBeforeTheyAreReplaced) {
   Ready("spanning_random");
   windows.messages.clear();

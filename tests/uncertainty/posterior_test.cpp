@@ -122,6 +122,17 @@ TEST(Posterior, APointWhoseNodesAllUnderflowHasADensityOfZero) {
   EXPECT_EQ(MakeConfidenceSeries(points).ProfilePDF(1), 0);
 }
 
+TEST(Posterior, WhereTheLikelihoodsAreTooSmallToHaveAllDigitsItSaysSo) {
+  for (const double least : {690.0, 742.0}) {
+    FunctionRun run({0, 0, 0}, {1, 1, 1}, [=](Array1<double>& v) { return least + 0.1 * v(1) * v(1); });
+    Integrated p(run);
+    EXPECT_EQ(p.Integrate(1, {5, 3}).losesDigits, least > 700) << least;
+  }
+  FunctionRun alone({0}, {1}, [](Array1<double>& v) { return 742 + v(1) * v(1); });
+  Integrated p(alone);
+  EXPECT_FALSE(p.Integrate(1, {5, 3}).losesDigits) << "nothing is summed";
+}
+
 TEST(Posterior, WhenEverythingUnderflowsThereIsNoCurve) {
   FunctionRun run({0, 0, 0}, {1, 1, 1}, [](Array1<double>&) { return 800; });
   Integrated p(run);
