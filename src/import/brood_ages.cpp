@@ -29,6 +29,7 @@ void BroodAges::Settle(std::vector<VisitRecord>& visits) {
       return visit.code == begin->code && visit.year == begin->year;
     });
     ShareHatchDay(begin, end);
+    ShareCounted(begin, end);
     begin = end;
   }
   std::erase_if(visits, [this](VisitRecord& visit) { return !SettleAge(visit); });
@@ -50,6 +51,14 @@ void BroodAges::ShareHatchDay(Visits begin, Visits end) {
   }
 }
 
+void BroodAges::ShareCounted(Visits begin, Visits end) {
+  for (auto before = begin, visit = begin + 1; visit != end; before = visit++) {
+    if (visit->count > 0 || visit->counted != Stage::Untold) continue;
+    visit->counted = before->counted;
+    visit->countedUnder = before->countedUnder;
+  }
+}
+
 bool BroodAges::SettleAge(VisitRecord& visit) {
   if (!visit.age.empty()) return true;
   if (unknownAge_ == UnknownAge::LeftOut) {
@@ -57,9 +66,19 @@ bool BroodAges::SettleAge(VisitRecord& visit) {
     remarks_.NoteLeftOut(visit.line, "its age is not known");
     return false;
   }
-  ++unknown;
-  visit.age = unknownAge_ == UnknownAge::OfEggs ? "-?" : "?";
+  WriteUnknown(visit);
   return true;
+}
+
+void BroodAges::WriteUnknown(VisitRecord& visit) {
+  const bool chosenEggs = unknownAge_ == UnknownAge::OfEggs;
+  const bool ofEggs = visit.counted == Stage::Untold ? chosenEggs : visit.counted == Stage::Eggs;
+  ++(ofEggs ? unknownOfEggs : unknownOfYoung);
+  visit.age = ofEggs ? "-?" : "?";
+  if (ofEggs == chosenEggs) return;
+  remarks_.Count(visit.line, fmt::format("the age is not known, and the number is that of \"{}\": written as {} of "
+                                         "unknown age",
+                                         visit.countedUnder, ofEggs ? "eggs" : "young"));
 }
 
 }  // namespace merlane

@@ -17,17 +17,23 @@ class BroodAges {
  public:
   BroodAges(UnknownAge unknownAge, Remarks& remarks) : unknownAge_(unknownAge), remarks_(remarks) {}
 
-  int unknown = 0, leftOut = 0;  // visits whose age follows from nothing: written as such, or left out
+  // Visits whose age follows from nothing: written as such, or left out.
+  int unknownOfEggs = 0, unknownOfYoung = 0, leftOut = 0;
 
   /// Goes through sorted visits: a hatch day that only some rows of a brood tell is that of all its visits, from which
-  /// missing ages follow; for those that follow from nothing is done as was chosen.
+  /// missing ages follow. Those that follow from nothing are left out or unknown, as was chosen: unknown of eggs or of
+  /// young where the number tells which were counted, else of those that were chosen.
   void Settle(std::vector<VisitRecord>& visits);
 
  private:
   using Visits = std::vector<VisitRecord>::iterator;
   void ShareHatchDay(Visits begin, Visits end);
+  /// Where nothing was counted, in columns of eggs and of young, the brood was last what the visit before tells.
+  static void ShareCounted(Visits begin, Visits end);
   /// Whether the visit stays.
   bool SettleAge(VisitRecord& visit);
+  /// As one of eggs or of young; remarked where it is not the one that was chosen.
+  void WriteUnknown(VisitRecord& visit);
 
   const UnknownAge unknownAge_;
   Remarks& remarks_;

@@ -97,7 +97,9 @@ FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
   grdColumns.selectsRows = true;
   cmdCancel.offeredWhileBusy = true;
   grdColumns.toolTip = "Select a column to say what it is";
-  cboUnknownAge.toolTip = "What becomes of visits without a brood age whose hatch day is not known either";
+  cboUnknownAge.toolTip =
+      "What becomes of visits without a brood age whose hatch day is not known either; a number under a heading of "
+      "eggs or of young alone is of those";
   cmdDone.toolTip = "Write a data file in fixed columns beside the file, with which the analysis goes on";
   cmdChoices.toolTip = "Take the choices that were kept with another import, of last year for instance";
 
@@ -370,9 +372,11 @@ std::string FrmImport::ToLookAt(const Imported& imported) const {
                         OnOneLine(choices_.sheet), Listed(sheetsAlike_));
   if (kept_)
     for (const std::string& sentence : WhereKeptDiffer(*kept_, choices_, text_)) list += sentence + "\r\n";
-  if (imported.unknownAges > 0)
-    list += fmt::format("{} without a brood age or a hatch day: written as {}\r\n",
-                        Counted(imported.unknownAges, "visit"), NameOf(UnknownAgeNames(), choices_.unknownAge));
+  for (const auto& [visits, unknownAge] : {std::pair(imported.unknownOfEggs, UnknownAge::OfEggs),
+                                           std::pair(imported.unknownOfYoung, UnknownAge::OfJuveniles)})
+    if (visits > 0)
+      list += fmt::format("{} without a brood age or a hatch day: written as {}\r\n", Counted(visits, "visit"),
+                          NameOf(UnknownAgeNames(), unknownAge));
   for (const std::string& remark : imported.remarks) list += remark + "\r\n";
   const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
   return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;

@@ -131,7 +131,8 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
     before = &visit;
     AppendRecord(imported.text, visit);
   }
-  imported.unknownAges = ages.unknown;
+  imported.unknownOfEggs = ages.unknownOfEggs;
+  imported.unknownOfYoung = ages.unknownOfYoung;
   imported.leftOut += ages.leftOut;
   imported.records = static_cast<int>(visits.size());
   imported.covariates = static_cast<int>(std::ranges::count(choices.roles, Role::Covariate));

@@ -14,9 +14,9 @@ struct Imported {
   int rows = 0;      // behind the heading
   int records = 0, broods = 0, covariates = 0;
   int firstYear = 0, lastYear = 0;
-  int moved = 0;        // records that stand elsewhere than their rows did
-  int leftOut = 0;      // rows without a record
-  int unknownAges = 0;  // visits whose age is missing and follows from nothing
+  int moved = 0;                              // records that stand elsewhere than their rows did
+  int leftOut = 0;                            // rows without a record
+  int unknownOfEggs = 0, unknownOfYoung = 0;  // visits whose age is missing and follows from nothing
   /// What somebody should look at. First what concerns many rows, told once with their number: values that are missing,
   /// digits for which there is no room, dates that could be others, rows that are too short. Then, with its line, each
   /// row that was left out, two for one visit, counts that rise, ages that fall, codes that differ in case alone.

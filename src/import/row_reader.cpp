@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -145,6 +146,7 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   if (visit.code.empty()) throw LeftOut{"it has no code"};
   SetDays(fields, visit);
   visit.count = CountOf(fields, line);
+  SetCounted(fields, visit);
   CompareStage(fields, visit);
   visit.covariates = Covariates(fields, line);
   places_.Look(fields, visit, remarks_);
@@ -229,9 +231,29 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   }
   if (isMissing && sum == 0)
     remarks_.Count(line, "0 in one of the numbers, and another is missing: 0 was taken for both");
+  if (isMissing && sum > 0)
+    remarks_.Count(line, "of the columns that make the number, some are missing and were taken as none");
   if (!sum) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Count))};
   if (*sum >= MostOfInt16) throw LeftOut{fmt::format("its {} is {}", NameOf(Role::Count), *sum)};
   return *sum;
+}
+
+bool RowReader::Counts(const RowFields& fields, std::size_t column) const {
+  return NumberIn(fields.At(column), choices_.decimal) > 0.0;
+}
+
+void RowReader::SetCounted(const RowFields& fields, VisitRecord& visit) const {
+  std::vector<std::size_t> telling;
+  std::ranges::copy_if(columns_.Of(Role::Count), std::back_inserter(telling),
+                       [&](std::size_t column) { return Counts(fields, column); });
+  if (telling.empty()) telling = columns_.Of(Role::Count);
+  const auto allOf = [&](const std::vector<std::size_t>& kind) {
+    return std::ranges::all_of(telling, [&](std::size_t column) { return std::ranges::count(kind, column) > 0; });
+  };
+  const bool ofEggs = allOf(eggs_), ofYoung = allOf(young_);
+  if (ofEggs == ofYoung) return;  // a heading such as "Eggs or young" names both
+  visit.counted = ofEggs ? Stage::Eggs : Stage::Young;
+  visit.countedUnder = names_[telling.front()];
 }
 
 void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
@@ -242,8 +264,7 @@ void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) 
   if (age > 0) ++agesOfYoung_;
   if (eggs_.empty() || young_.empty()) return;
   const auto any = [&](const std::vector<std::size_t>& columns) {
-    return std::ranges::any_of(columns,
-                               [&](std::size_t column) { return NumberIn(fields.At(column), choices_.decimal) > 0.0; });
+    return std::ranges::any_of(columns, [&](std::size_t column) { return Counts(fields, column); });
   };
   if (age < 0 && any(young_)) remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
   if (age > LongestHatch && any(eggs_))

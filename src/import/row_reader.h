@@ -67,6 +67,13 @@ class RowReader {
   /// The number of a visit: what stands in all columns with counts.
   int CountOf(const RowFields& fields, int line) const;
 
+  /// Whether a column of numbers has one above 0.
+  bool Counts(const RowFields& fields, std::size_t column) const;
+
+  /// Whether eggs or young make the number of a visit: by the headings of the columns that count any, or of all columns
+  /// of numbers where none does.
+  void SetCounted(const RowFields& fields, VisitRecord& visit) const;
+
   /// Whether eggs and young, where each have a column of their own, are those of a brood of that age.
   void CompareStage(const RowFields& fields, const VisitRecord& visit);
 

@@ -5,6 +5,9 @@
 
 namespace merlane {
 
+/// What was counted at a visit, as far as the headings of the columns tell.
+enum class Stage { Untold, Eggs, Young };
+
 /// A visit as a record of a data file tells it.
 struct VisitRecord {
   int year = 0;
@@ -12,8 +15,10 @@ struct VisitRecord {
   int day = 0, hatchDay = 0;
   std::string age;  // a number, "?" or "-?"; empty as long as it is missing and follows from nothing
   int count = 0;
-  std::string covariates;  // their fields, each behind its comma
-  int line = 0;            // of the row that it comes from
+  Stage counted = Stage::Untold;
+  std::string countedUnder;  // the heading that tells it
+  std::string covariates;    // their fields, each behind its comma
+  int line = 0;              // of the row that it comes from
 
   bool AgeIsKnown() const { return age.back() != '?'; }
 };

@@ -91,7 +91,7 @@ TEST(ImportVisits, MissingAgesAreWhatWasChosen) {
   const std::string text = "Year,Code,Day,Age,Count\n1995,A,160,NA,4\n1995,B,161,-,3\n1995,C,162,1,3\n";
   ImportChoices choices = ProposedChoices(text);
   EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,      -?,       4\r\n"));
-  EXPECT_EQ(ImportRows(text, choices).unknownAges, 2);
+  EXPECT_EQ(ImportRows(text, choices).unknownOfEggs, 2);
   choices.unknownAge = UnknownAge::OfJuveniles;
   EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,     160,       0,       ?,       4\r\n"));
   choices.unknownAge = UnknownAge::LeftOut;
@@ -100,6 +100,60 @@ TEST(ImportVisits, MissingAgesAreWhatWasChosen) {
   EXPECT_EQ(imported.leftOut, 2);
   EXPECT_THAT(imported.remarks,
               ElementsAre("line 2: left out, its age is not known", "line 3: left out, its age is not known"));
+}
+
+TEST(ImportVisits, AVisitOfUnknownAgeIsOfWhatItsHeadingCounts) {
+  const std::string text = "Brood,Date,Chicks\nA,2023-05-30,5\nA,2023-06-10,0\n";
+  ImportChoices choices = ProposedChoices(text);
+  const std::string ofYoung = Header +
+                              "\r\n"
+                              "    2023,       A,     150,       0,       ?,       5\r\n"
+                              "    2023,       A,     161,       0,       ?,       0\r\n";
+  const Imported imported = ImportRows(text, choices);
+  EXPECT_EQ(imported.text, ofYoung);
+  EXPECT_THAT(imported.remarks, ElementsAre("2 rows, the first in line 2: the age is not known, and the number is that "
+                                            "of \"Chicks\": written as young of unknown age"));
+  choices.unknownAge = UnknownAge::OfJuveniles;
+  EXPECT_EQ(ImportRows(text, choices).text, ofYoung);
+  EXPECT_THAT(ImportRows(text, choices).remarks, IsEmpty()) << "it is what was chosen";
+  const std::string eggs = "Brood,Date,Eggs\nA,2023-05-30,5\n";
+  EXPECT_THAT(ImportRows(eggs, choices).text, HasSubstr("      -?,       5\r\n"));
+  EXPECT_THAT(
+      ImportRows(eggs, choices).remarks,
+      ElementsAre("line 2: the age is not known, and the number is that of \"Eggs\": written as eggs of unknown "
+                  "age"));
+}
+
+TEST(ImportVisits, OfEggsAndYoungInColumnsOfTheirOwnThoseThatAreThereTellWhatAVisitIsOf) {
+  const Imported imported = AsProposed(
+      "Nest,Date,Eggs,Young\nA,2023-05-30,5,0\nA,2023-06-10,0,4\nA,2023-06-12,,3\nA,2023-06-14,0,0\nB,2023-05-30,2,2\n"
+      "C,2023-05-30,0,0\n");
+  EXPECT_EQ(imported.text, Header +
+                               "\r\n"
+                               "    2023,       A,     150,       0,      -?,       5\r\n"
+                               "    2023,       A,     161,       0,       ?,       4\r\n"
+                               "    2023,       A,     163,       0,       ?,       3\r\n"
+                               "    2023,       A,     165,       0,       ?,       0\r\n"
+                               "    2023,       B,     150,       0,      -?,       4\r\n"
+                               "    2023,       C,     150,       0,      -?,       0\r\n");
+  EXPECT_THAT(imported.remarks, Contains("3 rows, the first in line 3: the age is not known, and the number is that of "
+                                         "\"Young\": written as young of unknown age"));
+}
+
+TEST(ImportVisits, AHeadingOfEggsAndYoungTellsNothingOfUnknownAges) {
+  const std::string text = "Brood,Date,Eggs or young\nA,2023-05-30,5\n";
+  ImportChoices choices = ProposedChoices(text);
+  EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("      -?,       5\r\n"));
+  choices.unknownAge = UnknownAge::OfJuveniles;
+  EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       ?,       5\r\n"));
+}
+
+TEST(ImportVisits, AMissingPartOfASumIsTold) {
+  const Imported imported = AsProposed(
+      "Year,Nest,Day,Age,Eggs,Young\n2023,A,150,-10,5,NA\n2023,A,162,2,NA,3\n2023,A,163,3,2,\n2023,B,150,-10,5,0\n");
+  EXPECT_EQ(imported.records, 4);
+  EXPECT_THAT(imported.remarks, Contains("2 rows, the first in line 2: of the columns that make the number, some are "
+                                         "missing and were taken as none"));
 }
 
 TEST(ImportVisits, ARowThatCannotBeUnderstoodIsLeftOutWithItsReason) {
@@ -264,7 +318,7 @@ TEST(ImportVisits, AMonthBeforePointsIsTold) {
 TEST(ImportVisits, AHatchDayOfZeroIsNone) {
   const Imported imported =
       AsProposed("Year,Code,DofY,HatchDay,BroodAge,EorJ\n2020,A,140,0,-999,4\n2020,A,144,0,-999,4\n");
-  EXPECT_EQ(imported.unknownAges, 2);
+  EXPECT_EQ(imported.unknownOfEggs, 2);
 }
 
 TEST(ImportVisits, ANestOfWhichNoNumberIsToldIsLeftOut) {

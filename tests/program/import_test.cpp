@@ -207,12 +207,12 @@ TEST(Import, GoesWithTheDescriptionThatIsCancelled) {
 
 TEST(Import, ThePreviewKeepsInStepWithEachChoice) {
   Importing t("preview");
-  t.Open(t.Table("lake.csv", "Nest;When;Eggs;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
+  t.Open(t.Table("lake.csv", "Nest;When;Count;Note\nA;1.2.2023;5;1,5\nB;2.3.2023;;2\n"));
   EXPECT_THAT(t.form.txtPreview.text,
               HasSubstr("Not yet: no column is the day of the year or the date, which a heading such as"));
   EXPECT_TRUE(t.form.txtPreview.wraps);
   EXPECT_FALSE(t.form.lblRemarks.visible) << "there are no records yet";
-  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("the heading was taken from line 1: \"Nest\", \"When\", \"Eggs\""));
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("the heading was taken from line 1: \"Nest\", \"When\", \"Count\""));
   EXPECT_EQ(t.form.cboRole.text, "code") << "the first column is selected";
   t.GiveRole(2, "date");
   EXPECT_FALSE(t.form.txtPreview.wraps);
@@ -282,6 +282,15 @@ TEST(Import, WhatIsToBeLookedAtCanBeLookedAtBeforeGoingOn) {
   t.windows.Yes("Import");
   t.Import();
   EXPECT_TRUE(std::filesystem::exists(t.folder / "lake.csv.dat"));
+}
+
+TEST(Import, VisitsWithoutAnAgeAreToldAsTheyAreWritten) {
+  Importing t("ages_of_young");
+  t.Open(t.Table("lake.csv", "Nest,Date,Eggs,Young\nA,2023-05-30,5,0\nA,2023-06-10,0,4\nA,2023-06-12,0,3\n"));
+  EXPECT_EQ(t.form.cboUnknownAge.text, "unknown age of eggs");
+  EXPECT_THAT(t.form.txtRemarks.text,
+              HasSubstr("1 visit without a brood age or a hatch day: written as unknown age of eggs\r\n"
+                        "2 visits without a brood age or a hatch day: written as unknown age of young\r\n"));
 }
 
 TEST(Import, VisitsWithoutAnAgeAreAskedAbout) {
