@@ -22,6 +22,14 @@ std::optional<DateOrder> OtherOrder(DateOrder order) {
   return std::nullopt;
 }
 
+/// Whether a date such as 2023-06-04 would be another one with its day for its month.
+bool HasDayThatCouldBeMonth(const std::string& text) {
+  constexpr std::size_t MonthAt = 5, DayAt = 8, Digits = 2;
+  if (text.size() < DayAt + Digits || text[MonthAt - 1] != '-' || text[DayAt - 1] != '-') return false;
+  const std::string month = text.substr(MonthAt, Digits), day = text.substr(DayAt, Digits);
+  return day <= "12" && day != month;
+}
+
 const std::string& NameOf(DateOrder order) { return DateOrderNames()[static_cast<std::size_t>(order)]; }
 
 }  // namespace
@@ -95,6 +103,10 @@ void RowFields::LookAtOtherOrder(const std::string& text, DayOfYear date) const 
   const bool hasPoints = text.find('.') != std::string::npos;
   if (!other || (hasPoints && choices_.dates == DateOrder::DayMonthYear)) return;  // as they mostly are
   const std::optional<DayOfYear> otherDate = DateIn(text, *other);
+  if (otherDate != date)
+    ++seen_.texts;
+  else if (HasDayThatCouldBeMonth(text) && seen_.mayBeExchanged++ == 0)
+    seen_.firstExchanged = row_.line;
   if (!otherDate) {
     seen_.clear = true;
   } else if (*otherDate != date && hasPoints) {

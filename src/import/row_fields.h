@@ -31,7 +31,9 @@ struct DatesSeen {
   std::string example;
   int monthBeforePoint = 0;  // would be other days where the day stands before the month, as with points it mostly does
   std::string exampleWithPoints;
-  int otherOrder = 0, firstOfOtherOrder = 0;  // dates in the other order only, and the line of the first
+  int otherOrder = 0, firstOfOtherOrder = 0;   // dates in the other order only, and the line of the first
+  int texts = 0;                               // whose day and month are told by their order
+  int mayBeExchanged = 0, firstExchanged = 0;  // dates that begin with their year, and the line of the first
 };
 
 /// The fields of one row by what they are. What cannot be understood is LeftOut.

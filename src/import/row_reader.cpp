@@ -97,6 +97,12 @@ void RowReader::RemarkDates() {
   if (dates_.monthBeforePoint > 0)
     remarks_.Say(fmt::format("{} dates between points, such as \"{}\", were taken as {}", dates_.monthBeforePoint,
                              dates_.exampleWithPoints, order));
+  // A spreadsheet of another country makes a date of 4/6/2023 with its day for its month, and leaves 13/6/2023 a text.
+  if (!choices_.sheet.empty() && dates_.texts > 0 && dates_.mayBeExchanged > 0)
+    remarks_.Say(
+        fmt::format("{} dates stand as texts, and {} are dates of the spreadsheet, the first in {} {}: day and "
+                    "month of those may have been exchanged",
+                    dates_.texts, dates_.mayBeExchanged, remarks_.Place(), dates_.firstExchanged));
   if (dates_.unclear > 0 && dates_.otherOrder > 0)
     remarks_.Say(fmt::format(
         "dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
