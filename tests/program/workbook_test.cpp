@@ -98,7 +98,7 @@ TEST_F(WorkbookTest, WhyThereWereNoDataIsToldUntilThereAreSome) {
   EXPECT_THAT(Status(), StartsWith("No data: "));
   Select(0);
   Read("lake.xls", "1");
-  EXPECT_EQ(Status(), "");
+  EXPECT_EQ(Status(), "Look at the data: 1 covariate is not as at the brood's first visit, which counts");
 }
 
 TEST_F(WorkbookTest, HeadingsNumbersAndUnknownAgesStandInTheirColumns) {
