@@ -584,7 +584,22 @@ TEST_F(PosteriorDialogueTest, FewerThanThreePointsGiveNoPlots) {
   ExpectBackAtMenu();
 }
 
+TEST_F(PosteriorDialogueTest, LikelihoodsThatHaveLostDigitsAreTold) {
+  run.function = [](Array1<double>& v) { return 1450 + 4 * (v(1) - 3) * (v(1) - 3); };
+  FreeThree();
+  AnswerSetup("1", "3", "3");
+  Edit();
+  SeePlots();
+  Choose(frmParEvals.cmdBP);
+  EXPECT_THAT(windows.messages,
+              Contains(testing::Field(
+                  &Message::text,
+                  testing::StartsWith("The likelihoods are so small that they have lost digits: do not trust"))));
+}
+
 TEST_F(PosteriorDialogueTest, ADensityThatOverflowsIsToldAndGivesTheParameterBack) {
+  evaluation.ReferenceF = 7;
+  evaluation.ReferenceReading = state.reading;
   run.function = [](Array1<double>& v) { return v(1) == 3 && v(2) == 1 ? 1e20 : 0.0; };
   AnswerSetup("1", "3", "3");
   Edit();
@@ -592,6 +607,7 @@ TEST_F(PosteriorDialogueTest, ADensityThatOverflowsIsToldAndGivesTheParameterBac
   Choose(frmParEvals.cmdBP);
   EXPECT_EQ(algorithm.Step(1), 0.25);
   EXPECT_FALSE(state.profile.IntegrationOn);
+  EXPECT_EQ(evaluation.ReferenceF, 7) << "that of a run that failed serves nobody";
 }
 
 TEST_F(PosteriorDialogueTest, TableIsSavedUnderItsOwnTexts) {
