@@ -29,7 +29,7 @@ class TableFiller {
     data_.MinDate = 366;
     data_.MaxDate = data_.MaxCount = data_.MinAge = 0;
     lineOf_.assign(data_.VisitAge.size(), 0);
-    firstVisit_.resize(static_cast<std::size_t>(data_.Broods()));
+    if (ComparesCovariates()) firstVisit_.resize(static_cast<std::size_t>(data_.Broods()));
     for (const SurveyedRecord& record : survey_.records)
       Store({file_.bytes.substr(record.begin, record.length), record.line, file_.utf8}, record);
     data_.TotalRecords = static_cast<std::int32_t>(survey_.records.size());
@@ -64,16 +64,19 @@ class TableFiller {
 
   /// A brood's covariates are those of its first visit; where another visit has others, that is noted.
   void StoreCovariates(const DataLine& line, std::size_t b, bool first) {
-    if (first) firstVisit_[b] = line;
+    if (first && ComparesCovariates()) firstVisit_[b] = line;
     for (int m = 1; m <= data_.NCov; ++m) {
       double& value = data_.CovariatesOf(static_cast<int>(b))[m - 1];
       const RecordField field = record::Covariate(m);
       if (first)
         value = fields_.Covariate(line, m);
-      else if (!file_.bootstrap && firstVisit_[b] && line.Text(field) != firstVisit_[b]->Text(field))
+      else if (ComparesCovariates() && firstVisit_[b] && line.Text(field) != firstVisit_[b]->Text(field))
         CompareCovariate(line, field, value);
     }
   }
+
+  /// The data of a bootstrap are the program's own.
+  bool ComparesCovariates() const { return data_.NCov > 0 && !file_.bootstrap; }
 
   void CompareCovariate(const DataLine& line, RecordField field, double value) {
     const DataLine::Reading reading = line.Read(field);
