@@ -17,6 +17,7 @@
 #include "import/import_visits.h"
 #include "platform/files.h"
 #include "platform/zip_archive.h"
+#include "support/new_workbook.h"
 
 namespace merlane {
 namespace {
@@ -121,7 +122,7 @@ TEST_F(Mutation, OfAWorkbookOfTheNewKindIsImportedOrRefused) {
 }
 
 /// The parts of a workbook, by name.
-using Parts = std::vector<std::pair<std::string, std::string>>;
+using test::Parts;
 
 Parts PartsOf(const std::string& path) {
   Parts parts;
@@ -137,15 +138,7 @@ Parts PartsOf(const std::string& path) {
 
 /// An archive of these parts, packed as it should be.
 std::string Packed(const Parts& parts, const std::string& path) {
-  std::filesystem::remove(path);
-  int error = 0;
-  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
-  for (const auto& [name, content] : parts) {
-    const zip_int64_t index =
-        zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-    EXPECT_EQ(zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0), 0);
-  }
-  EXPECT_EQ(zip_close(archive), 0);
+  test::WriteArchive(path, parts, ZIP_CM_STORE);
   const std::string bytes = ReadWholeFile(path);
   std::filesystem::remove(path);
   return bytes;

@@ -24,12 +24,29 @@ inline bool IsNumber(const std::string& field) {
   return !field.empty() && *end == '\0';
 }
 
+/// The names of an archive's parts, and what they hold.
+using Parts = std::vector<std::pair<std::string, std::string>>;
+
+/// Writes an archive of these parts, each packed by that method, soon and not small.
+inline void WriteArchive(const std::string& path, const Parts& parts, zip_int32_t method) {
+  constexpr zip_uint32_t Fastest = 1;
+  std::filesystem::remove(path);
+  int error = 0;
+  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
+  for (const auto& [name, content] : parts) {
+    const zip_int64_t index =
+        zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+    EXPECT_EQ(zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), method, Fastest), 0);
+  }
+  ASSERT_EQ(zip_close(archive), 0);
+}
+
 /// Writes a workbook of the new kind (.xlsx) as spreadsheets do.
 inline void WriteNewWorkbook(const std::string& path, const std::vector<Sheet>& sheets) {
   const std::string type = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
   std::string strings = "<sst>", workbook = "<w>";
   std::string relations = "<r><Relationship Id='s' Type='" + type + "sharedStrings' Target='sharedStrings.xml'/>";
-  std::vector<std::pair<std::string, std::string>> parts{
+  Parts parts{
       {"_rels/.rels", "<r><Relationship Id='a' Type='" + type + "officeDocument' Target='xl/workbook.xml'/></r>"}};
   int shared = 0, number = 0;
   for (const Sheet& sheet : sheets) {
@@ -57,15 +74,7 @@ inline void WriteNewWorkbook(const std::string& path, const std::vector<Sheet>& 
   parts.emplace_back("xl/workbook.xml", workbook + "</w>");
   parts.emplace_back("xl/_rels/workbook.xml.rels", relations + "</r>");
   parts.emplace_back("xl/sharedStrings.xml", strings + "</sst>");
-  std::filesystem::remove(path);
-  int error = 0;
-  zip_t* const archive = zip_open(path.c_str(), ZIP_CREATE, &error);
-  for (const auto& [name, content] : parts) {
-    const zip_int64_t index =
-        zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-    zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_DEFLATE, 1);  // soon, not small
-  }
-  ASSERT_EQ(zip_close(archive), 0);
+  WriteArchive(path, parts, ZIP_CM_DEFLATE);
 }
 
 }  // namespace merlane::test
