@@ -1,6 +1,6 @@
 // Files as they come out of broken disks and strange programs: each is imported or refused in words, at once, and what
-// is imported reads as a data file without a remark that the import has not made. MERLANE_MUTATIONS says how many of each
-// kind.
+// is imported reads as a data file without a remark that the import has not made. MERLANE_MUTATIONS says how many of
+// each kind.
 
 #include <gmock/gmock.h>
 #include <zip.h>
