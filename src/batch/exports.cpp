@@ -82,6 +82,7 @@ std::string FitJson(const Fit& fit) {
                       {"clutch_intervals", JsonOf(fit.clutchIntervals)},
                       {"brood_intervals", JsonOf(fit.broodIntervals)},
                       {"free_parameters", JsonOf(fit.freeParameters)}};
+  if (fit.ofOneCall) members.emplace_back("objective_of_one_call", JsonOf(*fit.ofOneCall));
   const auto& minimisation = fit.minimisation;
   const auto add = [&](const char* name, auto figure) {
     members.emplace_back(name, minimisation ? JsonOf((*minimisation).*figure) : JsonNull);

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "data/data_record_text.h"
 #include "data/record_layout.h"
+#include "model/parameter_layout.h"
 
 namespace merlane {
 namespace {
@@ -37,6 +38,14 @@ std::string ParameterLine(const BootstrapResults& r, std::size_t b) {
                      GrowingField(Format(r.BootDeviance[b], "0.0000"), Width);
   for (const double estimate : r.BootEstimates[b]) text += "," + GrowingField(Format(estimate, "0.000000E+00"), Width);
   return text + LineEnd;
+}
+
+/// Deviances of searches that move the ages between which visits are judged are not those of the estimates.
+std::string AgesNote(const BootstrapResults& r) {
+  const auto isAge = [](int p) { return p == parameter::LayAge || p == parameter::FledgeAge; };
+  if (std::ranges::none_of(r.parameters, isAge)) return {};
+  return "Note: an age at laying or fledging was free: visits that it left out on the way kept the prediction of an "
+         "earlier call, so that deviances are those of the searches and not those of one call at the estimates\r\n";
 }
 
 std::string EstimateField(double x) { return GrowingField(Format(x, "0.0000000  "), 14); }
@@ -98,7 +107,7 @@ std::string BootstrapSummary(const BootstrapResults& r) {
   if (r.BootFailureRejects > 0)
     text += "The number of bootstraps rejected due to a calculation that failed was " +
             Format(r.BootFailureRejects, "####0") + LineEnd;
-  return text;
+  return text + AgesNote(r);
 }
 
 std::string BootstrapParameterHeading(const BootstrapResults& r) {

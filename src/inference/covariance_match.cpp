@@ -12,18 +12,22 @@
 namespace merlane {
 namespace {
 
-/// Files keep eight digits of a value, and it may have been through two of them.
-constexpr double DigitsOfFiles = 1e-6;
-
-bool SameInFiles(double a, double b) {
-  return std::fabs(a - b) <= DigitsOfFiles * std::max(std::fabs(a), std::fabs(b));
+bool LiesWithin(const CovarianceFile::Bounds& bounds, double x) {
+  return (bounds.low <= x && x <= bounds.high) || SameInFiles(bounds.low, x) || SameInFiles(bounds.high, x);
 }
+
+std::string Shown(double negLnL) { return Format(negLnL, "####0.0000"); }
 
 std::string Numbers(const std::vector<int>& parameters) {
   return parameters.empty() ? "none" : fmt::format("{}", fmt::join(parameters, ", "));
 }
 
 }  // namespace
+
+bool SameInFiles(double a, double b) {
+  constexpr double Digits = 1e-6;
+  return std::fabs(a - b) <= Digits * std::max(std::fabs(a), std::fabs(b));
+}
 
 CovarianceFileShape ShapeOfCovarianceFile(std::string_view text) {
   constexpr std::size_t Heading = 4, Between = 15;
@@ -49,6 +53,11 @@ std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& mo
     if (!SameInFiles(file.values(i), model.Value(i)))
       return fmt::format("parameter {} is {} in it and {} in the model", i, Shortest(file.values(i)),
                          Shortest(model.Value(i)));
+  if (const auto negLnL = file.NegLnLAtValues(); negLnL && !LiesWithin(*negLnL, model.RankNegLnL))
+    return fmt::format(
+        "-ln[L] at its values was {}, that of the model is {}: it was calculated with other data, or with "
+        "other priors",
+        Shown((negLnL->low + negLnL->high) / 2), Shown(model.RankNegLnL));
   return "";
 }
 

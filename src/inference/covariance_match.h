@@ -17,9 +17,13 @@ struct CovarianceFileShape {
 /// The shape of a .cov file; no parameters in a text that is none.
 CovarianceFileShape ShapeOfCovarianceFile(std::string_view text);
 
+/// Whether two numbers can be the same one that has been through files: these keep eight digits, and it may have been
+/// through two of them.
+bool SameInFiles(double a, double b);
+
 /// In which respect a covariance file is not one of this model's present estimates: another set of estimated
-/// parameters, another constant, or a value that differs beyond the digits that files keep. Empty when it is one of
-/// them.
+/// parameters, another constant, a value that differs beyond the digits that files keep, or another -ln[L] there, as
+/// with other data. Empty when it is one of them.
 std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& model);
 
 }  // namespace merlane

@@ -116,11 +116,24 @@ void FrmRank::AddModel() {
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model, state_)) return;
   CountParameters(model, state_.algorithm);
+  model.fittedTo = fittedToOtherData();
   ranking_.Scale(model, state_.flags.ObjectiveConstant);
   ranking_.VoidWeights();
   table_.ShowNew(model);
   Unrank(Colour::LightRed);
   ScaleEarlierModels();
+  TellOfOtherData(ranking_.entered.back());
+}
+
+void FrmRank::TellOfOtherData(const Competitor& model) {
+  if (model.fittedTo.empty()) return;
+  desk.Tell(
+      "Estimates of other data",
+      fmt::format("The estimates of {} were fitted to other data, those of {}. Their -ln[L] with the present data "
+                  "is not a minimum, and their criterion cannot be compared with that of models that were fitted "
+                  "to these data.\r\n\r\nDelete the model, and minimize with the present data first.",
+                  model.RankAlgFile, model.fittedTo),
+      style::Exclamation);
 }
 
 void FrmRank::ScaleEarlierModels() {
@@ -199,6 +212,9 @@ std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
       return std::nullopt;
     }
     files.push_back(ReadCovarianceFile(text, NPAR, static_cast<int>(shape.counted.size())));
+    if (!model.fittedTo.empty())
+      strangers += fmt::format("The estimates of {} were fitted to other data, those of {}\r\n", model.RankAlgFile,
+                               model.fittedTo);
     const std::string difference = DifferenceFromModel(files.back(), model);
     if (!difference.empty())
       strangers +=

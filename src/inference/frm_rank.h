@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -40,6 +41,10 @@ class FrmRank : public Form {
   Label lblAverage{*this, "lblAverage", "Averaging results >"};
   Pane txtAverage{*this, "txtAverage"};
 
+  /// The file of the data to which the present estimates were fitted, when it is known that it was to other data than
+  /// the present ones; empty otherwise.
+  std::function<std::string()> fittedToOtherData = [] { return std::string(); };
+
   bool AveragedFlag = false;  // the pane holds averaging results
 
   const Ranking& Models() const { return ranking_; }
@@ -51,6 +56,8 @@ class FrmRank : public Form {
  private:
   void AddModel();
   void AskConstant();
+  /// Says so when a model's estimates were fitted to other data.
+  void TellOfOtherData(const Competitor& model);
   /// When another constant has been entered since they were added, brings all models to its scale, and says so.
   void ScaleEarlierModels();
   void SetCHat();

@@ -36,6 +36,7 @@ struct Competitor {
   double prior = 0;          // -ln of the prior densities there; 0 when no prior counts
   double constant = 0;       // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
   std::int32_t sampleSize = 0;
+  std::string fittedTo;  // the file of other data to which its estimates were fitted; empty as far as is known
 
   bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
 };

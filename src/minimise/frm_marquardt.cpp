@@ -192,7 +192,8 @@ void FrmMarquardt::Turn() { desk.Turn(); }
 
 void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progress) {
   lblFit.Show(WordsOfPresent("Marquardt minimization", objective_));
-  if (ending != MarquardtEnding::Minimum) rtbMarquardt.text += UnevaluatedLine(progress.unevaluated);
+  const std::string note = NoteOfNoMinimum(ending, progress);
+  if (ending != MarquardtEnding::Minimum) rtbMarquardt.text += UnevaluatedLine(progress.unevaluated) + note;
   switch (ending) {
     case MarquardtEnding::Minimum:
       cmdStop.enabled = false;
@@ -205,14 +206,15 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
       cmdStop.enabled = true;
       ClearPanels(2, 3);
       TellUnlessBootstrap("Marquart minimization stopped",
-                          "Maximum number of iterations reached or an interrupt was received", style::Information);
+                          "Maximum number of iterations reached or an interrupt was received", style::Information,
+                          note);
       break;
     case MarquardtEnding::FrustratedByTrials:
     case MarquardtEnding::FrustratedByLambda:
     case MarquardtEnding::FrustratedByVerifications:
       SetPanel(1, "");
       SetPanel(3, "");
-      TellUnlessBootstrap("Marquardt quits in frustration", FrustrationText, style::Information);
+      TellUnlessBootstrap("Marquardt quits in frustration", FrustrationText, style::Information, note);
       desk.Unload(*this);
       break;
     case MarquardtEnding::MatrixFailed:
@@ -233,10 +235,15 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
   desk.Turn();
 }
 
+std::string FrmMarquardt::NoteOfNoMinimum(MarquardtEnding ending, const MarquardtProgress& progress) const {
+  if (ending == MarquardtEnding::Minimum || state_.profile.ProfileOn) return "";
+  return CarriedOverNote(ReachedObjective(ending, progress), state_.algorithm.Value);
+}
+
 void FrmMarquardt::FinalReport(const MarquardtProgress& progress) {
   SetPanel(1, "");
   SetPanel(3, "");
-  const std::string note = PenaltyNote(progress.FBest);
+  const std::string note = PenaltyNote(progress.FBest);  // which is the objective of one call
   rtbMarquardt.text = WithDerivatives(MarquardtFinalPane(state_, progress) + note, progress);
   ShowDerivatives_ = false;
   if (state_.algorithm.FileFreq > 0) log_.Write(MarquardtFinalLog(state_, progress) + note);

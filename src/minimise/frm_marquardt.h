@@ -52,6 +52,8 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   MarquardtInterrupt AskInterrupt();
   void TerminalReport(const MarquardtProgress& progress);
   void FinalReport(const MarquardtProgress& progress);
+  /// What tells of a run that ended without a minimum that its objective is not that of one call at its values.
+  std::string NoteOfNoMinimum(MarquardtEnding ending, const MarquardtProgress& progress) const;
   /// Tells that row `row` of the matrix, of the free parameters, holds nothing but zeros.
   void TellMatrixFailure(int row);
   bool DerivativesWanted() const;

@@ -7,6 +7,7 @@
 #include "base/at_end.h"
 #include "base/number_text.h"
 #include "forms/desk.h"
+#include "minimise/evaluate_trial.h"
 #include "minimise/parameter_rows.h"
 #include "minimise/simplex_report.h"
 
@@ -89,7 +90,10 @@ void FrmSimplex::OnRestart(int Restarts, int parameter) {
 void FrmSimplex::OnMinimum(const SimplexState& simplex, const SimplexProgress& progress) {
   // A point of a profile is taken over by the profile, which goes on without a word.
   if (state_.profile.ProfileOn) return;
-  const std::string note = PenaltyNote(simplex.SimplexF(simplex.ILow));
+  const double minimum = simplex.SimplexF(simplex.ILow);
+  Array1<double> estimates = state_.algorithm.Value;
+  SetFree(estimates, simplex.Simplex(simplex.ILow), state_.free);
+  const std::string note = PenaltyNote(minimum) + CarriedOverNote(minimum, estimates);
   rtbSimplex.text = SimplexFinalPane(state_, simplex, progress) + note;
   if (state_.algorithm.FileFreq != 0) log_.Write(SimplexFinalLog(state_, simplex, progress) + note);
   TellUnlessBootstrap("Simplex minimum", "Minimum found using Simplex!", style::InformationCritical, note);
@@ -131,9 +135,15 @@ void FrmSimplex::AnnounceEnd() {
 void FrmSimplex::OnEnd(SimplexEnding ending, const SimplexProgress& progress) {
   ClearPanels(1, 4);
   lblFit.Show(WordsOfPresent("Simplex minimization", objective_));
-  if (ending != SimplexEnding::Minimum) rtbSimplex.text += UnevaluatedLine(progress.unevaluated);
+  if (ending != SimplexEnding::Minimum)
+    rtbSimplex.text += UnevaluatedLine(progress.unevaluated) + NoteOfNoMinimum(ending);
   // Not before the estimates stand in Value, which are what is reviewed.
   if (ending == SimplexEnding::Minimum && !state_.profile.ProfileOn) ReviewPriors();
+}
+
+std::string FrmSimplex::NoteOfNoMinimum(SimplexEnding ending) const {
+  if (ending == SimplexEnding::ZeroValue || state_.profile.ProfileOn) return "";
+  return CarriedOverNote(simplex_.SimplexF(simplex_.ILow), state_.algorithm.Value);
 }
 
 void FrmSimplex::OnUnload() {

@@ -44,6 +44,8 @@ class FrmSimplex : public MinimiserForm, private SimplexWatch {
 
   SimplexInterrupt AskInterrupt();
   void AnnounceEnd();
+  /// What tells of a run that ended without a minimum that its objective is not that of one call at its best vertex.
+  std::string NoteOfNoMinimum(SimplexEnding ending) const;
 
   Objective& objective_;
   SimplexState& simplex_;

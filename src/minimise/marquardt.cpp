@@ -308,10 +308,11 @@ class MarquardtRun {
     if (ending == MarquardtEnding::Minimum) now_.FBest = evaluator_.Evaluate(TrialParameters_, 1);
     now_.unevaluated = evaluator_.unevaluated;
     watch_.OnEnd(ending, now_);
-    const bool lastAccepted = ending == MarquardtEnding::Stopped || ending == MarquardtEnding::ZeroValue;
-    const double F = lastAccepted ? now_.FTrial : now_.FBest;
-    return {ending,           F,           now_.FBest,      now_.FTrial,     evaluator_.NF,
-            evaluator_.calls, axialCalls_, now_.Iterations, now_.VerifyCount};
+    return {ending,          ReachedObjective(ending, now_),
+            now_.FBest,      now_.FTrial,
+            evaluator_.NF,   evaluator_.calls,
+            axialCalls_,     now_.Iterations,
+            now_.VerifyCount};
   }
 
   RunState& state_;
@@ -360,6 +361,11 @@ const char* EndingText(MarquardtEnding ending) {
       return "analytical derivatives missing";
   }
   return "";
+}
+
+double ReachedObjective(MarquardtEnding ending, const MarquardtProgress& progress) {
+  const bool lastAccepted = ending == MarquardtEnding::Stopped || ending == MarquardtEnding::ZeroValue;
+  return lastAccepted ? progress.FTrial : progress.FBest;
 }
 
 MarquardtResult MinimiseMarquardt(RunState& state, Objective& objective, DerivativeMode mode, MarquardtWatch& watch) {

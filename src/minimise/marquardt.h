@@ -40,10 +40,13 @@ enum class MarquardtEnding {
 /// The ending as the export of a fit names it.
 const char* EndingText(MarquardtEnding ending);
 
+/// The objective at the point in Value when a run has ended so.
+double ReachedObjective(MarquardtEnding ending, const MarquardtProgress& progress);
+
 /// What a run came to.
 struct MarquardtResult {
   MarquardtEnding ending = MarquardtEnding::Minimum;
-  double F = 0;  // the objective at the point in Value
+  double F = 0;  // ReachedObjective
   double FBest = 0;
   double FTrial = 0;
   std::int32_t NF = 0;

@@ -4,7 +4,6 @@
 
 #include "base/number_text.h"
 #include "forms/desk.h"
-#include "minimise/parameter_rows.h"
 
 namespace merlane {
 
@@ -23,6 +22,10 @@ void MinimiserForm::TellUnlessBootstrap(const std::string& boxTitle, const std::
 
 std::string MinimiserForm::PenaltyNote(double minimum) const {
   return state_.flags.BootstrapMode ? "" : PenaltyLine(bestPenalty(), minimum);
+}
+
+std::string MinimiserForm::CarriedOverNote(double reached, const Array1<double>& values) const {
+  return state_.flags.BootstrapMode ? "" : CarriedOverLines(carriedOver(values), reached);
 }
 
 void MinimiserForm::ShowProfilePoint() {

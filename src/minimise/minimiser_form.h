@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "control/fit_label.h"
@@ -8,6 +9,7 @@
 #include "control/log_file.h"
 #include "control/run_state.h"
 #include "forms/form.h"
+#include "minimise/parameter_rows.h"
 #include "minimise/profile_run.h"
 
 namespace merlane {
@@ -29,6 +31,12 @@ class MinimiserForm : public Form {
   /// What of the lowest objective of a run is a penalty, as the model knows; asked at a minimum.
   std::function<double()> bestPenalty = [] { return 0.0; };
 
+  /// What one function call at these values (1..NPAR) gives, when the model has carried something over from call to
+  /// call of the last run and it may be another objective; none otherwise.
+  std::function<std::optional<CarriedOver>(const Array1<double>& values)> carriedOver = [](const Array1<double>&) {
+    return std::nullopt;
+  };
+
   FitLabel lblFit{*this};
 
  protected:
@@ -48,6 +56,9 @@ class MinimiserForm : public Form {
   /// What tells that this minimum is no fit but a penalty; empty for a fit, and in a bootstrap, which rejects such
   /// replicates itself.
   std::string PenaltyNote(double minimum) const;
+  /// What tells that the objective that a run has reached is not that of one call at these values; likewise empty in a
+  /// bootstrap.
+  std::string CarriedOverNote(double reached, const Array1<double>& values) const;
   /// Names, in panel 1, the point that the profile has come to.
   void ShowProfilePoint();
   /// Asks what an interrupt during a profile shall end, and tells the profile to end if the answer is all of it.

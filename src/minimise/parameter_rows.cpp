@@ -6,6 +6,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "minimise/evaluate_trial.h"
 
 namespace merlane {
 namespace {
@@ -52,6 +53,15 @@ std::string PenaltyLine(double penalty, double minimum) {
   if (!(penalty > 0) || penalty < minimum / 2) return "";
   return fmt::format("Note: {} of this minimum is a penalty: these values lie outside what the model can do\n",
                      Format(penalty, "0.0000000E+00"));
+}
+
+std::string CarriedOverLines(const std::optional<CarriedOver>& carried, double reached) {
+  const auto shown = [](double F) { return Format(F, "####0.000000"); };
+  if (!carried || shown(carried->calledOnce) == shown(reached)) return "";
+  const std::string once =
+      carried->calledOnce >= UnevaluatedF ? "cannot be evaluated" : "gives " + shown(carried->calledOnce);
+  return fmt::format("Note: {} is the objective of this search alone: one function call at these values {}\n{}",
+                     shown(reached), once, carried->why);
 }
 
 }  // namespace merlane

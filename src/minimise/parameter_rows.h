@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/array1.h"
@@ -24,5 +25,14 @@ std::string UnevaluatedLine(std::int32_t points);
 /// A line that tells that a minimum, of which `penalty` is one, is no fit, so that its values are not to be believed;
 /// empty for a fit.
 std::string PenaltyLine(double penalty, double minimum);
+
+/// What the objective of a search is called in question by.
+struct CarriedOver {
+  double calledOnce = 0;  // the objective of one function call at the same values; UnevaluatedF where there is none
+  std::string why;        // the model's words on where the difference comes from, and what to do; lines
+};
+/// Lines that tell that the objective of a search is not that of one function call at its values; empty where none of
+/// the digits that are shown differs.
+std::string CarriedOverLines(const std::optional<CarriedOver>& carried, double reached);
 
 }  // namespace merlane

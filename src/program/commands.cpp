@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -141,36 +140,6 @@ void Program::CloseTheThree() {
 
 bool Program::OneFunctionWasCalled() {
   return desk.Ask("Just checking", "Have you run '1 Function Call' as required?", style::YesNoQuestion) == Answer::Yes;
-}
-
-void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) {
-  const LikelihoodState& likelihood = model.Evaluated();
-  const auto free = std::ranges::count_if(state.algorithm.Step, [](double step) { return step != 0; });
-  fit = {.basis = objective.Present(),
-         .minimisation = std::move(minimisation),
-         .objective = reached,
-         .penalty = likelihood.Penalty,
-         .prior = state.flags.BayesOn ? priors.PriorTotal : 0,
-         .sampleSize = state.flags.SampleSize,
-         .eggsAtRisk = likelihood.EggsAtRisk,
-         .juvenilesAtRisk = likelihood.JuvsAtRisk,
-         .clutchIntervals = likelihood.survival.ClutchIntervals,
-         .broodIntervals = likelihood.survival.BroodIntervals,
-         .freeParameters = static_cast<std::int32_t>(free)};
-}
-
-BestTables Program::TablesAtFit() {
-  const BestTables& best = model.Evaluated().best;
-  if (!fit.basis || fit.basis->reading != state.reading || AllZero(fit.basis->Value)) return best;
-  if (fit.basis->priors.empty() && model.Evaluated().BestObjective == fit.objective) return best;
-  const auto values = Meanwhile(state.algorithm.Value, fit.basis->Value);
-  const auto steps = Meanwhile(state.algorithm.Step, fit.basis->Step);
-  Array1<double> Value = model.AsEvaluated(state.algorithm);
-  if (best.Value == Value) return best;
-  const auto sampleSize = Meanwhile(state.flags.SampleSize, state.flags.SampleSize);
-  const AtEnd putBack([this, kept = model.Keep()]() mutable { model.PutBack(std::move(kept)); });
-  objective.Call(Value, 1);
-  return model.Evaluated().best;
 }
 
 void Program::TellNothingToDo() {

@@ -133,6 +133,8 @@ void Program::WireForms() {
         frmReviewPriors.Open(PriorReview(model.AsEvaluated(estimates), state.flags.ObjectiveConstant, priors),
                              WordsOfPresent("Priors at the estimates", objective));
       };
+  frmSimplex.carriedOver =
+      frmMarquardt.carriedOver = [this](const Array1<double>& values) { return CarriedOverBy(values); };
   frmSimplex.bestPenalty = frmMarquardt.bestPenalty = [this] { return model.Evaluated().BestPenalty; };
   frmEditVS.saveAlg = [this] { algorithmCommands.Save_Alg(); };
   model.readData = [this](BroodData& data) { return readingDialogue.Read(data); };
@@ -148,6 +150,7 @@ void Program::WireForms() {
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
+  frmRank.fittedToOtherData = [this] { return fitsMade.OtherData(EvaluatedEstimates(), PresentData()); };
   log.onLost = [this](const std::string& text) { desk.TellFailure("Log file management", text, style::Exclamation); };
 }
 

@@ -26,6 +26,7 @@
 #include "data/reading_dialogue.h"
 #include "forms/desk.h"
 #include "import/frm_import.h"
+#include "inference/fits_made.h"
 #include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
 #include "minimise/frm_simplex.h"
@@ -133,6 +134,7 @@ class Program {
   PriorProfileDialogue priorProfileDialogue;
 
   FrmRank frmRank;
+  FitsMade fitsMade;
 
  private:
   void WireMenu();
@@ -187,6 +189,12 @@ class Program {
   void TellNothingToDo();
   /// Keeps the objective that has just been reached, and what is told of it.
   void KeepFit(double reached, std::optional<Minimisation> minimisation);
+  /// What one function call at these values gives where a search may have another objective: it moves the ages between
+  /// which visits are judged, and a visit beyond them counts with what an earlier call has left. None otherwise.
+  std::optional<CarriedOver> CarriedOverBy(const Array1<double>& values);
+  /// The estimates as an evaluation leaves them, and the data in the run.
+  AlgorithmData EvaluatedEstimates() const;
+  FitsMade::Data PresentData() const;
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
   void Recover(const Form& failed);
 

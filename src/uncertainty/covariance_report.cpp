@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <sstream>
 #include <utility>
 
 #include "base/arithmetic.h"
@@ -20,6 +22,8 @@ constexpr const char* F1 = "0.0000000E+00";
 constexpr const char* F2 = "#####0.0000000";
 constexpr const char* F3 = "#0.0000";
 constexpr const char* ConstantPrefix = "Covariance constant: ";
+constexpr const char* FactorsPrefix = "Factors:";
+constexpr const char* MeansPrefix = "   Mean:";
 
 using OfGrid = std::function<double(int g)>;
 
@@ -79,10 +83,10 @@ class Report {
     Line("                               Grid #1           Grid #2           Grid #3");
     Line();
     const auto factor = [&](int g) { return NumberField(c_.grid(g).GridFactor, F1, 13); };
-    Line("Factors:              1) " + factor(1) + "  2) " + factor(2) + "  3) " + factor(3));
+    Line(fmt::format("{}              1) {}  2) {}  3) {}", FactorsPrefix, factor(1), factor(2), factor(3)));
     Line();
     Line("Likelihood function value summary:");
-    Line("   Mean:            " + Fields([&](int g) { return Mean(g); }, F1, {18, 18, 18}));
+    Line(fmt::format("{}            {}", MeansPrefix, Fields([&](int g) { return Mean(g); }, F1, {18, 18, 18})));
     Line("   Std Dev:         " + Fields([&](int g) { return SD(g); }, F1, {18, 18, 18}));
     Line("   Coef of Var:     " + Fields([&](int g) { return CoefVar(g); }, F2, {18, 18, 18}));
     Line();
@@ -157,9 +161,34 @@ class Report {
   std::string text_;
 };
 
+/// The three figures of a line: those of its fields that are numbers throughout.
+std::vector<double> Figures(const std::string& line) {
+  std::vector<double> figures;
+  std::istringstream fields(line);
+  for (std::string field; fields >> field;)
+    if (field.find_first_not_of("0123456789.+-E") == std::string::npos) figures.push_back(LenientNumber(field));
+  return figures;
+}
+
 }  // namespace
 
 std::string CovarianceReport(const Covariances& c, const std::function<void()>& turn) { return Report(c).Build(turn); }
+
+std::optional<CovarianceFile::Bounds> CovarianceFile::NegLnLAtValues() const {
+  const auto smallest = std::ranges::min_element(grids, {}, [](const Grid& grid) { return std::fabs(grid.factor); });
+  if (smallest == grids.end()) return {};
+  const double f = std::fabs(smallest->factor), mean = smallest->mean;
+  if (f == 0) return Bounds{mean, mean};
+  std::optional<double> distance;
+  for (const Grid& grid : grids) {
+    const double further = std::fabs(grid.factor) / f - 1;
+    if (further <= 0) continue;
+    const double most = std::fabs(grid.mean - mean) / further;
+    distance = std::min(distance.value_or(most), most);
+  }
+  if (!distance) return {};
+  return Bounds{mean - *distance, mean + *distance};
+}
 
 std::vector<std::string> CovarianceFileLines(std::string_view text) {
   constexpr std::size_t NameLines = 2;
@@ -177,10 +206,18 @@ CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
     throw RuntimeFailure(
         fmt::format("a covariance file of {} parameters, {} of them estimated, has more lines", NPAR, rows));
   auto line = lines.begin() + Heading;
-  CovarianceFile file{Array1<double>(NPAR), Array1<CovarianceFile::Row>(rows)};
+  CovarianceFile file;
+  file.values.Dimension(NPAR);
+  file.rows.Dimension(rows);
   for (double& value : file.values) value = LenientNumber(NumberColumns(*line++, 7, 20));
-  for (int i = 0; i < Between; ++i, ++line)
+  std::vector<double> factors, means;
+  for (int i = 0; i < Between; ++i, ++line) {
     if (line->starts_with(ConstantPrefix)) file.constant = LenientNumber(line->substr(std::strlen(ConstantPrefix)));
+    if (line->starts_with(FactorsPrefix)) factors = Figures(*line);
+    if (line->starts_with(MeansPrefix)) means = Figures(*line);
+  }
+  for (std::size_t g = 0; g < std::min(factors.size(), means.size()); ++g)
+    if (means[g] != -1) file.grids.push_back({factors[g], means[g]});
   for (CovarianceFile::Row& row : file.rows) {
     row.parameter = ToInt16(LenientNumber(Columns(*line, 1, 3)));
     if (row.parameter < 1 || row.parameter > NPAR)

@@ -3,8 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/array1.h"
 #include "uncertainty/covariance.h"
@@ -27,6 +29,20 @@ struct CovarianceFile {
   Array1<double> values;  // estimates 1..NPAR
   Array1<Row> rows;       // of the parameters that have standard errors
   double constant = 0;    // that times the objective was -ln[likelihood]; 0 where the file does not tell
+  /// What the file tells of a grid: the factor of its steps, 0 for analytical derivatives, and the mean of
+  /// -ln[likelihood] over it. None of a grid that was abandoned, and where it does not tell.
+  struct Grid {
+    double factor = 0, mean = 0;
+  };
+  std::vector<Grid> grids;
+
+  /// Between which bounds -ln[likelihood] lay at the values, as far as the grids tell; none when they do not. It is
+  /// taken to move away from there at least as fast as the distance grows: its mean over a grid is then nearer than the
+  /// mean over a larger one, in the ratio of their factors at least.
+  struct Bounds {
+    double low = 0, high = 0;
+  };
+  std::optional<Bounds> NegLnLAtValues() const;
 };
 
 /// The lines of a .cov file from the last name under which it was saved on: a pane that is saved again has more on top.

@@ -88,5 +88,12 @@ TEST(Exports, AFitTellsHowItEnded) {
   EXPECT_EQ(read["ending"], "minimum");
 }
 
+TEST(Exports, AFitTellsAnObjectiveOfOneCallThatIsAnother) {
+  Fit fit;
+  fit.objective = 694.25;
+  fit.ofOneCall = 564.75;
+  EXPECT_EQ(nlohmann::json::parse(FitJson(fit))["objective_of_one_call"], 564.75);
+}
+
 }  // namespace
 }  // namespace merlane

@@ -114,6 +114,13 @@ TEST_F(BootstrapResultsTest, HeadsOfAnAgeOfFourDigitsAreWholeAndTheirColumnsAsWi
 
 // ---- The lines in the summary
 
+TEST_F(BootstrapResultsTest, AFreeAgeIsToldSinceDeviancesAreThenThoseOfSearches) {
+  Keep(99, 0.5);
+  EXPECT_THAT(BootstrapSummary(results), ::testing::Not(::testing::HasSubstr("an age at laying")));
+  results.parameters(2) = 10;
+  EXPECT_THAT(BootstrapSummary(results), ::testing::HasSubstr("\r\nNote: an age at laying or fledging was free: "));
+}
+
 TEST_F(BootstrapResultsTest, ZeroReplicatesPrintTheRejectionsAndNoMeaningfulMeans) {
   ++results.BootPenaltyRejects;
   ++results.BootPenaltyRejects;

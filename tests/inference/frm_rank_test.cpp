@@ -91,6 +91,16 @@ struct FrmRankTest : ::testing::Test {
       text += RightSet(std::to_string(i), 3) + field(error, 35) + field(errorOnGrid2, 18) + field(error, 18) + "\n";
     WriteWholeFile(folder + file, text);
   }
+  /// Lets a covariance file tell of its grids, with these three means.
+  void TellGrids(const std::string& file, const std::string& means) const {
+    std::string text = ReadWholeFile(folder + file);
+    const std::string::size_type between = text.find("\n\n", 10);
+    text.replace(
+        between + 1, 2,
+        "Factors:              1) 1.0000000E+00  2) 1.0000000E-01  3) 1.0000000E-02\n   Mean:                 " +
+            means + "\n");
+    WriteWholeFile(folder + file, text);
+  }
   /// Two models with covariance files, ranked.
   void RankTwo(double errorOnGrid2 = 0.5) {
     WriteCovariances("m1.cov", 99, 2, 1, 0.5, errorOnGrid2);
@@ -727,6 +737,49 @@ TEST_F(FrmRankTest, CovarianceFileOfAnotherConstantIsAskedAbout) {
   WriteWholeFile(folder + "m1.cov", text);
   desk.Press(form.cmdAverage);
   EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfOtherDataIsAveragedOnlyWhenTheUserWantsIt) {
+  RankTwo();
+  TellGrids("m1.cov", "1.2010000E+02     1.2000100E+02     1.2000001E+02");
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: -ln[L] at its values was 120.0000, that of the model is 99.0000: "
+            "it was calculated with other data, or with other priors\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
+  windows.Yes("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfTheSameDataIsAveragedWithoutAQuestion) {
+  RankTwo();
+  TellGrids("m1.cov", "1.0000000E+02     9.9010000E+01     9.9000100E+01");
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, EstimatesThatWereFittedToOtherDataAreToldWhereTheyAreAddedAndAskedAboutWhereTheyAreAveraged) {
+  WriteCovariances("m1.cov", 99, 2, 1, 0.5, 0.5);
+  WriteCovariances("m2.cov", 98, 2, 2, 0.5, 0.5);
+  form.fittedToOtherData = [] { return "elsewhere.dat"; };
+  Add("m1.alg", 99, 2, 1);
+  EXPECT_EQ(windows.messages.back().title, "Estimates of other data");
+  EXPECT_THAT(windows.LastText(),
+              HasSubstr("The estimates of m1.alg were fitted to other data, those of elsewhere.dat. "));
+  form.fittedToOtherData = [] { return ""; };
+  windows.messages.clear();
+  Add("m2.alg", 98, 2, 2);
+  EXPECT_THAT(windows.messages, IsEmpty());
+  desk.Press(form.cmdRank);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "The estimates of m1.alg were fitted to other data, those of elsewhere.dat\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
 }
 
 TEST_F(FrmRankTest, CovarianceFileThatWasSavedTwiceIsAveraged) {

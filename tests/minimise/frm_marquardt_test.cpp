@@ -143,6 +143,19 @@ TEST_F(FrmMarquardtTest, AMinimumIsToldAndReported) {
   EXPECT_THAT(text, testing::EndsWith("\r\n\r\n\r\nafter 2 iterations and 15 function calls\r\n\r\n"));
 }
 
+TEST_F(FrmMarquardtTest, AnObjectiveThatIsNotThatOfOneCallIsToldWhereARunIsStopped) {
+  Open({-1.2, 1}, Rosenbrock);
+  run->state.algorithm.Tolerance = 1e-10;
+  run->state.algorithm.MaxCalls = 1;
+  frmMarquardt->carriedOver = [](const Array1<double>&) { return CarriedOver{7.5, "      in the model's words\n"}; };
+  Choose(Answer::No, false);
+  Minimise();
+  ASSERT_EQ(result.ending, MarquardtEnding::Stopped);
+  const std::string note = "one function call at these values gives 7.500000\n      in the model's words\n";
+  EXPECT_THAT(frmMarquardt->rtbMarquardt.text, HasSubstr(note));
+  EXPECT_THAT(windows().messages.back().details, HasSubstr(note));
+}
+
 TEST_F(FrmMarquardtTest, AMinimumThatIsAPenaltyIsToldAsOne) {
   const std::string note =
       "Note: 4.0000000E+00 of this minimum is a penalty: these values lie outside what the model can do\n";

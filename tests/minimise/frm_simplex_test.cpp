@@ -11,6 +11,9 @@ namespace merlane::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 class FrmSimplexTest : public MinimiserForms {
@@ -37,6 +40,42 @@ TEST_F(FrmSimplexTest, LooksAsItIsDescribed) {
   EXPECT_EQ(frmSimplex->cmdStop.toolTip, "Click here to interrupt the current minimization");
   EXPECT_TRUE(frmSimplex->rtbSimplex.fixedPitch);
   EXPECT_TRUE(frmSimplex->rtbSimplexInitial.fixedPitch);
+}
+
+TEST_F(FrmSimplexTest, AnObjectiveThatIsNotThatOfOneCallIsToldAsOne) {
+  Open({0, 0}, Quadratic);
+  OpenLog();
+  Array1<double> asked;
+  frmSimplex->carriedOver = [&asked](const Array1<double>& values) {
+    asked = values;
+    return CarriedOver{7.5, "      in the model's words\n"};
+  };
+  Minimise();
+  const std::string note =
+      "is the objective of this search alone: one function call at these values gives 7.500000\n      in the model's "
+      "words\n";
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, HasSubstr(note));
+  EXPECT_THAT(windows().messages.back().details, HasSubstr(note));
+  EXPECT_THAT(LogText(), HasSubstr("function call at these values gives 7.500000"));
+  EXPECT_NEAR(asked(1), run->state.algorithm.Value(1), 1e-12) << "at the minimum, which does not yet stand in Value";
+}
+
+TEST_F(FrmSimplexTest, AnObjectiveThatIsNotThatOfOneCallIsToldAtTheLimitOfCallsToo) {
+  Open({0, 0}, Quadratic);
+  frmSimplex->carriedOver = [](const Array1<double>&) { return CarriedOver{UnevaluatedF, ""}; };
+  run->state.algorithm.MaxCalls = 5;
+  windows().No("Simplex minimization");
+  Minimise();
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, EndsWith("one function call at these values cannot be evaluated\n"));
+}
+
+TEST_F(FrmSimplexTest, AnObjectiveThatIsThatOfOneCallNeedsNoWord) {
+  Open({0, 0}, Quadratic);
+  frmSimplex->carriedOver = [this](const Array1<double>& values) {
+    return CarriedOver{Quadratic(values) + 1e-9, "in the model's words"};
+  };
+  Minimise();
+  EXPECT_THAT(frmSimplex->rtbSimplex.text, Not(HasSubstr("one function call")));
 }
 
 TEST_F(FrmSimplexTest, AMinimumThatIsAPenaltyIsToldAsOne) {

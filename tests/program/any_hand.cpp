@@ -61,8 +61,14 @@ Answer AnyHand::MsgBox(const Message& message) {
 }
 
 std::optional<std::string> AnyHand::AnyInput(const InputRequest& request) {
+  const auto asks = [&request](const char* part) { return request.prompt.find(part) != std::string::npos; };
   std::string answer = Pick<std::string>({request.defaultText, "0.05", "0.5", "1"});
-  if (Below(3) == 0) answer = Pick<std::string>({"", "2", "17", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
+  // Who evaluates parameters chooses free ones, and nobody here waits for many points or replicates.
+  if (asks("parameter number")) answer = Pick<std::string>({"17", "18"});
+  if (asks("# points")) answer = Pick<std::string>({"3", "5", "7"});
+  if (asks("How many parametric bootstraps")) answer = Pick<std::string>({"1", "2"});
+  if (Below(asks("parametric bootstraps") ? 9 : 3) == 0)
+    answer = Pick<std::string>({"", "2", "17", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
   return answer;
 }
 
@@ -115,6 +121,11 @@ int AnyHand::Liking(const Form& form, const Control& control) {
                                             [&](const char* beginning) { return control.name.starts_with(beginning); });
   if ((form.name == "frmMain" || arranges) && Below(8) != 0) return 0;
   if (form.name == "frmMenu" && std::ranges::count(favourites_, control.name) > 0) return 20;
+  // What comes at the end of several steps, or is one of them, would be reached seldom.
+  static constexpr std::array leadsOn = {"frmParEvals.cmdML",  "frmParEvals.cmdBP",   "frmAlgo.cmdFinish",
+                                         "frmRank.cmdAICc",    "frmRank.cmdLoadAlg",  "frmRank.cmdRank",
+                                         "frmRank.cmdAverage", "frmDistPlot.cmdDone", "frmSummary.cmdBootstrap"};
+  if (std::ranges::count(leadsOn, form.name + "." + control.name) > 0) return 12;
   const bool commands = dynamic_cast<const Button*>(&control) != nullptr || control.name == "mnuFinished";
   return commands ? 3 : 1;
 }

@@ -71,15 +71,16 @@ std::optional<Whereabouts> Whereabouts::Of(const Program& program) {
 
 std::optional<Reply> RepeatingWindows::Next(const std::string& question) {
   asked.push_back(question);
-  if (replies.empty()) return std::nullopt;
-  const Reply reply = replies.front();
-  replies.pop_front();
+  const auto found = std::ranges::find(replies, question, &Reply::question);
+  if (found == replies.end()) return std::nullopt;
+  const Reply reply = *found;
+  replies.erase(replies.begin(), found + 1);
   return reply;
 }
 
 Answer RepeatingWindows::MsgBox(const Message& message) {
   const std::optional<Reply> reply = Next(message.title + ": " + message.text);
-  return reply ? reply->button : (message.style & 15) == 0 ? Answer::Ok : Answer::No;
+  return reply ? reply->button : (message.style & 15) == 0 ? Answer::Ok : otherwise;
 }
 
 std::optional<std::string> RepeatingWindows::InputBox(const InputRequest& request) {
@@ -92,9 +93,10 @@ std::optional<std::string> RepeatingWindows::AskFile(const FileRequest& request)
   return reply ? reply->text : std::nullopt;
 }
 
-void RepeatingWindows::Wait() { throw EndProgram{}; }
+void RepeatingWindows::Wait() { onWait(); }
 
-FreshProgram::FreshProgram(const Whereabouts& there) {
+FreshProgram::FreshProgram(const Whereabouts& there) : seed_(there.randomSeed), stream_(there.randomStream) {
+  program.model.cores = program.parametricBootstrap.cores = 1;
   program.Start();
   program.desk.Press(program.frmMenu.cmdInitialize);
   FrmInitialize& form = program.frmInitialize;
@@ -113,9 +115,13 @@ FreshProgram::FreshProgram(const Whereabouts& there) {
   state.flags.PriorsKnownAs = there.PriorsKnownAs;
   state.flags.BayesOn = there.BayesOn;
   state.flags.ObjectiveConstant = there.ObjectiveConstant;
-  random_.SetSeed(there.randomSeed);
-  random_.Skip(static_cast<int>(there.randomStream));
+  RewindRandomNumbers();
   windows.asked.clear();
+}
+
+void FreshProgram::RewindRandomNumbers() {
+  random_.SetSeed(seed_);
+  random_.Skip(static_cast<int>(stream_));
 }
 
 }  // namespace merlane::test

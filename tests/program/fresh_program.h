@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,11 +47,15 @@ struct Whereabouts {
   static std::optional<Whereabouts> Of(const Program& program);
 };
 
-/// Windows in which the replies of somebody else are given once more; without a reply nothing is chosen.
+/// Windows in which the replies of somebody else are given once more, each to its question; without a reply nothing is
+/// chosen.
 class RepeatingWindows : public WindowSystem {
  public:
   std::deque<Reply> replies;       // to come
   std::vector<std::string> asked;  // the questions that have been asked
+  Answer otherwise = Answer::No;   // to a question without a reply, where there is a choice
+  /// What is done where a command waits; by default the program ends.
+  std::function<void()> onWait = [] { throw EndProgram{}; };
 
   Answer MsgBox(const Message& message) override;
   std::optional<std::string> InputBox(const InputRequest& request) override;
@@ -75,9 +80,13 @@ class FreshProgram {
 
   RepeatingWindows windows;
 
+  /// The random numbers go on from where they stood at the beginning.
+  void RewindRandomNumbers();
+
  private:
   FixedClock clock_;
   RandomStreams random_{clock_};
+  const std::uint64_t seed_, stream_;
   NoWorkbooks workbooks_;
 
  public:

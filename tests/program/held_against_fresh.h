@@ -2,29 +2,21 @@
 
 #include <array>
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "program/fresh_program.h"
+#include "program/held_long_commands.h"
 
 namespace merlane::test {
-
-/// What somebody did at the windows in one step.
-struct Doing {
-  std::string control;          // FORM.CONTROL; empty when no control was used
-  std::vector<Reply> replies;   // to what was asked meanwhile
-  bool anythingBeside = false;  // other controls were used while the first was at work
-  bool failed = false;          // the command ended in a failure
-};
 
 /// Holds what the windows of a program tell, step by step, against a fresh program in the same place: what was done
 /// before must not matter. Differences fail the test.
 class HeldAgainstFresh {
  public:
   /// To evaluate at each step fills tables that the model owes otherwise, so that some walks are better gone without.
-  HeldAgainstFresh(Program& walked, bool evaluates) : walked_(walked), evaluates_(evaluates) {}
+  HeldAgainstFresh(Program& walked, bool evaluates, Tally& tally)
+      : walked_(walked), evaluates_(evaluates), tally_(tally), longCommands_(walked, tally) {}
 
   void Before();
   void Behind(const Doing& step);
@@ -51,6 +43,8 @@ class HeldAgainstFresh {
 
   Program& walked_;
   const bool evaluates_;
+  Tally& tally_;
+  HeldLongCommands longCommands_;
   std::optional<Whereabouts> before_;
   std::string summaryBefore_;  // what its pane showed
   struct Read {

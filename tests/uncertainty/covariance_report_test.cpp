@@ -233,6 +233,20 @@ TEST_F(ReportTest, ReadsBackWhatItWrote) {
   EXPECT_THAT(file.rows(2).standardErrors, ElementsAre(0.5, -1, 1.5));
 }
 
+TEST_F(ReportTest, TheObjectiveAtTheValuesIsBoundedByTheMeansOfTheGrids) {
+  CovarianceFile file;
+  EXPECT_EQ(file.NegLnLAtValues(), std::nullopt) << "nothing is told";
+  file.grids = {{0.01, 100.01}};
+  EXPECT_EQ(file.NegLnLAtValues(), std::nullopt) << "one grid does not tell how far away it is";
+  file.grids = {{1, 200}, {0.1, 101}, {0.01, 100.01}};
+  ASSERT_TRUE(file.NegLnLAtValues());
+  EXPECT_DOUBLE_EQ(file.NegLnLAtValues()->low, 100.01 - 0.99 / 9);
+  EXPECT_DOUBLE_EQ(file.NegLnLAtValues()->high, 100.01 + 0.99 / 9);
+  file.grids = {{0, 100}, {0, 100}, {0, 100}};
+  ASSERT_TRUE(file.NegLnLAtValues());
+  EXPECT_EQ(file.NegLnLAtValues()->low, 100) << "analytical derivatives are of the values themselves";
+}
+
 TEST_F(ReportTest, ThreeDigitExponentsReadBackRight) {
   c.CovBaseValue(2) = -2e-100;
   const std::string text = SavedUnder("three.cov") + CovarianceReport(c);
@@ -298,6 +312,11 @@ TEST_P(KeptReport, IsReadBack) {
   const CovarianceFile file = ReadCovarianceFile(kept.report, c.CovBaseValue.Size(), c.CovCount);
   for (int i = 1; i <= c.CovBaseValue.Size(); ++i)
     EXPECT_NEAR(file.values(i), c.CovBaseValue(i), std::fabs(c.CovBaseValue(i)) * 5e-8);
+  const double negLnL = c.CovF0 / c.CovConstantInverse;
+  ASSERT_TRUE(file.NegLnLAtValues());
+  EXPECT_LE(file.NegLnLAtValues()->low, negLnL + 1e-5);
+  EXPECT_GE(file.NegLnLAtValues()->high, negLnL - 1e-5);
+  EXPECT_LT(file.NegLnLAtValues()->high - file.NegLnLAtValues()->low, 1);
   for (int a = 1; a <= c.CovCount; ++a) {
     EXPECT_EQ(file.rows(a).parameter, c.CovIndex(a));
     for (int g = 1; g <= 3; ++g) {

@@ -1,0 +1,54 @@
+#include "inference/fits_made.h"
+
+#include <gtest/gtest.h>
+
+#include "control/fuses.h"
+
+namespace merlane {
+namespace {
+
+struct FitsMadeTest : ::testing::Test {
+  const FitsMade::Data here{1, "here.dat"}, elsewhere{2, "elsewhere.dat"};
+  FitsMade fits;
+  AlgorithmData estimates;
+
+  FitsMadeTest() {
+    estimates.Value = {0.0123456789, 1.5};
+    estimates.Step = {0.1, 0};
+    estimates.Fuse = {Unfused, Unfused};
+  }
+};
+
+TEST_F(FitsMadeTest, EstimatesThatNobodyFittedHereAreOfUnknownData) { EXPECT_EQ(fits.OtherData(estimates, here), ""); }
+
+TEST_F(FitsMadeTest, EstimatesOfOtherDataAreKnownAgainByTheirDigitsInFiles) {
+  fits.Keep(estimates, elsewhere);
+  estimates.Value(1) = 0.012345679;
+  EXPECT_EQ(fits.OtherData(estimates, here), "elsewhere.dat");
+  EXPECT_EQ(fits.OtherData(estimates, elsewhere), "");
+}
+
+TEST_F(FitsMadeTest, EstimatesThatWereFittedToBothAreOfThese) {
+  fits.Keep(estimates, here);
+  fits.Keep(estimates, elsewhere);
+  EXPECT_EQ(fits.OtherData(estimates, here), "");
+}
+
+TEST_F(FitsMadeTest, OtherValuesFreeParametersOrFusesAreOtherEstimates) {
+  fits.Keep(estimates, elsewhere);
+  AlgorithmData other = estimates;
+  other.Value(2) = 1.6;
+  EXPECT_EQ(fits.OtherData(other, here), "");
+  other = estimates;
+  other.Step(2) = 0.1;
+  EXPECT_EQ(fits.OtherData(other, here), "");
+  other = estimates;
+  other.Fuse = {"A", "A"};
+  EXPECT_EQ(fits.OtherData(other, here), "");
+  other = estimates;
+  other.Step(1) = 0.2;
+  EXPECT_EQ(fits.OtherData(other, here), "elsewhere.dat") << "another step leads nowhere else";
+}
+
+}  // namespace
+}  // namespace merlane
