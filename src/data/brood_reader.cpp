@@ -13,6 +13,7 @@
 #include "base/text.h"
 #include "base/utf8.h"
 #include "data/record_survey.h"
+#include "data/visit_comparison.h"
 
 namespace merlane {
 namespace {
@@ -21,20 +22,20 @@ namespace {
 class TableFiller {
  public:
   TableFiller(const DataText& file, const Survey& survey, BroodData& data, const MessageSink& tell, FieldReader& fields)
-      : file_(file), survey_(survey), data_(data), tell_(tell), fields_(fields) {}
+      : file_(file), survey_(survey), data_(data), tell_(tell), fields_(fields) {
+    if (!file.bootstrap) comparison_.emplace(data, fields);  // whose data are the program's own
+  }
 
   void Fill() {
     ReadCovariateNames();
     data_.EggTotal = data_.JuvTotal = 0;
     data_.MinDate = 366;
     data_.MaxDate = data_.MaxCount = data_.MinAge = 0;
-    lineOf_.assign(data_.VisitAge.size(), 0);
-    if (ComparesCovariates()) firstVisit_.resize(static_cast<std::size_t>(data_.Broods()));
     for (const SurveyedRecord& record : survey_.records)
       Store({file_.bytes.substr(record.begin, record.length), record.line, file_.utf8}, record);
     data_.TotalRecords = static_cast<std::int32_t>(survey_.records.size());
     data_.CodesAreUtf8 = std::ranges::all_of(data_.BroodCode, IsUtf8);
-    if (!file_.bootstrap) TestOrder();
+    if (comparison_) comparison_->TestOrder();
     CountStages();
   }
 
@@ -49,9 +50,6 @@ class TableFiller {
     if (record.brood == 0) line.Refuse(record::Code, "is no code: the line ends before it");
     const auto b = static_cast<std::size_t>(data_.FirstBrood[record.year] + record.brood - 1);
     const auto v = static_cast<std::size_t>(data_.FirstVisit[b] + record.visit - 1);
-    if (lineOf_[v] != 0)
-      fields_.Note(Oddity::Lost, [&] { return fmt::format("line {}, by line {}", lineOf_[v], line.Number()); });
-    lineOf_[v] = line.Number();
     if (record.visit == 1) data_.BroodCode[b] = line.Text(record::Code);
     data_.VisitYear[v] = static_cast<std::int16_t>(data_.YearAt(record.year));
     StoreDate(line, v);
@@ -59,30 +57,9 @@ class TableFiller {
     if (data_.HatchDate[b] == Missing) fields_.Note(Oddity::Mark, line, record::HatchDay, "a hatch day");
     StoreAge(line, b, v);
     StoreCount(line, v);
-    StoreCovariates(line, b, record.visit == 1);
-  }
-
-  /// A brood's covariates are those of its first visit; where another visit has others, that is noted.
-  void StoreCovariates(const DataLine& line, std::size_t b, bool first) {
-    if (first && ComparesCovariates()) firstVisit_[b] = line;
-    for (int m = 1; m <= data_.NCov; ++m) {
-      double& value = data_.CovariatesOf(static_cast<int>(b))[m - 1];
-      const RecordField field = record::Covariate(m);
-      if (first)
-        value = fields_.Covariate(line, m);
-      else if (ComparesCovariates() && firstVisit_[b] && line.Text(field) != firstVisit_[b]->Text(field))
-        CompareCovariate(line, field, value);
-    }
-  }
-
-  /// The data of a bootstrap are the program's own.
-  bool ComparesCovariates() const { return data_.NCov > 0 && !file_.bootstrap; }
-
-  void CompareCovariate(const DataLine& line, RecordField field, double value) {
-    const DataLine::Reading reading = line.Read(field);
-    if (!reading.plain || reading.value != value)
-      fields_.Note(Oddity::Covariate,
-                   [&] { return fmt::format("{}, and {} at the first", line.At(field), Shortest(value)); });
+    if (record.visit == 1)
+      for (int m = 1; m <= data_.NCov; ++m) data_.CovariatesOf(static_cast<int>(b))[m - 1] = fields_.Covariate(line, m);
+    if (comparison_) comparison_->Take(line, b, v);
   }
 
   /// What is derived from a field, which fails with the field's place when it is beyond its range.
@@ -148,52 +125,6 @@ class TableFiller {
     });
   }
 
-  /// Counts never rise and ages always do, from each visit of a brood to the next.
-  void TestOrder() {
-    for (int b = 0; b < data_.Broods(); ++b) {
-      const auto first = static_cast<std::size_t>(data_.FirstVisit[static_cast<std::size_t>(b)]);
-      const int visits = data_.VisitsOf[static_cast<std::size_t>(b)];
-      for (int j = 2; j <= visits; ++j) TestOrder(b, j, first + static_cast<std::size_t>(j) - 1);
-    }
-  }
-
-  void TestOrder(int b, int j, std::size_t v) {
-    CompareDays(b, v);
-    const int before = data_.VisitCount[v - 1], count = data_.VisitCount[v];
-    if (before == Missing || count == Missing) return;
-    const auto refuse = [&](const char* what, const std::string& values) {
-      const std::string& code = data_.BroodCode[static_cast<std::size_t>(b)];
-      RefuseData(fmt::format("{} was encountered at visit #{} of brood #{} in year {}", what, j, data_.BroodNumber(b),
-                             data_.BroodYear[static_cast<std::size_t>(b)]),
-                 fmt::format("line {}, code \"{}\": {}", lineOf_[v], Shown(code), values));
-    };
-    if (count > before)
-      refuse("An increase in clutch or brood size",
-             fmt::format("{} behind {} of line {}", count, before, lineOf_[v - 1]));
-    const double ageBefore = data_.VisitAge[v - 1], age = data_.VisitAge[v];
-    if (ageBefore != Missing && age != Missing && age <= ageBefore)
-      refuse("An non-increase in brood age",
-             fmt::format("age {} behind {} of line {}", Shortest(age), Shortest(ageBefore), lineOf_[v - 1]));
-  }
-
-  /// A visit stands behind the one before it, and is on a later day. Where ages are unknown, time is measured by these
-  /// days alone.
-  void CompareDays(int b, std::size_t v) {
-    if (!data_.HasRecord(v)) return;
-    if (!data_.HasRecord(v - 1)) {
-      fields_.Note(Oddity::Gap, [&] {
-        return fmt::format("line {}, code \"{}\"", lineOf_[v], Shown(data_.BroodCode[static_cast<std::size_t>(b)]));
-      });
-      return;
-    }
-    if (data_.VisitDate[v] > data_.VisitDate[v - 1]) return;
-    fields_.Note(Oddity::Days, [&] {
-      return fmt::format("line {}, code \"{}\": day {} behind {} of line {}", lineOf_[v],
-                         Shown(data_.BroodCode[static_cast<std::size_t>(b)]), data_.VisitDate[v],
-                         data_.VisitDate[v - 1], lineOf_[v - 1]);
-    });
-  }
-
   void CountStages() {
     for (std::size_t y = 0; y < data_.FirstBrood.size(); ++y)
       for (int b = data_.FirstBrood[y]; b < data_.FirstBrood[y] + data_.BroodsInYear[y]; ++b) {
@@ -209,8 +140,7 @@ class TableFiller {
   BroodData& data_;
   const MessageSink& tell_;
   FieldReader& fields_;
-  std::vector<int> lineOf_;                          // where in the file each visit stood
-  std::vector<std::optional<DataLine>> firstVisit_;  // of each brood, as far as it has been read
+  std::optional<VisitComparison> comparison_;
 };
 
 void TellNothingRead(const BroodData& data, const ReadingReport& report, const MessageSink& tell) {

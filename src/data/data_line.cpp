@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -82,6 +83,14 @@ std::string DataLine::Misdivided(int covariates) const {
                        n == fields ? "behind the last field" : "where a comma belongs");
   }
   return "";
+}
+
+std::string DataLine::Beyond(int covariates) const {
+  constexpr int EndOfLine = std::numeric_limits<int>::max();
+  const RecordField field{record::Field(record::FieldsBeforeCovariates + covariates).last + 2, EndOfLine};
+  const std::string_view found = Text(field);
+  if (found.find_first_not_of(" ,") == std::string_view::npos) return "";
+  return fmt::format("line {}, from column {} on: \"{}\"", number_, field.first, Shown(found));
 }
 
 std::string DataLine::At(RecordField field) const {

@@ -23,6 +23,8 @@ enum class Oddity {
   Lost,       // a record in whose place another of its brood has come, since they stand apart
   Alike,      // a code that differs from another in case or blanks alone
   Covariate,  // another value than at the brood's first visit, which is the one that counts
+  NoCode,     // blanks where a code belongs
+  Beyond,     // a field behind the last one that the heading names or that is read
 };
 
 /// What a text of a file is when it is shown: letters of all languages as they are, other bytes as their codes.
@@ -50,6 +52,8 @@ class DataLine {
 
   /// Where the line is not divided as one of `covariates` covariates is, in words; empty when it is.
   std::string Misdivided(int covariates) const;
+  /// What stands behind the field of the last of `covariates` covariates, and where; empty when nothing does.
+  std::string Beyond(int covariates) const;
 
   /// Where a field stands, and what stands there.
   std::string At(RecordField field) const;

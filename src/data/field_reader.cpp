@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -65,6 +67,12 @@ void FieldReader::NoteDivision(const DataLine& line, int covariates) {
   if (!notes_) return;
   const std::string where = line.Misdivided(covariates);
   if (!where.empty()) Note(Oddity::Separator, [&] { return where; });
+}
+
+void FieldReader::NoteBeyond(const DataLine& line, int covariates) {
+  if (!notes_) return;
+  const std::string where = line.Beyond(std::max(covariates, report.CovariatesInHeader));
+  if (!where.empty()) Note(Oddity::Beyond, [&] { return where; });
 }
 
 }  // namespace merlane

@@ -30,6 +30,8 @@ class FieldReader {
   }
   /// Notes a line that is not divided by commas where it should be.
   void NoteDivision(const DataLine& line, int covariates);
+  /// Notes what stands behind the covariates that are read and those that the heading names.
+  void NoteBeyond(const DataLine& line, int covariates);
 
   ReadingReport& report;
 

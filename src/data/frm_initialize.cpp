@@ -203,7 +203,8 @@ void FrmInitialize::LoadData() {
                                   "Original text and EXCEL data files (*.dat;*.xls)|*.dat;*.xls|"
                                   "Original text data files (*.dat)|*.dat|"
                                   "Original EXCEL data files (*.xls)|*.xls|"
-                                  "Simulated text data Files (*.sim)|*.sim",
+                                  "Simulated text data Files (*.sim)|*.sim|"
+                                  "Tables to import (*.csv;*.tsv;*.txt;*.xlsx;*.xls)|*.csv;*.tsv;*.txt;*.xlsx;*.xls",
                                   2, ""});
   if (!path) return;
   TakeDataFile(*path);

@@ -55,6 +55,11 @@ std::string WhatOf(Oddity kind, int count) {
     case Oddity::Covariate:
       return Counted(count, "covariate is not as at the brood's first visit, which counts",
                      "covariates are not as at the brood's first visit, which counts");
+    case Oddity::NoCode:
+      return Counted(count, "record has no code", "records have no code, and those behind each other are one brood");
+    case Oddity::Beyond:
+      return Counted(count, "line goes on behind its last field, and that was not read",
+                     "lines go on behind their last field, and that was not read");
   }
   return "";
 }

@@ -14,9 +14,6 @@
 namespace merlane {
 namespace {
 
-/// Most visits of a brood and most broods of a year that the program takes.
-constexpr int MostOfEach = 32000;
-
 /// Counts the codes that no earlier year had. The codes of a year behind one that is empty are not found.
 class DistinctCodeCounter {
  public:
@@ -92,6 +89,7 @@ class Surveyor {
       return;
     }
     fields_.NoteDivision(line, data_.NCov);
+    fields_.NoteBeyond(line, data_.NCov);
     if (LacksCovariate(line)) {
       ++report.skipped.covariate;
     } else if (IsCensored(line)) {
@@ -137,14 +135,17 @@ class Surveyor {
     const auto y = static_cast<std::size_t>(data_.YearIndex(year));
     YearState& state = years_[y];
     const std::string_view code = line.Text(record::Code);
+    if (!code.empty() && line.IsBlank(record::Code))
+      fields_.Note(Oddity::NoCode, [&] { return line.At(record::Code); });
     if (code != state.code) {
       visit_ = 1;
-      if (++state.brood > MostOfEach) RefuseTooMany("broods observed (visited) in " + std::to_string(year), line);
+      if (++state.brood > MostBroodsOfYear)
+        RefuseTooMany("broods observed (visited) in " + std::to_string(year), MostBroodsOfYear, line);
       state.code = code;
       codes_.Add(code, y);
       if (!file_.bootstrap) CompareCode(line, code, y);
     }
-    if (visit_ > MostOfEach) RefuseTooMany("observations (visits) for a single brood", line);
+    if (visit_ > MostVisitsOfBrood) RefuseTooMany("observations (visits) for a single brood", MostVisitsOfBrood, line);
     CountVisit(y, state.brood, line);
     const std::string_view whole = line.Whole();
     survey_.records.push_back({static_cast<std::size_t>(whole.data() - file_.bytes.data()),
@@ -188,8 +189,8 @@ class Surveyor {
   }
 
   /// The program's own data are never too large; those of a bootstrap that are have been changed by somebody.
-  void RefuseTooMany(const std::string& what, const DataLine& line) const {
-    const std::string text = fmt::format("The number of {} exceeds the maximum of {}", what, MostOfEach);
+  void RefuseTooMany(const std::string& what, int most, const DataLine& line) const {
+    const std::string text = fmt::format("The number of {} exceeds the maximum of {}", what, most);
     if (file_.bootstrap) throw RuntimeFailure(text + ": " + line.At(record::Code));
     RefuseData(text, line.At(record::Code));
   }

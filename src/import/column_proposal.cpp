@@ -40,7 +40,9 @@ class ColumnValues {
 
   /// The days that a spreadsheet counts, of years from 1950 to 2099.
   bool AreSerialDays() const { return AreNumbers(18265, 73050); }
-  bool AreDates() const { return Mostly(IsAnyDate) || AreSerialDays(); }
+  /// The days that R counts, of years from 1990 to 2039: those of a spreadsheet would be before 1970.
+  bool AreDaysSince1970() const { return AreNumbers(7305, 25567); }
+  bool AreDates() const { return Mostly(IsAnyDate) || AreSerialDays() || AreDaysSince1970(); }
   bool AreYears() const {
     return AreNumbers(1501, 2499) || Mostly([](const std::string& f) { return SeasonIn(f).has_value(); });
   }
@@ -98,7 +100,9 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
     case Role::Year:
       return when(values.AreYears());
     case Role::Code:
-      return when(!values.Mostly(ColumnValues::IsAnyDate));
+      // 2019145 is a code as well: nest 145 of that year.
+      return when(!values.Mostly(
+          [](const std::string& field) { return ColumnValues::IsAnyDate(field) && !OrdinalDateIn(field); }));
     case Role::Day:
     case Role::Date:
       if (values.AreDates()) return Role::Date;
@@ -265,7 +269,10 @@ void ProposeColumns(std::string_view text, ImportChoices& choices) {
   if (choices.heading) choices.roles = RoleAssignment(heading.names, values).Roles();
   choices.dates = ProposedDates(text, rows, choices);
   for (std::size_t c = 0; c < values.size(); ++c)
-    if (HoldsDates(choices.roles[c]) && values[c].AreSerialDays()) choices.dates = DateOrder::SerialDays;
+    if (HoldsDates(choices.roles[c]) && values[c].AreDaysSince1970())
+      choices.dates = DateOrder::DaysSince1970;
+    else if (HoldsDates(choices.roles[c]) && values[c].AreSerialDays())
+      choices.dates = DateOrder::SerialDays;
 }
 
 }  // namespace merlane

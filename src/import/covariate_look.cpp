@@ -36,9 +36,8 @@ void CovariateLook::Take(double number, const std::string& text, int line) {
 void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
   if (marks_ > 0 && leastOfOthers_ >= 0)
     remarks.Say(
-        fmt::format("\"{}\" is {} in {} rows, the first in {} {}: no other is negative, and that may stand for "
-                    "no value",
-                    name, mark_, marks_, remarks.Place(), firstMark_));
+        fmt::format("\"{}\" is {} in {}, the first in {} {}: no other is negative, and that may stand for no value",
+                    name, mark_, Counted(marks_, "row"), remarks.Place(), firstMark_));
   if (thousandsMayBe_ && likeThousands_ > 1 && otherParts_ == 0)
     remarks.Say(
         fmt::format("\"{}\" has three digits behind every mark, as in {}: that was taken for a decimal mark, "

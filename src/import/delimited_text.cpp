@@ -45,6 +45,11 @@ const std::vector<std::string>& DelimiterNames() {
   return names;
 }
 
+const std::string& TextRow::Shown(std::size_t column) const {
+  const auto found = std::ranges::find(shown, column, [](const auto& each) { return each.first; });
+  return found == shown.end() ? fields[column] : found->second;
+}
+
 DelimitedRows::DelimitedRows(std::string_view text, Delimiter delimiter) : rest_(text), delimiter_(delimiter) {
   if (!rest_.starts_with("sep=")) return;
   rest_.remove_prefix(std::min(rest_.find_first_of("\r\n"), rest_.size()));
@@ -105,8 +110,18 @@ bool DelimitedRows::Next(TextRow& row) {
   return false;
 }
 
+void DelimitedRows::AddField(TextRow& row) {
+  row.fields.push_back(Field());
+  std::string& field = row.fields.back();
+  const std::size_t zero = field.find('\0');
+  if (zero == std::string::npos) return;
+  row.shown.emplace_back(row.fields.size() - 1, field.substr(zero + 1));
+  field.resize(zero);
+}
+
 bool DelimitedRows::NextLine(TextRow& row) {
   row.fields.clear();
+  row.shown.clear();
   for (;;) {
     if (delimiter_ == Delimiter::Blanks) SkipBlanks();
     if (rest_.empty()) return false;
@@ -115,7 +130,7 @@ bool DelimitedRows::NextLine(TextRow& row) {
   }
   row.line = line_;
   for (;;) {
-    row.fields.push_back(Field());
+    AddField(row);
     if (delimiter_ == Delimiter::Blanks) SkipBlanks();
     row.overLines = line_ != row.line;
     if (rest_.empty()) return true;

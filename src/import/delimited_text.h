@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace merlane {
@@ -17,6 +18,11 @@ struct TextRow {
   int line = 0;
   bool overLines = false;  // a field in quotes goes on in another line
   std::vector<std::string> fields;
+  /// What a spreadsheet shows of numbers where that is more, such as "007", by column: of worksheets alone.
+  std::vector<std::pair<std::size_t, std::string>> shown;
+
+  /// What is shown of a field that the row has.
+  const std::string& Shown(std::size_t column) const;
 };
 
 /// Divides a text into its rows, one after the other: a field in double quotes may hold delimiters, line ends and, in
@@ -33,6 +39,7 @@ class DelimitedRows {
 
  private:
   bool NextLine(TextRow& row);
+  void AddField(TextRow& row);
   bool AtDelimiter() const;
   bool AtLineEnd() const;
   std::string Field();

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <cmath>
 #include <set>
 
 #include "base/number_text.h"
@@ -121,7 +122,23 @@ std::optional<DateParts> PartsOf(std::string_view field) {
   return parts || !hasLetters ? parts : NamedMonth(field);
 }
 
+/// A number of digits alone; none for anything else.
+std::optional<int> Digits(std::string_view text) {
+  if (text.empty() || text.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() ? std::optional(number) : std::nullopt;
+}
+
 constexpr int LeastYear = 1000, MostYear = 9999;
+
+/// The day so many days behind 1 January 1970; none outside the years that a date can have.
+std::optional<DayOfYear> DaySince1970(double days) {
+  constexpr double Before = -354'285, Behind = 2'932'897;  // 1 January 1000 and 10000
+  if (days < Before || days >= Behind) return std::nullopt;
+  return DayOf(calendar::sys_days(calendar::days(static_cast<int>(std::floor(days)))));
+}
+
 /// Bytes of a mark for no value, or of a blank that is no space.
 constexpr std::size_t LongestMissing = 6;
 
@@ -129,7 +146,7 @@ constexpr std::size_t LongestMissing = 6;
 
 const std::vector<std::string>& DateOrderNames() {
   static const std::vector<std::string> names{"year-month-day", "day.month.year", "month/day/year",
-                                              "days of a spreadsheet"};
+                                              "days of a spreadsheet", "days since 1970"};
   return names;
 }
 
@@ -160,10 +177,12 @@ std::optional<double> NumberIn(std::string_view field, char decimal) {
 
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   field = Trim(field);
-  if (order == DateOrder::SerialDays) {
-    const std::optional<double> serial = NumberIn(field, field.find(',') == std::string_view::npos ? '.' : ',');
-    if (serial) return DateIn(DateText(*serial, Shows::Date, false), DateOrder::YearMonthDay);
+  if (order == DateOrder::SerialDays || order == DateOrder::DaysSince1970) {
+    const std::optional<double> days = NumberIn(field, field.find(',') == std::string_view::npos ? '.' : ',');
+    if (days && order == DateOrder::DaysSince1970) return DaySince1970(*days);
+    if (days) return DateIn(DateText(*days, Shows::Date, false), DateOrder::YearMonthDay);
   }
+  if (const std::optional<DayOfYear> ordinal = OrdinalDateIn(field)) return ordinal;
   const std::optional<DateParts> parts = PartsOf(field);
   if (!parts) return std::nullopt;
   const auto [first, second, third] = parts->numbers;
@@ -178,17 +197,28 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   return DayOf(calendar::sys_days(date));
 }
 
+std::optional<DayOfYear> OrdinalDateIn(std::string_view field) {
+  constexpr std::size_t YearDigits = 4, DayDigits = 3;
+  constexpr int FirstYear = 1900, LastYear = 2100;
+  field = Trim(field);
+  const bool hasDash = field.size() == YearDigits + 1 + DayDigits && field[YearDigits] == '-';
+  if (!hasDash && field.size() != YearDigits + DayDigits) return std::nullopt;
+  const std::optional<int> year = Digits(field.substr(0, YearDigits));
+  const std::optional<int> day = Digits(field.substr(field.size() - DayDigits));
+  if (!year || !day) return std::nullopt;
+  const DayOfYear date{*year, *day};
+  const int days = calendar::year(date.year).is_leap() ? 366 : 365;
+  if (date.year < FirstYear || date.year > LastYear || date.day < 1 || date.day > days) return std::nullopt;
+  return date;
+}
+
 std::optional<int> SeasonIn(std::string_view field) {
   constexpr int FirstOfTwoDigits = 69;
   field = Trim(field);
   if (field.starts_with('\'')) field.remove_prefix(1);
   const std::string_view begun = field.substr(0, field.find_first_of("/-"));
   const std::string_view rest = field.substr(begun.size());
-  const auto number = [](std::string_view digits) {
-    int n = -1;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), n);
-    return error == std::errc() && end == digits.data() + digits.size() ? n : -1;
-  };
+  const auto number = [](std::string_view text) { return Digits(text).value_or(-1); };
   int year = number(begun);
   if (year < 0 || (begun.size() != 2 && begun.size() != 4)) return std::nullopt;
   if (begun.size() == 2) year += year < FirstOfTwoDigits ? 2000 : 1900;

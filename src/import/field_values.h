@@ -8,7 +8,7 @@
 namespace merlane {
 
 /// How dates are written.
-enum class DateOrder { YearMonthDay, DayMonthYear, MonthDayYear, SerialDays };
+enum class DateOrder { YearMonthDay, DayMonthYear, MonthDayYear, SerialDays, DaysSince1970 };
 
 /// What each is called, in that order.
 const std::vector<std::string>& DateOrderNames();
@@ -29,10 +29,14 @@ bool IsMissing(std::string_view field);
 std::optional<double> NumberIn(std::string_view field, char decimal);
 
 /// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1
-/// January 1900, 60 the leap day which that year did not have). One that begins with a year of four digits, is eight
-/// digits or names its month is a date in any order. None for anything else: a day that the calendar does not have, a
-/// year of two digits. A time of day behind it is passed over.
+/// January 1900, 60 the leap day which that year did not have), or the days since 1 January 1970 that R makes of a
+/// date. One that begins with a year of four digits, is eight digits, names its month or is an ordinal date is a date
+/// in any order. None for anything else: a day that the calendar does not have, a year of two digits. A time of day
+/// behind it is passed over.
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order);
+
+/// A year and the day in it, such as 2019145 or 2019-145, of years from 1900 to 2100. None for anything else.
+std::optional<DayOfYear> OrdinalDateIn(std::string_view field);
 
 /// The year in which a season began, such as 2019 of "2019/20" or "2019-2020", and the year of two digits, from 1969 to
 /// 2068. None for anything else, a year of four digits included.

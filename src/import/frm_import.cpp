@@ -13,14 +13,15 @@
 #include "data/data_line.h"
 #include "import/column_proposal.h"
 #include "import/heading.h"
+#include "import/import_preview.h"
 #include "import/kept_choices.h"
+#include "import/remarks.h"
 #include "platform/files.h"
 
 namespace merlane {
 namespace {
 
 constexpr const char* Title = "Import";
-constexpr const char* ChoicesExtension = ".import";
 constexpr const char* Proposed = "Proposed from the file";
 /// What a preview is made of: enough rows to see, and to see soon.
 constexpr int RowsPreviewed = 20;
@@ -35,58 +36,9 @@ const std::string& NameOf(const std::vector<std::string>& names, Choice choice) 
   return names[static_cast<std::size_t>(choice)];
 }
 
-/// The beginning of a text: its heading and the rows behind it up to that many.
-std::string_view Beginning(std::string_view text, const ImportChoices& choices, int rowCount) {
-  DelimitedRows rows = RowsBehindHeading(text, choices);
-  TextRow row;
-  for (int i = 0; i < rowCount; ++i)
-    if (!rows.Next(row)) return text;
-  return text.substr(0, text.size() - rows.Rest().size());
-}
-
-/// What stands in the columns first, in a few words each.
-std::vector<std::string> FirstValues(std::string_view text, const ImportChoices& choices) {
-  constexpr int RowsLookedAt = 100, ValuesShown = 4;
-  std::vector<std::string> values(choices.roles.size());
-  std::vector<int> shown(values.size());
-  DelimitedRows rows = RowsBehindHeading(text, choices);
-  TextRow row;
-  for (int i = 0; i < RowsLookedAt && rows.Next(row); ++i)
-    for (std::size_t c = 0; c < std::min(values.size(), row.fields.size()); ++c)
-      if (!row.fields[c].empty() && ++shown[c] <= ValuesShown)
-        values[c] += (values[c].empty() ? "" : "  ") + Shown(row.fields[c]);
-  return values;
-}
-
-/// A number of things.
-std::string Counted(int n, const char* thing) { return fmt::format("{} {}{}", n, thing, n == 1 ? "" : "s"); }
-
-/// Texts in quotes, one behind the other.
-std::string Listed(const std::vector<std::string>& texts) {
-  std::string list;
-  for (const std::string& text : texts) list += fmt::format("{}\"{}\"", list.empty() ? "" : ", ", OnOneLine(text));
-  return list;
-}
-
-/// Whether a file is there with other contents.
-bool StandsOtherwise(const std::string& path, const std::string& contents) {
-  return std::filesystem::exists(path) && ReadWholeFile(path) != contents;
-}
-
-/// What became of the rows of a text, or of a sheet, in lines for people.
-std::string WhatWasMade(const Imported& imported, const std::string& sheet) {
-  const std::string years = imported.firstYear == imported.lastYear
-                                ? fmt::format("Year {}", imported.firstYear)
-                                : fmt::format("Years {} to {}", imported.firstYear, imported.lastYear);
-  const std::string of = sheet.empty() ? "" : fmt::format(" of the worksheet \"{}\"", OnOneLine(sheet));
-  return fmt::format("{}{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}", Counted(imported.rows, "row"),
-                     of, imported.leftOut, Counted(imported.moved, "record"), years,
-                     Counted(imported.covariates, "covariate"));
-}
-
 }  // namespace
 
-FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
+FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data"), file_(d) {
   txtFile.readOnly = txtRemarks.wraps = true;
   cboEncoding.items = EncodingNames();
   cboDelimiter.items = DelimiterNames();
@@ -98,24 +50,21 @@ FrmImport::FrmImport(Desk& d) : Form(d, "frmImport", "Import data") {
   cmdCancel.offeredWhileBusy = true;
   grdColumns.toolTip = "Select a column to say what it is";
   cboUnknownAge.toolTip =
-      "What becomes of visits without a brood age whose hatch day is not known either; a number under a heading of "
-      "eggs or of young alone is of those";
+      "What becomes of visits, or nests, without a brood age whose hatch day is not known either; a number under a "
+      "heading of eggs or of young alone is of those";
   cmdDone.toolTip = "Write a data file in fixed columns beside the file, with which the analysis goes on";
   cmdChoices.toolTip = "Take the choices that were kept with another import, of last year for instance";
 
   cboSheet.onChange = [this] { ChooseSheet(); };
   cboEncoding.onChange = [this] { ChooseEncoding(); };
   cboDelimiter.onChange = [this] { ChooseDelimiter(); };
-  cboDecimal.onChange = [this] {
-    choices_.decimal = cboDecimal.text == DecimalNames()[1] ? ',' : '.';
-    ShowChoices();
-  };
+  cboDecimal.onChange = [this] { ChooseDecimal(); };
   chkHeading.onClick = [this] {
     choices_.heading = chkHeading.value;
     ShowChoices();
   };
-  cboDates.onChange = [this] { Choose(cboDates, DateOrderNames(), choices_.dates); };
-  cboUnknownAge.onChange = [this] { Choose(cboUnknownAge, UnknownAgeNames(), choices_.unknownAge); };
+  cboDates.onChange = [this] { Choose(lblDates, cboDates, choices_.dates); };
+  cboUnknownAge.onChange = [this] { Choose(lblUnknownAge, cboUnknownAge, choices_.unknownAge); };
   txtYear.onLeave = [this] { ChooseYear(); };
   grdColumns.onClick = [this](int, int) { ShowRole(); };
   cboRole.onChange = [this] { ChooseRole(); };
@@ -163,10 +112,10 @@ void FrmImport::Open(const std::string& path) {
 }
 
 void FrmImport::Take(const ImportChoices& choices, const std::string& whence, const ReadingProgress& progress) {
-  std::string text = source_.Text(choices, progress);
+  SourceText text = source_.Text(choices, progress);
   choices_ = choices;
   text_ = std::move(text);
-  choices_.names = ColumnNames(text_, choices_);
+  choices_.names = ColumnNames(text_.rows, choices_);
   sheetsAlike_ = source_.SheetsAlike(choices_, progress);
   kept_.reset();
   lblProposal.text = whence + ": look at each column, and at the records below.";
@@ -179,7 +128,7 @@ void FrmImport::TakeKept(const ImportChoices& kept, const std::string& whence, c
 }
 
 bool FrmImport::TakeLastTimes(const ReadingProgress& progress) {
-  const std::string kept = DataFile() + ChoicesExtension;
+  const std::string kept = file_.ChoicesFile(path_);
   if (!std::filesystem::exists(kept)) return false;
   try {
     TakeKept(ChoicesIn(ReadWholeFile(kept)), "As it was chosen when this file was imported last", progress);
@@ -194,57 +143,65 @@ bool FrmImport::OnCloseRequest() { return !reading_; }
 
 void FrmImport::OnUnload() {
   source_ = {};
-  text_.clear();
+  text_ = {};
   kept_.reset();
   grdColumns.Resize(0, 0);
   grdColumns.selectedRow = -1;
 }
 
+int FrmImport::Picked(const Label& label, const ComboBox& box) {
+  const int place = PlaceOf(box.items, box.text);
+  if (place < 0) {
+    const std::string what = label.text.substr(0, label.text.find(':'));
+    desk.TellFailure(Title, fmt::format("\"{}\" is none that \"{}\" can be", box.text, what), style::Information);
+  }
+  return place;
+}
+
 template <class Choice>
-void FrmImport::Choose(const ComboBox& box, const std::vector<std::string>& names, Choice& choice) {
-  const int place = PlaceOf(names, box.text);
-  if (place >= 0) choice = static_cast<Choice>(place);
+void FrmImport::Choose(const Label& label, const ComboBox& box, Choice& choice) {
+  if (const int place = Picked(label, box); place >= 0) choice = static_cast<Choice>(place);
   ShowChoices();
 }
 
+void FrmImport::ChooseDecimal() {
+  if (const int place = Picked(lblDecimal, cboDecimal); place >= 0) choices_.decimal = place == 1 ? ',' : '.';
+  ShowChoices();
+}
+
+void FrmImport::ReadAgain(const char* what, const ImportChoices& choices) {
+  Read(what, [&](const ReadingProgress& progress) {
+    ImportChoices proposed = choices;
+    ProposeColumns(source_.Text(proposed, progress).rows, proposed);
+    Take(proposed, Proposed, progress);
+  });
+}
+
 void FrmImport::ChooseSheet() {
-  if (PlaceOf(source_.Sheets(), cboSheet.text) >= 0 && cboSheet.text != choices_.sheet)
-    Read("Reading the worksheet...", [this](const ReadingProgress& progress) {
-      ImportChoices choices = choices_;
-      choices.sheet = cboSheet.text;
-      const std::string text = source_.Text(choices, progress);
-      ProposeColumns(text, choices);
-      Take(choices, Proposed, progress);
-    });
+  ImportChoices choices = choices_;
+  choices.sheet = cboSheet.text;
+  if (Picked(lblSheet, cboSheet) >= 0 && choices != choices_) ReadAgain("Reading the worksheet...", choices);
   ShowChoices();
 }
 
 void FrmImport::ChooseEncoding() {
-  const int place = PlaceOf(EncodingNames(), cboEncoding.text);
-  if (place >= 0 && cboEncoding.text != NameOf(EncodingNames(), choices_.encoding))
-    Read("Reading the file...", [this, place](const ReadingProgress& progress) {
-      ImportChoices choices = choices_;
-      choices.encoding = static_cast<Encoding>(place);
-      ProposeColumns(source_.Text(choices, progress), choices);
-      Take(choices, Proposed, progress);
-    });
+  ImportChoices choices = choices_;
+  const int place = Picked(lblEncoding, cboEncoding);
+  if (place >= 0) choices.encoding = static_cast<Encoding>(place);
+  if (choices != choices_) ReadAgain("Reading the file...", choices);
   ShowChoices();
 }
 
 void FrmImport::ChooseDelimiter() {
-  const int place = PlaceOf(DelimiterNames(), cboDelimiter.text);
-  if (place >= 0 && cboDelimiter.text != NameOf(DelimiterNames(), choices_.delimiter))
-    Read("Dividing the rows...", [this, place](const ReadingProgress& progress) {
-      ImportChoices choices = choices_;
-      choices.delimiter = static_cast<Delimiter>(place);
-      ProposeColumns(text_, choices);
-      Take(choices, Proposed, progress);
-    });
+  ImportChoices choices = choices_;
+  const int place = Picked(lblDelimiter, cboDelimiter);
+  if (place >= 0) choices.delimiter = static_cast<Delimiter>(place);
+  if (choices != choices_) ReadAgain("Dividing the rows...", choices);
   ShowChoices();
 }
 
 void FrmImport::ChooseRole() {
-  const int place = PlaceOf(RoleNames(), cboRole.text);
+  const int place = Picked(lblRole, cboRole);
   const int column = SelectedColumn();
   if (place >= 0 && column >= 0) {
     const Role role = static_cast<Role>(place);
@@ -258,7 +215,7 @@ void FrmImport::ChooseYear() {
   try {
     choices_.year = StrictInt16(txtYear.text);
   } catch (const RuntimeFailure&) {
-    desk.Tell(Title, "A year is a whole number, and \"" + txtYear.text + "\" is none", style::Information);
+    desk.TellFailure(Title, "A year is a whole number, and \"" + txtYear.text + "\" is none", style::Information);
   }
   ShowChoices();
 }
@@ -293,7 +250,6 @@ void FrmImport::ShowWhatApplies() {
   const bool workbook = source_.IsWorkbook(), nests = choices_.OfNests();
   lblSheet.visible = cboSheet.visible = workbook;
   lblEncoding.visible = cboEncoding.visible = lblDelimiter.visible = cboDelimiter.visible = !workbook;
-  lblUnknownAge.visible = cboUnknownAge.visible = !nests;
   lblYear.visible = txtYear.visible = !choices_.Has(Role::Year) && !choices_.Has(Role::Date);
   if (nests)
     lblNests.text = fmt::format(
@@ -302,13 +258,13 @@ void FrmImport::ShowWhatApplies() {
         choices_.Has(Role::Count) ? "the clutch" : "one egg",
         choices_.Has(Role::Age) || choices_.Has(Role::HatchDay) || choices_.Has(Role::HatchDate)
             ? "Its age goes on from visit to visit."
-            : "Its age is unknown.");
+            : "Where its age is missing tells whether it counts as a clutch or as a brood.");
   lblNests.visible = nests;
 }
 
 void FrmImport::ShowColumns() {
-  const std::vector<std::string>& names = choices_.names = ColumnNames(text_, choices_);
-  const std::vector<std::string> values = FirstValues(text_, choices_);
+  const std::vector<std::string>& names = choices_.names = ColumnNames(text_.rows, choices_);
+  const std::vector<std::string> values = FirstValues(text_.rows, choices_);
   const int columns = static_cast<int>(choices_.roles.size());
   grdColumns.Resize(columns + 1, 3);
   for (const auto& [column, heading] : {std::pair(0, "Column"), std::pair(1, "Is"), std::pair(2, "First values")})
@@ -333,7 +289,7 @@ void FrmImport::ShowPreview() {
   Imported imported;
   txtPreview.wraps = false;
   try {
-    imported = ImportRows(Beginning(text_, choices_, RowsPreviewed), choices_);
+    imported = ImportRows(Beginning(text_.rows, choices_, RowsPreviewed), choices_);
     txtPreview.text = imported.text;
   } catch (const RuntimeFailure& failure) {
     txtPreview.wraps = true;
@@ -351,27 +307,33 @@ void FrmImport::ShowRemarks(const char* where, const Imported& imported) {
                                        : fmt::format("Nothing has to be looked at in {}.", where);
 }
 
-std::string FrmImport::DataFile() const {
-  const std::string& folder = desk.host.outputFolder;
-  return (folder.empty() ? path_ : folder + "/" + std::string(FileName(path_))) + ".dat";
-}
-
 void FrmImport::Import() {
   Imported imported;
-  const auto make = [&](const ReadingProgress& progress) { imported = ImportRows(text_, choices_, progress); };
+  const auto make = [&](const ReadingProgress& progress) { imported = ImportRows(text_.rows, choices_, progress); };
   if (!Read("Importing...", make)) return;
   ShowRemarks("the whole file", imported);
-  const std::string file = DataFile(), choices = ChoicesText(choices_);
-  if (MayGoOn(imported) && MayReplace(file, imported.text, choices)) Write(file, choices, imported);
+  const std::string dataFile = file_.DataFile(path_);
+  if (!file_.Write(path_, imported, choices_, ToLookAt(imported))) return;
+  desk.Unload(*this);
+  onImported(dataFile);
+}
+
+std::string FrmImport::ListedSheets() const {
+  std::string list;
+  for (const std::string& sheet : sheetsAlike_)
+    list += fmt::format("{}\"{}\"{}", list.empty() ? "" : ", ", OnOneLine(sheet),
+                        source_.IsHidden(sheet) ? " (hidden)" : "");
+  return list;
 }
 
 std::string FrmImport::ToLookAt(const Imported& imported) const {
   std::string list;
+  for (const std::string& sentence : text_.toLookAt) list += sentence + "\r\n";
   if (!sheetsAlike_.empty())
     list += fmt::format("the worksheet \"{}\" alone is imported; such data are also in {}\r\n",
-                        OnOneLine(choices_.sheet), Listed(sheetsAlike_));
+                        OnOneLine(choices_.sheet), ListedSheets());
   if (kept_)
-    for (const std::string& sentence : WhereKeptDiffer(*kept_, choices_, text_)) list += sentence + "\r\n";
+    for (const std::string& sentence : WhereKeptDiffer(*kept_, choices_, text_.rows)) list += sentence + "\r\n";
   for (const auto& [visits, unknownAge] : {std::pair(imported.unknownOfEggs, UnknownAge::OfEggs),
                                            std::pair(imported.unknownOfYoung, UnknownAge::OfJuveniles)})
     if (visits > 0)
@@ -380,37 +342,6 @@ std::string FrmImport::ToLookAt(const Imported& imported) const {
   for (const std::string& remark : imported.remarks) list += remark + "\r\n";
   const int more = imported.remarkCount - static_cast<int>(imported.remarks.size());
   return more > 0 ? list + fmt::format("and {} more\r\n", more) : list;
-}
-
-bool FrmImport::MayGoOn(const Imported& imported) {
-  const std::string list = ToLookAt(imported);
-  return list.empty() || desk.Ask(Title, "Some things should be looked at. Write the data file all the same?",
-                                  style::YesNoQuestion, list) == Answer::Yes;
-}
-
-bool FrmImport::MayReplace(const std::string& file, const std::string& data, const std::string& choices) {
-  const std::string kept = file + ChoicesExtension;
-  const auto own = made_.find(kept);
-  const bool dataDiffer = StandsOtherwise(file, data);
-  const bool choicesDiffer =
-      StandsOtherwise(kept, choices) && (own == made_.end() || StandsOtherwise(kept, own->second));
-  if (!dataDiffer && !choicesDiffer) return true;
-  const std::string which = dataDiffer && choicesDiffer ? file + "\r\n" + kept : dataDiffer ? file : kept;
-  const char* const many = dataDiffer && choicesDiffer ? "are there already, with other contents. Replace them?"
-                                                       : "is there already, with other contents. Replace it?";
-  return desk.Ask(Title, which + "\r\n\r\n" + many, style::YesNoQuestion) == Answer::Yes;
-}
-
-void FrmImport::Write(const std::string& file, const std::string& choices, const Imported& imported) {
-  desk.Write(file, imported.text);
-  desk.Write(file + ChoicesExtension, choices);
-  made_[file + ChoicesExtension] = choices;
-  desk.Tell(Title,
-            fmt::format("{} of {} written to\r\n\r\n{}\r\n\r\nThe analysis goes on with that file.",
-                        Counted(imported.records, "record"), Counted(imported.broods, "brood"), file),
-            style::Information, WhatWasMade(imported, choices_.sheet));
-  desk.Unload(*this);
-  onImported(file);
 }
 
 }  // namespace merlane

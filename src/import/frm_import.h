@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "forms/desk.h"
 #include "import/import_source.h"
 #include "import/import_visits.h"
+#include "import/imported_file.h"
 
 namespace merlane {
 
@@ -66,12 +66,16 @@ class FrmImport : public Form {
   /// read so, which is told.
   bool Read(const char* what, const std::function<void(const ReadingProgress&)>& reading);
 
-  /// Takes what was typed or picked: the place of a text among names, or the present one.
+  /// The place of what was picked or typed among the items of a box; -1, which is told, when it is none of them.
+  int Picked(const Label& label, const ComboBox& box);
   template <class Choice>
-  void Choose(const ComboBox& box, const std::vector<std::string>& names, Choice& choice);
+  void Choose(const Label& label, const ComboBox& box, Choice& choice);
+  /// Reads the file by other choices, for which its columns are proposed anew.
+  void ReadAgain(const char* what, const ImportChoices& choices);
   void ChooseSheet();
   void ChooseEncoding();
   void ChooseDelimiter();
+  void ChooseDecimal();
   void ChooseRole();
   void ChooseYear();
   void ChooseAnotherImports();
@@ -95,19 +99,16 @@ class FrmImport : public Form {
   void Import();
   /// What somebody should look at, a line for each: of the choices, and of what comes of them.
   std::string ToLookAt(const Imported& imported) const;
-  bool MayGoOn(const Imported& imported);
-  /// Asks about files that are there already with other contents, but for the choices that this window kept itself.
-  bool MayReplace(const std::string& file, const std::string& data, const std::string& choices);
-  void Write(const std::string& file, const std::string& choices, const Imported& imported);
-  /// Where the data file stands, and the choices beside it.
-  std::string DataFile() const;
+  /// The other sheets with such data, in words.
+  std::string ListedSheets() const;
 
-  std::string path_, text_;
+  std::string path_;
+  SourceText text_;
   ImportSource source_;
   ImportChoices choices_;
-  std::optional<ImportChoices> kept_;        // those that were kept with a file and are used now
-  std::vector<std::string> sheetsAlike_;     // that could be imported as well
-  std::map<std::string, std::string> made_;  // the choices that were kept since the program began, by file
+  std::optional<ImportChoices> kept_;     // those that were kept with a file and are used now
+  std::vector<std::string> sheetsAlike_;  // that could be imported as well
+  ImportedFile file_;
   bool reading_ = false, cancelled_ = false;
 };
 

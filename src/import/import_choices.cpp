@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <map>
+#include <utility>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -13,17 +15,69 @@
 namespace merlane {
 namespace {
 
-/// The lines NAME: VALUE of a text.
-std::map<std::string, std::string> NamedLines(std::string_view text) {
-  std::map<std::string, std::string> named;
-  for (const std::string& line : Lines(text)) {
-    const std::size_t colon = line.find(": ");
-    if (colon != std::string::npos) named[line.substr(0, colon)] = line.substr(colon + 2);
-  }
-  return named;
-}
-
 constexpr const char* FirstLine = "Choices of an import, version 1";
+
+/// The lines NAME: VALUE of choices that were kept. What is none of them, or is none of their values, is a
+/// RuntimeFailure that names its line.
+class KeptLines {
+ public:
+  explicit KeptLines(std::string_view text) {
+    const std::vector<std::string> lines = Lines(text);
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+      const std::size_t colon = lines[i].find(": ");
+      const Value value{colon == std::string::npos ? "" : lines[i].substr(colon + 2), static_cast<int>(i) + 1};
+      if (colon == std::string::npos) Refuse(value, fmt::format("\"{}\" is no choice of an import", lines[i]));
+      const std::string name = lines[i].substr(0, colon);
+      if (!values_.try_emplace(name, value).second) Refuse(value, fmt::format("\"{}\" stands there twice", name));
+    }
+  }
+
+  bool Has(const std::string& name) const { return values_.contains(name); }
+  const std::string& Text(const std::string& name) { return Take(name).text; }
+
+  int Place(const std::string& name, const std::vector<std::string>& names) {
+    const Value& value = Take(name);
+    const int at = PlaceOf(names, value.text);
+    if (at < 0) Refuse(value, fmt::format("\"{}\" is no choice of \"{}\"", value.text, name));
+    return at;
+  }
+  std::int16_t Whole(const std::string& name) {
+    const Value& value = Take(name);
+    try {
+      return StrictInt16(value.text);
+    } catch (const RuntimeFailure&) {
+      Refuse(value, fmt::format("\"{}\" is no choice of \"{}\"", value.text, name));
+    }
+  }
+
+  /// Refuses the first line that nobody has taken.
+  void RefuseRest() const {
+    const auto rest = std::ranges::min_element(
+        values_, {}, [](const auto& each) { return std::pair(each.second.taken, each.second.line); });
+    if (rest != values_.end() && !rest->second.taken)
+      Refuse(rest->second, fmt::format("\"{}\" is no choice of an import", rest->first));
+  }
+
+ private:
+  struct Value {
+    std::string text;
+    int line = 0;
+    bool taken = false;
+  };
+
+  const Value& Take(const std::string& name) {
+    const auto found = values_.find(name);
+    if (found == values_.end()) throw RuntimeFailure("the choices of an import lack \"" + name + "\"");
+    found->second.taken = true;
+    return found->second;
+  }
+
+  [[noreturn]] static void Refuse(const Value& value, const std::string& why) {
+    throw RuntimeFailure(fmt::format("line {} of the choices: {}", value.line, why));
+  }
+
+  std::map<std::string, Value> values_;
+};
 
 }  // namespace
 
@@ -65,31 +119,24 @@ std::string ChoicesText(const ImportChoices& choices) {
 }
 
 ImportChoices ChoicesIn(std::string_view text) {
-  if (!text.starts_with(FirstLine)) throw RuntimeFailure("this file holds no choices of an import");
-  const std::map<std::string, std::string> named = NamedLines(text);
-  const auto value = [&](const std::string& name) {
-    const auto found = named.find(name);
-    if (found == named.end()) throw RuntimeFailure("the choices of an import lack \"" + name + "\"");
-    return found->second;
-  };
-  const auto place = [&](const std::string& name, const std::vector<std::string>& names) {
-    const int at = PlaceOf(names, value(name));
-    if (at < 0) throw RuntimeFailure(fmt::format("\"{}\" is no choice of \"{}\"", value(name), name));
-    return at;
-  };
+  if (const std::vector<std::string> lines = Lines(text); lines.empty() || lines.front() != FirstLine)
+    throw RuntimeFailure("this file holds no choices of an import");
+  static const std::vector<std::string> marks{".", ","}, answers{"no", "yes"};
+  KeptLines kept(text);
   ImportChoices choices;
-  if (named.contains("Sheet")) choices.sheet = value("Sheet");
-  choices.encoding = static_cast<Encoding>(place("Encoding", EncodingNames()));
-  choices.delimiter = static_cast<Delimiter>(place("Delimiter", DelimiterNames()));
-  choices.decimal = value("Decimal mark") == "," ? ',' : '.';
-  choices.heading = value("Heading") == "yes";
-  choices.dates = static_cast<DateOrder>(place("Dates", DateOrderNames()));
-  choices.unknownAge = static_cast<UnknownAge>(place("Unknown age", UnknownAgeNames()));
-  choices.year = StrictInt16(value("Year"));
-  for (int c = 1; named.contains(fmt::format("Column {}", c)); ++c) {
-    choices.roles.push_back(static_cast<Role>(place(fmt::format("Column {}", c), RoleNames())));
-    choices.names.push_back(value(fmt::format("Name {}", c)));
+  if (kept.Has("Sheet")) choices.sheet = kept.Text("Sheet");
+  choices.encoding = static_cast<Encoding>(kept.Place("Encoding", EncodingNames()));
+  choices.delimiter = static_cast<Delimiter>(kept.Place("Delimiter", DelimiterNames()));
+  choices.decimal = marks[static_cast<std::size_t>(kept.Place("Decimal mark", marks))].front();
+  choices.heading = kept.Place("Heading", answers) == 1;
+  choices.dates = static_cast<DateOrder>(kept.Place("Dates", DateOrderNames()));
+  choices.unknownAge = static_cast<UnknownAge>(kept.Place("Unknown age", UnknownAgeNames()));
+  choices.year = kept.Whole("Year");
+  for (int c = 1; kept.Has(fmt::format("Column {}", c)); ++c) {
+    choices.roles.push_back(static_cast<Role>(kept.Place(fmt::format("Column {}", c), RoleNames())));
+    choices.names.push_back(kept.Text(fmt::format("Name {}", c)));
   }
+  kept.RefuseRest();
   return choices;
 }
 

@@ -9,6 +9,7 @@
 #include "base/runtime_failure.h"
 #include "import/column_proposal.h"
 #include "import/kept_choices.h"
+#include "import/remarks.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
 #include "platform/freexl_workbooks.h"
@@ -16,12 +17,23 @@
 
 namespace merlane {
 
+/// A sheet as a text.
+struct SheetRows {
+  std::string text;
+  HiddenParts hidden;  // nothing where not all rows were asked for
+};
+
 class ImportSource::Book {
  public:
   virtual ~Book() = default;
   virtual std::vector<std::string> Sheets() const = 0;
-  /// A sheet as a text, or at least its first `rows` rows.
-  virtual std::string Text(const std::string& sheet, int rows, const ReadingProgress& progress) = 0;
+  virtual bool IsHidden(const std::string& sheet) const = 0;
+  /// All of a sheet, or at least its first `rows` rows.
+  virtual SheetRows Rows(const std::string& sheet, int rows, const ReadingProgress& progress) = 0;
+
+  std::string Text(const std::string& sheet, int rows, const ReadingProgress& progress) {
+    return Rows(sheet, rows, progress).text;
+  }
 };
 
 namespace {
@@ -34,22 +46,24 @@ class NewBook : public ImportSource::Book {
   explicit NewBook(const std::string& path) : workbook_(path) {}
 
   std::vector<std::string> Sheets() const override { return workbook_.Sheets(); }
+  bool IsHidden(const std::string& sheet) const override { return workbook_.IsHidden(sheet); }
 
-  std::string Text(const std::string& sheet, int rows, const ReadingProgress& progress) override {
+  SheetRows Rows(const std::string& sheet, int rows, const ReadingProgress& progress) override {
     struct Enough {};
     SheetText text;
+    HiddenParts hidden;
     int taken = 0;
     try {
-      workbook_.Read(
+      hidden = workbook_.Read(
           sheet,
-          [&](int row, const std::vector<WorkbookCell>& cells) {
-            text.Add(row, cells);
+          [&](const WorkbookRow& row) {
+            text.Add(row.number, row.cells, row.shown);
             if (++taken == rows) throw Enough();
           },
           progress);
     } catch (const Enough&) {
     }
-    return text.Text();
+    return {text.Text(), hidden};
   }
 
  private:
@@ -67,17 +81,24 @@ class OldBook : public ImportSource::Book {
     return names;
   }
 
-  std::string Text(const std::string& sheet, int, const ReadingProgress&) override {
-    const auto found = std::ranges::find(sheets_, sheet, &Worksheet::name);
-    if (found == sheets_.end())
-      throw RuntimeFailure(fmt::format("the workbook {} has no worksheet \"{}\"", path_, sheet));
+  bool IsHidden(const std::string& sheet) const override { return Sheet(sheet).hidden.sheet; }
+
+  SheetRows Rows(const std::string& sheet, int, const ReadingProgress&) override {
+    const Worksheet& found = Sheet(sheet);
     SheetText text;
-    int row = static_cast<int>(found->firstRow);
-    for (const std::vector<WorkbookCell>& cells : found->rows) text.Add(row++, cells);
-    return text.Text();
+    int row = static_cast<int>(found.firstRow);
+    for (std::size_t r = 0; r < found.rows.size(); ++r) text.Add(row++, found.rows[r], found.shown[r]);
+    return {text.Text(), found.hidden};
   }
 
  private:
+  const Worksheet& Sheet(const std::string& name) const {
+    const auto found = std::ranges::find(sheets_, name, &Worksheet::name);
+    if (found == sheets_.end())
+      throw RuntimeFailure(fmt::format("the workbook {} has no worksheet \"{}\"", path_, name));
+    return *found;
+  }
+
   const std::string path_;
   const std::vector<Worksheet> sheets_;
 };
@@ -109,8 +130,37 @@ void TakeWriting(const ImportChoices& from, ImportChoices& choices) {
   choices.dates = from.dates;
 }
 
-/// Whether bytes that seem to be of one encoding may as well be of another: they must give the same text.
+/// What a spreadsheet calls a column, from 1: A to Z, AA and so on.
+std::string ColumnLetters(int column) {
+  constexpr int Letters = 26;
+  std::string name;
+  for (; column > 0; column = (column - 1) / Letters)
+    name.insert(name.begin(), static_cast<char>('A' + (column - 1) % Letters));
+  return name;
+}
+
+/// What a spreadsheet does not show of a sheet, in sentences.
+std::vector<std::string> WhatIsHidden(const std::string& sheet, const HiddenParts& hidden) {
+  std::vector<std::string> sentences;
+  if (hidden.sheet) sentences.push_back(fmt::format("the worksheet \"{}\" is hidden", OnOneLine(sheet)));
+  if (hidden.rows > 0)
+    sentences.push_back(fmt::format("{} {} hidden, as by a filter, the first row {}: {} imported as well",
+                                    Counted(hidden.rows, "row"), hidden.rows == 1 ? "is" : "are", hidden.firstRow,
+                                    hidden.rows == 1 ? "it is" : "they are"));
+  std::string columns;
+  for (const int column : hidden.columns) columns += (columns.empty() ? "" : ", ") + ColumnLetters(column);
+  if (!columns.empty())
+    sentences.push_back(hidden.columns.size() == 1
+                            ? fmt::format("column {} is hidden, and stands among the columns here", columns)
+                            : fmt::format("columns {} are hidden, and stand among the columns here", columns));
+  return sentences;
+}
+
+/// Whether bytes that seem to be of one encoding may as well be of another: they must give the same text, unless nobody
+/// can tell the two apart for sure.
 bool CanBeMeant(std::string_view bytes, Encoding encoding, Encoding proposed) {
+  const auto isOfBytes = [](Encoding each) { return each == Encoding::Latin1 || each == Encoding::MacRoman; };
+  if (isOfBytes(encoding) && isOfBytes(proposed)) return true;  // which DoubtfulLetters tells
   try {
     return Decoded(bytes, encoding) == Decoded(bytes, proposed);
   } catch (const RuntimeFailure&) {
@@ -137,10 +187,18 @@ ImportSource::ImportSource(const std::string& path, const ReadingProgress& progr
   sheets_ = book_->Sheets();
 }
 
+bool ImportSource::IsHidden(const std::string& sheet) const { return book_ && book_->IsHidden(sheet); }
+
+std::vector<std::string> ImportSource::SheetsToTry() const {
+  std::vector<std::string> sheets = sheets_;
+  std::ranges::stable_partition(sheets, [this](const std::string& sheet) { return !book_->IsHidden(sheet); });
+  return sheets;
+}
+
 ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
   if (!book_) return ProposedChoices(bytes_);
   std::optional<ImportChoices> first;
-  for (const std::string& sheet : sheets_) {
+  for (const std::string& sheet : SheetsToTry()) {
     const std::string text = book_->Text(sheet, RowsLookedAt, progress);
     ImportChoices choices = ProposedForSheet(sheet, text);
     if (TakesTextsForDates(choices)) choices = ProposedForSheet(sheet, book_->Text(sheet, AllRows, progress));
@@ -154,7 +212,7 @@ ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
 ImportChoices ImportSource::ForThis(const ImportChoices& kept, const ReadingProgress& progress) const {
   if (!book_) {
     const ImportChoices choices = AsWritten(kept, progress);
-    return ForText(choices, Text(choices, progress));
+    return ForText(choices, Text(choices, progress).rows);
   }
   ImportChoices choices = kept;
   if (std::ranges::find(sheets_, kept.sheet) == sheets_.end()) {
@@ -169,7 +227,7 @@ ImportChoices ImportSource::ForThis(const ImportChoices& kept, const ReadingProg
 
 ImportChoices ImportSource::AsWritten(ImportChoices kept, const ReadingProgress& progress) const {
   const ImportChoices proposed = Proposed(progress);
-  const auto lacking = [&](const ImportChoices& choices) { return ColumnsLacking(choices, Text(choices)).size(); };
+  const auto lacking = [&](const ImportChoices& choices) { return ColumnsLacking(choices, Text(choices).rows).size(); };
   ImportChoices otherwise = kept;
   TakeWriting(proposed, otherwise);
   if (!kept.sheet.empty()) return otherwise;
@@ -191,9 +249,10 @@ std::vector<std::string> ImportSource::SheetsAlike(const ImportChoices& choices,
   return alike;
 }
 
-std::string ImportSource::Text(const ImportChoices& choices, const ReadingProgress& progress) const {
-  if (!book_) return Decoded(bytes_, choices.encoding);
-  return book_->Text(choices.sheet, AllRows, progress);
+SourceText ImportSource::Text(const ImportChoices& choices, const ReadingProgress& progress) const {
+  if (!book_) return {Decoded(bytes_, choices.encoding), DoubtfulLetters(bytes_, choices.encoding)};
+  SheetRows sheet = book_->Rows(choices.sheet, AllRows, progress);
+  return {std::move(sheet.text), WhatIsHidden(choices.sheet, sheet.hidden)};
 }
 
 }  // namespace merlane

@@ -11,6 +11,7 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "base/utf8.h"
+#include "data/most_visits.h"
 #include "data/record_layout.h"
 #include "import/brood_ages.h"
 #include "import/heading.h"
@@ -79,6 +80,29 @@ std::string HeadingLine(const ImportChoices& choices, const std::vector<std::str
   return line + "\r\n";
 }
 
+/// RuntimeFailure when sorted visits are more of one brood, or broods of one year, than a data file has room for.
+void RefuseMoreThanRoom(const std::vector<VisitRecord>& visits, const std::string& place) {
+  int ofBrood = 0, broods = 0;
+  const VisitRecord* before = nullptr;
+  for (const VisitRecord& visit : visits) {
+    const bool sameYear = before != nullptr && before->year == visit.year;
+    const bool sameBrood = sameYear && before->code == visit.code;
+    ofBrood = sameBrood ? ofBrood + 1 : 1;
+    if (!sameBrood) broods = sameYear ? broods + 1 : 1;
+    if (ofBrood > MostVisitsOfBrood)
+      throw RuntimeFailure(fmt::format(
+          "\"{}\" has more than {} visits in {}, for which a data file has no room (the next is in {} {}): is "
+          "that column the code?",
+          visit.code, MostVisitsOfBrood, visit.year, place, visit.line));
+    if (broods > MostBroodsOfYear)
+      throw RuntimeFailure(
+          fmt::format("{} has more than {} broods, for which a data file has no room (the next is in {} {}): is that "
+                      "column the code?",
+                      visit.year, MostBroodsOfYear, place, visit.line));
+    before = &visit;
+  }
+}
+
 /// RuntimeFailure with the last of what was said when there is no visit.
 void RequireVisits(const std::vector<VisitRecord>& visits, const Remarks& remarks) {
   if (!visits.empty()) return;
@@ -96,8 +120,8 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   Imported imported;
   Remarks remarks(choices.sheet.empty() ? "line" : "row");
   if (heading.rows > 1)
-    remarks.Say(heading.rows == 2 ? "1 row above the heading was passed over"
-                                  : fmt::format("{} rows above the heading were passed over", heading.rows - 1));
+    remarks.Say(fmt::format("{} above the heading {} passed over", Counted(static_cast<int>(heading.rows) - 1, "row"),
+                            heading.rows == 2 ? "was" : "were"));
   if (heading.rowsHaveNames)
     remarks.Say("the rows have a field more than the heading: the first of them was taken for a name of the row");
   RowReader reader(choices, names, names.size(), remarks);
@@ -123,6 +147,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   BroodAges ages(choices.unknownAge, remarks);
   ages.Settle(visits);
   RequireVisits(visits, remarks);
+  RefuseMoreThanRoom(visits, remarks.Place());
   examiner.Look(visits);
   imported.text = HeadingLine(choices, names, remarks);
   const VisitRecord* before = nullptr;

@@ -26,9 +26,9 @@ struct Imported {
 
 /// Makes a data file of the rows of a text. Records are sorted by year, code and day. Day and year follow from a date,
 /// an age from the hatch day; a nest becomes visits of one egg, or of the number of eggs that its row tells, on the
-/// days on which it was found, last known present and, if it failed, last checked, of unknown age unless its row tells
-/// one. RuntimeFailure when the choices lack a column that is needed, have two where one is possible, or no row gives a
-/// record.
+/// days on which it was found, last known present and, if it failed, last checked, of the unknown age that was chosen
+/// unless its row tells one. RuntimeFailure when the choices lack a column that is needed, have two where one is
+/// possible, or no row gives a record.
 Imported ImportRows(std::string_view text, const ImportChoices& choices, const ReadingProgress& progress = {});
 
 }  // namespace merlane

@@ -9,6 +9,10 @@ constexpr std::size_t MostOfAKind = 200;
 
 }  // namespace
 
+std::string Counted(int number, const char* thing) {
+  return fmt::format("{} {}{}", number, thing, number == 1 ? "" : "s");
+}
+
 void Remarks::Add(std::vector<std::string>& notes, std::string note) {
   if (notes.size() < MostOfAKind)
     notes.push_back(std::move(note));
@@ -27,7 +31,7 @@ void Remarks::Count(int line, const std::string& what) {
     ++untold_;
     return;
   }
-  Counted& counted = counted_[what];
+  Repeated& counted = counted_[what];
   if (counted.rows++ == 0) counted.first = line;
 }
 

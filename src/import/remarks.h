@@ -6,6 +6,9 @@
 
 namespace merlane {
 
+/// A number of things: "1 row", "2 rows".
+std::string Counted(int number, const char* thing);
+
 /// What is to be said about the rows of a file: of single ones, and of many together.
 class Remarks {
  public:
@@ -31,12 +34,12 @@ class Remarks {
  private:
   void Add(std::vector<std::string>& notes, std::string note);
 
-  struct Counted {
+  struct Repeated {
     int rows = 0, first = 0;
   };
   std::string place_;
   std::vector<std::string> together_;
-  std::map<std::string, Counted> counted_;
+  std::map<std::string, Repeated> counted_;
   std::vector<std::string> leftOut_, notes_;
   int untold_ = 0;  // behind the first of their kind
 };

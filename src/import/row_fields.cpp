@@ -15,21 +15,6 @@ constexpr int FirstDay = -366, LastDay = 732;
 
 const std::string Nothing;
 
-/// The order with which one of two is easily mistaken for the other.
-std::optional<DateOrder> OtherOrder(DateOrder order) {
-  if (order == DateOrder::DayMonthYear) return DateOrder::MonthDayYear;
-  if (order == DateOrder::MonthDayYear) return DateOrder::DayMonthYear;
-  return std::nullopt;
-}
-
-/// Whether a date such as 2023-06-04 would be another one with its day for its month.
-bool HasDayThatCouldBeMonth(const std::string& text) {
-  constexpr std::size_t MonthAt = 5, DayAt = 8, Digits = 2;
-  if (text.size() < DayAt + Digits || text[MonthAt - 1] != '-' || text[DayAt - 1] != '-') return false;
-  const std::string month = text.substr(MonthAt, Digits), day = text.substr(DayAt, Digits);
-  return day <= "12" && day != month;
-}
-
 const std::string& NameOf(DateOrder order) { return DateOrderNames()[static_cast<std::size_t>(order)]; }
 
 }  // namespace
@@ -49,6 +34,13 @@ const std::string& RowFields::Text(Role role) const {
   if (columns.empty()) return Nothing;
   const std::string& text = At(columns.front());
   return IsMissing(text) ? Nothing : text;
+}
+
+std::string RowFields::Code() const {
+  const std::vector<std::size_t>& columns = columns_.Of(Role::Code);
+  if (columns.empty() || columns.front() >= row_.fields.size()) return "";
+  const std::string& code = row_.Shown(columns.front());
+  return IsMissing(code) ? "" : OnOneLine(code);
 }
 
 void RowFields::Refuse(const std::string& text, Role role) const {
@@ -82,38 +74,17 @@ std::optional<DayOfYear> RowFields::Date(Role role) const {
   if (text.empty() || (role == Role::HatchDate && text == "0")) return std::nullopt;  // as in a data file
   const std::optional<DayOfYear> date = DateIn(text, choices_.dates);
   if (!date) RefuseDate(text, role);
-  LookAtOtherOrder(text, *date);
+  dates_.Take(text, *date, row_.line);
   return date;
 }
 
 void RowFields::RefuseDate(const std::string& text, Role role) const {
   std::string why = fmt::format("\"{}\" is no {}", text, NameOf(role));
-  const std::optional<DateOrder> other = OtherOrder(choices_.dates);
-  if (HasShortYear(text)) {
+  if (HasShortYear(text))
     why += ": its year needs four digits";
-  } else if (other && DateIn(text, *other)) {
+  else if (const std::optional<DateOrder> other = dates_.TakeRefused(text, row_.line))
     why += fmt::format(" as {}, but one as {}", NameOf(choices_.dates), NameOf(*other));
-    if (seen_.otherOrder++ == 0) seen_.firstOfOtherOrder = row_.line;
-  }
   throw LeftOut{why};
-}
-
-void RowFields::LookAtOtherOrder(const std::string& text, DayOfYear date) const {
-  const std::optional<DateOrder> other = OtherOrder(choices_.dates);
-  const bool hasPoints = text.find('.') != std::string::npos;
-  if (!other || (hasPoints && choices_.dates == DateOrder::DayMonthYear)) return;  // as they mostly are
-  const std::optional<DayOfYear> otherDate = DateIn(text, *other);
-  if (otherDate != date)
-    ++seen_.texts;
-  else if (HasDayThatCouldBeMonth(text) && seen_.mayBeExchanged++ == 0)
-    seen_.firstExchanged = row_.line;
-  if (!otherDate) {
-    seen_.clear = true;
-  } else if (*otherDate != date && hasPoints) {
-    if (seen_.monthBeforePoint++ == 0) seen_.exampleWithPoints = text;
-  } else if (*otherDate != date && seen_.unclear++ == 0) {
-    seen_.example = text;
-  }
 }
 
 std::optional<DayOfYear> RowFields::DayNumber(Role role, int year) const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "import/date_look.h"
 #include "import/import_choices.h"
 
 namespace merlane {
@@ -24,28 +25,19 @@ class ColumnsByRole {
   std::array<std::vector<std::size_t>, static_cast<std::size_t>(Role::Nests) + 1> columns_;
 };
 
-/// What was seen of dates in which day and month can be told apart by their order alone.
-struct DatesSeen {
-  int unclear = 0;     // would be other days in the other order
-  bool clear = false;  // one at least is a date in the chosen order only
-  std::string example;
-  int monthBeforePoint = 0;  // would be other days where the day stands before the month, as with points it mostly does
-  std::string exampleWithPoints;
-  int otherOrder = 0, firstOfOtherOrder = 0;   // dates in the other order only, and the line of the first
-  int texts = 0;                               // whose day and month are told by their order
-  int mayBeExchanged = 0, firstExchanged = 0;  // dates that begin with their year, and the line of the first
-};
-
 /// The fields of one row by what they are. What cannot be understood is LeftOut.
 class RowFields {
  public:
-  RowFields(const ImportChoices& choices, const ColumnsByRole& columns, const TextRow& row, DatesSeen& seen)
-      : choices_(choices), columns_(columns), row_(row), seen_(seen) {}
+  RowFields(const ImportChoices& choices, const ColumnsByRole& columns, const TextRow& row, DateLook& dates)
+      : choices_(choices), columns_(columns), row_(row), dates_(dates) {}
 
   /// What stands in a column; empty behind the row's end.
   const std::string& At(std::size_t column) const;
   /// What stands in the column of that role; empty when there is none, or no value in it.
   const std::string& Text(Role role) const;
+
+  /// The code as a spreadsheet shows it; empty when there is none.
+  std::string Code() const;
 
   /// A whole number from `least` to `most`; none where there is no value.
   std::optional<int> Whole(Role role, int least, int most) const;
@@ -66,12 +58,11 @@ class RowFields {
  private:
   [[noreturn]] void Refuse(const std::string& text, Role role) const;
   [[noreturn]] void RefuseDate(const std::string& text, Role role) const;
-  void LookAtOtherOrder(const std::string& text, DayOfYear date) const;
 
   const ImportChoices& choices_;
   const ColumnsByRole& columns_;
   const TextRow& row_;
-  DatesSeen& seen_;
+  DateLook& dates_;
 };
 
 /// What a role is called.

@@ -21,6 +21,9 @@ namespace {
 
 constexpr int MostOfInt16 = 32767, LongestYear = 366;
 
+/// Whether an age is an unknown one of young or of eggs, as in a data file.
+bool IsMarkOfUnknown(const std::string& age) { return age == "?" || age == "-?"; }
+
 }  // namespace
 
 RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
@@ -32,6 +35,7 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
       remarks_(remarks),
       stray_(choices, names),
       places_(choices, names),
+      dates_(choices),
       covariates_(columns_.Of(Role::Covariate).size(),
                   CovariateLook(choices.delimiter != Delimiter::Comma || choices.decimal == ',')) {
   RemarkUnusedColumns();
@@ -54,7 +58,7 @@ void RowReader::Take(const TextRow& row) {
 
 void RowReader::RemarkWhole() {
   RemarkYear();
-  RemarkDates();
+  dates_.Remark(remarks_);
   RemarkStages();
   for (std::size_t i = 0; i < covariates_.size(); ++i)
     covariates_[i].Remark(names_[columns_.Of(Role::Covariate)[i]], remarks_);
@@ -75,42 +79,24 @@ void RowReader::TestWidth(const TextRow& row) {
   while (fields > headingColumns_ && row.fields[fields - 1].empty()) --fields;
   const bool ofSheet = !choices_.sheet.empty();
   if (fields > headingColumns_ && ofSheet) remarks_.Count(row.line, "what stands right of all columns was passed over");
-  if (fields > headingColumns_ && !ofSheet)
-    throw LeftOut{fmt::format("it has {} fields, and there are {} columns", fields, headingColumns_)};
+  if (fields > headingColumns_ && !ofSheet) throw LeftOut{TooNarrowOrWide(fields)};
   if (fields >= headingColumns_ || ofSheet) return;
   if (choices_.delimiter == Delimiter::Blanks)  // where an empty field leaves no trace
-    throw LeftOut{fmt::format("it has {} fields, and there are {} columns: nothing tells which of them is missing",
-                              fields, headingColumns_)};
+    throw LeftOut{TooNarrowOrWide(fields) + ": nothing tells which of them is missing"};
   remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
+}
+
+std::string RowReader::TooNarrowOrWide(std::size_t fields) const {
+  return fmt::format("it has {}, and there {} {}", Counted(static_cast<int>(fields), "field"),
+                     headingColumns_ == 1 ? "is" : "are", Counted(static_cast<int>(headingColumns_), "column"));
 }
 
 void RowReader::RemarkYear() {
   if (yearsTaken_ == 0) return;
   remarks_.Say(yearsTold_ == 0
                    ? fmt::format("no column tells the year: {} was taken", choices_.year)
-                   : fmt::format("where a row tells no year, as others do, {} was taken: {} times, first in {} {}",
-                                 choices_.year, yearsTaken_, remarks_.Place(), firstYearTaken_));
-}
-
-void RowReader::RemarkDates() {
-  const std::string& order = DateOrderNames()[static_cast<std::size_t>(choices_.dates)];
-  if (dates_.monthBeforePoint > 0)
-    remarks_.Say(fmt::format("{} dates between points, such as \"{}\", were taken as {}", dates_.monthBeforePoint,
-                             dates_.exampleWithPoints, order));
-  // A spreadsheet of another country makes a date of 4/6/2023 with its day for its month, and leaves 13/6/2023 a text.
-  if (!choices_.sheet.empty() && dates_.texts > 0 && dates_.mayBeExchanged > 0)
-    remarks_.Say(
-        fmt::format("{} dates stand as texts, and {} are dates of the spreadsheet, the first in {} {}: day and "
-                    "month of those may have been exchanged",
-                    dates_.texts, dates_.mayBeExchanged, remarks_.Place(), dates_.firstExchanged));
-  if (dates_.unclear > 0 && dates_.otherOrder > 0)
-    remarks_.Say(fmt::format(
-        "dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
-        "\"{}\", which could be of both, taken as {}",
-        dates_.otherOrder, remarks_.Place(), dates_.firstOfOtherOrder, dates_.unclear, dates_.example, order));
-  else if (dates_.unclear > 0 && !dates_.clear)
-    remarks_.Say(fmt::format("{} dates such as \"{}\" were taken as {}: no date tells whether that is their order",
-                             dates_.unclear, dates_.example, order));
+                   : fmt::format("where a row tells no year, as others do, {} was taken: {}, first in {} {}",
+                                 choices_.year, Counted(yearsTaken_, "time"), remarks_.Place(), firstYearTaken_));
 }
 
 void RowReader::RemarkUnusedColumns() {
@@ -148,7 +134,7 @@ void RowReader::RemarkOtherColumn(std::size_t column) {
 void RowReader::TakeVisit(const RowFields& fields, int line) {
   VisitRecord visit;
   visit.line = line;
-  visit.code = OnOneLine(fields.Text(Role::Code));
+  visit.code = fields.Code();
   if (visit.code.empty()) throw LeftOut{"it has no code"};
   SetDays(fields, visit);
   visit.count = CountOf(fields, line);
@@ -216,7 +202,7 @@ std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year, i
 std::string RowReader::AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown) {
   const std::string& text = fields.Text(Role::Age);
   if (text == "?") remarks_.Count(visit.line, "the age \"?\" is an unknown one of young; of eggs it would be \"-?\"");
-  if (text == "?" || text == "-?") return text;
+  if (IsMarkOfUnknown(text)) return text;
   const std::optional<double> age = text.empty() ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
   const int sinceHatch = visit.day - visit.hatchDay;
   if (!age || *age == Missing) return hatchKnown ? AgeText(sinceHatch, visit.line, remarks_) : "";
@@ -263,7 +249,6 @@ void RowReader::SetCounted(const RowFields& fields, VisitRecord& visit) const {
 }
 
 void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
-  constexpr double LongestHatch = 3;  // days from the first egg to the last
   if (visit.age.empty() || !visit.AgeIsKnown()) return;
   const double age = StrictNumber(visit.age);
   if (age < 0) ++agesOfEggs_;
@@ -273,7 +258,7 @@ void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) 
     return std::ranges::any_of(columns, [&](std::size_t column) { return Counts(fields, column); });
   };
   if (age < 0 && any(young_)) remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
-  if (age > LongestHatch && any(eggs_))
+  if (age > 0 && any(eggs_))
     remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
 }
 
@@ -311,8 +296,9 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
       choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1) : std::optional<int>(1);
   if (!nests) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Nests))};
   if (*nests == 0) throw LeftOut{"it stands for no nest"};
+  if (choices_.Has(Role::Count)) SetCounted(fields, visit);
   visit.covariates = Covariates(fields, line);
-  const std::string code = OnOneLine(fields.Text(Role::Code));
+  const std::string code = fields.Code();
   for (int n = 1; n <= *nests; ++n) {
     visit.code = code.empty() ? fmt::format("L{}", line) : code;
     if (*nests > 1) visit.code += fmt::format("-{}", n);
@@ -348,6 +334,7 @@ RowReader::Nest RowReader::NestOf(const RowFields& fields, VisitRecord& visit) {
   if (choices_.Has(Role::Count)) nest.eggs = CountOf(fields, visit.line);
   if (nest.eggs < 1) throw LeftOut{"it has no eggs"};
   nest.age = AgeOfNest(fields, visit);
+  if (const std::string& age = fields.Text(Role::Age); !nest.age && IsMarkOfUnknown(age)) nest.unknownAge = age;
   return nest;
 }
 
@@ -355,7 +342,7 @@ std::optional<double> RowReader::AgeOfNest(const RowFields& fields, VisitRecord&
   const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year, visit.line);
   if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
   const std::string& text = fields.Text(Role::Age);
-  const bool isUnknown = text.empty() || text == "?" || text == "-?";
+  const bool isUnknown = text.empty() || IsMarkOfUnknown(text);
   const std::optional<double> age = isUnknown ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
   if (!age || *age == Missing) return hatch ? std::optional<double>(visit.day - visit.hatchDay) : std::nullopt;
   if (std::abs(*age) > MostOfInt16 / 2) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
@@ -379,7 +366,7 @@ void RowReader::AddNest(VisitRecord visit, const Nest& nest) {
     throw RuntimeFailure("the file stands for more visits than there is room for");
   for (const int day : std::set<int>{nest.first, nest.last, nest.end}) {
     visit.day = day;
-    visit.age = nest.age ? AgeText(*nest.age + (day - nest.first), visit.line, remarks_) : "-?";
+    visit.age = nest.age ? AgeText(*nest.age + (day - nest.first), visit.line, remarks_) : nest.unknownAge;
     visit.count = day > nest.last ? 0 : nest.eggs;
     visits.push_back(visit);
   }

@@ -23,7 +23,7 @@ class RowReader {
   RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
             Remarks& remarks);
 
-  std::vector<VisitRecord> visits;  // those of nests with their ages, others without where it is missing
+  std::vector<VisitRecord> visits;  // without an age where it is missing
 
   /// LeftOut when the row gives no visit.
   void Take(const TextRow& row);
@@ -35,11 +35,12 @@ class RowReader {
   /// A field too many shifts all behind it. Spreadsheets leave away empty fields at the end.
   void TestWidth(const TextRow& row);
 
+  std::string TooNarrowOrWide(std::size_t fields) const;
+
   void RemarkUnusedColumns();
   /// An unused column that by its heading could be what another is.
   void RemarkOtherColumn(std::size_t column);
   void RemarkYear();
-  void RemarkDates();
   void RemarkStages();
 
   void TakeVisit(const RowFields& fields, int line);
@@ -84,6 +85,7 @@ class RowReader {
     int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
     int eggs = 1;
     std::optional<double> age;  // on the first day
+    std::string unknownAge;     // as it is written, where it is
   };
 
   /// One row for nests of the same fate: each becomes visits of one egg or, where the row tells a number, of the
@@ -111,7 +113,7 @@ class RowReader {
   StrayRows stray_;
   BroodPlaces places_;
   std::vector<std::size_t> nameless_;  // columns that are not used and have no heading, but for the first
-  DatesSeen dates_;
+  DateLook dates_;
   std::vector<std::size_t> eggs_, young_;                    // columns of numbers
   std::vector<CovariateLook> covariates_;                    // of those columns, in their order
   int agesOfEggs_ = 0, agesOfYoung_ = 0;                     // known ones before hatch, and behind it

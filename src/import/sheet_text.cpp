@@ -24,11 +24,13 @@ std::string Quoted(const std::string& text) {
 
 }  // namespace
 
-void SheetText::Add(int row, const std::vector<WorkbookCell>& cells) {
+void SheetText::Add(int row, const std::vector<WorkbookCell>& cells, const ShownNumbers& shown) {
   for (; lines_ < row - 1; ++lines_) text_ += '\n';
+  auto next = shown.begin();
   for (std::size_t c = 0; c < cells.size(); ++c) {
     if (c > 0) text_ += ',';
-    AddCell(cells[c]);
+    while (next != shown.end() && next->first < c) ++next;
+    AddCell(cells[c], next != shown.end() && next->first == c ? &next->second : nullptr);
     if (text_.size() > MostBytes)
       throw RuntimeFailure(fmt::format("the worksheet holds more than {} MB of text", MostBytes >> 20));
   }
@@ -36,11 +38,13 @@ void SheetText::Add(int row, const std::vector<WorkbookCell>& cells) {
   ++lines_;
 }
 
-void SheetText::AddCell(const WorkbookCell& cell) {
-  if (const double* number = std::get_if<double>(&cell))
-    fmt::format_to(std::back_inserter(text_), "{:.15g}", *number == 0 ? 0 : *number);
-  else if (const std::string* text = std::get_if<std::string>(&cell))
-    text_ += Quoted(*text);
+void SheetText::AddCell(const WorkbookCell& cell, const std::string* shown) {
+  if (const std::string* text = std::get_if<std::string>(&cell)) text_ += Quoted(*text);
+  const double* const number = std::get_if<double>(&cell);
+  if (number == nullptr) return;
+  if (shown != nullptr) text_ += '"';
+  fmt::format_to(std::back_inserter(text_), "{:.15g}", *number == 0 ? 0 : *number);
+  if (shown != nullptr) (text_ += '\0') += Quoted(*shown).substr(1);
 }
 
 }  // namespace merlane

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "base/number_text.h"
@@ -51,7 +52,7 @@ void VisitExaminer::LookAtCode(const VisitRecord& visit) {
     remarks_.Count(visit.line, fmt::format("the code \"{}\" seems to stand for none", visit.code));
   if (HasLostDigits(visit.code))
     remarks_.Count(visit.line, fmt::format("the code \"{}\" is a number whose last digits are lost", visit.code));
-  if (DateIn(visit.code, DateOrder::YearMonthDay))
+  if (DateIn(visit.code, DateOrder::YearMonthDay) && !OrdinalDateIn(visit.code))
     remarks_.Count(visit.line, fmt::format("the code \"{}\" is a date, which a spreadsheet makes of a code such as 3-1",
                                            visit.code));
   if (isNew || known->second == visit.code) return;
@@ -131,14 +132,29 @@ void VisitExaminer::LookOverNewYear(const std::vector<VisitRecord>& visits, std:
   if (visits[last].day >= LateInYear) late_.emplace(visit.year, visit.code);
 }
 
+void VisitExaminer::LookAtAging(const VisitRecord& before, const VisitRecord& visit) {
+  constexpr double PartOfADay = 1;  // that ages may have, and days have not
+  constexpr int MostNoted = 20;     // more are of all ages, and would crowd out what else is noted
+  const double aged = StrictNumber(visit.age) - StrictNumber(before.age);
+  const int days = visit.day - before.day;
+  if (days <= 0 || std::abs(aged - days) < PartOfADay) return;
+  if (agedOtherwise_++ < MostNoted)
+    remarks_.Note(visit.line, fmt::format("\"{}\" is older by {} than in {} {}, and its day is later by {}", visit.code,
+                                          Shortest(aged), remarks_.Place(), before.line, days));
+  else
+    remarks_.Count(visit.line, "a brood is older by another number than that by which its day is later");
+}
+
 void VisitExaminer::LookAtPair(const VisitRecord& before, const VisitRecord& visit) {
   const auto note = [&](const std::string& what) {
-    remarks_.Note(visit.line, fmt::format("\"{}\" {} of line {}", visit.code, what, before.line));
+    remarks_.Note(visit.line, fmt::format("\"{}\" {} of {} {}", visit.code, what, remarks_.Place(), before.line));
   };
   if (before.day == visit.day) note("has the day");
   if (visit.count > before.count) note(fmt::format("has {} behind {}", visit.count, before.count));
   if (before.AgeIsKnown() && visit.AgeIsKnown() && StrictNumber(visit.age) <= StrictNumber(before.age))
     note(fmt::format("has the age {} behind {}", visit.age, before.age));
+  else if (before.AgeIsKnown() && visit.AgeIsKnown())
+    LookAtAging(before, visit);
   if (before.hatchDay != 0 && visit.hatchDay != 0 && before.hatchDay != visit.hatchDay)
     note(fmt::format("has the hatch day {} behind {}", visit.hatchDay, before.hatchDay));
   if ((before.hatchDay == 0) != (visit.hatchDay == 0))

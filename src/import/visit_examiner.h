@@ -35,12 +35,16 @@ class VisitExaminer {
   /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
   void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i);
 
+  /// The age of a brood goes on with the days.
+  void LookAtAging(const VisitRecord& before, const VisitRecord& visit);
+
   void LookAtPair(const VisitRecord& before, const VisitRecord& visit);
 
   const ImportChoices& choices_;
   Remarks& remarks_;
   std::map<std::string, std::string> spelling_;
   std::set<std::pair<int, std::string>> late_;
+  int agedOtherwise_ = 0;  // pairs of visits whose ages do not go with their days
 };
 
 }  // namespace merlane

@@ -37,12 +37,23 @@ bool HoldsPacked(std::string_view archive, std::string_view name) {
   return false;
 }
 
-std::string KindOfArchive(std::string_view bytes) {
+/// Whether an archive has its directory, which stands at its end.
+bool IsWhole(std::string_view archive) {
+  constexpr std::size_t LongestEnd = 22 + 65535;
+  return Holds(archive.substr(archive.size() - std::min(archive.size(), LongestEnd)), "PK\x05\x06");
+}
+
+std::string KindOfWholeArchive(std::string_view bytes) {
   if (Holds(bytes.substr(0, 200), "application/vnd.oasis.opendocument.spreadsheet"))
     return "an OpenDocument spreadsheet (.ods)";
   if (Holds(bytes, "xl/workbook.bin")) return "an Excel workbook of the binary kind (.xlsb)";
   if (Holds(bytes, "xl/workbook") || HoldsPacked(bytes, "xl/")) return std::string(NewWorkbook);
   return "a ZIP archive";
+}
+
+std::string KindOfArchive(std::string_view bytes) {
+  const std::string kind = KindOfWholeArchive(bytes);
+  return IsWhole(bytes) ? kind : kind + " that is cut short";
 }
 
 std::string KindOfMarkup(std::string_view bytes) {

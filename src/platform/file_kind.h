@@ -11,7 +11,7 @@ inline constexpr std::string_view OldWorkbook = "an Excel workbook of the old ki
 inline constexpr std::string_view NewWorkbook = "an Excel workbook of the new kind (.xlsx)";
 
 /// What a file is, in words such as "an OpenDocument spreadsheet (.ods)", when its bytes show that it is no text in
-/// single bytes or UTF-8. Empty when it may be one.
+/// single bytes or UTF-8, and whether it is cut short. Empty when it may be one.
 std::string ForeignKind(std::string_view bytes);
 
 /// Whether the file is a workbook of the old kind (.xls) or another document in the same wrapping.

@@ -10,9 +10,9 @@
 
 #include "base/runtime_failure.h"
 #include "platform/apart.h"
-#include "platform/calculated_cells.h"
 #include "platform/file_kind.h"
 #include "platform/files.h"
+#include "platform/freexl_omissions.h"
 #include "platform/packed_worksheets.h"
 
 namespace merlane {
@@ -71,43 +71,79 @@ WorkbookCell FreexlCell(const void* handle, unsigned int row, unsigned short col
 
 bool IsEmpty(const WorkbookCell& cell) { return std::holds_alternative<std::monostate>(cell); }
 
-/// The active sheet: the smallest rectangle of cells that holds everything. `calculated` are the cells that the library
-/// passes over.
-Worksheet ActiveSheet(const void* handle, std::string name, const CellsByPlace& calculated) {
-  const auto cellAt = [&](unsigned int row, unsigned short column) {
-    WorkbookCell cell = FreexlCell(handle, row, column);
-    if (!IsEmpty(cell)) return cell;
-    const auto found = calculated.find({row, column});
-    return found == calculated.end() ? cell : found->second;
-  };
-  unsigned int rowCount = 0;
-  unsigned short columnCount = 0;
-  if (freexl_worksheet_dimensions(handle, &rowCount, &columnCount) != FREEXL_OK)
-    throw RuntimeFailure("the size of a worksheet cannot be read");
-  // A stray format can make a sheet's dimensions enormous, so the cells are looked through before any are kept.
-  unsigned int top = rowCount, bottom = 0;
-  unsigned short left = columnCount, right = 0;
-  for (unsigned int r = 0; r < rowCount; ++r)
-    for (unsigned short c = 0; c < columnCount; ++c) {
-      if (IsEmpty(cellAt(r, c))) continue;
-      top = std::min(top, r);
-      bottom = std::max(bottom, r);
-      left = std::min(left, c);
-      right = std::max(right, c);
-    }
-  Worksheet sheet{std::move(name), {}, top + 1};
-  for (unsigned int r = top; r < rowCount && r <= bottom; ++r) {
-    std::vector<WorkbookCell>& row = sheet.rows.emplace_back();
-    for (unsigned short c = left; c <= right; ++c) row.push_back(cellAt(r, c));
+/// The active sheet, with what the library omits of it.
+class ActiveSheet {
+ public:
+  ActiveSheet(const void* handle, const FreexlOmissions& omissions) : handle_(handle), omissions_(omissions) {
+    if (freexl_worksheet_dimensions(handle, &rows_, &columns_) != FREEXL_OK)
+      throw RuntimeFailure("the size of a worksheet cannot be read");
   }
-  return sheet;
-}
 
-std::map<std::string, CellsByPlace> CalculatedCellsOf(const std::string& path) {
+  /// The smallest rectangle of cells that holds everything.
+  Worksheet Read(const std::string& name) {
+    FindUsedRange();
+    Worksheet sheet{name, {}, top_ + 1, {}, {}};
+    sheet.hidden.sheet = omissions_.isHidden;
+    for (unsigned int r = top_; r < rows_ && r <= bottom_; ++r) {
+      sheet.rows.push_back(Row(r));
+      sheet.shown.push_back(ShownIn(r));
+      const bool isHidden = omissions_.hiddenRows.contains(r) && !std::ranges::all_of(sheet.rows.back(), IsEmpty);
+      if (isHidden && sheet.hidden.rows++ == 0) sheet.hidden.firstRow = static_cast<int>(r) + 1;
+    }
+    for (const unsigned column : omissions_.hiddenColumns)
+      if (column >= left_ && column <= right_) sheet.hidden.columns.push_back(static_cast<int>(column) + 1);
+    return sheet;
+  }
+
+ private:
+  WorkbookCell CellAt(unsigned int row, unsigned short column) const {
+    WorkbookCell cell = FreexlCell(handle_, row, column);
+    if (std::holds_alternative<std::string>(cell)) return cell;
+    const auto found = omissions_.cells.find({row, column});
+    return found == omissions_.cells.end() ? cell : found->second;
+  }
+
+  /// A stray format can make a sheet's dimensions enormous, so the cells are looked through before any are kept.
+  void FindUsedRange() {
+    top_ = rows_;
+    left_ = columns_;
+    for (unsigned int r = 0; r < rows_; ++r)
+      for (unsigned short c = 0; c < columns_; ++c) {
+        if (IsEmpty(CellAt(r, c))) continue;
+        top_ = std::min(top_, r);
+        bottom_ = std::max(bottom_, r);
+        left_ = std::min(left_, c);
+        right_ = std::max(right_, c);
+      }
+  }
+
+  std::vector<WorkbookCell> Row(unsigned int r) const {
+    std::vector<WorkbookCell> row;
+    for (unsigned short c = left_; c <= right_; ++c) row.push_back(CellAt(r, c));
+    return row;
+  }
+
+  ShownNumbers ShownIn(unsigned int r) const {
+    ShownNumbers shown;
+    const auto found = omissions_.shown.find(r);
+    if (found == omissions_.shown.end()) return shown;
+    for (const auto& [column, text] : found->second)
+      if (column >= left_ && column <= right_) shown.emplace_back(column - left_, text);
+    std::ranges::sort(shown);
+    return shown;
+  }
+
+  const void* handle_;
+  const FreexlOmissions& omissions_;
+  unsigned int rows_ = 0, top_ = 0, bottom_ = 0;
+  unsigned short columns_ = 0, left_ = 0, right_ = 0;
+};
+
+std::map<std::string, FreexlOmissions> OmissionsOf(const std::string& path) {
   const std::string bytes = ReadWholeFile(path, MostBytes);
   if (!IsCompoundDocument(bytes)) return {};  // a workbook of before 1993, as nobody has it any longer
   try {
-    return CalculatedCells(bytes);
+    return FreexlOmissionsOf(bytes);
   } catch (const RuntimeFailure&) {
     throw RuntimeFailure(path + " is a workbook that is cut short or damaged");
   }
@@ -118,7 +154,7 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
   unsigned int count = 0;
   if (freexl_get_info(workbook.Get(), FREEXL_BIFF_SHEET_COUNT, &count) != FREEXL_OK)
     throw RuntimeFailure("the worksheets of " + path + " cannot be counted");
-  const std::map<std::string, CellsByPlace> calculated = CalculatedCellsOf(path);
+  std::map<std::string, FreexlOmissions> omissions = OmissionsOf(path);
   std::vector<Worksheet> sheets;
   for (unsigned int i = 0; i < count; ++i) {
     const char* name = nullptr;
@@ -126,8 +162,7 @@ std::vector<Worksheet> ReadHere(const std::string& path) {
         freexl_select_active_worksheet(workbook.Get(), static_cast<unsigned short>(i)) != FREEXL_OK)
       throw RuntimeFailure(fmt::format("worksheet {} of {} cannot be read", i + 1, path));
     const std::string sheet = name == nullptr ? "" : name;
-    const auto found = calculated.find(sheet);
-    sheets.push_back(ActiveSheet(workbook.Get(), sheet, found == calculated.end() ? CellsByPlace() : found->second));
+    sheets.push_back(ActiveSheet(workbook.Get(), omissions[sheet]).Read(sheet));
   }
   return sheets;
 }

@@ -52,6 +52,47 @@ class Packed {
   std::size_t at_ = 0;
 };
 
+void PutShown(Packed& packed, const std::vector<ShownNumbers>& rows) {
+  packed.Put(rows.size());
+  for (const ShownNumbers& row : rows) {
+    packed.Put(row.size());
+    for (const auto& [place, text] : row) {
+      packed.Put(place);
+      packed.Put(text);
+    }
+  }
+}
+
+std::vector<ShownNumbers> TakeShown(Packed& packed) {
+  std::vector<ShownNumbers> rows(packed.TakeCount());
+  for (ShownNumbers& row : rows) {
+    row.resize(packed.TakeCount());
+    for (auto& [place, text] : row) {
+      place = packed.Take<std::size_t>();
+      text = packed.TakeText();
+    }
+  }
+  return rows;
+}
+
+void PutHidden(Packed& packed, const HiddenParts& hidden) {
+  packed.Put(std::size_t{hidden.sheet});
+  packed.Put(hidden.rows);
+  packed.Put(hidden.firstRow);
+  packed.Put(hidden.columns.size());
+  for (const int column : hidden.columns) packed.Put(std::size_t(column));
+}
+
+HiddenParts TakeHidden(Packed& packed) {
+  HiddenParts hidden;
+  hidden.sheet = packed.Take<std::size_t>() != 0;
+  hidden.rows = packed.Take<int>();
+  hidden.firstRow = packed.Take<int>();
+  hidden.columns.resize(packed.TakeCount());
+  for (int& column : hidden.columns) column = static_cast<int>(packed.Take<std::size_t>());
+  return hidden;
+}
+
 WorkbookCell TakeCell(Packed& packed) {
   switch (packed.Take<std::size_t>()) {
     case 1:
@@ -80,6 +121,8 @@ std::string PackWorksheets(const std::vector<Worksheet>& sheets) {
         if (const std::string* text = std::get_if<std::string>(&cell)) packed.Put(*text);
       }
     }
+    PutShown(packed, sheet.shown);
+    PutHidden(packed, sheet.hidden);
   }
   return packed.Bytes();
 }
@@ -95,6 +138,8 @@ std::vector<Worksheet> UnpackWorksheets(std::string bytes) {
       row.resize(packed.TakeCount());
       for (WorkbookCell& cell : row) cell = TakeCell(packed);
     }
+    sheet.shown = TakeShown(packed);
+    sheet.hidden = TakeHidden(packed);
   }
   return sheets;
 }

@@ -12,6 +12,7 @@
 #include "base/runtime_failure.h"
 #include "base/utf8.h"
 #include "platform/files.h"
+#include "platform/number_formats.h"
 #include "platform/xml_stream.h"
 
 namespace merlane {
@@ -92,35 +93,40 @@ class WorkbookReader : public XmlReader {
   bool from1904 = false;
   struct Sheet {
     std::string name, relation;
+    bool isHidden = false;
   };
   std::vector<Sheet> sheets;
 
   void Begin(std::string_view element, const XmlAttributes& attributes) override {
     const std::string_view system = attributes["date1904"];
     if (element == "workbookPr") from1904 = system == "1" || system == "true";
-    if (element == "sheet") sheets.push_back({std::string(attributes["name"]), std::string(attributes["id"])});
+    if (element == "sheet")
+      sheets.push_back({std::string(attributes["name"]), std::string(attributes["id"]),
+                        attributes["state"].ends_with("idden")});  // or very hidden
   }
 };
 
-/// What numbers in cells show, by the cells' formats.
+/// The formats of cells.
 class StylesReader : public XmlReader {
  public:
-  std::vector<Shows> shows;
+  std::vector<CellFormat> formats;
 
   void Begin(std::string_view element, const XmlAttributes& attributes) override {
     const int number = WholeNumber(attributes["numFmtId"]).value_or(0);
-    if (element == "numFmt") own_[number] = ShownBy(attributes["formatCode"]);
+    if (element == "numFmt") own_[number] = FormatOf(ShownBy(attributes["formatCode"]), attributes["formatCode"]);
     if (element == "cellXfs") ofCells_ = true;
     if (element != "xf" || !ofCells_) return;
     const auto found = own_.find(number);
-    shows.push_back(found == own_.end() ? ShownBy(number) : found->second);
+    formats.push_back(found == own_.end() ? FormatOf(ShownBy(number), CodeOf(number)) : found->second);
   }
   void End(std::string_view element) override {
     if (element == "cellXfs") ofCells_ = false;
   }
 
  private:
-  std::map<int, Shows> own_;
+  static CellFormat FormatOf(Shows shows, std::string_view code) { return {shows, std::string(code)}; }
+
+  std::map<int, CellFormat> own_;
   bool ofCells_ = false;
 };
 
@@ -154,13 +160,23 @@ class StringsReader : public XmlReader {
 /// The rows of a sheet.
 class SheetReader : public XmlReader {
  public:
-  SheetReader(const std::vector<std::string>& strings, const std::vector<Shows>& shows, bool from1904,
+  SheetReader(const std::vector<std::string>& strings, const std::vector<CellFormat>& formats, bool from1904,
               const XlsxWorkbook::RowTaker& take)
-      : strings_(strings), shows_(shows), from1904_(from1904), take_(take) {}
+      : strings_(strings), formats_(formats), from1904_(from1904), take_(take) {}
+
+  /// What a spreadsheet does not show of the rows that were read.
+  HiddenParts Hidden() const {
+    HiddenParts hidden = hidden_;
+    int hiding = 0;
+    for (int column = 1; column <= widest_; ++column)
+      if ((hiding += hiding_[static_cast<std::size_t>(column)]) > 0) hidden.columns.push_back(column);
+    return hidden;
+  }
 
   void Begin(std::string_view element, const XmlAttributes& attributes) override {
     collected_ = nullptr;
     if (element == "row") BeginRow(attributes);
+    if (element == "col" && IsTrue(attributes["hidden"])) HideColumns(attributes);
     if (element == "c") BeginCell(attributes);
     if (element == "rPh") ++phonetic_;
     if (!inCell_ || phonetic_ > 0) return;
@@ -181,19 +197,22 @@ class SheetReader : public XmlReader {
  private:
   void BeginRow(const XmlAttributes& attributes) {
     const std::string_view told = attributes["r"];
-    const std::optional<int> row = told.empty() ? row_ + 1 : WholeNumber(told);
-    if (!row || *row <= row_ || *row > MostRows)
-      throw RuntimeFailure(fmt::format("a row \"{}\" cannot stand behind row {}", told, row_));
-    row_ = *row;
+    const std::optional<int> row = told.empty() ? row_.number + 1 : WholeNumber(told);
+    if (!row || *row <= row_.number || *row > MostRows)
+      throw RuntimeFailure(fmt::format("a row \"{}\" cannot stand behind row {}", told, row_.number));
+    row_.number = *row;
+    rowIsHidden_ = IsTrue(attributes["hidden"]);
     column_ = 0;
-    cells_.clear();
+    row_.cells.clear();
+    row_.shown.clear();
   }
 
   void BeginCell(const XmlAttributes& attributes) {
     const std::string_view place = attributes["r"];
     const int column = place.empty() ? column_ + 1 : ColumnOf(place);
-    if (row_ == 0 || column <= column_ || column > MostColumns)
-      throw RuntimeFailure(fmt::format("a cell \"{}\" cannot stand in row {} behind column {}", place, row_, column_));
+    if (row_.number == 0 || column <= column_ || column > MostColumns)
+      throw RuntimeFailure(
+          fmt::format("a cell \"{}\" cannot stand in row {} behind column {}", place, row_.number, column_));
     column_ = column;
     inCell_ = true;
     hasFormula_ = false;
@@ -218,13 +237,35 @@ class SheetReader : public XmlReader {
     inCell_ = false;
     WorkbookCell cell = Content();
     if (std::holds_alternative<std::monostate>(cell)) return;
-    cells_.resize(static_cast<std::size_t>(column_ - 1));
-    cells_.push_back(std::move(cell));
+    const auto place = static_cast<std::size_t>(column_ - 1);
+    row_.cells.resize(place);
+    row_.cells.push_back(std::move(cell));
+    if (const double* number = std::get_if<double>(&row_.cells.back()))
+      if (std::optional<std::string> shown = ShownAs(*number, Format().code))
+        row_.shown.emplace_back(place, std::move(*shown));
   }
 
   void EndRow() {
-    if (!cells_.empty()) take_(row_, cells_);
-    cells_.clear();
+    if (row_.cells.empty()) return;
+    widest_ = std::max(widest_, static_cast<int>(row_.cells.size()));
+    if (rowIsHidden_ && hidden_.rows++ == 0) hidden_.firstRow = row_.number;
+    take_(row_);
+    row_.cells.clear();
+  }
+
+  static bool IsTrue(std::string_view value) { return value == "1" || value == "true"; }
+
+  void HideColumns(const XmlAttributes& attributes) {
+    const int first = WholeNumber(attributes["min"]).value_or(0), last = WholeNumber(attributes["max"]).value_or(0);
+    if (first < 1 || last < first || last > MostColumns) return;
+    ++hiding_[static_cast<std::size_t>(first)];
+    --hiding_[static_cast<std::size_t>(last) + 1];
+  }
+
+  const CellFormat& Format() const {
+    static const CellFormat none;
+    const auto format = static_cast<std::size_t>(format_);
+    return format_ >= 0 && format < formats_.size() ? formats_[format] : none;
   }
 
   WorkbookCell Content() const {
@@ -240,27 +281,28 @@ class SheetReader : public XmlReader {
     double number = 0;
     const auto [end, error] = std::from_chars(value_.data(), value_.data() + value_.size(), number);
     if (error != std::errc() || end != value_.data() + value_.size() || !std::isfinite(number)) return value_;
-    const auto format = static_cast<std::size_t>(format_);
-    const Shows shows = format_ >= 0 && format < shows_.size() ? shows_[format] : Shows::Number;
-    if (shows == Shows::Number) return number;
-    return DateText(number, shows, from1904_);
+    if (Format().shows == Shows::Number) return number;
+    return DateText(number, Format().shows, from1904_);
   }
 
   WorkbookCell Shared() const {
     const std::optional<int> place = WholeNumber(value_);
     if (!place || *place < 0 || static_cast<std::size_t>(*place) >= strings_.size())
-      throw RuntimeFailure(fmt::format("row {} shares a text \"{}\" that is missing", row_, value_));
+      throw RuntimeFailure(fmt::format("row {} shares a text \"{}\" that is missing", row_.number, value_));
     const std::string& text = strings_[static_cast<std::size_t>(*place)];
     if (text.empty()) return std::monostate();
     return text;
   }
 
   const std::vector<std::string>& strings_;
-  const std::vector<Shows>& shows_;
+  const std::vector<CellFormat>& formats_;
   const bool from1904_;
   const XlsxWorkbook::RowTaker& take_;
-  int row_ = 0, column_ = 0;
-  std::vector<WorkbookCell> cells_;
+  WorkbookRow row_;
+  int column_ = 0, widest_ = 0;
+  bool rowIsHidden_ = false;
+  HiddenParts hidden_;
+  std::vector<int> hiding_ = std::vector<int>(MostColumns + 2);  // how many ranges begin to hide, or end, at a column
   bool inCell_ = false, hasFormula_ = false;
   int phonetic_ = 0, format_ = 0;
   std::string type_, value_, formula_;
@@ -311,7 +353,7 @@ void XlsxWorkbook::Open() {
   const Relations relations = RelationsOf(*archive_, workbook);
   for (const WorkbookReader::Sheet& sheet : reader.sheets)
     if (const std::string file = relations.Worksheet(sheet.relation); !file.empty())
-      sheets_.push_back({sheet.name, file});
+      sheets_.push_back({sheet.name, file, sheet.isHidden});
   if (sheets_.empty()) throw RuntimeFailure("it has no worksheet");
   from1904_ = reader.from1904;
   stylesFile_ = relations.OfKind("styles");
@@ -324,14 +366,23 @@ std::vector<std::string> XlsxWorkbook::Sheets() const {
   return names;
 }
 
-void XlsxWorkbook::Read(const std::string& sheet, const RowTaker& take, const ReadingProgress& progress) {
+bool XlsxWorkbook::IsHidden(const std::string& sheet) const {
+  const auto found = std::ranges::find(sheets_, sheet, &Part::name);
+  return found != sheets_.end() && found->isHidden;
+}
+
+HiddenParts XlsxWorkbook::Read(const std::string& sheet, const RowTaker& take, const ReadingProgress& progress) {
+  HiddenParts hidden;
   Named(path_, [&] {
     const auto found = std::ranges::find(sheets_, sheet, &Part::name);
     if (found == sheets_.end()) throw RuntimeFailure(fmt::format("it has no worksheet \"{}\"", sheet));
     ReadShared(progress);
-    SheetReader reader(strings_, shows_, from1904_, take);
+    SheetReader reader(strings_, formats_, from1904_, take);
     ReadPart(*archive_, found->file, MostOfSheet, reader, progress);
+    hidden = reader.Hidden();
+    hidden.sheet = found->isHidden;
   });
+  return hidden;
 }
 
 void XlsxWorkbook::ReadShared(const ReadingProgress& progress) {
@@ -339,7 +390,7 @@ void XlsxWorkbook::ReadShared(const ReadingProgress& progress) {
   if (!stylesFile_.empty()) {
     StylesReader reader;
     ReadPart(*archive_, stylesFile_, MostOfPart, reader);
-    shows_ = std::move(reader.shows);
+    formats_ = std::move(reader.formats);
   }
   if (!stringsFile_.empty()) {
     StringsReader reader;

@@ -233,7 +233,8 @@ TEST(FrmInitialize, AFileIsChosenInADialogThatOffersDataFilesFirst) {
   const FileRequest& request = t.host.windows.files.back();
   EXPECT_EQ(request.filter,
             "All Files (*.*)|*.*|Original text and EXCEL data files (*.dat;*.xls)|*.dat;*.xls|Original text data files "
-            "(*.dat)|*.dat|Original EXCEL data files (*.xls)|*.xls|Simulated text data Files (*.sim)|*.sim");
+            "(*.dat)|*.dat|Original EXCEL data files (*.xls)|*.xls|Simulated text data Files (*.sim)|*.sim|"
+            "Tables to import (*.csv;*.tsv;*.txt;*.xlsx;*.xls)|*.csv;*.tsv;*.txt;*.xlsx;*.xls");
   EXPECT_EQ(request.filterIndex, 2);
   EXPECT_EQ(request.kind, FileRequest::Kind::Open);
   t.host.windows.CancelFile();

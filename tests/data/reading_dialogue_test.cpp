@@ -90,7 +90,7 @@ TEST_F(ReadingDialogueTest, WhatIsOddStandsBehindTheReasonOfAFailureAndOfAFatalE
 
 TEST_F(ReadingDialogueTest, AFileOfAnotherKindIsNamedAsWhatItIs) {
   const std::string path = testing::TempDir() + "reading_dialogue_test.dat";
-  WriteWholeFile(path, "PK\x03\x04 ... xl/workbook.xml");
+  WriteWholeFile(path, "PK\x03\x04 ... xl/workbook.xml ... PK\x05\x06");
   EXPECT_FALSE(Read(path));
   EXPECT_EQ(windows.messages.back().title, "Problem finding data file or reading data");
   EXPECT_EQ(windows.messages.back().details,

@@ -36,6 +36,31 @@ TEST(ReadingReport, ACommaSeparatedFileIsToldAsAnotherKindOfFile) {
                               "  line 3, column 9: \"6\" where a comma belongs\r\n"));
 }
 
+TEST(ReadingReport, ARecordWithoutACodeIsTold) {
+  EXPECT_EQ(
+      Odd(Record(1995, "", 160, 170, -10, 5) + Record(1995, "", 161, 170, -9, 5) + Record(1995, "A", 160, 170, -10, 5)),
+      "2 records have no code, and those behind each other are one brood:\r\n"
+      "  line 2, columns 10 to 17: \"        \"\r\n"
+      "  line 3, columns 10 to 17: \"        \"\r\n");
+}
+
+TEST(ReadingReport, WhatStandsBehindTheLastFieldIsTold) {
+  const auto behind = [](const std::string& more) {
+    std::string record = Record(1995, "A", 160, 170, -10, 5);
+    return record.insert(record.size() - 1, more);
+  };
+  EXPECT_EQ(Odd(behind(",  ,  ")), "") << "empty fields";
+  EXPECT_EQ(Odd(behind(", 9.9, 7")),
+            "1 line goes on behind its last field, and that was not read:\r\n"
+            "  line 2, from column 55 on: \" 9.9, 7\"\r\n");
+  Reading named;
+  named.Of(Header + ",       Depth\n" + behind(",         0.5, x"));
+  EXPECT_EQ(named.report.oddities.Details(1),
+            "1 line goes on behind its last field, and that was not read:\r\n"
+            "  line 2, from column 68 on: \" x\"\r\n")
+      << "a covariate that the heading names may be left unread";
+}
+
 TEST(ReadingReport, AFieldThatIsNoNumberIsToldWithWhatItWasReadAs) {
   const std::string told = Odd(Record("1995", "A", "1 60", "NA", "-10", "12a"));
   EXPECT_EQ(told,

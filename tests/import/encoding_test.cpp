@@ -1,9 +1,15 @@
 #include "import/encoding.h"
 
+#include <gmock/gmock.h>
+
 #include "base/runtime_failure.h"
 
 namespace merlane {
 namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
 
 std::string Utf16(const std::u16string& text, bool bigEndian) {
   std::string bytes;
@@ -29,6 +35,32 @@ TEST(Encoding, EachIsProposedForItsFilesAndDecoded) {
     }
   EXPECT_EQ(ProposedEncoding("M\xD6WE1"), Encoding::Latin1);
   EXPECT_EQ(Decoded("M\xD6WE1", Encoding::Latin1), "M\u00D6WE1");
+}
+
+TEST(Encoding, LettersOfAnOldMacAreKnownByTheWordsThatTheyMake) {
+  EXPECT_EQ(ProposedEncoding("M\x9Awe;M\x9Fller;B\x8Ar"), Encoding::MacRoman);
+  EXPECT_EQ(ProposedEncoding("M\x85WE"), Encoding::MacRoman);
+  EXPECT_EQ(Decoded("M\x85WE;Spa\xA7;\x8E"
+                    "cole;\xBE;\xAF",
+                    Encoding::MacRoman),
+            "M\u00D6WE;Spa\u00DF;\u00E9cole;\u00E6;\u00D8");
+  EXPECT_EQ(ProposedEncoding("M\xF6we;C\x9Cur;don\x92t;\x93wet\x94"), Encoding::Latin1);
+}
+
+TEST(Encoding, LettersThatMayBeOfAnOldMacAreTold) {
+  EXPECT_THAT(DoubtfulLetters("A;M\x9Awe;1", Encoding::MacRoman),
+              ElementsAre("\"M\u00F6we\" would be \"M\u0161we\" as Latin-1: is the encoding right?"));
+  EXPECT_THAT(DoubtfulLetters("A;M\x9Awe;1", Encoding::Latin1),
+              ElementsAre("\"M\u0161we\" would be \"M\u00F6we\" as Mac Roman: is the encoding right?"));
+  EXPECT_THAT(DoubtfulLetters("\x8C"
+                              "ufs",
+                              Encoding::Latin1),
+              Not(IsEmpty()));
+  EXPECT_THAT(DoubtfulLetters("C\x9Cur", Encoding::Latin1), Not(IsEmpty())) << "nothing tells which";
+  EXPECT_THAT(DoubtfulLetters("C\x9Cur;M\xF6we", Encoding::MacRoman), Not(IsEmpty())) << "chosen, and wrong";
+  EXPECT_THAT(DoubtfulLetters("C\x9Cur;M\xF6we", Encoding::Latin1), IsEmpty());
+  EXPECT_THAT(DoubtfulLetters("M\xC3\xB6we", Encoding::Utf8), IsEmpty());
+  EXPECT_THAT(DoubtfulLetters("20 \x80;5\xB0", Encoding::Latin1), IsEmpty()) << "no letters";
 }
 
 TEST(Encoding, BytesOfAnotherOneAreRefused) {

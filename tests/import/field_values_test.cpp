@@ -13,6 +13,10 @@ TEST(FieldValues, DatesOfAllOrdersBecomeDaysOfTheirYear) {
   EXPECT_EQ(DateIn("6/9/2023", DateOrder::MonthDayYear), Day({2023, 160}));
   EXPECT_EQ(DateIn("45086", DateOrder::SerialDays), Day({2023, 160}));
   EXPECT_EQ(DateIn("45086.75", DateOrder::SerialDays), Day({2023, 160}));
+  EXPECT_EQ(DateIn("19517", DateOrder::DaysSince1970), Day({2023, 160}));
+  EXPECT_EQ(DateIn("19517,75", DateOrder::DaysSince1970), Day({2023, 160}));
+  EXPECT_EQ(DateIn("-1", DateOrder::DaysSince1970), Day({1969, 365}));
+  EXPECT_EQ(DateIn("1e9", DateOrder::DaysSince1970), Day());
 }
 
 TEST(FieldValues, DatesWithoutMarksOrWithTheNameOfTheirMonthAreOfNoOrder) {
@@ -24,6 +28,14 @@ TEST(FieldValues, DatesWithoutMarksOrWithTheNameOfTheirMonthAreOfNoOrder) {
   EXPECT_EQ(DateIn("1 ao\u00FBt 2023", DateOrder::DayMonthYear), Day({2023, 213}));
   EXPECT_EQ(DateIn("1. M\u00E4rz 2023", DateOrder::DayMonthYear), Day({2023, 60}));
   EXPECT_EQ(DateIn("1 jui 2023", DateOrder::DayMonthYear), Day()) << "juin or juillet";
+}
+
+TEST(FieldValues, AYearAndItsDayAreADateOfAnyOrder) {
+  for (const DateOrder order : {DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear})
+    for (const char* text : {"2023160", "2023-160", " 2023160 "}) EXPECT_EQ(DateIn(text, order), Day({2023, 160}));
+  EXPECT_EQ(OrdinalDateIn("2020366"), Day({2020, 366}));
+  for (const char* text : {"2019366", "2023000", "2460094", "202316", "20231600", "2023/160", "-023160", "2023+16"})
+    EXPECT_EQ(OrdinalDateIn(text), Day()) << text;
 }
 
 TEST(FieldValues, ASeasonIsTheYearInWhichItBegan) {

@@ -50,6 +50,38 @@ TEST(ImportChoices, AreKeptAsATextAndComeBack) {
   EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
 }
 
+/// Why choices are refused whose text is changed so.
+std::string WhyRefused(const std::string& replaced, const std::string& by) {
+  const std::string text = "Nest;Date;Young\nA;9.6.2023;5\n";
+  ImportChoices choices = ProposedChoices(text);
+  choices.names = ColumnNames(text, choices);
+  std::string kept = ChoicesText(choices);
+  kept.replace(kept.find(replaced), replaced.size(), by);
+  try {
+    ChoicesIn(kept);
+  } catch (const RuntimeFailure& failure) {
+    return failure.what();
+  }
+  return "";
+}
+
+TEST(ImportChoices, WhatIsNoChoiceIsRefusedWithItsLine) {
+  EXPECT_EQ(WhyRefused("Column 3", "Column 99999999999"),
+            "line 13 of the choices: \"Column 99999999999\" is no choice of an import");
+  EXPECT_EQ(WhyRefused("Column 1: code", "Column 1: coed"),
+            "line 9 of the choices: \"coed\" is no choice of \"Column 1\"");
+  EXPECT_EQ(WhyRefused("Heading: yes", "Heading: perhaps"),
+            "line 5 of the choices: \"perhaps\" is no choice of \"Heading\"");
+  EXPECT_EQ(WhyRefused("Decimal mark: .", "Decimal mark: '"),
+            "line 4 of the choices: \"'\" is no choice of \"Decimal mark\"");
+  EXPECT_EQ(WhyRefused("Year: 1995", "Year: 99999999999"),
+            "line 8 of the choices: \"99999999999\" is no choice of \"Year\"");
+  EXPECT_EQ(WhyRefused("Year: 1995", "Dates: day.month.year"), "line 8 of the choices: \"Dates\" stands there twice");
+  EXPECT_EQ(WhyRefused("Year: 1995", "soon"), "line 8 of the choices: \"soon\" is no choice of an import");
+  EXPECT_EQ(WhyRefused("Name 2: Date\r\n", ""), "the choices of an import lack \"Name 2\"");
+  EXPECT_EQ(WhyRefused("version 1", "version 12"), "this file holds no choices of an import");
+}
+
 TEST(ImportChoices, ATextThatIsNoneIsRefused) {
   EXPECT_THROW(ChoicesIn(""), RuntimeFailure);
   EXPECT_THROW(ChoicesIn("Choices of an import, version 1\r\n"), RuntimeFailure);

@@ -20,6 +20,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::ThrowsMessage;
 
 Imported AsProposed(const std::string& bytes) {
   const ImportChoices choices = ProposedChoices(bytes);
@@ -260,7 +261,7 @@ TEST(ImportVisits, AFieldBookBecomesTheVisitsThatItHolds) {
   const ImportSource source(MERLANE_SOURCE_DIR "/examples/field_book.xlsx");
   const ImportChoices choices = source.Proposed();
   EXPECT_EQ(choices.sheet, "Visits");
-  const Imported imported = ImportRows(source.Text(choices), choices);
+  const Imported imported = ImportRows(source.Text(choices).rows, choices);
   const BroodData ours = Read(imported.text, 1995, 1997, 3);
   const BroodData known = Read(ReadWholeFile(MERLANE_SOURCE_DIR "/examples/first_fit.dat"), 1995, 1997, 3);
   EXPECT_EQ(ours.BroodCode, known.BroodCode);
@@ -300,7 +301,8 @@ TEST(ImportVisits, WhatIsEasilyMisreadIsToldBeforeAnybodyGoesOn) {
 TEST(ImportVisits, TheOrderOfDatesIsThatOfTheWholeFile) {
   std::string text = "Nest,Date,Age,Count\n";
   for (int nest = 0; nest < 150; ++nest)
-    text += fmt::format("N{0},6/7/2023,-10,4\nN{0},6/{1}/2023,-5,4\n", nest, nest < 149 ? 9 : 13);
+    text +=
+        fmt::format("N{0},6/7/2023,-10,4\nN{0},6/{1}/2023,{2},4\n", nest, nest < 149 ? 9 : 13, nest < 149 ? -8 : -4);
   const Imported imported = AsProposed(text);
   EXPECT_THAT(imported.remarks, IsEmpty());
   EXPECT_THAT(imported.text, HasSubstr("    2023,      N0,     158,       0,     -10,       4\r\n"));
@@ -310,9 +312,52 @@ TEST(ImportVisits, TheOrderOfDatesIsThatOfTheWholeFile) {
 }
 
 TEST(ImportVisits, AMonthBeforePointsIsTold) {
-  const std::string text = "Nest,Date,Age,Count\nA,5.6.2023,-10,4\nA,5.20.2023,-5,4\nA,5.21.2023,-4,4\n";
+  const std::string text = "Nest,Date,Age,Count\nA,5.6.2023,-19,4\nA,5.20.2023,-5,4\nA,5.21.2023,-4,4\n";
   EXPECT_THAT(AsProposed(text).remarks,
-              ElementsAre("1 dates between points, such as \"5.6.2023\", were taken as month/day/year"));
+              ElementsAre("1 date between points, such as \"5.6.2023\", was taken as month/day/year"));
+}
+
+TEST(ImportVisits, MoreVisitsOfABroodThanADataFileHasRoomForAreRefused) {
+  std::string text = "Year,Nest,Day,Age,Eggs\n";
+  for (int visit = 0; visit < 33000; ++visit) text += "2023,A,150,-10,5\n";
+  EXPECT_THAT(
+      [&] { AsProposed(text); },
+      ThrowsMessage<RuntimeFailure>("\"A\" has more than 32000 visits in 2023, for which a data file has no room "
+                                    "(the next is in line 32002): is that column the code?"));
+}
+
+TEST(ImportVisits, MoreBroodsOfAYearThanADataFileHasRoomForAreRefused) {
+  std::string text = "Year,Nest,Day,Age,Eggs\n";
+  for (int brood = 0; brood < 33000; ++brood) text += fmt::format("2023,N{:05},150,-10,5\n", brood);
+  EXPECT_THAT([&] { AsProposed(text); },
+              ThrowsMessage<RuntimeFailure>("2023 has more than 32000 broods, for which a data file has no room (the "
+                                            "next is in line 32002): is that column the code?"));
+}
+
+TEST(ImportVisits, NestsWithoutAnAgeAreOfWhatWasChosen) {
+  const std::string text = "id,FirstFound,LastPresent,LastChecked,Fate,Age\nA,1,9,9,0,\nB,1,9,12,1,-5\nC,2,4,4,0,-?\n";
+  ImportChoices choices = ProposedChoices(text);
+  EXPECT_THAT(ImportRows(text, choices).text, HasSubstr("       A,       1,       0,      -?,       1\r\n"));
+  EXPECT_EQ(ImportRows(text, choices).unknownOfEggs, 2);
+  choices.unknownAge = UnknownAge::OfJuveniles;
+  const Imported young = ImportRows(text, choices);
+  EXPECT_EQ(young.unknownOfYoung, 2);
+  EXPECT_THAT(young.text, HasSubstr("       A,       1,       0,       ?,       1\r\n"));
+  EXPECT_THAT(young.text, HasSubstr("       B,       9,       0,       3,       1\r\n"));
+  EXPECT_THAT(young.text, HasSubstr("       C,       2,       0,      -?,       1\r\n")) << "as its row tells";
+  choices.unknownAge = UnknownAge::LeftOut;
+  const Imported known = ImportRows(text, choices);
+  EXPECT_EQ(known.broods, 2);
+  EXPECT_THAT(known.remarks, Contains("line 2: left out, its age is not known"));
+}
+
+TEST(ImportVisits, AgesThatDoNotGoWithTheDaysAreToldAndDoNotCrowdOutWhatElseIs) {
+  EXPECT_THAT(AsProposed("Year,Nest,Day,Age,Eggs\n2023,A,150,-10,5\n2023,A,155,-7,5\n2023,A,156,-5.5,5\n").remarks,
+              ElementsAre("line 3: \"A\" is older by 3 than in line 2, and its day is later by 5"));
+  std::string text = "Year,Nest,Day,Age,Eggs\n";
+  for (int visit = 0; visit < 300; ++visit)
+    text += fmt::format("2023,A,{},{},{}\n", 10 + visit, visit - 600 + 2 * visit, visit < 299 ? 9 : 10);
+  EXPECT_THAT(AsProposed(text).remarks, Contains("line 301: \"A\" has 10 behind 9 of line 300"));
 }
 
 TEST(ImportVisits, AHatchDayOfZeroIsNone) {

@@ -86,7 +86,7 @@ class Mutation : public testing::Test {
     try {
       const ImportSource source(path_);
       const ImportChoices choices = source.Proposed();
-      ExpectReadable(ImportRows(source.Text(choices), choices));
+      ExpectReadable(ImportRows(source.Text(choices).rows, choices));
       ++imported;
     } catch (const RuntimeFailure& failure) {
       ++refused;

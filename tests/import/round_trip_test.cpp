@@ -117,6 +117,8 @@ class RandomTable {
       case DateOrder::SerialDays:
         return std::to_string((newYear - calendar::sys_days(calendar::year(1899) / calendar::December / 30)).count() +
                               day - 1);
+      case DateOrder::DaysSince1970:
+        return std::to_string(newYear.time_since_epoch().count() + day - 1);
       case DateOrder::YearMonthDay:
         break;
     }

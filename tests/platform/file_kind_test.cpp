@@ -26,14 +26,24 @@ TEST(ForeignKind, AUtf16TextIsOneWithItsMarkAndWithout) {
   }
 }
 
+TEST(ForeignKind, AnArchiveThatIsCutIsSaidToBe) {
+  const std::string whole = ReadWholeFile(MERLANE_SOURCE_DIR "/tests/data/import/lo_visits.xlsx");
+  EXPECT_EQ(ForeignKind(whole), "an Excel workbook of the new kind (.xlsx)");
+  EXPECT_EQ(ForeignKind(whole.substr(0, whole.size() - 100)),
+            "an Excel workbook of the new kind (.xlsx) that is cut short");
+  EXPECT_EQ(ForeignKind(whole.substr(0, whole.size() / 2)),
+            "an Excel workbook of the new kind (.xlsx) that is cut short");
+  EXPECT_EQ(ForeignKind(whole.substr(0, 100)), "a ZIP archive that is cut short");
+}
+
 TEST(ForeignKind, WorkbooksAreToldFromOneAnother) {
   const std::string old = ReadWholeFile(MERLANE_TEST_INPUTS_DIR "/workbooks/lake.xls");
   EXPECT_EQ(ForeignKind(old), "an Excel workbook of the old kind (.xls)");
-  EXPECT_EQ(ForeignKind("PK\x03\x04 ... [Content_Types].xml ... xl/workbook.xml"),
+  EXPECT_EQ(ForeignKind("PK\x03\x04 ... [Content_Types].xml ... xl/workbook.xml ... PK\x05\x06"),
             "an Excel workbook of the new kind (.xlsx)");
-  EXPECT_EQ(ForeignKind("PK\x03\x04 ... mimetypeapplication/vnd.oasis.opendocument.spreadsheet"),
+  EXPECT_EQ(ForeignKind("PK\x03\x04 ... mimetypeapplication/vnd.oasis.opendocument.spreadsheet ... PK\x05\x06"),
             "an OpenDocument spreadsheet (.ods)");
-  EXPECT_EQ(ForeignKind("PK\x03\x04 ... birds.jpg"), "a ZIP archive");
+  EXPECT_EQ(ForeignKind("PK\x03\x04 ... birds.jpg ... PK\x05\x06"), "a ZIP archive");
   EXPECT_EQ(ForeignKind(old.substr(0, 8) + std::string(500, ' ') + Wide("EncryptedPackage")), "an encrypted workbook");
   EXPECT_EQ(ForeignKind(old.substr(0, 8) + std::string(500, ' ') + Wide("WordDocument")),
             "a document of an office program");

@@ -74,7 +74,7 @@ TEST(FreexlWorkbooks, RefusesWhatIsNoWorkbookAndNamesItAsWhatItIs) {
   EXPECT_THAT(WhyRefused(TemporaryFile("").Path()), EndsWith("damaged.xls is empty"));
   EXPECT_THAT(WhyRefused(TemporaryFile("Year,Code\r\n").Path()),
               EndsWith("is no workbook: it seems to be a text, whose name should end in .dat"));
-  EXPECT_THAT(WhyRefused(TemporaryFile("PK\x03\x04 ... xl/workbook.xml").Path()),
+  EXPECT_THAT(WhyRefused(TemporaryFile("PK\x03\x04 ... xl/workbook.xml ... PK\x05\x06").Path()),
               EndsWith("is an Excel workbook of the new kind (.xlsx): save it as a workbook of the old kind (.xls), "
                        "without a password"));
   const std::string whole = ReadWholeFile(Kept("lake.xls"));

@@ -6,7 +6,12 @@ namespace merlane {
 namespace {
 
 std::vector<Worksheet> Sheets() {
-  return {{"Lake", {{std::string("Year"), std::monostate()}, {1995.0, std::string("a\0b", 3)}}}, {"Empty", {}}};
+  return {{"Lake",
+           {{std::string("Year"), std::monostate()}, {1995.0, std::string("a\0b", 3)}},
+           7,
+           {{}, {{0, "01995"}}},
+           {true, 1, 7, {2, 5}}},
+          {"Empty", {}}};
 }
 
 TEST(PackedWorksheets, ComeBackAsTheyWere) {
@@ -14,6 +19,9 @@ TEST(PackedWorksheets, ComeBackAsTheyWere) {
   ASSERT_EQ(back.size(), 2U);
   EXPECT_EQ(back[0].name, "Lake");
   EXPECT_EQ(back[0].rows, Sheets()[0].rows);
+  EXPECT_EQ(back[0].firstRow, 7U);
+  EXPECT_EQ(back[0].shown, Sheets()[0].shown);
+  EXPECT_EQ(back[0].hidden, Sheets()[0].hidden);
   EXPECT_EQ(back[1].name, "Empty");
   EXPECT_TRUE(back[1].rows.empty());
 }

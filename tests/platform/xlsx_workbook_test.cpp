@@ -52,9 +52,7 @@ std::vector<std::pair<int, std::vector<WorkbookCell>>> RowsOf(const std::string&
                                {"xl/_rels/workbook.xml.rels", BookRels},
                                {"xl/sheet.xml", sheet}});
   std::vector<std::pair<int, std::vector<WorkbookCell>>> rows;
-  XlsxWorkbook(file.Path()).Read("S", [&](int row, const std::vector<WorkbookCell>& cells) {
-    rows.emplace_back(row, cells);
-  });
+  XlsxWorkbook(file.Path()).Read("S", [&](const WorkbookRow& row) { rows.emplace_back(row.number, row.cells); });
   return rows;
 }
 
@@ -74,6 +72,24 @@ TEST(XlsxWorkbook, CellsAreNumbersTextsAndDates) {
       ElementsAre(
           std::pair(3, std::vector<WorkbookCell>{None, 1.5, None, Text("M\u00D6WE1")}),
           std::pair(5, std::vector<WorkbookCell>{Text("TRUE"), Text("#N/A"), Text("a\rb"), 3.0, Text("=B3*2")})));
+}
+
+TEST(XlsxWorkbook, TellsWhatASpreadsheetDoesNotShow) {
+  const TemporaryArchive file(
+      {{"_rels/.rels", Rels},
+       {"xl/workbook.xml", "<w><sheets><sheet name='S' state='hidden' id='r1'/></sheets></w>"},
+       {"xl/_rels/workbook.xml.rels", BookRels},
+       {"xl/sheet.xml",
+        "<w><cols><col min='2' max='2' hidden='1'/><col min='9' max='99' hidden='true'/><col min='0' max='7' "
+        "hidden='1'/><col min='1' max='99999' hidden='1'/></cols><row r='2' hidden='1'/><row r='4' hidden='1'><c "
+        "r='C4'>"
+        "<v>1</v></c></row><row r='5' hidden='0'><c r='A5'><v>1</v></c></row><row r='6' hidden='true'><c "
+        "r='A6'><v>1</v>"
+        "</c></row></w>"}});
+  XlsxWorkbook workbook(file.Path());
+  EXPECT_TRUE(workbook.IsHidden("S"));
+  EXPECT_EQ(workbook.Read("S", [](const WorkbookRow&) {}), (HiddenParts{true, 2, 4, {2}}));
+  EXPECT_FALSE(XlsxWorkbook(KeptXlsx("lo_visits.xlsx")).IsHidden("Visits"));
 }
 
 TEST(XlsxWorkbook, CellsWithoutPlacesFollowOneAnother) {
@@ -105,7 +121,7 @@ TEST(XlsxWorkbook, IsReadAgainAndEndsWhenSomebodyThrows) {
   XlsxWorkbook workbook(KeptXlsx("lo_visits.xlsx"));
   const std::string sheet = workbook.Sheets().front();
   int rows = 0;
-  const auto count = [&](int, const std::vector<WorkbookCell>&) { ++rows; };
+  const auto count = [&](const WorkbookRow&) { ++rows; };
   workbook.Read(sheet, count);
   workbook.Read(sheet, count);
   EXPECT_EQ(rows, 10);

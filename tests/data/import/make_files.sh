@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the files lo_* of this folder with LibreOffice: ./make_files.sh, in the folder itself, behind make_files.py.
+# Makes the files lo_* of this folder with LibreOffice: ./make_files.sh, in the folder itself, behind the scripts in Python.
 set -euo pipefail
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -22,6 +22,9 @@ convert p_errors.xlsx xlsx xlsx lo_errors.xlsx
 convert p_errors.xlsx xls xls lo_errors.xls
 convert p_days_as_dates.xlsx xls xls lo_days_as_dates.xls
 convert p_texts.xlsx xls xls lo_texts.xls
+for name in formatted_codes hidden hidden_sheet shown_days; do
+  convert "h_$name.xlsx" xls xls "lo_$name.xls"
+done
 
 # Formulas with numbers and with texts, which the program calculates below.
 /usr/bin/python3 - "$work" <<'PYTHON'

@@ -1,15 +1,17 @@
-#include "platform/calculated_cells.h"
+#include "platform/freexl_omissions.h"
 
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "base/runtime_failure.h"
 #include "base/utf8.h"
 #include "platform/cell_dates.h"
 #include "platform/compound_document.h"
+#include "platform/number_formats.h"
 
 namespace merlane {
 namespace {
@@ -18,10 +20,15 @@ namespace {
 enum RecordKind : std::uint16_t {
   Formula = 0x0006,
   DateMode = 0x0022,
+  ColumnInfo = 0x007D,
   BoundSheet = 0x0085,
+  ShortNumbers = 0x00BD,
   ExtendedFormat = 0x00E0,
+  LongNumber = 0x0203,
   TruthOrError = 0x0205,
   FormulaText = 0x0207,
+  RowInfo = 0x0208,
+  ShortNumber = 0x027E,
   NumberFormat = 0x041E,
   Begin = 0x0809
 };
@@ -62,15 +69,15 @@ class Stream {
  public:
   explicit Stream(std::string_view bytes) : bytes_(bytes) {}
 
-  std::map<std::string, CellsByPlace> Cells() {
+  std::map<std::string, FreexlOmissions> Omissions() {
     for (std::size_t at = 0; at + 4 <= bytes_.size();) {
       const auto kind = At<std::uint16_t>(bytes_, at), length = At<std::uint16_t>(bytes_, at + 2);
       if (const auto sheet = sheets_.find(static_cast<std::uint32_t>(at)); sheet != sheets_.end())
-        present_ = &cells_[sheet->second];
+        present_ = sheet->second;
       Take(kind, bytes_.substr(at + 4, length));
       at += 4 + std::size_t{length};
     }
-    return std::move(cells_);
+    return std::move(omissions_);
   }
 
  private:
@@ -83,14 +90,30 @@ class Stream {
         from1904_ = At<std::uint16_t>(record, 0) == 1;
         break;
       case BoundSheet:
-        sheets_[At<std::uint32_t>(record, 0)] = Text(record, 6, At<std::uint8_t>(record, 6), 1);
+        TakeSheet(record);
         break;
       case NumberFormat:
-        own_[At<std::uint16_t>(record, 0)] = isVersion8_ ? ShownBy(Text(record, 2, At<std::uint16_t>(record, 2), 2))
-                                                         : ShownBy(Text(record, 2, At<std::uint8_t>(record, 2), 1));
+        own_[At<std::uint16_t>(record, 0)] = isVersion8_ ? Text(record, 2, At<std::uint16_t>(record, 2), 2)
+                                                         : Text(record, 2, At<std::uint8_t>(record, 2), 1);
         break;
       case ExtendedFormat:
         formats_.push_back(At<std::uint16_t>(record, 2));
+        break;
+      case ColumnInfo:
+        TakeColumns(record);
+        break;
+      case RowInfo:
+        TakeRow(record);
+        break;
+      case LongNumber:
+        TakeNumber(record, At<std::uint16_t>(record, 2), At<std::uint16_t>(record, 4), At<double>(record, 6));
+        break;
+      case ShortNumber:
+        TakeNumber(record, At<std::uint16_t>(record, 2), At<std::uint16_t>(record, 4),
+                   Short(At<std::uint32_t>(record, 6)));
+        break;
+      case ShortNumbers:
+        TakeShortNumbers(record);
         break;
       case TruthOrError:
         Put(record, Truth(At<std::uint8_t>(record, 6), At<std::uint8_t>(record, 7) != 0));
@@ -123,9 +146,63 @@ class Stream {
     return std::string(value == 0 ? "FALSE" : "TRUE");
   }
 
+  void TakeSheet(std::string_view record) {
+    constexpr std::uint8_t StateBits = 3;
+    FreexlOmissions& sheet = omissions_[Text(record, 6, At<std::uint8_t>(record, 6), 1)];
+    sheet.isHidden = (At<std::uint8_t>(record, 4) & StateBits) != 0;
+    sheets_[At<std::uint32_t>(record, 0)] = &sheet;
+  }
+
+  void TakeColumns(std::string_view record) {
+    const auto first = At<std::uint16_t>(record, 0), last = At<std::uint16_t>(record, 2);
+    const bool isHidden = (At<std::uint16_t>(record, 8) & 1) != 0;
+    for (unsigned column = first; isHidden && present_ != nullptr && column <= last; ++column)
+      present_->hiddenColumns.insert(column);
+  }
+
+  void TakeRow(std::string_view record) {
+    constexpr std::uint8_t IsHidden = 0x20;
+    if (present_ != nullptr && (At<std::uint8_t>(record, 12) & IsHidden) != 0)
+      present_->hiddenRows.insert(At<std::uint16_t>(record, 0));
+  }
+
+  /// A number in four bytes: a whole one, or the first bits of a double, and maybe a hundredth of that.
+  static double Short(std::uint32_t bits) {
+    constexpr std::uint32_t IsHundredth = 1, IsWhole = 2;
+    const auto whole = static_cast<std::int32_t>(bits) >> 2;
+    const std::uint64_t wide = static_cast<std::uint64_t>(bits & ~3U) << 32;
+    double number = 0;
+    std::memcpy(&number, &wide, sizeof number);
+    if ((bits & IsWhole) != 0) number = whole;
+    return (bits & IsHundredth) != 0 ? number / 100 : number;
+  }
+
+  void TakeShortNumbers(std::string_view record) {
+    constexpr std::size_t First = 4, Each = 6;
+    auto column = At<std::uint16_t>(record, 2);
+    for (std::size_t at = First; at + Each <= record.size(); at += Each)
+      TakeNumber(record, column++, At<std::uint16_t>(record, at), Short(At<std::uint32_t>(record, at + 2)));
+  }
+
+  /// A number of the row in which a record begins: keeps what its format shows, or that it is a date.
+  void TakeNumber(std::string_view record, unsigned column, std::uint16_t format, double number) {
+    if (present_ == nullptr || format >= formats_.size()) return;
+    const unsigned row = At<std::uint16_t>(record, 0);
+    WorkbookCell cell = Number(number, format);
+    if (!std::holds_alternative<double>(cell))
+      present_->cells[{row, column}] = std::move(cell);
+    else if (std::optional<std::string> shown = ShownAs(number, CodeAt(format)))
+      present_->shown[row].emplace_back(column, std::move(*shown));
+  }
+
+  std::string_view CodeAt(std::uint16_t format) const {
+    const auto own = own_.find(formats_[format]);
+    return own == own_.end() ? CodeOf(formats_[format]) : std::string_view(own->second);
+  }
+
   WorkbookCell* Put(std::string_view record, WorkbookCell value) {
     if (present_ == nullptr) return nullptr;
-    WorkbookCell& cell = (*present_)[{At<std::uint16_t>(record, 0), At<std::uint16_t>(record, 2)}];
+    WorkbookCell& cell = present_->cells[{At<std::uint16_t>(record, 0), At<std::uint16_t>(record, 2)}];
     cell = std::move(value);
     return &cell;
   }
@@ -136,7 +213,10 @@ class Stream {
     constexpr std::size_t value = 6;
     awaited_ = nullptr;
     if (At<std::uint16_t>(record, value + 6) != 0xFFFF) {
-      Put(record, Number(At<double>(record, value), At<std::uint16_t>(record, 4)));
+      const auto format = At<std::uint16_t>(record, 4);
+      const auto number = At<double>(record, value);
+      Put(record, Number(number, format));
+      TakeNumber(record, At<std::uint16_t>(record, 2), format, number);
       return;
     }
     const auto kind = At<std::uint8_t>(record, value), what = At<std::uint8_t>(record, value + 2);
@@ -150,26 +230,26 @@ class Stream {
     if (!std::isfinite(number)) return std::string("#NUM!");
     if (format >= formats_.size()) return number;
     const auto own = own_.find(formats_[format]);
-    const Shows shows = own == own_.end() ? ShownBy(formats_[format]) : own->second;
+    const Shows shows = own == own_.end() ? ShownBy(formats_[format]) : ShownBy(own->second);
     if (shows == Shows::Number) return number;
     return DateText(number, shows, from1904_);
   }
 
   const std::string_view bytes_;
-  std::map<std::uint32_t, std::string> sheets_;  // by where they begin
-  std::map<int, Shows> own_;
+  std::map<std::string, FreexlOmissions> omissions_;
+  std::map<std::uint32_t, FreexlOmissions*> sheets_;  // by where they begin
+  std::map<int, std::string> own_;                    // codes of formats
   std::vector<int> formats_;
-  std::map<std::string, CellsByPlace> cells_;
-  CellsByPlace* present_ = nullptr;
+  FreexlOmissions* present_ = nullptr;
   WorkbookCell* awaited_ = nullptr;  // a formula's cell whose text comes with a later record
   bool isVersion8_ = false, from1904_ = false;
 };
 
 }  // namespace
 
-std::map<std::string, CellsByPlace> CalculatedCells(std::string_view file) {
+std::map<std::string, FreexlOmissions> FreexlOmissionsOf(std::string_view file) {
   const std::string stream = StreamIn(file, {"Workbook", "Book"});
-  return Stream(stream).Cells();
+  return Stream(stream).Omissions();
 }
 
 }  // namespace merlane

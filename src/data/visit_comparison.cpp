@@ -1,0 +1,82 @@
+#include "data/visit_comparison.h"
+
+#include <fmt/format.h>
+
+#include "base/number_text.h"
+#include "data/record_survey.h"
+
+namespace merlane {
+
+VisitComparison::VisitComparison(const BroodData& data, FieldReader& fields)
+    : data_(data), fields_(fields), lineOf_(data.VisitAge.size(), 0) {
+  if (data.NCov > 0) firstVisit_.resize(static_cast<std::size_t>(data.Broods()));
+}
+
+void VisitComparison::Take(const DataLine& line, std::size_t b, std::size_t v) {
+  if (lineOf_[v] != 0)
+    fields_.Note(Oddity::Lost, [&] { return fmt::format("line {}, by line {}", lineOf_[v], line.Number()); });
+  lineOf_[v] = line.Number();
+  if (data_.NCov == 0) return;
+  if (v == static_cast<std::size_t>(data_.FirstVisit[b]))
+    firstVisit_[b] = line;
+  else if (firstVisit_[b])
+    CompareCovariates(line, b);
+}
+
+/// A brood's covariates are those of its first visit.
+void VisitComparison::CompareCovariates(const DataLine& line, std::size_t b) {
+  for (int m = 1; m <= data_.NCov; ++m) {
+    const RecordField field = record::Covariate(m);
+    if (line.Text(field) == firstVisit_[b]->Text(field)) continue;
+    const double value = data_.CovariatesOf(static_cast<int>(b))[m - 1];
+    const DataLine::Reading reading = line.Read(field);
+    if (!reading.plain || reading.value != value)
+      fields_.Note(Oddity::Covariate,
+                   [&] { return fmt::format("{}, and {} at the first", line.At(field), Shortest(value)); });
+  }
+}
+
+void VisitComparison::TestOrder() const {
+  for (int b = 0; b < data_.Broods(); ++b) {
+    const auto first = static_cast<std::size_t>(data_.FirstVisit[static_cast<std::size_t>(b)]);
+    const int visits = data_.VisitsOf[static_cast<std::size_t>(b)];
+    for (int j = 2; j <= visits; ++j) TestOrder(b, j, first + static_cast<std::size_t>(j) - 1);
+  }
+}
+
+void VisitComparison::TestOrder(int b, int j, std::size_t v) const {
+  CompareDays(b, v);
+  const int before = data_.VisitCount[v - 1], count = data_.VisitCount[v];
+  if (before == Missing || count == Missing) return;
+  const auto refuse = [&](const char* what, const std::string& values) {
+    const std::string& code = data_.BroodCode[static_cast<std::size_t>(b)];
+    RefuseData(fmt::format("{} was encountered at visit #{} of brood #{} in year {}", what, j, data_.BroodNumber(b),
+                           data_.BroodYear[static_cast<std::size_t>(b)]),
+               fmt::format("line {}, code \"{}\": {}", lineOf_[v], Shown(code), values));
+  };
+  if (count > before)
+    refuse("An increase in clutch or brood size",
+           fmt::format("{} behind {} of line {}", count, before, lineOf_[v - 1]));
+  const double ageBefore = data_.VisitAge[v - 1], age = data_.VisitAge[v];
+  if (ageBefore != Missing && age != Missing && age <= ageBefore)
+    refuse("An non-increase in brood age",
+           fmt::format("age {} behind {} of line {}", Shortest(age), Shortest(ageBefore), lineOf_[v - 1]));
+}
+
+/// A visit stands behind the one before it, and is on a later day. Where ages are unknown, time is measured by these
+/// days alone.
+void VisitComparison::CompareDays(int b, std::size_t v) const {
+  if (!data_.HasRecord(v)) return;
+  const std::string& code = data_.BroodCode[static_cast<std::size_t>(b)];
+  if (!data_.HasRecord(v - 1)) {
+    fields_.Note(Oddity::Gap, [&] { return fmt::format("line {}, code \"{}\"", lineOf_[v], Shown(code)); });
+    return;
+  }
+  if (data_.VisitDate[v] > data_.VisitDate[v - 1]) return;
+  fields_.Note(Oddity::Days, [&] {
+    return fmt::format("line {}, code \"{}\": day {} behind {} of line {}", lineOf_[v], Shown(code), data_.VisitDate[v],
+                       data_.VisitDate[v - 1], lineOf_[v - 1]);
+  });
+}
+
+}  // namespace merlane

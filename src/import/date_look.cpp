@@ -1,0 +1,108 @@
+#include "import/date_look.h"
+
+#include <fmt/format.h>
+
+namespace merlane {
+namespace {
+
+/// The order with which one of two is easily mistaken for the other.
+std::optional<DateOrder> OtherOrder(DateOrder order) {
+  if (order == DateOrder::DayMonthYear) return DateOrder::MonthDayYear;
+  if (order == DateOrder::MonthDayYear) return DateOrder::DayMonthYear;
+  return std::nullopt;
+}
+
+/// Whether a date such as 2023-06-04 would be another one with its day for its month.
+bool HasDayThatCouldBeMonth(const std::string& text) {
+  constexpr std::size_t MonthAt = 5, DayAt = 8, Digits = 2;
+  constexpr std::string_view marks = "-/.";
+  if (text.size() < DayAt + Digits || text[MonthAt - 1] != text[DayAt - 1] ||
+      marks.find(text[DayAt - 1]) == std::string_view::npos)
+    return false;
+  const std::string month = text.substr(MonthAt, Digits), day = text.substr(DayAt, Digits);
+  return day <= "12" && day != month;
+}
+
+const std::string& NameOf(DateOrder order) { return DateOrderNames()[static_cast<std::size_t>(order)]; }
+
+}  // namespace
+
+void DateLook::Seen::Add(const std::string& example, int where) {
+  if (count++ > 0) return;
+  text = example;
+  line = where;
+}
+
+void DateLook::Take(const std::string& text, DayOfYear date, int line) {
+  if (order_ == DateOrder::SerialDays || order_ == DateOrder::DaysSince1970)
+    TakeNumber(text, date);
+  else
+    TakeInOrder(text, date, line);
+}
+
+void DateLook::TakeInOrder(const std::string& text, DayOfYear date, int line) {
+  const std::optional<DateOrder> other = OtherOrder(order_);
+  const bool hasPoints = text.find('.') != std::string::npos;
+  if (!other || (hasPoints && order_ == DateOrder::DayMonthYear)) return;  // as they mostly are
+  const std::optional<DayOfYear> otherDate = DateIn(text, *other);
+  if (otherDate != date)
+    ++ordered_;
+  else if (HasDayThatCouldBeMonth(text))
+    mayBeExchanged_.Add(text, line);
+  if (!otherDate)
+    clear_ = true;
+  else if (*otherDate != date)
+    (hasPoints ? monthBeforePoint_ : unclear_).Add(text, line);
+}
+
+void DateLook::TakeNumber(const std::string& text, DayOfYear date) {
+  constexpr int FirstYear = 1990, LastYear = 2039;  // of nearly all that anybody has
+  const bool since1970 = order_ == DateOrder::DaysSince1970;
+  const std::optional<DayOfYear> other = DateIn(text, since1970 ? DateOrder::SerialDays : DateOrder::DaysSince1970);
+  if (!other || *other == date || (!since1970 && (other->year < FirstYear || other->year > LastYear))) return;
+  if (numbers_.count == 0) firstNumber_ = date;
+  numbers_.Add(text, 0);
+}
+
+std::optional<DateOrder> DateLook::TakeRefused(const std::string& text, int line) {
+  const std::optional<DateOrder> other = OtherOrder(order_);
+  if (!other || !DateIn(text, *other)) return std::nullopt;
+  otherOrder_.Add(text, line);
+  return other;
+}
+
+void DateLook::Remark(Remarks& remarks) const {
+  const auto taken = [this](const Seen& seen) {
+    return fmt::format("{} taken as {}", seen.count == 1 ? "was" : "were", NameOf(order_));
+  };
+  if (monthBeforePoint_.count > 0)
+    remarks.Say(fmt::format("{} between points, such as \"{}\", {}", Counted(monthBeforePoint_.count, "date"),
+                            monthBeforePoint_.text, taken(monthBeforePoint_)));
+  RemarkExchanged(remarks);
+  if (unclear_.count > 0 && otherOrder_.count > 0)
+    remarks.Say(fmt::format(
+        "dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
+        "\"{}\", which could be of both, taken as {}",
+        otherOrder_.count, remarks.Place(), otherOrder_.line, unclear_.count, unclear_.text, NameOf(order_)));
+  else if (unclear_.count > 0 && !clear_)
+    remarks.Say(fmt::format("{} such as \"{}\" {}: no date tells whether that is their order",
+                            Counted(unclear_.count, "date"), unclear_.text, taken(unclear_)));
+  if (numbers_.count > 0)
+    remarks.Say(fmt::format("{} such as \"{}\" {}, that one for day {} of {}: are they counted so?",
+                            Counted(numbers_.count, "number"), numbers_.text, taken(numbers_), firstNumber_.day,
+                            firstNumber_.year));
+}
+
+void DateLook::RemarkExchanged(Remarks& remarks) const {
+  if (ordered_ == 0 || mayBeExchanged_.count == 0) return;
+  const bool one = ordered_ == 1, oneOther = mayBeExchanged_.count == 1;
+  // A spreadsheet of another country makes a date of 4/6/2023 with its day for its month, and leaves 13/6/2023 a text.
+  remarks.Say(fmt::format(
+      "{} {}, and {} {}, the first in {} {}: day and month of {} may have been exchanged", Counted(ordered_, "date"),
+      ofSheet_ ? one ? "stands as a text" : "stand as texts" : "written as " + NameOf(order_), mayBeExchanged_.count,
+      ofSheet_ ? oneOther ? "is a date of the spreadsheet" : "are dates of the spreadsheet"
+               : "beginning with the year, as a spreadsheet makes them",
+      remarks.Place(), mayBeExchanged_.line, oneOther ? "that one" : "those"));
+}
+
+}  // namespace merlane
