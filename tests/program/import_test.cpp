@@ -245,11 +245,22 @@ TEST(Import, AColumnTakesARoleFromAnother) {
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       X,"));
 }
 
-TEST(Import, ARoleThatIsNoneAndAYearThatIsNoneLeaveTheirPlaceAsItWas) {
+TEST(Import, WhatIsNoneOfTheChoicesIsToldAsAFailureAndLeavesThemAsTheyWere) {
   Importing t("none");
   t.Open(t.Table("lake.csv", "Nest,Day,Eggs,Note\nA,150,5,x\n"));
-  t.GiveRole(1, "nonsense");
+  t.GiveRole(1, "Column 99999999999");
+  EXPECT_EQ(t.windows.LastText(), "\"Column 99999999999\" is none that \"The selected column is\" can be");
   EXPECT_EQ(t.form.cboRole.text, "code");
+  int failures = 1;
+  for (ComboBox* box : {&t.form.cboEncoding, &t.form.cboDelimiter, &t.form.cboDecimal, &t.form.cboDates,
+                        &t.form.cboUnknownAge}) {
+    const std::string before = box->text, preview = t.form.txtPreview.text;
+    t.desk.SetText(*box, "nonsense");
+    EXPECT_THAT(t.windows.LastText(), StartsWith("\"nonsense\" is none that "));
+    EXPECT_EQ(t.windows.toldFailures, ++failures);
+    EXPECT_EQ(box->text, before);
+    EXPECT_EQ(t.form.txtPreview.text, preview);
+  }
   t.desk.SetText(t.form.txtYear, "soon");
   EXPECT_EQ(t.windows.LastText(), "A year is a whole number, and \"soon\" is none");
   EXPECT_EQ(t.form.txtYear.text, "1995");
@@ -573,7 +584,12 @@ TEST(Import, TheWindowSaysHowNestsBecomeVisits) {
   t.Open(t.Table("nests.csv", "id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,12,1\n"));
   EXPECT_TRUE(t.form.lblNests.visible);
   EXPECT_THAT(t.form.lblNests.text, HasSubstr("visits of one egg"));
-  EXPECT_FALSE(t.form.cboUnknownAge.visible);
+  EXPECT_THAT(t.form.lblNests.text, HasSubstr("Where its age is missing tells whether it counts as a clutch or"));
+  EXPECT_THAT(t.form.txtRemarks.text,
+              HasSubstr("3 visits without a brood age or a hatch day: written as unknown age of eggs"));
+  EXPECT_TRUE(t.form.cboUnknownAge.visible);
+  t.desk.SetText(t.form.cboUnknownAge, "unknown age of young");
+  EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       ?,       1\r\n"));
   t.GiveRole(2, "not used");
   EXPECT_FALSE(t.form.lblNests.visible);
 }
