@@ -175,7 +175,7 @@ void Actions::SavePlot(const BatchLine& line) {
 
 void Actions::Write(const BatchLine& line, const std::function<std::string()>& bytes) {
   try {
-    const std::string path = InFolder(host_.GetFolders().writing, *line.text);
+    const std::string path = host_.GetFolders().ToWrite(*line.text);
     WriteWholeFile(path, bytes());
     host_.OnWrote(path);
   } catch (const std::exception& failure) {

@@ -10,6 +10,7 @@ namespace merlane {
 class BatchClock : public Clock {
  public:
   DateTime Now() const override { return standing_ ? *standing_ : running_.Now(); }
+  bool Stands() const override { return standing_.has_value(); }
   void StandAt(const DateTime& time) { standing_ = time; }
 
  private:

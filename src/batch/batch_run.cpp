@@ -30,6 +30,7 @@ int BatchRun::Play(Desk& desk, const std::function<void()>& start, Exporter expo
   }
   if (end == "quit" && exitStatus != status::Done) end = "fatal";
   if (exitStatus == status::Done && windows_.Failed()) exitStatus = status::CommandFailed;
+  beforeEnd(end, exitStatus);
   transcript_.End(end);
   return exitStatus;
 }

@@ -19,13 +19,19 @@ class BatchRun {
   BatchRun(std::vector<BatchLine> lines, const Folders& folders, Transcript& transcript);
 
   /// What the program is made from.
-  Host MachineHost() {
-    const std::string& folder = windows_.GetFolders().writing;
-    return {windows_, clock_, random_, workbooks_, folder, folder};
+  Host MachineHost(SharedWork* shared = nullptr) {
+    const std::string& folder = windows_.GetFolders().OfProgram();
+    return {windows_, clock_, random_, workbooks_, folder, folder, shared};
   }
 
   /// Starts the program whose forms stand on `desk` and plays the lines. Returns the exit status.
   int Play(Desk& desk, const std::function<void()>& start, Exporter exporter);
+
+  /// Called behind the last line, before the transcript ends: how it ended, and with which status. May change both.
+  std::function<void(std::string& end, int& exitStatus)> beforeEnd = [](std::string&, int&) {};
+
+  HeadlessHost& Windows() { return windows_; }
+  const RandomStreams& Random() const { return random_; }
 
   /// Why the run stopped: the line, the action and what is wrong; empty when it did not.
   const std::string& Problem() const { return problem_; }

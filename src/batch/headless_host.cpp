@@ -42,6 +42,34 @@ std::string InFolder(const std::string& folder, const std::string& path) {
   return folder + (folder.ends_with('/') ? "" : "/") + path;
 }
 
+std::string Folders::ToRead(const std::string& path) const {
+  std::string there = InFolder(reading, path);
+  if (aside.empty()) return there;
+  std::string written = Aside(there);
+  std::error_code unknown;
+  return std::filesystem::exists(written, unknown) ? written : there;
+}
+
+std::string Folders::ToWrite(const std::string& path) const {
+  const std::string there = InFolder(writing, path);
+  if (aside.empty()) return there;
+  std::string written = Aside(there);
+  std::error_code unknown;
+  // A folder that is not there fails the writing, as it will when it is meant.
+  if (std::filesystem::is_directory(std::filesystem::path(there).parent_path(), unknown))
+    std::filesystem::create_directories(std::filesystem::path(written).parent_path(), unknown);
+  return written;
+}
+
+/// What is written to the folder for that stands in the one aside under the same name, all else in folders below it.
+std::string Folders::Aside(const std::string& path) const {
+  namespace fs = std::filesystem;
+  const fs::path whole = fs::absolute(path).lexically_normal(), folder = fs::absolute(writing).lexically_normal();
+  const fs::path inside = whole.lexically_relative(folder);
+  const bool isInside = !inside.empty() && *inside.begin() != "..";
+  return (fs::path(aside) / (isInside ? inside : "elsewhere" / whole.relative_path())).string();
+}
+
 HeadlessHost::HeadlessHost(std::vector<BatchLine> lines, Folders folders, Transcript& transcript)
     : lines_(std::move(lines)), folders_(std::move(folders)), transcript_(transcript) {}
 
@@ -131,9 +159,14 @@ std::optional<std::string> HeadlessHost::AskFile(const FileRequest& request) {
   const bool opens = request.kind == FileRequest::Kind::Open;
   const std::string asked = opens ? "a file to open" : "a file to save in";
   std::optional<std::string> path = AnswerTo(Verb::File, request.title, asked, false).text;
-  if (path) path = InFolder(opens ? folders_.reading : folders_.writing, *path);
-  transcript_.Chosen(request, path ? Shown(*path) : "");
-  return path;
+  if (!path) {
+    transcript_.Chosen(request, "");
+    return path;
+  }
+  transcript_.Chosen(request, Shown(InFolder(opens ? folders_.reading : folders_.writing, *path)));
+  const std::string leadsTo = opens ? folders_.ToRead(*path) : folders_.ToWrite(*path);
+  if (opens) onOpen(*path, leadsTo);
+  return leadsTo;
 }
 
 void HeadlessHost::OnForm(Form& form, FormEvent event) { transcript_.Window(form.name, event); }
@@ -142,7 +175,9 @@ void HeadlessHost::OnStatus(const std::string& bar, int panel, const std::string
   transcript_.Status(bar, panel, text);
 }
 
-void HeadlessHost::OnWrote(const std::string& path) { transcript_.Wrote(Shown(path)); }
+void HeadlessHost::OnWrote(const std::string& path) {
+  if (folders_.aside.empty()) transcript_.Wrote(Shown(path));
+}
 
 void HeadlessHost::OnFailure(const std::string& text) {
   failed_ = true;

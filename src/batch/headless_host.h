@@ -12,10 +12,21 @@
 
 namespace merlane {
 
-/// Where relative paths of a batch file lead.
+/// Where the paths of a batch file lead.
 struct Folders {
-  std::string reading = ".";
-  std::string writing = ".";
+  std::string reading = ".";  // to which those are relative that are read
+  std::string writing = ".";  // and those that are written
+  /// Where a run writes that must leave no files: all that it writes goes there, and is read from there by it. Empty:
+  /// a run as any other.
+  std::string aside = "";
+
+  std::string ToRead(const std::string& path) const;
+  std::string ToWrite(const std::string& path) const;
+  /// Where files go that the program names itself.
+  const std::string& OfProgram() const { return aside.empty() ? writing : aside; }
+
+ private:
+  std::string Aside(const std::string& path) const;
 };
 
 /// `path` itself when it is absolute, otherwise in `folder`. There is always a separator in it, as in a path that a
@@ -34,6 +45,8 @@ class HeadlessHost : public WindowSystem {
 
   /// Plays an action, given by whoever knows the forms.
   std::function<void(const BatchLine&)> play;
+  /// Told which file is about to be read, as the batch file names it and where that leads.
+  std::function<void(const std::string& name, const std::string& path)> onOpen = [](const auto&, const auto&) {};
 
   bool AtEnd() const { return next_ == lines_.size(); }
   /// Plays the next line as an action.

@@ -167,6 +167,10 @@ void PeopleTranscript::State(const Form& form) {
 
 void PeopleTranscript::Wrote(const std::string& path) { Write("wrote " + path); }
 
+void PeopleTranscript::Shares(const std::string& work, const Share& share) {
+  Write(fmt::format("piece {} of {} of {}", share.number, share.of, work));
+}
+
 void PeopleTranscript::Failure(const std::string& text) { Write("failure " + text); }
 
 void PeopleTranscript::End(const std::string& how) { out_ << "end: " << how << '\n' << std::flush; }
@@ -218,6 +222,11 @@ void JsonTranscript::State(const Form& form) {
 }
 
 void JsonTranscript::Wrote(const std::string& path) { WriteLine(out_, {{"wrote", JsonOf(path)}}); }
+
+void JsonTranscript::Shares(const std::string& work, const Share& share) {
+  WriteLine(out_, {{"piece",
+                    JsonObject({{"number", JsonOf(share.number)}, {"of", JsonOf(share.of)}, {"work", JsonOf(work)}})}});
+}
 
 void JsonTranscript::Failure(const std::string& text) { WriteLine(out_, {{"failure", JsonOf(text)}}); }
 

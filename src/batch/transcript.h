@@ -6,6 +6,7 @@
 
 #include "batch/batch_file.h"
 #include "forms/form.h"
+#include "platform/shared_work.h"
 #include "platform/window_system.h"
 
 namespace merlane {
@@ -22,6 +23,8 @@ class Transcript {
   virtual void Status(const std::string& bar, int panel, const std::string& text) = 0;
   virtual void State(const Form& form) = 0;
   virtual void Wrote(const std::string& path) = 0;
+  /// A work begins of which this run does a share.
+  virtual void Shares(const std::string& work, const Share& share) = 0;
   virtual void Failure(const std::string& text) = 0;
   virtual void End(const std::string& how) = 0;
 };
@@ -38,6 +41,7 @@ class PeopleTranscript : public Transcript {
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;
   void Wrote(const std::string& path) override;
+  void Shares(const std::string& work, const Share& share) override;
   void Failure(const std::string& text) override;
   void End(const std::string& how) override;
 
@@ -58,6 +62,7 @@ class JsonTranscript : public Transcript {
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;
   void Wrote(const std::string& path) override;
+  void Shares(const std::string& work, const Share& share) override;
   void Failure(const std::string& text) override;
   void End(const std::string& how) override;
 

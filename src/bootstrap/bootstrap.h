@@ -11,6 +11,9 @@
 
 namespace merlane {
 
+/// After so many rejected attempts one after the other a bootstrap asks whether to go on.
+inline constexpr int MostRejectedInARow = 100;
+
 /// Mean, standard deviation (of the population form) and limits of a number over the replicates that have it.
 class Spread {
  public:

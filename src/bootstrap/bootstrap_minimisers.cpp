@@ -21,17 +21,17 @@ void BootstrapMinimisers::Close() {
   desk_.Unload(marquardt_);
 }
 
-void MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
+bool MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective) {
   BuildFuseGroups(run);
   PackFree(run);
   if (minimiser == BootstrapResults::Minimiser::Simplex) {
     SimplexState polytope;
     SimplexWatch nobody;
     MinimiseSimplex(run, objective, polytope, nobody);
-  } else {
-    MarquardtWatch nobody;
-    MinimiseMarquardt(run, objective, DerivativeMode::Numerical, nobody);
+    return true;
   }
+  MarquardtWatch nobody;
+  return MinimiseMarquardt(run, objective, DerivativeMode::Numerical, nobody).ending != MarquardtEnding::MatrixFailed;
 }
 
 }  // namespace merlane

@@ -28,6 +28,6 @@ class BootstrapMinimisers {
 };
 
 /// The same minimisation without a window, on a run of its own and in any thread.
-void MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective);
+bool MinimiseAhead(BootstrapResults::Minimiser minimiser, RunState& run, Objective& objective);
 
 }  // namespace merlane

@@ -8,13 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "control/fuses.h"
-#include "data/brood_reader.h"
-#include "data/record_places.h"
-#include "data/standard_anomalies.h"
-#include "model/likelihood.h"
 #include "model/same_bits.h"
-#include "model/simulator.h"
 
 namespace merlane {
 namespace {
@@ -35,47 +29,33 @@ bool SameBits(const Array1<double>& a, const Array1<double>& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) { return merlane::SameBits(x, y); });
 }
 
-/// A call of the objective: what it was given, and what came of it once it is `done`. Each call that is begun gets
-/// done: room for the outcome is there from the start.
-struct KnownCall {
-  std::int32_t NF;
-  Array1<double> given, left;
-  double F = 0;
-  std::exception_ptr failure{};
-  std::vector<Message> messages{};
-  std::atomic<long> turns = 0;
-  std::atomic<bool> done = false;
-
-  KnownCall(std::int32_t code, const Array1<double>& vector) : NF(code), given(vector), left(vector) {}
-};
-
 }  // namespace
 
 /// The calls of one replicate's minimiser, written by the thread that fits and read by the one that follows.
-class FitsAhead::Fit {
+class FitsAhead::Fit : public FitWatch {
  public:
   explicit Fit(int mostCalls) : mostCalls_(static_cast<std::size_t>(mostCalls)) {}
 
   // The fitting thread.
-  void Begins(const std::string& dataText) {
+  void OnData(const std::string& dataText) override {
     const std::lock_guard lock(mutex_);
     text_ = dataText;
     textKnown_ = true;
     changed_.notify_all();
   }
-  KnownCall& Calls(std::int32_t NF, const Array1<double>& vector) {
+  FitCall& OnCall(std::int32_t NF, const Array1<double>& vector) override {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return calls_.size() < mostCalls_ || abandoned_; });
-    StopIfAbandoned();
+    OnTurn();
     return calls_.emplace_back(NF, vector);
+  }
+  void OnTurn() override {
+    if (abandoned_.load(std::memory_order_relaxed)) throw Abandoned{};
   }
   void Ends() {
     const std::lock_guard lock(mutex_);
     ended_ = true;
     changed_.notify_all();
-  }
-  void StopIfAbandoned() const {
-    if (abandoned_.load(std::memory_order_relaxed)) throw Abandoned{};
   }
 
   // The following thread.
@@ -91,7 +71,7 @@ class FitsAhead::Fit {
     return textKnown_ && text_ == dataText;
   }
   /// The first call that has not been dropped, waited for; null when the fit has ended without one.
-  KnownCall* First() {
+  FitCall* First() {
     std::unique_lock lock(mutex_);
     while (calls_.empty() && !ended_) changed_.wait_for(lock, Glance);
     return calls_.empty() ? nullptr : &calls_.front();
@@ -115,14 +95,15 @@ class FitsAhead::Fit {
   std::string text_;
   bool textKnown_ = false;
   bool ended_ = false;
-  std::deque<KnownCall> calls_;  // in order; those that have been followed are dropped
+  std::deque<FitCall> calls_;  // in order; those that have been followed are dropped
 };
 
 int ThreadsAhead(int cores, int visits) { return std::min(cores, MostVisitsAhead / std::max(1, visits)); }
 
 int CallsAhead(int parameters) { return MostNumbersAhead / (2 * parameters); }
 
-FitsAhead::FitsAhead(Origin origin, Watch watch, int threads) : origin_(std::move(origin)), watch_(std::move(watch)) {
+FitsAhead::FitsAhead(FitOrigin origin, Watch watch, int threads, int first)
+    : origin_(std::move(origin)), watch_(std::move(watch)), next_(first) {
   try {
     for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { Work(); });
   } catch (const std::exception&) {
@@ -167,7 +148,7 @@ void FitsAhead::Leave() {
 
 bool FitsAhead::Answer(ModelCall& call) {
   if (!followed_) return false;
-  KnownCall* const known = followed_->First();
+  FitCall* const known = followed_->First();
   if (known == nullptr || known->NF != call.NF || !SameBits(known->given, call.X)) {
     Leave();
     return false;
@@ -212,67 +193,12 @@ void FitsAhead::Work() {
 /// Whatever a fit meets ends it; the bootstrap meets the same on its own way, and tells.
 void FitsAhead::Run(int attempt, Fit& fit, KeptPredictions& predictions) const {
   try {
-    BroodData data = origin_.data;
-    LikelihoodState likelihood = origin_.fit;
-    ReadReplicate(attempt, fit, predictions, data, likelihood);
-    Minimise(fit, data, likelihood);
+    ReplicateFit replicate(origin_, fit);
+    replicate.Simulate(attempt, predictions);
+    replicate.Minimise();
   } catch (...) {
   }
   fit.Ends();
-}
-
-void FitsAhead::ReadReplicate(int attempt, Fit& fit, KeptPredictions& predictions, BroodData& data,
-                              LikelihoodState& likelihood) const {
-  RandomStreams random = origin_.random;
-  random.Skip(attempt - 1);
-  Simulation simulation;
-  const CalculationWatch watch{.turn = [&fit] { fit.StopIfAbandoned(); }};
-  SimulateData(data, {.BootstrapMode = true}, likelihood.best, random, watch, simulation, &predictions);
-  const std::string text = origin_.text.Of(simulation.SimCount);
-  fit.Begins(text);
-  ReadingReport unread;
-  ReadTextData(
-      text, true, data, [](const Message&) {}, unread);
-  RecordPlaces(origin_.data).GiveTo(data);
-  likelihood.Dimension(data);
-  if (data.CovariateFormat == "A") StandardiseCovariates(data);
-}
-
-void FitsAhead::Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const {
-  Likelihood evaluator(data);
-  KnownCall first(1, {});  // the bootstrap makes it itself
-  KnownCall* now = &first;
-  EvaluationSetting setting;
-  setting.BootstrapMode = true;
-  setting.tell = [&now](const Message& message) { now->messages.push_back(message); };
-  setting.turn = [&now, &fit](long turns) {
-    now->turns.fetch_add(turns, std::memory_order_relaxed);
-    fit.StopIfAbandoned();
-  };
-  const auto evaluate = [&](ModelCall& call) {
-    evaluator.EvaluateObjective(setting, likelihood, call.F, call.X, call.StepSize, call.Names, call.Fuses, call.N,
-                                call.NF, call.K);
-  };
-
-  RunState run = origin_.run;
-  ApplyFuses(run.algorithm.Value, run);
-  Objective(run, evaluate).Call(run.algorithm.Value, 1);
-  Objective objective(run, [&](ModelCall& call) {
-    now = &fit.Calls(call.NF, call.X);
-    std::exception_ptr failure;
-    try {
-      evaluate(call);
-    } catch (...) {
-      failure = std::current_exception();
-    }
-    now->failure = failure;
-    now->left = call.X;
-    now->F = call.F;
-    now->done.store(true, std::memory_order_release);  // from here on it is the follower's, who may have dropped it
-    if (failure) std::rethrow_exception(failure);
-  });
-  objective.priorTerm = origin_.priorTerm;
-  origin_.minimise(run, objective);
 }
 
 }  // namespace merlane

@@ -9,13 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "bootstrap/replicate_data_text.h"
+#include "bootstrap/replicate_fit.h"
 #include "control/objective.h"
-#include "control/run_state.h"
-#include "data/brood_data.h"
 #include "model/kept_predictions.h"
-#include "model/likelihood_state.h"
-#include "platform/random_streams.h"
 #include "platform/window_system.h"
 
 namespace merlane {
@@ -33,24 +29,15 @@ int CallsAhead(int parameters);
 /// were met ahead, bit for bit. So every estimate, status, question and turn is the same for any number of cores.
 class FitsAhead {
  public:
-  /// What a replicate is made of and fitted from. The references must outlive the object.
-  struct Origin {
-    const BroodData& data;  // the real data, and the fit that is bootstrapped
-    const LikelihoodState& fit;
-    const ReplicateDataText& text;
-    RandomStreams random;                                    // the next stream is that of the first replicate
-    RunState run;                                            // with the algorithm data, as a replicate begins
-    std::function<double(const Array1<double>&)> priorTerm;  // copied for each fit
-    std::function<void(RunState&, Objective&)> minimise;     // moves the free parameters; called in several threads
-  };
   /// What the calls of the objective give and tell on their way.
   struct Watch {
     std::function<void(long)> turns;  // so many
     std::function<void(const Message&)> tell;
   };
 
-  /// As many threads as are wanted or, where the system gives no more, fewer, even none.
-  FitsAhead(Origin origin, Watch watch, int threads);
+  /// As many threads as are wanted or, where the system gives no more, fewer, even none. They begin with the attempt
+  /// `first`.
+  FitsAhead(FitOrigin origin, Watch watch, int threads, int first = 1);
   /// Abandons what is under way.
   ~FitsAhead();
   FitsAhead(const FitsAhead&) = delete;
@@ -70,19 +57,15 @@ class FitsAhead {
 
   void Work();
   void Run(int attempt, Fit& fit, KeptPredictions& predictions) const;
-  /// Simulates an attempt's data from the fit and reads them into `data`, for which `likelihood` is made ready.
-  void ReadReplicate(int attempt, Fit& fit, KeptPredictions& predictions, BroodData& data,
-                     LikelihoodState& likelihood) const;
-  void Minimise(Fit& fit, const BroodData& data, LikelihoodState& likelihood) const;
 
-  const Origin origin_;
+  const FitOrigin origin_;
   const Watch watch_;
   std::shared_ptr<Fit> followed_;
 
   std::mutex mutex_;  // guards all below
   std::condition_variable changed_;
   std::map<int, std::shared_ptr<Fit>> fits_;  // by attempt: begun and not yet left behind
-  int next_ = 1;                              // the attempt to be begun next
+  int next_;                                  // the attempt to be begun next
   int limit_ = 0;                             // the last that may be
   bool ended_ = false;
   std::vector<std::thread> threads_;

@@ -13,10 +13,12 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
+#include "bootstrap/fit_share.h"
 #include "bootstrap/remaining_time.h"
 #include "bootstrap/saved_model.h"
 #include "control/fuses.h"
 #include "platform/clock.h"
+#include "platform/digest.h"
 #include "platform/files.h"
 #include "platform/workers.h"
 #include "priors/prior_review.h"
@@ -24,8 +26,6 @@
 
 namespace merlane {
 namespace {
-
-constexpr int MostRejectedInARow = 100;
 
 /// The algorithm file cannot be used.
 struct NoAlgorithmFile {};
@@ -66,6 +66,7 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
     });
     const AtEnd forget([this] {
       objective_.known = nullptr;
+      recorded_.reset();
       ahead_.reset();
       predictions_.reset();
       original_.reset();
@@ -115,6 +116,14 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options,
   if (state_.free.NFREE == 0) throw RuntimeFailure("All step sizes are zero");
 
   state_.flags.BootstrapMode = true;
+  if (desk_.host.shared != nullptr) {
+    BeginShared(options, deviance);
+    if (desk_.host.shared->Mine()) {
+      DoShare(options, results);
+      keep(results);
+      return;
+    }
+  }
   const Clock& clock = desk_.host.clock;
   RemainingTime remaining(Timer(clock));
   int rejectedInARow = 0;
@@ -146,8 +155,7 @@ bool ParametricBootstrap::Attempt(const BootstrapOptions& options, int attempt, 
   Tell(fmt::format("Performing parametric bootstrap {} of {}", b, options.BootstrapCount));
   Tell("Reading original data");
   TakeOriginal();
-  if (attempt == 1) BeginAhead(options.minimiser);
-  if (ahead_) ahead_->Begin(attempt, attempt + options.BootstrapCount - b);
+  GoAhead(options.minimiser, attempt, attempt + options.BootstrapCount - b);
   try {
     return Fit(options, attempt, path, results);
   } catch (const RuntimeFailure& failure) {
@@ -211,22 +219,76 @@ void ParametricBootstrap::TakeOriginal() {
   ReadAlgorithmFile();
   RunState run = state_;
   Evaluate();
-  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run)});
+  original_.emplace(Original{model_.Keep(), ReplicateDataText(model_.data), std::move(run), desk_.host.random});
   predictions_.emplace(original_->tables.data, original_->tables.likelihood.best.parameters);
 }
 
-void ParametricBootstrap::BeginAhead(BootstrapResults::Minimiser minimiser) {
-  if (cores < 2) return;
-  const auto minimise = [minimiser](RunState& run, Objective& objective) { MinimiseAhead(minimiser, run, objective); };
+FitOrigin ParametricBootstrap::OriginOfFits(BootstrapResults::Minimiser minimiser) const {
+  const auto minimise = [minimiser](RunState& run, Objective& objective) {
+    return MinimiseAhead(minimiser, run, objective);
+  };
   const auto priorTerm = [constant = state_.flags.ObjectiveConstant, priors = priors_](
                              const Array1<double>& vector) mutable { return EvaluatePrior(vector, constant, priors); };
-  ahead_ = std::make_unique<FitsAhead>(
-      FitsAhead::Origin{original_->tables.data, original_->tables.likelihood, original_->text, desk_.host.random,
-                        original_->run, priorTerm, minimise},
-      FitsAhead::Watch{[this](long turns) { desk_.Turns(turns); },
-                       [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
-      ThreadsAhead(cores, model_.data.Visits()));
-  objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
+  return {original_->tables.data,
+          original_->tables.likelihood,
+          original_->text,
+          original_->random,
+          original_->run,
+          priorTerm,
+          minimise};
+}
+
+void ParametricBootstrap::GoAhead(BootstrapResults::Minimiser minimiser, int attempt, int last) {
+  if (cores < 2 || (desk_.host.shared != nullptr && desk_.host.shared->Find(attempt) != nullptr)) return;
+  if (!ahead_)
+    ahead_ = std::make_unique<FitsAhead>(
+        OriginOfFits(minimiser),
+        FitsAhead::Watch{[this](long turns) { desk_.Turns(turns); },
+                         [this](const Message& m) { desk_.Tell(m.title, m.text, m.style, m.details); }},
+        ThreadsAhead(cores, model_.data.Visits()), attempt);
+  ahead_->Begin(attempt, last);
+}
+
+void ParametricBootstrap::BeginShared(const BootstrapOptions& options, double deviance) {
+  const AlgorithmData& a = state_.algorithm;
+  const RandomStreams& random = desk_.host.random;
+  Digest basis;
+  basis.Add("bootstrap").Add(random.Seed()).Add(random.StreamNumber());
+  basis.Add(static_cast<std::uint64_t>(options.minimiser))
+      .Add(a.Tolerance)
+      .Add(deviance)
+      .AddAll(a.Value)
+      .AddAll(a.Step);
+  for (const std::string& fuse : a.Fuse) basis.Add(fuse);
+  if (state_.flags.BayesOn) basis.Add(objective_.priorsInForce()).Add(state_.flags.ObjectiveConstant);
+  desk_.host.shared->Begin(fmt::format("the bootstrap of {} replicates", options.BootstrapCount), basis.Value(),
+                           random.Repeats());
+}
+
+void ParametricBootstrap::DoShare(const BootstrapOptions& options, BootstrapResults& results) {
+  TakeOriginal();
+  SharedWork& shared = *desk_.host.shared;
+  const FittedShare done = FitShare(OriginOfFits(options.minimiser), *shared.Mine(), options.BootstrapCount,
+                                    ThreadsAhead(cores, model_.data.Visits()), shared);
+  Tell(fmt::format("{} attempts were made for this piece, of which {} were rejected", done.attempts, done.rejected));
+  desk_.host.random.Skip(options.BootstrapCount);  // what follows draws as behind a bootstrap without rejections
+  results.Keep(results.originalDeviance, state_.algorithm.Value, model_.Estimates());
+}
+
+void ParametricBootstrap::Follow(int attempt, const std::string& dataText) {
+  const Words* const words = desk_.host.shared != nullptr ? desk_.host.shared->Take(attempt) : nullptr;
+  if (words != nullptr) {
+    recorded_.emplace(*words, [this](long turns) { desk_.Turns(turns); });
+    if (recorded_->IsTo(dataText)) objective_.known = [this](ModelCall& call) { return recorded_->Answer(call); };
+  } else if (ahead_) {
+    ahead_->Follow(attempt, dataText);
+    objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
+  }
+}
+
+void ParametricBootstrap::Leave() {
+  objective_.known = nullptr;
+  if (ahead_) ahead_->Leave();
 }
 
 std::string ParametricBootstrap::Simulate() {
@@ -318,10 +380,8 @@ double ParametricBootstrap::Evaluate() {
 
 /// Minimises over the free parameters of these data; false when a matrix could not be inverted.
 bool ParametricBootstrap::Minimise(BootstrapResults::Minimiser minimiser, int attempt, const std::string& dataText) {
-  if (ahead_) ahead_->Follow(attempt, dataText);
-  const AtEnd leave([this] {
-    if (ahead_) ahead_->Leave();
-  });
+  Follow(attempt, dataText);
+  const AtEnd leave([this] { Leave(); });
   return minimisers_.Minimise(minimiser);
 }
 

@@ -10,6 +10,7 @@
 #include "base/at_end.h"
 #include "bootstrap/bootstrap.h"
 #include "bootstrap/bootstrap_minimisers.h"
+#include "bootstrap/fit_record.h"
 #include "bootstrap/fits_ahead.h"
 #include "bootstrap/replicate_data_text.h"
 #include "control/frm_main.h"
@@ -58,6 +59,10 @@ class ParametricBootstrap {
   /// file must be there at each replicate, but all are of the model that was in it at the beginning: when another is
   /// saved meanwhile that is told once. In any case data, parameters and results are as they were before. Under a seed
   /// all is repeated to the last digit.
+  ///
+  /// Where the run shares its work with others (Host::shared), a run that is given their fits takes them instead of
+  /// calculating; one that does a share fits its attempts, writes no data, and comes back with one replicate that is
+  /// the fit of the real data, for the command to go on with.
   BootstrapResults Run(
       const BootstrapOptions& options,
       const std::function<void(const BootstrapResults&)>& keep = [](const BootstrapResults&) {});
@@ -81,7 +86,8 @@ class ParametricBootstrap {
   struct Original {
     MerlaneModel::Kept tables;
     ReplicateDataText text;
-    RunState run;  // with the algorithm data of the model that is bootstrapped
+    RunState run;          // with the algorithm data of the model that is bootstrapped
+    RandomStreams random;  // the next stream is that of the first attempt
   };
 
   void Replicate(const BootstrapOptions& options, const std::function<void(const BootstrapResults&)>& keep,
@@ -95,7 +101,15 @@ class ParametricBootstrap {
   bool AskToGoOn(const BootstrapOptions& options, const BootstrapResults& results);
   std::string NameDataFile(int replicate);
   void TakeOriginal();
-  void BeginAhead(BootstrapResults::Minimiser minimiser);
+  FitOrigin OriginOfFits(BootstrapResults::Minimiser minimiser) const;
+  /// Has the attempts from this one to the `last` fitted ahead, unless this one is known from another run.
+  void GoAhead(BootstrapResults::Minimiser minimiser, int attempt, int last);
+  /// The work begins that other runs have a share of.
+  void BeginShared(const BootstrapOptions& options, double deviance);
+  void DoShare(const BootstrapOptions& options, BootstrapResults& results);
+  /// From here on calls that are known are not calculated: those of another run's fit or of one that is ahead.
+  void Follow(int attempt, const std::string& dataText);
+  void Leave();
   std::string Simulate();
   void WriteData(const std::string& path, const std::string& text);
   void ReadOriginal();
@@ -134,6 +148,7 @@ class ParametricBootstrap {
   std::string algorithmText_;                   // of the algorithm file at the beginning
   bool changeTold_ = false;                     // of that file since
   std::unique_ptr<FitsAhead> ahead_;
+  std::optional<RecordedFit> recorded_;  // the present one, where another run has made it
 };
 
 }  // namespace merlane

@@ -6,6 +6,7 @@
 
 #include "control/basis.h"
 #include "control/run_state.h"
+#include "platform/shared_work.h"
 
 namespace merlane {
 
@@ -61,6 +62,10 @@ class Objective {
   void Announce(std::vector<Array1<double>> vectors, std::int32_t NF) const;
   /// Takes what is announced, with the fuses applied; nobody does by default.
   std::function<void(std::span<const Array1<double>>, std::int32_t NF)> ahead;
+  /// From here on the model writes down what it computes at each call, for another run to look it up; null: no more.
+  std::function<void(Words*)> note = [](Words*) {};
+  /// From here on it looks there before it computes; null: no more. Nothing depends on it but the time that it takes.
+  std::function<void(const Words*)> lookUp = [](const Words*) {};
   /// Answers a call whose outcome is known without the model, and says whether it did; nobody knows one by default.
   std::function<bool(ModelCall&)> known;
 

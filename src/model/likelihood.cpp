@@ -43,9 +43,13 @@ bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, Likelih
   const ObjectivePlan::Subject subject = SubjectOf(p, survivalPass_);
   lastWasShared_ = subject.broodsShareMortalities;
   ObjectivePass& pass = *PassesFor(subject).front();
-  const std::optional<double>* known = ahead_ ? ahead_->Find(Value, {setting.BootstrapMode, NF == 1}) : nullptr;
-  const std::optional<double> sum = known != nullptr ? *known : pass.Sum(p, setting.BootstrapMode, NF == 1);
+  std::optional<double> sum = noted_ ? noted_->Find(Value, setting.BootstrapMode, NF == 1) : std::nullopt;
+  if (!sum) {
+    const std::optional<double>* known = ahead_ ? ahead_->Find(Value, {setting.BootstrapMode, NF == 1}) : nullptr;
+    sum = known != nullptr ? *known : pass.Sum(p, setting.BootstrapMode, NF == 1);
+  }
   if (!sum) return false;
+  if (noted_) noted_->Note(Value, setting.BootstrapMode, NF == 1, *sum);
   // Beyond the survival tables, which are preset, other visits may have entries if other ages were judged between.
   if (NF == 1 && state.filledBetween != ages) FillTables(state);
   if (NF == 1) {

@@ -10,6 +10,7 @@
 #include "model/evaluation_setting.h"
 #include "model/likelihood_pass.h"
 #include "model/likelihood_state.h"
+#include "model/noted_sums.h"
 #include "model/objective_pass.h"
 #include "model/prepared_visits.h"
 #include "model/sums_ahead.h"
@@ -45,6 +46,12 @@ class Likelihood {
   void EvaluateAhead(const EvaluationSetting& setting, std::span<const Array1<double>> vectors,
                      const Array1<double>& Step, std::int32_t NF);
 
+  /// The sums that evaluations note for another run, and take from one; whoever evaluates goes on as if nobody had.
+  NotedSums& Noted() {
+    if (!noted_) noted_.emplace(data_);
+    return *noted_;
+  }
+
   /// Writes the tables that the evaluations have left: those of the lowest F, then those of the last evaluation. To be
   /// called before anybody looks at a table.
   void FillTables(LikelihoodState& state);
@@ -67,6 +74,7 @@ class Likelihood {
   SumsAhead::Passes sharedPasses_, ownPasses_;
   bool lastWasShared_ = true;
   std::optional<SumsAhead> ahead_;
+  std::optional<NotedSums> noted_;
   // The tables.
   SurvivalPass survivalPass_{data_, prepared_};
   LikelihoodPass likelihoodPass_{data_, prepared_};

@@ -35,6 +35,12 @@ class MerlaneModel {
   /// The vectors that are going to be evaluated from the function call `NF` on; see Likelihood::EvaluateAhead.
   void EvaluateAhead(std::span<const Array1<double>> vectors, std::int32_t NF);
 
+  /// The sums of evaluations over these data, for another run or from one.
+  NotedSums& Noted() {
+    TakeSetting();
+    return evaluator_->Noted();
+  }
+
   /// What the evaluations have left behind, with all its tables.
   const LikelihoodState& Evaluated() const;
   LikelihoodState& Evaluated();

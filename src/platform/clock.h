@@ -15,6 +15,8 @@ class Clock {
  public:
   virtual ~Clock() = default;
   virtual DateTime Now() const = 0;
+  /// True when it tells the same time from now on, in each run of the same commands.
+  virtual bool Stands() const { return false; }
 };
 
 /// The machine's own clock, in local time.

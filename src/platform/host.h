@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/random_streams.h"
+#include "platform/shared_work.h"
 #include "platform/window_system.h"
 #include "platform/workbooks.h"
 
@@ -15,6 +16,7 @@ struct Host {
   Workbooks& workbooks;
   std::string outputFolder = {};     // where files go that the program names itself; empty: beside the real data
   std::string bootstrapFolder = {};  // where a bootstrap's data files go; empty: beside the real data
+  SharedWork* shared = nullptr;      // what is shared with other runs; null: the run is alone
 };
 
 /// Raised where the program ends, by the user's wish or by a fatal data error; unwinds through whatever is running.

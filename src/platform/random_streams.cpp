@@ -12,7 +12,7 @@ std::uint64_t SplitMix64(std::uint64_t state) {
 RandomStream::RandomStream(std::uint64_t seed, std::uint64_t number) : engine_(SplitMix64(seed + number)) {}
 
 void RandomStreams::SetSeed(std::uint64_t seed) {
-  seeded_ = true;
+  seeded_ = repeats_ = true;
   seed_ = seed;
   number_ = 0;
   stream_ = RandomStream(seed_, number_);
@@ -24,6 +24,7 @@ void RandomStreams::BeginNext() {
     const DateTime now = clock_.Now();
     const int day = (now.year * 12 + now.month) * 31 + now.day;
     SetSeed(static_cast<std::uint64_t>(Timer(clock_) * 1000) + MillisecondsOfADay * static_cast<std::uint64_t>(day));
+    repeats_ = clock_.Stands();
   }
   ++number_;
   stream_ = RandomStream(seed_, number_);

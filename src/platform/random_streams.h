@@ -15,6 +15,7 @@ class RandomStream {
 
   /// A uniform number in [0, 1): the next output shifted right by 11 bits, times 2^-53.
   double Uniform() { return static_cast<double>(engine_() >> 11) * 0x1p-53; }
+  void LeaveOut(unsigned long long count) { engine_.discard(count); }
 
  private:
   std::mt19937_64 engine_;
@@ -31,17 +32,22 @@ class RandomStreams {
   void SetSeed(std::uint64_t seed);
   /// Begins the next stream; this is what "seed from the clock" does.
   void BeginNext();
+  /// Whether who does the same once more gets the same numbers: with a seed that was given, or taken from a clock that
+  /// stands.
+  bool Repeats() const { return seeded_ ? repeats_ : clock_.Stands(); }
   /// Leaves out the next `count` streams: the one begun next is numbered that much higher.
   void Skip(int count) { number_ += static_cast<std::uint64_t>(count); }
 
   double Uniform() { return stream_.Uniform(); }
+  /// Leaves out the next `count` numbers of the stream.
+  void LeaveOut(unsigned long long count) { stream_.LeaveOut(count); }
 
   std::uint64_t Seed() const { return seed_; }
   std::uint64_t StreamNumber() const { return number_; }
 
  private:
   const Clock& clock_;
-  bool seeded_ = false;
+  bool seeded_ = false, repeats_ = false;
   std::uint64_t seed_ = 0;
   std::uint64_t number_ = 0;
   RandomStream stream_{0, 0};

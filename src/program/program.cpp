@@ -55,6 +55,8 @@ Program::Program(const Host& host)
   objective.ahead = [this](std::span<const Array1<double>> vectors, std::int32_t NF) {
     model.EvaluateAhead(vectors, NF);
   };
+  objective.note = [this](Words* notes) { model.Noted().NoteIn(notes); };
+  objective.lookUp = [this](const Words* notes) { model.Noted().LookIn(notes); };
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };

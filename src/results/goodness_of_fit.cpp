@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -14,6 +16,7 @@
 #include "model/kept_predictions.h"
 #include "model/pick_table.h"
 #include "model/simulator.h"
+#include "platform/digest.h"
 
 namespace merlane {
 namespace {
@@ -50,6 +53,22 @@ class Randomisations {
           visits_.push_back({.visit = visit, .brood = brood});
       }
     }
+  }
+
+  /// Leaves out so many randomisations.
+  void LeaveOut(int randomisations, RandomStreams& random) const {
+    random.LeaveOut(static_cast<unsigned long long>(randomisations) * visits_.size());
+  }
+
+  /// True when the sums of the next randomisation are all that there is to it: nothing is prepared or told on the way,
+  /// and its numbers have not been drawn.
+  bool AreSumsAll() const {
+    return prepared_ == visits_.size() && wantingAttention_ == 0 && next_ == ahead_.size() && drawn_.empty();
+  }
+  /// Leaves out the next randomisation, whose sums are known; false when it was aborted.
+  bool PassOver(RandomStreams& random, const CalculationWatch& watch) const {
+    LeaveOut(1, random);
+    return watch.Turns(static_cast<long>(visits_.size()));
   }
 
   /// The sums of the next randomisation, of which so many are still wanted; false when it was aborted or a count was
@@ -188,6 +207,36 @@ class Randomisations {
   std::vector<Ahead> drawn_;  // those behind them
 };
 
+/// The randomisations of a run, or of its share of them, which is a stretch: a random number cannot be had without
+/// those before it.
+std::pair<int, int> RangeOf(int count, const SharedWork* shared) {
+  if (shared == nullptr || !shared->Mine()) return {1, count};
+  const auto [number, of] = *shared->Mine();
+  const auto upTo = [count, of = of](int shares) { return static_cast<int>(std::int64_t{count} * shares / of); };
+  return {upTo(number - 1) + 1, upTo(number)};
+}
+
+void BeginShared(const BroodData& data, const GoodnessOfFit& observed, int count, const RandomStreams& random,
+                 SharedWork& shared) {
+  Digest basis;
+  basis.Add("randomisations").Add(random.Seed()).Add(random.StreamNumber());
+  basis.Add(observed.pearson.observed).Add(observed.deviance.observed).AddAll(data.VisitCount).AddAll(data.VisitAge);
+  shared.Begin(fmt::format("the {} randomizations of a goodness-of-fit test", count), basis.Value(), random.Repeats());
+}
+
+std::uint64_t AsWord(double x) { return std::bit_cast<std::uint64_t>(x); }
+
+/// False when they are not known from another run.
+bool TakeSums(SharedWork& shared, int randomisation, double& SumPearson, double& SumDeviance) {
+  const Words* const sums = shared.Take(randomisation);
+  if (sums == nullptr || sums->size() != 2) return false;
+  const auto Pearson = std::bit_cast<double>((*sums)[0]), Deviance = std::bit_cast<double>((*sums)[1]);
+  if (!std::isfinite(Pearson) || !std::isfinite(Deviance)) return false;
+  SumPearson = Pearson;
+  SumDeviance = Deviance;
+  return true;
+}
+
 /// How the lines of a statistic name it.
 struct Words {
   const char *name, *sum, *estimate;
@@ -235,19 +284,26 @@ double PearsonDeviate(double deviance) {
 
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
                                                      RandomStreams& random, const CalculationWatch& watch,
-                                                     Workers* workers) {
+                                                     Workers* workers, SharedWork* shared) {
   GoodnessOfFit fit;
   Observe(data, best, watch, fit);
+  if (shared != nullptr) BeginShared(data, fit, RandomisationCount, random, *shared);
   random.BeginNext();
   Randomisations randomisations(data, best, workers);
-  for (int r = 1; r <= RandomisationCount; ++r) {
+  const auto [first, last] = RangeOf(RandomisationCount, shared);
+  randomisations.LeaveOut(first - 1, random);
+  for (int r = first; r <= last; ++r) {
     watch.progress(
         fmt::format("Pearson-deviates & Deviance: Performing randomization # {} of {}", r, RandomisationCount));
     double& SumPearson = fit.pearson.simulated.emplace_back(0);
     double& SumDeviance = fit.deviance.simulated.emplace_back(0);
-    const bool finished = randomisations.Run(RandomisationCount - r + 1, random, watch, SumPearson, SumDeviance);
+    const bool known =
+        shared != nullptr && randomisations.AreSumsAll() && TakeSums(*shared, r, SumPearson, SumDeviance);
+    const bool finished = known ? randomisations.PassOver(random, watch)
+                                : randomisations.Run(last - r + 1, random, watch, SumPearson, SumDeviance);
     watch.progress("");
     if (!finished) return std::nullopt;
+    if (shared != nullptr && shared->Mine()) shared->Keep(r, {AsWord(SumPearson), AsWord(SumDeviance)});
   }
   Summarise(fit.pearson);
   Summarise(fit.deviance);

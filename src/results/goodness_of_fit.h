@@ -8,6 +8,7 @@
 #include "model/best_tables.h"
 #include "model/calculation_watch.h"
 #include "platform/random_streams.h"
+#include "platform/shared_work.h"
 #include "platform/workers.h"
 
 namespace merlane {
@@ -37,9 +38,12 @@ struct GoodnessOfFit {
 /// next random stream and refreshes the variances of the best tables. None when it was aborted, and when a count cannot
 /// be randomised; that, and an observed count whose probability is 0, is impossible at its visit. `workers` build the
 /// distributions from which counts are drawn.
+///
+/// A run that does a share of the randomisations (`shared`) forms the sums of a stretch of them and keeps these; one
+/// that is given them does not form them again.
 std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, BestTables& best, int RandomisationCount,
                                                      RandomStreams& random, const CalculationWatch& watch,
-                                                     Workers* workers = nullptr);
+                                                     Workers* workers = nullptr, SharedWork* shared = nullptr);
 
 /// Forms the numbers of a statistic from its sums.
 void Summarise(FitStatistic& statistic);

@@ -72,7 +72,7 @@ std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
   state_.flags.AbortRun = false;
   abort_.Open("Abort randomizations?");
   const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_,
-                                           &model_.SharingWorkers());
+                                           &model_.SharingWorkers(), desk_.host.shared);
   desk_.Unload(abort_);
   return fit ? GoodnessOfFitText(*fit) : "";
 }

@@ -1,5 +1,7 @@
 #include "uncertainty/posterior.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -8,8 +10,10 @@
 #include <vector>
 
 #include "base/arithmetic_failure.h"
+#include "base/at_end.h"
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
+#include "platform/digest.h"
 
 namespace merlane {
 namespace {
@@ -21,7 +25,7 @@ constexpr double MostWithAllDigits = 700;
 class PosteriorRun {
  public:
   PosteriorRun(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state, Objective& objective,
-               double& ReferenceF, PosteriorWatch& watch)
+               double& ReferenceF, PosteriorWatch& watch, SharedWork* shared)
       : pinned_(pinned),
         options_(options),
         state_(state),
@@ -30,11 +34,13 @@ class PosteriorRun {
         objective_(objective),
         ReferenceF_(ReferenceF),
         watch_(watch),
+        shared_(shared),
         calls_(Pow(options.GridPoints, NFREE_) * options.ProfilePoints),
         GridMid_((options.GridPoints - 1) / 2 + 1) {}
 
   Posterior Run() {
     if (NFREE_ == 1) PrepareBivariate();
+    if (shared_ != nullptr) BeginShared();
     result_.points = EvaluatedPoints(options_.ProfilePoints, pinned_.H);
     watch_.OnStart(calls_);
     for (int point = 1; point <= options_.ProfilePoints; ++point)
@@ -42,7 +48,7 @@ class PosteriorRun {
         result_.points.Keep(std::max(0, point - 2));
         break;
       }
-    if (unevaluated_ > 0 && unevaluated_ == result_.NodeCounter) throw *firstUnevaluated_;
+    if (unevaluated_ > 0 && unevaluated_ == result_.NodeCounter && !DoesShare()) throw *firstUnevaluated_;
     if (unevaluated_ > 0) watch_.OnUnevaluated(unevaluated_, firstUnevaluated_->what());
     if (result_.Vanishes()) result_.points.IMin = 0;
     result_.losesDigits = NFREE_ > 0 && result_.points.Count() > 0 && !result_.Vanishes() &&
@@ -75,9 +81,14 @@ class PosteriorRun {
     watch_.OnPoint(point);
     double f = 0;
     if (NFREE_ == 0) {
-      f = Evaluate(Value_).value_or(VanishedF);
-      if (watch_.Quits()) return false;
-      TellCall();
+      f = VanishedF;
+      const bool goesOn = DoRow([&] {
+        f = Evaluate(Value_).value_or(VanishedF);
+        if (watch_.Quits()) return false;
+        TellCall();
+        return true;
+      });
+      if (!goesOn) return false;
     } else {
       PointSum_ = 0;
       GridVector_ = Value_;
@@ -92,7 +103,14 @@ class PosteriorRun {
   /// Sums over the grid of the free parameters from position `depth` on. False when the user quits.
   bool SumOver(int depth) {
     const std::int16_t k = state_.free.FreeIndex(depth);
-    if (depth == NFREE_) AnnounceNodes(k);
+    if (depth < NFREE_) return SumAlong(k, depth);
+    return DoRow([&] {
+      if (!rowIsKnown_) AnnounceNodes(k);
+      return SumAlong(k, depth);
+    });
+  }
+
+  bool SumAlong(std::int16_t k, int depth) {
     for (int j = 1; j <= options_.GridPoints; ++j) {
       watch_.OnGridPoint(k, j);
       if (watch_.Quits()) return false;
@@ -104,6 +122,39 @@ class PosteriorRun {
       }
     }
     return true;
+  }
+
+  void BeginShared() {
+    Digest basis;
+    basis.Add("posterior").Add(std::uint64_t(options_.ProfilePoints)).Add(std::uint64_t(options_.GridPoints));
+    basis.Add(std::uint64_t(pinned_.ProfileParameter)).Add(pinned_.H).AddAll(Value_).AddAll(state_.algorithm.Step);
+    for (const std::string& fuse : state_.algorithm.Fuse) basis.Add(fuse);
+    shared_->Begin(fmt::format("the {:.0f} nodes of the posterior of parameter {}", calls_, pinned_.ProfileParameter),
+                   basis.Value());
+  }
+  bool DoesShare() const { return shared_ != nullptr && shared_->Mine(); }
+
+  /// Makes the calls of the next row, which tell whether to go on; but not in a run to whose share it does not belong.
+  template <class Calls>
+  bool DoRow(const Calls& calls) {
+    ++row_;
+    if (shared_ == nullptr) return calls();
+    Words notes;
+    const AtEnd forget([this] {
+      objective_.note(nullptr);
+      objective_.lookUp(nullptr);
+    });
+    if (const auto& mine = shared_->Mine()) {
+      if (row_ % mine->of != mine->number - 1) return true;
+      objective_.note(&notes);
+    } else {
+      const Words* const known = shared_->Take(row_);
+      rowIsKnown_ = known != nullptr;
+      objective_.lookUp(known);
+    }
+    const bool goesOn = calls();
+    if (DoesShare()) shared_->Keep(row_, std::move(notes));
+    return goesOn;
   }
 
   double GridValue(std::int16_t k, int j) const { return Value_(k) - (GridMid_ - j) * state_.algorithm.Step(k); }
@@ -156,6 +207,9 @@ class PosteriorRun {
   Objective& objective_;
   double& ReferenceF_;
   PosteriorWatch& watch_;
+  SharedWork* const shared_;
+  std::int64_t row_ = -1;
+  bool rowIsKnown_ = false;
   const double calls_;
   const int GridMid_;
   int point_ = 0;
@@ -173,8 +227,8 @@ bool Posterior::Vanishes() const {
 }
 
 Posterior EvaluatePosterior(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state,
-                            Objective& objective, double& ReferenceF, PosteriorWatch& watch) {
-  return PosteriorRun(pinned, options, state, objective, ReferenceF, watch).Run();
+                            Objective& objective, double& ReferenceF, PosteriorWatch& watch, SharedWork* shared) {
+  return PosteriorRun(pinned, options, state, objective, ReferenceF, watch, shared).Run();
 }
 
 }  // namespace merlane

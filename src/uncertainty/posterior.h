@@ -6,6 +6,7 @@
 
 #include "control/objective.h"
 #include "control/run_state.h"
+#include "platform/shared_work.h"
 #include "plots/bivariate.h"
 #include "uncertainty/confidence_series.h"
 #include "uncertainty/neg_ln_l.h"
@@ -67,9 +68,14 @@ struct Posterior {
 ///
 /// A node that cannot be evaluated has a density of 0, and at the end that is told once.
 ///
+/// A row of the grid is what other runs can have a share of (`shared`): the nodes along the last parameter, or the one
+/// call of a point without others. A run that does a share evaluates its rows alone, and what it returns is no
+/// posterior; one that is given what the rows have come to evaluates as if alone, and the model looks up the sums.
+///
 /// Quitting at a point keeps the points up to the one before the last that was done. The points come ascending.
 /// RuntimeFailure when a density overflows, when the reference cannot be evaluated, and when no node can.
 Posterior EvaluatePosterior(const PinnedParameter& pinned, const PosteriorOptions& options, RunState& state,
-                            Objective& objective, double& ReferenceF, PosteriorWatch& watch);
+                            Objective& objective, double& ReferenceF, PosteriorWatch& watch,
+                            SharedWork* shared = nullptr);
 
 }  // namespace merlane

@@ -158,7 +158,7 @@ std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
     const double reference = p_.last.ReferenceF;
     try {
       return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
-                                        p_.last.ReferenceF, progress);
+                                        p_.last.ReferenceF, progress, p_.desk.host.shared);
     } catch (const RuntimeFailure&) {
       p_.last.ReferenceF = reference;  // that of a failed one serves nobody
       throw;

@@ -105,8 +105,9 @@ struct FitsAheadTest : ::testing::Test {
         }
       } while (endless);
       ++minimised;
+      return true;
     };
-    return std::make_unique<FitsAhead>(FitsAhead::Origin{real.data, fit, text, random, run, nullptr, minimise},
+    return std::make_unique<FitsAhead>(FitOrigin{real.data, fit, text, random, run, nullptr, minimise},
                                        FitsAhead::Watch{[this](long more) { turns += more; }, [](const Message&) {}},
                                        threads);
   }
@@ -246,7 +247,7 @@ TEST_F(FitsAheadTest, EndOneThatWaitsFarAheadWhenTheBootstrapPassesIt) {
 
 TEST_F(FitsAheadTest, LeaveAFitThatBreaksOffToTheBootstrap) {
   struct Odd {};  // no standard exception
-  const auto minimise = [this](RunState&, Objective& objective) {
+  const auto minimise = [this](RunState&, Objective& objective) -> bool {
     Array1<double> vector = vectors[0];
     objective(vector, 1);
     ++minimised;

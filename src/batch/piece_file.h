@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/shared_work.h"
+
+namespace merlane {
+
+/// Shares that a run can have.
+inline constexpr int MostPieces = 1'000'000;
+
+/// What one of several runs of a batch file has done of their common work, and what it was made from.
+struct Piece {
+  struct Input {
+    std::string name;  // as the batch file names it
+    std::uint64_t digest = 0;
+    bool operator==(const Input&) const = default;
+  };
+  std::string version;  // of the program
+  Share share;
+  std::string batchFile;   // as it was named
+  std::string batchPlace;  // the whole path to it
+  std::uint64_t batchDigest = 0;
+  std::vector<Input> inputs;  // the files that were read
+  std::vector<DoneWork> works;
+};
+
+/// A text that is no piece. The text says why.
+class PieceFault : public std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// A piece as a text, a line for each part, which ends with a digest of all before.
+std::string PieceText(const Piece& piece);
+
+/// The piece of a text. PieceFault when it is none, was cut off or damaged; not for the version of the program.
+Piece ReadPiece(std::string_view text);
+
+}  // namespace merlane

@@ -1,0 +1,290 @@
+// A run in pieces: whatever their number, what is joined of them is the run that was never shared, byte for byte.
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <set>
+
+#include "batch/golden_batch.h"
+#include "batch/piece_file.h"
+#include "batch/replay.h"
+#include "batch/stopped.h"
+
+namespace merlane {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+using Files = std::map<std::string, std::string>;
+
+Files FilesIn(const fs::path& folder) {
+  Files files;
+  if (fs::exists(folder))
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+      if (entry.is_regular_file()) files[fs::relative(entry.path(), folder).string()] = ReadFile(entry.path());
+  return files;
+}
+
+/// Reads and fits few broods of juveniles and saves the fit.
+const std::string Fitted =
+    "clock 2024-06-01 10:30:00\n"
+    "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile few_broods.dat\npress frmInitialize.cmdDone\n"
+    "press frmMenu.cmdLoadAlg\nreply yes\nfile juveniles_only.alg\n"
+    "press frmMenu.cmdSimplex\nreply yes at \"Just checking\"\n"
+    "press frmMenu.cmdSaveAlg\nfile fitted.alg\n"
+    "seed 2024\n";
+
+std::string Summary(int randomisations) {
+  return "press frmMenu.cmdUserSummary\nenter " + std::to_string(randomisations) +
+         "\nreply yes at \"Choose among output options\"\n";
+}
+
+enum class By { Simplex, Marquardt };
+
+/// A bootstrap from the summary.
+std::string Bootstrap(int replicates, By minimiser, const std::string& name) {
+  return "press frmSummary.cmdBootstrap\nenter " + std::to_string(replicates) + "\nenter 35\nreply " +
+         (minimiser == By::Simplex ? "yes" : "no") +
+         " at \"Choose minimization algorithm\"\nreply yes at \"Confirmation request\"\nfile " + name +
+         ".bpv\nreply yes at \"Confirmation request\"\nfile " + name + ".bse\n";
+}
+
+/// What closes a summary and looks at what the run has left.
+const std::string Closed = "save-text frmSummary.rtbOut summary.txt\nclose frmSummary\nexport visits visits.csv\n";
+
+/// The posterior of parameter 17 over a grid of 18, from a fit.
+std::string Posterior(int points, int gridPoints) {
+  return "press frmMenu.cmdParEstimate\npress frmParEvals.cmdBP\nreply yes\nenter 0.5 at \"Enter constant\"\nenter 17\n"
+         "enter " +
+         std::to_string(points) + "\n" + (gridPoints > 0 ? "enter " + std::to_string(gridPoints) + "\n" : "") +
+         "press frmAlgo.cmdFinish\npress frmDistPlot.cmdDone\n";
+}
+
+class Pieces : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string path = testing::TempDir() + "merlane_pieces_XXXXXX";
+    ASSERT_NE(::mkdtemp(path.data()), nullptr);
+    folder = path;
+    fs::copy(fs::path(MERLANE_SOURCE_DIR) / "tests/batch/analyses/few_broods.dat", folder);
+    fs::copy(golden + "juveniles_only.alg", folder);
+  }
+  void TearDown() override { fs::remove_all(folder); }
+
+  struct Result {
+    int status = -1;
+    std::string transcript, errors;
+    Files files;
+    bool operator==(const Result& other) const {  // what is told on the error output may say how it was done
+      return status == other.status && transcript == other.transcript && files == other.files;
+    }
+  };
+
+  Result Run(BatchOptions options, const std::string& outFolder) const {
+    options.out = (folder / outFolder).string();
+    std::ostringstream out, errors;
+    Result result;
+    result.status = RunBatch(options, out, errors);
+    result.transcript = out.str();
+    result.errors = errors.str();
+    result.files = FilesIn(options.out);
+    return result;
+  }
+  std::string BatchFile(const std::string& text, const std::string& name = "test.batch") const {
+    WriteFile(folder / name, text);
+    return (folder / name).string();
+  }
+  /// The run that is not shared; its files do not stay.
+  Result Whole(const std::string& file) const {
+    const Result whole = Run({.file = file}, "out");
+    fs::remove_all(folder / "out");
+    return whole;
+  }
+  Result Piece(const std::string& file, int number, int of, int cores = 2) const {
+    return Run({.file = file, .cores = cores, .piece = Share{number, of}}, "pieces");
+  }
+  /// Makes all pieces and returns where they are.
+  std::vector<std::string> AllPieces(const std::string& file, int of) const {
+    std::vector<std::string> paths;
+    for (int number = 1; number <= of; ++number) {
+      const Result piece = Piece(file, number, of);
+      EXPECT_EQ(piece.status, 0) << piece.errors;
+      paths.push_back(PiecePath(file, number, of));
+    }
+    return paths;
+  }
+  std::string PiecePath(const std::string& file, int number, int of) const {
+    return (folder / "pieces" / PieceFileName(file, {number, of})).string();
+  }
+  Result Join(const std::vector<std::string>& paths) const {
+    const Result joined = Run({.join = paths}, "out");
+    fs::remove_all(folder / "out");
+    return joined;
+  }
+  /// Holds that the run comes out the same in so many pieces; returns what the join tells on the error output.
+  std::string ExpectTheSame(const std::string& text, int of) const {
+    const std::string file = BatchFile(text);
+    const Result whole = Whole(file);
+    EXPECT_EQ(whole.status, 0) << whole.errors;
+    const Result joined = Join(AllPieces(file, of));
+    EXPECT_TRUE(joined == whole) << of << " pieces: " << joined.errors;
+    EXPECT_EQ(joined.transcript, whole.transcript);
+    fs::remove_all(folder / "pieces");
+    return joined.errors;
+  }
+
+  fs::path folder;
+};
+
+TEST_F(Pieces, ABootstrapIsTheSameInAnyNumberOfPieces) {
+  const char* const wanted = std::getenv("MERLANE_REPLICATES");
+  const std::string text =
+      Fitted + Summary(1) + Bootstrap(wanted == nullptr ? 200 : std::atoi(wanted), By::Simplex, "simplex") + Closed;
+  const std::string file = BatchFile(text);
+  const Result whole = Whole(file);
+  ASSERT_EQ(whole.status, 0) << whole.errors;
+  for (const int of : {1, 7, 100}) {
+    const Result joined = Join(AllPieces(file, of));
+    EXPECT_TRUE(joined == whole) << of;
+    EXPECT_EQ(joined.errors, "") << of;
+    fs::remove_all(folder / "pieces");
+  }
+}
+
+TEST_F(Pieces, SoIsOneByMarquardtsMethodAndWithTheTranscriptOfPrograms) {
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(1) + Bootstrap(30, By::Marquardt, "marquardt") + Closed, 4), "");
+  const std::string file = BatchFile(Fitted + Summary(1) + Bootstrap(30, By::Marquardt, "marquardt") + Closed);
+  const Result whole = Run({.file = file, .json = true}, "out");
+  fs::remove_all(folder / "out");
+  EXPECT_TRUE(Run({.json = true, .join = AllPieces(file, 3)}, "out") == whole);
+}
+
+TEST_F(Pieces, SoAreRandomisations) {
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(500) + Closed, 1), "");
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(500) + Closed, 7), "");
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(5) + Closed, 8), "") << "more pieces than randomisations";
+}
+
+TEST_F(Pieces, SoIsAPosterior) {
+  EXPECT_EQ(ExpectTheSame(Fitted + Posterior(11, 21) +
+                              "reply yes at \"Bivariate plot\"\nclose frmBivarPlot\nfile joint.grd\n" +
+                              "save-text frmBayesian.rtbBayesian posterior.txt\nexport visits visits.csv\n",
+                          4),
+            "");
+}
+
+TEST_F(Pieces, SoIsAPosteriorOfOneParameterAlone) {
+  EXPECT_EQ(ExpectTheSame(Fitted + "press frmMenu.cmdEditAlg\ntype frmAlgo.grdVS 18 2 0\npress frmAlgo.cmdFinish\n" +
+                              Posterior(11, 0) + "save-text frmBayesian.rtbBayesian posterior.txt\n",
+                          3),
+            "");
+}
+
+TEST_F(Pieces, EachOfSeveralCommandsIsShared) {
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(50) + Bootstrap(20, By::Simplex, "first") + "seed 7\n" +
+                              Bootstrap(20, By::Marquardt, "second") + Closed + Posterior(5, 5) +
+                              "reply no at \"Bivariate plot\"\n",
+                          3),
+            "");
+}
+
+/// The golden cases with overdispersion, covariates, priors and censoring.
+TEST_F(Pieces, SoAreModelsOfEachKind) {
+  for (const char* name : {"beta_binomial", "priors", "covariates_original", "clutch_age_unknown", "fuses"}) {
+    const auto cases = Cases();
+    const auto found = std::ranges::find_if(cases, [&](const auto& one) { return one["name"] == name; });
+    ASSERT_NE(found, cases.end()) << name;
+    const std::string errors = ExpectTheSame("clock 2024-06-01 10:30:00\nseed 3\n" + BatchFor(*found) +
+                                                 "press frmMenu.cmdSaveAlg\nfile fitted.alg\n" + Summary(20) +
+                                                 Bootstrap(6, By::Simplex, "simplex") + "seed 4\n" +
+                                                 Bootstrap(6, By::Marquardt, "marquardt") + Closed,
+                                             3);
+    EXPECT_THAT(errors, Not(HasSubstr(" 0 parts"))) << name;
+  }
+}
+
+TEST_F(Pieces, AnalysesAreTheSameInPieces) {
+  const fs::path analyses = fs::path(MERLANE_SOURCE_DIR) / "tests/batch/analyses";
+  for (const char* name : {"bootstrap", "bootstrap_questions", "bootstrap_left", "estimates", "priors", "import"}) {
+    const std::string file = (analyses / (std::string(name) + ".batch")).string();
+    const Result whole = Whole(file);
+    const Result first = Piece(file, 1, 2), second = Piece(file, 2, 2);
+    ASSERT_EQ(first.status, second.status) << name;
+    if (first.status == 0) {
+      EXPECT_TRUE(Join({PiecePath(file, 1, 2), PiecePath(file, 2, 2)}) == whole) << name;
+    } else {
+      EXPECT_THAT(first.errors, HasSubstr("there is nothing to share")) << name;
+    }
+  }
+}
+
+TEST_F(Pieces, APieceWritesItselfAlone) {
+  const std::string file = BatchFile(Fitted + Summary(5) + Bootstrap(10, By::Simplex, "simplex") + Closed);
+  const Files before = FilesIn(folder);
+  const Result piece = Piece(file, 2, 3);
+  EXPECT_EQ(piece.status, 0);
+  ASSERT_EQ(piece.files.size(), 1u);
+  EXPECT_EQ(piece.files.begin()->first, "test.2-of-3.piece");
+  EXPECT_THAT(piece.transcript, HasSubstr("      piece 2 of 3 of the bootstrap of 10 replicates\n"));
+  EXPECT_THAT(piece.transcript, EndsWith("test.2-of-3.piece\nend: piece\n"));
+  fs::remove_all(folder / "pieces");
+  EXPECT_EQ(FilesIn(folder), before);
+}
+
+TEST_F(Pieces, APieceIsTheSameOnAnyNumberOfCores) {
+  const std::string file = BatchFile(Fitted + Summary(20) + Bootstrap(20, By::Simplex, "simplex") + Closed);
+  const Result one = Piece(file, 1, 3, 1), four = Piece(file, 1, 3, 4);
+  EXPECT_TRUE(one == four);
+}
+
+TEST_F(Pieces, APieceDoesItsShareAlone) {
+  const std::string file = BatchFile(Fitted + Summary(50) + Bootstrap(20, By::Simplex, "simplex") + Closed);
+  std::multiset<std::int64_t> attempts, randomisations;
+  for (int number = 1; number <= 4; ++number) {
+    Piece(file, number, 4);
+    for (const DoneWork& work : ReadPiece(ReadFile(PiecePath(file, number, 4))).works)
+      for (const auto& [part, words] : work.parts)
+        (work.name == "the bootstrap of 20 replicates" ? attempts : randomisations).insert(part);
+  }
+  std::multiset<std::int64_t> twenty, fifty;
+  for (int part = 1; part <= 50; ++part) {
+    fifty.insert(part);
+    if (part <= 20) twenty.insert(part);
+  }
+  EXPECT_EQ(attempts, twenty);
+  EXPECT_EQ(randomisations, fifty);
+}
+
+TEST_F(Pieces, WhatIsReadAndWrittenOnTheWayIsReadInAPieceAsInTheWhole) {
+  fs::create_directories(folder / "out/sub");
+  fs::create_directories(folder / "pieces/sub");
+  std::string text = Fitted + "export parameters sub/fitted.csv\n" +
+                     "press frmMenu.cmdLoadAlg\nreply yes\nfile pieces/fitted.alg\n" + Summary(5) +
+                     Bootstrap(10, By::Simplex, "simplex") + Closed;
+  const std::string file = BatchFile(text);
+  const Result piece = Piece(file, 1, 1);
+  EXPECT_EQ(piece.status, 0) << piece.errors;
+  EXPECT_EQ(piece.errors, "");
+}
+
+TEST_F(Pieces, ALogAndExportsComeWithTheJoin) {
+  ExpectTheSame(
+      "clock 2024-06-01 10:30:00\npress frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\n"
+      "file few_broods.dat\npress frmInitialize.cmdDone\npress frmMenu.cmdLoadAlg\nreply yes\n"
+      "file juveniles_only.alg\npress frmMenu.cmdEditAlg\npress frmAlgo.cmdOpenLog\nfile fits\nset frmAlgo.txtFileFreq "
+      "1\n"
+      "press frmAlgo.cmdFinish\npress frmMenu.cmdSimplex\nreply yes at \"Just checking\"\n"
+      "press frmMenu.cmdSaveAlg\nfile fitted.alg\nseed 5\n" +
+          Summary(3) + Bootstrap(10, By::Simplex, "simplex") + Closed + "export fit fit.json\n",
+      3);
+}
+
+}  // namespace
+}  // namespace merlane
