@@ -161,7 +161,12 @@ std::string PieceText(const Piece& piece) {
       text += '\n';
     }
   }
-  return text += fmt::format("end {:x}\n", Digest().Add(text).Value());
+  return Sealed(std::move(text));
+}
+
+std::string Sealed(std::string text) {
+  const std::uint64_t digest = Digest().Add(text).Value();
+  return std::move(text) + fmt::format("end {:x}\n", digest);
 }
 
 Piece ReadPiece(std::string_view text) { return Reader(text).Read(); }

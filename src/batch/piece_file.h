@@ -37,6 +37,9 @@ class PieceFault : public std::runtime_error {
 /// A piece as a text, a line for each part, which ends with a digest of all before.
 std::string PieceText(const Piece& piece);
 
+/// A text with the line at its end by which it is known to be whole.
+std::string Sealed(std::string text);
+
 /// The piece of a text. PieceFault when it is none, was cut off or damaged; not for the version of the program.
 Piece ReadPiece(std::string_view text);
 

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <set>
 
 #include "batch/golden_batch.h"
@@ -143,10 +142,8 @@ class Pieces : public testing::Test {
   fs::path folder;
 };
 
-TEST_F(Pieces, ABootstrapIsTheSameInAnyNumberOfPieces) {
-  const char* const wanted = std::getenv("MERLANE_REPLICATES");
-  const std::string text =
-      Fitted + Summary(1) + Bootstrap(wanted == nullptr ? 200 : std::atoi(wanted), By::Simplex, "simplex") + Closed;
+TEST_F(Pieces, ABootstrapOfTwoThousandIsTheSameInAnyNumberOfPieces) {
+  const std::string text = Fitted + Summary(1) + Bootstrap(2000, By::Simplex, "simplex") + Closed;
   const std::string file = BatchFile(text);
   const Result whole = Whole(file);
   ASSERT_EQ(whole.status, 0) << whole.errors;
@@ -284,6 +281,228 @@ TEST_F(Pieces, ALogAndExportsComeWithTheJoin) {
       "press frmMenu.cmdSaveAlg\nfile fitted.alg\nseed 5\n" +
           Summary(3) + Bootstrap(10, By::Simplex, "simplex") + Closed + "export fit fit.json\n",
       3);
+}
+
+/// An analysis of a golden case, whose bootstrap by Marquardt's method rejects many attempts, or all.
+std::string Rejecting(const char* name, int replicates, const std::string& answers) {
+  return "clock 2024-06-01 10:30:00\nseed 3\n" + BatchFor(CaseNamed(name)) +
+         "press frmMenu.cmdSaveAlg\nfile fitted.alg\n" + Summary(3) + "press frmSummary.cmdBootstrap\nenter " +
+         std::to_string(replicates) + "\nenter 35\nreply no\n" + answers +
+         "reply no at \"Confirmation request\"\nreply yes\nreply no\nreply yes\n";
+}
+
+TEST_F(Pieces, AttemptsThatAreRejectedAreMadeUpForInThePieces) {
+  const std::string file = BatchFile(Rejecting("deficient_random", 60, "") + Closed);
+  const Result whole = Whole(file);
+  ASSERT_EQ(whole.status, 0) << whole.errors;
+  EXPECT_THAT(whole.files.at("summary.txt"), Not(HasSubstr("maxtrix inversion failure was 0\r")));
+  const Result joined = Join(AllPieces(file, 3));
+  EXPECT_TRUE(joined == whole);
+  EXPECT_EQ(joined.errors, "") << "each attempt stood in a piece";
+}
+
+TEST_F(Pieces, ABootstrapThatBreaksOffDoesSoWhenItIsJoined) {
+  const std::string file =
+      BatchFile(Rejecting("out_of_range", 60, "reply no at \"Parametric bootstrap\"\n") + "close frmSummary\n");
+  const Result whole = Run({.file = file}, "out");
+  fs::remove_all(folder / "out");
+  ASSERT_THAT(whole.transcript, HasSubstr("The last 100 attempts were all rejected"));
+  const Result piece = Piece(file, 1, 2);
+  EXPECT_EQ(piece.status, 0);
+  EXPECT_THAT(piece.errors,
+              HasSubstr("merlane-batch: what stands behind that line depends on the whole, and is left to "
+                        "the join\n"));
+  EXPECT_THAT(piece.transcript, EndsWith("end: piece\n"));
+  EXPECT_TRUE(Join(AllPieces(file, 2)) == whole);
+}
+
+TEST_F(Pieces, AnInterruptedBootstrapIsJoinedAsItWas) {
+  const std::string file = BatchFile(Fitted + Summary(3) + "interrupt frmAbort.cmdAbort at 5000\n" +
+                                     Bootstrap(200, By::Simplex, "simplex") + Closed);
+  const Result whole = Whole(file);
+  ASSERT_EQ(whole.status, 0) << whole.errors;
+  ASSERT_LT(whole.files.size(), 150u) << "it was interrupted";
+  const Result joined = Join(AllPieces(file, 4));
+  EXPECT_TRUE(joined == whole);
+}
+
+// ---- What is wrong
+
+/// Three pieces of a small bootstrap.
+class JoinedPieces : public Pieces {
+ protected:
+  void SetUp() override {
+    Pieces::SetUp();
+    text = Fitted + Summary(3) + Bootstrap(6, By::Simplex, "simplex") + Closed;
+    file = BatchFile(text);
+    paths = AllPieces(file, 3);
+  }
+  /// Holds that the pieces are refused: nothing is done, and this is told.
+  void ExpectRefused(const std::vector<std::string>& given, const std::string& told) const {
+    const Result joined = Run({.join = given}, "out");
+    EXPECT_EQ(joined.status, status::FileAtFault);
+    EXPECT_EQ(joined.transcript, "end: stopped\n");
+    EXPECT_EQ(joined.errors, "merlane-batch: " + told + "\n");
+    EXPECT_FALSE(fs::exists(folder / "out"));
+  }
+  /// The piece with something else in it, otherwise whole.
+  void Change(const std::string& path, const std::function<void(merlane::Piece&)>& change) const {
+    merlane::Piece piece = ReadPiece(ReadFile(path));
+    change(piece);
+    WriteFile(path, PieceText(piece));
+  }
+
+  std::string text, file;
+  std::vector<std::string> paths;
+};
+
+TEST_F(JoinedPieces, AreTheRun) { EXPECT_TRUE(Join(paths) == Whole(file)); }
+
+TEST_F(JoinedPieces, AMissingPieceIsNamed) {
+  ExpectRefused({paths[0], paths[2]}, "of 3 pieces 2 is missing");
+  ExpectRefused({paths[1]}, "of 3 pieces 1, 3 are missing");
+  const std::vector<std::string> ten = AllPieces(file, 10);
+  ExpectRefused({ten[0], ten[1], ten[6]}, "of 10 pieces 3 to 6, 8 to 10 are missing");
+}
+
+TEST_F(JoinedPieces, APieceGivenTwiceIsNamed) {
+  const std::string twin = (folder / "twin.piece").string();
+  fs::copy(paths[1], twin);
+  ExpectRefused({paths[0], paths[1], twin, paths[2]},
+                paths[1] + " and " + twin + " are both piece 2 of 3: leave one out");
+}
+
+TEST_F(JoinedPieces, APieceOfAnotherDivisionIsNamed) {
+  Piece(file, 2, 4);
+  ExpectRefused({paths[0], paths[1], paths[2], PiecePath(file, 2, 4)},
+                PiecePath(file, 2, 4) + " does not belong here: it is one of 4 pieces, the others are of 3");
+}
+
+TEST_F(JoinedPieces, APieceOfAnotherRunIsNamed) {
+  const std::string other = BatchFile(text + "show frmMenu\n", "other.batch");
+  Piece(other, 2, 3);
+  ExpectRefused({paths[0], PiecePath(other, 2, 3), paths[2]},
+                PiecePath(other, 2, 3) +
+                    " does not belong here: it was made from another batch file, or from this one before it was "
+                    "changed\nmerlane-batch: of 3 pieces 2 is missing");
+}
+
+TEST_F(JoinedPieces, APieceOfOtherDataIsNamed) {
+  WriteFile(folder / "few_broods.dat", ReadFile(folder / "few_broods.dat") + "\n");
+  Piece(file, 2, 3);
+  ExpectRefused(paths,
+                paths[0] +
+                    " does not belong here: it was made with another few_broods.dat, or with that file before it "
+                    "was changed\nmerlane-batch: " +
+                    paths[2] +
+                    " does not belong here: it was made with another few_broods.dat, or with that file before it "
+                    "was changed\nmerlane-batch: of 3 pieces 1, 3 are missing");
+}
+
+TEST_F(JoinedPieces, APieceOfAnotherVersionIsNamed) {
+  Change(paths[1], [](merlane::Piece& piece) { piece.version = "1.9.9"; });
+  ExpectRefused(paths, paths[1] +
+                           " does not belong here: it was made by version 1.9.9 of the program, this is 2.0.0\n"
+                           "merlane-batch: of 3 pieces 2 is missing");
+}
+
+TEST_F(JoinedPieces, APieceThatIsCutOffOrNoneIsNamed) {
+  const std::string bytes = ReadFile(paths[1]);
+  WriteFile(paths[1], bytes.substr(0, bytes.size() / 2));
+  ExpectRefused(paths, paths[1] + " is cut off or damaged\nmerlane-batch: of 3 pieces 2 is missing");
+  ExpectRefused({paths[0], paths[2], file}, file + " is no piece\nmerlane-batch: of 3 pieces 2 is missing");
+  const std::string none = (folder / "none.piece").string();
+  ExpectRefused({none}, "cannot open the file " + none + ": No such file or directory");
+  ExpectRefused({folder.string()}, "cannot read the file " + folder.string() + ": Is a directory");
+}
+
+TEST_F(JoinedPieces, ABatchFileThatHasGoneIsTold) {
+  fs::remove(file);
+  ExpectRefused(paths, "cannot open the file " + file + ": No such file or directory");
+}
+
+TEST_F(JoinedPieces, ABatchFileThatHasMovedIsTakenFromBesideThePiecesOrFromWhereItIsSaid) {
+  const Result whole = Whole(file);
+  fs::create_directory(folder / "elsewhere");
+  for (const std::string& path : paths) fs::copy(path, folder / "elsewhere");
+  for (const char* name : {"few_broods.dat", "juveniles_only.alg", "test.batch"})
+    fs::rename(folder / name, folder / "elsewhere" / name);
+  std::vector<std::string> moved;
+  for (const std::string& path : paths) moved.push_back((folder / "elsewhere" / fs::path(path).filename()).string());
+  EXPECT_EQ(Join(moved).files, whole.files);
+  EXPECT_EQ(Run({.file = (folder / "elsewhere/test.batch").string(), .join = paths}, "out").files, whole.files);
+}
+
+/// Words that nobody has written are not believed: what they should tell is calculated.
+TEST_F(JoinedPieces, NumbersThatDoNotFitAreCalculatedAnew) {
+  const Result whole = Whole(file);
+  Change(paths[0], [](merlane::Piece& piece) {
+    for (DoneWork& work : piece.works)
+      for (auto& [part, words] : work.parts) words.resize(words.size() / 2);
+  });
+  Change(paths[1], [](merlane::Piece& piece) {
+    for (DoneWork& work : piece.works)
+      for (auto& [part, words] : work.parts)
+        for (std::size_t i = 1; i < words.size(); i += 2) words[i] = ~0ull;
+  });
+  Change(paths[2], [](merlane::Piece& piece) {
+    for (DoneWork& work : piece.works) work.parts.clear();
+  });
+  const Result joined = Join(paths);
+  EXPECT_TRUE(joined == whole);
+  EXPECT_EQ(joined.errors,
+            "merlane-batch: the bootstrap of 6 replicates: 4 parts stood in the pieces, 2 did not and were calculated "
+            "now\n");
+}
+
+TEST_F(Pieces, ARunWithoutSharedWorkIsRefused) {
+  const std::string file = BatchFile("clock 2024-06-01 10:30:00\nshow frmMenu\n");
+  const Result piece = Piece(file, 1, 2);
+  EXPECT_EQ(piece.status, status::FileAtFault);
+  EXPECT_EQ(piece.errors, "merlane-batch: " + file +
+                              ": there is nothing to share: no bootstrap, randomization or posterior that could be "
+                              "shared was reached\n");
+  EXPECT_THAT(piece.files, IsEmpty());
+}
+
+TEST_F(Pieces, ARunWithoutASeedIsRefusedUnlessTheClockStands) {
+  const auto without = [](std::string text, const std::string& what) {
+    return text.erase(text.find(what), what.size());
+  };
+  const std::string text = without(Fitted, "seed 2024\n") + Summary(3);
+  EXPECT_EQ(Piece(BatchFile(text), 1, 2).status, 0);
+  const std::string file = BatchFile(without(text, "clock 2024-06-01 10:30:00\n"));
+  const Result piece = Piece(file, 1, 2);
+  EXPECT_EQ(piece.status, status::FileAtFault);
+  EXPECT_THAT(piece.errors,
+              StartsWith("merlane-batch: the 3 randomizations of a goodness-of-fit test cannot be shared, "
+                         "since each run draws other numbers: write a `seed` before it\n"));
+}
+
+TEST_F(Pieces, AFaultBeforeTheSharedWorkEndsAPieceAsItEndsTheRun) {
+  const std::string file = BatchFile("press frmMenu.cmdSimplex\n" + Fitted);
+  const Result piece = Piece(file, 1, 2), whole = Whole(file);
+  EXPECT_EQ(piece.status, whole.status);
+  EXPECT_EQ(piece.transcript, whole.transcript);
+  EXPECT_EQ(piece.errors, whole.errors);
+  EXPECT_THAT(piece.files, IsEmpty());
+}
+
+TEST_F(Pieces, APieceThatCannotBeWrittenIsTold) {
+  const std::string file = BatchFile(Fitted + Summary(3));
+  fs::create_directories(folder / "pieces/test.1-of-2.piece");
+  const Result piece = Piece(file, 1, 2);
+  EXPECT_EQ(piece.status, status::CommandFailed);
+  EXPECT_THAT(piece.errors, HasSubstr("test.1-of-2.piece"));
+}
+
+TEST(ShareTest, IsWrittenAsANumberOfSoMany) {
+  EXPECT_EQ(ShareOf("3/100"), (Share{3, 100}));
+  EXPECT_EQ(ShareOf("1/1"), (Share{1, 1}));
+  EXPECT_EQ(ShareOf("1000000/1000000"), (Share{1000000, 1000000}));
+  for (const char* text : {"", "3", "3/", "/100", "0/100", "101/100", "-1/100", "1/-1", "3/100 ", " 3/100", "3 /100",
+                           "3/1e2", "1/1000001", "1/99999999999999", "a/b", "3//100"})
+    EXPECT_FALSE(ShareOf(text)) << text;
 }
 
 }  // namespace
