@@ -19,6 +19,7 @@ const std::map<std::string, Target> targets = {
     {"priors", merlane::fuzz::PriorsText},
     {"covariance", merlane::fuzz::Covariance},
     {"batch", merlane::fuzz::Batch},
+    {"piece", merlane::fuzz::PieceOfARun},
     {"numbers", merlane::fuzz::Numbers},
     {"worksheets", merlane::fuzz::Worksheets},
 };

@@ -13,6 +13,7 @@ void Algorithm(std::string_view bytes);
 void PriorsText(std::string_view bytes);
 void Covariance(std::string_view bytes);
 void Batch(std::string_view bytes);
+void PieceOfARun(std::string_view bytes);
 void Numbers(std::string_view bytes);
 void Worksheets(std::string_view bytes);
 

@@ -68,5 +68,12 @@ TEST(RandomStreamsTest, WithoutASeedTheClockGivesOneThatCanBeShownAndRepeated) {
   EXPECT_EQ(later.Seed(), seed) << "the seed is taken once";
 }
 
+TEST(RandomStreamsTest, NumbersThatAreLeftOutAreThoseThatWouldHaveCome) {
+  RandomStream drawn(42, 0), leftOut(42, 0);
+  for (int i = 0; i < 1000; ++i) drawn.Uniform();
+  leftOut.LeaveOut(1000);
+  EXPECT_EQ(leftOut.Uniform(), drawn.Uniform());
+}
+
 }  // namespace
 }  // namespace merlane
