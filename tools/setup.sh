@@ -13,7 +13,7 @@ packages=(
   g++ cmake ninja-build python3 musl-dev
   qt6-base-dev qt6-svg-dev libfreexl-dev libzip-dev libexpat1-dev libcli11-dev nlohmann-json3-dev libfmt-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  xvfb xauth jwm fonts-dejavu-core
+  xvfb xauth jwm fonts-dejavu-core parallel
 )
 preset=dev
 folder=build
