@@ -105,7 +105,7 @@ int CallsAhead(int parameters) { return MostNumbersAhead / (2 * parameters); }
 FitsAhead::FitsAhead(FitOrigin origin, Watch watch, int threads, int first)
     : origin_(std::move(origin)), watch_(std::move(watch)), next_(first) {
   try {
-    for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { Work(); });
+    for (int t = 1; t <= threads; ++t) threads_.emplace_back([this] { WorkAsLongAsThereIsMemory(); });
   } catch (const std::exception&) {
     // Without threads, or memory for them, the bootstrap fits by itself whatever is not fitted ahead.
   }
@@ -170,6 +170,14 @@ bool FitsAhead::Answer(ModelCall& call) {
   return true;
 }
 
+/// Where memory ends others go on, or the bootstrap by itself.
+void FitsAhead::WorkAsLongAsThereIsMemory() {
+  try {
+    Work();
+  } catch (const std::bad_alloc&) {
+  }
+}
+
 void FitsAhead::Work() {
   KeptPredictions predictions(origin_.data, origin_.fit.best.parameters);  // those of all replicates
   std::unique_lock lock(mutex_);
@@ -177,13 +185,8 @@ void FitsAhead::Work() {
     changed_.wait(lock, [this] { return ended_ || next_ <= limit_; });
     if (ended_) return;
     const int attempt = next_++;
-    std::shared_ptr<Fit> fit;
-    try {
-      fit = std::make_shared<Fit>(CallsAhead(origin_.run.algorithm.NPAR));
-      fits_.emplace(attempt, fit);
-    } catch (const std::bad_alloc&) {
-      return;  // others go on, or the bootstrap by itself
-    }
+    const auto fit = std::make_shared<Fit>(CallsAhead(origin_.run.algorithm.NPAR));
+    fits_.emplace(attempt, fit);
     lock.unlock();
     Run(attempt, *fit, predictions);
     lock.lock();

@@ -55,6 +55,7 @@ class FitsAhead {
  private:
   class Fit;
 
+  void WorkAsLongAsThereIsMemory();
   void Work();
   void Run(int attempt, Fit& fit, KeptPredictions& predictions) const;
 

@@ -21,8 +21,9 @@ class Oddities {
   }
 
   bool Any() const;
+  bool Has(Oddity kind) const { return kinds_[static_cast<std::size_t>(kind)].count > 0; }
   /// Whether lines are not divided as the format has them: it may be another kind of file.
-  bool Misdivided() const { return kinds_[static_cast<std::size_t>(Oddity::Separator)].count > 0; }
+  bool Misdivided() const { return Has(Oddity::Separator); }
   /// A paragraph for each kind, the first places below it; empty when there was nothing odd. `lines` is how many lines
   /// the file has behind its header.
   std::string Details(int lines) const;

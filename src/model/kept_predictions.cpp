@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <new>
 
 #include "model/interval_kinds.h"
 
@@ -41,12 +42,19 @@ KeptPredictions::Keys::Key KeptPredictions::KeyOf(int visit, int n, const CountE
 
 std::size_t KeptPredictions::Number(int visit, int n, const CountExpectation& expected) {
   const auto [number, isNew] = numbers_(KeyOf(visit, n, expected));
-  if (isNew) {
-    kept_.emplace_back();
-    unbuilt_.push_back({visit, n, expected});
-    counts_ += static_cast<std::size_t>(n) + 1;
-  }
+  if (isNew) Keep({visit, n, expected});
   return static_cast<std::size_t>(number);
+}
+
+void KeptPredictions::Keep(const Asked& asked) {
+  try {
+    kept_.emplace_back();
+    unbuilt_.push_back(asked);
+  } catch (const std::bad_alloc&) {
+    Forget();  // the number has nothing behind it
+    throw;
+  }
+  counts_ += static_cast<std::size_t>(asked.n) + 1;
 }
 
 void KeptPredictions::Build(Workers* workers, const std::function<void(long)>& turn) {
@@ -88,6 +96,7 @@ const CountPrediction& KeptPredictions::operator[](std::size_t number) const {
 void KeptPredictions::Forget() {
   numbers_.Clear();
   kept_.clear();
+  unbuilt_.clear();
   counts_ = 0;
 }
 

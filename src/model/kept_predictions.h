@@ -20,7 +20,7 @@ class KeptPredictions {
   KeptPredictions(const BroodData& data, const Parameters& best) : data_(data), best_(best) {}
 
   /// The number of a visit's distribution when `n` >= 1 were counted at the visit before, counted from 0 in the order
-  /// in which they are asked for.
+  /// in which they are asked for. Without memory for one more all are forgotten.
   std::size_t Number(int visit, int n, const CountExpectation& expected);
   /// Builds those that have got a number since; `workers` share it where there are any, unless one takes long. `turn`
   /// as for CountDistributions.
@@ -49,6 +49,7 @@ class KeptPredictions {
     CountExpectation expected;
   };
   Keys::Key KeyOf(int visit, int n, const CountExpectation& expected) const;
+  void Keep(const Asked& asked);
   void Forget();
   static void BuildOne(const Asked& asked, Kept& kept, CountPredictor& predictor,
                        const std::function<void(long)>& turn);

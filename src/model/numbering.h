@@ -15,13 +15,13 @@ class Numbering {
  public:
   using Key = std::array<std::uint64_t, Words>;
 
-  /// The number of a key, and whether it is new.
+  /// The number of a key, and whether it is new. Without memory for one that is new, all stay as they were.
   std::pair<int, bool> operator()(const Key& key) {
     if (2 * keys_.size() >= places_.size()) Grow();
     int& number = places_[PlaceOf(key)];
     if (number >= 0) return {number, false};
-    number = Size();
     keys_.push_back(key);
+    number = Size() - 1;
     return {number, true};
   }
   int Size() const { return static_cast<int>(keys_.size()); }

@@ -1,4 +1,5 @@
-// An evaluation allocates nothing. This test program counts what it allocates.
+// An evaluation allocates nothing, and what is kept bears that there is no memory. This test program counts what it
+// allocates, and can be without memory.
 
 #include <gtest/gtest.h>
 
@@ -7,17 +8,21 @@
 #include <new>
 
 #include "field_data.h"
+#include "model/best_tables.h"
+#include "model/kept_predictions.h"
 #include "model/likelihood.h"
+#include "model/same_bits.h"
 
 namespace {
 
 std::atomic<long> allocations = 0;
+std::atomic<long> failing = -1;  // the one for which there is no memory
 
 }  // namespace
 
 // All other forms of new and delete end in these. Not inlined, lest the compiler take malloc and delete for a mismatch.
 [[gnu::noinline]] void* operator new(std::size_t size) {
-  ++allocations;
+  if (++allocations == failing) throw std::bad_alloc();
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
   throw std::bad_alloc();
 }
@@ -62,6 +67,49 @@ TEST(Allocation, AnEvaluationNeedsNone) {
     EXPECT_EQ(state.BestObjective, F);
     EXPECT_GT(turns, 0);
   }
+}
+
+/// The sums of the variances of all visits' distributions, asked for one after the other.
+double AllVariances(KeptPredictions& kept, const BroodData& data, const LikelihoodState& state) {
+  double sum = 0;
+  for (int brood = 0; brood < data.Broods(); ++brood) {
+    const int first = data.FirstVisit[static_cast<std::size_t>(brood)];
+    for (int visit = first + 1; visit < first + data.VisitsOf[static_cast<std::size_t>(brood)]; ++visit)
+      if (const int n = data.VisitCount[static_cast<std::size_t>(visit) - 1]; n > 0)
+        sum += kept.Of(visit, n, BestExpectation(data, state.best.survival, brood, visit)).VarAll;
+  }
+  return sum;
+}
+
+TEST(Allocation, DistributionsAreKeptRightlyBehindEachThatFails) {
+  const BroodData data = ReadFieldData({.years = 1, .broodsPerYear = 3, .covariates = FieldDataPlan::Covariates::None});
+  Likelihood likelihood(data);
+  LikelihoodState state;
+  state.Dimension(data);
+  Array1<double> Value = FieldVector(data, true), Step(Value.Size());
+  Array1<std::string> Names(Value.Size()), Fuse(Value.Size());
+  double F = 0;
+  std::int32_t SampleSize = 0;
+  likelihood.EvaluateObjective({}, state, F, Value, Step, Names, Fuse, static_cast<std::int16_t>(Value.Size()), 1,
+                               SampleSize);
+  KeptPredictions fresh(data, state.best.parameters);
+  const double wanted = AllVariances(fresh, data, state);
+  ASSERT_GT(wanted, 0);
+
+  int failed = 0;
+  for (bool failsYet = true; failsYet;) {
+    KeptPredictions kept(data, state.best.parameters);
+    failing = allocations + 1 + failed;
+    try {
+      AllVariances(kept, data, state);
+      failsYet = false;
+    } catch (const std::bad_alloc&) {
+      ++failed;
+    }
+    failing = -1;
+    ASSERT_PRED2(SameBits, AllVariances(kept, data, state), wanted) << "behind request " << failed;
+  }
+  EXPECT_GT(failed, 20);
 }
 
 }  // namespace
