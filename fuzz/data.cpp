@@ -18,8 +18,7 @@ BroodData Chosen(int covariates) {
 }
 
 /// False when the bytes are refused.
-bool Read(std::string_view bytes, bool bootstrap, BroodData& data) {
-  ReadingReport report;
+bool Read(std::string_view bytes, bool bootstrap, BroodData& data, ReadingReport& report) {
   try {
     ReadTextData(
         bytes, bootstrap, data, [](const Message&) {}, report);
@@ -45,10 +44,10 @@ void RequireConsistent(const BroodData& data) {
 }
 
 /// The counts of real data rise at times, and not as a simulation's do; what is written are those of the records.
-void RequireSameBack(const BroodData& data, int covariates) {
-  // Of a file that is not sorted the bootstrap itself knows which of its visits are gaps.
-  for (std::size_t v = 0; v < data.VisitAge.size(); ++v)
-    if (!data.HasRecord(v)) return;
+void RequireSameBack(const BroodData& data, const ReadingReport& report, int covariates) {
+  // Records that stand apart are told, and numbered by where they stand: behind a brood that is left out, or in the
+  // order in which they are written, they would be others.
+  if (report.oddities.Has(Oddity::Apart)) return;
   std::string text;
   try {
     text = ReplicateDataText(data).Of(data.VisitCount);
@@ -57,7 +56,8 @@ void RequireSameBack(const BroodData& data, int covariates) {
   }
   BroodData back = Chosen(covariates);
   back.CodesAreUtf8 = data.CodesAreUtf8;
-  Require(Read(text, true, back), "what is written is read");
+  ReadingReport reportBack;
+  Require(Read(text, true, back, reportBack), "what is written is read");
   Require(back.Visits() == data.Visits() && back.Broods() == data.Broods(), "as many visits and broods come back");
   Require(back.VisitDate == data.VisitDate, "the dates come back");
   Require(back.VisitStage == data.VisitStage, "the stages come back");
@@ -70,9 +70,10 @@ void RequireSameBack(const BroodData& data, int covariates) {
 void Data(std::string_view bytes) {
   for (const int covariates : {0, 2}) {
     BroodData data = Chosen(covariates);
-    if (!Read(bytes, false, data)) continue;
+    ReadingReport report;
+    if (!Read(bytes, false, data, report)) continue;
     RequireConsistent(data);
-    RequireSameBack(data, covariates);
+    RequireSameBack(data, report, covariates);
   }
 }
 

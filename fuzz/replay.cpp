@@ -22,6 +22,10 @@ const std::map<std::string, Target> targets = {
     {"piece", merlane::fuzz::PieceOfARun},
     {"numbers", merlane::fuzz::Numbers},
     {"worksheets", merlane::fuzz::Worksheets},
+    {"old_workbook", merlane::fuzz::OldWorkbookCells},
+    {"new_workbook", merlane::fuzz::NewWorkbook},
+    {"delimited", merlane::fuzz::Delimited},
+    {"choices", merlane::fuzz::Choices},
 };
 
 std::string Contents(const std::filesystem::path& path) {

@@ -2,10 +2,11 @@
 # Brings a Debian 12 machine to the point where the program stands in build/: installs the packages that are missing,
 # configures the build and builds. Does only what is not done yet, and says only what somebody must know.
 #
-#   tools/setup.sh [--clang] [TARGET...]      builds these targets; all of them when none is named
+#   tools/setup.sh [--PRESET] [TARGET...]     builds these targets; all of them when none is named
 #   tools/setup.sh --package                  builds nothing, and installs what tools/package needs besides
 #
-# With --clang it is the other compiler that builds, in build-clang/.
+# Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize or --thread it
+# is that preset of CMakePresets.json, in build-clang/ and so on.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -17,13 +18,21 @@ packages=(
 )
 preset=dev
 folder=build
-if [[ ${1:-} == --clang ]]; then
+case ${1:-} in
+  --clang) packages+=(clang) ;;
+  --coverage) packages+=(gcovr) ;;
+  --fuzz) packages+=(clang libclang-rt-dev) ;;
+  --sanitize | --thread) ;;
+  --package) packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap) ;;
+  --*)
+    echo "tools/setup.sh knows no $1." >&2
+    exit 2
+    ;;
+esac
+if [[ ${1:-} == --* && $1 != --package ]]; then
+  preset=${1#--}
+  folder=build-$preset
   shift
-  packages+=(clang)
-  preset=clang
-  folder=build-clang
-elif [[ ${1:-} == --package ]]; then
-  packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap)
 fi
 
 is_installed() {

@@ -130,7 +130,7 @@ def main():
     parser.add_argument("shim", type=os.path.abspath)
     parser.add_argument("--every", action="store_true", help="try every request for memory, too")
     parser.add_argument("names", nargs="*", help="the batch files (default: all)")
-    arguments = parser.parse_args()
+    arguments = parser.parse_intermixed_args()
     names = arguments.names or sorted(path.name for path in HERE.glob("*.batch"))
     problems = []
     with tempfile.TemporaryDirectory() as work:
