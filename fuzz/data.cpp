@@ -47,7 +47,10 @@ void RequireConsistent(const BroodData& data) {
 void RequireSameBack(const BroodData& data, const ReadingReport& report, int covariates) {
   // Records that stand apart are told, and numbered by where they stand: behind a brood that is left out, or in the
   // order in which they are written, they would be others.
-  if (report.oddities.Has(Oddity::Apart)) return;
+  bool gaps = false;
+  for (std::size_t v = 0; v < data.VisitAge.size(); ++v) gaps = gaps || !data.HasRecord(v);
+  Require(!gaps || report.oddities.Has(Oddity::Gap), "gaps are told");
+  if (gaps || report.oddities.Has(Oddity::Apart)) return;
   std::string text;
   try {
     text = ReplicateDataText(data).Of(data.VisitCount);

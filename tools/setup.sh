@@ -6,7 +6,7 @@
 #   tools/setup.sh --package                  builds nothing, and installs what tools/package needs besides
 #
 # Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize or --thread it
-# is that preset of CMakePresets.json, in build-clang/ and so on.
+# is that preset of CMakePresets.json, in build-clang/ and so on. With --valgrind it is the build of the tests, for valgrind.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -23,13 +23,16 @@ case ${1:-} in
   --coverage) packages+=(gcovr) ;;
   --fuzz) packages+=(clang libclang-rt-dev) ;;
   --sanitize | --thread) ;;
+  --valgrind) packages+=(valgrind) ;;
   --package) packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap) ;;
   --*)
     echo "tools/setup.sh knows no $1." >&2
     exit 2
     ;;
 esac
-if [[ ${1:-} == --* && $1 != --package ]]; then
+if [[ ${1:-} == --valgrind ]]; then
+  shift
+elif [[ ${1:-} == --* && $1 != --package ]]; then
   preset=${1#--}
   folder=build-$preset
   shift

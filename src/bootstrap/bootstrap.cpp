@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace merlane {
 
@@ -32,14 +33,13 @@ void BootstrapResults::Begin(double deviance0, const Array1<double>& Value, cons
 }
 
 void BootstrapResults::Keep(double F, const Array1<double>& Value, const SurvivalEstimates& s) {
-  BootDeviance.push_back(F);
+  Array1<double> kept(parameters.Size());
+  for (int i = 1; i <= parameters.Size(); ++i) kept(i) = Value(parameters(i));
+  BootEstimates.push_back(std::move(kept));
+  BootDeviance.push_back(F);  // last of what wants memory: a replicate counts with all that it has, or not at all
   deviance.Add(F);
   if (!(F < originalDeviance)) ++BootAboveObserved;
-  Array1<double>& kept = BootEstimates.emplace_back(parameters.Size());
-  for (int i = 1; i <= parameters.Size(); ++i) {
-    kept(i) = Value(parameters(i));
-    estimates(i).Add(kept(i));
-  }
+  for (int i = 1; i <= parameters.Size(); ++i) estimates(i).Add(BootEstimates.back()(i));
   const std::vector<double>* const columns[] = {&s.LiveDay,    &s.LiveDayR,    &s.LiveDayC,
                                                 &s.FledgeFrom, &s.FledgeFromR, &s.FledgeFromC,
                                                 &s.FledgeZero, &s.FledgeZeroR, &s.FledgeZeroC};

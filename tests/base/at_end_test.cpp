@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +26,34 @@ TEST(AtEnd, ActsWhenTheScopeFails) {
   } catch (const std::runtime_error&) {
     EXPECT_EQ(acted, 1);
   }
+}
+
+TEST(AtEnd, WhatTheActionRaisesGoesOn) {
+  EXPECT_THROW({ const AtEnd end([] { throw std::runtime_error("failed at the end"); }); }, std::runtime_error);
+}
+
+TEST(AtEnd, MemoryThatLacksWhereTheScopeFailsDoesNotReplaceTheFailure) {
+  const auto fail = [] {
+    const AtEnd end([] { throw std::bad_alloc(); });
+    throw std::runtime_error("failed");
+  };
+  EXPECT_THROW(fail(), std::runtime_error);
+}
+
+TEST(AtEnd, KnowsItsOwnScopeWhereAnotherFails) {
+  int told = 0;
+  const auto fail = [&told] {
+    const AtEnd outer([&told] {
+      try {
+        const AtEnd inner([] { throw std::bad_alloc(); });
+      } catch (const std::bad_alloc&) {
+        ++told;
+      }
+    });
+    throw std::runtime_error("failed");
+  };
+  EXPECT_THROW(fail(), std::runtime_error);
+  EXPECT_EQ(told, 1);
 }
 
 TEST(Meanwhile, TheVariableHasItsOwnValueAgainBehindTheScope) {
