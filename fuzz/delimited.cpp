@@ -1,5 +1,5 @@
 // Delimited texts that are imported.
-#include "imported_file.h"
+#include "import_as_proposed.h"
 #include "memory_file.h"
 #include "targets.h"
 

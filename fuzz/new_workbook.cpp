@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "imported_file.h"
+#include "import_as_proposed.h"
 #include "memory_file.h"
 #include "targets.h"
 

@@ -1,14 +1,14 @@
 // Workbooks of the old kind (.xls), as far as they are read here.
 #include "base/runtime_failure.h"
-#include "platform/calculated_cells.h"
+#include "platform/freexl_omissions.h"
 #include "targets.h"
 
 namespace merlane::fuzz {
 
-void OldWorkbookCells(std::string_view bytes) {
+void OldWorkbook(std::string_view bytes) {
   try {
-    for (const auto& [sheet, cells] : CalculatedCells(bytes))
-      for (const auto& [place, cell] : cells)
+    for (const auto& [sheet, omitted] : FreexlOmissionsOf(bytes))
+      for (const auto& [place, cell] : omitted.cells)
         Require(place.first < 1U << 16 && place.second < 1U << 16, "cells are where the format has room for them");
   } catch (const RuntimeFailure& failure) {
     Require(*failure.what() != '\0', "a failure is told");

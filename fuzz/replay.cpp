@@ -22,7 +22,7 @@ const std::map<std::string, Target> targets = {
     {"piece", merlane::fuzz::PieceOfARun},
     {"numbers", merlane::fuzz::Numbers},
     {"worksheets", merlane::fuzz::Worksheets},
-    {"old_workbook", merlane::fuzz::OldWorkbookCells},
+    {"old_workbook", merlane::fuzz::OldWorkbook},
     {"new_workbook", merlane::fuzz::NewWorkbook},
     {"delimited", merlane::fuzz::Delimited},
     {"choices", merlane::fuzz::Choices},

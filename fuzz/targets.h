@@ -16,7 +16,7 @@ void Batch(std::string_view bytes);
 void PieceOfARun(std::string_view bytes);
 void Numbers(std::string_view bytes);
 void Worksheets(std::string_view bytes);
-void OldWorkbookCells(std::string_view bytes);
+void OldWorkbook(std::string_view bytes);
 void NewWorkbook(std::string_view bytes);
 void Delimited(std::string_view bytes);
 void Choices(std::string_view bytes);

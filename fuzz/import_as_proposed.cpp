@@ -1,4 +1,4 @@
-#include "imported_file.h"
+#include "import_as_proposed.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,13 +38,13 @@ void ImportAsProposed(const std::string& path) {
   try {
     const ImportSource source(path);
     ImportChoices choices = source.Proposed();
-    const std::string text = source.Text(choices);
+    const std::string text = source.Text(choices).rows;
     const Imported imported = ImportRows(text, choices);
     Require(imported.records > 0, "what is imported has records");
     RequireReadable(imported);
     choices.names = ColumnNames(text, choices);
     const ImportChoices kept = ChoicesIn(ChoicesText(choices));
-    Require(ImportRows(source.Text(kept), kept).text == imported.text, "the same choices give the same bytes");
+    Require(ImportRows(source.Text(kept).rows, kept).text == imported.text, "the same choices give the same bytes");
   } catch (const RuntimeFailure& failure) {
     Require(*failure.what() != '\0', "a failure is told");
   }
