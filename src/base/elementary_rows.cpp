@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "base/elementary.h"
+#include "base/gamma_ln.h"
 
 namespace merlane {
 namespace {
@@ -19,6 +20,9 @@ void LogPlain(const double* x, double* y, std::size_t n) {
 }
 void PowPlain(const double* x, const double* exponent, double* y, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) y[i] = Pow(x[i], exponent[i]);
+}
+void GammaLnPlain(const double* x, double* y, std::size_t n) {
+  for (std::size_t i = 0; i < n; ++i) y[i] = x[i] >= 1 ? GammaLn(x[i]) : 0;
 }
 
 }  // namespace
@@ -164,6 +168,19 @@ MERLANE_IN_ROW Power PowerOf(double x, double y) {
   return {zero ? 0.0 : ExpOf(hi, lo), static_cast<bool>(int{zero} | int{ordinary})};
 }
 
+/// ln Gamma(x) of x from 1 on, whose logarithms are of numbers above 2.
+MERLANE_IN_ROW double GammaLnOf(double x) {
+  double y = x - 1;
+  const double t = y + 5.5;
+  const double power = (y + 0.5) * LogByTable(t) - t;
+  double s = 1.0;
+  for (const double coefficient : gamma_series::Coefficients) {
+    y = y + 1;
+    s = s + coefficient / y;
+  }
+  return power + LogByTable(gamma_series::RootOf2Pi * s);
+}
+
 MERLANE_IN_ROW void ExpInRow(const double* __restrict x, double* __restrict y, std::size_t n) {
   int odd = 0;
   for (std::size_t i = 0; i < n; ++i) {
@@ -198,6 +215,16 @@ MERLANE_IN_ROW void PowInRow(const double* __restrict x, const double* __restric
     if (!PowerOf(x[i], exponent[i]).ordinary) y[i] = Pow(x[i], exponent[i]);
 }
 
+MERLANE_IN_ROW void GammaLnInRow(const double* __restrict x, double* __restrict y, std::size_t n) {
+  int odd = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    y[i] = GammaLnOf(x[i]);
+    odd |= !(x[i] <= Largest);
+  }
+  for (std::size_t i = 0; odd && i < n; ++i)
+    if (x[i] > Largest) y[i] = GammaLn(x[i]);
+}
+
 #undef MERLANE_IN_ROW
 
 // The same loops, compiled for what the processor has.
@@ -206,7 +233,8 @@ MERLANE_IN_ROW void PowInRow(const double* __restrict x, const double* __restric
   __VA_ARGS__ void Log##Way(const double* x, double* y, std::size_t n) { LogInRow(x, y, n); }    \
   __VA_ARGS__ void Pow##Way(const double* x, const double* exponent, double* y, std::size_t n) { \
     PowInRow(x, exponent, y, n);                                                                 \
-  }
+  }                                                                                              \
+  __VA_ARGS__ void GammaLn##Way(const double* x, double* y, std::size_t n) { GammaLnInRow(x, y, n); }
 
 MERLANE_ROWS(Avx2, [[gnu::target("avx2")]])
 MERLANE_ROWS(Avx512, [[gnu::target("avx512f,avx512dq,avx512vl")]])
@@ -223,15 +251,15 @@ namespace {
 
 // The last that is available is the fastest.
 constexpr ElementaryRowWay Ways[] = {
-    {"plain", [] { return true; }, ExpPlain, LogPlain, PowPlain},
+    {"plain", [] { return true; }, ExpPlain, LogPlain, PowPlain, GammaLnPlain},
 #ifdef __x86_64__
-    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, ExpAvx2, LogAvx2, PowAvx2},
+    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, ExpAvx2, LogAvx2, PowAvx2, GammaLnAvx2},
     {"avx512",
      [] {
        return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512dq") != 0 &&
               __builtin_cpu_supports("avx512vl") != 0;
      },
-     ExpAvx512, LogAvx512, PowAvx512},
+     ExpAvx512, LogAvx512, PowAvx512, GammaLnAvx512},
 #endif
 };
 
@@ -254,5 +282,6 @@ void LogRow(std::span<const double> x, std::span<double> y) { Fastest().log(x.da
 void PowRow(std::span<const double> x, std::span<const double> exponent, std::span<double> y) {
   Fastest().pow(x.data(), exponent.data(), y.data(), x.size());
 }
+void GammaLnRow(std::span<const double> x, std::span<double> y) { Fastest().gammaLn(x.data(), y.data(), x.size()); }
 
 }  // namespace merlane

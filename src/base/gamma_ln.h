@@ -1,7 +1,5 @@
 #pragma once
 
-#include <span>
-
 namespace merlane {
 
 /// ln Gamma(x) by the six-term series of C. Lanczos, A precision approximation of the gamma function, SIAM Journal on
@@ -11,8 +9,11 @@ namespace merlane {
 /// 0, where Gamma is negative or too small for its reciprocal to be a number.
 double GammaLn(double x);
 
-/// The same of a row of arguments, several at a time; of those below 1 nothing comes out. `y` is as long as the
-/// arguments and does not overlap them.
-void GammaLnRow(std::span<const double> x, std::span<double> y);
+/// The constants of the series.
+namespace gamma_series {
+inline constexpr double Coefficients[] = {76.18009173,  -86.50532033,  24.01409822,
+                                          -1.231739516, 0.00120858003, -5.36382e-06};
+inline constexpr double RootOf2Pi = 2.50662827465;
+}  // namespace gamma_series
 
 }  // namespace merlane

@@ -16,27 +16,23 @@ std::span<const std::int16_t> CountsOf(const ObjectivePlan& plan, const Objectiv
   return std::span(plan.k).subspan(At(d.prediction), At(d.predictionEnd - d.prediction));
 }
 
-/// Room for the rows over hatch.
-BinomialHatchRow RowOverHatch(const ObjectivePlan& plan, const CountDistributions& distributions) {
-  std::size_t mostDistributions = 0, mostTerms = 0;
+/// Of the rows over hatch.
+HatchRow::Size LargestOverHatch(const ObjectivePlan& plan) {
+  HatchRow::Size most;
   for (const ObjectivePlan::Row& row : plan.rows) {
     if (row.kind != Prediction::Spanning) continue;
-    std::size_t terms = 0;
-    for (const ObjectivePlan::Distribution& d : plan.DistributionsOf(row))
-      terms += BinomialHatchRow::MostTerms(d.n, CountsOf(plan, d));
-    mostDistributions = std::max(mostDistributions, row.distributions.Size());
-    mostTerms = std::max(mostTerms, terms);
+    const CountJudge::Distributions judged = plan.DistributionsOf(row);
+    most.distributions = std::max(most.distributions, judged.size());
+    most.counts = std::max(most.counts, At(judged.back().predictionEnd - judged.front().prediction));
+    for (const ObjectivePlan::Distribution& d : judged) most.n = std::max(most.n, d.n);
   }
-  return {distributions, mostDistributions, mostTerms};
+  return most;
 }
 
 }  // namespace
 
 CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& distributions, int maxCount)
-    : plan_(plan),
-      spanningJudge_(distributions, maxCount),
-      binomialHatchRow_(RowOverHatch(plan, distributions)),
-      maxCount_(maxCount) {
+    : plan_(plan), spanningJudge_(distributions, maxCount), hatchRow_(distributions, LargestOverHatch(plan)) {
   std::size_t mostDistributions = 0, mostPredictions = 0;
   for (const ObjectivePlan::Row& row : plan.rows) {
     const Distributions judged = plan.DistributionsOf(row);
@@ -138,44 +134,38 @@ void CountJudge::FillOverdispersedExponents() {
   }
 }
 
-template <class Judge>
-bool CountJudge::ForEachOverHatch(Distributions distributions, const SurvivalColumns& survival, const Thetas& thetas,
-                                  const Judge& judge) {
-  for (const ObjectivePlan::Distribution& d : distributions) {
-    const ObjectivePlan::FromHatch& hatch = plan_.fromHatch[At(d.interval)];
-    const std::size_t clutch = At(hatch.clutch), random = At(hatch.random), correlated = At(hatch.correlated);
-    SpanningJudge::Expected expected{{},
-                                     survival.PCorr[At(plan_.span[clutch])],
-                                     survival.PCorr[At(plan_.span[correlated])],
-                                     thetas.eggs[At(d.age)],
-                                     thetas.juveniles[At(d.age)]};
-    expected.numbers.EHatchR = survival.OutR[clutch];
-    expected.numbers.EHatchC = survival.OutC[clutch];
-    expected.numbers.juveniles = {survival.OutR[random], survival.OutR[correlated], survival.OutC[random],
-                                  survival.OutC[correlated]};
-    if (!judge(expected, d, CountsOf(plan_, d))) return false;
-  }
-  return true;
+SpanningJudge::Expected CountJudge::ExpectedOf(const ObjectivePlan::Distribution& d, const SurvivalColumns& survival,
+                                               const Thetas& thetas) const {
+  const ObjectivePlan::FromHatch& hatch = plan_.fromHatch[At(d.interval)];
+  const std::size_t clutch = At(hatch.clutch), random = At(hatch.random), correlated = At(hatch.correlated);
+  SpanningJudge::Expected expected{{},
+                                   survival.PCorr[At(plan_.span[clutch])],
+                                   survival.PCorr[At(plan_.span[correlated])],
+                                   thetas.eggs[At(d.age)],
+                                   thetas.juveniles[At(d.age)]};
+  expected.numbers.EHatchR = survival.OutR[clutch];
+  expected.numbers.EHatchC = survival.OutC[clutch];
+  expected.numbers.juveniles = {survival.OutR[random], survival.OutR[correlated], survival.OutC[random],
+                                survival.OutC[correlated]};
+  return expected;
 }
 
 bool CountJudge::JudgeOverHatch(Distributions distributions, const SurvivalColumns& survival, const CountErrors& errors,
                                 const Thetas& thetas, bool testSums, std::vector<double>& deviance) {
   if (distributions.empty()) return true;
   Begin(distributions);
-  bool judged = false;
-  if (BinomialHatchRow::Serves(errors, maxCount_)) {
-    binomialHatchRow_.Begin();
-    judged = ForEachOverHatch(distributions, survival, thetas, [&](const auto& expected, const auto& d, auto counts) {
-      return binomialHatchRow_.Add(errors, expected, d.n, counts, testSums);
-    });
-    if (judged) binomialHatchRow_.FillProbabilities(std::span(P_).first(size_));
-  } else {
-    judged = ForEachOverHatch(distributions, survival, thetas, [&](const auto& expected, const auto& d, auto counts) {
-      return spanningJudge_.FillProbabilities(errors, expected, d.n, counts, testSums,
-                                              std::span(P_).subspan(At(d.prediction) - first_, counts.size()));
-    });
+  hatchRow_.Begin();
+  for (const ObjectivePlan::Distribution& d : distributions) {
+    const SpanningJudge::Expected expected = ExpectedOf(d, survival, thetas);
+    const std::span<const std::int16_t> counts = CountsOf(plan_, d);
+    const auto P = std::span(P_).subspan(At(d.prediction) - first_, counts.size());
+    const HatchRow::Addition added = hatchRow_.Add(errors, expected, d.n, counts, testSums, P);
+    const bool alone = added == HatchRow::Addition::LeftAlone;
+    if (added == HatchRow::Addition::Fails) return false;
+    if (alone && !spanningJudge_.FillProbabilities(errors, expected, d.n, counts, testSums, P)) return false;
   }
-  return judged && FillDeviances(deviance);
+  hatchRow_.FillProbabilities();
+  return FillDeviances(deviance);
 }
 
 bool CountJudge::FillDeviances(std::vector<double>& deviance) {

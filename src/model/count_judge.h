@@ -4,9 +4,9 @@
 #include <span>
 #include <vector>
 
-#include "model/binomial_hatch_row.h"
 #include "model/count_distributions.h"
 #include "model/count_logs.h"
+#include "model/hatch_row.h"
 #include "model/kept_gamma_ln.h"
 #include "model/objective_plan.h"
 #include "model/spanning_judge.h"
@@ -49,10 +49,8 @@ class CountJudge {
 
  private:
   void Begin(Distributions distributions);
-  /// Calls `judge`(expected, n, counts, probabilities) for each distribution over hatch, as long as it is true.
-  template <class Judge>
-  bool ForEachOverHatch(Distributions distributions, const SurvivalColumns& survival, const Thetas& thetas,
-                        const Judge& judge);
+  SpanningJudge::Expected ExpectedOf(const ObjectivePlan::Distribution& distribution, const SurvivalColumns& survival,
+                                     const Thetas& thetas) const;
   void FillBinomialLogs(Distributions distributions, const SurvivalColumns& survival, const std::vector<double>& Out);
   void FillBinomialExponents(const ObjectivePlan::Distribution& distribution, std::size_t number);
   bool FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
@@ -67,8 +65,7 @@ class CountJudge {
   const ObjectivePlan& plan_;
   KeptGammaLn logGamma_;
   SpanningJudge spanningJudge_;
-  BinomialHatchRow binomialHatchRow_;
-  const int maxCount_;
+  HatchRow hatchRow_;
   // Of the row that is judged; there is room for the longest.
   std::size_t first_ = 0, size_ = 0;         // its predictions
   std::vector<double> share_, logs_;         // of each distribution: p, 1 - p

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "base/elementary_rows.h"
 #include "base/gamma_ln.h"
 
 namespace merlane {

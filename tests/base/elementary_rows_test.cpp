@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -9,9 +10,11 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/elementary.h"
+#include "base/gamma_ln.h"
 
 namespace merlane {
 namespace {
@@ -93,6 +96,32 @@ TEST_P(ElementaryRows, PowersHaveTheBitsOfOneAlone) {
       }
 }
 
+TEST_P(ElementaryRows, LnGammaHasTheBitsOfOneAlone) {
+  const std::vector<std::function<double()>> draws = {
+      [&] { return 1 + 10 * arguments.Uniform(); }, [&] { return 1 + 0x1p-20 * arguments.Uniform(); },
+      [&] { return 1 + 2e7 * arguments.Uniform(); }, [&] { return 1 + std::abs(arguments.AnyBits()); }};
+  for (const auto& draw : draws)
+    for (int i = 0; i < Rows; ++i) {
+      const std::vector<double> x = arguments.Row(draw);
+      GetParam().gammaLn(x.data(), y.data(), Length);
+      ExpectSame(GetParam(), x, y, [&](std::size_t j) { return GammaLn(x[j]); });
+    }
+}
+
+TEST_P(ElementaryRows, LnGammaTakesRowsOfAnyLength) {
+  for (const std::size_t length : {0, 1, 7, 31, 33, 500}) {
+    std::vector<double> x(length);
+    std::ranges::generate(x, [argument = 1.0]() mutable { return std::exchange(argument, argument * 1.0041 + 0.001); });
+    if (length == 500) x[250] = 0.5;  // of which nothing comes out, and whose neighbours do not mind
+    y.assign(length, 0);
+    GetParam().gammaLn(x.data(), y.data(), length);
+    for (std::size_t i = 0; i < length; ++i)
+      if (x[i] >= 1) {
+        ASSERT_EQ(y[i], GammaLn(x[i])) << GetParam().name << " at " << x[i];
+      }
+  }
+}
+
 TEST_P(ElementaryRows, TakeTheEndsOfTheRange) {
   constexpr double infinite = std::numeric_limits<double>::infinity();
   const std::vector<double> x{
@@ -105,6 +134,9 @@ TEST_P(ElementaryRows, TakeTheEndsOfTheRange) {
   ExpectSame(GetParam(), x, y, at(Exp));
   GetParam().log(x.data(), y.data(), x.size());
   ExpectSame(GetParam(), x, y, at(Log));
+  const std::vector<double> large{1, 0x1.fffffffffffffp1023, infinite};
+  GetParam().gammaLn(large.data(), y.data(), large.size());
+  ExpectSame(GetParam(), large, y, [&](std::size_t j) { return GammaLn(large[j]); });
   for (const double exponent : x) {
     const std::vector<double> p(x.size(), exponent);
     GetParam().pow(x.data(), p.data(), y.data(), x.size());
@@ -125,6 +157,9 @@ TEST(ElementaryRow, IsTheFunctionOfEach) {
   EXPECT_EQ(y, (std::vector<double>{Log(0.5), Log(2), Log(7)}));
   PowRow(x, p, y);
   EXPECT_EQ(y, (std::vector<double>{Pow(0.5, 2), Pow(2, 0.5), Pow(7, 1.5)}));
+  GammaLnRow(p, y);
+  EXPECT_EQ(y[0], GammaLn(2));
+  EXPECT_EQ(y[2], GammaLn(1.5));
 }
 
 }  // namespace

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <utility>
-#include <vector>
 
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
@@ -40,15 +38,6 @@ TEST(GammaLn, HasTheBitsOfItsStepsInTheirOrder) {
 TEST(GammaLn, ReflectsBelowOne) {
   const double x = 0.25;
   EXPECT_EQ(GammaLn(x), Log(Pi * (1 - x) / (Sin(Pi * (1 - x)) * Exp(GammaLn(2 - x)))));
-}
-
-TEST(GammaLn, OfARowHasTheBitsOfEach) {
-  for (const std::size_t length : {0, 1, 31, 32, 33, 5000}) {
-    std::vector<double> x(length), y(length);
-    std::ranges::generate(x, [argument = 1.0]() mutable { return std::exchange(argument, argument * 1.0041 + 0.001); });
-    GammaLnRow(x, y);
-    for (std::size_t i = 0; i < length; ++i) EXPECT_EQ(y[i], GammaLn(x[i])) << x[i];
-  }
 }
 
 TEST(GammaLn, FailsWhereTheGammaFunctionIsNegativeOrVanishes) {
