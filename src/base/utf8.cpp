@@ -43,6 +43,8 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
+bool HasWideCharacters(std::string_view text) { return !IsAscii(text) && IsUtf8(text); }
+
 std::size_t CharacterCount(std::string_view text) {
   return static_cast<std::size_t>(std::ranges::count_if(text, BeginsCharacter));
 }

@@ -13,6 +13,9 @@ bool IsUtf8(std::string_view text);
 /// Whether a text holds nothing but ASCII, whose characters are bytes.
 bool IsAscii(std::string_view text);
 
+/// Whether a text is UTF-8 throughout, and has characters of several bytes.
+bool HasWideCharacters(std::string_view text);
+
 /// How many characters (code points) a UTF-8 text has.
 std::size_t CharacterCount(std::string_view text);
 

@@ -32,7 +32,7 @@ class TableFiller {
     data_.MinDate = 366;
     data_.MaxDate = data_.MaxCount = data_.MinAge = 0;
     for (const SurveyedRecord& record : survey_.records)
-      Store({file_.bytes.substr(record.begin, record.length), record.line, file_.utf8}, record);
+      Store({file_.bytes.substr(record.begin, record.length), record.line, file_.wide}, record);
     data_.TotalRecords = static_cast<std::int32_t>(survey_.records.size());
     data_.CodesAreUtf8 = std::ranges::all_of(data_.BroodCode, IsUtf8);
     if (comparison_) comparison_->TestOrder();
@@ -41,7 +41,7 @@ class TableFiller {
 
  private:
   void ReadCovariateNames() {
-    DataLines lines(file_.bytes, file_.utf8);
+    DataLines lines(file_.bytes, file_.wide);
     lines.Next();
     for (int m = 1; m <= data_.NCov; ++m) data_.CovariateName(m) = Trim(lines.Line().Text(record::Covariate(m)));
   }
@@ -165,7 +165,7 @@ void ReadTextData(std::string_view bytes, bool bootstrap, BroodData& data, const
   report = {};
   report.covariates.resize(static_cast<std::size_t>(data.NCov));
   FieldReader fields(report, !bootstrap);
-  const DataText file{WithoutByteOrderMark(bytes), IsUtf8(bytes), bootstrap};
+  const DataText file{WithoutByteOrderMark(bytes), HasWideCharacters(bytes), bootstrap};
   const Survey survey = SurveyRecords(file, data, tell, fields);
   if (survey.records.empty()) TellNothingRead(data, report, tell);
   data.DistinctCodes = survey.DistinctCodes;

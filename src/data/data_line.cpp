@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -15,8 +16,8 @@ namespace {
 
 bool OnlyBlanks(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
 
-/// Reads the common field, blanks and a whole number, without a detour; false for anything else.
-bool PlainWhole(std::string_view field, double& number) {
+/// The number of the common field, blanks and a whole number; none of anything else.
+std::optional<int> PlainWhole(std::string_view field) {
   std::size_t i = 0;
   while (i < field.size() && field[i] == ' ') ++i;
   const bool negative = i < field.size() && field[i] == '-';
@@ -25,10 +26,10 @@ bool PlainWhole(std::string_view field, double& number) {
   int magnitude = 0;
   for (; i < field.size() && field[i] >= '0' && field[i] <= '9' && i - digits < 9; ++i)
     magnitude = magnitude * 10 + (field[i] - '0');
-  if (i == digits || i - digits > 8) return false;
+  if (i == digits || i - digits > 8) return std::nullopt;
   while (i < field.size() && field[i] == ' ') ++i;
-  number = negative ? -static_cast<double>(magnitude) : magnitude;
-  return i == field.size();
+  if (i < field.size()) return std::nullopt;
+  return negative ? -magnitude : magnitude;
 }
 
 }  // namespace
@@ -47,8 +48,8 @@ std::string Shown(std::string_view text) {
   return shown;
 }
 
-DataLine::DataLine(std::string_view text, int number, bool utf8)
-    : text_(text), number_(number), wide_(utf8 && !IsAscii(text)) {}
+DataLine::DataLine(std::string_view text, int number, bool wide)
+    : text_(text), number_(number), wide_(wide && !IsAscii(text)) {}
 
 std::string_view DataLine::Text(RecordField field) const {
   return wide_ ? CharacterColumns(text_, field.first, field.last) : Columns(text_, field.first, field.last);
@@ -60,13 +61,27 @@ bool DataLine::IsBlank(RecordField field) const { return OnlyBlanks(Text(field))
 
 DataLine::Reading DataLine::Read(RecordField field) const {
   const std::string_view text = Text(field);
-  double number = 0;
-  if (PlainWhole(text, number)) return {number, true};
+  if (const std::optional<int> number = PlainWhole(text)) {
+    const bool minus = *number == 0 && text.find('-') != std::string_view::npos;
+    return {minus ? -0.0 : *number, true};
+  }
   try {
     return {LenientNumber(text), IsNumber(text)};
   } catch (const RuntimeFailure&) {
     Refuse(field, "is too large a number");
   }
+}
+
+std::optional<int> DataLine::ReadWhole(RecordField field) const { return PlainWhole(Text(field)); }
+
+bool DataLine::IsDivided(int covariates) const {
+  const auto behind = [this](int n) { return static_cast<std::size_t>(record::Field(n).last); };
+  const int fields = record::FieldsBeforeCovariates + covariates;
+  if (wide_ || text_.size() < behind(fields)) return Misdivided(covariates).empty();
+  for (int n = 1; n < fields; ++n)
+    if (text_[behind(n)] != ',') return false;
+  const char end = text_.size() == behind(fields) ? ' ' : text_[behind(fields)];
+  return end == ' ' || end == ',';
 }
 
 std::string DataLine::Misdivided(int covariates) const {
@@ -102,12 +117,14 @@ void DataLine::Refuse(RecordField field, std::string_view why) const {
 }
 
 bool DataLines::Next() {
-  if (rest_.empty()) return false;
-  std::size_t end = 0;
-  while (end < rest_.size() && rest_[end] != '\n' && rest_[end] != '\r') ++end;
-  line_ = rest_.substr(0, end);
-  if (end + 1 < rest_.size() && rest_[end] == '\r' && rest_[end + 1] == '\n') ++end;
-  rest_.remove_prefix(std::min(end + 1, rest_.size()));
+  if (next_ >= bytes_.size()) return false;
+  // Looked for when it has been passed: in a file of other line ends that is once.
+  if (feed_ < next_ || number_ == 0) feed_ = std::min(bytes_.find('\n', next_), bytes_.size());
+  const std::string_view upToFeed = bytes_.substr(next_, feed_ - next_);
+  const std::size_t length = std::min(upToFeed.find('\r'), upToFeed.size());
+  line_ = upToFeed.substr(0, length);
+  const bool carriageReturn = length < upToFeed.size();
+  next_ += length + (carriageReturn && next_ + length + 1 == feed_ && feed_ < bytes_.size() ? 2 : 1);
   ++number_;
   return true;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -33,8 +36,8 @@ std::string Shown(std::string_view text);
 /// One line of a data file, in place.
 class DataLine {
  public:
-  /// `utf8`: columns are characters, not bytes.
-  DataLine(std::string_view text, int number, bool utf8);
+  /// `wide`: columns are characters, not bytes.
+  DataLine(std::string_view text, int number, bool wide);
 
   std::string_view Whole() const { return text_; }
   int Number() const { return number_; }
@@ -50,6 +53,11 @@ class DataLine {
   /// RuntimeFailure for a number that is too large.
   Reading Read(RecordField field) const;
 
+  /// The number of a field that holds a whole number of up to eight digits and blanks around it; none of any other.
+  std::optional<int> ReadWhole(RecordField field) const;
+
+  /// Whether the line is divided as one of `covariates` covariates is.
+  bool IsDivided(int covariates) const;
   /// Where the line is not divided as one of `covariates` covariates is, in words; empty when it is.
   std::string Misdivided(int covariates) const;
   /// What stands behind the field of the last of `covariates` covariates, and where; empty when nothing does.
@@ -68,15 +76,18 @@ class DataLine {
 /// The lines of a text, one after the other, in place. Lines end with CR LF, LF or CR.
 class DataLines {
  public:
-  DataLines(std::string_view bytes, bool utf8) : rest_(bytes), utf8_(utf8) {}
+  DataLines(std::string_view bytes, bool wide) : bytes_(bytes), wide_(wide) {}
 
   bool Next();
-  DataLine Line() const { return {line_, number_, utf8_}; }
+  DataLine Line() const { return {line_, number_, wide_}; }
   int Number() const { return number_; }
+  /// What stands behind the line.
+  std::string_view Rest() const { return bytes_.substr(std::min(next_, bytes_.size())); }
 
  private:
-  std::string_view rest_;
-  bool utf8_;
+  std::string_view bytes_;
+  bool wide_;
+  std::size_t next_ = 0, feed_ = 0;  // where the next line begins, and the first line feed behind that
   std::string_view line_;
   int number_ = 0;
 };

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
@@ -18,6 +20,8 @@ double FieldReader::Number(const DataLine& line, RecordField field) {
 }
 
 std::int16_t FieldReader::Whole(const DataLine& line, RecordField field) {
+  const std::optional<int> plain = line.ReadWhole(field);
+  if (plain && std::in_range<std::int16_t>(*plain)) return static_cast<std::int16_t>(*plain);
   const DataLine::Reading reading = line.Read(field);
   std::int16_t whole = 0;
   try {
@@ -64,9 +68,8 @@ void FieldReader::Note(Oddity kind, const DataLine& line, RecordField field, con
 }
 
 void FieldReader::NoteDivision(const DataLine& line, int covariates) {
-  if (!notes_) return;
-  const std::string where = line.Misdivided(covariates);
-  if (!where.empty()) Note(Oddity::Separator, [&] { return where; });
+  if (!notes_ || line.IsDivided(covariates)) return;
+  Note(Oddity::Separator, [&] { return line.Misdivided(covariates); });
 }
 
 void FieldReader::NoteBeyond(const DataLine& line, int covariates) {

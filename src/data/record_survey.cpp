@@ -3,16 +3,35 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
+#include <cstring>
+#include <limits>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
+#include "base/numbering.h"
 #include "base/runtime_failure.h"
 #include "data/most_visits.h"
+#include "platform/large_pages.h"
 
 namespace merlane {
 namespace {
+
+/// Numbers codes, each of so many bytes at most as eight characters take, apart for each `kind`.
+class CodeNumbers {
+ public:
+  std::pair<std::size_t, bool> operator()(std::string_view code, std::size_t kind) {
+    Numbers::Key key{};
+    std::memcpy(key.data(), code.data(), std::min(code.size(), MostBytes));
+    key.back() = kind << 6 | code.size();
+    const auto [number, isNew] = numbers_(key);
+    return {static_cast<std::size_t>(number), isNew};
+  }
+
+ private:
+  static constexpr std::size_t MostBytes = std::size_t{4} * record::Width;
+  using Numbers = Numbering<MostBytes / sizeof(std::uint64_t) + 1>;
+  Numbers numbers_;
+};
 
 /// Counts the codes that no earlier year had. The codes of a year behind one that is empty are not found.
 class DistinctCodeCounter {
@@ -20,20 +39,19 @@ class DistinctCodeCounter {
   explicit DistinctCodeCounter(std::size_t years) : closed_(years, 0) {}
 
   void Add(std::string_view code, std::size_t year) {
-    if (code.empty() || closed_[year]) {
-      const auto found = firstYear_.find(code);
-      if (found == firstYear_.end() || found->second >= year) ++count_;
-      if (code.empty()) closed_[year] = 1;
-      return;
-    }
-    const auto [known, isNew] = firstYear_.try_emplace(code, year);
-    if (isNew || known->second >= year) ++count_;
-    known->second = std::min(known->second, year);
+    const auto [number, isNew] = numbers_(code, 0);
+    if (isNew) firstYear_.push_back(NotMet);
+    std::size_t& firstYear = firstYear_[number];
+    if (firstYear >= year) ++count_;
+    if (code.empty()) closed_[year] = 1;
+    if (!closed_[year]) firstYear = std::min(firstYear, year);
   }
   std::int32_t Count() const { return count_; }
 
  private:
-  std::unordered_map<std::string_view, std::size_t> firstYear_;
+  static constexpr std::size_t NotMet = std::numeric_limits<std::size_t>::max();
+  CodeNumbers numbers_;
+  std::vector<std::size_t> firstYear_;  // by number
   std::vector<char> closed_;
   std::int32_t count_ = 0;
 };
@@ -49,10 +67,11 @@ class Surveyor {
         codes_(years_.size()) {
     survey_.visitsOf.resize(years_.size());
     survey_.records.reserve(file.bytes.size() / record::Field(record::FieldsBeforeCovariates + data.NCov).last);
+    PreferLargePages(survey_.records.data(), survey_.records.capacity() * sizeof(SurveyedRecord));
   }
 
   Survey Make() {
-    DataLines lines(file_.bytes, file_.utf8);
+    DataLines lines(file_.bytes, file_.wide);
     if (!lines.Next()) throw RuntimeFailure("the file is empty: there is no header line");
     CountCovariates(lines.Line());
     CompareHeading(lines.Line());
@@ -156,9 +175,12 @@ class Surveyor {
 
   /// Whether the code that begins a brood stood in its year before, as it is or in another way of writing.
   void CompareCode(const DataLine& line, std::string_view code, std::size_t y) {
-    const auto [known, isNew] = written_.try_emplace({y, Alike(code)}, code, line.Number());
-    if (isNew) return;
-    const auto& [before, where] = known->second;
+    const auto [number, isNew] = alike_(Alike(code), y);
+    if (isNew) {
+      written_.push_back({code, line.Number()});
+      return;
+    }
+    const auto& [before, where] = written_[number];
     fields_.Note(before == code ? Oddity::Apart : Oddity::Alike, [&, &before = before, &where = where] {
       return fmt::format("{}, behind \"{}\" of line {}", line.At(record::Code), Shown(before), where);
     });
@@ -203,10 +225,10 @@ class Surveyor {
   Survey survey_;
   std::vector<YearState> years_;
   DistinctCodeCounter codes_;
-  // Where a code was written first, by year and what it has in common with others.
-  std::map<std::pair<std::size_t, std::string>, std::pair<std::string_view, int>> written_;
-  std::int64_t places_ = 0;  // for visits, as far as they are known
-  int visit_ = 1;            // number of the next visit; goes on across years when a file is not sorted
+  CodeNumbers alike_;                                      // by year, of what codes have in common with others
+  std::vector<std::pair<std::string_view, int>> written_;  // how and in which line each of these was written first
+  std::int64_t places_ = 0;                                // for visits, as far as they are known
+  int visit_ = 1;  // number of the next visit; goes on across years when a file is not sorted
 };
 
 }  // namespace

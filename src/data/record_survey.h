@@ -28,7 +28,7 @@ struct Survey {
 /// A file that is being read.
 struct DataText {
   std::string_view bytes;
-  bool utf8 = false;  // columns are characters
+  bool wide = false;  // columns are characters, not bytes
   bool bootstrap = false;
 };
 

@@ -7,7 +7,7 @@
 
 #include "data/brood_data.h"
 #include "model/count_prediction.h"
-#include "model/numbering.h"
+#include "base/numbering.h"
 #include "platform/workers.h"
 
 namespace merlane {

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <utility>
 
-#include "model/numbering.h"
+#include "base/numbering.h"
 
 namespace merlane {
 namespace {

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "model/numbering.h"
+#include "base/numbering.h"
 
 namespace merlane {
 namespace {

@@ -9,6 +9,7 @@
 
 #include "base/runtime_failure.h"
 #include "platform/descriptor.h"
+#include "platform/large_pages.h"
 
 namespace merlane {
 namespace {
@@ -40,6 +41,7 @@ std::string ReadWholeFile(const std::string& path, std::int64_t most) {
   Refuse(path, info, most);
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(info.st_size));
+  PreferLargePages(bytes.data(), bytes.capacity());
   if (!ReadAll(file.Get(), bytes, static_cast<std::size_t>(most))) Fail("read", path, std::strerror(errno));
   return bytes;
 }

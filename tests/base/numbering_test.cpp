@@ -1,4 +1,4 @@
-#include "model/numbering.h"
+#include "base/numbering.h"
 
 #include <gtest/gtest.h>
 
