@@ -3,6 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -16,8 +19,30 @@ namespace {
 
 bool OnlyBlanks(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
 
+/// A field of eight columns with nothing but blanks in front of a whole number: all columns at once. None of any other.
+std::optional<int> RightSetWhole(std::string_view field) {
+  std::uint64_t columns = 0;  // the first one lowest
+  if (std::endian::native != std::endian::little || field.size() != sizeof columns) return std::nullopt;
+  std::memcpy(&columns, field.data(), sizeof columns);
+  const int blanks = std::countr_zero(columns ^ 0x2020202020202020) / 8;
+  if (blanks == 8) return std::nullopt;
+  const bool negative = static_cast<unsigned char>(columns >> 8 * blanks) == '-';
+  const int before = blanks + (negative ? 1 : 0);
+  if (before == 8) return std::nullopt;
+  const std::uint64_t digits = columns >> 8 * before << 8 * before;
+  const std::uint64_t zeros = std::uint64_t{0x3030303030303030} >> 8 * before << 8 * before;
+  const std::uint64_t values = digits ^ zeros;
+  if (((values | (values + 0x0606060606060606)) & 0xF0F0F0F0F0F0F0F0) != 0) return std::nullopt;
+  // Neighbours are joined: to numbers of two digits, of four, of eight.
+  const std::uint64_t two = (values * 2561) >> 8 & 0x00FF00FF00FF00FF;
+  const std::uint64_t four = (two * 6553601) >> 16 & 0x0000FFFF0000FFFF;
+  const int magnitude = static_cast<int>((four * 42949672960001) >> 32);
+  return negative ? -magnitude : magnitude;
+}
+
 /// The number of the common field, blanks and a whole number; none of anything else.
 std::optional<int> PlainWhole(std::string_view field) {
+  if (const std::optional<int> number = RightSetWhole(field)) return number;
   std::size_t i = 0;
   while (i < field.size() && field[i] == ' ') ++i;
   const bool negative = i < field.size() && field[i] == '-';
