@@ -99,7 +99,7 @@ TEST_P(ElementaryRows, PowersHaveTheBitsOfOneAlone) {
 TEST_P(ElementaryRows, LnGammaHasTheBitsOfOneAlone) {
   const std::vector<std::function<double()>> draws = {
       [&] { return 1 + 10 * arguments.Uniform(); }, [&] { return 1 + 0x1p-20 * arguments.Uniform(); },
-      [&] { return 1 + 2e7 * arguments.Uniform(); }, [&] { return 1 + std::abs(arguments.AnyBits()); }};
+      [&] { return 1 + 2e7 * arguments.Uniform(); }, [&] { return std::max(1.0, std::abs(arguments.AnyBits())); }};
   for (const auto& draw : draws)
     for (int i = 0; i < Rows; ++i) {
       const std::vector<double> x = arguments.Row(draw);
@@ -135,8 +135,9 @@ TEST_P(ElementaryRows, TakeTheEndsOfTheRange) {
   GetParam().log(x.data(), y.data(), x.size());
   ExpectSame(GetParam(), x, y, at(Log));
   const std::vector<double> large{1, 0x1.fffffffffffffp1023, infinite};
-  GetParam().gammaLn(large.data(), y.data(), large.size());
-  ExpectSame(GetParam(), large, y, [&](std::size_t j) { return GammaLn(large[j]); });
+  std::vector<double> ofLarge(large.size());
+  GetParam().gammaLn(large.data(), ofLarge.data(), large.size());
+  ExpectSame(GetParam(), large, ofLarge, [&](std::size_t j) { return GammaLn(large[j]); });
   for (const double exponent : x) {
     const std::vector<double> p(x.size(), exponent);
     GetParam().pow(x.data(), p.data(), y.data(), x.size());
