@@ -30,7 +30,7 @@ BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneMod
     : desk_(desk), state_(state), model_(model), bootstrap_(bootstrap), abort_(abort), summary_(summary) {}
 
 void BootstrapCommand::Bootstrap() {
-  if (!SavedModelIsMeant()) return;
+  if (!AnythingIsPredicted() || !SavedModelIsMeant()) return;
   const std::optional<BootstrapOptions> options = AskForOptions();
   if (!options) return;
   GrowingFile kept(bootstrap_.Folder(), "BootstrappedParameters_" + ClockName(desk_.host.clock) + ".bpv");
@@ -53,6 +53,14 @@ void BootstrapCommand::Report(const BootstrapResults& results) {
          ".bpv", BootstrapParameterText(results)});
   Offer({"Save the bootstrapped survival estimates and statistics in a text file?",
          "Save bootstrapped survival estimates (*.bse) in...", ".bse", BootstrapSurvivalText(results, model_.data)});
+}
+
+bool BootstrapCommand::AnythingIsPredicted() {
+  const LikelihoodState& fitted = model_.Evaluated();
+  if (fitted.EggsAtRisk != 0 || fitted.JuvsAtRisk != 0) return true;
+  desk_.Tell(Title, "There is nothing to do: no count can be predicted from these data, so that none can be simulated",
+             style::Exclamation);
+  return false;
 }
 
 bool BootstrapCommand::SavedModelIsMeant() {

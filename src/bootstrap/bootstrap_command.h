@@ -22,6 +22,8 @@ class BootstrapCommand {
   void Bootstrap();
 
  private:
+  /// False, which is told, when no count is predicted from the data: each replicate would be as empty.
+  bool AnythingIsPredicted();
   /// What is bootstrapped is the model in the algorithm file. False when there is none, when it has no free parameter,
   /// and when it is not the present one and the user does not want it; all is told.
   bool SavedModelIsMeant();

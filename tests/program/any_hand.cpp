@@ -54,7 +54,9 @@ Answer AnyHand::MsgBox(const Message& message) {
   // Who always quits sees little of the program.
   const bool quits = message.title == "Exit Tolvane" && Below(20) != 0;
   const bool takesOffer = !message.offer.empty() && Below(2) == 0;
-  const Answer given = quits ? Answer::No : takesOffer ? Answer::Offer : answer;
+  // Most who have come as far as an introduction go on.
+  const bool begins = message.text.ends_with("Do you want to continue?") && Below(3) != 0;
+  const Answer given = begins ? Answer::Yes : quits ? Answer::No : takesOffer ? Answer::Offer : answer;
   Note("  message " + message.title + " -> " + std::to_string(static_cast<int>(given)));
   step.replies.push_back({message.title + ": " + message.text, given, {}});
   return given;
@@ -66,6 +68,8 @@ std::optional<std::string> AnyHand::AnyInput(const InputRequest& request) {
   // Who evaluates parameters chooses free ones, and nobody here waits for many points or replicates.
   if (asks("parameter number")) answer = Pick<std::string>({"17", "18"});
   if (asks("# points")) answer = Pick<std::string>({"3", "5", "7"});
+  if (asks("covariance file name"))
+    answer = Pick<std::string>({Golden("juveniles_only.cov"), folder_ / "own.cov", request.defaultText});
   if (asks("How many parametric bootstraps")) answer = Pick<std::string>({"1", "2"});
   if (Below(asks("parametric bootstraps") ? 9 : 3) == 0)
     answer = Pick<std::string>({"", "2", "17", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
@@ -86,7 +90,10 @@ std::optional<std::string> AnyHand::AnyFile(const FileRequest& request) {
                                                Golden("fuses.dat"), Golden("fuses.alg"), Golden("spanning_alone.alg"),
                                                Golden("out_of_range.alg"), folder_ / "a", folder_ / "missing"})
                           : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
-  if (request.title == "Open algorithm data file" && Below(2) == 0) path = ownAlgorithm_;
+  if (request.title == "Open algorithm data file" && Below(2) == 0)
+    path = Pick<std::string>({ownAlgorithm_, ownAlgorithm_, folder_ / "own.alg"});
+  if (request.title == "Save algorithm data in..." && Below(2) == 0) path = folder_ / "own.alg";
+  if (request.title == "Save covariance results as..." && Below(2) == 0) path = folder_ / "own.cov";
   if (request.title == "Load Bayesian Priors file" && Below(2) == 0) path = Golden("priors.pri");
   if (request.title == "Import data" && Below(4) != 0) path = MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv";
   return path.empty() ? std::nullopt : std::optional(path);
@@ -121,10 +128,12 @@ int AnyHand::Liking(const Form& form, const Control& control) {
                                             [&](const char* beginning) { return control.name.starts_with(beginning); });
   if ((form.name == "frmMain" || arranges) && Below(8) != 0) return 0;
   if (form.name == "frmMenu" && std::ranges::count(favourites_, control.name) > 0) return 20;
+  if (control.name == "cmdParEstimate" || control.name == "cmdCovariance") return 9;
   // What comes at the end of several steps, or is one of them, would be reached seldom.
-  static constexpr std::array leadsOn = {"frmParEvals.cmdML",  "frmParEvals.cmdBP",   "frmAlgo.cmdFinish",
-                                         "frmRank.cmdAICc",    "frmRank.cmdLoadAlg",  "frmRank.cmdRank",
-                                         "frmRank.cmdAverage", "frmDistPlot.cmdDone", "frmSummary.cmdBootstrap"};
+  static constexpr std::array leadsOn = {"frmParEvals.cmdML",    "frmParEvals.cmdBP",   "frmAlgo.cmdFinish",
+                                         "frmRank.cmdAICc",      "frmRank.cmdLoadAlg",  "frmRank.cmdRank",
+                                         "frmRank.cmdAverage",   "frmDistPlot.cmdDone", "frmCovDisplay.cmdScreen",
+                                         "frmCovDisplay.cmdFile"};
   if (std::ranges::count(leadsOn, form.name + "." + control.name) > 0) return 12;
   const bool commands = dynamic_cast<const Button*>(&control) != nullptr || control.name == "mnuFinished";
   return commands ? 3 : 1;

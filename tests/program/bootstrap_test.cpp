@@ -825,6 +825,16 @@ TEST_F(AlgorithmFileOfABootstrap, ThatVanishesOnTheWayEndsItWithWhatItHas) {
   EXPECT_THAT(program.frmSummary.rtbOut.text, HasSubstr("Results from execution of 1 parametric bootstraps:"));
 }
 
+TEST_F(BootstrapTest, OfDataThatPredictNothingIsRefusedBeforeAnyQuestion) {
+  Ready("header_alone");
+  Summary();
+  const std::string text = program.frmSummary.rtbOut.text;
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(windows.LastText(),
+            "There is nothing to do: no count can be predicted from these data, so that none can be simulated");
+  EXPECT_EQ(program.frmSummary.rtbOut.text, text);
+}
+
 TEST_F(AlgorithmFileOfABootstrap, WithoutAFreeParameterIsRefusedBeforeAnyQuestion) {
   Initialize({.path = Golden("juveniles_only.dat")});
   LoadDefaults();

@@ -63,6 +63,19 @@ std::map<std::string, std::string> Saved(const std::vector<Reply>& replies) {
   return files;
 }
 
+/// The replies of an evaluation without the rounds of questions that led to nothing but the next.
+std::vector<Reply> LastRound(std::vector<Reply> replies) {
+  const auto asks = [](const char* part) {
+    return [part](const Reply& reply) { return reply.question.find(part) != std::string::npos; };
+  };
+  const auto first = std::ranges::find_if(replies, asks("Choose the parameter number"));
+  auto begun = first;  // the last round
+  for (const char* again : {"step size of zero; please try again", "Required number of function calls exceeds"})
+    begun = std::max(begun, std::find_if(replies.rbegin(), replies.rend(), asks(again)).base());
+  replies.erase(first, begun);
+  return replies;
+}
+
 /// Which files of another bootstrap are replaced is not the same in another folder.
 std::vector<std::string> WithoutReplaced(std::vector<std::string> questions) {
   std::erase_if(questions, [](const std::string& q) { return q.find("Data files of another bootstrap") != q.npos; });
@@ -127,7 +140,8 @@ void HeldLongCommands::CompareEvaluation(const Doing& step, Button FrmParEvals::
     program.evaluation.ReferenceF = evaluationBefore_.ReferenceF;
     program.evaluation.ReferenceReading = program.state.reading;
   }
-  fresh.windows.replies.assign(step.replies.begin(), step.replies.end());
+  const std::vector<Reply> replies = LastRound(step.replies);
+  fresh.windows.replies.assign(replies.begin(), replies.end());
   fresh.windows.onWait = [&program] { FinishWaiting(program); };
   EXPECT_TRUE(program.desk.Press(program.frmMenu.cmdParEstimate));
   EXPECT_TRUE(program.desk.Press(program.frmParEvals.*button));
