@@ -30,7 +30,7 @@ BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneMod
     : desk_(desk), state_(state), model_(model), bootstrap_(bootstrap), abort_(abort), summary_(summary) {}
 
 void BootstrapCommand::Bootstrap() {
-  if (!AnythingIsPredicted() || !SavedModelIsMeant()) return;
+  if (!SavedModelIsMeant() || !AnythingIsPredicted()) return;
   const std::optional<BootstrapOptions> options = AskForOptions();
   if (!options) return;
   GrowingFile kept(bootstrap_.Folder(), "BootstrappedParameters_" + ClockName(desk_.host.clock) + ".bpv");
