@@ -22,14 +22,14 @@ double Spread::SD() const {
 
 void BootstrapResults::Begin(double deviance0, const Array1<double>& Value, const FreeParameters& free, int visits) {
   originalDeviance = deviance0;
-  parameters.Dimension(free.NFREE);
   originalEstimates.Dimension(free.NFREE);
   estimates.Dimension(free.NFREE);
+  for (std::vector<Spread>& column : survival) column.resize(static_cast<std::size_t>(visits));
+  parameters.Dimension(free.NFREE);  // last of what wants memory: one that has parameters has begun
   for (int i = 1; i <= free.NFREE; ++i) {
     parameters(i) = free.FreeIndex(i);
     originalEstimates(i) = Value(free.FreeIndex(i));
   }
-  for (std::vector<Spread>& column : survival) column.resize(static_cast<std::size_t>(visits));
 }
 
 void BootstrapResults::Keep(double F, const Array1<double>& Value, const SurvivalEstimates& s) {
