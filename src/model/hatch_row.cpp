@@ -44,6 +44,7 @@ void HatchRow::Begin() {
   row_.clear();
   parts_.clear();
   juveniles_.clear();
+  shares_.clear();
   knownEggs_.fill(-1);
   knownJuveniles_.fill(-1);
 }
@@ -91,6 +92,7 @@ std::size_t HatchRow::EggsOf(const FateDistributions& fate, int n, int least) {
       return static_cast<std::size_t>(known);
     }
   }
+  if (fate.binomialEggs) eggs.logs = AskLogs(eggs.expected);
   known = static_cast<int>(parts_.size());
   parts_.push_back(eggs);
   return parts_.size() - 1;
@@ -113,13 +115,13 @@ std::size_t HatchRow::JuvenilesOf(const FateDistributions& fate, int n, std::spa
 
 void HatchRow::FillProbabilities() {
   AddJuvenileParts();
-  for (auto* column : {&shares_, &arguments_, &exponents_}) column->clear();
-  for (const Part& part : parts_) Ask(part);
+  for (auto* column : {&arguments_, &exponents_}) column->clear();
+  for (const Part& part : parts_)
+    if (part.kind == Part::Kind::BetaBinomial) AskLogGammas(part);
   logs_.resize(shares_.size());
   LogRow(shares_, logs_);
   logGammas_.resize(arguments_.size());
   logGamma_.Row(arguments_, logGammas_);
-  nextLog_ = logs_.data();
   nextLogGamma_ = logGammas_.data();
   for (Part& part : parts_) FillExponents(part);
   terms_.resize(exponents_.size());
@@ -130,8 +132,9 @@ void HatchRow::FillProbabilities() {
 void HatchRow::AddJuvenileParts() {
   for (Juveniles& juveniles : juveniles_) {
     juveniles.part = parts_.size();
-    for (int m = 0; m <= juveniles.n; ++m) {
-      Part part{Part::Kind::Binomial, m, juveniles.pJ, juveniles.theta, juveniles.counts & UpTo(m)};
+    const std::size_t logs = AskLogs(juveniles.pJ);
+    for (int m = std::countr_zero(juveniles.counts); m <= juveniles.n; ++m) {
+      Part part{Part::Kind::Binomial, m, juveniles.pJ, juveniles.theta, juveniles.counts & UpTo(m), logs};
       if (m != 1 && !juveniles.binomial) {
         part.kind = m == 0 ? Part::Kind::OfNone : Part::Kind::BetaBinomial;
         part.expected = m * juveniles.pJ;
@@ -141,36 +144,33 @@ void HatchRow::AddJuvenileParts() {
   }
 }
 
-/// See BinomialLogs and BetaBinomialLogs.
-void HatchRow::Ask(const Part& part) {
-  if (part.counts == 0) return;
-  if (part.kind == Part::Kind::Binomial) {
-    const double p = BinomialShare(part.expected);
-    shares_.push_back(p);
-    shares_.push_back(1 - p);
-  } else if (part.kind == Part::Kind::BetaBinomial) {
-    double E = part.expected;
-    const auto [a, b] = BetaBinomialShapes(part.n, E, part.theta);
-    const std::size_t size = arguments_.size();
-    arguments_.resize(size + 4 + 2 * static_cast<std::size_t>(std::popcount(part.counts)));
-    double* next = arguments_.data() + size;
-    for (const double x : {a + b, a, b, part.n + a + b}) *next++ = x;
-    ForEach(part.counts, [&, a = a, b = b](int k) {
-      *next++ = k + a;
-      *next++ = part.n - k + b;
-    });
-  }
+std::size_t HatchRow::AskLogs(double p) {
+  shares_.push_back(BinomialShare(p));
+  shares_.push_back(1 - BinomialShare(p));
+  return shares_.size() - 2;
+}
+
+/// See BetaBinomialLogs.
+void HatchRow::AskLogGammas(const Part& part) {
+  double E = part.expected;
+  const auto [a, b] = BetaBinomialShapes(part.n, E, part.theta);
+  const std::size_t size = arguments_.size();
+  arguments_.resize(size + 4 + 2 * static_cast<std::size_t>(std::popcount(part.counts)));
+  double* next = arguments_.data() + size;
+  for (const double x : {a + b, a, b, part.n + a + b}) *next++ = x;
+  ForEach(part.counts, [&, a = a, b = b](int k) {
+    *next++ = k + a;
+    *next++ = part.n - k + b;
+  });
 }
 
 void HatchRow::FillExponents(Part& part) {
   const int n = part.n;
   part.term = exponents_.size();
-  if (part.counts == 0) return;
   if (part.kind == Part::Kind::OfNone) {
     exponents_.push_back(0);
   } else if (part.kind == Part::Kind::Binomial) {
-    const BinomialLogs logs(nextLog_[0], nextLog_[1]);
-    nextLog_ += 2;
+    const BinomialLogs logs(logs_[part.logs], logs_[part.logs + 1]);
     ForEach(part.counts,
             [&](int k) { exponents_.push_back(logs.LogProbability(distributions_.LogChoices(n, k), n, k)); });
   } else {
@@ -193,12 +193,13 @@ void HatchRow::SumUp(const Distribution& d) {
     const Juveniles& juveniles = juveniles_[d.juveniles[fate]];
     const double* const hatched = terms_.data() + eggs.term;
     const int least = std::countr_zero(eggs.counts);
+    const Part* const lives = parts_.data() + juveniles.part;
+    const int leastCount = std::countr_zero(juveniles.counts);
     for (std::size_t i = 0; i < d.counts.size(); ++i) {
       const int k = d.counts[i];
       const auto place = static_cast<std::size_t>(std::popcount(juveniles.counts & (Bit(k) - 1)));
       double sum = 0;
-      for (int m = k; m <= d.n; ++m)
-        sum += hatched[m - least] * terms_[parts_[juveniles.part + static_cast<std::size_t>(m)].term + place];
+      for (int m = k; m <= d.n; ++m) sum += hatched[m - least] * terms_[lives[m - leastCount].term + place];
       ofFate_[fate][i] = sum;
     }
   }

@@ -52,15 +52,16 @@ class HatchRow {
     int n;
     double expected, theta;
     Counts counts;
+    std::size_t logs = 0;  // where those of the share are
     std::size_t term = 0;  // where the probabilities are, those of ascending counts
   };
-  /// The juveniles of which a share lives on, if 0 to n hatched.
+  /// The juveniles of which a share lives on, of up to n that hatched.
   struct Juveniles {
     double pJ, theta;
     bool binomial;
     int n;
     Counts counts;
-    std::size_t part = 0;  // for each number that hatched one
+    std::size_t part = 0;  // one for each number that hatched, from the least count on
   };
   struct Distribution {
     int n;
@@ -76,7 +77,8 @@ class HatchRow {
   std::size_t EggsOf(const FateDistributions& fate, int n, int least);
   std::size_t JuvenilesOf(const FateDistributions& fate, int n, std::span<const std::int16_t> counts);
   void AddJuvenileParts();
-  void Ask(const Part& part);
+  std::size_t AskLogs(double p);
+  void AskLogGammas(const Part& part);
   void FillExponents(Part& part);
   void SumUp(const Distribution& d);
 
@@ -86,12 +88,11 @@ class HatchRow {
   std::vector<Juveniles> juveniles_;
   /// Where eggs and juveniles may stand that are asked for again.
   std::array<int, 512> knownEggs_ = {}, knownJuveniles_ = {};
-  std::vector<double> shares_, logs_;  // p and 1 - p of each binomial part
+  std::vector<double> shares_, logs_;  // p and 1 - p of binomial parts
   KeptGammaLn logGamma_;
   std::vector<double> arguments_, logGammas_;  // of the others: all that they ask ln Gamma of, and what it is
   std::vector<double> exponents_, terms_;      // of all parts
-  // While these are filled: what comes next.
-  const double *nextLog_ = nullptr, *nextLogGamma_ = nullptr;
+  const double* nextLogGamma_ = nullptr;       // while these are filled
   std::array<std::vector<double>, 4> ofFate_;  // probabilities of a distribution's counts
 };
 
