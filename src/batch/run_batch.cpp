@@ -147,7 +147,10 @@ class Batch {
     exitStatus = status::Done;
     const std::string path = InFolder(options_.out, PieceFileName(file_, piece.share));
     try {
-      WriteWholeFile(path, PieceText(piece));
+      const std::string text = PieceText(piece);
+      if (text.size() > MostBytesRead)
+        throw RuntimeFailure("the piece would be too large to be read: make more pieces");
+      WriteWholeFile(path, text);
       transcript_.Wrote(fs::path(path).lexically_normal().string());
     } catch (const std::exception& failure) {
       run.Windows().OnFailure(FailureText(failure));

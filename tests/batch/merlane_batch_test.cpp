@@ -290,9 +290,35 @@ TEST_F(MerlaneBatch, ArgumentsThatAreNoneOfOursAreTold) {
   EXPECT_THAT(err, HasSubstr("FILE is required"));
   EXPECT_EQ(Run("--fast a.batch"), 1);
   EXPECT_EQ(Run("a.batch b.batch"), 1);
+  EXPECT_THAT(err, HasSubstr("--join is for pieces"));
+  for (const char* share : {"0/3", "4/3", "3", "1/0", "''", "x/y"}) {
+    EXPECT_EQ(Run(std::string("--piece ") + share + " a.batch"), 1) << share;
+    EXPECT_THAT(err, HasSubstr("is no share: write 1/100 for the first of a hundred")) << share;
+  }
+  EXPECT_EQ(Run("--piece 1/3 --join a.piece"), 1);
+  EXPECT_EQ(Run("--batch b.batch a.batch"), 1);
+  EXPECT_THAT(err, HasSubstr("goes with --join alone"));
   EXPECT_EQ(Run("--out"), 1);
   EXPECT_EQ(Run("--help"), 0);
   EXPECT_THAT(out, HasSubstr("--json"));
+}
+
+TEST_F(MerlaneBatch, PiecesAreMadeAndJoined) {
+  const std::string text =
+      "clock 2024-06-01 10:30:00\n" + Read("juveniles_only.dat") + "press frmMenu.cmdLoadAlg\nreply yes\nfile " +
+      InQuotes(golden + "juveniles_only.alg") +
+      "\npress frmMenu.cmdOneFunction\nclose frmOneFunction\npress frmMenu.cmdUserSummary\nenter 9\n"
+      "reply yes\nsave-text frmSummary.rtbOut summary.txt\n";
+  ASSERT_EQ(RunText(text, "--out whole"), 0);
+  const std::string whole = out;
+  for (const char* piece : {"1/2", "2/2"})
+    ASSERT_EQ(Run(std::string("--out pieces --piece ") + piece + " a.batch"), 0) << err;
+  EXPECT_THAT(out, EndsWith("      wrote pieces/a.2-of-2.piece\nend: piece\n"));
+  ASSERT_EQ(Run("--out joined --join pieces/a.1-of-2.piece pieces/a.2-of-2.piece"), 0) << err;
+  EXPECT_EQ(Replaced(out, "joined/", "whole/"), whole);
+  EXPECT_EQ(ReadFile(folder + "/joined/summary.txt"), ReadFile(folder + "/whole/summary.txt"));
+  EXPECT_EQ(Run("--out joined --join pieces/a.2-of-2.piece"), 1);
+  EXPECT_EQ(err, "merlane-batch: of 2 pieces 1 is missing\n");
 }
 
 }  // namespace

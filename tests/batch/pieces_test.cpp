@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <bit>
 #include <set>
 
 #include "batch/golden_batch.h"
@@ -453,6 +454,35 @@ TEST_F(JoinedPieces, NumbersThatDoNotFitAreCalculatedAnew) {
   EXPECT_EQ(joined.errors,
             "merlane-batch: the bootstrap of 6 replicates: 4 parts stood in the pieces, 2 did not and were calculated "
             "now\n");
+}
+
+/// Whoever changes a number in a piece finds it in the whole: the join did not calculate it once more.
+TEST_F(Pieces, WhatIsJoinedComesFromThePieces) {
+  const std::string file =
+      BatchFile(Fitted + Summary(9) + Bootstrap(4, By::Simplex, "simplex") + Closed + Posterior(5, 5) +
+                "reply no at \"Bivariate plot\"\n" + "save-text frmBayesian.rtbBayesian posterior.txt\n");
+  const Result whole = Whole(file);
+  const std::vector<std::string> paths = AllPieces(file, 1);
+  const std::map<std::string, std::pair<std::size_t, std::string>> numberIn{
+      // by the beginning of a work's name: where a number stands among the words of a part, and the file that has it
+      {"the 9 randomizations", {1, "summary.txt"}},
+      {"the bootstrap of 4", {4, "simplex.bpv"}},
+      {"the 25 nodes", {2, "posterior.txt"}}};
+  const merlane::Piece untouched = ReadPiece(ReadFile(paths[0]));
+  ASSERT_EQ(untouched.works.size(), numberIn.size());
+  for (std::size_t w = 0; w < untouched.works.size(); ++w) {
+    merlane::Piece changed = untouched;
+    const auto where =
+        std::ranges::find_if(numberIn, [&](const auto& one) { return changed.works[w].name.starts_with(one.first); });
+    ASSERT_NE(where, numberIn.end()) << changed.works[w].name;
+    for (auto& [part, words] : changed.works[w].parts) {
+      std::uint64_t& word = words.at(where->second.first);
+      word = std::bit_cast<std::uint64_t>(std::bit_cast<double>(word) * 1.5);
+    }
+    WriteFile(paths[0], PieceText(changed));
+    const Result joined = Join(paths);
+    EXPECT_NE(joined.files.at(where->second.second), whole.files.at(where->second.second)) << where->first;
+  }
 }
 
 TEST_F(Pieces, ARunWithoutSharedWorkIsRefused) {

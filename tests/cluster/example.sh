@@ -17,5 +17,5 @@ mv out whole
 
 "$examples/$way" "$examples/bootstrap.batch" "$pieces" "$work/out"
 cmp whole.txt out/transcript.txt
-rm -r out/pieces out/transcript.txt
+rm -r out/told out/*.piece out/transcript.txt
 diff -r whole out
