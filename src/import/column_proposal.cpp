@@ -140,7 +140,8 @@ std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValu
   for (const Meaning& meaning : meanings)
     if (const std::optional<Role> role = Fitting(meaning, values)) candidates.push_back({*role, meaning.speaks});
   // A column without a heading holds numbers of rows, for instance.
-  if (meanings.empty() && !heading.empty() && values.AreNumbers()) candidates.push_back({Role::Covariate});
+  if (meanings.empty() && !heading.empty() && !IsOfNumberedVisit(heading) && values.AreNumbers())
+    candidates.push_back({Role::Covariate});
   candidates.push_back({Role::Unused});
   return candidates;
 }

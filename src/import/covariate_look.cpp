@@ -8,7 +8,7 @@
 namespace merlane {
 namespace {
 
-constexpr std::array Marks{-9.0, -99.0, -9999.0, -99999.0};
+constexpr std::array Marks{-9.0, -99.0, -9999.0, -99999.0, 99.0, 999.0, 9999.0, 99999.0};
 
 /// Whether a number such as 1.234 or 12,345 may have been written with a mark between thousands.
 bool IsLikeThousands(const std::string& text, std::size_t mark) {
@@ -19,11 +19,12 @@ bool IsLikeThousands(const std::string& text, std::size_t mark) {
 }  // namespace
 
 void CovariateLook::Take(double number, const std::string& text, int line) {
-  if (std::ranges::find(Marks, number) != Marks.end() && (marks_ == 0 || mark_ == number)) {
-    mark_ = number;
-    if (marks_++ == 0) firstMark_ = line;
+  if (std::ranges::find(Marks, number) != Marks.end()) {
+    Seen& seen = marks_[number];
+    if (seen.count++ == 0) seen.line = line;
   } else {
     leastOfOthers_ = std::min(leastOfOthers_, number);
+    mostOfOthers_ = std::max(mostOfOthers_, number);
   }
   const std::size_t mark = text.find_first_of(".,");
   if (mark == std::string::npos) return;
@@ -34,10 +35,14 @@ void CovariateLook::Take(double number, const std::string& text, int line) {
 }
 
 void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
-  if (marks_ > 0 && leastOfOthers_ >= 0)
-    remarks.Say(
-        fmt::format("\"{}\" is {} in {}, the first in {} {}: no other is negative, and that may stand for no value",
-                    name, mark_, Counted(marks_, "row"), remarks.Place(), firstMark_));
+  constexpr double MuchLarger = 10;
+  for (const auto& [mark, seen] : marks_) {
+    const bool isNegative = mark < 0;
+    if (isNegative ? leastOfOthers_ < 0 : mostOfOthers_ * MuchLarger > mark) continue;
+    remarks.Say(fmt::format("\"{}\" is {} in {}, the first in {} {}: no other is {}, and that may stand for no value",
+                            name, mark, Counted(seen.count, "row"), remarks.Place(), seen.line,
+                            isNegative ? "negative" : "nearly as large"));
+  }
   if (thousandsMayBe_ && likeThousands_ > 1 && otherParts_ == 0)
     remarks.Say(
         fmt::format("\"{}\" has three digits behind every mark, as in {}: that was taken for a decimal mark, "

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "import/remarks.h"
@@ -7,7 +8,8 @@
 namespace merlane {
 
 /// Looks at the numbers of a covariate for some that seem to stand for something else: for no value, as -9999 among
-/// numbers that are never negative, or for thousands, as 1.234 where every number has three digits behind its point.
+/// numbers that are never negative, or 999 among much smaller ones, or for thousands, as 1.234 where every number has
+/// three digits behind its point.
 class CovariateLook {
  public:
   /// Between commas nobody writes thousands with a point, so that a point is a decimal mark there.
@@ -20,9 +22,11 @@ class CovariateLook {
 
  private:
   bool thousandsMayBe_;
-  double leastOfOthers_ = 0;
-  double mark_ = 0;  // 0: none was seen
-  int marks_ = 0, firstMark_ = 0;
+  struct Seen {
+    int count = 0, line = 0;
+  };
+  std::map<double, Seen> marks_;  // that may stand for no value
+  double leastOfOthers_ = 0, mostOfOthers_ = 0;
   int likeThousands_ = 0, otherParts_ = 0;
   std::string exampleOfThousands_;
 };

@@ -18,15 +18,22 @@ struct Division {
   bool ofFirstRow = false;
 };
 
+/// Whether another delimiter stands between blanks.
+bool HasLoneMarks(const TextRow& row) {
+  return std::ranges::any_of(row.fields, [](const std::string& field) { return field == "," || field == ";"; });
+}
+
 Division DivisionBy(std::string_view text, Delimiter delimiter) {
   constexpr std::size_t RowsLookedAt = 50;
   try {
     const std::vector<TextRow> rows = RowsAtStart(text, delimiter, RowsLookedAt);
+    if (rows.empty()) return {};
     const std::size_t usual = UsualFields(rows);
+    if (delimiter == Delimiter::Blanks && HasLoneMarks(rows.front())) return {};
     const auto as = std::ranges::count(rows, usual, [](const TextRow& row) { return row.fields.size(); });
     // A heading may lack a name for the rows' own names; a title may stand above it, and a sum below.
     const bool isCommon = 5 * static_cast<std::size_t>(as) + 10 >= 4 * rows.size();
-    return isCommon ? Division{usual, !rows.empty() && rows[0].fields.size() == usual} : Division{};
+    return isCommon ? Division{usual, rows[0].fields.size() == usual} : Division{};
   } catch (const RuntimeFailure&) {
     return {};
   }

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "base/utf8.h"
 #include "platform/file_kind.h"
 
@@ -131,6 +132,14 @@ std::string_view WordAt(std::string_view bytes, std::size_t place) {
   return bytes.substr(begin, end - begin);
 }
 
+/// The first word of a text in single bytes that is UTF-8 all the same; empty when there is none.
+std::string_view WordOfUtf8(std::string_view bytes) {
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    if (!IsAscii(bytes.substr(i, 1)) && Utf8Length(bytes.substr(i)) > 1)
+      if (const std::string_view word = WordAt(bytes, i); IsUtf8(word)) return word;
+  return {};
+}
+
 std::string Translated(std::string_view bytes, Encoding encoding) {
   switch (encoding) {
     case Encoding::Utf16:
@@ -162,6 +171,9 @@ Encoding ProposedEncoding(std::string_view bytes) {
 
 std::vector<std::string> DoubtfulLetters(std::string_view bytes, Encoding encoding) {
   if (encoding != Encoding::Latin1 && encoding != Encoding::MacRoman) return {};
+  if (const std::string_view word = WordOfUtf8(bytes); !word.empty())
+    return {fmt::format("\"{}\" would be \"{}\" as UTF-8, which the file is in part: are all letters right?",
+                        Decoded(word, encoding), word)};
   const BetterWords better = BetterWordsIn(bytes);
   const bool isMac = encoding == Encoding::MacRoman;
   const std::vector<std::size_t>& against = isMac ? better.ofWindows : better.ofMac;

@@ -228,6 +228,16 @@ std::optional<int> SeasonIn(std::string_view field) {
   return follows ? std::optional(year) : std::nullopt;
 }
 
+std::optional<int> YearInName(std::string_view name) {
+  constexpr int FirstYear = 1900, LastYear = 2100;
+  constexpr std::string_view digits = "0123456789";
+  name.remove_prefix(std::min(name.find_first_of(digits), name.size()));
+  const std::string_view number = name.substr(0, name.find_first_not_of(digits));
+  const bool isOnly = name.substr(number.size()).find_first_of(digits) == std::string_view::npos;
+  const std::optional<int> year = number.size() == 4 ? Digits(number) : std::nullopt;
+  return isOnly && year && *year >= FirstYear && *year <= LastYear ? year : std::nullopt;
+}
+
 bool HasShortYear(std::string_view field) {
   const std::optional<DateParts> parts = PartsOf(Trim(field));
   return parts && std::ranges::max(parts->numbers) < 100;

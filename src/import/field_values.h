@@ -42,6 +42,9 @@ std::optional<DayOfYear> OrdinalDateIn(std::string_view field);
 /// 2068. None for anything else, a year of four digits included.
 std::optional<int> SeasonIn(std::string_view field);
 
+/// The year in the name of a worksheet or a file, such as "Lake 2023"; none where there is no number, or another one.
+std::optional<int> YearInName(std::string_view name);
+
 /// Whether a field would be a date if its year had four digits.
 bool HasShortYear(std::string_view field);
 

@@ -180,7 +180,8 @@ void FrmImport::ReadAgain(const char* what, const ImportChoices& choices) {
 void FrmImport::ChooseSheet() {
   ImportChoices choices = choices_;
   choices.sheet = cboSheet.text;
-  if (Picked(lblSheet, cboSheet) >= 0 && choices != choices_) ReadAgain("Reading the worksheet...", choices);
+  const bool isAnother = Picked(lblSheet, cboSheet) >= 0 && choices != choices_;
+  if (isAnother) ReadAgain("Reading the worksheet...", source_.WithYear(choices));
   ShowChoices();
 }
 

@@ -169,4 +169,13 @@ std::vector<Meaning> MeaningsOf(std::string_view heading) {
   return meanings;
 }
 
+bool IsOfNumberedVisit(std::string_view heading) {
+  std::string unnumbered(heading);
+  if (std::erase_if(unnumbered, [](char c) { return c >= '0' && c <= '9'; }) == 0) return false;
+  return std::ranges::any_of(MeaningsOf(unnumbered), [](const Meaning& meaning) {
+    return meaning.role == Role::Date || meaning.role == Role::Day || meaning.role == Role::Count ||
+           meaning.role == Role::Age;
+  });
+}
+
 }  // namespace merlane

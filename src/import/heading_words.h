@@ -28,6 +28,10 @@ struct Meaning {
 /// The likelier one stands first; none where the heading says nothing that is known.
 std::vector<Meaning> MeaningsOf(std::string_view heading);
 
+/// Whether a heading with a number, such as "Eggs 2" or "Date.1", would be that of a visit without it: a row holds
+/// several visits then.
+bool IsOfNumberedVisit(std::string_view heading);
+
 /// The letters of a heading, small and without accents, by which it is known.
 std::string HeadingLetters(std::string_view heading);
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/runtime_failure.h"
+#include "base/text.h"
 #include "import/column_proposal.h"
 #include "import/kept_choices.h"
 #include "import/remarks.h"
@@ -147,6 +148,10 @@ std::vector<std::string> WhatIsHidden(const std::string& sheet, const HiddenPart
     sentences.push_back(fmt::format("{} {} hidden, as by a filter, the first row {}: {} imported as well",
                                     Counted(hidden.rows, "row"), hidden.rows == 1 ? "is" : "are", hidden.firstRow,
                                     hidden.rows == 1 ? "it is" : "they are"));
+  if (hidden.struckRows > 0)
+    sentences.push_back(fmt::format("{} {} what is struck out, the first row {}: {} imported as well",
+                                    Counted(hidden.struckRows, "row"), hidden.struckRows == 1 ? "has" : "have",
+                                    hidden.firstStruckRow, hidden.struckRows == 1 ? "it is" : "they are"));
   std::string columns;
   for (const int column : hidden.columns) columns += (columns.empty() ? "" : ", ") + ColumnLetters(column);
   if (!columns.empty())
@@ -170,7 +175,8 @@ bool CanBeMeant(std::string_view bytes, Encoding encoding, Encoding proposed) {
 
 }  // namespace
 
-ImportSource::ImportSource(const std::string& path, const ReadingProgress& progress) : bytes_(ReadWholeFile(path)) {
+ImportSource::ImportSource(const std::string& path, const ReadingProgress& progress)
+    : path_(path), bytes_(ReadWholeFile(path)) {
   if (bytes_.empty()) throw RuntimeFailure(path + " is empty");
   const std::string kind = ForeignKind(bytes_);
   if (kind.empty() || kind == Utf16Text) return;
@@ -196,17 +202,24 @@ std::vector<std::string> ImportSource::SheetsToTry() const {
 }
 
 ImportChoices ImportSource::Proposed(const ReadingProgress& progress) const {
-  if (!book_) return ProposedChoices(bytes_);
+  if (!book_) return WithYear(ProposedChoices(bytes_));
   std::optional<ImportChoices> first;
   for (const std::string& sheet : SheetsToTry()) {
     const std::string text = book_->Text(sheet, RowsLookedAt, progress);
     ImportChoices choices = ProposedForSheet(sheet, text);
     if (TakesTextsForDates(choices)) choices = ProposedForSheet(sheet, book_->Text(sheet, AllRows, progress));
-    if (LooksLikeData(choices)) return choices;
+    if (LooksLikeData(choices)) return WithYear(choices);
     if (!first && !text.empty()) first = choices;
   }
   if (!first) throw RuntimeFailure("the worksheets are empty");
-  return *first;
+  return WithYear(*first);
+}
+
+ImportChoices ImportSource::WithYear(ImportChoices choices) const {
+  std::optional<int> year = YearInName(choices.sheet);
+  if (!year) year = YearInName(FileName(path_));
+  choices.year = year.value_or(choices.year);
+  return choices;
 }
 
 ImportChoices ImportSource::ForThis(const ImportChoices& kept, const ReadingProgress& progress) const {

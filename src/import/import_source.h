@@ -31,6 +31,9 @@ class ImportSource {
   /// Whether a sheet is hidden.
   bool IsHidden(const std::string& sheet) const;
 
+  /// With the year that the sheet, or else the file, bears in its name.
+  ImportChoices WithYear(ImportChoices choices) const;
+
   /// What the file seems to be; of a workbook, the first of its sheets that looks like data, or else the first that
   /// holds something. Hidden ones come last.
   ImportChoices Proposed(const ReadingProgress& progress = {}) const;
@@ -58,6 +61,7 @@ class ImportSource {
   /// Choices for a text, with what they say of the way in which this one is written.
   ImportChoices AsWritten(ImportChoices kept, const ReadingProgress& progress) const;
 
+  std::string path_;
   std::string bytes_;  // of a text
   std::shared_ptr<Book> book_;
   std::vector<std::string> sheets_;

@@ -21,6 +21,9 @@ namespace {
 
 constexpr int MostOfInt16 = 32767, LongestYear = 366;
 
+/// Whether a number is one that people write where they have none.
+bool MayStandForNoValue(double number) { return number == 99 || number == 999 || number == 9999; }
+
 /// Whether an age is an unknown one of young or of eggs, as in a data file.
 bool IsMarkOfUnknown(const std::string& age) { return age == "?" || age == "-?"; }
 
@@ -109,6 +112,8 @@ void RowReader::RemarkUnusedColumns() {
   }
   if (!unused.empty()) remarks_.Say("not used: " + unused);
   for (const std::size_t c : columns_.Of(Role::Unused)) RemarkOtherColumn(c);
+  RemarkOtherVisits();
+  RemarkDayNumbers();
   const auto isMonth = [](const std::string& name) {
     static const std::vector<std::string> months{"month", "monat", "maand", "mois", "mes", "manad"};
     return std::ranges::find(months, Alike(name)) != months.end();
@@ -120,6 +125,25 @@ void RowReader::RemarkUnusedColumns() {
   for (const Role role : {Role::Day, Role::Date})
     for (const std::size_t c : columns_.Of(role))
       remarks_.Say(fmt::format("\"{}\" is the {}: nests of one row each have no use for it", names_[c], NameOf(role)));
+}
+
+void RowReader::RemarkOtherVisits() {
+  std::string others;
+  for (const std::size_t c : columns_.Of(Role::Unused))
+    if (IsOfNumberedVisit(names_[c])) others += fmt::format("{}\"{}\"", others.empty() ? "" : ", ", names_[c]);
+  if (!others.empty())
+    remarks_.Say("columns as of further visits were passed over, since a row gives one visit alone: " + others);
+}
+
+void RowReader::RemarkDayNumbers() {
+  for (const std::size_t c : columns_.Of(Role::Day)) {
+    const std::vector<Meaning> meanings = MeaningsOf(names_[c]);
+    const auto isOf = [&](Role role) {
+      return std::ranges::any_of(meanings, [role](const Meaning& meaning) { return meaning.role == role; });
+    };
+    if (isOf(Role::Date) && !isOf(Role::Day))
+      remarks_.Say(fmt::format("\"{}\" holds numbers, which were taken as days of the year", names_[c]));
+  }
 }
 
 void RowReader::RemarkOtherColumn(std::size_t column) {
@@ -162,16 +186,15 @@ int RowReader::YearTaken(int line) {
 void RowReader::SetDays(const RowFields& fields, VisitRecord& visit) {
   const std::optional<int> told = YearOf(fields, visit.line);
   const std::optional<DayOfYear> date = fields.Date(Role::Date);
+  if (!date && fields.Text(Role::Day).empty()) throw LeftOut{"it has no day"};
   // Behind a New Year the days of a season are counted on where a column tells its year.
   if (told || date) ++yearsTold_;
   visit.year = told ? *told : date ? date->year : YearTaken(visit.line);
   const std::optional<DayOfYear> number = fields.DayNumber(Role::Day, visit.year);
-  const std::optional<DayOfYear> day = date ? date : number;
-  if (!day) throw LeftOut{"it has no day"};
   if (date) CompareDay(*date, number, NameOf(Role::Day), visit.line);
   if (!date && (number->day < 1 || number->day > LongestYear))
     remarks_.Count(visit.line, "the day is none of its year: it is counted on into another");
-  visit.day = CountedOn(visit, *day, NameOf(Role::Date));
+  visit.day = CountedOn(visit, date ? *date : *number, NameOf(Role::Date));
   const std::optional<DayOfYear> hatch = HatchOf(fields, visit.year, visit.line);
   if (hatch) visit.hatchDay = CountedOn(visit, *hatch, NameOf(Role::HatchDate));
   visit.age = AgeOf(fields, visit, hatch.has_value());
@@ -207,7 +230,8 @@ std::string RowReader::AgeOf(const RowFields& fields, const VisitRecord& visit, 
   const int sinceHatch = visit.day - visit.hatchDay;
   if (!age || *age == Missing) return hatchKnown ? AgeText(sinceHatch, visit.line, remarks_) : "";
   if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
-  if (*age == -99) remarks_.Count(visit.line, "the age is -99, which may stand for no value");
+  if (MayStandForNoValue(std::abs(*age)))
+    remarks_.Count(visit.line, fmt::format("the age is {}, which may stand for no value", Shortest(*age)));
   if (hatchKnown && std::abs(*age - sinceHatch) >= 1)
     remarks_.Count(visit.line, "the age is not the one that follows from the hatch day; as it stands it was taken");
   return AgeText(*age, visit.line, remarks_);
@@ -226,6 +250,8 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   if (isMissing && sum > 0)
     remarks_.Count(line, "of the columns that make the number, some are missing and were taken as none");
   if (!sum) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Count))};
+  if (MayStandForNoValue(*sum))
+    remarks_.Count(line, fmt::format("the {} is {}, which may stand for no value", NameOf(Role::Count), *sum));
   if (*sum >= MostOfInt16) throw LeftOut{fmt::format("its {} is {}", NameOf(Role::Count), *sum)};
   return *sum;
 }

@@ -40,6 +40,10 @@ class RowReader {
   void RemarkUnusedColumns();
   /// An unused column that by its heading could be what another is.
   void RemarkOtherColumn(std::size_t column);
+  /// Columns that are not used and seem to be of other visits than the one of the row.
+  void RemarkOtherVisits();
+  /// Numbers under a heading of dates.
+  void RemarkDayNumbers();
   void RemarkYear();
   void RemarkStages();
 

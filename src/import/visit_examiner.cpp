@@ -15,9 +15,11 @@ namespace {
 
 bool AreOfOneBrood(const VisitRecord& a, const VisitRecord& b) { return a.code == b.code && a.year == b.year; }
 
-/// What is the same for codes that people take for the same, 7 and 007 among them.
+/// What is the same for codes that people take for the same, 7, 007, '007 and 7.0 among them.
 std::string AlikeCode(const std::string& code) {
   std::string alike = Alike(code);
+  alike.erase(0, std::min(alike.find_first_not_of('\''), alike.size()));
+  if (alike.size() > 2 && alike.ends_with(".0") && IsNumber(alike)) alike.resize(alike.size() - 2);
   const bool isNumber = alike.find_first_not_of("0123456789") == std::string::npos;
   if (isNumber) alike.erase(0, std::min(alike.find_first_not_of('0'), alike.size()));
   return alike;
@@ -26,7 +28,7 @@ std::string AlikeCode(const std::string& code) {
 /// How two codes that are alike differ.
 const char* Difference(const std::string& a, const std::string& b) {
   if (WithoutCase(a) == WithoutCase(b)) return "differ in case or blanks only";
-  if (Alike(a) != Alike(b)) return "differ in zeros before them only";
+  if (Alike(a) != Alike(b)) return "differ in zeros only, or in a mark before them";
   return "look alike: they differ in accents, or have letters of another alphabet";
 }
 
@@ -52,7 +54,9 @@ void VisitExaminer::LookAtCode(const VisitRecord& visit) {
     remarks_.Count(visit.line, fmt::format("the code \"{}\" seems to stand for none", visit.code));
   if (HasLostDigits(visit.code))
     remarks_.Count(visit.line, fmt::format("the code \"{}\" is a number whose last digits are lost", visit.code));
-  if (DateIn(visit.code, DateOrder::YearMonthDay) && !OrdinalDateIn(visit.code))
+  const bool isDate = DateIn(visit.code, DateOrder::YearMonthDay) && !OrdinalDateIn(visit.code);
+  const bool isDayOfMonth = DateIn(visit.code + " 2000", DateOrder::YearMonthDay).has_value();
+  if (isDate || isDayOfMonth)
     remarks_.Count(visit.line, fmt::format("the code \"{}\" is a date, which a spreadsheet makes of a code such as 3-1",
                                            visit.code));
   if (isNew || known->second == visit.code) return;

@@ -20,11 +20,14 @@ namespace {
 enum RecordKind : std::uint16_t {
   Formula = 0x0006,
   DateMode = 0x0022,
+  Font = 0x0031,
   ColumnInfo = 0x007D,
   BoundSheet = 0x0085,
   ShortNumbers = 0x00BD,
   ExtendedFormat = 0x00E0,
+  SharedText = 0x00FD,
   LongNumber = 0x0203,
+  OwnText = 0x0204,
   TruthOrError = 0x0205,
   FormulaText = 0x0207,
   RowInfo = 0x0208,
@@ -33,6 +36,7 @@ enum RecordKind : std::uint16_t {
   Begin = 0x0809
 };
 
+constexpr std::uint16_t FontIsStruckOut = 0x0008;
 constexpr std::uint16_t Version8 = 0x0600;  // of workbooks since 1997
 
 template <class Number>
@@ -96,8 +100,16 @@ class Stream {
         own_[At<std::uint16_t>(record, 0)] = isVersion8_ ? Text(record, 2, At<std::uint16_t>(record, 2), 2)
                                                          : Text(record, 2, At<std::uint8_t>(record, 2), 1);
         break;
+      case Font:
+        fontIsStruck_.push_back((At<std::uint16_t>(record, 2) & FontIsStruckOut) != 0);
+        break;
       case ExtendedFormat:
         formats_.push_back(At<std::uint16_t>(record, 2));
+        formatIsStruck_.push_back(IsStruck(At<std::uint16_t>(record, 0)));
+        break;
+      case SharedText:
+      case OwnText:
+        LookAtStrike(record, At<std::uint16_t>(record, 4));
         break;
       case ColumnInfo:
         TakeColumns(record);
@@ -153,6 +165,17 @@ class Stream {
     sheets_[At<std::uint32_t>(record, 0)] = &sheet;
   }
 
+  /// Fonts are counted from 0, and none has the number 4.
+  bool IsStruck(std::uint16_t font) const {
+    const std::size_t place = font < 4 ? font : font - std::size_t{1};
+    return font != 4 && place < fontIsStruck_.size() && fontIsStruck_[place];
+  }
+
+  void LookAtStrike(std::string_view record, std::uint16_t format) {
+    if (present_ != nullptr && format < formatIsStruck_.size() && formatIsStruck_[format])
+      present_->struckRows.insert(At<std::uint16_t>(record, 0));
+  }
+
   void TakeColumns(std::string_view record) {
     const auto first = At<std::uint16_t>(record, 0), last = At<std::uint16_t>(record, 2);
     const bool isHidden = (At<std::uint16_t>(record, 8) & 1) != 0;
@@ -187,6 +210,7 @@ class Stream {
   /// A number of the row in which a record begins: keeps what its format shows, or that it is a date.
   void TakeNumber(std::string_view record, unsigned column, std::uint16_t format, double number) {
     if (present_ == nullptr || format >= formats_.size()) return;
+    LookAtStrike(record, format);
     const unsigned row = At<std::uint16_t>(record, 0);
     WorkbookCell cell = Number(number, format);
     if (!std::holds_alternative<double>(cell))
@@ -240,6 +264,7 @@ class Stream {
   std::map<std::uint32_t, FreexlOmissions*> sheets_;  // by where they begin
   std::map<int, std::string> own_;                    // codes of formats
   std::vector<int> formats_;
+  std::vector<bool> fontIsStruck_, formatIsStruck_;
   FreexlOmissions* present_ = nullptr;
   WorkbookCell* awaited_ = nullptr;  // a formula's cell whose text comes with a later record
   bool isVersion8_ = false, from1904_ = false;

@@ -23,6 +23,7 @@ struct FreexlOmissions {
   std::map<unsigned, ShownNumbers> shown;
   bool isHidden = false;
   std::set<unsigned> hiddenRows, hiddenColumns;
+  std::set<unsigned> struckRows;  // with a cell that is struck out
 };
 
 /// That of each worksheet, by its name. RuntimeFailure when the file is damaged.

@@ -89,6 +89,8 @@ class ActiveSheet {
       sheet.shown.push_back(ShownIn(r));
       const bool isHidden = omissions_.hiddenRows.contains(r) && !std::ranges::all_of(sheet.rows.back(), IsEmpty);
       if (isHidden && sheet.hidden.rows++ == 0) sheet.hidden.firstRow = static_cast<int>(r) + 1;
+      if (omissions_.struckRows.contains(r) && sheet.hidden.struckRows++ == 0)
+        sheet.hidden.firstStruckRow = static_cast<int>(r) + 1;
     }
     for (const unsigned column : omissions_.hiddenColumns)
       if (column >= left_ && column <= right_) sheet.hidden.columns.push_back(static_cast<int>(column) + 1);

@@ -79,6 +79,8 @@ void PutHidden(Packed& packed, const HiddenParts& hidden) {
   packed.Put(std::size_t{hidden.sheet});
   packed.Put(hidden.rows);
   packed.Put(hidden.firstRow);
+  packed.Put(hidden.struckRows);
+  packed.Put(hidden.firstStruckRow);
   packed.Put(hidden.columns.size());
   for (const int column : hidden.columns) packed.Put(std::size_t(column));
 }
@@ -88,6 +90,8 @@ HiddenParts TakeHidden(Packed& packed) {
   hidden.sheet = packed.Take<std::size_t>() != 0;
   hidden.rows = packed.Take<int>();
   hidden.firstRow = packed.Take<int>();
+  hidden.struckRows = packed.Take<int>();
+  hidden.firstStruckRow = packed.Take<int>();
   hidden.columns.resize(packed.TakeCount());
   for (int& column : hidden.columns) column = static_cast<int>(packed.Take<std::size_t>());
   return hidden;

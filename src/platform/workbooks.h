@@ -15,11 +15,12 @@ using WorkbookCell = std::variant<std::monostate, double, std::string>;
 /// place among the cells, from 0, in their order.
 using ShownNumbers = std::vector<std::pair<std::size_t, std::string>>;
 
-/// What a spreadsheet does not show of a worksheet. Rows and columns are counted from 1.
+/// What a spreadsheet does not show of a worksheet, or shows as struck out. Rows and columns are counted from 1.
 struct HiddenParts {
-  bool sheet = false;          // nothing of it
-  int rows = 0, firstRow = 0;  // of those that hold something
-  std::vector<int> columns;    // of those that can hold something
+  bool sheet = false;                      // nothing of it
+  int rows = 0, firstRow = 0;              // of those that hold something
+  std::vector<int> columns;                // of those that can hold something
+  int struckRows = 0, firstStruckRow = 0;  // of those with a cell whose contents are struck out
 
   bool operator==(const HiddenParts&) const = default;
 };

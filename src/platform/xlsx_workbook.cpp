@@ -114,19 +114,27 @@ class StylesReader : public XmlReader {
   void Begin(std::string_view element, const XmlAttributes& attributes) override {
     const int number = WholeNumber(attributes["numFmtId"]).value_or(0);
     if (element == "numFmt") own_[number] = FormatOf(ShownBy(attributes["formatCode"]), attributes["formatCode"]);
+    if (element == "font") struckFonts_.push_back(false);
+    if (element == "strike" && !struckFonts_.empty()) struckFonts_.back() = !IsFalse(attributes["val"]);
     if (element == "cellXfs") ofCells_ = true;
     if (element != "xf" || !ofCells_) return;
     const auto found = own_.find(number);
     formats.push_back(found == own_.end() ? FormatOf(ShownBy(number), CodeOf(number)) : found->second);
+    const int font = WholeNumber(attributes["fontId"]).value_or(0);
+    formats.back().isStruckOut = font >= 0 && static_cast<std::size_t>(font) < struckFonts_.size() &&
+                                 struckFonts_[static_cast<std::size_t>(font)];
   }
   void End(std::string_view element) override {
     if (element == "cellXfs") ofCells_ = false;
   }
 
  private:
+  static bool IsFalse(std::string_view value) { return value == "0" || value == "false"; }
+
   static CellFormat FormatOf(Shows shows, std::string_view code) { return {shows, std::string(code)}; }
 
   std::map<int, CellFormat> own_;
+  std::vector<bool> struckFonts_;
   bool ofCells_ = false;
 };
 
@@ -202,6 +210,7 @@ class SheetReader : public XmlReader {
       throw RuntimeFailure(fmt::format("a row \"{}\" cannot stand behind row {}", told, row_.number));
     row_.number = *row;
     rowIsHidden_ = IsTrue(attributes["hidden"]);
+    rowIsStruck_ = false;
     column_ = 0;
     row_.cells.clear();
     row_.shown.clear();
@@ -237,6 +246,7 @@ class SheetReader : public XmlReader {
     inCell_ = false;
     WorkbookCell cell = Content();
     if (std::holds_alternative<std::monostate>(cell)) return;
+    rowIsStruck_ = rowIsStruck_ || Format().isStruckOut;
     const auto place = static_cast<std::size_t>(column_ - 1);
     row_.cells.resize(place);
     row_.cells.push_back(std::move(cell));
@@ -249,6 +259,7 @@ class SheetReader : public XmlReader {
     if (row_.cells.empty()) return;
     widest_ = std::max(widest_, static_cast<int>(row_.cells.size()));
     if (rowIsHidden_ && hidden_.rows++ == 0) hidden_.firstRow = row_.number;
+    if (rowIsStruck_ && hidden_.struckRows++ == 0) hidden_.firstStruckRow = row_.number;
     take_(row_);
     row_.cells.clear();
   }
@@ -300,7 +311,7 @@ class SheetReader : public XmlReader {
   const XlsxWorkbook::RowTaker& take_;
   WorkbookRow row_;
   int column_ = 0, widest_ = 0;
-  bool rowIsHidden_ = false;
+  bool rowIsHidden_ = false, rowIsStruck_ = false;
   HiddenParts hidden_;
   std::vector<int> hiding_ = std::vector<int>(MostColumns + 2);  // how many ranges begin to hide, or end, at a column
   bool inCell_ = false, hasFormula_ = false;

@@ -16,6 +16,7 @@ namespace merlane {
 struct CellFormat {
   Shows shows = Shows::Number;
   std::string code;  // of a number, as far as it is known
+  bool isStruckOut = false;
 };
 
 /// A row of a worksheet, counted from 1.

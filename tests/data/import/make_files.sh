@@ -22,7 +22,7 @@ convert p_errors.xlsx xlsx xlsx lo_errors.xlsx
 convert p_errors.xlsx xls xls lo_errors.xls
 convert p_days_as_dates.xlsx xls xls lo_days_as_dates.xls
 convert p_texts.xlsx xls xls lo_texts.xls
-for name in formatted_codes hidden hidden_sheet shown_days; do
+for name in formatted_codes hidden hidden_sheet shown_days struck_out; do
   convert "h_$name.xlsx" xls xls "lo_$name.xls"
 done
 
