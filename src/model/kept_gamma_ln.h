@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -26,8 +28,15 @@ class KeptGammaLn {
   /// Of a row of arguments, of which only those below 1 are kept: for the others it is not worth looking.
   void Row(std::span<const double> x, std::span<double> y) {
     GammaLnRow(x, y);
-    for (std::size_t i = 0; i < x.size(); ++i)
-      if (!(x[i] >= 1)) y[i] = (*this)(x[i]);
+    std::array<std::size_t, 256> below;  // gathered without a branch, which no processor could foretell
+    for (std::size_t begin = 0; begin < x.size(); begin += below.size()) {
+      std::size_t found = 0;
+      for (std::size_t i = begin; i < std::min(begin + below.size(), x.size()); ++i) {
+        below[found] = i;
+        found += x[i] >= 1 ? 0 : 1;
+      }
+      for (const std::size_t i : std::span(below).first(found)) y[i] = (*this)(x[i]);
+    }
   }
 
  private:
