@@ -227,6 +227,7 @@ void FrmImport::ChooseAnotherImports() {
   if (!path) return;
   Read("Reading the file...", [&](const ReadingProgress& progress) {
     TakeKept(ChoicesIn(ReadWholeFile(*path)), "As it was chosen in " + std::string(FileName(*path)), progress);
+    choices_ = source_.WithYear(choices_);
   });
   ShowChoices();
 }

@@ -73,6 +73,10 @@ void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
     else
       LookOverNewYear(visits, i);
   }
+  if (refused_ > 0)
+    remarks_.Say(fmt::format("{} a number that rises or an age that does not: the reading of the data file will end the "
+                             "program there",
+                             refused_ == 1 ? "1 visit has" : fmt::format("{} visits have", refused_)));
 }
 
 void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
@@ -153,11 +157,14 @@ void VisitExaminer::LookAtPair(const VisitRecord& before, const VisitRecord& vis
   const auto note = [&](const std::string& what) {
     remarks_.Note(visit.line, fmt::format("\"{}\" {} of {} {}", visit.code, what, remarks_.Place(), before.line));
   };
+  const bool knowsAges = before.AgeIsKnown() && visit.AgeIsKnown();
+  const bool isNoOlder = knowsAges && StrictNumber(visit.age) <= StrictNumber(before.age);
+  if (visit.count > before.count || isNoOlder) ++refused_;
   if (before.day == visit.day) note("has the day");
   if (visit.count > before.count) note(fmt::format("has {} behind {}", visit.count, before.count));
-  if (before.AgeIsKnown() && visit.AgeIsKnown() && StrictNumber(visit.age) <= StrictNumber(before.age))
+  if (isNoOlder)
     note(fmt::format("has the age {} behind {}", visit.age, before.age));
-  else if (before.AgeIsKnown() && visit.AgeIsKnown())
+  else if (knowsAges)
     LookAtAging(before, visit);
   if (before.hatchDay != 0 && visit.hatchDay != 0 && before.hatchDay != visit.hatchDay)
     note(fmt::format("has the hatch day {} behind {}", visit.hatchDay, before.hatchDay));

@@ -44,6 +44,7 @@ class VisitExaminer {
   Remarks& remarks_;
   std::map<std::string, std::string> spelling_;
   std::set<std::pair<int, std::string>> late_;
+  int refused_ = 0;        // visits that the reading will not take
   int agedOtherwise_ = 0;  // pairs of visits whose ages do not go with their days
 };
 

@@ -38,6 +38,12 @@ TEST(FieldValues, AYearAndItsDayAreADateOfAnyOrder) {
     EXPECT_EQ(OrdinalDateIn(text), Day()) << text;
 }
 
+TEST(FieldValues, AYearIsFoundInAName) {
+  for (const char* name : {"2023", "Lake 2023", "lake_2023.csv", "Visits2023.xlsx"}) EXPECT_EQ(YearInName(name), 2023);
+  for (const char* name : {"", "Lake", "Lake 12", "2019-20", "2019 to 2023", "2023-05-30", "20230530", "1234", "3000"})
+    EXPECT_EQ(YearInName(name), std::nullopt) << name;
+}
+
 TEST(FieldValues, ASeasonIsTheYearInWhichItBegan) {
   for (const char* text : {"2019/20", "2019-20", "2019/2020", "2019-2020", "19", "'19"})
     EXPECT_EQ(SeasonIn(text), 2019) << text;

@@ -54,5 +54,12 @@ TEST(HeadingWords, ThatSpeakOfSomethingElseNameNothing) {
     EXPECT_EQ(MeaningsOf(heading).back().speaks, Speaks::OfNothing) << heading;
 }
 
+TEST(HeadingWords, AHeadingWithANumberMayBeOfAFurtherVisit) {
+  for (const char* heading : {"Date.1", "Eggs 2", "Visit 3 date", "Young_2", "Age (visit 2)"})
+    EXPECT_TRUE(IsOfNumberedVisit(heading)) << heading;
+  for (const char* heading : {"Date", "Eggs", "Year1995", "Depth 2", "Egg 1 mass", "Nest 2", ""})
+    EXPECT_FALSE(IsOfNumberedVisit(heading)) << heading;
+}
+
 }  // namespace
 }  // namespace merlane

@@ -49,7 +49,27 @@ struct Importing : test::Analysis {
     windows.File(path, "Import data");
     ASSERT_TRUE(desk.Press(initialize.cmdImport));
   }
+  /// Chooses a file as the data file.
+  void Select(const std::string& path) {
+    windows.File(path, "Load brood survival data file");
+    ASSERT_TRUE(desk.Press(initialize.cmdLoadData));
+  }
+  /// Takes the choices that were kept with another import.
+  void TakeChoices(const std::string& kept) {
+    windows.File(kept, "Choices of another import");
+    ASSERT_TRUE(desk.Press(form.cmdChoices));
+  }
+  /// Opens a file and takes the choices that were kept with the import of another of the folder.
+  void OpenWithChoicesOf(const std::string& file, const std::string& other) {
+    Open(folder / file);
+    TakeChoices(folder / (other + ".dat.import"));
+  }
   void Import() { ASSERT_TRUE(desk.Press(form.cmdDone)); }
+  /// Imports with an answer to the question that comes first.
+  void ImportAndSay(Answer answer) {
+    answer == Answer::Yes ? windows.Yes("Import") : windows.No("Import");
+    Import();
+  }
   void GiveRole(int column, const std::string& role) {
     ASSERT_TRUE(desk.SelectRow(form.grdColumns, column));
     ASSERT_TRUE(desk.SetText(form.cboRole, role));
@@ -96,8 +116,7 @@ TEST(Import, ATableBecomesTheDataFileThatTheAnalysisUsesAndNames) {
 TEST(Import, OpensByItselfForADataFileThatIsNotInFixedColumns) {
   Importing t("itself");
   const std::string table = t.Table("lake.csv", Visits);
-  t.windows.File(table);
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(table);
   EXPECT_TRUE(t.form.Visible());
   EXPECT_EQ(t.initialize.txtDataInput.text, table) << "the choice stands until something is imported";
   ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
@@ -110,16 +129,14 @@ TEST(Import, StaysAwayFromDataFilesAndFromWhatCannotBeRead) {
   Importing t("away");
   for (const std::string& path : {test::Golden("attributes.dat"), test::Golden("real/killdeer.dat"),
                                   t.folder / "missing.dat", t.Table("empty.dat", ""), t.Table("one.txt", "a b\n")}) {
-    t.windows.File(path);
-    ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+    t.Select(path);
     EXPECT_FALSE(t.form.Visible()) << path;
   }
 }
 
 TEST(Import, OpensByItselfForThreeColumns) {
   Importing t("three");
-  t.windows.File(t.Table("lake.csv", "Nest,Day,Eggs\nA,150,5\nA,155,4\n"));
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(t.Table("lake.csv", "Nest,Day,Eggs\nA,150,5\nA,155,4\n"));
   EXPECT_TRUE(t.form.Visible());
   EXPECT_THAT(t.Roles(), ElementsAre("code", "day of the year", "number"));
 }
@@ -138,8 +155,7 @@ void ExpectTheImportInstead(Importing& t, const std::string& title, const std::s
 TEST(Import, IsOfferedByTheBoxThatTellsOfAnotherKindOfFile) {
   Importing t("offered");
   const std::string table = t.Table("lake.csv", Visits);
-  t.windows.File(table);
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(table);
   ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
   t.windows.TakeOffer("Analysis update");
   ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
@@ -154,8 +170,7 @@ TEST(Import, IsOfferedByTheBoxThatTellsOfAnotherKindOfFile) {
 
 TEST(Import, WhoTakesTheOfferAndThinksBetterOfItIsBackAtTheMenu) {
   Importing t("better_not");
-  t.windows.File(t.Table("lake.csv", Visits));
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(t.Table("lake.csv", Visits));
   t.windows.TakeOffer();
   ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
   ASSERT_TRUE(t.desk.Press(t.form.cmdCancel));
@@ -168,8 +183,7 @@ TEST(Import, IsOfferedByTheBoxOfAReadingThatFailedOrWouldEndTheProgram) {
   Importing t("offered_on_failure");
   const std::string book = t.folder / "lake.xlsx";
   test::WriteNewWorkbook(book, {{"Visits", {Heading, {"A", "130", "-10", "4"}}}});
-  t.windows.File(book);
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(book);
   t.windows.TakeOffer("Problem finding data file or reading data");
   ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
   ExpectTheImportInstead(t, "Problem finding data file or reading data", book);
@@ -179,8 +193,7 @@ TEST(Import, IsOfferedByTheBoxOfAReadingThatFailedOrWouldEndTheProgram) {
       "lake.csv",
       "Year;Nest;Day;Hatch day;Age;Eggs;Remarks\n1995;A;150;160;-10;5;found by Ann on her way to the other lake\n"
       "1995;A;151;160;-9;4;as it was when she went home, and wet\n");
-  t.windows.File(table);
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(table);
   t.windows.TakeOffer();
   ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));
   EXPECT_TRUE(t.form.Visible());
@@ -189,8 +202,7 @@ TEST(Import, IsOfferedByTheBoxOfAReadingThatFailedOrWouldEndTheProgram) {
 
 TEST(Import, TheDescriptionStaysUsableBesideIt) {
   Importing t("beside");
-  t.windows.File(t.Table("lake.csv", Visits));
-  ASSERT_TRUE(t.desk.Press(t.initialize.cmdLoadData));
+  t.Select(t.Table("lake.csv", Visits));
   ASSERT_TRUE(t.form.Visible());
   ASSERT_TRUE(t.desk.Press(t.initialize.cmdDone));  // read as it is, and told so
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr("it may be another kind of file"));
@@ -252,8 +264,8 @@ TEST(Import, WhatIsNoneOfTheChoicesIsToldAsAFailureAndLeavesThemAsTheyWere) {
   EXPECT_EQ(t.windows.LastText(), "\"Column 99999999999\" is none that \"The selected column is\" can be");
   EXPECT_EQ(t.form.cboRole.text, "code");
   int failures = 1;
-  for (ComboBox* box : {&t.form.cboEncoding, &t.form.cboDelimiter, &t.form.cboDecimal, &t.form.cboDates,
-                        &t.form.cboUnknownAge}) {
+  for (ComboBox* box :
+       {&t.form.cboEncoding, &t.form.cboDelimiter, &t.form.cboDecimal, &t.form.cboDates, &t.form.cboUnknownAge}) {
     const std::string before = box->text, preview = t.form.txtPreview.text;
     t.desk.SetText(*box, "nonsense");
     EXPECT_THAT(t.windows.LastText(), StartsWith("\"nonsense\" is none that "));
@@ -281,8 +293,7 @@ TEST(Import, AnEncodingThatTheFileHasNotIsToldAndTheOneBeforeStays) {
 TEST(Import, WhatIsToBeLookedAtCanBeLookedAtBeforeGoingOn) {
   Importing t("remarks");
   t.Open(t.Table("lake.csv", "Year,Nest,Day,Age,Eggs\n2023,A,150,-10,5\n2023,A,150,-10,6\n2023,a,151,-9,5\n"));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_TRUE(t.form.Visible());
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
   EXPECT_EQ(t.form.lblRemarks.text, "To look at in the whole file:");
@@ -290,8 +301,7 @@ TEST(Import, WhatIsToBeLookedAtCanBeLookedAtBeforeGoingOn) {
     EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(remark));
     EXPECT_THAT(t.windows.messages.back().details, HasSubstr(remark));
   }
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_TRUE(std::filesystem::exists(t.folder / "lake.csv.dat"));
 }
 
@@ -309,13 +319,11 @@ TEST(Import, VisitsWithoutAnAgeAreAskedAbout) {
   t.Open(t.Table("lake.csv", "Year,Nest,Day,Age,Eggs\n2023,A,150,NA,5\n2023,A,155,-5,5\n2023,B,150,.,5\n"));
   EXPECT_THAT(t.form.txtRemarks.text,
               HasSubstr("2 visits without a brood age or a hatch day: written as unknown age of eggs"));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
   ASSERT_TRUE(t.desk.SetText(t.form.cboUnknownAge, "leave the visit out"));
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("line 2: left out, its age is not known"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_EQ(t.program.frmInitialize.txtDataInput.text, t.folder / "lake.csv.dat");
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr("3 rows, 2 of them left out"));
 }
@@ -326,14 +334,12 @@ TEST(Import, WhatWasChosenLastTimeIsOfferedAndGivesTheSameBytes) {
   t.Open(table);
   t.GiveRole(2, "date");
   t.GiveRole(4, "not used");
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   const std::string first = ReadWholeFile(t.folder / "lake.csv.dat");
   t.Open(table);
   EXPECT_THAT(t.Roles(), ElementsAre("code", "date", "number", "not used"));
   EXPECT_THAT(t.form.lblProposal.text, StartsWith("As it was chosen when this file was imported last: "));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_EQ(ReadWholeFile(t.folder / "lake.csv.dat"), first);
 }
 
@@ -341,17 +347,14 @@ TEST(Import, TheChoicesOfLastYearFitThisYearsFile) {
   Importing t("last_year");
   t.Open(t.Table("2022.csv", "Nest;When;Eggs;Note\nA;1.2.2022;5;1,5\n"));
   t.GiveRole(2, "date");
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   t.Open(t.Table("2023.csv", "Note;Eggs;When;Nest\n2,5;4;1.2.2023;B\n"));
-  t.windows.File(t.folder / "2022.csv.dat.import", "Choices of another import");
-  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  t.TakeChoices(t.folder / "2022.csv.dat.import");
   EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
   EXPECT_EQ(t.form.lblProposal.text,
             "As it was chosen in 2022.csv.dat.import: look at each column, and at the records below.");
   EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("choices were kept")));
-  t.windows.File(t.folder / "2022.csv", "Choices of another import");
-  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  t.TakeChoices(t.folder / "2022.csv");
   EXPECT_THAT(t.windows.LastText(), HasSubstr("this file holds no choices of an import"));
   EXPECT_THAT(t.Roles(), ElementsAre("covariate", "number", "date", "code"));
 }
@@ -363,8 +366,7 @@ TEST(Import, AColumnOfKeptChoicesThatIsNotThereIsTold) {
   t.Open(t.Table("lake.csv", "Nest;Date;Hatch date;Eggs\nA;30.5.2023;9.6.2023;5\n"));
   const std::string told = "not in this file, and used when the choices were kept: \"Cover\" (covariate)";
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(told));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr(told));
 }
 
@@ -375,8 +377,7 @@ TEST(Import, ANewColumnOfNextYearsFileIsNamedWithWhatItMayBe) {
   t.Open(t.Table("lake.csv", "Nest;Date;Hatch date;Eggs;Cover;Wind\nA;30.5.2024;9.6.2024;5;0,65;3,5\n"));
   const std::string told = "new since the choices were kept, and not used: \"Wind\" (covariate?)";
   EXPECT_THAT(t.form.txtRemarks.text, HasSubstr(told));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr(told));
   t.GiveRole(6, "covariate");
   EXPECT_THAT(t.form.txtRemarks.text, Not(HasSubstr("new since")));
@@ -385,11 +386,9 @@ TEST(Import, ANewColumnOfNextYearsFileIsNamedWithWhatItMayBe) {
 TEST(Import, ChoicesOfATextInAnotherEncodingOrWithAnotherDelimiterAreNotTakenAtTheirWord) {
   Importing t("written_otherwise");
   t.Open(t.Table("2022.csv", "Nest;Date;Eggs\nM\xD6WE1;1.2.2022;5\n"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   t.Open(t.Table("2023.csv", "Nest,Date,Eggs\nM\u00D6WE1,1.2.2023,5\n"));
-  t.windows.File(t.folder / "2022.csv.dat.import", "Choices of another import");
-  ASSERT_TRUE(t.desk.Press(t.form.cmdChoices));
+  t.TakeChoices(t.folder / "2022.csv.dat.import");
   EXPECT_EQ(t.form.cboEncoding.text, "UTF-8");
   EXPECT_EQ(t.form.cboDelimiter.text, "comma");
   EXPECT_THAT(t.form.txtPreview.text, HasSubstr("   M\u00D6WE1,      32,"));
@@ -430,11 +429,9 @@ TEST(Import, OtherSheetsWithTheSameColumnsAreNamed) {
   EXPECT_EQ(t.form.cboSheet.text, "2019");
   EXPECT_THAT(t.form.txtRemarks.text,
               StartsWith("the worksheet \"2019\" alone is imported; such data are also in \"2020\"\r\n"));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr("the worksheet \"2019\" alone is imported"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_THAT(t.windows.messages.back().details, HasSubstr("1 row of the worksheet \"2019\", 0 of them left out"));
   t.Open(book);
   t.desk.SetText(t.form.cboSheet, "Notes");
@@ -448,40 +445,32 @@ TEST(Import, TheChoicesOfLastYearsWorkbookSayWhichSheetTheyTake) {
   test::WriteNewWorkbook(t.folder / "both.xlsx", {old, next});
   test::WriteNewWorkbook(t.folder / "2020.xlsx", {next});
   t.Open(t.folder / "2019.xlsx");
-  t.windows.Yes("Import");
-  t.Import();
-  const auto takeKept = [&](const std::string& book) {
-    t.Open(t.folder / book);
-    t.windows.File(t.folder / "2019.xlsx.dat.import", "Choices of another import");
-    EXPECT_TRUE(t.desk.Press(t.form.cmdChoices));
-  };
-  takeKept("both.xlsx");
+  t.ImportAndSay(Answer::Yes);
+  t.OpenWithChoicesOf("both.xlsx", "2019.xlsx");
   EXPECT_EQ(t.form.cboSheet.text, "2019");
   EXPECT_THAT(t.form.txtRemarks.text,
               HasSubstr("the worksheet \"2019\" alone is imported; such data are also in \"2020\""));
-  takeKept("2020.xlsx");
+  t.OpenWithChoicesOf("2020.xlsx", "2019.xlsx");
   EXPECT_EQ(t.form.cboSheet.text, "2020");
-  EXPECT_THAT(t.form.txtRemarks.text, HasSubstr("there is no worksheet \"2019\" in this file: \"2020\" was taken"));
+  EXPECT_THAT(t.form.txtRemarks.text,
+              AllOf(HasSubstr("there is no worksheet \"2019\" in this file: \"2020\" was taken"),
+                    HasSubstr("no column tells the year: 2020 was taken")));
 }
 
 TEST(Import, TheChoicesOfATextFitAWorkbookAndTheReverse) {
   Importing t("of_another_kind");
   t.Open(t.Table("lake.csv", "Nest;Day;Age;Eggs;Cover\nA;130;-10;4;0,5\n"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   const std::string book = t.folder / "lake.xlsx";
   test::WriteNewWorkbook(book,
                          {{"Visits", {{"Cover", "Nest", "Day", "Age", "Eggs"}, {"0.5", "A", "130", "-10", "4"}}}});
   const auto takeKept = [&](const std::string& file, const std::string& kept) {
-    t.Open(t.folder / file);
-    t.windows.File(t.folder / kept, "Choices of another import");
-    EXPECT_TRUE(t.desk.Press(t.form.cmdChoices));
+    t.OpenWithChoicesOf(file, kept);
     EXPECT_THAT(t.form.txtPreview.text, HasSubstr("       A,     130,       0,     -10,       4,         0.5\r\n"));
-    t.windows.Yes("Import");
-    t.Import();
+    t.ImportAndSay(Answer::Yes);
   };
-  takeKept("lake.xlsx", "lake.csv.dat.import");
-  takeKept("lake.csv", "lake.xlsx.dat.import");
+  takeKept("lake.xlsx", "lake.csv");
+  takeKept("lake.csv", "lake.xlsx");
 }
 
 TEST(Import, ChoicesThatAreSpoiltAreToldAndProposedAnew) {
@@ -498,13 +487,11 @@ TEST(Import, OtherDataAreNotReplacedUnasked) {
   const std::string made = t.folder / "lake.csv.dat";
   WriteWholeFile(made, "something else");
   t.Open(t.Table("lake.csv", Visits));
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_EQ(ReadWholeFile(made), "something else");
   EXPECT_TRUE(t.form.Visible());
   EXPECT_FALSE(std::filesystem::exists(made + ".import"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
 }
 
@@ -513,13 +500,11 @@ TEST(Import, ChoicesThatThisWindowDidNotKeepAreNotReplacedUnasked) {
   const std::string other = t.folder / "lake.csv.dat.import";
   t.Open(t.Table("lake.csv", Visits));
   WriteWholeFile(other, "my notes");
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_THAT(t.windows.LastText(), StartsWith(other + "\r\n\r\nis there already, with other contents."));
   EXPECT_EQ(ReadWholeFile(other), "my notes");
   EXPECT_FALSE(std::filesystem::exists(t.folder / "lake.csv.dat"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_THAT(ReadWholeFile(other), StartsWith("Choices of an import"));
 }
 
@@ -540,11 +525,9 @@ TEST(Import, ChoicesOfAnEarlierSessionAreReplacedWhenThatIsAnsweredAndThoseOfThi
   Importing t("this_session");
   t.Open(folder / "lake.csv");
   t.desk.SetText(t.form.cboUnknownAge, "leave the visit out");
-  t.windows.No("Import");
-  t.Import();
+  t.ImportAndSay(Answer::No);
   EXPECT_THAT(ReadWholeFile(folder / "lake.csv.dat.import"), HasSubstr("Unknown age: unknown age of young"));
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_THAT(ReadWholeFile(folder / "lake.csv.dat.import"), HasSubstr("Unknown age: leave the visit out"));
 }
 
@@ -554,8 +537,7 @@ TEST(Import, DataAndChoicesThatAreBothThereAlreadyAreAskedAboutInOneQuestion) {
   t.Open(t.Table("lake.csv", Visits));
   WriteWholeFile(made, "something else");
   WriteWholeFile(made + ".import", "my notes");
-  t.windows.Yes("Import");
-  t.Import();
+  t.ImportAndSay(Answer::Yes);
   EXPECT_EQ(ReadWholeFile(made), DataOfVisits);
 }
 
