@@ -71,7 +71,8 @@ void Ranking::VoidWeights() {
 void Ranking::Correct(double cHat) {
   Ranking corrected = *this;
   corrected.CHat = cHat;
-  for (Competitor& model : corrected.entered) corrected.SetCriteria(model);
+  for (Competitor& model : corrected.entered)
+    if (model.constant != 0) corrected.SetCriteria(model);  // of one that is half done there is no -ln[L]
   corrected.VoidWeights();
   *this = std::move(corrected);
 }

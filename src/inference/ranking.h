@@ -72,7 +72,8 @@ class Ranking {
   bool ScaleAll(double constant);
   /// Makes the differences and weights of all models undefined, in both orders: AICc's, and QAICc's in its mode.
   void VoidWeights();
-  /// Takes another CHat: recomputes the criteria of all models and makes differences and weights undefined.
+  /// Takes another CHat: recomputes the criteria of all models that have been calculated and makes differences and
+  /// weights undefined.
   /// RuntimeFailure, with nothing changed, when n - K - 1 is 0 for one of them.
   void Correct(double cHat);
   /// Ranks by ascending criterion, ties by order of entry, into `ranked`; the entered models take the ranked order.

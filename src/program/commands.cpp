@@ -54,8 +54,8 @@ void Program::Simplex() {
     return;
   }
   const SimplexResult result = frmSimplex.Minimise();
-  KeepFit(result.F,
-          Minimisation{"simplex", EndingText(result.ending), result.calls, result.Iterations, result.Restarts});
+  KeepSearch(result.F,
+             Minimisation{"simplex", EndingText(result.ending), result.calls, result.Iterations, result.Restarts});
   desk.Show(frmMenu);
 }
 
@@ -79,7 +79,7 @@ void Program::Marquardt() {
   const auto ownFrequency =
       Meanwhile(state.algorithm.TerminalFreq, state.algorithm.TerminalFreq);  // the run may change it
   const MarquardtResult result = frmMarquardt.Minimise();
-  KeepFit(result.F, Minimisation{"marquardt", EndingText(result.ending), result.calls, result.Iterations, 0});
+  KeepSearch(result.F, Minimisation{"marquardt", EndingText(result.ending), result.calls, result.Iterations, 0});
   desk.Show(frmMenu);
 }
 

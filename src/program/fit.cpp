@@ -47,7 +47,10 @@ void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) 
          .clutchIntervals = likelihood.survival.ClutchIntervals,
          .broodIntervals = likelihood.survival.BroodIntervals,
          .freeParameters = static_cast<std::int32_t>(free)};
-  if (!fit.minimisation) return;
+}
+
+void Program::KeepSearch(double reached, Minimisation minimisation) {
+  KeepFit(reached, std::move(minimisation));
   if (fit.minimisation->ending == EndingText(SimplexEnding::Minimum))
     fitsMade.Keep(EvaluatedEstimates(), PresentData());
   const std::optional<CarriedOver> carried = CarriedOverBy(state.algorithm.Value);

@@ -189,6 +189,8 @@ class Program {
   void TellNothingToDo();
   /// Keeps the objective that has just been reached, and what is told of it.
   void KeepFit(double reached, std::optional<Minimisation> minimisation);
+  /// The same behind a search: whether one call at its estimates gives another objective, and of which data they are.
+  void KeepSearch(double reached, Minimisation minimisation);
   /// What one function call at these values gives where a search may have another objective: it moves the ages between
   /// which visits are judged, and a visit beyond them counts with what an earlier call has left. None otherwise.
   std::optional<CarriedOver> CarriedOverBy(const Array1<double>& values);

@@ -313,6 +313,20 @@ TEST_F(FrmRankTest, CommandThatFailsLeavesTheTableWholeUpToItsRowAndNoLongerRank
   EXPECT_FALSE(desk.Usable(form.cmdAverage));
 }
 
+TEST_F(FrmRankTest, AHalfDoneModelDoesNotCompeteUnderAnotherCHatEither) {
+  Present("bad.alg", 100, 2);
+  windows.Enter("9e307", "Enter constant");
+  windows.ExpectFailure("frmRank.cmdAICc: overflow");
+  desk.Press(form.cmdAICc);
+  windows.Enter("0.5", "Enter constant");
+  Present("good.alg", 99, 2);
+  desk.Press(form.cmdAICc);
+  SetCHat("2");
+  windows.ExpectFailure("frmRank.cmdRank: all values of the criterion must be positive for a ranking");
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(Text(0, 0), "Random");
+}
+
 TEST_F(FrmRankTest, FirstModelThatFailsLeavesTheConstantToTheNext) {
   Present("bad.alg", 6.5, 2);
   windows.ExpectFailure("frmRank.cmdAICc: overflow");

@@ -15,6 +15,7 @@ void AddModel(Ranking& ranking, const std::string& file, double negLnL, int K, i
   model.RankNegLnL = negLnL;
   model.RankK = static_cast<std::int16_t>(K);
   model.sampleSize = n;
+  model.constant = 1;
   ranking.SetCriteria(model);
   ranking.VoidWeights();
 }

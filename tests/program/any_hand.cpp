@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "base/at_end.h"
 #include "control/frm_information.h"
@@ -20,12 +21,19 @@ void AnyHand::Begin(Program& program, bool analysis) {
   if (analysis) {
     const auto name = Pick<std::string>({"juveniles_only", "juveniles_only", "fuses", "spanning_alone"});
     program.frmInitialize.txtDataInput.text = Golden(name + ".dat");
-    ownAlgorithm_ = Golden(name + ".alg");
+    ownAlgorithm_ = Model(name);
   } else {
     desk->Choose(program.frmInitialize.optSimulate);
   }
   desk->Press(program.frmInitialize.cmdDone);
   while (program.state.algorithm.AlgName.empty()) desk->Press(program.frmMenu.cmdLoadAlg);
+}
+
+std::string AnyHand::Model(const std::string& name) const {
+  const std::string file = folder_ / (name + ".alg"), covariances = folder_ / (name + ".cov");
+  if (!std::filesystem::exists(file)) std::filesystem::copy_file(Golden(name + ".alg"), file);
+  if (!std::filesystem::exists(covariances)) std::filesystem::copy_file(Golden("juveniles_only.cov"), covariances);
+  return file;
 }
 
 bool AnyHand::Act() {
@@ -36,7 +44,7 @@ bool AnyHand::Act() {
     step.anythingBeside = true;
   } else {
     step = {};
-    interferes_ = Below(2) == 0;
+    interferes_ = Below(3) == 0;
     turns_ = 0;
   }
   const auto within = Meanwhile(acting_, true);
@@ -66,12 +74,13 @@ std::optional<std::string> AnyHand::AnyInput(const InputRequest& request) {
   const auto asks = [&request](const char* part) { return request.prompt.find(part) != std::string::npos; };
   std::string answer = Pick<std::string>({request.defaultText, "0.05", "0.5", "1"});
   // Who evaluates parameters chooses free ones, and nobody here waits for many points or replicates.
-  if (asks("parameter number")) answer = Pick<std::string>({"17", "18"});
+  if (asks("parameter number")) answer = AnyFreeParameter();
   if (asks("# points")) answer = Pick<std::string>({"3", "5", "7"});
   if (asks("covariance file name"))
     answer = Pick<std::string>({Golden("juveniles_only.cov"), folder_ / "own.cov", request.defaultText});
   if (asks("How many parametric bootstraps")) answer = Pick<std::string>({"1", "2"});
-  if (Below(asks("parametric bootstraps") ? 9 : 3) == 0)
+  const bool patient = asks("parametric bootstraps") || asks("parameter number") || asks("# points");
+  if (Below(patient ? 9 : 3) == 0)
     answer = Pick<std::string>({"", "2", "17", "0", "-1", "abc", "A", "~~", "1e400", "9e307"});
   return answer;
 }
@@ -85,11 +94,11 @@ std::optional<std::string> AnyHand::InputBox(const InputRequest& request) {
 
 std::optional<std::string> AnyHand::AnyFile(const FileRequest& request) {
   const bool open = request.kind == FileRequest::Kind::Open;
-  std::string path = open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Golden("juveniles_only.alg"),
-                                               Golden("priors.pri"), Golden("attributes.dat"), Golden("priors.alg"),
-                                               Golden("fuses.dat"), Golden("fuses.alg"), Golden("spanning_alone.alg"),
-                                               Golden("out_of_range.alg"), folder_ / "a", folder_ / "missing"})
-                          : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
+  std::string path =
+      open ? Pick<std::string>({"", Golden("juveniles_only.dat"), Model("juveniles_only"), Golden("priors.pri"),
+                                Golden("attributes.dat"), Model("priors"), Golden("fuses.dat"), Model("fuses"),
+                                Model("spanning_alone"), Model("out_of_range"), folder_ / "a", folder_ / "missing"})
+           : Pick<std::string>({"", folder_ / "a", folder_ / "b.alg", folder_ / "missing/a"});
   if (request.title == "Open algorithm data file" && Below(2) == 0)
     path = Pick<std::string>({ownAlgorithm_, ownAlgorithm_, folder_ / "own.alg"});
   if (request.title == "Save algorithm data in..." && Below(2) == 0) path = folder_ / "own.alg";
@@ -130,10 +139,10 @@ int AnyHand::Liking(const Form& form, const Control& control) {
   if (form.name == "frmMenu" && std::ranges::count(favourites_, control.name) > 0) return 20;
   if (control.name == "cmdParEstimate" || control.name == "cmdCovariance") return 9;
   // What comes at the end of several steps, or is one of them, would be reached seldom.
-  static constexpr std::array leadsOn = {"frmParEvals.cmdML",    "frmParEvals.cmdBP",   "frmAlgo.cmdFinish",
-                                         "frmRank.cmdAICc",      "frmRank.cmdLoadAlg",  "frmRank.cmdRank",
-                                         "frmRank.cmdAverage",   "frmDistPlot.cmdDone", "frmCovDisplay.cmdScreen",
-                                         "frmCovDisplay.cmdFile"};
+  if (form.name == "frmAlgo" && control.name == "cmdFinish") return 40;
+  static constexpr std::array leadsOn = {"frmParEvals.cmdML",   "frmParEvals.cmdBP",       "frmRank.cmdAICc",
+                                         "frmRank.cmdLoadAlg",  "frmRank.cmdRank",         "frmRank.cmdAverage",
+                                         "frmDistPlot.cmdDone", "frmCovDisplay.cmdScreen", "frmCovDisplay.cmdFile"};
   if (std::ranges::count(leadsOn, form.name + "." + control.name) > 0) return 12;
   const bool commands = dynamic_cast<const Button*>(&control) != nullptr || control.name == "mnuFinished";
   return commands ? 3 : 1;
@@ -206,6 +215,14 @@ void AnyHand::AddChoices(Control& control, std::vector<std::function<void()>>& c
 std::string AnyHand::AnyCommand() {
   return Pick<std::string>({"cmdSimplex", "cmdMarquardt", "cmdBayesian", "cmdBayesian", "cmdCovariance",
                             "cmdParEstimate", "cmdUserSummary", "cmdRank", "cmdOneFunction", "cmdLoadAlg"});
+}
+
+std::string AnyHand::AnyFreeParameter() {
+  std::vector<int> free;
+  if (algorithm != nullptr)
+    for (int i = 1; i <= algorithm->Step.Size(); ++i)
+      if (algorithm->Step(i) != 0) free.push_back(i);
+  return free.empty() ? "17" : std::to_string(free[Below(free.size())]);
 }
 
 std::string AnyHand::AnyText() {

@@ -17,6 +17,7 @@ class AnyHand : public WindowSystem {
   AnyHand(unsigned seed, const Folder& folder) : folder_(folder), random_(seed) {}
 
   Desk* desk = nullptr;
+  const AlgorithmData* algorithm = nullptr;  // what the user sees of the model's parameters
   std::vector<std::string> done;
   Doing step;            // since the last step that was begun at rest
   bool watches = false;  // somebody else looks at the program: nothing is done meanwhile
@@ -48,6 +49,8 @@ class AnyHand : public WindowSystem {
   virtual int Liking(const Form& form, const Control& control);
   /// What can be done with a control.
   virtual void AddChoices(Control& control, std::vector<std::function<void()>>& choices);
+  /// A kept file of algorithm data in the user's folder, with a covariance file beside it, which need not be its own.
+  std::string Model(const std::string& name) const;
   /// Something that is done of a control, to be told.
   std::function<void()> Noted(Control& control, const std::function<void()>& use);
   void Note(const std::string& line) { done.push_back(line); }
@@ -65,6 +68,7 @@ class AnyHand : public WindowSystem {
   /// Everything that a person could do at this moment.
   std::vector<std::function<void()>> Choices();
   std::string AnyCommand();
+  std::string AnyFreeParameter();
 
   std::mt19937 random_;
   bool acting_ = false;

@@ -34,6 +34,7 @@ TEST_P(AnyOrderTest, NeitherBreaksNorStrandsItsUser) {
   test::AnyHand hand(GetParam(), folder);
   Program program({hand, clock, random, workbooks, folder / "", folder / ""});
   hand.desk = &program.desk;
+  hand.algorithm = &program.state.algorithm;
   // Some walks are gone with the threads that share work, and held against programs that have none.
   if (GetParam() % 8 != 0) program.model.cores = program.parametricBootstrap.cores = 1;
   program.Start();

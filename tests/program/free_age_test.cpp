@@ -12,13 +12,14 @@ namespace {
 
 using test::Analysis;
 using test::CallOnce;
+using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
 struct FreeAgeTest : ::testing::Test, Analysis {
   /// Ages are rounded to days, so that a search goes round among them without an end: it is stopped.
-  void Simplex() {
-    state.algorithm.MaxCalls = 500;
+  void Simplex(int calls = 500) {
+    state.algorithm.MaxCalls = calls;
     windows.Yes("Just checking");
     windows.No("Simplex minimization");
     ASSERT_TRUE(desk.Press(menu.cmdSimplex));
@@ -46,6 +47,21 @@ TEST_F(FreeAgeTest, WhoTellsOfItLeavesTheRunAsTheSearchLeftIt) {
   EXPECT_EQ(program.model.Evaluated().BestObjective, program.fit.objective);
   EXPECT_EQ(program.fit.sampleSize, state.flags.SampleSize);
   EXPECT_NE(state.flags.SampleSize, CallOnce(program).SampleSize) << "the search counts what it left out";
+}
+
+TEST_F(FreeAgeTest, AFunctionCallAtTheEstimatesWarnsOnceOfEachVisitThatIsLeftOut) {
+  Ready("fuses");
+  state.algorithm.Value(parameter::LayAge) = -5;
+  state.algorithm.Step(parameter::LayAge) = 0.01;
+  Simplex(10);
+  windows.messages.clear();
+  OneFunction();
+  const std::vector<std::string> told = windows.Titles();
+  EXPECT_THAT(told, Contains("Warning: data record will be ignored!"));
+  windows.messages.clear();
+  program.fit = {};
+  OneFunction();
+  EXPECT_EQ(told, windows.Titles());
 }
 
 TEST_F(FreeAgeTest, AnAgeThatFollowsAFreeParameterIsTold) {

@@ -99,6 +99,7 @@ void HeldLongCommands::Before() {
   before_ = Whereabouts::Of(walked_);
   summaryBefore_ = walked_.frmSummary.rtbOut.text;
   evaluationBefore_ = walked_.evaluation;
+  if (!walked_.frmRank.Loaded()) entries_.clear();  // their numbers begin anew
 }
 
 void HeldLongCommands::Behind(const Doing& step) {
