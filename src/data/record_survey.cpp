@@ -21,7 +21,7 @@ class CodeNumbers {
  public:
   std::pair<std::size_t, bool> operator()(std::string_view code, std::size_t kind) {
     Numbers::Key key{};
-    std::memcpy(key.data(), code.data(), std::min(code.size(), MostBytes));
+    if (!code.empty()) std::memcpy(key.data(), code.data(), std::min(code.size(), MostBytes));
     key.back() = kind << 6 | code.size();
     const auto [number, isNew] = numbers_(key);
     return {static_cast<std::size_t>(number), isNew};
