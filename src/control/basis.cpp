@@ -31,11 +31,7 @@ Basis BasisOf(const RunState& state, const std::string& priors) {
               .constant = state.flags.NOBS == 0 ? state.flags.ObjectiveConstant : 0,
               .AlgName = a.AlgName};
   // A member follows the first of its group at the next evaluation, whatever stands in it until then.
-  for (int i = 1; i <= a.Fuse.Size(); ++i) {
-    if (a.Fuse(i) == Unfused) continue;
-    const auto leader = std::ranges::find(a.Fuse, a.Fuse(i)) - a.Fuse.begin() + 1;
-    basis.Value(i) = a.Value(static_cast<int>(leader));
-  }
+  for (int i = 1; i <= a.Fuse.Size(); ++i) basis.Value(i) = a.Value(LeaderOf(a.Fuse, i));
   return basis;
 }
 

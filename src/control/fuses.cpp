@@ -14,6 +14,11 @@ int GroupOf(const FuseGroups& groups, const std::string& fuse) {
 
 }  // namespace
 
+int LeaderOf(const Array1<std::string>& fuses, int i) {
+  if (fuses(i) == Unfused) return i;
+  return static_cast<int>(std::ranges::find(fuses, fuses(i)) - fuses.begin()) + 1;
+}
+
 void BuildFuseGroups(RunState& state) {
   AlgorithmData& a = state.algorithm;
   FuseGroups& groups = state.fuses;

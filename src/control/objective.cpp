@@ -1,5 +1,6 @@
 #include "control/objective.h"
 
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "control/fuses.h"
@@ -49,12 +50,12 @@ Basis Objective::Present() const {
 }
 
 Basis Objective::UsersPresent() const {
-  Basis present = Present();
-  if (const auto& pinned = state_.profile.pinned) {
-    present.Value(pinned->parameter) = pinned->value;
-    present.Step(pinned->parameter) = pinned->step;
-  }
-  return present;
+  const auto& pinned = state_.profile.pinned;
+  if (!pinned) return Present();
+  AlgorithmData& a = state_.algorithm;
+  const auto ownValue = Meanwhile(a.Value(pinned->parameter), pinned->value);  // which its followers take, too
+  const auto ownStep = Meanwhile(a.Step(pinned->parameter), pinned->step);
+  return Present();
 }
 
 }  // namespace merlane

@@ -9,7 +9,8 @@
 namespace merlane {
 
 /// Takes a parameter out of the free ones, which are packed without it, so that an evaluation can set its value. When
-/// this goes the parameter has its value and step again, whatever has happened in between, and NFREE counts it.
+/// this goes the parameter has its value and step again, those that are fused with it have their values, whatever has
+/// happened in between, and NFREE counts it.
 class PinnedParameter {
  public:
   PinnedParameter(RunState& state, std::int16_t parameter)
@@ -18,6 +19,7 @@ class PinnedParameter {
         H(state.algorithm.Step(parameter)),
         state_(state),
         reading_(state.reading),
+        own_(state.algorithm.Value),
         restoredStep_(H) {
     state_.profile.ProfileParameter = parameter;
     state_.profile.pinned = {parameter, X0, H, state.algorithm.Value, state.algorithm.Step};
@@ -35,8 +37,10 @@ class PinnedParameter {
   bool Restore() {
     state_.profile.pinned.reset();
     if (state_.reading != reading_) return false;
-    state_.algorithm.Value(ProfileParameter) = X0;
-    state_.algorithm.Step(ProfileParameter) = restoredStep_;
+    AlgorithmData& a = state_.algorithm;
+    for (int i = 1; i <= a.NPAR; ++i)
+      if (LeaderOf(a.Fuse, i) == LeaderOf(a.Fuse, ProfileParameter)) a.Value(i) = own_(i);
+    a.Step(ProfileParameter) = restoredStep_;
     return true;
   }
 
@@ -60,6 +64,7 @@ class PinnedParameter {
 
   RunState& state_;
   const std::int64_t reading_;
+  const Array1<double> own_;  // values of all parameters
   double restoredStep_;
 };
 

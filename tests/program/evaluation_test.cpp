@@ -234,6 +234,35 @@ TEST_F(EvaluationTest, TableAndPlotsOfAProfileSayWhichParametersItHasLeftElsewhe
   EXPECT_THAT(program.frmMaxLike.lblFit.text, HasSubstr("Since then parameter values have been changed"));
 }
 
+/// 17 leads 21, and the profile holds both.
+TEST_F(EvaluationTest, TheProfileOfAFusedParameterIsStillOfTheRunWhenItsPlotsAreClosed) {
+  windows.No("Initialize");
+  Ready("fuses");
+  OneFunction();
+  windows.Yes("Just checking");
+  desk.Press(menu.cmdSimplex);
+  const double value = state.algorithm.Value(17);
+  std::string whilePlotsAreOpen;
+  Open();
+  AnswerProfile("5");
+  FinishEditing();
+  windows.AtWait([&] {
+    whilePlotsAreOpen = program.frmDistPlot.lblFit.text;
+    desk.Press(program.frmDistPlot.cmdDone);
+  });
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_THAT(whilePlotsAreOpen, HasSubstr("of fuses.alg. It has left parameters 11, "));
+  EXPECT_EQ(program.frmMaxLike.lblFit.text, whilePlotsAreOpen);
+  EXPECT_EQ(state.algorithm.Value(17), value);
+  EXPECT_EQ(state.algorithm.Value(21), value) << "what is saved now has one value for both";
+  Open();
+  windows.Yes("ML parameter estimate evaluation");
+  windows.No("ML parameter estimate evaluation");
+  ClosePlots();
+  desk.Press(program.frmParEvals.cmdML);
+  EXPECT_EQ(program.frmMaxLike.lblFit.text, whilePlotsAreOpen) << "offered again";
+}
+
 TEST_F(EvaluationTest, AProfileThatFailsOnItsWayLeavesTheEstimates) {
   const Array1<double> own = state.algorithm.Value;
   Open();
