@@ -20,6 +20,7 @@ void EvaluateCompetitor(Competitor& model, RunState& state, Objective& objective
   model.sampleSize = state.flags.SampleSize;
   double& constant = state.flags.ObjectiveConstant;
   if (!state.flags.BayesOn) return;
+  model.priorsInForce = objective.priorsInForce();
   const auto asNegLnL = Meanwhile(constant, constant == 0 ? 0.0 : 1.0);
   model.prior = objective.priorTerm(Value);
 }
@@ -39,6 +40,7 @@ bool NameFiles(Competitor& model, const RunState& state) {
 
 void CountParameters(Competitor& model, const AlgorithmData& algorithm) {
   model.Value = algorithm.Value;
+  model.Fuse = algorithm.Fuse;
   for (int i = 1; i <= algorithm.NPAR; ++i)
     if (algorithm.Step(i) != 0) model.counted.push_back(i);
   model.RankK = CheckedInt16(static_cast<std::int64_t>(model.counted.size()));

@@ -17,7 +17,7 @@ void EvaluateCompetitor(Competitor& model, RunState& state, Objective& objective
 /// Names its algorithm, covariance and priors files; false when the algorithm file has no folder.
 bool NameFiles(Competitor& model, const RunState& state);
 
-/// Keeps its estimates, and which of its parameters are free: those count.
+/// Keeps its estimates and fuses, and which of its parameters are free: those count.
 void CountParameters(Competitor& model, const AlgorithmData& algorithm);
 
 /// The name itself if that file can be read, else the marker. A bare name lies beside the model's algorithm file.

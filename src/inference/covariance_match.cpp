@@ -8,6 +8,7 @@
 
 #include "base/number_text.h"
 #include "base/text.h"
+#include "control/fuses.h"
 
 namespace merlane {
 namespace {
@@ -20,6 +21,19 @@ std::string Shown(double negLnL) { return Format(negLnL, "####0.0000"); }
 
 std::string Numbers(const std::vector<int>& parameters) {
   return parameters.empty() ? "none" : fmt::format("{}", fmt::join(parameters, ", "));
+}
+
+/// The first free parameter of the model, or follower of one, that another parameter moves in the file; 0 when there is
+/// none. What the groups are called means nothing: a file of algorithm data may keep one letter of two.
+int FusedOtherwise(const CovarianceFile& file, const Competitor& model) {
+  const auto free = [&](int i) { return std::ranges::find(model.counted, i) != model.counted.end(); };
+  const auto moverOf = [&](const Array1<std::string>& fuses, int i) {
+    const int leader = LeaderOf(fuses, i);
+    return free(leader) ? leader : i;  // who follows one that does not move stands by itself
+  };
+  for (int i = 1; i <= file.fuses.Size(); ++i)
+    if (moverOf(file.fuses, i) != moverOf(model.Fuse, i)) return i;
+  return 0;
 }
 
 }  // namespace
@@ -49,6 +63,8 @@ std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& mo
   if (file.constant != 0 && !SameInFiles(file.constant, 1 / model.constant))
     return fmt::format("its constant is {}, that of the model {}", Shortest(file.constant),
                        Shortest(1 / model.constant));
+  if (const int i = FusedOtherwise(file, model); i != 0)
+    return fmt::format("parameter {} is fused with others in it than in the model", i);
   for (int i = 1; i <= file.values.Size(); ++i)
     if (!SameInFiles(file.values(i), model.Value(i)))
       return fmt::format("parameter {} is {} in it and {} in the model", i, Shortest(file.values(i)),
@@ -58,6 +74,9 @@ std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& mo
         "-ln[L] at its values was {}, that of the model is {}: it was calculated with other data, or with "
         "other priors",
         Shown((negLnL->low + negLnL->high) / 2), Shown(model.RankNegLnL));
+  // With one parameter there are no others that its error could take as known.
+  if (file.optimistic && file.rows.Size() > 1)
+    return "its standard errors are optimistic, each as if all other parameters were known";
   return "";
 }
 

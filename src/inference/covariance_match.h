@@ -22,8 +22,8 @@ CovarianceFileShape ShapeOfCovarianceFile(std::string_view text);
 bool SameInFiles(double a, double b);
 
 /// In which respect a covariance file is not one of this model's present estimates: another set of estimated
-/// parameters, another constant, a value that differs beyond the digits that files keep, or another -ln[L] there, as
-/// with other data. Empty when it is one of them.
+/// parameters, another constant, other fuses, a value that differs beyond the digits that files keep, another -ln[L]
+/// there, as with other data, or errors that are optimistic. Empty when it is one of them.
 std::string DifferenceFromModel(const CovarianceFile& file, const Competitor& model);
 
 }  // namespace merlane

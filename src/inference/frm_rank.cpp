@@ -215,7 +215,8 @@ std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
     if (!model.fittedTo.empty())
       strangers += fmt::format("The estimates of {} were fitted to other data, those of {}\r\n", model.RankAlgFile,
                                model.fittedTo);
-    const std::string difference = DifferenceFromModel(files.back(), model);
+    std::string difference = DifferenceFromModel(files.back(), model);
+    if (difference.empty()) difference = calculatedUnderOtherPriors(files.back(), model.priorsInForce);
     if (!difference.empty())
       strangers +=
           fmt::format("{} is not of {} as it is ranked: {}\r\n", model.RankCovFile, model.RankAlgFile, difference);

@@ -45,6 +45,11 @@ class FrmRank : public Form {
   /// the present ones; empty otherwise.
   std::function<std::string()> fittedToOtherData = [] { return std::string(); };
 
+  /// In words, how the priors under which these covariances were calculated differ from `priors`, when it is known that
+  /// they do; empty otherwise.
+  std::function<std::string(const CovarianceFile&, const std::string& priors)> calculatedUnderOtherPriors =
+      [](const CovarianceFile&, const std::string&) { return std::string(); };
+
   bool AveragedFlag = false;  // the pane holds averaging results
 
   const Ranking& Models() const { return ranking_; }

@@ -29,12 +29,14 @@ struct Competitor {
   std::string RankCovFile;
   std::string RankPriFile;
   std::string RankNotes;
-  std::string folder;        // where the algorithm file lies, with its last separator
-  Array1<double> Value;      // the estimates that were evaluated
-  std::vector<int> counted;  // numbers of the parameters that K counts
-  double objective = 0;      // there, without the prior term
-  double prior = 0;          // -ln of the prior densities there; 0 when no prior counts
-  double constant = 0;       // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
+  std::string folder;         // where the algorithm file lies, with its last separator
+  Array1<double> Value;       // the estimates that were evaluated
+  Array1<std::string> Fuse;   // their fuses
+  std::vector<int> counted;   // numbers of the parameters that K counts
+  double objective = 0;       // there, without the prior term
+  double prior = 0;           // -ln of the prior densities there; 0 when no prior counts
+  std::string priorsInForce;  // what they are made of; empty when there are none
+  double constant = 0;        // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
   std::int32_t sampleSize = 0;
   std::string fittedTo;  // the file of other data to which its estimates were fitted; empty as far as is known
 

@@ -92,7 +92,10 @@ void Program::Covariance() {
     frmCovDisplay.OpenAgain();
     return;
   }
-  if (!covarianceDialogue.CalculateCovariances()) desk.Show(frmMenu);
+  if (covarianceDialogue.CalculateCovariances())
+    covariancesMade.Keep(covariances, state.flags.BayesOn ? objective.priorsInForce() : "");
+  else
+    desk.Show(frmMenu);
 }
 
 void Program::Bayesian() {

@@ -153,6 +153,9 @@ void Program::WireForms() {
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
   frmRank.fittedToOtherData = [this] { return fitsMade.OtherData(EvaluatedEstimates(), PresentData()); };
+  frmRank.calculatedUnderOtherPriors = [this](const CovarianceFile& file, const std::string& priorsInForce) {
+    return covariancesMade.OtherPriors(file, priorsInForce);
+  };
   log.onLost = [this](const std::string& text) { desk.TellFailure("Log file management", text, style::Exclamation); };
 }
 

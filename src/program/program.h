@@ -26,6 +26,7 @@
 #include "data/reading_dialogue.h"
 #include "forms/desk.h"
 #include "import/frm_import.h"
+#include "inference/covariances_made.h"
 #include "inference/fits_made.h"
 #include "inference/frm_rank.h"
 #include "minimise/frm_marquardt.h"
@@ -135,6 +136,7 @@ class Program {
 
   FrmRank frmRank;
   FitsMade fitsMade;
+  CovariancesMade covariancesMade;
 
  private:
   void WireMenu();

@@ -24,6 +24,8 @@ constexpr const char* F3 = "#0.0000";
 constexpr const char* ConstantPrefix = "Covariance constant: ";
 constexpr const char* FactorsPrefix = "Factors:";
 constexpr const char* MeansPrefix = "   Mean:";
+constexpr const char* OptimisticNote =
+    "Note: The above SE estimates are optimistic (under-estimated) conditional estimates";
 
 using OfGrid = std::function<double(int g)>;
 
@@ -46,7 +48,7 @@ class Report {
     Probabilities(turn);
     if (c_.OptimisticSE) {
       Line();
-      Line("Note: The above SE estimates are optimistic (under-estimated) conditional estimates");
+      Line(OptimisticNote);
     } else {
       Correlations();
       CovarianceRows();
@@ -161,6 +163,15 @@ class Report {
   std::string text_;
 };
 
+/// The fuse in a parameter's line, behind its number, value and step, which may have pushed it on; empty in a line that
+/// ends before it.
+std::string FuseIn(const std::string& line) {
+  std::istringstream words(line.substr(std::min(line.size(), line.find(')'))));
+  std::string bracket, value, step, fuse;
+  words >> bracket >> value >> step >> fuse;
+  return fuse;
+}
+
 /// The three figures of a line: those of its fields that are numbers throughout.
 std::vector<double> Figures(const std::string& line) {
   std::vector<double> figures;
@@ -209,7 +220,12 @@ CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
   CovarianceFile file;
   file.values.Dimension(NPAR);
   file.rows.Dimension(rows);
-  for (double& value : file.values) value = LenientNumber(NumberColumns(*line++, 7, 20));
+  file.fuses.Dimension(NPAR);
+  for (int i = 1; i <= NPAR; ++i, ++line) {
+    file.values(i) = LenientNumber(NumberColumns(*line, 7, 20));
+    file.fuses(i) = FuseIn(*line);
+  }
+  if (std::ranges::find(file.fuses, "") != file.fuses.end()) file.fuses = {};
   std::vector<double> factors, means;
   for (int i = 0; i < Between; ++i, ++line) {
     if (line->starts_with(ConstantPrefix)) file.constant = LenientNumber(line->substr(std::strlen(ConstantPrefix)));
@@ -226,6 +242,7 @@ CovarianceFile ReadCovarianceFile(std::string_view text, int NPAR, int rows) {
       row.standardErrors[static_cast<std::size_t>(g)] = LenientNumber(Columns(*line, 25 + 18 * g, 38 + 18 * g));
     ++line;
   }
+  file.optimistic = std::find(line, lines.end(), OptimisticNote) != lines.end();
   return file;
 }
 

@@ -26,9 +26,11 @@ struct CovarianceFile {
     std::int16_t parameter = 0;              // number of the parameter
     std::array<double, 3> standardErrors{};  // on grids 1 to 3; -1 where a grid has none
   };
-  Array1<double> values;  // estimates 1..NPAR
-  Array1<Row> rows;       // of the parameters that have standard errors
-  double constant = 0;    // that times the objective was -ln[likelihood]; 0 where the file does not tell
+  Array1<double> values;      // estimates 1..NPAR
+  Array1<std::string> fuses;  // likewise; none where the file does not tell them
+  Array1<Row> rows;           // of the parameters that have standard errors
+  bool optimistic = false;    // the errors are conditional: each takes those of all other parameters to be 0
+  double constant = 0;        // that times the objective was -ln[likelihood]; 0 where the file does not tell
   /// What the file tells of a grid: the factor of its steps, 0 for analytical derivatives, and the mean of
   /// -ln[likelihood] over it. None of a grid that was abandoned, and where it does not tell.
   struct Grid {

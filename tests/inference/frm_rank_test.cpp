@@ -101,6 +101,14 @@ struct FrmRankTest : ::testing::Test {
             means + "\n");
     WriteWholeFile(folder + file, text);
   }
+  /// Lets a covariance file tell the steps and fuses of its parameters.
+  void TellFuses(const std::string& file, const std::vector<std::string>& fuses) const {
+    std::vector<std::string> lines = Lines(ReadWholeFile(folder + file));
+    for (std::size_t i = 0; i < fuses.size(); ++i) lines[4 + i] += "   1.0000000E-01  " + fuses[i] + "  a parameter";
+    std::string text;
+    for (const std::string& line : lines) text += line + "\n";
+    WriteWholeFile(folder + file, text);
+  }
   /// Two models with covariance files, ranked.
   void RankTwo(double errorOnGrid2 = 0.5) {
     WriteCovariances("m1.cov", 99, 2, 1, 0.5, errorOnGrid2);
@@ -773,6 +781,65 @@ TEST_F(FrmRankTest, CovarianceFileOfTheSameDataIsAveragedWithoutAQuestion) {
   TellGrids("m1.cov", "1.0000000E+02     9.9010000E+01     9.9000100E+01");
   desk.Press(form.cmdAverage);
   EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovarianceFileOfOtherFusesIsAveragedOnlyWhenTheUserWantsIt) {
+  RankTwo();
+  TellFuses("m1.cov", {"A", "~~", "A", "B", "B", "~~"});
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: parameter 3 is fused with others in it than in the model\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, FusesThatMoveTheSameParametersAreTheSameWhateverTheyAreCalled) {
+  state.algorithm.Fuse(2) = state.algorithm.Fuse(3) = "AB";
+  RankTwo();
+  TellFuses("m1.cov", {"~~", "B", "B", "C", "C", "~~"});  // 4 is not free, so that nothing follows it anywhere
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, OptimisticStandardErrorsAreAveragedOnlyWhenTheUserWantsIt) {
+  RankTwo();
+  WriteWholeFile(folder + "m1.cov",
+                 ReadWholeFile(folder + "m1.cov") +
+                     "\nNote: The above SE estimates are optimistic (under-estimated) conditional estimates\n");
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: its standard errors are optimistic, each as if all other "
+            "parameters were known\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, StandardErrorOfTheOnlyFreeParameterIsNotOptimistic) {
+  WriteCovariances("m1.cov", 99, 1, 1, 0.5, 0.5);
+  WriteWholeFile(folder + "m1.cov",
+                 ReadWholeFile(folder + "m1.cov") +
+                     "\nNote: The above SE estimates are optimistic (under-estimated) conditional estimates\n");
+  WriteCovariances("m2.cov", 98, 2, 2, 0.5, 0.5);
+  Add("m1.alg", 99, 1, 1);
+  Add("m2.alg", 98, 2, 2);
+  desk.Press(form.cmdRank);
+  desk.Press(form.cmdAverage);
+  EXPECT_TRUE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, CovariancesKnownToBeOfOtherPriorsAreAveragedOnlyWhenTheUserWantsIt) {
+  RankTwo();
+  form.calculatedUnderOtherPriors = [](const CovarianceFile& file, const std::string& priorsOfRow) {
+    return file.values(2) == 1 && priorsOfRow.empty() ? "it was calculated with priors" : "";
+  };
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: it was calculated with priors\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
 }
 
 TEST_F(FrmRankTest, EstimatesThatWereFittedToOtherDataAreToldWhereTheyAreAddedAndAskedAboutWhereTheyAreAveraged) {

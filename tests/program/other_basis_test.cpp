@@ -124,6 +124,46 @@ TEST_F(OtherBasisTest, DisplayLeftOpenOverALargerModelShowsTheCovariancesThatItO
   EXPECT_THAT(program.frmCovDisplay.lblFit.text, HasSubstr("other data have been read"));
 }
 
+TEST_F(OtherBasisTest, CovariancesUnderAPriorAreNotAveragedForARowWithoutItWithoutAQuestion) {
+  const test::Folder folder("other_priors");
+  const auto save = [&](const std::string& name) {
+    windows.File(folder / (name + ".alg"));
+    ASSERT_TRUE(desk.Press(menu.cmdSaveAlg));
+    Covariances();
+    ASSERT_TRUE(desk.Press(program.frmCovDisplay.cmdScreen));
+    windows.File(folder / (name + ".cov"));
+    ASSERT_TRUE(desk.Press(program.frmCovDisplay.cmdFile));
+    ASSERT_TRUE(desk.Press(program.frmCovDisplay.cmdFinish));
+  };
+  Ready("juveniles_only");
+  OneFunction();
+  Simplex();
+  // At its mean a prior leaves the objective as it is, so that nothing in the file tells of it.
+  test::SetPrior(program.priors, 17, "N", state.algorithm.Value(17), 0.0005);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 2;
+  save("m1");
+  state.flags.BayesOn = false;
+  state.algorithm.Step(18) = 0;
+  save("m2");
+
+  FrmRank& rank = program.frmRank;
+  ASSERT_TRUE(desk.Press(menu.cmdRank));
+  for (const char* model : {"m1.alg", "m2.alg"}) {
+    windows.File(folder / model);
+    ASSERT_TRUE(desk.Press(rank.cmdLoadAlg));
+    if (rank.Models().ModelCount() == 0) windows.Enter("0.5", "Enter constant");
+    ASSERT_TRUE(desk.Press(rank.cmdAICc));
+  }
+  ASSERT_TRUE(desk.Press(rank.cmdRank));
+  windows.No("Covariances of another model");
+  desk.Press(rank.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.cov is not of m1.alg as it is ranked: it was calculated with priors, the model is ranked without\r\n"
+            "\r\nAverage with them nevertheless?");
+  EXPECT_FALSE(rank.AveragedFlag);
+}
+
 TEST_F(OtherBasisTest, AFunctionCallElsewhereIsNoEndOfTheMinimisationBefore) {
   Ready("juveniles_only");
   OneFunction();

@@ -231,6 +231,23 @@ TEST_F(ReportTest, ReadsBackWhatItWrote) {
   EXPECT_THAT(file.rows(1).standardErrors, ElementsAre(0.25, -1, 0.75));
   EXPECT_EQ(file.rows(2).parameter, 3);
   EXPECT_THAT(file.rows(2).standardErrors, ElementsAre(0.5, -1, 1.5));
+  EXPECT_EQ(file.fuses, (Array1<std::string>{"~~", "A", "AB"}));
+  EXPECT_FALSE(file.optimistic);
+}
+
+TEST_F(ReportTest, OptimisticErrorsReadBackAsSuch) {
+  c.OptimisticSE = true;
+  EXPECT_TRUE(ReadCovarianceFile(SavedUnder("three.cov") + CovarianceReport(c), 3, 2).optimistic);
+}
+
+TEST_F(ReportTest, FusesBehindLongNumbersReadBackAndShortLinesTellNone) {
+  c.CovBaseValue(2) = -2e-100;
+  c.CovStep(2) = -1e-123;
+  std::string text = SavedUnder("three.cov") + CovarianceReport(c);
+  EXPECT_EQ(ReadCovarianceFile(text, 3, 2).fuses, (Array1<std::string>{"~~", "A", "AB"}));
+  const std::string::size_type third = text.find(" 003) ");
+  text.erase(third + 20, text.find("\r\n", third) - third - 20);
+  EXPECT_EQ(ReadCovarianceFile(text, 3, 2).fuses.Size(), 0);
 }
 
 TEST_F(ReportTest, TheObjectiveAtTheValuesIsBoundedByTheMeansOfTheGrids) {
