@@ -51,6 +51,10 @@ void Program::KeepFit(double reached, std::optional<Minimisation> minimisation) 
 
 void Program::KeepSearch(double reached, Minimisation minimisation) {
   KeepFit(reached, std::move(minimisation));
+  // What was evaluated last need not be where the search has ended.
+  if (state.flags.BayesOn) fit.prior = objective.priorTerm(EvaluatedEstimates().Value);
+  const LikelihoodState& likelihood = model.Evaluated();
+  if (likelihood.BestObjective + fit.prior == reached) fit.penalty = likelihood.BestPenalty;
   if (fit.minimisation->ending == EndingText(SimplexEnding::Minimum))
     fitsMade.Keep(EvaluatedEstimates(), PresentData());
   const std::optional<CarriedOver> carried = CarriedOverBy(state.algorithm.Value);

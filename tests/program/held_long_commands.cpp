@@ -104,7 +104,7 @@ void HeldLongCommands::Before() {
 
 void HeldLongCommands::Behind(const Doing& step) {
   for (const Reply& reply : step.replies)
-    if (reply.question.starts_with("Enter constant: ")) constantEntered_ = reply;
+    if (!step.failed && reply.question.starts_with("Enter constant: ")) constantEntered_ = reply;
   if (!before_) return;
   const bool whole = !step.failed && !step.anythingBeside;
   if (step.control == "frmMenu.cmdUserSummary") {

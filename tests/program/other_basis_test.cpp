@@ -378,6 +378,18 @@ TEST_F(OtherBasisTest, TablesAtTheFitAreThoseOfItsEstimatesWhereTheSearchWentOnB
   EXPECT_EQ(atFit, program.model.Evaluated().best.survival.EVisit);
 }
 
+TEST_F(OtherBasisTest, PriorOfAFitIsThatOfItsEstimatesAndNotOfTheLastTrial) {
+  Ready("juveniles_only");
+  test::SetPrior(program.priors, 17, "N", 0.08, 0.002);
+  state.flags.BayesOn = true;
+  state.flags.ObjectiveConstant = 2;
+  state.algorithm.MaxCalls = 20;
+  windows.Yes("Just checking");
+  windows.No("Simplex minimization");
+  ASSERT_TRUE(desk.Press(menu.cmdSimplex));
+  EXPECT_EQ(program.fit.prior, program.objective.priorTerm(state.algorithm.Value));
+}
+
 TEST_F(OtherBasisTest, AlgorithmDataOfTheModelBeforeAreNamedNoLonger) {
   Ready("juveniles_only");
   EXPECT_EQ(program.frmMain.stbMain1.Get(1), "Algorithm file: juveniles_only");
