@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/failure_text.h"
+#include "batch/piece_file.h"
 #include "batch/run_batch.h"
 #include "batch/stopped.h"
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <optional>
 #include <utility>
 
@@ -170,5 +171,20 @@ std::string Sealed(std::string text) {
 }
 
 Piece ReadPiece(std::string_view text) { return Reader(text).Read(); }
+
+std::optional<Share> ShareOf(std::string_view text) {
+  Share share;
+  const char* const end = text.data() + text.size();
+  const auto number = std::from_chars(text.data(), end, share.number);
+  if (number.ec != std::errc() || number.ptr == end || *number.ptr != '/') return std::nullopt;
+  const auto of = std::from_chars(number.ptr + 1, end, share.of);
+  if (of.ec != std::errc() || of.ptr != end) return std::nullopt;
+  if (share.number < 1 || share.number > share.of || share.of > MostPieces) return std::nullopt;
+  return share;
+}
+
+std::string PieceFileName(const std::string& batchFile, const Share& share) {
+  return fmt::format("{}.{}-of-{}.piece", std::filesystem::path(batchFile).stem().string(), share.number, share.of);
+}
 
 }  // namespace merlane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,5 +43,11 @@ std::string Sealed(std::string text);
 
 /// The piece of a text. PieceFault when it is none, was cut off or damaged; not for the version of the program.
 Piece ReadPiece(std::string_view text);
+
+/// A share as it is written, "3/100"; none when it is not.
+std::optional<Share> ShareOf(std::string_view text);
+
+/// The name of the file of a piece: "first_fit.3-of-100.piece" of "first_fit.batch".
+std::string PieceFileName(const std::string& batchFile, const Share& share);
 
 }  // namespace merlane

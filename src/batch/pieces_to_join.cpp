@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "base/runtime_failure.h"
-#include "batch/headless_host.h"
+#include "batch/folders.h"
 #include "control/version.h"
 #include "platform/digest.h"
 #include "platform/files.h"

@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -19,6 +17,7 @@
 #include "batch/stopped.h"
 #include "control/version.h"
 #include "platform/files.h"
+#include "platform/passing_folder.h"
 #include "program/program.h"
 
 namespace merlane {
@@ -38,24 +37,6 @@ void MakeFolder(const std::string& folder) {
   if (!fs::is_directory(folder, unknown))
     throw RuntimeFailure(fmt::format("cannot make the folder {}: {}", folder, error.message()));
 }
-
-/// A folder that goes with all that is in it.
-class PassingFolder {
- public:
-  PassingFolder() : path_((fs::temp_directory_path() / "merlane-piece-XXXXXX").string()) {
-    if (::mkdtemp(path_.data()) == nullptr) throw RuntimeFailure("cannot make a temporary folder");
-  }
-  ~PassingFolder() {
-    std::error_code left;
-    fs::remove_all(path_, left);
-  }
-  PassingFolder(const PassingFolder&) = delete;
-  PassingFolder& operator=(const PassingFolder&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 std::string Export(Program& program, const std::string& what) {
   if (what == "parameters") return ParametersCsv(program.state.algorithm);
@@ -186,21 +167,6 @@ class Batch {
 };
 
 }  // namespace
-
-std::optional<Share> ShareOf(std::string_view text) {
-  Share share;
-  const char* const end = text.data() + text.size();
-  const auto number = std::from_chars(text.data(), end, share.number);
-  if (number.ec != std::errc() || number.ptr == end || *number.ptr != '/') return std::nullopt;
-  const auto of = std::from_chars(number.ptr + 1, end, share.of);
-  if (of.ec != std::errc() || of.ptr != end) return std::nullopt;
-  if (share.number < 1 || share.number > share.of || share.of > MostPieces) return std::nullopt;
-  return share;
-}
-
-std::string PieceFileName(const std::string& batchFile, const Share& share) {
-  return fmt::format("{}.{}-of-{}.piece", fs::path(batchFile).stem().string(), share.number, share.of);
-}
 
 int RunBatch(const BatchOptions& options, std::ostream& out, std::ostream& errors) {
   std::unique_ptr<Transcript> transcript;

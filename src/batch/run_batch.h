@@ -3,7 +3,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/shared_work.h"
@@ -29,11 +28,5 @@ struct BatchOptions {
 /// give the files, the transcript and the status of the run that is not shared. When they do not make a run, all that
 /// is wrong with them is told and nothing is done: 1.
 int RunBatch(const BatchOptions& options, std::ostream& out, std::ostream& errors);
-
-/// A share as it is written, "3/100"; none when it is not.
-std::optional<Share> ShareOf(std::string_view text);
-
-/// The name of the file of a piece: "first_fit.3-of-100.piece" of "first_fit.batch".
-std::string PieceFileName(const std::string& batchFile, const Share& share);
 
 }  // namespace merlane
