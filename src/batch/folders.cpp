@@ -28,10 +28,22 @@ std::string Folders::ToWrite(const std::string& path) const {
   return written;
 }
 
+namespace {
+
+/// Without links on the way, as far as it is there: one file, one path.
+std::filesystem::path Canonical(const std::string& path) {
+  const std::filesystem::path whole = std::filesystem::absolute(path);
+  std::error_code failed;
+  const std::filesystem::path canonical = std::filesystem::weakly_canonical(whole, failed);
+  return failed ? whole.lexically_normal() : canonical;
+}
+
+}  // namespace
+
 /// What is written to the folder for that stands in the one aside under the same name, all else in folders below it.
 std::string Folders::Aside(const std::string& path) const {
   namespace fs = std::filesystem;
-  const fs::path whole = fs::absolute(path).lexically_normal(), folder = fs::absolute(writing).lexically_normal();
+  const fs::path whole = Canonical(path), folder = Canonical(writing);
   const fs::path inside = whole.lexically_relative(folder);
   const bool isInside = !inside.empty() && *inside.begin() != "..";
   return (fs::path(aside) / (isInside ? inside : "elsewhere" / whole.relative_path())).string();

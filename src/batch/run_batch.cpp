@@ -156,7 +156,7 @@ class Batch {
     const int exitStatus = Play({FolderOf(file_), options_.out}, &shared);
     for (const SharedWork::Tally& tally : shared.Tallies())
       if (tally.missed > 0)
-        problems.push_back(fmt::format("{}: {} parts stood in the pieces, {} did not and were calculated now",
+        problems.push_back(fmt::format("{}: {} parts came from the pieces, {} did not and had to be calculated",
                                        tally.name, tally.taken, tally.missed));
     return exitStatus;
   }

@@ -37,9 +37,12 @@ class RecordedFit {
   /// Gives the outcome of the next call; false when it is to be calculated. A call that is not the recorded one ends
   /// the following.
   bool Answer(ModelCall& call);
+  /// True as long as no call was another one than the recorded.
+  bool Fitted() const { return fitted_; }
 
  private:
   bool Leave() {
+    fitted_ = false;
     next_ = words_.size();
     return false;
   }
@@ -47,6 +50,7 @@ class RecordedFit {
   const Words& words_;
   const std::function<void(long)> turns_;
   std::size_t next_ = 1;
+  bool fitted_ = true;
 };
 
 }  // namespace merlane

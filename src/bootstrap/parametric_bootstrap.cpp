@@ -17,6 +17,7 @@
 #include "bootstrap/remaining_time.h"
 #include "bootstrap/saved_model.h"
 #include "control/fuses.h"
+#include "data/data_digest.h"
 #include "platform/clock.h"
 #include "platform/digest.h"
 #include "platform/files.h"
@@ -253,7 +254,7 @@ void ParametricBootstrap::BeginShared(const BootstrapOptions& options, double de
   const AlgorithmData& a = state_.algorithm;
   const RandomStreams& random = desk_.host.random;
   Digest basis;
-  basis.Add("bootstrap").Add(random.Seed()).Add(random.StreamNumber());
+  basis.Add("bootstrap").Add(DigestOf(model_.data)).Add(random.Seed()).Add(random.StreamNumber());
   basis.Add(static_cast<std::uint64_t>(options.minimiser))
       .Add(a.Tolerance)
       .Add(deviance)
@@ -276,10 +277,14 @@ void ParametricBootstrap::DoShare(const BootstrapOptions& options, BootstrapResu
 }
 
 void ParametricBootstrap::Follow(int attempt, const std::string& dataText) {
-  const Words* const words = desk_.host.shared != nullptr ? desk_.host.shared->Take(attempt) : nullptr;
+  recorded_.reset();
+  const Words* const words = desk_.host.shared != nullptr ? desk_.host.shared->Find(attempt) : nullptr;
   if (words != nullptr) {
     recorded_.emplace(*words, [this](long turns) { desk_.Turns(turns); });
-    if (recorded_->IsTo(dataText)) objective_.known = [this](ModelCall& call) { return recorded_->Answer(call); };
+    if (recorded_->IsTo(dataText))
+      objective_.known = [this](ModelCall& call) { return recorded_->Answer(call); };
+    else
+      recorded_.reset();
   } else if (ahead_) {
     ahead_->Follow(attempt, dataText);
     objective_.known = [this](ModelCall& call) { return ahead_->Answer(call); };
@@ -289,6 +294,7 @@ void ParametricBootstrap::Follow(int attempt, const std::string& dataText) {
 void ParametricBootstrap::Leave() {
   objective_.known = nullptr;
   if (ahead_) ahead_->Leave();
+  if (desk_.host.shared != nullptr) desk_.host.shared->Count(recorded_ && recorded_->Fitted());
 }
 
 std::string ParametricBootstrap::Simulate() {

@@ -65,7 +65,10 @@ class Objective {
   /// From here on the model writes down what it computes at each call, for another run to look it up; null: no more.
   std::function<void(Words*)> note = [](Words*) {};
   /// From here on it looks there before it computes; null: no more. Nothing depends on it but the time that it takes.
-  std::function<void(const Words*)> lookUp = [](const Words*) {};
+  /// Says whether it has found all that it computes where it looked until then.
+  std::function<bool(const Words*)> lookUp = [](const Words*) { return false; };
+  /// A digest of all that the model computes from besides the vector.
+  std::function<std::uint64_t()> dataDigest = [] { return std::uint64_t{0}; };
   /// Answers a call whose outcome is known without the model, and says whether it did; nobody knows one by default.
   std::function<bool(ModelCall&)> known;
 

@@ -47,9 +47,9 @@ bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, Likelih
   if (!sum) {
     const std::optional<double>* known = ahead_ ? ahead_->Find(Value, {setting.BootstrapMode, NF == 1}) : nullptr;
     sum = known != nullptr ? *known : pass.Sum(p, setting.BootstrapMode, NF == 1);
+    if (!sum) return false;
+    if (noted_) noted_->Note(Value, setting.BootstrapMode, NF == 1, *sum);
   }
-  if (!sum) return false;
-  if (noted_) noted_->Note(Value, setting.BootstrapMode, NF == 1, *sum);
   // Beyond the survival tables, which are preset, other visits may have entries if other ages were judged between.
   if (NF == 1 && state.filledBetween != ages) FillTables(state);
   if (NF == 1) {

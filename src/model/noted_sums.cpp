@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cmath>
+#include <utility>
 
 #include "platform/digest.h"
 
@@ -30,9 +31,11 @@ void NotedSums::NoteIn(Words* notes) {
   if (notes != nullptr) *notes = {data_};
 }
 
-void NotedSums::LookIn(const Words* notes) {
+bool NotedSums::LookIn(const Words* notes) {
+  const bool allFound = std::exchange(allFound_, notes != nullptr);
   notes_ = notes != nullptr && !notes->empty() && notes->front() == data_ ? notes : nullptr;
   next_ = 1;
+  return allFound;
 }
 
 std::optional<double> NotedSums::Find(const Array1<double>& Value, bool BootstrapMode, bool testSums) {
@@ -44,6 +47,7 @@ std::optional<double> NotedSums::Find(const Array1<double>& Value, bool Bootstra
 }
 
 void NotedSums::Note(const Array1<double>& Value, bool BootstrapMode, bool testSums, double sum) {
+  allFound_ = false;
   if (noting_ == nullptr) return;
   noting_->insert(noting_->end(), {DigestOf(Value, BootstrapMode, testSums), std::bit_cast<std::uint64_t>(sum)});
 }

@@ -16,10 +16,14 @@ class NotedSums {
  public:
   explicit NotedSums(const BroodData& data);
 
+  /// Of the data that the sums are of.
+  std::uint64_t DataDigest() const { return data_; }
+
   /// From here on sums are noted there; null: no more.
   void NoteIn(Words* notes);
   /// From here on sums are looked for there; null: no more. Notes of other data, or words that are no notes, give none.
-  void LookIn(const Words* notes);
+  /// True when there was a place to look until now, and no sum had to be computed.
+  bool LookIn(const Words* notes);
 
   /// The sum of an evaluation, when it is the one noted next or stands behind such as need no sum any more.
   std::optional<double> Find(const Array1<double>& Value, bool BootstrapMode, bool testSums);
@@ -30,6 +34,7 @@ class NotedSums {
   Words* noting_ = nullptr;
   const Words* notes_ = nullptr;
   std::size_t next_ = 1;
+  bool allFound_ = false;
 };
 
 }  // namespace merlane

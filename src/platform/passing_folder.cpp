@@ -14,7 +14,8 @@ namespace merlane {
 PassingFolder::PassingFolder() {
   std::error_code none;
   const std::filesystem::path place = std::filesystem::temp_directory_path(none);
-  path_ = ((none ? "/tmp" : place) / "merlane-XXXXXX").string();
+  if (none) throw RuntimeFailure("there is no folder for temporary files: set TMPDIR to one that can be written");
+  path_ = (place / "merlane-XXXXXX").string();
   if (::mkdtemp(path_.data()) == nullptr)
     throw RuntimeFailure(fmt::format("cannot make a folder {}: {}", path_, std::strerror(errno)));
 }

@@ -4,7 +4,7 @@
 
 namespace merlane {
 
-/// A new folder in the system's place for what does not last, which goes with all that is in it.
+/// A new folder in the system's folder for temporary files, which goes with all that is in it.
 class PassingFolder {
  public:
   /// RuntimeFailure, with the reason, when none can be made.

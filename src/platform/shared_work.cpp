@@ -15,14 +15,16 @@ SharedWork::SharedWork(std::vector<DoneWork> done) {
 
 void SharedWork::Begin(const std::string& name, std::uint64_t basis, bool repeats) {
   onBegin(name, repeats);
-  if (share_ && repeats) works_[basis] = {name, basis, {}};
+  if (share_ && repeats) works_.try_emplace(basis, DoneWork{name, basis, {}});
   const auto known = works_.find(basis);
   present_ = known == works_.end() ? nullptr : &known->second;
   tallies_.push_back({.name = name});
 }
 
 void SharedWork::Keep(std::int64_t part, Words words) {
-  if (present_ != nullptr) present_->parts.insert_or_assign(part, std::move(words));
+  if (present_ == nullptr) return;
+  Words& kept = present_->parts[part];
+  if (kept.size() <= words.size()) kept = std::move(words);
 }
 
 const Words* SharedWork::Find(std::int64_t part) const {
@@ -31,10 +33,8 @@ const Words* SharedWork::Find(std::int64_t part) const {
   return known == present_->parts.end() ? nullptr : &known->second;
 }
 
-const Words* SharedWork::Take(std::int64_t part) {
-  const Words* const known = Find(part);
-  if (!tallies_.empty()) ++(known != nullptr ? tallies_.back().taken : tallies_.back().missed);
-  return known;
+void SharedWork::Count(bool taken) {
+  if (!tallies_.empty()) ++(taken ? tallies_.back().taken : tallies_.back().missed);
 }
 
 std::vector<DoneWork> SharedWork::Done() const {

@@ -39,17 +39,18 @@ class SharedWork {
   const std::optional<Share>& Mine() const { return share_; }
 
   /// A work begins to which all below belongs. One that does not come out the same when it `repeats` is not shared:
-  /// nothing of it is kept.
+  /// nothing of it is kept. What works of the same basis do belongs together: their parts are the same.
   void Begin(const std::string& name, std::uint64_t basis, bool repeats = true);
 
-  /// Keeps what a part of the share has come to.
+  /// Keeps what a part of the share has come to; of what a part has come to twice, that which was not broken off.
   void Keep(std::int64_t part, Words words);
 
-  /// What a part has come to; null when that is not known. Take is for who needs it now: it is counted.
+  /// What a part has come to; null when that is not known.
   const Words* Find(std::int64_t part) const;
-  const Words* Take(std::int64_t part);
+  /// Counts a part that is done now: whether all of it came from another run, or it had to be calculated.
+  void Count(bool taken);
 
-  /// How many parts of a work were taken, and how many were not there to be taken.
+  /// How many parts of a work were taken from other runs, and how many were not and had to be calculated.
   struct Tally {
     std::string name;
     std::int64_t taken = 0, missed = 0;

@@ -56,7 +56,8 @@ Program::Program(const Host& host)
     model.EvaluateAhead(vectors, NF);
   };
   objective.note = [this](Words* notes) { model.Noted().NoteIn(notes); };
-  objective.lookUp = [this](const Words* notes) { model.Noted().LookIn(notes); };
+  objective.lookUp = [this](const Words* notes) { return model.Noted().LookIn(notes); };
+  objective.dataDigest = [this] { return model.Noted().DataDigest(); };
   objective.priorTerm = [this](const Array1<double>& vector) {
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };

@@ -13,6 +13,7 @@
 #include "base/elementary.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
+#include "data/data_digest.h"
 #include "model/kept_predictions.h"
 #include "model/pick_table.h"
 #include "model/simulator.h"
@@ -216,25 +217,33 @@ std::pair<int, int> RangeOf(int count, const SharedWork* shared) {
   return {upTo(number - 1) + 1, upTo(number)};
 }
 
-void BeginShared(const BroodData& data, const GoodnessOfFit& observed, int count, const RandomStreams& random,
-                 SharedWork& shared) {
+void BeginShared(const BroodData& data, const BestTables& best, const GoodnessOfFit& observed, int count,
+                 const RandomStreams& random, SharedWork& shared) {
   Digest basis;
   basis.Add("randomisations").Add(random.Seed()).Add(random.StreamNumber());
-  basis.Add(observed.pearson.observed).Add(observed.deviance.observed).AddAll(data.VisitCount).AddAll(data.VisitAge);
+  basis.Add(DigestOf(data)).AddAll(best.survival.EVisit);
+  basis.Add(observed.pearson.observed).Add(observed.deviance.observed);
   shared.Begin(fmt::format("the {} randomizations of a goodness-of-fit test", count), basis.Value(), random.Repeats());
 }
 
 std::uint64_t AsWord(double x) { return std::bit_cast<std::uint64_t>(x); }
 
-/// False when they are not known from another run.
-bool TakeSums(SharedWork& shared, int randomisation, double& SumPearson, double& SumDeviance) {
-  const Words* const sums = shared.Take(randomisation);
-  if (sums == nullptr || sums->size() != 2) return false;
-  const auto Pearson = std::bit_cast<double>((*sums)[0]), Deviance = std::bit_cast<double>((*sums)[1]);
-  if (!std::isfinite(Pearson) || !std::isfinite(Deviance)) return false;
-  SumPearson = Pearson;
-  SumDeviance = Deviance;
-  return true;
+struct Sums {
+  double Pearson, Deviance;
+};
+
+/// What a randomisation has come to in another run; none when that is not known.
+std::optional<Sums> KnownSums(const SharedWork* shared, int randomisation) {
+  const auto* const words = shared != nullptr ? shared->Find(randomisation) : nullptr;
+  if (words == nullptr || words->size() != 2) return std::nullopt;
+  const Sums sums{std::bit_cast<double>((*words)[0]), std::bit_cast<double>((*words)[1])};
+  return std::isfinite(sums.Pearson) && std::isfinite(sums.Deviance) ? std::optional(sums) : std::nullopt;
+}
+
+/// The last of the randomisations from r on before one that is known: so far, and no farther, may numbers be drawn.
+int StretchToRun(const SharedWork* shared, int r, int last) {
+  while (r < last && !KnownSums(shared, r + 1)) ++r;
+  return r;
 }
 
 /// How the lines of a statistic name it.
@@ -287,23 +296,32 @@ std::optional<GoodnessOfFit> RandomisedGoodnessOfFit(const BroodData& data, Best
                                                      Workers* workers, SharedWork* shared) {
   GoodnessOfFit fit;
   Observe(data, best, watch, fit);
-  if (shared != nullptr) BeginShared(data, fit, RandomisationCount, random, *shared);
+  if (shared != nullptr) BeginShared(data, best, fit, RandomisationCount, random, *shared);
   random.BeginNext();
   Randomisations randomisations(data, best, workers);
   const auto [first, last] = RangeOf(RandomisationCount, shared);
   randomisations.LeaveOut(first - 1, random);
+  int toRun = first - 1;  // up to this one none is known
   for (int r = first; r <= last; ++r) {
     watch.progress(
         fmt::format("Pearson-deviates & Deviance: Performing randomization # {} of {}", r, RandomisationCount));
     double& SumPearson = fit.pearson.simulated.emplace_back(0);
     double& SumDeviance = fit.deviance.simulated.emplace_back(0);
-    const bool known =
-        shared != nullptr && randomisations.AreSumsAll() && TakeSums(*shared, r, SumPearson, SumDeviance);
-    const bool finished = known ? randomisations.PassOver(random, watch)
-                                : randomisations.Run(last - r + 1, random, watch, SumPearson, SumDeviance);
+    const std::optional<Sums> known = KnownSums(shared, r);
+    const bool taken = known && randomisations.AreSumsAll();
+    if (taken) {
+      SumPearson = known->Pearson;
+      SumDeviance = known->Deviance;
+    } else if (r > toRun) {
+      toRun = StretchToRun(shared, r, last);
+    }
+    const bool finished = taken ? randomisations.PassOver(random, watch)
+                                : randomisations.Run(toRun - r + 1, random, watch, SumPearson, SumDeviance);
     watch.progress("");
     if (!finished) return std::nullopt;
-    if (shared != nullptr && shared->Mine()) shared->Keep(r, {AsWord(SumPearson), AsWord(SumDeviance)});
+    if (shared == nullptr) continue;
+    if (shared->Mine()) shared->Keep(r, {AsWord(SumPearson), AsWord(SumDeviance)});
+    if (taken || !known) shared->Count(taken);  // not one that is run for what it tells on the way
   }
   Summarise(fit.pearson);
   Summarise(fit.deviance);

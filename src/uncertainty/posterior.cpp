@@ -126,7 +126,10 @@ class PosteriorRun {
 
   void BeginShared() {
     Digest basis;
-    basis.Add("posterior").Add(std::uint64_t(options_.ProfilePoints)).Add(std::uint64_t(options_.GridPoints));
+    basis.Add("posterior")
+        .Add(objective_.dataDigest())
+        .Add(std::uint64_t(options_.ProfilePoints))
+        .Add(std::uint64_t(options_.GridPoints));
     basis.Add(std::uint64_t(pinned_.ProfileParameter)).Add(pinned_.H).AddAll(Value_).AddAll(state_.algorithm.Step);
     for (const std::string& fuse : state_.algorithm.Fuse) basis.Add(fuse);
     shared_->Begin(fmt::format("the {:.0f} nodes of the posterior of parameter {}", calls_, pinned_.ProfileParameter),
@@ -142,13 +145,14 @@ class PosteriorRun {
     Words notes;
     const AtEnd forget([this] {
       objective_.note(nullptr);
-      objective_.lookUp(nullptr);
+      const bool taken = objective_.lookUp(nullptr);
+      if (!DoesShare()) shared_->Count(taken);
     });
     if (const auto& mine = shared_->Mine()) {
       if (row_ % mine->of != mine->number - 1) return true;
       objective_.note(&notes);
     } else {
-      const Words* const known = shared_->Take(row_);
+      const Words* const known = shared_->Find(row_);
       rowIsKnown_ = known != nullptr;
       objective_.lookUp(known);
     }

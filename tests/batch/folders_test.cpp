@@ -44,6 +44,17 @@ TEST_F(FoldersAsideTest, WhatIsWrittenGoesAsideAndIsReadFromThere) {
   EXPECT_EQ(folders.OfProgram(), aside.Path());
 }
 
+TEST_F(FoldersAsideTest, AFileIsFoundByWhicheverLinkItIsNamed) {
+  std::filesystem::create_directory_symlink(root + "/data", root + "/link");
+  const Folders linked{root + "/data", root + "/link", aside.Path()};
+  WriteFile(root + "/data/a.alg", "old");
+  WriteFile(linked.ToWrite("a.alg"), "new");
+  WriteFile(linked.ToWrite(root + "/data/b.alg"), "new");
+  EXPECT_EQ(ReadFile(linked.ToRead("a.alg")), "new");
+  EXPECT_EQ(ReadFile(linked.ToRead("../link/b.alg")), "new");
+  EXPECT_EQ(ReadFile(root + "/data/a.alg"), "old");
+}
+
 TEST_F(FoldersAsideTest, AFolderThatIsNotThereIsNotThereAside) {
   EXPECT_FALSE(std::filesystem::exists(std::filesystem::path(folders.ToWrite("none/a.csv")).parent_path()));
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <bit>
+#include <cstdlib>
+#include <optional>
 #include <set>
 
 #include "batch/golden_batch.h"
@@ -193,6 +195,28 @@ TEST_F(Pieces, EachOfSeveralCommandsIsShared) {
             "");
 }
 
+TEST_F(Pieces, AShorterBootstrapOfTheSameSeedLeavesTheLongerOneItsParts) {
+  EXPECT_EQ(ExpectTheSame(Fitted + Summary(9) + "seed 1\n" + Bootstrap(7, By::Simplex, "long") + "seed 1\n" +
+                              Bootstrap(3, By::Simplex, "short") + Closed,
+                          3),
+            "");
+}
+
+TEST_F(Pieces, OnePosteriorOfTwoDataFilesIsTwoWorks) {
+  const std::string data = ReadFile(folder / "few_broods.dat");
+  WriteFile(folder / "fewer_broods.dat", data.substr(0, data.find("1995,  C00005")));
+  const auto posteriorOf = [](const std::string& name, const std::string& answer) {
+    return "press frmMenu.cmdInitialize\n" + answer + "press frmInitialize.cmdLoadData\nfile " + name +
+           ".dat\npress frmInitialize.cmdDone\npress frmMenu.cmdLoadAlg\nreply yes\nfile juveniles_only.alg\n" +
+           "press frmMenu.cmdOneFunction\nclose frmOneFunction\n" + Posterior(5, 7) +
+           "reply no at \"Bivariate plot\"\nsave-text frmBayesian.rtbBayesian " + name + ".txt\n";
+  };
+  EXPECT_EQ(ExpectTheSame("clock 2024-06-01 10:30:00\n" + posteriorOf("few_broods", "") +
+                              posteriorOf("fewer_broods", "reply no at \"Initialize\"\n"),
+                          3),
+            "");
+}
+
 /// The golden cases with overdispersion, covariates, priors and censoring.
 TEST_F(Pieces, SoAreModelsOfEachKind) {
   for (const char* name : {"beta_binomial", "priors", "covariates_original", "clutch_age_unknown", "fuses"}) {
@@ -270,6 +294,29 @@ TEST_F(Pieces, WhatIsReadAndWrittenOnTheWayIsReadInAPieceAsInTheWhole) {
   const Result piece = Piece(file, 1, 1);
   EXPECT_EQ(piece.status, 0) << piece.errors;
   EXPECT_EQ(piece.errors, "");
+}
+
+TEST_F(Pieces, AFolderForTheFilesThatIsALinkIsTheFolderThatItLeadsTo) {
+  fs::create_directory_symlink(folder, folder / "pieces");
+  const std::string file =
+      BatchFile(Fitted + "press frmMenu.cmdLoadAlg\nreply yes\nfile fitted.alg\n" + Summary(5) + Closed);
+  const Result piece = Piece(file, 1, 1);
+  EXPECT_EQ(piece.status, 0);
+  EXPECT_EQ(piece.errors, "");
+  EXPECT_THAT(piece.transcript, EndsWith("end: piece\n"));
+}
+
+TEST_F(Pieces, APieceWithoutAFolderForTemporaryFilesSaysSo) {
+  const std::string file = BatchFile(Fitted + Summary(5) + Closed);
+  const char* const before = std::getenv("TMPDIR");
+  const std::optional<std::string> kept = before != nullptr ? std::optional<std::string>(before) : std::nullopt;
+  ::setenv("TMPDIR", "/nonexistent", 1);
+  const Result piece = Piece(file, 1, 2);
+  kept ? ::setenv("TMPDIR", kept->c_str(), 1) : ::unsetenv("TMPDIR");
+  EXPECT_EQ(piece.status, status::FileAtFault);
+  EXPECT_EQ(piece.transcript, "end: stopped\n");
+  EXPECT_EQ(piece.errors,
+            "merlane-batch: there is no folder for temporary files: set TMPDIR to one that can be written\n");
 }
 
 TEST_F(Pieces, ALogAndExportsComeWithTheJoin) {
@@ -452,8 +499,51 @@ TEST_F(JoinedPieces, NumbersThatDoNotFitAreCalculatedAnew) {
   const Result joined = Join(paths);
   EXPECT_TRUE(joined == whole);
   EXPECT_EQ(joined.errors,
-            "merlane-batch: the bootstrap of 6 replicates: 4 parts stood in the pieces, 2 did not and were calculated "
-            "now\n");
+            "merlane-batch: the bootstrap of 6 replicates: 0 parts came from the pieces, 6 did not and had to be "
+            "calculated\n");
+}
+
+class PartsLost : public Pieces {
+ protected:
+  /// Holds that the run comes out the same when its one piece has lost this of each work; returns what the join tells.
+  std::string JoinWithout(const std::string& text, const std::function<void(DoneWork&)>& lose) const {
+    const std::string file = BatchFile(text);
+    const Result whole = Whole(file);
+    const std::vector<std::string> paths = AllPieces(file, 1);
+    merlane::Piece piece = ReadPiece(ReadFile(paths[0]));
+    for (DoneWork& work : piece.works) lose(work);
+    WriteFile(paths[0], PieceText(piece));
+    const Result joined = Join(paths);
+    EXPECT_TRUE(joined == whole);
+    return joined.errors;
+  }
+};
+
+/// The first is run in any case, for what it prepares.
+TEST_F(PartsLost, RandomisationsBehindALostOneStillComeFromThePiece) {
+  const std::string text = Fitted + Summary(20) + Closed;
+  const auto told = [](const std::string& counts) {
+    return "merlane-batch: the 20 randomizations of a goodness-of-fit test: " + counts +
+           " did not and had to be calculated\n";
+  };
+  EXPECT_EQ(JoinWithout(text, [](DoneWork& work) { work.parts.erase(7); }), told("18 parts came from the pieces, 1"));
+  EXPECT_EQ(JoinWithout(text,
+                        [](DoneWork& work) {
+                          for (const int part : {1, 2, 3, 11, 12, 13, 14, 15, 20}) work.parts.erase(part);
+                        }),
+            told("11 parts came from the pieces, 9"));
+  EXPECT_EQ(JoinWithout(text, [](DoneWork& work) { work.parts.clear(); }), told("0 parts came from the pieces, 20"));
+}
+
+TEST_F(PartsLost, RowsOfAPosteriorAreCountedByWhatCameOfThem) {
+  EXPECT_EQ(JoinWithout(Fitted + Posterior(5, 5) + "reply no at \"Bivariate plot\"\n",
+                        [](DoneWork& work) {
+                          work.parts.erase(0);
+                          work.parts.at(1).resize(5);
+                          work.parts.at(3).at(1) = 1;
+                        }),
+            "merlane-batch: the 25 nodes of the posterior of parameter 17: 2 parts came from the pieces, 3 did not and "
+            "had to be calculated\n");
 }
 
 /// Whoever changes a number in a piece finds it in the whole: the join did not calculate it once more.

@@ -56,6 +56,7 @@ TEST_F(FitRecordTest, GivesEachOutcomeWithItsTurns) {
   EXPECT_EQ(turns, 7);
   EXPECT_EQ(Ask(fit, 2, {1, 2, 4}).F, 20);
   EXPECT_EQ(turns, 15);
+  EXPECT_TRUE(fit.Fitted());
   EXPECT_FALSE(Ask(fit, 3, {1, 2, 5}).known) << "the record is at its end";
 }
 
@@ -87,6 +88,7 @@ TEST_F(FitRecordTest, ACallOfAnotherVectorOrNumberEndsTheFollowing) {
        {std::pair(1, Array1<double>{1, 2, 3.0000000000000004}), {2, Array1<double>{1, 2, 3}}}) {
     RecordedFit fit = Follow();
     EXPECT_FALSE(Ask(fit, NF, vector).known);
+    EXPECT_FALSE(fit.Fitted());
     EXPECT_FALSE(Ask(fit, 1, {1, 2, 3}).known);
   }
 }

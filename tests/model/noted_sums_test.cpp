@@ -37,6 +37,17 @@ TEST_F(NotedSumsTest, AreFoundInTheirOrder) {
   EXPECT_EQ(sums.Find(second, false, true), std::nullopt);
 }
 
+TEST_F(NotedSumsTest, TellWhetherAllWereFound) {
+  NotedSums sums(data);
+  EXPECT_FALSE(sums.LookIn(&notes)) << "nobody has looked";
+  sums.Find(first, false, true);
+  sums.Find(second, false, true);
+  EXPECT_TRUE(sums.LookIn(&notes));
+  sums.Note(first, false, true, 10);  // which was computed
+  EXPECT_FALSE(sums.LookIn(nullptr));
+  EXPECT_FALSE(sums.LookIn(nullptr));
+}
+
 TEST_F(NotedSumsTest, AreNotThoseOfAnotherModeVectorOrData) {
   NotedSums sums(data);
   sums.LookIn(&notes);

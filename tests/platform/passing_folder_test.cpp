@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -21,6 +22,16 @@ TEST(PassingFolderTest, GoesWithAllThatIsInIt) {
     EXPECT_TRUE(std::filesystem::exists(path + "/below/file"));
   }
   EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST(PassingFolderTest, APlaceForItThatIsNotThereIsToldInWords) {
+  const char* const before = std::getenv("TMPDIR");
+  const std::string kept = before != nullptr ? before : "";
+  for (const char* place : {"/nonexistent", "/proc"}) {
+    ::setenv("TMPDIR", place, 1);
+    EXPECT_THROW(PassingFolder(), RuntimeFailure) << place;
+  }
+  before != nullptr ? ::setenv("TMPDIR", kept.c_str(), 1) : ::unsetenv("TMPDIR");
 }
 
 }  // namespace

@@ -41,10 +41,33 @@ TEST(SharedWorkTest, PartsOfTheSameBasisComeTogetherAndThoseOfAnotherAreNotFound
   EXPECT_EQ(work.Find(1), nullptr) << "no work has begun";
   work.Begin("a", 10, true);
   EXPECT_THAT(*work.Find(1), ElementsAre(11));
-  EXPECT_THAT(*work.Take(2), ElementsAre(12));
-  EXPECT_EQ(work.Take(3), nullptr);
+  EXPECT_THAT(*work.Find(2), ElementsAre(12));
+  EXPECT_EQ(work.Find(3), nullptr);
   work.Begin("c", 30, true);
-  EXPECT_EQ(work.Take(1), nullptr);
+  EXPECT_EQ(work.Find(1), nullptr);
+}
+
+TEST(SharedWorkTest, WorksOfTheSameBasisKeepThePartsOfBoth) {
+  SharedWork work(Share{1, 1});
+  work.Begin("the long one", 10);
+  work.Keep(1, {1, 2});
+  work.Keep(2, {3});
+  work.Begin("the short one", 10);
+  work.Keep(1, {1});  // which was broken off
+  work.Keep(3, {4});
+  const std::vector<DoneWork> done = work.Done();
+  ASSERT_THAT(done, SizeIs(1));
+  EXPECT_EQ(done[0].name, "the long one");
+  EXPECT_EQ(done[0].parts, (std::map<std::int64_t, Words>{{1, {1, 2}}, {2, {3}}, {3, {4}}}));
+}
+
+TEST(SharedWorkTest, PartsAreCountedByWhatBecameOfThem) {
+  SharedWork work({{"a", 10, {{1, {11}}}}});
+  work.Begin("a", 10, true);
+  work.Find(1);
+  work.Count(true);
+  work.Count(false);
+  work.Begin("c", 30, true);
   ASSERT_THAT(work.Tallies(), SizeIs(2));
   EXPECT_EQ(work.Tallies()[0].taken, 1);
   EXPECT_EQ(work.Tallies()[0].missed, 1);
