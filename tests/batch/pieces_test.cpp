@@ -498,9 +498,12 @@ TEST_F(JoinedPieces, NumbersThatDoNotFitAreCalculatedAnew) {
   });
   const Result joined = Join(paths);
   EXPECT_TRUE(joined == whole);
-  EXPECT_EQ(joined.errors,
-            "merlane-batch: the bootstrap of 6 replicates: 0 parts came from the pieces, 6 did not and had to be "
-            "calculated\n");
+  EXPECT_EQ(
+      joined.errors,
+      "merlane-batch: the 3 randomizations of a goodness-of-fit test: 0 parts came from the pieces, 3 did not and had "
+      "to be calculated\n"
+      "merlane-batch: the bootstrap of 6 replicates: 0 parts came from the pieces, 6 did not and had to be "
+      "calculated\n");
 }
 
 class PartsLost : public Pieces {
