@@ -93,7 +93,7 @@ void Actions::Perform(const BatchLine& line) {
     case Verb::SavePlot:
       return SavePlot(line);
     case Verb::Export:
-      return Write(line, [&] { return exporter_(line.target); });
+      return Export(line);
     case Verb::Reply:
     case Verb::Enter:
     case Verb::File:
@@ -171,6 +171,14 @@ void Actions::SavePlot(const BatchLine& line) {
     if (const auto* canvas = dynamic_cast<const Canvas*>(control); canvas != nullptr && canvas->visible)
       return Write(line, [&] { return Svg(canvas->drawing); });
   Fault(line, line.target + " shows no drawing");
+}
+
+void Actions::Export(const BatchLine& line) {
+  Write(line, [&] {
+    Exported exported = exporter_(line.target);
+    if (!exported.note.empty()) host_.GetTranscript().Note(exported.note);
+    return std::move(exported.bytes);
+  });
 }
 
 void Actions::Write(const BatchLine& line, const std::function<std::string()>& bytes) {

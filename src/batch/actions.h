@@ -9,8 +9,12 @@
 
 namespace merlane {
 
-/// What `export` writes: the bytes for "parameters", "visits" or "fit".
-using Exporter = std::function<std::string(const std::string& what)>;
+/// What `export` writes, and what is to be told of it; empty when it is of the present run.
+struct Exported {
+  std::string bytes, note;
+};
+/// Exports "parameters", "visits" or "fit".
+using Exporter = std::function<Exported(const std::string& what)>;
 
 /// Does what the lines of a batch file say to the forms of a desk. A control that is not there, not visible or not
 /// enabled ends the run with a message that says which it is.
@@ -31,6 +35,7 @@ class Actions {
   void Arm(const BatchLine& line);
   void SaveText(const BatchLine& line);
   void SavePlot(const BatchLine& line);
+  void Export(const BatchLine& line);
   void Write(const BatchLine& line, const std::function<std::string()>& bytes);
 
   /// The form of that name, or the control that the line names; ends the run when there is none.

@@ -72,7 +72,7 @@ std::string VisitsCsv(const BroodData& data, const BestTables& best) {
   return csv;
 }
 
-std::string FitJson(const Fit& fit) {
+std::string FitJson(const Fit& fit, const std::string& changes) {
   JsonMembers members{{"objective", JsonOf(fit.objective)},
                       {"penalty", JsonOf(fit.penalty)},
                       {"prior", JsonOf(fit.prior)},
@@ -83,6 +83,7 @@ std::string FitJson(const Fit& fit) {
                       {"brood_intervals", JsonOf(fit.broodIntervals)},
                       {"free_parameters", JsonOf(fit.freeParameters)}};
   if (fit.ofOneCall) members.emplace_back("objective_of_one_call", JsonOf(*fit.ofOneCall));
+  if (!changes.empty()) members.emplace_back("changed_since", JsonOf(changes));
   const auto& minimisation = fit.minimisation;
   const auto add = [&](const char* name, auto figure) {
     members.emplace_back(name, minimisation ? JsonOf((*minimisation).*figure) : JsonNull);

@@ -16,7 +16,8 @@ std::string ParametersCsv(const AlgorithmData& algorithm);
 /// value is an empty field.
 std::string VisitsCsv(const BroodData& data, const BestTables& best);
 
-/// JSON, one object. Without a minimisation its figures are null.
-std::string FitJson(const Fit& fit);
+/// JSON, one object. Without a minimisation its figures are null. `changes` are those of the run since the fit, in
+/// words; where there are any they stand there, too.
+std::string FitJson(const Fit& fit, const std::string& changes = "");
 
 }  // namespace merlane

@@ -11,6 +11,7 @@
 #include "base/failure_text.h"
 #include "base/runtime_failure.h"
 #include "batch/batch_run.h"
+#include "batch/export_notes.h"
 #include "batch/exports.h"
 #include "batch/piece_file.h"
 #include "batch/pieces_to_join.h"
@@ -38,10 +39,13 @@ void MakeFolder(const std::string& folder) {
     throw RuntimeFailure(fmt::format("cannot make the folder {}: {}", folder, error.message()));
 }
 
-std::string Export(Program& program, const std::string& what) {
-  if (what == "parameters") return ParametersCsv(program.state.algorithm);
-  if (what == "visits") return VisitsCsv(program.model.data, program.TablesAtFit());
-  return FitJson(program.fit);
+Exported Export(Program& program, const std::string& what) {
+  if (what == "parameters") return {ParametersCsv(program.state.algorithm), ""};
+  if (what == "visits") {
+    const BestTables tables = program.TablesAtFit();
+    return {VisitsCsv(program.model.data, tables), NoteOnVisits(program, tables)};
+  }
+  return {FitJson(program.fit, ChangesSinceFit(program)), NoteOnFit(program)};
 }
 
 /// One run of a batch file, alone or with others.

@@ -165,6 +165,8 @@ void PeopleTranscript::State(const Form& form) {
   }
 }
 
+void PeopleTranscript::Note(const std::string& text) { Write("note: " + text); }
+
 void PeopleTranscript::Wrote(const std::string& path) { Write("wrote " + path); }
 
 void PeopleTranscript::Shares(const std::string& work, const Share& share) {
@@ -220,6 +222,8 @@ void JsonTranscript::State(const Form& form) {
       {{"form",
         JsonObject({{"name", JsonOf(form.name)}, {"title", JsonOf(form.title)}, {"controls", JsonObject(controls)}})}});
 }
+
+void JsonTranscript::Note(const std::string& text) { WriteLine(out_, {{"note", JsonOf(text)}}); }
 
 void JsonTranscript::Wrote(const std::string& path) { WriteLine(out_, {{"wrote", JsonOf(path)}}); }
 

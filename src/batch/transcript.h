@@ -22,6 +22,8 @@ class Transcript {
   virtual void Chosen(const FileRequest& request, const std::string& answer) = 0;
   virtual void Status(const std::string& bar, int panel, const std::string& text) = 0;
   virtual void State(const Form& form) = 0;
+  /// What somebody who reads a file that is about to be written must know of it.
+  virtual void Note(const std::string& text) = 0;
   virtual void Wrote(const std::string& path) = 0;
   /// A work begins of which this run does a share.
   virtual void Shares(const std::string& work, const Share& share) = 0;
@@ -40,6 +42,7 @@ class PeopleTranscript : public Transcript {
   void Chosen(const FileRequest& request, const std::string& answer) override;
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;
+  void Note(const std::string& text) override;
   void Wrote(const std::string& path) override;
   void Shares(const std::string& work, const Share& share) override;
   void Failure(const std::string& text) override;
@@ -61,6 +64,7 @@ class JsonTranscript : public Transcript {
   void Chosen(const FileRequest& request, const std::string& answer) override;
   void Status(const std::string& bar, int panel, const std::string& text) override;
   void State(const Form& form) override;
+  void Note(const std::string& text) override;
   void Wrote(const std::string& path) override;
   void Shares(const std::string& work, const Share& share) override;
   void Failure(const std::string& text) override;

@@ -105,7 +105,10 @@ class BatchRunTest : public testing::Test {
     FrmOther other(desk);
     form.cmdAsk.onClick = [&] { command(form, other); };
     const int status = run.Play(
-        desk, [&] { desk.Show(form); }, [](const std::string& what) { return "exported " + what; });
+        desk, [&] { desk.Show(form); },
+        [](const std::string& what) {
+          return Exported{"exported " + what, "a note on " + what};
+        });
     problem = run.Problem();
     lines.clear();
     std::istringstream in(out.str());
@@ -491,6 +494,7 @@ TEST_F(BatchRunTest, TextsPlotsAndExportsAreWrittenToTheOutputFolder) {
   EXPECT_EQ(Contents("a.txt"), "one\r\ntwo\xE9");
   EXPECT_THAT(Contents("b.svg"), HasSubstr("<svg "));
   EXPECT_EQ(Contents("c.json"), "exported fit");
+  EXPECT_THAT(All("note"), ElementsAre("a note on fit"));
   EXPECT_THAT(All("wrote"), ElementsAre(folder + "/a.txt", folder + "/b.svg", folder + "/c.json"));
 }
 

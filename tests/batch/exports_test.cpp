@@ -1,6 +1,8 @@
 #include "batch/exports.h"
 
 #include "base/text.h"
+#include "batch/golden_batch.h"
+#include "batch/replay.h"
 
 namespace merlane {
 namespace {
@@ -93,6 +95,42 @@ TEST(Exports, AFitTellsAnObjectiveOfOneCallThatIsAnother) {
   fit.objective = 694.25;
   fit.ofOneCall = 564.75;
   EXPECT_EQ(nlohmann::json::parse(FitJson(fit))["objective_of_one_call"], 564.75);
+}
+
+const std::string uptoLoaded = "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " +
+                               InQuotes(golden + "juveniles_only.dat") +
+                               "\npress frmInitialize.cmdDone\npress frmMenu.cmdLoadAlg\nreply yes\nfile " +
+                               InQuotes(golden + "juveniles_only.alg") + "\n";
+const std::string edited = "press frmMenu.cmdEditAlg\ntype frmAlgo.grdVS 17 1 0.2\npress frmAlgo.cmdFinish\n";
+
+TEST(Exports, AFitThatIsNoLongerThatOfThePresentValuesSaysSoWithItsVisits) {
+  const Replay run(uptoLoaded +
+                   "press frmMenu.cmdSimplex\nreply yes\n"
+                   "export fit then.json\nexport visits then.csv\n" +
+                   edited +
+                   "press frmMenu.cmdUserSummary\nenter 1\nreply no\n"
+                   "export fit fit.json\nexport visits visits.csv\nexport parameters parameters.csv\n");
+  ASSERT_EQ(run.status, 0) << run.errors;
+  const std::string note =
+      "this is the last function call or minimization of juveniles_only.alg. Since then parameter values have been "
+      "changed, step sizes have been changed.";
+  EXPECT_THAT(run.All("note"), testing::ElementsAre(note, note)) << "of the fit and the visits";
+  EXPECT_NEAR(std::stod(Csv(run.File("visits.csv"))[1]["E"]), std::stod(Csv(run.File("then.csv"))[1]["E"]), 1e-9);
+  nlohmann::json fit = run.Fit();
+  EXPECT_EQ(fit["changed_since"], "parameter values have been changed, step sizes have been changed");
+  fit.erase("changed_since");
+  EXPECT_EQ(fit, nlohmann::json::parse(run.File("then.json")));
+}
+
+TEST(Exports, VisitsOfASummaryBehindAnEditSayThatTheyAreOfOtherValues) {
+  const Replay run(uptoLoaded +
+                   "press frmMenu.cmdUserSummary\nenter 1\nreply no\nexport visits then.csv\n"
+                   "press frmMain.mnuMenu\n" +
+                   edited + "export visits visits.csv\n");
+  ASSERT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(run.All("note"),
+              testing::ElementsAre("this is of parameter values that were evaluated before, not of the present ones."));
+  EXPECT_EQ(run.File("visits.csv"), run.File("then.csv"));
 }
 
 }  // namespace
