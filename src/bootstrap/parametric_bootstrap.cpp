@@ -81,6 +81,7 @@ BootstrapResults ParametricBootstrap::Run(const BootstrapOptions& options,
     } catch (const std::exception& caught) {
       results.endedEarly = failure = FailureText(caught);
     }
+    const auto bootstrapMode = Meanwhile(state_.flags.BootstrapMode, true);
     minimisers_.Close();  // while they know that they work for a bootstrap, and leave the menu alone
   }
   Tell("");
@@ -116,7 +117,7 @@ void ParametricBootstrap::Replicate(const BootstrapOptions& options,
   results.Begin(deviance, state_.algorithm.Value, state_.free, model_.data.Visits());
   if (state_.free.NFREE == 0) throw RuntimeFailure("All step sizes are zero");
 
-  state_.flags.BootstrapMode = true;
+  const auto bootstrapMode = Meanwhile(state_.flags.BootstrapMode, true);
   if (desk_.host.shared != nullptr) {
     BeginShared(options, deviance);
     if (desk_.host.shared->Mine()) {

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/arithmetic.h"
+#include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/text.h"
 #include "control/ask_number.h"
@@ -171,12 +173,29 @@ void ParameterTable::EditAllSteps() {
       });
 }
 
+auto ParameterTable::MarkRow(int row) {
+  constexpr int RowsInView = 10;
+  grid_.topRow = std::max(1, row - RowsInView + 1);
+  grid_.selectedRow = row;
+  std::vector<Grid::Cell> before;
+  for (int column = 0; column < grid_.Columns(); ++column) {
+    Grid::Cell& cell = grid_.At(row, column);
+    before.push_back(cell);
+    cell.fore = EditedColour;
+    cell.back = Colour::White;
+  }
+  return AtEnd([this, row, before = std::move(before)] {
+    for (int column = 0; column < grid_.Columns(); ++column)
+      grid_.At(row, column) = before[static_cast<std::size_t>(column)];
+  });
+}
+
 void ParameterTable::Walk(const std::string& boxTitle, const std::string& prompt, const Array1<double>& numbers,
                           const std::function<bool(int)>& edited, const std::function<void(int, double)>& store) {
   for (int i = 1; i <= Data().NPAR; ++i) {
     if (!edited(i)) continue;
     const std::optional<double> number = [&] {
-      const RowMark mark(grid_, i);
+      const auto mark = MarkRow(i);
       return AskNumber(editor_.desk, boxTitle, prompt + std::to_string(i), numbers(i));
     }();
     if (!number) return;
@@ -198,7 +217,7 @@ void ParameterTable::EditAllFuses() {
 }
 
 std::optional<std::string> ParameterTable::AskFuse(int parameter) {
-  const RowMark mark(grid_, parameter);
+  const auto mark = MarkRow(parameter);
   for (;;) {
     const std::string answer = UpperCase(editor_.desk.Input(
         "Edit all parameter fuse characters",
@@ -215,23 +234,6 @@ std::optional<std::string> ParameterTable::AskFuse(int parameter) {
 void ParameterTable::UnfuseAll() {
   Data().Fuse.Fill(Unfused);
   for (int i = 1; i <= Data().NPAR; ++i) ShowFuse(i, PlainColour);
-}
-
-ParameterTable::RowMark::RowMark(Grid& grid, int row) : grid_(grid), row_(row) {
-  constexpr int RowsInView = 10;
-  grid_.topRow = std::max(1, row - RowsInView + 1);
-  grid_.selectedRow = row;
-  for (int column = 0; column < grid_.Columns(); ++column) {
-    Grid::Cell& cell = grid_.At(row, column);
-    before_.push_back(cell);
-    cell.fore = EditedColour;
-    cell.back = Colour::White;
-  }
-}
-
-ParameterTable::RowMark::~RowMark() {
-  for (int column = 0; column < grid_.Columns(); ++column)
-    grid_.At(row_, column) = before_[static_cast<std::size_t>(column)];
 }
 
 }  // namespace merlane

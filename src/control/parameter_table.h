@@ -52,20 +52,6 @@ class ParameterTable {
     Grid::Cell before;
   };
 
-  /// Colours the row of a parameter, scrolled into view, while a box asks for it; then the colours return.
-  class RowMark {
-   public:
-    RowMark(Grid& grid, int row);
-    ~RowMark();
-    RowMark(const RowMark&) = delete;
-    RowMark& operator=(const RowMark&) = delete;
-
-   private:
-    Grid& grid_;
-    int row_;
-    std::vector<Grid::Cell> before_;
-  };
-
   AlgorithmData& Data() { return state_.algorithm; }
   bool Locked(int column) const;
   void Show(int row, int column, const std::string& text, Colour colour);
@@ -79,6 +65,9 @@ class ParameterTable {
   void EnterStep(const Entry& entry, const std::string& text);
   void EnterFuse(const Entry& entry, const std::string& text);
   void EditAllFuses();
+  /// Scrolls the row of a parameter into view and colours it while a box asks for it, that is, as long as what is
+  /// returned lives.
+  [[nodiscard]] auto MarkRow(int row);
   std::optional<std::string> AskFuse(int parameter);
 
   Form& editor_;
