@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "program/held_against_fresh.h"
+#include "program/quiet_windows.h"
 
 namespace merlane::test {
 
 /// Windows whose user does and answers anything. What was done is kept, to be told when something goes wrong.
-class AnyHand : public WindowSystem {
+class AnyHand : public QuietWindows {
  public:
   AnyHand(unsigned seed, const Folder& folder) : folder_(folder), random_(seed) {}
 
@@ -32,9 +33,6 @@ class AnyHand : public WindowSystem {
   Answer MsgBox(const Message& message) override;
   std::optional<std::string> InputBox(const InputRequest& request) override;
   std::optional<std::string> AskFile(const FileRequest& request) override;
-  void OnForm(Form&, FormEvent) override {}
-  void OnStatus(const std::string&, int, const std::string&) override {}
-  void OnWrote(const std::string&) override {}
   void OnFailure(const std::string& text) override;
   void OnEnd(int) override { ended = true; }
   void Turn() override;

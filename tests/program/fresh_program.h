@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "program/analysis.h"
+#include "program/quiet_windows.h"
 
 namespace merlane::test {
 
@@ -49,7 +50,7 @@ struct Whereabouts {
 
 /// Windows in which the replies of somebody else are given once more, each to its question; without a reply nothing is
 /// chosen.
-class RepeatingWindows : public WindowSystem {
+class RepeatingWindows : public QuietWindows {
  public:
   std::deque<Reply> replies;       // to come
   std::vector<std::string> asked;  // the questions that have been asked
@@ -60,12 +61,6 @@ class RepeatingWindows : public WindowSystem {
   Answer MsgBox(const Message& message) override;
   std::optional<std::string> InputBox(const InputRequest& request) override;
   std::optional<std::string> AskFile(const FileRequest& request) override;
-  void OnForm(Form&, FormEvent) override {}
-  void OnStatus(const std::string&, int, const std::string&) override {}
-  void OnWrote(const std::string&) override {}
-  void OnFailure(const std::string&) override {}
-  void OnEnd(int) override {}
-  void Turn() override {}
   void Wait() override;
 
  private:
