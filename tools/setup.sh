@@ -4,11 +4,14 @@
 #
 #   tools/setup.sh [--PRESET] [TARGET...]     builds these targets; all of them when none is named
 #   tools/setup.sh --package                  builds nothing, and installs what tools/package needs besides
+#   tools/setup.sh --browsers                 the same for tests/web/walks.py
 #
-# Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize or --thread it
-# is that preset of CMakePresets.json, in build-clang/ and so on. With --valgrind it is the build of the tests, for valgrind.
+# Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize, --thread or
+# --web it is that preset of CMakePresets.json, in build-clang/ and so on. With --valgrind it is the build of the tests, for
+# valgrind.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+top=$PWD
 
 packages=(
   g++ cmake ninja-build python3 musl-dev
@@ -24,6 +27,12 @@ case ${1:-} in
   --fuzz) packages+=(clang libclang-rt-dev) ;;
   --sanitize | --thread) ;;
   --valgrind) packages+=(valgrind) ;;
+  --web)
+    packages+=(emscripten nodejs dpkg-dev)
+    export NODE_PATH=/usr/share/nodejs # where the distribution keeps what emscripten needs of node, whoever node is from
+    ! command -v ccache >/dev/null || export EM_COMPILER_WRAPPER=ccache
+    ;;
+  --browsers) packages+=(chromium chromium-driver firefox-esr) ;;
   --package) packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap) ;;
   --*)
     echo "tools/setup.sh knows no $1." >&2
@@ -32,7 +41,7 @@ case ${1:-} in
 esac
 if [[ ${1:-} == --valgrind ]]; then
   shift
-elif [[ ${1:-} == --* && $1 != --package ]]; then
+elif [[ ${1:-} == --* && $1 != --package && $1 != --browsers ]]; then
   preset=${1#--}
   folder=build-$preset
   shift
@@ -74,15 +83,40 @@ install_missing() {
 
 # Runs a step of the build with its output kept aside, which is shown only if the step fails.
 step() {
-  if ! "$@" >"$folder/setup.log" 2>&1; then
-    tail -n 60 "$folder/setup.log" >&2
-    echo "The build failed at: $*   (all of its output: $folder/setup.log)" >&2
+  local log=$top/$folder/setup.log
+  if ! "$@" >"$log" 2>&1; then
+    tail -n 60 "$log" >&2
+    echo "The build failed at: $*   (all of its output: $log)" >&2
     exit 1
   fi
 }
 
+# The sources of the libraries that are compiled for browsers, as the distribution has them; lists of its own, so that
+# nothing of the system changes.
+get_sources() {
+  local sources=$top/$folder/sources
+  [[ ! -f $sources/complete ]] || return 0
+  echo "Getting the sources of the libraries"
+  rm -rf "$sources"
+  mkdir -p "$sources/apt/lists/partial" "$sources/apt/cache"
+  cat >"$sources/apt/debian.sources" <<SOURCES
+Types: deb-src
+URIs: http://deb.debian.org/debian
+Suites: bookworm
+Components: main
+Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg
+SOURCES
+  local settings=(-qq -o "Dir::Etc::SourceList=$sources/apt/debian.sources" -o Dir::Etc::SourceParts=/dev/null
+    -o "Dir::State::Lists=$sources/apt/lists" -o "Dir::Cache=$sources/apt/cache" -o Debug::NoLocking=1)
+  ((EUID != 0)) || settings+=(-o APT::Sandbox::User=root)
+  step apt-get "${settings[@]}" update
+  (cd "$sources" && step apt-get "${settings[@]}" source zlib libzip expat freexl)
+  touch "$sources/complete"
+}
+
 build() {
   mkdir -p "$folder"
+  [[ $preset != web ]] || get_sources
   if ! grep -qsFx "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
     step cmake --preset "$preset" --fresh # new, or made where this folder stood before
   elif [[ ! -f $folder/build.ninja ]]; then
@@ -97,6 +131,6 @@ if command -v dpkg-query >/dev/null; then
 else
   echo "This is no Debian system; the build will work if these are installed under other names: ${packages[*]}" >&2
 fi
-[[ ${1:-} != --package ]] || exit 0
+[[ ${1:-} != --package && ${1:-} != --browsers ]] || exit 0
 (($# > 0)) || set -- all
 build "$@"

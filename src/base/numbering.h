@@ -36,9 +36,10 @@ class Numbering {
   std::size_t PlaceOf(const Key& key) const {
     std::uint64_t hash = 0x9E3779B97F4A7C15u;
     for (const std::uint64_t word : key) hash = (hash ^ (hash >> 29) ^ word) * 0xBF58476D1CE4E5B9u;
-    const std::size_t mask = places_.size() - 1;
-    std::size_t place = hash >> std::countl_zero(mask);
-    while (places_[place] >= 0 && keys_[static_cast<std::size_t>(places_[place])] != key) place = (place + 1) & mask;
+    const std::uint64_t mask = places_.size() - 1;
+    auto place = static_cast<std::size_t>(hash >> std::countl_zero(mask));
+    while (places_[place] >= 0 && keys_[static_cast<std::size_t>(places_[place])] != key)
+      place = (place + 1) & (places_.size() - 1);
     return place;
   }
 
