@@ -1,18 +1,20 @@
 #!/usr/bin/env python3
 """Checks that includes run downwards only: a room of src/ includes itself and the rooms before it, never a later one.
-Qt stands in the windows alone. Prints each violation as file:line and ends with 1 when there is one."""
+Qt stands in the windows alone. No two headers define a type of the same name: the linker would take the functions of one
+for those of the other. Prints each violation as file:line and ends with 1 when there is one."""
 
 import pathlib
 import re
 import sys
 
 ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "minimise", "uncertainty", "inference", "data", "import",
-         "model", "results", "bootstrap", "program", "ui", "batch", "app"]
-# The two ways to sit at the program do not know each other.
-APART = {"batch": {"ui"}, "ui": {"batch"}}
+         "model", "results", "bootstrap", "program", "ui", "batch", "web", "app"]
+# The three ways to sit at the program do not know each other.
+APART = {"batch": {"ui"}, "ui": {"batch"}, "web": {"ui", "batch"}}
 QT_ROOM = "ui"
 QT_FILE = "app/merlane.cpp"
 
+TYPE = re.compile(r"^(?:struct|class|enum class) (\w+)[^;]*$")
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)')
 
 
@@ -41,11 +43,21 @@ def violations(source):
                 yield path, number, f"<{system}> stands in {QT_ROOM}/ and {QT_FILE} alone"
 
 
+def doubles(source):
+    """The same for every type that another header defines already; what is nested in another is indented."""
+    defined = {}
+    for path in sorted(source.rglob("*.h")):
+        for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+            match = TYPE.match(line)
+            if match and defined.setdefault(match[1], path) != path:
+                yield path, number, f"{match[1]} is defined in {defined[match[1]].relative_to(source)}, too"
+
+
 def main():
     source = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent / "src"
     if not source.is_dir():
         sys.exit(f"{source} is no folder")
-    found = list(violations(source))
+    found = [*violations(source), *doubles(source)]
     for path, number, text in found:
         print(f"{path}:{number}: {text}")
     return 1 if found else 0

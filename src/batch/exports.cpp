@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "base/json_text.h"
 #include "base/number_text.h"
-#include "batch/json_text.h"
 
 namespace merlane {
 namespace {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/json_text.h"
 #include "base/text.h"
-#include "batch/json_text.h"
 
 namespace merlane {
 namespace {

@@ -1,4 +1,4 @@
-#include "batch/json_text.h"
+#include "base/json_text.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

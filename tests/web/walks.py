@@ -1,0 +1,367 @@
+#!/usr/bin/env python3
+"""Plays kept analyses on the page itself, in browsers, as a person would: by clicks, keys and files.
+
+    walks.py PAGE [--browsers NAMES] [--pictures FOLDER] [WALK...]
+
+PAGE is out/merlane.html, opened as a file. A walk is one of tests/batch/analyses or examples, played up to where a batch
+file can do what a person cannot, an interrupt at a given turn. Where the batch file saves a text, a plot or a file, what
+the page has must be the bytes that are kept. Besides, what only a page does: see the walks that are functions below.
+Prints what fails, and ends with 1 when anything does; a picture of the page is left where it failed.
+"""
+
+import argparse
+import functools
+import http.server
+import pathlib
+import re
+import shlex
+import sys
+import threading
+import time
+import traceback
+
+from browser import Browser, wait_for
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+ANALYSES = SOURCE / "tests/batch/analyses"
+# A first fit, an import and a workbook, fits, standard errors, profiles and posteriors, plots, ranking, failures.
+PLAYED = ["examples/first_fit", "examples/field_book", "tests/batch/analyses/workbook", "tests/batch/analyses/estimates",
+          "tests/batch/analyses/detail_plots", "tests/batch/analyses/ranking", "tests/batch/analyses/failures_on_the_way"]
+ANSWERS = {"reply", "enter", "file"}
+EXPORTS = {"export", "show", "clock", "seed"}  # what a page has not, or shows anyway
+
+
+class Page:
+    """What a person sees of the program, and does with it."""
+
+    def __init__(self, browser, address):
+        self.browser = browser
+        browser.open(address)
+        wait_for(lambda: self.run("return document.querySelector('.window:not([hidden])') !== null"), "the menu")
+
+    def run(self, script, *given):
+        return self.browser.run(script, *given)
+
+    def settle(self, seconds=120):
+        """Returns when the program waits; true when it has asked something."""
+        state = wait_for(lambda: self.run(
+            """if (document.querySelector('.end')) return program.ended ? 'ended' : document.querySelector('.end').innerText;
+               if (document.querySelector('dialog[open]')) return 'asks';
+               return deeds.wake !== null && deeds.queue.length === 0 ? 'waits' : null"""), "the program", seconds)
+        if state not in ("asks", "waits", "ended"):
+            raise AssertionError(state)
+        return state == "asks"
+
+    def question(self):
+        return self.run("""const d = document.querySelector('dialog[open]');
+                           return {title: d.querySelector('h2').innerText, text: d.innerText,
+                                   answers: [...d.querySelectorAll('[data-answer]')].map((b) => b.dataset.answer)}""")
+
+    def answer(self, name):
+        self.browser.click(f"dialog[open] [data-answer={name}]")
+
+    def enter(self, text):
+        self.run("document.querySelector('dialog[open] input[type=text]').value = arguments[0]", text)
+        self.answer("save" if "save" in self.question()["answers"] else "ok")
+
+    def place_of(self, name):
+        """(form, control) of a name of a batch file, which may go without its form."""
+        if "." in name:
+            return name.split(".")
+        return [self.run("""for (const [form, window] of windows.all)
+                              if (window.isOpen && window.isOpen() && window.controls.told.has(arguments[0])) return form;""",
+                         name), name]
+
+    def element(self, name):
+        form, control = self.place_of(name)
+        return f'[id="{form}.{control}"]'
+
+    def press(self, name):
+        form, control = self.place_of(name)
+        if self.run("return windows.all.get(arguments[0]).controls.told.get(arguments[1]).kind", form, control) != "entry":
+            self.browser.click(self.element(name))
+            return
+        # An entry of a menu: each menu above it is opened.
+        path = self.run("""const told = windows.all.get(arguments[0]).controls.told, path = [];
+                           for (let name = arguments[1]; name; name = told.get(name).parent) path.unshift(name);
+                           return path""", form, control)
+        bar = "#menus" if form == "frmMain" else f"[data-form={form}] .menubar"
+        for entry in path:
+            self.browser.click(f"{bar} [data-name={entry}]")
+
+    def type_into(self, name, text):
+        self.run("""const element = document.querySelector(arguments[0]), line = element.line || element;
+                    line.focus(); line.value = arguments[1]; line.commit();""", self.element(name), text)
+
+    def type_into_cell(self, name, row, column, text):
+        """By the keys, as into a spreadsheet."""
+        self.run("""const grid = document.querySelector(arguments[0]); grid.focus();
+                    moveTo(grid, arguments[1], arguments[2])""", self.element(name), row, column)
+        self.browser.keys("F2")
+        self.run("document.activeElement.value = arguments[0]", text)
+        self.browser.keys("Enter")
+
+    def file(self, name):
+        """The bytes of a file of the analysis, or none."""
+        numbers = self.run("try { return Array.from(files.bytes(arguments[0])) } catch { return null }", name)
+        return None if numbers is None else bytes(numbers)
+
+
+class Play:
+    """A batch file on a page."""
+
+    def __init__(self, page, batch, look, until=None):
+        """Up to a line that is `until`, if any."""
+        self.page = page
+        self.batch = batch
+        self.kept = ANALYSES / f"{batch.stem}.kept"
+        self.look = look
+        self.lines = [shlex.split(line, comments=True) for line in batch.read_text().splitlines()]
+        self.lines = [line for line in self.lines if line and line[0] not in EXPORTS]
+        if until:
+            del self.lines[self.lines.index(until.split()):]
+        self.saved = []
+        self.at = 0
+
+    def run(self):
+        while True:
+            asked = self.page.settle()
+            line = self.lines[self.at] if self.at < len(self.lines) else None
+            if asked:
+                self.answer(line)
+            elif line is None or line[0] == "interrupt":
+                break
+            else:
+                self.at += 1
+                self.do(*line)
+        self.check_saved()
+
+    def answer(self, line):
+        question = self.page.question()
+        title = line[line.index("at") + 1] if line and "at" in line else None
+        fits = line is not None and line[0] in ANSWERS and title in (None, question["title"])
+        if question["answers"][:1] == ["ok"] and len(question["answers"]) < 3 and "cancel" not in question["answers"]:
+            # A message that offers nothing else; the line may be for it, or for the question after it.
+            takes = fits and line[0] == "reply" and line[1] in question["answers"]
+            self.at += takes
+            self.page.answer(line[1] if takes else "ok")
+            return
+        if not fits:
+            raise AssertionError(f'"{question["title"]}" is asked, where {line} stands:\n{question["text"]}')
+        self.at += 1
+        given = line[1] if len(line) > 1 and line[1] != "at" else None
+        if line[0] == "reply":
+            self.page.answer(given)
+        elif given is None or (line[0] == "file" and given == "cancel"):
+            self.page.answer("cancel")
+        elif line[0] == "enter" or "save" in question["answers"]:
+            self.page.enter(given)
+            self.saved += [given] if line[0] == "file" else []
+            self.replace()
+        else:
+            self.open(given)
+
+    def replace(self):
+        if self.page.settle() and "already exists" in self.page.question()["text"]:
+            self.page.answer("yes")
+
+    def open(self, name):
+        """A file of the computer is brought to the page, with the covariances beside it if there are any; one that was
+        saved before is there."""
+        path = (self.batch.parent / name).resolve()
+        together = [file for file in (path, path.with_suffix(".cov")) if file.is_file()]
+        if together:
+            self.page.browser.give("dialog[open] input[type=file]", "\n".join(map(str, together)))
+        if len(together) == 1:
+            wait_for(lambda: not self.page.run("return document.querySelector('dialog[open] input[type=file]') !== null"),
+                     "the file")
+            return
+        wait_for(lambda: self.page.run("""const list = document.querySelector('dialog[open] select.files');
+                                          list.value = arguments[0]; return list.value === arguments[0]""", path.name),
+                 f"{path.name} in the list")
+        self.page.answer("open")
+
+    def do(self, verb, name, *more):
+        page = self.page
+        if verb in ("press", "choose"):
+            page.press(name)
+        elif verb in ("tick", "untick"):
+            page.run("""const box = document.querySelector(arguments[0] + ' input');
+                        if (box.checked !== arguments[1]) box.click()""", page.element(name), verb == "tick")
+        elif verb == "set":
+            page.type_into(name, more[0])
+        elif verb == "type":
+            page.type_into_cell(name, int(more[0]), int(more[1]), more[2])
+        elif verb == "select":
+            page.run("""const list = document.querySelector(arguments[0]), row = arguments[1];
+                        if (list.matches('select')) { list.selectedIndex = row - 1; list.onchange(); }
+                        else moveTo(list, row + list.it.headingRows - 1, 0)""", page.element(name), int(more[0]))
+        elif verb in ("click", "doubleclick"):
+            event = "click" if verb == "click" else "dblclick"
+            page.run("""const it = document.querySelector(arguments[0]);
+                        const target = arguments.length > 2 ? cellAt(it, arguments[2], arguments[3]) : it;
+                        target.dispatchEvent(new MouseEvent(arguments[1], {bubbles: true}))""",
+                     page.element(name), event, *map(int, more))
+        elif verb == "close":
+            page.run("windows.all.get(arguments[0]).close()", name)
+        elif verb == "save-text":
+            self.same(more[0], page.run("return document.querySelector(arguments[0]).value", page.element(name)).encode())
+        elif verb == "save-plot":
+            self.look(more[0].split(".")[0])
+            self.same(more[0], page.run("""const told = windows.all.get(arguments[0]).controls.told;
+                                           return told.get('picGraph').svg""", name).encode())
+        else:
+            raise AssertionError(f"a page cannot {verb}")
+
+    def same(self, name, found):
+        wanted = (self.kept / name).read_bytes()
+        # Lines of a text on a page end in their own way, and what a call takes is the machine's.
+        plain = lambda text: re.sub(rb"about [\d.]+ seconds", b"about some seconds", text.replace(b"\r", b""))
+        if plain(found) != plain(wanted):
+            raise AssertionError(f"{name} is not what is kept: {len(found)} bytes, and {len(wanted)}")
+
+    def check_saved(self):
+        for name in self.saved:
+            written = self.page.file(name)
+            kept = self.kept / name
+            if written is None or not kept.is_file():
+                raise AssertionError(f"{name} was not saved")
+            # What names its own path names the page's folder.
+            wanted = kept.read_bytes().replace(b"OUT/", b"/analysis/")
+            if written != wanted:
+                raise AssertionError(f"{name} is not what is kept")
+
+
+def closing_in_the_middle(page, _):
+    """The tab does not close silently on what would be lost."""
+    page.press("frmMenu.cmdInitialize")
+    page.settle()
+    warns = page.run("""const event = new Event('beforeunload', {cancelable: true});
+                        window.dispatchEvent(event); return event.defaultPrevented""")
+    if not warns:
+        raise AssertionError("the page closes without a warning")
+
+
+def interrupted(page, look):
+    """A calculation that would take minutes heeds what is pressed within 150 ms."""
+    Play(page, ANALYSES / "detail_plots.batch", look, until="press frmMenu.cmdUserSummary").run()
+    page.press("frmMenu.cmdUserSummary")
+    page.settle()
+    page.enter("1000000")
+    wait_for(lambda: page.run("return windows.all.has('frmAbort') && windows.all.get('frmAbort').isOpen()"), "the way out")
+    time.sleep(1)
+    look("calculating")
+    page.run("""const begun = performance.now();
+                document.getElementById('frmAbort.cmdAbort').click();
+                const look = setInterval(() => {
+                  if (!document.querySelector('dialog[open]') && !(deeds.wake && deeds.queue.length === 0)) return;
+                  window.heeded = performance.now() - begun;
+                  clearInterval(look);
+                }, 5)""")
+    heeded = wait_for(lambda: page.run("return window.heeded || null"), "an end")
+    if heeded > 150:
+        raise AssertionError(f"it was heeded after {heeded:.0f} ms")
+
+
+class QuietServer(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, *_):
+        pass
+
+
+def without_the_net(browser, address, look):
+    """The page in pieces is kept by the browser: with the server gone it still opens."""
+    site = pathlib.Path(address).parent / "site"
+    handler = functools.partial(QuietServer, directory=site)
+    server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler)
+    threading.Thread(target=server.serve_forever, daemon=True).start()
+    place = f"http://127.0.0.1:{server.server_port}/"
+    Page(browser, place)
+    wait_for(lambda: browser.run("return navigator.serviceWorker.controller !== null"), "the worker")
+    server.shutdown()
+    server.server_close()
+    Page(browser, place)
+    look("offline")
+
+
+def by_keys_alone(page, look):
+    """The menus, a question and a window, without the mouse."""
+    browser = page.browser
+    browser.keys("b", holding=["Alt"])
+    wait_for(lambda: page.run("return document.querySelector('.menu:not([hidden])') !== null"), "the menu of Alt+B") \
+        if page.run("return document.querySelector('#menus [data-name=mnuAbout]').nextSibling !== null") else page.settle()
+    page.settle()
+    look("keys")
+    browser.keys("Escape")
+    page.settle()
+    browser.keys("i", holding=["Alt"])
+    wait_for(lambda: page.run("return windows.front().name") == "frmInitialize", "the window of Alt+I")
+    browser.keys("Escape")
+    wait_for(lambda: page.run("return windows.front().name") == "frmMenu", "the menu, behind Escape")
+
+
+def narrow(page, look):
+    """All can be reached on a screen of 360 pixels, as far as a first fit goes, and nothing lies beyond its edge."""
+    play = Play(page, SOURCE / "examples/first_fit.batch", look)
+    step = play.do
+
+    def do(*line):
+        step(*line)
+        page.settle()
+        look(f"{play.at:02}")
+        lost = page.run("""return [...document.querySelectorAll('.window.front :is(button, input), dialog :is(button, input)')]
+          .filter((it) => it.offsetParent !== null && it.getBoundingClientRect().right > innerWidth + 1)
+          .map((it) => it.id || it.textContent)""")
+        if lost:
+            raise AssertionError(f"beyond the edge: {lost}")
+
+    play.do = do
+    play.run()
+
+
+WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
+    walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone, narrow)}
+
+
+def walk(name, browser_name, address, pictures):
+    what = WALKS[name]
+    size = (360, 740) if name == "narrow" else (1400, 900)
+    with Browser(browser_name, *size) as browser:
+        look = lambda picture: pictures and browser.picture(pictures / f"{browser_name}_{name}_{picture}.png")
+        try:
+            if what is without_the_net:
+                what(browser, address, look)
+            elif callable(what):
+                what(Page(browser, address.as_uri()), look)
+            else:
+                Play(Page(browser, address.as_uri()), SOURCE / f"{what}.batch", look).run()
+            look("end")
+            complaints = browser.driver.complaints()
+            if complaints:
+                raise AssertionError(f"the browser complains: {complaints}")
+            return True
+        except (AssertionError, RuntimeError):
+            browser.picture((pictures or pathlib.Path(".")) / f"failed_{browser_name}_{name}.png")
+            print(f"{browser_name} {name}: {traceback.format_exc(limit=-2)}", flush=True)
+            return False
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("page", type=pathlib.Path)
+    parser.add_argument("walks", nargs="*", help="all when none is named")
+    parser.add_argument("--browsers", default="chromium,firefox")
+    parser.add_argument("--pictures", type=pathlib.Path)
+    given = parser.parse_intermixed_args()
+    address = given.page.resolve()
+    failed = 0
+    for browser_name in given.browsers.split(","):
+        for name in given.walks or WALKS:
+            begun = time.monotonic()
+            well = walk(name, browser_name, address, given.pictures)
+            failed += not well
+            print(f'{browser_name} {name}: {"well" if well else "FAILED"}, {time.monotonic() - begun:.1f} s', flush=True)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
