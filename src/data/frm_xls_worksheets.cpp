@@ -37,7 +37,7 @@ std::optional<FrmXlsWorksheets::Converted> FrmXlsWorksheets::ConvertWorkbook(con
   desk.host.random.BeginNext();
   const double n = std::floor(desk.host.random.Uniform() * 1000000 + 0.5);
   const std::string textFile = OutputFolder(path) + "EXCEL_to_TEXT_DataFormat_" + Format(n, "000000") + ".dat";
-  SheetText converted = BroodDataText(sheet);
+  ConvertedSheet converted = BroodDataText(sheet);
   desk.Write(textFile, converted.text);
   return Converted{textFile, sheet.name, std::move(converted.changes)};
 }

@@ -57,8 +57,8 @@ bool IsSame(const std::string& whole, const std::string& written) {
 
 }  // namespace
 
-SheetText BroodDataText(const Worksheet& sheet) {
-  SheetText result;
+ConvertedSheet BroodDataText(const Worksheet& sheet) {
+  ConvertedSheet result;
   for (std::size_t row = 0; row < sheet.rows.size(); ++row) {
     const auto& cells = sheet.rows[row];
     if (cells.size() < LeastColumns)

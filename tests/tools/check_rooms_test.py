@@ -42,6 +42,16 @@ class CheckRooms(unittest.TestCase):
     def test_batch_and_windows_do_not_know_each_other(self):
         self.assertEqual(self.run_on({"batch/host.cpp": '#include "ui/window.h"\n'})[0], 1)
 
+    def test_types_of_the_same_name_are_caught(self):
+        files = {"data/sheet.h": "struct Sheet {\n};\n", "import/sheet.h": "class Sheet;\n\nclass Sheet : public Base {\n"}
+        status, output = self.run_on(files)
+        self.assertEqual(status, 1)
+        self.assertIn("sheet.h:3: Sheet is defined in data/sheet.h, too", output)
+
+    def test_types_that_are_nested_or_only_announced_pass(self):
+        self.assertEqual(self.run_on({"data/one.h": "struct Sheet {\n  struct Row {\n  };\n};\n",
+                                      "data/two.h": "struct Sheet;\nstruct Table {\n  struct Row {\n  };\n};\n"}), (0, ""))
+
     def test_include_of_no_room_is_caught(self):
         self.assertEqual(self.run_on({"base/text.cpp": '#include "text.h"\n'})[0], 1)
 
