@@ -73,7 +73,8 @@ def golden_text(case, commands):
     """A batch file that reads the data of a case, loads its algorithm data and priors, and does these commands."""
     given = dict(zip(case["args"], case["args"][1:]))
     first, last = case["args"][case["args"].index("--years") + 1:][:2]
-    lines = ["press frmMenu.cmdInitialize", "press frmInitialize.cmdLoadData",
+    # Names that are proposed have the time in them.
+    lines = ["clock 2024-06-01 10:30:00", "press frmMenu.cmdInitialize", "press frmInitialize.cmdLoadData",
              f'file "{GOLDEN / case["data"]}" at "Load brood survival data file"',
              f'set frmInitialize.cboBroodCovs {given["--ncov"]}']
     if given["--ncov"] != "0":
