@@ -74,9 +74,10 @@ void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
       LookOverNewYear(visits, i);
   }
   if (refused_ > 0)
-    remarks_.Say(fmt::format("{} a number that rises or an age that does not: the reading of the data file will end the "
-                             "program there",
-                             refused_ == 1 ? "1 visit has" : fmt::format("{} visits have", refused_)));
+    remarks_.Say(
+        fmt::format("{} a number that rises or an age that does not: the reading of the data file will end the "
+                    "program there",
+                    refused_ == 1 ? "1 visit has" : fmt::format("{} visits have", refused_)));
 }
 
 void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {

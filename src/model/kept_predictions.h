@@ -5,9 +5,9 @@
 #include <exception>
 #include <vector>
 
+#include "base/numbering.h"
 #include "data/brood_data.h"
 #include "model/count_prediction.h"
-#include "base/numbering.h"
 #include "platform/workers.h"
 
 namespace merlane {
