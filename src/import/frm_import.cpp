@@ -260,7 +260,7 @@ void FrmImport::ShowWhatApplies() {
         choices_.Has(Role::Count) ? "the clutch" : "one egg",
         choices_.Has(Role::Age) || choices_.Has(Role::HatchDay) || choices_.Has(Role::HatchDate)
             ? "Its age goes on from visit to visit."
-            : "Where its age is missing tells whether it counts as a clutch or as a brood.");
+            : "Beside \"Where the age is missing\" stands whether it counts as a clutch or as a brood.");
   lblNests.visible = nests;
 }
 

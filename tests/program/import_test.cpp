@@ -566,7 +566,7 @@ TEST(Import, TheWindowSaysHowNestsBecomeVisits) {
   t.Open(t.Table("nests.csv", "id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,12,1\n"));
   EXPECT_TRUE(t.form.lblNests.visible);
   EXPECT_THAT(t.form.lblNests.text, HasSubstr("visits of one egg"));
-  EXPECT_THAT(t.form.lblNests.text, HasSubstr("Where its age is missing tells whether it counts as a clutch or"));
+  EXPECT_THAT(t.form.lblNests.text, HasSubstr("stands whether it counts as a clutch or as a brood"));
   EXPECT_THAT(t.form.txtRemarks.text,
               HasSubstr("3 visits without a brood age or a hatch day: written as unknown age of eggs"));
   EXPECT_TRUE(t.form.cboUnknownAge.visible);
