@@ -237,6 +237,7 @@ void HeldLongCommands::CompareBootstrap(const Doing& step) {
   const std::string& text = walked_.frmSummary.rtbOut.text;
   if (text == summaryBefore_) return;  // refused or called off
   const std::map<std::string, std::string> files = Saved(step.replies);
+  if (files.contains(before_->algorithm.AlgName)) return;  // saved over the model that was bootstrapped
   FreshProgram fresh(*before_);
   Program& program = fresh.program;
   program.desk.host.bootstrapFolder = walked_.desk.host.bootstrapFolder + "fresh/";
