@@ -197,7 +197,8 @@ bool ImportSource::IsHidden(const std::string& sheet) const { return book_ && bo
 
 std::vector<std::string> ImportSource::SheetsToTry() const {
   std::vector<std::string> sheets = sheets_;
-  std::ranges::stable_partition(sheets, [this](const std::string& sheet) { return !book_->IsHidden(sheet); });
+  std::stable_partition(sheets.begin(), sheets.end(),
+                        [this](const std::string& sheet) { return !book_->IsHidden(sheet); });
   return sheets;
 }
 
