@@ -5,16 +5,10 @@
 #include "ui/windows.h"
 
 namespace merlane {
-namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int FastTurns = 16;         // turns between two looks at the clock while turns come fast
-constexpr auto FastTurnsTake = 10us;  // at most, or they are not fast
-constexpr auto EventsEvery = 10ms;
-constexpr auto SyncEvery = 50ms;
-
-}  // namespace
+QtHost::QtHost() : clock_({.fastTurns = 16, .fastTurnsTake = 10us, .eventsEvery = 10ms, .newsEvery = 50ms}) {}
 
 QWidget* QtHost::Parent() {
   if (windows_ == nullptr) return nullptr;
@@ -64,18 +58,13 @@ void QtHost::OnEnd(int exitStatus) {
   if (onEnd) onEnd(exitStatus);
 }
 
-void QtHost::CheckClock() {
-  const SteadyClock::time_point now = SteadyClock::now();
-  turnsToCheck_ = now - lastCheck_ < FastTurnsTake ? FastTurns : 1;
-  lastCheck_ = now;
-  if (now - lastEvents_ < EventsEvery) return;
-  if (windows_ != nullptr && now - lastSync_ >= SyncEvery) {
+void QtHost::RunEvents() {
+  if (windows_ != nullptr && clock_.NewsAreDue()) {
     windows_->Sync();
-    lastSync_ = SteadyClock::now();
+    clock_.NewsAreTold();
   }
   QCoreApplication::processEvents();
-  lastEvents_ = SteadyClock::now();
-  turnsToCheck_ = 1;
+  clock_.EventsHaveRun();
 }
 
 void QtHost::Wait() {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QtWidgets>
-#include <chrono>
 #include <functional>
 
+#include "platform/turn_clock.h"
 #include "platform/window_system.h"
 
 namespace merlane {
@@ -14,6 +14,7 @@ class Windows;
 /// events of Qt run.
 class QtHost : public WindowSystem {
  public:
+  QtHost();
   /// The windows to work with from now on; null when they go.
   void Use(Windows* windows) { windows_ = windows; }
   /// Called when the program has ended, with its exit status.
@@ -30,31 +31,21 @@ class QtHost : public WindowSystem {
   void OnFailure(const std::string& text) override;
   void OnEnd(int exitStatus) override;
 
-  /// A turn may be given millions of times a second, or once in a second: events run when 10 ms have gone by since they
-  /// ran last. While turns come fast the clock is read at every sixteenth only; when a turn takes longer, at each.
   void Turn() override {
-    if (--turnsToCheck_ <= 0) CheckClock();
+    if (clock_.Turn()) RunEvents();
   }
-  /// The last of many turns in a row looks at the clock.
-  long QuietTurns(long atMost) override {
-    if (atMost < 2) return 0;
-    turnsToCheck_ = 0;
-    return atMost - 1;
-  }
+  long QuietTurns(long atMost) override { return clock_.QuietTurns(atMost); }
   void Wait() override;
 
  private:
-  using SteadyClock = std::chrono::steady_clock;
-
-  void CheckClock();
+  void RunEvents();
   std::string InCaptions(const std::string& failure) const;
   /// Before a dialog the windows show what the program has said so far.
   QWidget* Parent();
 
   Windows* windows_ = nullptr;
   QString folder_ = QDir::currentPath();  // of the file chosen last
-  int turnsToCheck_ = 0;
-  SteadyClock::time_point lastCheck_, lastEvents_, lastSync_;
+  TurnClock clock_;
 };
 
 }  // namespace merlane

@@ -9,11 +9,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int FastTurns = 64;  // turns between two looks at the clock, which leave the module, while turns come fast
-constexpr auto FastTurnsTake = 40us;  // at most, or they are not fast
-constexpr auto EventsEvery = 20ms;
-constexpr auto NewsEvery = 100ms;
-
 void Tell(const char* what, const std::string& json) { ToPage(JsonObject({{what, json}})); }
 
 /// The answer by its number.
@@ -24,6 +19,9 @@ Answer AnswerOf(const std::string& word) {
 }
 
 }  // namespace
+
+// A look at the clock leaves the module.
+PageHost::PageHost() : clock_({.fastTurns = 64, .fastTurnsTake = 40us, .eventsEvery = 20ms, .newsEvery = 100ms}) {}
 
 std::vector<std::string> PageHost::Ask(const std::string& question) {
   TellNews();
@@ -109,7 +107,7 @@ void PageHost::OnEnd(int exitStatus) {
 void PageHost::TellNews() {
   if (desk_ == nullptr) return;
   if (const std::string news = text_.News(*desk_); !news.empty()) Tell("forms", news);
-  lastNews_ = SteadyClock::now();
+  clock_.NewsAreTold();
 }
 
 void PageHost::Do(const std::vector<std::string>& words) {
@@ -119,19 +117,14 @@ void PageHost::Do(const std::vector<std::string>& words) {
   merlane::Do(*desk_, words);
 }
 
-void PageHost::CheckClock() {
-  const SteadyClock::time_point now = SteadyClock::now();
-  turnsToCheck_ = now - lastCheck_ < FastTurnsTake ? FastTurns : 1;
-  lastCheck_ = now;
-  if (now - lastEvents_ < EventsEvery) return;
-  if (now - lastNews_ >= NewsEvery) TellNews();
+void PageHost::DoWhatWasDone() {
+  if (clock_.NewsAreDue()) TellNews();
   for (;;) {
     const std::vector<std::string> words = FromPage(false);
     if (words.empty()) break;
     Do(words);
   }
-  lastEvents_ = SteadyClock::now();
-  turnsToCheck_ = 1;
+  clock_.EventsHaveRun();
 }
 
 void PageHost::Wait() {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <chrono>
 #include <string>
 #include <vector>
 
 #include "control/window_menu.h"
 #include "forms/desk.h"
+#include "platform/turn_clock.h"
 #include "platform/window_system.h"
 #include "web/form_text.h"
 
@@ -15,6 +15,7 @@ namespace merlane {
 /// it, and what a person does there is brought to the desk where the program waits or gives a turn.
 class PageHost : public WindowSystem {
  public:
+  PageHost();
   /// The desk to work with from now on.
   void Use(Desk& desk) { desk_ = &desk; }
   /// Lays out the windows of the page.
@@ -32,19 +33,14 @@ class PageHost : public WindowSystem {
   void OnEnd(int exitStatus) override;
 
   void Turn() override {
-    if (--turnsToCheck_ <= 0) CheckClock();
+    if (clock_.Turn()) DoWhatWasDone();
   }
-  long QuietTurns(long atMost) override {
-    if (atMost < 2) return 0;
-    turnsToCheck_ = 0;
-    return atMost - 1;
-  }
+  long QuietTurns(long atMost) override { return clock_.QuietTurns(atMost); }
   void Wait() override;
 
  private:
-  using SteadyClock = std::chrono::steady_clock;
-
-  void CheckClock();
+  /// Brings to the desk what a person has done meanwhile.
+  void DoWhatWasDone();
   /// Tells the page what is new of the forms.
   void TellNews();
   /// Asks the page, and returns the words behind "answer". What is done beside an open question is passed over: the
@@ -54,8 +50,7 @@ class PageHost : public WindowSystem {
 
   Desk* desk_ = nullptr;
   FormText text_;
-  int turnsToCheck_ = 0;
-  SteadyClock::time_point lastCheck_, lastEvents_, lastNews_;
+  TurnClock clock_;
 };
 
 }  // namespace merlane
