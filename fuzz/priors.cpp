@@ -28,7 +28,13 @@ void PriorsText(std::string_view bytes) {
   // Four digits are written; what they are read as is written in the same way.
   const Priors back = ReadPriorsText(PriorsFileText(reading.priors), Parameters).priors;
   const Priors again = ReadPriorsText(PriorsFileText(back), Parameters).priors;
-  Require(back.PriorCode == reading.priors.PriorCode, "the codes come back");
+  for (int i = 1; i <= Parameters; ++i) {
+    const std::string& code = reading.priors.PriorCode(i);
+    if (PriorDistName(code).empty())
+      Require(!reading.oddities.empty(), "a line without a distribution is told");
+    else
+      Require(back.PriorCode(i) == code, "the codes come back");
+  }
   Require(again.PriorCode == back.PriorCode && again.PriorFirstMean == back.PriorFirstMean &&
               again.PriorFirstSD == back.PriorFirstSD,
           "first terms written again are the same");

@@ -88,7 +88,8 @@ void FrmLoadPriors::OpenFile() {
   state_.flags.PriorFileName = state_.flags.PriorsKnownAs = *path;
   commands_.ShowWhetherInForce();
   if (Form* const caller = desk.charge.InCharge()) desk.Hide(*caller);
-  desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information);
+  desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information,
+            reading.oddities);
   editor_.Open();
   commands_.ShowName();
 }

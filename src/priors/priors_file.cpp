@@ -40,16 +40,23 @@ std::string SecondTerms(const PriorTerm& mean, const PriorTerm& sd) {
   return TermField(mean) + (last.front() == ' ' ? "" : " ") + last;
 }
 
+/// A first term: the number that it is read as, and whether nothing but that stands there.
+struct TermRead {
+  double number;
+  bool isNumber;
+};
+
 /// Hands out the terms of a line one behind the other; one that has outgrown its columns moves those behind it.
 class TermReader {
  public:
   explicit TermReader(std::string_view line) : rest_(line.substr(std::min<std::size_t>(line.size(), TermsBegin))) {}
 
   /// A number whose sign leaves no room for its last digit goes on with it.
-  double Number() {
+  TermRead Number() {
     const auto width = static_cast<std::size_t>(TermWidth);
     const bool grown = rest_.size() > width && rest_[0] == '-' && rest_[width] >= '0' && rest_[width] <= '9';
-    return LenientNumber(Take(grown ? width + 1 : width));
+    const std::string_view text = Trim(Take(grown ? width + 1 : width));
+    return {LenientNumber(text), IsNumber(text.starts_with("- ") ? text.substr(2) : text)};
   }
   /// A text that fills its columns goes on to the next blank.
   std::string Text() {
@@ -69,6 +76,19 @@ class TermReader {
 
   std::string_view rest_;
 };
+
+void Note(PriorsReading& reading, int i, const std::string& what) {
+  reading.oddities += fmt::format("{}line {}: {}", reading.oddities.empty() ? "" : "\n", i + 1, what);
+}
+
+/// The number that a first term of parameter `i` is read as.
+double Told(const TermRead& term, const char* name, int i, PriorsReading& reading) {
+  const std::string& code = reading.priors.PriorCode(i);
+  if (!term.isNumber && code != "U" && !PriorDistName(code).empty())
+    Note(reading, i,
+         fmt::format("the {} of parameter {} is no number; it is read as {}", name, i, Shortest(term.number)));
+  return term.number;
+}
 
 }  // namespace
 
@@ -99,9 +119,11 @@ PriorsReading ReadPriorsText(std::string_view text, int NPAR) {
   for (int i = 1; i <= NPAR; ++i) {
     const std::string& line = lines[static_cast<std::size_t>(i)];
     priors.PriorCode(i) = UpperCase(Columns(line, 7, 7));
+    if (PriorDistName(priors.PriorCode(i)).empty())
+      Note(reading, i, fmt::format("column 7 holds no distribution; parameter {} has no prior", i));
     TermReader terms(line);
-    priors.PriorFirstMean(i) = terms.Number();
-    priors.PriorFirstSD(i) = terms.Number();
+    priors.PriorFirstMean(i) = Told(terms.Number(), "mean", i, reading);
+    priors.PriorFirstSD(i) = Told(terms.Number(), "SD", i, reading);
     priors.PriorSecondMean(i) = terms.Text();
     priors.PriorSecondSD(i) = terms.Text();
   }

@@ -17,6 +17,7 @@ std::string PriorsFileText(const Priors& priors);
 struct PriorsReading {
   std::int16_t count = 0;  // as its first line says
   Priors priors;           // filled when the count is the expected one
+  std::string oddities;    // lines without a distribution, and first terms that are no numbers, one each line
 };
 
 /// Reads the text of a .pri file for a model of NPAR parameters. RuntimeFailure for a first line that is no

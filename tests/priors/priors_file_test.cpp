@@ -32,6 +32,27 @@ TEST(PriorsFile, ANegativeFirstTermLosesTheLastDigitOfAnExponentOfZeroAlone) {
   }
 }
 
+TEST(PriorsFile, ALineWithoutOneOfTheNineDistributionsIsTold) {
+  const std::string terms = " 5.000E-001 1.000E-001     Unused     Unused";
+  for (const std::string& line : std::vector<std::string>{"", "  2", "  2    " + terms, "  2   X" + terms})
+    EXPECT_EQ(ReadPriorsText("2\n  1   N" + terms + "\n" + line + "\n", 2).oddities,
+              "line 3: column 7 holds no distribution; parameter 2 has no prior");
+}
+
+TEST(PriorsFile, ATermThatIsNoNumberIsToldWithItsLineWhereTheDistributionHasOne) {
+  const std::string text =
+      "4\n"
+      "  1   N       mean 1.0O0E-001     Unused     Unused\n"
+      "  2   U         no         no     Unused     Unused\n"
+      "  3   S- 1.500E+00 1.000E-001     Unused     Unused\n"
+      "  4   B        0.5\n";
+  const PriorsReading read = ReadPriorsText(text, 4);
+  EXPECT_EQ(read.oddities,
+            "line 2: the mean of parameter 1 is no number; it is read as 0\n"
+            "line 2: the SD of parameter 1 is no number; it is read as 1\n"
+            "line 5: the SD of parameter 4 is no number; it is read as 0");
+}
+
 TEST(PriorsFile, TwoTermsTypedWithManyCharactersAreReadAsTwo) {
   for (const std::string mean : {"0.1234567890123", "0.123456789", "0.5"}) {
     const Priors priors = test::PriorsOf(1, "T", 0.1, 0.02, mean, PriorTerm("0.0123456789"));
