@@ -1,9 +1,12 @@
 // Data files of fixed columns: read, written as a replicate's are, and read back.
+#include <algorithm>
 #include <string>
 
 #include "base/runtime_failure.h"
+#include "base/utf8.h"
 #include "bootstrap/replicate_data_text.h"
 #include "data/brood_reader.h"
+#include "data/record_layout.h"
 #include "targets.h"
 
 namespace merlane::fuzz {
@@ -43,6 +46,10 @@ void RequireConsistent(const BroodData& data) {
   Require(next == visits, "each visit belongs to a brood");
 }
 
+bool IsCut(const std::string& code, bool utf8) {
+  return (utf8 ? CharacterCount(code) : code.size()) < static_cast<std::size_t>(record::Code.Width());
+}
+
 /// The counts of real data rise at times, and not as a simulation's do; what is written are those of the records.
 void RequireSameBack(const BroodData& data, const ReadingReport& report, int covariates) {
   // Records that stand apart are told, and numbered by where they stand: behind a brood that is left out, or in the
@@ -51,6 +58,11 @@ void RequireSameBack(const BroodData& data, const ReadingReport& report, int cov
   for (std::size_t v = 0; v < data.VisitAge.size(); ++v) gaps = gaps || !data.HasRecord(v);
   Require(!gaps || report.oddities.Has(Oddity::Gap), "gaps are told");
   if (gaps || report.oddities.Has(Oddity::Apart)) return;
+  if (std::ranges::any_of(data.BroodCode,
+                          [&data](const std::string& code) { return IsCut(code, data.CodesAreUtf8); })) {
+    Require(report.oddities.Has(Oddity::Separator), "a line that ends within its code is told");
+    return;  // it is written with blanks before it, and is another one
+  }
   std::string text;
   try {
     text = ReplicateDataText(data).Of(data.VisitCount);
