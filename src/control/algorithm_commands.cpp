@@ -74,8 +74,10 @@ bool AlgorithmCommands::LoadFile() {
 }
 
 void AlgorithmCommands::TellFailure(const AlgorithmReading& reading, const std::string& path) {
-  desk_.Tell("Algorithm file - information input failed", FailureText(reading, path, state_.algorithm.NPAR),
-             style::Information, reading.details.empty() ? path : path + ", " + reading.details);
+  const std::int16_t NPAR = state_.algorithm.NPAR;
+  const std::string fault = reading.details.empty() ? "" : ", " + reading.details;
+  desk_.Tell("Algorithm file - information input failed", FailureText(reading, path, NPAR), style::Information,
+             path + fault + "; " + TakenInWords(reading, NPAR));
 }
 
 void AlgorithmCommands::ShowLoaded() {

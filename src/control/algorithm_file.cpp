@@ -1,8 +1,10 @@
 #include "control/algorithm_file.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -50,7 +52,16 @@ std::string ReadFuse(std::string_view rest) {
   return isCapital(fuse.front()) && isCapital(fuse.back()) ? fuse : Unfused;
 }
 
-void ReadParameters(LineReader& lines, AlgorithmData& a) {
+/// Stores what was read, and counts it.
+template <class T>
+void Take(T& field, T read, int& taken) {
+  field = std::move(read);
+  ++taken;
+}
+
+constexpr int FieldsOfAParameter = 3;
+
+void ReadParameters(LineReader& lines, AlgorithmData& a, int& taken) {
   a.Value.Dimension(a.NPAR);
   a.Step.Dimension(a.NPAR);
   a.Fuse.Dimension(a.NPAR, Unfused);
@@ -59,19 +70,23 @@ void ReadParameters(LineReader& lines, AlgorithmData& a) {
     const std::string_view value = FirstField(line);
     const auto width = std::max<std::size_t>(FirstWidth, value.size());
     const std::string_view rest = std::string_view(line).substr(std::min(width, line.size()));
-    a.Value(i) = StrictNumber(value);
-    a.Step(i) = ReadStep(rest);
-    a.Fuse(i) = ReadFuse(rest);
+    Take(a.Value(i), StrictNumber(value), taken);
+    Take(a.Step(i), ReadStep(rest), taken);
+    Take(a.Fuse(i), ReadFuse(rest), taken);
   }
 }
 
-void ReadOptions(LineReader& lines, AlgorithmData& a) {
-  a.Tolerance = StrictNumber(FirstField(lines.Next()));
-  a.MaxCalls = StrictInt32(FirstField(lines.Next()));
-  a.TerminalFreq = StrictInt16(FirstField(lines.Next()));
-  a.FileFreq = StrictInt16(FirstField(lines.Next()));
-  a.LogName = Trim(Columns(lines.Next(), 1, FirstWidth));
-  a.StepReduction = StrictNumber(FirstField(lines.Next()));
+/// The options in the order of the file.
+constexpr std::array OptionNames = {"tolerance",        "maximum of calls", "display frequency",
+                                    "output frequency", "name of the log",  "step reduction"};
+
+void ReadOptions(LineReader& lines, AlgorithmData& a, int& taken) {
+  Take(a.Tolerance, StrictNumber(FirstField(lines.Next())), taken);
+  Take(a.MaxCalls, StrictInt32(FirstField(lines.Next())), taken);
+  Take(a.TerminalFreq, StrictInt16(FirstField(lines.Next())), taken);
+  Take(a.FileFreq, StrictInt16(FirstField(lines.Next())), taken);
+  Take(a.LogName, std::string(Trim(Columns(lines.Next(), 1, FirstWidth))), taken);
+  Take(a.StepReduction, StrictNumber(FirstField(lines.Next())), taken);
 }
 
 }  // namespace
@@ -128,8 +143,8 @@ AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a) {
       reading.failure = Failure::ParameterCount;
       return reading;
     }
-    ReadParameters(lines, a);
-    ReadOptions(lines, a);
+    ReadParameters(lines, a, reading.taken);
+    ReadOptions(lines, a, reading.taken);
   } catch (const RuntimeFailure& fault) {
     reading.failure = lines.AtEnd() ? Failure::TooFewLines : Failure::BadContent;
     reading.details = fmt::format("line {}: {}", lines.Number(), fault.what());
@@ -143,6 +158,25 @@ AlgorithmReading ReadAlgorithm(std::string_view text, AlgorithmData& a) {
   }
   a.FileFreq = 0;
   return reading;
+}
+
+std::string TakenInWords(const AlgorithmReading& reading, int NPAR) {
+  if (reading.fileCount != NPAR) return "taken from the file: nothing";
+  const int whole = std::min(reading.taken / FieldsOfAParameter, NPAR);
+  if (whole < NPAR) {
+    constexpr const char* Begun[] = {"", "the value of parameter ", "the value and step of parameter "};
+    const int begun = reading.taken % FieldsOfAParameter;
+    std::string taken = whole == 0 ? "" : whole == 1 ? "parameter 1" : fmt::format("parameters 1 to {}", whole);
+    if (begun != 0) taken += fmt::format("{}{}{}", taken.empty() ? "" : " and ", Begun[begun], whole + 1);
+    return fmt::format(
+        "taken from the file: {}; what is left of the {} parameters is 0, frozen and unfused, all "
+        "options are the earlier ones",
+        taken.empty() ? "nothing" : taken, NPAR);
+  }
+  const auto* const next = OptionNames.begin() + (reading.taken - FieldsOfAParameter * NPAR);
+  if (next == OptionNames.end()) return "taken from the file: all parameters and options";
+  return fmt::format("taken from the file: all parameters; of the options these are still the earlier ones: {}",
+                     fmt::join(next, OptionNames.end(), ", "));
 }
 
 bool RaiseTolerance(AlgorithmData& a) {

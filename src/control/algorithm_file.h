@@ -29,8 +29,12 @@ struct AlgorithmReading {
   enum class Failure { None, ParameterCount, TooManyLines, TooFewLines, BadContent };
   Failure failure = Failure::None;
   std::int16_t fileCount = 0;  // NPAR as the file gives it
+  int taken = 0;               // numbers and fuses that came into the data: 3 of each parameter, then the options
   std::string details;         // the line at fault and what was wrong with it; empty when nothing was
 };
+
+/// Which data of a model of `NPAR` parameters are those of the file behind a reading that failed, in words.
+std::string TakenInWords(const AlgorithmReading& reading, int NPAR);
 
 /// Reads the text of a .alg file, of either form, into the data of a model of `NPAR` parameters. A file for another
 /// number of parameters changes nothing; any other failure leaves what was read before it, and the parameters that were

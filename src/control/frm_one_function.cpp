@@ -26,7 +26,7 @@ double FrmOneFunction::Run() {
   const double F = objective_(state_.algorithm.Value, 1);
   const double end = Timer(desk.host.clock);
   const double seconds = std::trunc((end - start) * 100 + 0.5) / 100;
-  rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds);
+  rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds) + SearchLine(F, inASearch());
   lblFit.Show(WordsOfPresent("Function call", objective_));
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
   main_.ShowProgress("");
@@ -46,6 +46,15 @@ std::string OneFunctionText(double F, const AlgorithmData& a, double seconds) {
     text += fmt::format("{}{} {}  {}\r\n", Format(i, "    000) "), NumberField(a.Value(i), "0.0000000E+00", 14),
                         RightSet(a.Fuse(i), 3), a.ParName(i));
   return text + fmt::format("\r\nNote: One function call requires about {} seconds\r\n", Format(seconds, "0.00"));
+}
+
+std::string SearchLine(double F, std::optional<double> inASearch) {
+  const auto shown = [](double objective) { return Format(objective, "####0.000000"); };
+  if (!inASearch || shown(*inASearch) == shown(F)) return "";
+  return fmt::format(
+      "\r\nNote: The checks of this call have added penalties of their own: at these values a "
+      "minimization finds {}\r\n",
+      shown(*inASearch));
 }
 
 }  // namespace merlane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "control/fit_label.h"
@@ -21,6 +22,8 @@ class FrmOneFunction : public Form {
 
   /// Shows the review of the priors; called at the end of a run while priors are on.
   std::function<void()> reviewPriors;
+  /// What a search finds at the values that the call has left, when it may be another objective; none otherwise.
+  std::function<std::optional<double>()> inASearch = [] { return std::nullopt; };
 
   FitLabel lblFit{*this};
   Pane rtbOneFunction{*this, "rtbOneFunction"};
@@ -36,5 +39,9 @@ class FrmOneFunction : public Form {
 
 /// The report of one call: objective, parameters, and the seconds it took.
 std::string OneFunctionText(double F, const AlgorithmData& a, double seconds);
+
+/// A line that tells that a search finds another objective at the same values; empty where none of the digits that are
+/// shown differs.
+std::string SearchLine(double F, std::optional<double> inASearch);
 
 }  // namespace merlane

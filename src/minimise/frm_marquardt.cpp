@@ -218,7 +218,7 @@ void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progre
       desk.Unload(*this);
       break;
     case MarquardtEnding::MatrixFailed:
-      TellMatrixFailure(progress.failedRow);
+      TellMatrixFailure(progress.failedRow, note);
       desk.Unload(*this);
       break;
     case MarquardtEnding::InterruptedInTrials:
@@ -252,12 +252,12 @@ void FrmMarquardt::FinalReport(const MarquardtProgress& progress) {
   ReviewPriors();
 }
 
-void FrmMarquardt::TellMatrixFailure(int row) {
+void FrmMarquardt::TellMatrixFailure(int row, const std::string& note) {
   TellUnlessBootstrap(fmt::format("Matrix decompositon failure at parameter #{}!", state_.free.FreeIndex(row)),
                       DerivativeMode_ == DerivativeMode::Analytical
                           ? "Look for statistically dead parameters and/or suspect your analytical derivatives"
                           : "Look for statistically dead model parameters",
-                      style::Exclamation);
+                      style::Exclamation, note);
 }
 
 bool FrmMarquardt::OnCloseRequest() {

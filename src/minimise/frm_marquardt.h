@@ -54,8 +54,8 @@ class FrmMarquardt : public MinimiserForm, private MarquardtWatch {
   void FinalReport(const MarquardtProgress& progress);
   /// What tells of a run that ended without a minimum that its objective is not that of one call at its values.
   std::string NoteOfNoMinimum(MarquardtEnding ending, const MarquardtProgress& progress) const;
-  /// Tells that row `row` of the matrix, of the free parameters, holds nothing but zeros.
-  void TellMatrixFailure(int row);
+  /// Tells that row `row` of the matrix, of the free parameters, holds nothing but zeros; `note` stands beside it.
+  void TellMatrixFailure(int row, const std::string& note);
   bool DerivativesWanted() const;
   /// The text with the derivatives appended, when they are wanted.
   std::string WithDerivatives(const std::string& text, const MarquardtProgress& progress);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -8,6 +9,9 @@
 #include "model/parameters.h"
 
 namespace merlane {
+
+/// The parameters that are brought back to 1, in the vector itself, when they lie above.
+inline constexpr std::array CappedAtOne = {parameter::ThetaEggC, parameter::ThetaJuvC, parameter::c_N, parameter::c_B};
 
 /// Writes the descriptions of the parameters 1..NPAR. Where the age of a clutch or of a brood is unknown, the
 /// parameters that need it are described as not to be estimated.

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "base/at_end.h"
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "data/brood_data.h"
@@ -44,6 +45,11 @@ class MerlaneModel {
   /// What the evaluations have left behind, with all its tables.
   const LikelihoodState& Evaluated() const;
   LikelihoodState& Evaluated();
+
+  /// As long as what is returned lives nobody hears of what an evaluation finds: for those that no command asks for.
+  [[nodiscard]] auto Silently() {
+    return Meanwhile(setting_.tell, std::function<void(const Message&)>([](const Message&) {}));
+  }
 
   /// The vector as an evaluation leaves it: with the signs and the limits under which the model takes each parameter.
   /// RuntimeFailure when an age is beyond 32767 days.

@@ -41,6 +41,8 @@ void Program::OneFunction() {
   // of its own.
   const bool atFit = fit.basis && fit.basis->SameEstimates(before) && before.SameEstimates(after);
   KeepFit(F, atFit ? fit.minimisation : std::nullopt);
+  const std::optional<double> inASearch = frmOneFunction.inASearch();
+  if (inASearch != F) fit.ofOneCall = inASearch;
 }
 
 void Program::Simplex() {

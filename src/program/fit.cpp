@@ -19,15 +19,25 @@ constexpr const char* AgesMoved =
     "      An age at laying or fledging was free, and visits that it left out kept the prediction of an earlier call.\n"
     "      Give ages a step of 0, and minimize at each age that is possible\n";
 
-/// Whether a search moves one of the ages between which visits are judged.
-bool AgesAreFree(const AlgorithmData& a) {
-  const auto follows = [&a](int age, int i) {
-    return i == age || (a.Fuse(age) != Unfused && a.Fuse(i) == a.Fuse(age));
-  };
-  for (const int age : {parameter::LayAge, parameter::FledgeAge})
-    for (int i = 1; i <= a.NPAR; ++i)
-      if (a.Step(i) != 0 && follows(age, i)) return true;
+constexpr const char* BroughtToLimit =
+    "      A value beyond its limit was penalised and brought back to it, where there is no penalty.\n"
+    "      Minimize again from these values\n";
+
+/// Whether a search moves this parameter.
+bool IsMoved(const AlgorithmData& a, int parameter) {
+  for (int i = 1; i <= a.NPAR; ++i) {
+    const bool follows = i == parameter || (a.Fuse(parameter) != Unfused && a.Fuse(i) == a.Fuse(parameter));
+    if (a.Step(i) != 0 && follows) return true;
+  }
   return false;
+}
+
+/// Why the objective that a search has reached at these values need not be that of one call; null when it is.
+const char* MayBeAnother(const AlgorithmData& a, const Array1<double>& values) {
+  if (IsMoved(a, parameter::LayAge) || IsMoved(a, parameter::FledgeAge)) return AgesMoved;
+  for (const int i : CappedAtOne)
+    if (values(i) == 1 && IsMoved(a, i)) return BroughtToLimit;
+  return nullptr;
 }
 
 }  // namespace
@@ -54,7 +64,10 @@ void Program::KeepSearch(double reached, Minimisation minimisation) {
   // What was evaluated last need not be where the search has ended.
   if (state.flags.BayesOn) fit.prior = objective.priorTerm(EvaluatedEstimates().Value);
   const LikelihoodState& likelihood = model.Evaluated();
-  if (likelihood.BestObjective + fit.prior == reached) fit.penalty = likelihood.BestPenalty;
+  if (likelihood.BestObjective + fit.prior == reached)
+    fit.penalty = likelihood.BestPenalty;
+  else if (const std::optional<Outcome> once = EvaluateOnce(state.algorithm.Value))
+    fit.penalty = once->penalty;
   if (fit.minimisation->ending == EndingText(SimplexEnding::Minimum))
     fitsMade.Keep(EvaluatedEstimates(), PresentData());
   const std::optional<CarriedOver> carried = CarriedOverBy(state.algorithm.Value);
@@ -75,19 +88,27 @@ BestTables Program::TablesAtFit() {
   return model.Evaluated().best;
 }
 
-std::optional<CarriedOver> Program::CarriedOverBy(const Array1<double>& values) {
-  if (!AgesAreFree(state.algorithm)) return {};
+std::optional<Program::Outcome> Program::EvaluateOnce(Array1<double> values) {
+  const auto search = Meanwhile(state.flags.OneCallRun, false);
+  const auto silently = model.Silently();
   const AtEnd putBack([this, kept = model.Keep(), own = priors, sampleSize = state.flags.SampleSize]() mutable {
     model.PutBack(std::move(kept));
     priors = std::move(own);
     state.flags.SampleSize = sampleSize;
   });
-  Array1<double> Value = values;
   try {
-    return CarriedOver{objective(Value, 1), AgesMoved};
+    const double F = objective(values, 1);
+    return Outcome{F, model.Evaluated().Penalty};
   } catch (const ArithmeticFailure&) {
-    return CarriedOver{UnevaluatedF, AgesMoved};
+    return {};
   }
+}
+
+std::optional<CarriedOver> Program::CarriedOverBy(const Array1<double>& values) {
+  const char* const why = MayBeAnother(state.algorithm, values);
+  if (why == nullptr) return {};
+  const std::optional<Outcome> once = EvaluateOnce(values);
+  return CarriedOver{once ? once->F : UnevaluatedF, why};
 }
 
 AlgorithmData Program::EvaluatedEstimates() const {

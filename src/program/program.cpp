@@ -136,6 +136,11 @@ void Program::WireForms() {
         frmReviewPriors.Open(PriorReview(model.AsEvaluated(estimates), state.flags.ObjectiveConstant, priors),
                              WordsOfPresent("Priors at the estimates", objective));
       };
+  frmOneFunction.inASearch = [this]() -> std::optional<double> {
+    if (model.Evaluated().Penalty == 0) return {};
+    const std::optional<Outcome> once = EvaluateOnce(state.algorithm.Value);
+    return once ? std::optional(once->F) : std::nullopt;
+  };
   frmSimplex.carriedOver =
       frmMarquardt.carriedOver = [this](const Array1<double>& values) { return CarriedOverBy(values); };
   frmSimplex.bestPenalty = frmMarquardt.bestPenalty = [this] { return model.Evaluated().BestPenalty; };

@@ -193,8 +193,15 @@ class Program {
   void KeepFit(double reached, std::optional<Minimisation> minimisation);
   /// The same behind a search: whether one call at its estimates gives another objective, and of which data they are.
   void KeepSearch(double reached, Minimisation minimisation);
+  /// What one evaluation at these values comes to, as a search makes it; none where it fails. Leaves everything as it
+  /// was.
+  struct Outcome {
+    double F = 0, penalty = 0;
+  };
+  std::optional<Outcome> EvaluateOnce(Array1<double> values);
   /// What one function call at these values gives where a search may have another objective: it moves the ages between
-  /// which visits are judged, and a visit beyond them counts with what an earlier call has left. None otherwise.
+  /// which visits are judged, and a visit beyond them counts with what an earlier call has left; or it has kept a value
+  /// at its limit that was penalised for lying beyond. None otherwise.
   std::optional<CarriedOver> CarriedOverBy(const Array1<double>& values);
   /// The estimates as an evaluation leaves them, and the data in the run.
   AlgorithmData EvaluatedEstimates() const;

@@ -12,6 +12,7 @@ namespace merlane {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
 constexpr const char* LoadTitle = "Load algorithm data";
@@ -161,6 +162,30 @@ TEST_F(AlgorithmCommandsTest, FailureWithAGoodOldToleranceGoesOn) {
   EXPECT_EQ(main.stbMain1.Get(1), "Algorithm file: lake");
   EXPECT_TRUE(menu.cmdSimplex.enabled);
   EXPECT_EQ(state.algorithm.Fuse(2), "~~");
+}
+
+TEST_F(AlgorithmCommandsTest, AFileThatBreaksOffIsToldWithWhatWasTakenOfIt) {
+  const auto told = [this](const std::string& text) {
+    Load(WriteFile(text));
+    return host.windows.messages.back().details;
+  };
+  const std::string good = GoodFile();
+  const auto upTo = [&good](const std::string& part) { return good.substr(0, good.find(part)); };
+  const std::string left =
+      "; what is left of the 2 parameters is 0, frozen and unfused, all options are the earlier ones";
+  EXPECT_THAT(told("rubbish\r\n"), EndsWith("; taken from the file: nothing"));
+  EXPECT_THAT(told("             3\r\n"), EndsWith("; taken from the file: nothing"));
+  EXPECT_THAT(told(upTo(" 1.0000000E+00")), EndsWith("; taken from the file: nothing" + left));
+  EXPECT_THAT(told("             2\r\n 1.0000000E+00  rubbish\r\n more\r\n"),
+              EndsWith("; taken from the file: the value of parameter 1" + left));
+  EXPECT_THAT(told(upTo(" 2.0000000E+00")), EndsWith("; taken from the file: parameter 1" + left));
+  EXPECT_THAT(told(upTo(" 2.0000000E+00") + " 2.0000000E+00   0.0000000E+00\r\nmore\r\n"),
+              EndsWith("; taken from the file: parameter 1 and the value and step of parameter 2" + left));
+  EXPECT_THAT(
+      told(upTo("          9999")),
+      EndsWith("; taken from the file: all parameters; of the options these are still the earlier ones: maximum "
+               "of calls, display frequency, output frequency, name of the log, step reduction"));
+  EXPECT_THAT(told(good + "more\r\n"), EndsWith("; taken from the file: all parameters and options"));
 }
 
 TEST_F(AlgorithmCommandsTest, MenuIsInactiveWhileAFailureIsTold) {

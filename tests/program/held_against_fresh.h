@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "program/held_long_commands.h"
@@ -63,8 +64,8 @@ class HeldAgainstFresh {
     Array1<double> Step;                 // when they were met first
   };
   Grids grids_;
-  std::string checkedReview_;  // likewise
-  std::optional<Basis> checkedFit_;
+  std::string checkedReview_;                                  // likewise
+  std::optional<std::pair<std::int64_t, double>> checkedFit_;  // which search, and what it had reached
 };
 
 }  // namespace merlane::test

@@ -1,12 +1,16 @@
 // A minimum that is a penalty is no fit, and is not told as one.
 #include <gmock/gmock.h>
 
+#include "base/number_text.h"
+#include "model/parameter_layout.h"
 #include "program/analysis.h"
+#include "program/fresh_program.h"
 
 namespace merlane {
 namespace {
 
 using test::Analysis;
+using test::CallOnce;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -33,6 +37,52 @@ TEST_F(PenaltyTest, OfTrialsOnTheWayToAFitIsNotTold) {
   Simplex();
   EXPECT_THAT(windows.messages.back().details, IsEmpty());
   EXPECT_THAT(program.frmSimplex.rtbSimplex.text, Not(HasSubstr("penalty")));
+}
+
+TEST_F(PenaltyTest, ThatTheChecksOfAFunctionCallAddToThoseOfTheObjectiveIsSaid) {
+  Ready("effective_limit");
+  ASSERT_TRUE(desk.Press(menu.cmdOneFunction));
+  const double once = CallOnce(program).F.value();
+  ASSERT_LT(once, program.fit.objective) << "the tables are filled twice";
+  EXPECT_THAT(program.frmOneFunction.rtbOneFunction.text,
+              HasSubstr("at these values a minimization finds " + Format(once, "####0.000000")));
+  EXPECT_EQ(program.fit.ofOneCall, once);
+}
+
+TEST_F(PenaltyTest, AFunctionCallWithoutPenaltiesNeedsNoWord) {
+  Ready("juveniles_only");
+  ASSERT_TRUE(desk.Press(menu.cmdOneFunction));
+  EXPECT_THAT(program.frmOneFunction.rtbOneFunction.text, Not(HasSubstr("minimization")));
+  EXPECT_EQ(program.fit.ofOneCall, std::nullopt);
+}
+
+TEST_F(PenaltyTest, OfAValueThatWasBroughtBackToItsLimitIsSaid) {
+  Ready("juveniles_only");
+  AlgorithmData& a = state.algorithm;
+  for (double& step : a.Step) step = 0;
+  a.Value(parameter::c_B) = 1.5;
+  a.Step(parameter::c_B) = 0.1;
+  a.MaxCalls = 1;
+  windows.Yes("Just checking");
+  windows.No("Marquardt minimization");  // numerical derivatives
+  windows.No("Marquardt minimization");  // which are not shown
+  ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
+  ASSERT_EQ(a.Value(parameter::c_B), 1) << program.fit.minimisation->ending << windows.LastText();
+  const double once = CallOnce(program).F.value();
+  ASSERT_LT(once, program.fit.objective) << "which was reached above the limit";
+  EXPECT_THAT(program.frmMarquardt.rtbMarquardt.text,
+              HasSubstr("one function call at these values gives " + Format(once, "####0.000000")));
+  EXPECT_EQ(program.fit.ofOneCall, once);
+}
+
+TEST_F(PenaltyTest, OfTheEstimatesIsKeptAndNotThatOfThePointEvaluatedLast) {
+  Ready("juveniles_only");
+  state.algorithm.MaxCalls = 1;
+  windows.Yes("Just checking");
+  windows.No("Marquardt minimization");
+  windows.No("Marquardt minimization");
+  ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
+  EXPECT_EQ(program.fit.penalty, 0);
 }
 
 }  // namespace
