@@ -1,6 +1,13 @@
 #include "batch/export_notes.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <vector>
+
 #include "control/fit_label.h"
+#include "control/fuses.h"
 
 namespace merlane {
 namespace {
@@ -18,6 +25,17 @@ bool FitIsOfTheseData(const Program& program) {
 }
 
 }  // namespace
+
+std::string NoteOnParameters(const AlgorithmData& algorithm) {
+  std::vector<int> behind;
+  for (int i = 1; i <= std::min(algorithm.Value.Size(), algorithm.Fuse.Size()); ++i)
+    if (algorithm.Value(i) != algorithm.Value(LeaderOf(algorithm.Fuse, i))) behind.push_back(i);
+  if (behind.empty()) return "";
+  return fmt::format(
+      "fused, but not yet with the value of the first of the same fuse, which is what the model takes: parameter {}. "
+      "They follow with the next function call.",
+      fmt::join(behind, ", "));
+}
 
 std::string ChangesSinceFit(const Program& program) {
   if (!program.fit.basis) return "";

@@ -40,7 +40,8 @@ void MakeFolder(const std::string& folder) {
 }
 
 Exported Export(Program& program, const std::string& what) {
-  if (what == "parameters") return {ParametersCsv(program.state.algorithm), ""};
+  const AlgorithmData& algorithm = program.state.algorithm;
+  if (what == "parameters") return {ParametersCsv(algorithm), NoteOnParameters(algorithm)};
   if (what == "visits") {
     const BestTables tables = program.TablesAtFit();
     return {VisitsCsv(program.model.data, tables), NoteOnVisits(program, tables)};

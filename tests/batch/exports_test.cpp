@@ -1,5 +1,8 @@
 #include "batch/exports.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include "base/text.h"
 #include "batch/golden_batch.h"
 #include "batch/replay.h"
@@ -131,6 +134,23 @@ TEST(Exports, VisitsOfASummaryBehindAnEditSayThatTheyAreOfOtherValues) {
   EXPECT_THAT(run.All("note"),
               testing::ElementsAre("this is of parameter values that were evaluated before, not of the present ones."));
   EXPECT_EQ(run.File("visits.csv"), run.File("then.csv"));
+}
+
+TEST(Exports, ParametersThatDoNotYetFollowTheFirstOfTheirFuseAreNamed) {
+  const std::string load = Replaced(uptoLoaded, "juveniles_only", "fuses");
+  const Replay run(load +
+                   "press frmMenu.cmdSimplex\nreply yes\nexport parameters behind.csv\n"
+                   "press frmMenu.cmdOneFunction\nexport parameters called.csv\n");
+  ASSERT_EQ(run.status, 0) << run.errors;
+  const auto behind = Csv(run.File("behind.csv")), called = Csv(run.File("called.csv"));
+  std::vector<std::string> notYet;
+  for (std::size_t i = 0; i < behind.size(); ++i)
+    if (behind[i].at("value") != called[i].at("value")) notYet.push_back(behind[i].at("number"));
+  ASSERT_FALSE(notYet.empty());
+  EXPECT_THAT(run.All("note"), testing::ElementsAre(fmt::format(
+                                   "fused, but not yet with the value of the first of the same fuse, which is what the "
+                                   "model takes: parameter {}. They follow with the next function call.",
+                                   fmt::join(notYet, ", "))));
 }
 
 }  // namespace
