@@ -34,14 +34,14 @@ void BootstrapCommand::Bootstrap() {
   const std::optional<BootstrapOptions> options = AskForOptions();
   if (!options) return;
   GrowingFile kept(bootstrap_.Folder(), "BootstrappedParameters_" + ClockName(desk_.host.clock) + ".bpv");
-  const BootstrapResults results = RunHidden(*options, kept);
-  if (results.parameters.Empty()) return;  // it could not begin
   try {
+    const BootstrapResults results = RunHidden(*options, kept);
+    if (results.parameters.Empty()) return;  // it could not begin
     Report(results);
   } catch (const std::exception& failure) {
     if (kept.Path().empty()) throw;
-    throw RuntimeFailure(fmt::format("{}. The parameter values of all {} replicates are kept in {}",
-                                     FailureText(failure), results.BootCount(), kept.Path()));
+    throw RuntimeFailure(fmt::format("{}. The parameter values of all replicates so far are kept in {}",
+                                     FailureText(failure), kept.Path()));
   }
   kept.Remove();
 }

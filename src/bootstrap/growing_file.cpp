@@ -41,7 +41,7 @@ void GrowingFile::Make() {
     if (errno != EEXIST) Fail(path);
     path = fmt::format("{}/{}_{}{}", folder_, name.stem().string(), number, name.extension().string());
   }
-  path_ = path;
+  path_ = std::move(path);  // which needs no memory: a file that stands is known
 }
 
 void GrowingFile::Remove() {

@@ -1,10 +1,7 @@
-// An evaluation allocates nothing, and what is kept bears that there is no memory. This test program counts what it
-// allocates, and can be without memory.
+// An evaluation allocates nothing, and what is kept bears that there is no memory.
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
 #include <new>
 
 #include "field_data.h"
@@ -12,25 +9,13 @@
 #include "model/kept_predictions.h"
 #include "model/likelihood.h"
 #include "model/same_bits.h"
-
-namespace {
-
-std::atomic<long> allocations = 0;
-std::atomic<long> failing = -1;  // the one for which there is no memory
-
-}  // namespace
-
-// All other forms of new and delete end in these. Not inlined, lest the compiler take malloc and delete for a mismatch.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (++allocations == failing) throw std::bad_alloc();
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#include "support/counted_memory.h"
 
 namespace merlane {
 namespace {
+
+using test::allocations;
+using test::failing;
 
 TEST(Allocation, IsCounted) {
   const long before = allocations;

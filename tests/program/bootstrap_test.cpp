@@ -760,8 +760,22 @@ TEST_F(KeptAsItGrows, AReportThatCannotBeMadeLeavesThemAndSaysWhere) {
   AnswerOptions("2", "40", true);
   AtEachAttempt("1995Calculating p[survive 1 day]  brood # 1 of 60",
                 [this](int) { state.algorithm.Value(17) = 1.7e308; });  // whose sum is no number
-  windows.ExpectFailure("The parameter values of all 2 replicates are kept in " + Path());
+  windows.ExpectFailure("The parameter values of all replicates so far are kept in " + Path());
   desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_THAT(Lines(ReadWholeFile(Path())), SizeIs(3));
+  ExpectWindowsBack();
+}
+
+TEST_F(KeptAsItGrows, AFailureBetweenTheLastReplicateAndTheReportsLeavesThemAndSaysWhere) {
+  host.clock.now = {2024, 6, 1, 10, 30, 0};
+  AnswerOptions("2", "40", true);
+  windows.onStatus = [](const test::ScriptedWindows::Status& shown) {
+    if (shown.bar == "stbMain2" && shown.text.empty()) throw std::bad_alloc();  // once all are done
+  };
+  windows.ExpectFailure("there is not enough memory. The parameter values of all replicates so far are kept in " +
+                        Path());
+  desk.Press(program.frmSummary.cmdBootstrap);
+  windows.onStatus = nullptr;
   EXPECT_THAT(Lines(ReadWholeFile(Path())), SizeIs(3));
   ExpectWindowsBack();
 }
