@@ -24,8 +24,11 @@ enum class Oddity {
   Apart,      // a brood whose code stood further up, behind others
   Gap,        // a visit that stands apart from the one before it, between which nothing is fitted
   Lost,       // a record in whose place another of its brood has come, since they stand apart
-  Alike,      // a code that differs from another in case or blanks alone
+  Alike,      // a code that people take for another, but for the way in which it is written
   Covariate,  // another value than at the brood's first visit, which is the one that counts
+  Hatch,      // another hatch day than at the brood's visit before
+  AgeOfDay,   // an age that is not the days since the hatch day of its record
+  Aging,      // a brood that is older by another number than that by which its day is later
   NoCode,     // blanks where a code belongs
   Beyond,     // a field behind the last one that the heading names or that is read
 };

@@ -50,11 +50,24 @@ std::string WhatOf(Oddity kind, int count) {
                      "records were lost to others of their brood that stand apart") +
              " (sort the file by year, code and day)";
     case Oddity::Alike:
-      return Counted(count, "code differs from another in case or blanks alone, and is another brood",
-                     "codes differ from others in case or blanks alone, and are other broods");
+      return Counted(count,
+                     "code differs from another in case, blanks, accents, zeros or marks alone, and is another brood",
+                     "codes differ from others in case, blanks, accents, zeros or marks alone, and are other broods");
     case Oddity::Covariate:
       return Counted(count, "covariate is not as at the brood's first visit, which counts",
                      "covariates are not as at the brood's first visit, which counts");
+    case Oddity::Hatch:
+      return Counted(count, "hatch day is not that of the brood's visit before",
+                     "hatch days are not those of their brood's visit before") +
+             " (the last one of a brood counts)";
+    case Oddity::AgeOfDay:
+      return Counted(count, "age is not the days since the hatch day beside it",
+                     "ages are not the days since the hatch day beside them") +
+             " (the age counts)";
+    case Oddity::Aging:
+      return Counted(count, "visit has a brood older by another number than that by which its day is later",
+                     "visits have broods older by other numbers than those by which their days are later") +
+             " (the ages count)";
     case Oddity::NoCode:
       return Counted(count, "record has no code", "records have no code, and those behind each other are one brood");
     case Oddity::Beyond:

@@ -10,6 +10,7 @@
 
 #include "base/numbering.h"
 #include "base/runtime_failure.h"
+#include "data/alike_codes.h"
 #include "data/most_visits.h"
 #include "platform/large_pages.h"
 
@@ -175,7 +176,7 @@ class Surveyor {
 
   /// Whether the code that begins a brood stood in its year before, as it is or in another way of writing.
   void CompareCode(const DataLine& line, std::string_view code, std::size_t y) {
-    const auto [number, isNew] = alike_(Alike(code), y);
+    const auto [number, isNew] = alike_(AlikeCode(code), y);
     if (isNew) {
       written_.push_back({code, line.Number()});
       return;
@@ -184,16 +185,6 @@ class Surveyor {
     fields_.Note(before == code ? Oddity::Apart : Oddity::Alike, [&, &before = before, &where = where] {
       return fmt::format("{}, behind \"{}\" of line {}", line.At(record::Code), Shown(before), where);
     });
-  }
-
-  /// What a code has in common with those that differ in case or blanks alone.
-  static std::string Alike(std::string_view code) {
-    std::string alike;
-    for (const char c : code)
-      if (c != ' ' && c != '\t') alike += 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    const std::string fixedBlank = "\xC2\xA0";
-    for (std::size_t at; (at = alike.find(fixedBlank)) != std::string::npos;) alike.erase(at, fixedBlank.size());
-    return alike;
   }
 
   /// A record without a code that opens its year belongs to no brood.

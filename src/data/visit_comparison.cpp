@@ -2,13 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
+
 #include "base/number_text.h"
 #include "data/record_survey.h"
 
 namespace merlane {
 
 VisitComparison::VisitComparison(const BroodData& data, FieldReader& fields)
-    : data_(data), fields_(fields), lineOf_(data.VisitAge.size(), 0) {
+    : data_(data), fields_(fields), lineOf_(data.VisitAge.size(), 0), hatchDayOf_(data.VisitAge.size(), 0) {
   if (data.NCov > 0) firstVisit_.resize(static_cast<std::size_t>(data.Broods()));
 }
 
@@ -16,12 +18,30 @@ void VisitComparison::Take(const DataLine& line, std::size_t b, std::size_t v) {
   if (lineOf_[v] != 0)
     fields_.Note(Oddity::Lost, [&] { return fmt::format("line {}, by line {}", lineOf_[v], line.Number()); });
   lineOf_[v] = line.Number();
+  hatchDayOf_[v] = data_.HatchDate[b];
+  CompareAge(line, b, v);
   if (data_.NCov == 0) return;
   if (v == static_cast<std::size_t>(data_.FirstVisit[b]))
     firstVisit_[b] = line;
   else if (firstVisit_[b])
     CompareCovariates(line, b);
 }
+
+/// An age is the days since the hatch day. What it has beyond a whole day may be the time of day. An empty one is told
+/// as such.
+void VisitComparison::CompareAge(const DataLine& line, std::size_t b, std::size_t v) {
+  const double age = data_.VisitAge[v];
+  const int day = data_.VisitDate[v], hatchDay = hatchDayOf_[v];
+  if (!TellsHatchDay(v) || day == Missing || age == Missing || line.IsBlank(record::Age)) return;
+  if (std::abs(age - (day - hatchDay)) < 1) return;
+  fields_.Note(Oddity::AgeOfDay, [&] {
+    return fmt::format("line {}, code \"{}\": age {}, and {} on day {} with the hatch day {}", line.Number(),
+                       Shown(data_.BroodCode[b]), Shortest(age), day - hatchDay, day, hatchDay);
+  });
+}
+
+/// Whether the record of a visit has a hatch day; 0 stands for none.
+bool VisitComparison::TellsHatchDay(std::size_t v) const { return hatchDayOf_[v] != 0 && hatchDayOf_[v] != Missing; }
 
 /// A brood's covariates are those of its first visit.
 void VisitComparison::CompareCovariates(const DataLine& line, std::size_t b) {
@@ -46,6 +66,10 @@ void VisitComparison::TestOrder() const {
 
 void VisitComparison::TestOrder(int b, int j, std::size_t v) const {
   CompareDays(b, v);
+  if (data_.HasRecord(v) && data_.HasRecord(v - 1)) {
+    CompareHatchDays(b, v);
+    CompareAging(b, v);
+  }
   const int before = data_.VisitCount[v - 1], count = data_.VisitCount[v];
   if (before == Missing || count == Missing) return;
   const auto refuse = [&](const char* what, const std::string& values) {
@@ -76,6 +100,28 @@ void VisitComparison::CompareDays(int b, std::size_t v) const {
   fields_.Note(Oddity::Days, [&] {
     return fmt::format("line {}, code \"{}\": day {} behind {} of line {}", lineOf_[v], Shown(code), data_.VisitDate[v],
                        data_.VisitDate[v - 1], lineOf_[v - 1]);
+  });
+}
+
+void VisitComparison::CompareHatchDays(int b, std::size_t v) const {
+  if (!TellsHatchDay(v) || !TellsHatchDay(v - 1) || hatchDayOf_[v] == hatchDayOf_[v - 1]) return;
+  fields_.Note(Oddity::Hatch, [&] {
+    return fmt::format("line {}, code \"{}\": hatch day {} behind {} of line {}", lineOf_[v],
+                       Shown(data_.BroodCode[static_cast<std::size_t>(b)]), hatchDayOf_[v], hatchDayOf_[v - 1],
+                       lineOf_[v - 1]);
+  });
+}
+
+/// Ages go on with the days. Where both visits have a hatch day, each age has been compared with that.
+void VisitComparison::CompareAging(int b, std::size_t v) const {
+  if (TellsHatchDay(v) && TellsHatchDay(v - 1)) return;
+  if (data_.VisitAge[v] == Missing || data_.VisitAge[v - 1] == Missing) return;
+  const double aged = data_.VisitAge[v] - data_.VisitAge[v - 1];
+  const int days = data_.VisitDate[v] - data_.VisitDate[v - 1];
+  if (days <= 0 || std::abs(aged - days) < 1) return;  // a day that is no later is told as such
+  fields_.Note(Oddity::Aging, [&] {
+    return fmt::format("line {}, code \"{}\": older by {} than in line {}, and its day is later by {}", lineOf_[v],
+                       Shown(data_.BroodCode[static_cast<std::size_t>(b)]), Shortest(aged), lineOf_[v - 1], days);
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -22,13 +23,18 @@ class VisitComparison {
   void TestOrder() const;
 
  private:
+  void CompareAge(const DataLine& line, std::size_t brood, std::size_t visit);
   void CompareCovariates(const DataLine& line, std::size_t brood);
   void TestOrder(int brood, int number, std::size_t visit) const;
   void CompareDays(int brood, std::size_t visit) const;
+  void CompareHatchDays(int brood, std::size_t visit) const;
+  void CompareAging(int brood, std::size_t visit) const;
+  bool TellsHatchDay(std::size_t visit) const;
 
   const BroodData& data_;
   FieldReader& fields_;
   std::vector<int> lineOf_;                          // where in the file each visit stood
+  std::vector<std::int16_t> hatchDayOf_;             // that of each visit's record
   std::vector<std::optional<DataLine>> firstVisit_;  // of each brood, where covariates are read
 };
 

@@ -14,7 +14,7 @@
 namespace merlane {
 namespace {
 
-constexpr std::size_t LeastColumns = record::FieldsBeforeCovariates;
+constexpr std::size_t LeastColumns = record::FieldsBeforeCovariates, CodeColumn = 1;
 
 /// How the cells of a column are written.
 struct Field {
@@ -25,7 +25,7 @@ struct Field {
 
 Field FieldOf(std::size_t column) {
   if (column == 0) return {8, "0000", record::Width};
-  if (column == 1) return {8, "", record::Width};
+  if (column == CodeColumn) return {8, "", record::Width};
   if (column < LeastColumns) return {8, "0", record::Width};
   return {20, "0.0000E+00", record::CovariateWidth};
 }
@@ -55,6 +55,14 @@ bool IsSame(const std::string& whole, const std::string& written) {
   return whole == written || (IsNumber(whole) && IsNumber(written) && StrictNumber(whole) == StrictNumber(written));
 }
 
+/// What a format shows of the number of a cell; null where that is the number.
+const std::string* ShownAt(const Worksheet& sheet, std::size_t row, std::size_t column) {
+  if (row >= sheet.shown.size()) return nullptr;
+  const auto isOfColumn = [column](const auto& shown) { return shown.first == column; };
+  const auto found = std::ranges::find_if(sheet.shown[row], isOfColumn);
+  return found == sheet.shown[row].end() ? nullptr : &found->second;
+}
+
 }  // namespace
 
 ConvertedSheet BroodDataText(const Worksheet& sheet) {
@@ -73,7 +81,11 @@ ConvertedSheet BroodDataText(const Worksheet& sheet) {
         return fmt::format("row {}, column {} of worksheet {}: \"{}\"", row + 1, column + 1, sheet.name, Shown(whole));
       };
       if (blanks < 0) throw RuntimeFailure(fmt::format("{} has no room in {} columns", where(), field.width));
-      if (!IsSame(whole, written)) result.changes.push_back(fmt::format("{}, written as \"{}\"", where(), written));
+      if (const std::string* shown = ShownAt(sheet, row, column); shown != nullptr && column == CodeColumn)
+        result.changes.push_back(
+            fmt::format("{}, shown as \"{}\", written as \"{}\"", where(), Shown(*shown), written));
+      else if (!IsSame(whole, written))
+        result.changes.push_back(fmt::format("{}, written as \"{}\"", where(), written));
       if (column > 0) result.text += ',';
       result.text.append(static_cast<std::size_t>(blanks), ' ') += written;
     }

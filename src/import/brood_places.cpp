@@ -21,11 +21,12 @@ BroodPlaces::BroodPlaces(const ImportChoices& choices, const std::vector<std::st
 void BroodPlaces::Look(const RowFields& fields, const VisitRecord& visit, Remarks& remarks) {
   for (const std::size_t column : columns_) {
     const std::string& place = fields.At(column);
-    if (place.empty()) continue;
+    if (IsMissing(place)) continue;
     const auto [known, isNew] = places_.try_emplace(fmt::format("{} {} {}", column, visit.year, visit.code), place);
     if (isNew || known->second.empty() || known->second == place) continue;
-    remarks.Note(visit.line, fmt::format("\"{}\" of {} has the \"{}\" {} here, and {} before: are these two broods?",
-                                         visit.code, visit.year, names_[column], place, known->second));
+    remarks.Note(visit.line, fmt::format("\"{}\" of {} has the \"{}\" {} here, and {} before: are these two broods? "
+                                         "Then \"{}\" is a part of the code",
+                                         visit.code, visit.year, names_[column], place, known->second, names_[column]));
     known->second.clear();
   }
 }

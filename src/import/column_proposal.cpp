@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "import/heading.h"
 #include "import/heading_words.h"
+#include "import/stage_words.h"
 
 namespace merlane {
 namespace {
@@ -36,6 +38,14 @@ class ColumnValues {
       const std::optional<double> number = NumberIn(field, decimal_);
       return number && *number >= least && *number <= most;
     });
+  }
+
+  bool AreDaysOfMonth() const { return AreNumbers(0, 31); }
+  bool AreMonths() const {
+    return Mostly([](const std::string& field) { return MonthIn(field).has_value(); });
+  }
+  bool AreStages() const {
+    return Mostly([](const std::string& field) { return StageIn(field) != Stage::Untold; });
   }
 
   /// The days that a spreadsheet counts, of years from 1950 to 2099.
@@ -123,6 +133,11 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
     case Role::Count:
     case Role::Nests:
       return when(values.AreNumbers());
+    case Role::Month:
+    case Role::HatchMonth:
+      return when(values.AreMonths());
+    case Role::Stage:
+      return values.AreNumbers() ? std::optional(Role::Covariate) : when(values.AreStages());
     default:
       return meaning.role;
   }
@@ -142,6 +157,7 @@ std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValu
   // A column without a heading holds numbers of rows, for instance.
   if (meanings.empty() && !heading.empty() && !IsOfNumberedVisit(heading) && values.AreNumbers())
     candidates.push_back({Role::Covariate});
+  if (meanings.empty() && !heading.empty() && values.AreStages()) candidates.push_back({Role::Stage});
   candidates.push_back({Role::Unused});
   return candidates;
 }
@@ -206,6 +222,17 @@ bool HoldsDates(Role role) {
          role == Role::LastChecked;
 }
 
+/// Takes the role of a month from columns where the days beside them are none of a month.
+void LeaveOutMonths(const std::vector<ColumnValues>& values, std::vector<Role>& roles) {
+  const auto column = [&](Role role) {
+    return static_cast<std::size_t>(std::ranges::find(roles, role) - roles.begin());
+  };
+  for (const auto& [month, day] : {std::pair(Role::Month, Role::Day), std::pair(Role::HatchMonth, Role::HatchDay)}) {
+    const std::size_t days = column(day);
+    if (days == roles.size() || !values[days].AreDaysOfMonth()) std::ranges::replace(roles, month, Role::Unused);
+  }
+}
+
 constexpr std::array Orders{DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear};
 
 /// How many dates are days of the calendar in each order.
@@ -268,6 +295,7 @@ void ProposeColumns(std::string_view text, ImportChoices& choices) {
   for (std::size_t c = 0; c < heading.names.size(); ++c) values.emplace_back(rows, c, choices.decimal);
   choices.roles.assign(heading.names.size(), Role::Unused);
   if (choices.heading) choices.roles = RoleAssignment(heading.names, values).Roles();
+  LeaveOutMonths(values, choices.roles);
   choices.dates = ProposedDates(text, rows, choices);
   for (std::size_t c = 0; c < values.size(); ++c)
     if (HoldsDates(choices.roles[c]) && values[c].AreDaysSince1970())

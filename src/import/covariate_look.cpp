@@ -8,7 +8,7 @@
 namespace merlane {
 namespace {
 
-constexpr std::array Marks{-9.0, -99.0, -9999.0, -99999.0, 99.0, 999.0, 9999.0, 99999.0};
+constexpr std::array Marks{-1.0, -9.0, -99.0, -9999.0, -99999.0, 99.0, 999.0, 9999.0, 99999.0};
 
 /// Whether a number such as 1.234 or 12,345 may have been written with a mark between thousands.
 bool IsLikeThousands(const std::string& text, std::size_t mark) {
@@ -18,7 +18,9 @@ bool IsLikeThousands(const std::string& text, std::size_t mark) {
 
 }  // namespace
 
-void CovariateLook::Take(double number, const std::string& text, int line) {
+void CovariateLook::Take(double number, const std::string& text, const std::string& shown, int line) {
+  Seen& kind = shown.ends_with('%') ? percents_ : others_;
+  if (number != 0 && kind.count++ == 0) kind.line = line;
   if (std::ranges::find(Marks, number) != Marks.end()) {
     Seen& seen = marks_[number];
     if (seen.count++ == 0) seen.line = line;
@@ -35,10 +37,16 @@ void CovariateLook::Take(double number, const std::string& text, int line) {
 }
 
 void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
-  constexpr double MuchLarger = 10;
+  constexpr double MuchLarger = 3;
+  if (percents_.count > 0 && others_.count > 0)
+    remarks.Say(fmt::format(
+        "\"{}\" is shown as percents in {}, the first in {} {}, and as numbers in others, the first in "
+        "{} {}: 45 % are 0.45",
+        name, Counted(percents_.count, "row"), remarks.Place(), percents_.line, remarks.Place(), others_.line));
   for (const auto& [mark, seen] : marks_) {
     const bool isNegative = mark < 0;
-    if (isNegative ? leastOfOthers_ < 0 : mostOfOthers_ * MuchLarger > mark) continue;
+    const bool mayBeOfThem = mark == -1 && mostOfOthers_ <= 1;  // -1, 0 and 1 are three kinds
+    if (isNegative ? leastOfOthers_ < 0 || mayBeOfThem : mostOfOthers_ * MuchLarger > mark) continue;
     remarks.Say(fmt::format("\"{}\" is {} in {}, the first in {} {}: no other is {}, and that may stand for no value",
                             name, mark, Counted(seen.count, "row"), remarks.Place(), seen.line,
                             isNegative ? "negative" : "nearly as large"));

@@ -34,6 +34,7 @@ void DateLook::Seen::Add(const std::string& example, int where) {
 }
 
 void DateLook::Take(const std::string& text, DayOfYear date, int line) {
+  if (IsOfUniversalTime(text)) universal_.Add(text, line);
   if (order_ == DateOrder::SerialDays || order_ == DateOrder::DaysSince1970)
     TakeNumber(text, date);
   else
@@ -78,6 +79,9 @@ void DateLook::Remark(Remarks& remarks) const {
   if (monthBeforePoint_.count > 0)
     remarks.Say(fmt::format("{} between points, such as \"{}\", {}", Counted(monthBeforePoint_.count, "date"),
                             monthBeforePoint_.text, taken(monthBeforePoint_)));
+  if (universal_.count > 0)
+    remarks.Say(fmt::format("{} of universal time, such as \"{}\" in {} {}: the day may be another where the nests are",
+                            Counted(universal_.count, "date"), universal_.text, remarks.Place(), universal_.line));
   RemarkExchanged(remarks);
   if (unclear_.count > 0 && otherOrder_.count > 0)
     remarks.Say(fmt::format(

@@ -43,6 +43,7 @@ class DateLook {
   Seen otherOrder_;        // dates in the other order only
   int ordered_ = 0;        // whose day and month are told by their order
   Seen mayBeExchanged_;    // that begin with their year
+  Seen universal_;         // with a time of another time zone, most often
   Seen numbers_;           // of days that could be counted from another day
   DayOfYear firstNumber_;  // the day of the first of those
 };

@@ -7,10 +7,10 @@
 #include <cmath>
 #include <set>
 
+#include "base/alike_letters.h"
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
-#include "import/alike_letters.h"
 #include "platform/cell_dates.h"
 
 namespace merlane {
@@ -144,6 +144,22 @@ constexpr std::size_t LongestMissing = 6;
 
 }  // namespace
 
+std::optional<DayOfYear> DateOf(int year, int month, int day) {
+  if (month < 0 || day < 0) return std::nullopt;
+  const calendar::year_month_day date{calendar::year(year), calendar::month(static_cast<unsigned>(month)),
+                                      calendar::day(static_cast<unsigned>(day))};
+  if (!date.ok()) return std::nullopt;
+  return DayOf(calendar::sys_days(date));
+}
+
+std::optional<int> MonthIn(std::string_view field) {
+  constexpr double LastMonth = 12;
+  const std::optional<double> number = NumberIn(Trim(field), '.');
+  if (!number) return MonthNamed(Alike(field));
+  const bool isMonth = *number >= 1 && *number <= LastMonth && *number == std::floor(*number);
+  return isMonth ? std::optional(static_cast<int>(*number)) : std::nullopt;
+}
+
 const std::vector<std::string>& DateOrderNames() {
   static const std::vector<std::string> names{"year-month-day", "day.month.year", "month/day/year",
                                               "days of a spreadsheet", "days since 1970"};
@@ -191,10 +207,7 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   const int month = order == DateOrder::MonthDayYear ? first : second;
   const int day = order == DateOrder::DayMonthYear ? first : order == DateOrder::MonthDayYear ? second : third;
   if (year < LeastYear || year > MostYear) return std::nullopt;  // a year of two digits is nobody's guess
-  const calendar::year_month_day date{calendar::year(year), calendar::month(static_cast<unsigned>(month)),
-                                      calendar::day(static_cast<unsigned>(day))};
-  if (!date.ok()) return std::nullopt;
-  return DayOf(calendar::sys_days(date));
+  return DateOf(year, month, day);
 }
 
 std::optional<DayOfYear> OrdinalDateIn(std::string_view field) {
@@ -236,6 +249,17 @@ std::optional<int> YearInName(std::string_view name) {
   const bool isOnly = name.substr(number.size()).find_first_of(digits) == std::string_view::npos;
   const std::optional<int> year = number.size() == 4 ? Digits(number) : std::nullopt;
   return isOnly && year && *year >= FirstYear && *year <= LastYear ? year : std::nullopt;
+}
+
+bool IsOfUniversalTime(std::string_view field) {
+  constexpr std::string_view Time = "123456789";  // of midnight nobody has written more than the date
+  field = Trim(field);
+  const std::size_t time = field.find_first_of("T ");
+  if (time == std::string_view::npos) return false;
+  for (const std::string_view zone : {"Z", "+00:00", "+0000"})
+    if (field.ends_with(zone))
+      return field.substr(time, field.size() - time - zone.size()).find_first_of(Time) != std::string_view::npos;
+  return false;
 }
 
 bool HasShortYear(std::string_view field) {

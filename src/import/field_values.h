@@ -19,6 +19,12 @@ struct DayOfYear {
   bool operator==(const DayOfYear&) const = default;
 };
 
+/// A day of the calendar; none where it does not have that day.
+std::optional<DayOfYear> DateOf(int year, int month, int day);
+
+/// A month by its number or its name; none for anything else.
+std::optional<int> MonthIn(std::string_view field);
+
 /// The number that a day has when days are counted on from the first of another year, as behind a New Year.
 int DayCountedFrom(int year, DayOfYear day);
 
@@ -44,6 +50,9 @@ std::optional<int> SeasonIn(std::string_view field);
 
 /// The year in the name of a worksheet or a file, such as "Lake 2023"; none where there is no number, or another one.
 std::optional<int> YearInName(std::string_view name);
+
+/// Whether a field is a date with a time of day of the time zone that machines write, such as 2023-06-01T23:30:00Z.
+bool IsOfUniversalTime(std::string_view field);
 
 /// Whether a field would be a date if its year had four digits.
 bool HasShortYear(std::string_view field);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "import/alike_letters.h"
+#include "base/alike_letters.h"
 
 namespace merlane {
 namespace {
@@ -20,6 +20,8 @@ struct Vocabulary {
 const Words Hatch{"hatch",    "hatched",   "hatching",   "schlupf",  "schlupfs", "geschlupft",
                   "schluepf", "uitkomst",  "uitgekomen", "uitkomen", "uitkip",   "eclosion",
                   "eclos",    "klackning", "klacknings", "klackt",   "klack"};
+const Words Months{"month", "monat", "maand", "mois", "mes", "manad"};
+const Words Boxes{"box", "nestbox", "nistkasten", "kasten", "nestkast", "nichoir", "nidal", "holk"};
 const Words Days{"date", "day", "doy", "datum", "tag", "tages", "dag", "dagnr", "jour", "fecha", "dia"};
 
 /// Words that stand in a heading for themselves, and those that may be the end or the middle of a longer one.
@@ -35,6 +37,8 @@ const std::vector<Vocabulary>& Vocabularies() {
   static const std::vector<Vocabulary> vocabularies{
       {{Role::HatchDate, Speaks::Surely}, {Hatch, Days}, {}},
       {{Role::HatchDate, Speaks::Broadly}, {Hatch}, {}},
+      {{Role::HatchMonth, Speaks::Surely}, {Hatch, {"month", "monat", "maand", "mois", "mes", "manad", "mo"}}, {}},
+      {{Role::Unused, Speaks::OfNothing}, {Hatch, {"year", "jahr", "jaar", "annee", "ano", "ar"}}, {}},
       {{Role::FirstFound, Speaks::Surely}, {{"firstfound"}}, {}},
       {{Role::LastPresent, Speaks::Surely}, {{"lastpresent"}}, {}},
       {{Role::LastChecked, Speaks::Surely}, {{"lastchecked"}}, {}},
@@ -58,6 +62,10 @@ const std::vector<Vocabulary>& Vocabularies() {
        {"year", "date", "visit", "tag", "jahr", "jahres", "jaar", "annee", "ano", "ar", "julianischer", "ordinal",
         "calendar"}},
       {{Role::Day, Speaks::Surely}, {{"tag", "tages"}, {"jahr", "jahres"}}, {}},
+      {{Role::Month, Speaks::Surely}, {Months}, {"visit", "survey", "nest", "besuchs", "count"}},
+      {{Role::Stage, Speaks::Surely},
+       {{"stage", "stadium", "stade", "fase", "phase", "etapa"}},
+       {"nest", "brood", "breeding", "nesting", "brut", "visit"}},
       {{Role::Count, Speaks::Surely},
        {{"eorj", "count", "counted", "anzahl", "aantal", "nombre", "effectif", "antal"}},
        {"total", "alive", "live", "visit"}},
@@ -78,6 +86,7 @@ const std::vector<Vocabulary>& Vocabularies() {
       {{Role::Code, Speaks::Broadly},
        {{"code", "id", "tag", "ring", "kennung", "bague", "anilla", "codigo", "kod"}},
        {"name", "female", "hen", "mother"}},
+      {{Role::Code, Speaks::Broadly}, {Boxes}, {"nest", "code", "name"}},
       {{Role::Count, Speaks::Broadly},
        {{"number", "numero", "total", "gesamt", "totaal", "alive", "live", "lebend", "levend", "vivants", "vivos",
          "levande", "broodsize", "brutgrosse", "broedselgrootte"}},
@@ -94,12 +103,16 @@ const std::vector<Vocabulary>& Vocabularies() {
          "colonie",   "ile",      "etang",     "espece", "lugar",      "sitio",   "colonia", "isla",   "laguna",
          "especie",   "plats",    "lokal",     "koloni", "sjo",        "omrade"}},
        {"study", "name", "code", "nest", "breeding"}},
+      {{Role::Unused, Speaks::OfPlace}, {Boxes}, {"nest", "code", "name"}},
+      {{Role::Unused, Speaks::OfPlace},
+       {{"pair", "female", "hen", "mother", "paar", "weibchen", "henne", "vrouwtje", "paartje", "couple", "femelle",
+         "pareja", "hembra", "par", "hona"}},
+       {"name", "code", "ring", "breeding"}},
       {{Role::Unused, Speaks::OfNothing},
-       {{"visit",  "survey",  "obs",        "observation", "observations", "record", "row",    "line",
-         "serial", "lfd",     "laufende",   "volg",        "time",         "hour",   "zeit",   "uhrzeit",
-         "tijd",   "heure",   "hora",       "tid",         "klockan",      "month",  "monat",  "maand",
-         "mois",   "mes",     "manad",      "besuch",      "besuchs",      "bezoek", "visite", "visita",
-         "besok",  "fledged", "fledglings", "fluegge",     "flugge",       "hatched"}},
+       {{"visit",  "survey", "obs",      "observation", "observations", "record",  "row",     "line",
+         "serial", "lfd",    "laufende", "volg",        "time",         "hour",    "zeit",    "uhrzeit",
+         "tijd",   "heure",  "hora",     "tid",         "klockan",      "besuch",  "besuchs", "bezoek",
+         "visite", "visita", "besok",    "fledged",     "fledglings",   "fluegge", "flugge",  "hatched"}},
        {"nest", "eggs", "young", "chicks"}}};
   return vocabularies;
 }

@@ -13,7 +13,7 @@ enum class Speaks {
   OfEggs,    // of a part of what is counted
   OfYoung,   // of the other part
   Broadly,   // of that or of something else, such as "ID" or "Visit": what stands below it must fit
-  OfPlace,   // of where a brood is, which tells it from others of its code
+  OfPlace,   // of where a brood is, or whose, which tells it from others of its code
   OfNothing  // of what an analysis has no use for, such as the time of a visit
 };
 

@@ -82,10 +82,25 @@ class KeptLines {
 }  // namespace
 
 const std::vector<std::string>& RoleNames() {
-  static const std::vector<std::string> names{
-      "not used",    "year",         "code",         "day of the year",  "date",
-      "hatch day",   "hatch date",   "brood age",    "number",           "covariate",
-      "first found", "last present", "last checked", "fate (1: failed)", "number of such nests"};
+  static const std::vector<std::string> names{"not used",
+                                              "year",
+                                              "code",
+                                              "day of the year",
+                                              "date",
+                                              "hatch day",
+                                              "hatch date",
+                                              "brood age",
+                                              "number",
+                                              "covariate",
+                                              "first found",
+                                              "last present",
+                                              "last checked",
+                                              "fate (1: failed)",
+                                              "number of such nests",
+                                              "month",
+                                              "hatch month",
+                                              "part of the code",
+                                              "eggs or young"};
   return names;
 }
 
@@ -94,7 +109,9 @@ const std::vector<std::string>& UnknownAgeNames() {
   return names;
 }
 
-bool MayBeMany(Role role) { return role == Role::Unused || role == Role::Covariate || role == Role::Count; }
+bool MayBeMany(Role role) {
+  return role == Role::Unused || role == Role::Covariate || role == Role::Count || role == Role::CodePart;
+}
 
 int PlaceOf(const std::vector<std::string>& names, std::string_view name) {
   const auto found = std::ranges::find(names, name);

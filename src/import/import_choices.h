@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,7 +11,9 @@
 
 namespace merlane {
 
-/// What a column of a file holds. The last five are those of files with one row for each nest.
+/// What a column of a file holds. FirstFound to Nests are of files with one row for each nest. With a month, days are
+/// those of the month. Parts of the code are joined with it: boxes, of which each numbers its broods. A stage tells
+/// whether eggs or young were counted.
 enum class Role {
   Unused,
   Year,
@@ -26,13 +29,19 @@ enum class Role {
   LastPresent,
   LastChecked,
   Fate,
-  Nests
+  Nests,
+  Month,
+  HatchMonth,
+  CodePart,
+  Stage
 };
+inline constexpr std::size_t NumberOfRoles = static_cast<std::size_t>(Role::Stage) + 1;
 
 /// What each is called, in that order.
 const std::vector<std::string>& RoleNames();
 
-/// Whether several columns can be that: counts of eggs and of young are added, and covariates are many.
+/// Whether several columns can be that: counts of eggs and of young are added, and covariates and parts of a code are
+/// many.
 bool MayBeMany(Role role);
 
 /// What becomes of a visit whose age is not known and follows from nothing.

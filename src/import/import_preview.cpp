@@ -24,7 +24,8 @@ std::vector<std::string> FirstValues(std::string_view text, const ImportChoices&
   for (int i = 0; i < MostRows && rows.Next(row); ++i)
     for (std::size_t c = 0; c < std::min(values.size(), row.fields.size()); ++c) {
       if (row.fields[c].empty() || ++shown[c] > ValuesShown) continue;
-      const bool asShown = choices.roles[c] == Role::Code || choices.roles[c] == Role::Unused;
+      const bool asShown =
+          choices.roles[c] == Role::Code || choices.roles[c] == Role::CodePart || choices.roles[c] == Role::Unused;
       values[c] += (values[c].empty() ? "" : "  ") + Shown(asShown ? row.Shown(c) : row.fields[c]);
     }
   return values;

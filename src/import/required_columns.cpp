@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "data/record_layout.h"
@@ -60,6 +61,10 @@ void RequireColumns(const ImportChoices& choices, const Heading& heading) {
     require({Role::Day, Role::Date});
     require({Role::Count});
   }
+  for (const auto& [month, day] : {std::pair(Role::Month, Role::Day), std::pair(Role::HatchMonth, Role::HatchDay)})
+    if (choices.Has(month) && !choices.Has(day))
+      throw RuntimeFailure(fmt::format("a column is the {}, and none the {}, which is the day of that month",
+                                       NameOf(month), NameOf(day)));
   const auto number = [&](Role role) { return std::ranges::count(choices.roles, role); };
   for (const Role role : choices.roles)
     if (!MayBeMany(role) && number(role) > 1)

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "import/alike_letters.h"
+#include "base/alike_letters.h"
 
 namespace merlane {
 namespace {
@@ -36,11 +36,22 @@ const std::string& RowFields::Text(Role role) const {
   return IsMissing(text) ? Nothing : text;
 }
 
+const std::string& RowFields::Shown(std::size_t column) const {
+  return column < row_.fields.size() ? row_.Shown(column) : Nothing;
+}
+
 std::string RowFields::Code() const {
-  const std::vector<std::size_t>& columns = columns_.Of(Role::Code);
-  if (columns.empty() || columns.front() >= row_.fields.size()) return "";
-  const std::string& code = row_.Shown(columns.front());
-  return IsMissing(code) ? "" : OnOneLine(code);
+  if (Text(Role::Code).empty()) return "";
+  std::vector<std::size_t> columns = columns_.Of(Role::CodePart);
+  columns.push_back(columns_.Of(Role::Code).front());
+  std::ranges::sort(columns);
+  std::string code;
+  for (const std::size_t column : columns) {
+    const std::string& part = Shown(column);
+    if (IsMissing(part)) throw LeftOut{"a part of its code is missing"};
+    code += (code.empty() ? "" : "-") + OnOneLine(part);
+  }
+  return code;
 }
 
 void RowFields::Refuse(const std::string& text, Role role) const {
@@ -88,9 +99,24 @@ void RowFields::RefuseDate(const std::string& text, Role role) const {
 }
 
 std::optional<DayOfYear> RowFields::DayNumber(Role role, int year) const {
+  if (role == Role::Day && choices_.Has(Role::Month)) return DayOfMonth(role, Role::Month, year);
+  if (role == Role::HatchDay && choices_.Has(Role::HatchMonth)) return DayOfMonth(role, Role::HatchMonth, year);
   const std::optional<int> day = Whole(role, FirstDay, LastDay);
   if (!day) return std::nullopt;
   return DayOfYear{year, *day};
+}
+
+std::optional<DayOfYear> RowFields::DayOfMonth(Role role, Role month, int year) const {
+  constexpr int LongestMonth = 31;
+  const std::optional<int> day = Whole(role, 0, LongestMonth);
+  const std::string& text = Text(month);
+  if (!day || *day == 0) return day ? std::optional(DayOfYear{year, 0}) : std::nullopt;
+  if (text.empty()) throw LeftOut{fmt::format("it has no {}", NameOf(month))};
+  const std::optional<int> number = MonthIn(text);
+  if (!number) Refuse(text, month);
+  const std::optional<DayOfYear> date = DateOf(year, *number, *day);
+  if (!date) throw LeftOut{fmt::format("there is no day {} of month {} in {}", *day, *number, year)};
+  return date;
 }
 
 std::optional<DayOfYear> RowFields::DateOrNumber(Role role, int year) const {

@@ -22,7 +22,7 @@ class ColumnsByRole {
   const std::vector<std::size_t>& Of(Role role) const { return columns_[static_cast<std::size_t>(role)]; }
 
  private:
-  std::array<std::vector<std::size_t>, static_cast<std::size_t>(Role::Nests) + 1> columns_;
+  std::array<std::vector<std::size_t>, NumberOfRoles> columns_;
 };
 
 /// The fields of one row by what they are. What cannot be understood is LeftOut.
@@ -36,7 +36,9 @@ class RowFields {
   /// What stands in the column of that role; empty when there is none, or no value in it.
   const std::string& Text(Role role) const;
 
-  /// The code as a spreadsheet shows it; empty when there is none.
+  /// What a spreadsheet shows of a column; empty behind the row's end.
+  const std::string& Shown(std::size_t column) const;
+  /// The code as a spreadsheet shows it, joined with its parts in the order of their columns; empty when there is none.
   std::string Code() const;
 
   /// A whole number from `least` to `most`; none where there is no value.
@@ -46,7 +48,8 @@ class RowFields {
   /// A number; none where there is no value.
   std::optional<double> Number(Role role, std::size_t column) const;
 
-  /// A day, as a date or as its number in the year; none where there is no value.
+  /// A day, as a date or as its number in the year, or in the month where a column tells that; none where there is no
+  /// value.
   std::optional<DayOfYear> Date(Role role) const;
   std::optional<DayOfYear> DayNumber(Role role, int year) const;
   /// Whichever of both it is.
@@ -57,6 +60,7 @@ class RowFields {
 
  private:
   [[noreturn]] void Refuse(const std::string& text, Role role) const;
+  std::optional<DayOfYear> DayOfMonth(Role role, Role month, int year) const;
   [[noreturn]] void RefuseDate(const std::string& text, Role role) const;
 
   const ImportChoices& choices_;

@@ -12,9 +12,9 @@
 #include "data/brood_data.h"
 #include "data/most_visits.h"
 #include "data/record_layout.h"
-#include "import/alike_letters.h"
 #include "import/brood_ages.h"
 #include "import/heading_words.h"
+#include "import/stage_words.h"
 
 namespace merlane {
 namespace {
@@ -61,6 +61,7 @@ void RowReader::Take(const TextRow& row) {
 
 void RowReader::RemarkWhole() {
   RemarkYear();
+  RemarkMonths();
   dates_.Remark(remarks_);
   RemarkStages();
   for (std::size_t i = 0; i < covariates_.size(); ++i)
@@ -114,13 +115,6 @@ void RowReader::RemarkUnusedColumns() {
   for (const std::size_t c : columns_.Of(Role::Unused)) RemarkOtherColumn(c);
   RemarkOtherVisits();
   RemarkDayNumbers();
-  const auto isMonth = [](const std::string& name) {
-    static const std::vector<std::string> months{"month", "monat", "maand", "mois", "mes", "manad"};
-    return std::ranges::find(months, Alike(name)) != months.end();
-  };
-  const auto month = std::ranges::find_if(names_, isMonth);
-  if (choices_.Has(Role::Day) && month != names_.end())
-    remarks_.Say(fmt::format("there is a column \"{}\": days are taken as days of the year, not of a month", *month));
   if (!choices_.OfNests()) return;
   for (const Role role : {Role::Day, Role::Date})
     for (const std::size_t c : columns_.Of(role))
@@ -141,7 +135,7 @@ void RowReader::RemarkDayNumbers() {
     const auto isOf = [&](Role role) {
       return std::ranges::any_of(meanings, [role](const Meaning& meaning) { return meaning.role == role; });
     };
-    if (isOf(Role::Date) && !isOf(Role::Day))
+    if (isOf(Role::Date) && !isOf(Role::Day) && !choices_.Has(Role::Month))
       remarks_.Say(fmt::format("\"{}\" holds numbers, which were taken as days of the year", names_[c]));
   }
 }
@@ -269,9 +263,25 @@ void RowReader::SetCounted(const RowFields& fields, VisitRecord& visit) const {
     return std::ranges::all_of(telling, [&](std::size_t column) { return std::ranges::count(kind, column) > 0; });
   };
   const bool ofEggs = allOf(eggs_), ofYoung = allOf(young_);
-  if (ofEggs == ofYoung) return;  // a heading such as "Eggs or young" names both
-  visit.counted = ofEggs ? Stage::Eggs : Stage::Young;
-  visit.countedUnder = names_[telling.front()];
+  if (ofEggs != ofYoung) {  // a heading such as "Eggs or young" names both
+    visit.counted = ofEggs ? Stage::Eggs : Stage::Young;
+    visit.countedUnder = names_[telling.front()];
+  }
+  SetStage(fields, visit);
+}
+
+void RowReader::SetStage(const RowFields& fields, VisitRecord& visit) const {
+  const std::string& text = fields.Text(Role::Stage);
+  if (text.empty()) return;
+  const Stage told = StageIn(text);
+  if (told == Stage::Untold) remarks_.Count(visit.line, fmt::format("\"{}\" tells neither eggs nor young", text));
+  if (told != Stage::Untold && visit.counted == Stage::Untold) {
+    visit.counted = told;
+    visit.countedUnder = text;
+  }
+  if (told != Stage::Untold && visit.counted != told)
+    remarks_.Count(visit.line,
+                   fmt::format("the number is that of \"{}\", and beside it stands \"{}\"", visit.countedUnder, text));
 }
 
 void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
@@ -279,13 +289,32 @@ void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) 
   const double age = StrictNumber(visit.age);
   if (age < 0) ++agesOfEggs_;
   if (age > 0) ++agesOfYoung_;
-  if (eggs_.empty() || young_.empty()) return;
-  const auto any = [&](const std::vector<std::size_t>& columns) {
-    return std::ranges::any_of(columns, [&](std::size_t column) { return Counts(fields, column); });
+  const bool bothHaveColumns = !eggs_.empty() && !young_.empty();
+  const auto counts = [&](const std::vector<std::size_t>& columns, Stage stage) {
+    const auto isAny = [&](std::size_t column) { return Counts(fields, column); };
+    return (bothHaveColumns && std::ranges::any_of(columns, isAny)) ||
+           (choices_.Has(Role::Stage) && visit.counted == stage);
   };
-  if (age < 0 && any(young_)) remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
-  if (age > 0 && any(eggs_))
+  if (age < 0 && counts(young_, Stage::Young))
+    remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
+  if (age > 0 && counts(eggs_, Stage::Eggs))
     remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
+}
+
+void RowReader::RemarkMonths() {
+  constexpr int LastOfAMonth = 31;
+  const auto remark = [&](Role month, Role day, int VisitRecord::*field) {
+    const auto isMonth = [month](const std::string& name) {
+      return std::ranges::any_of(MeaningsOf(name), [month](const Meaning& meaning) { return meaning.role == month; });
+    };
+    const auto found = std::ranges::find_if(names_, isMonth);
+    const auto mayBeOfMonth = [field](const VisitRecord& visit) { return visit.*field <= LastOfAMonth; };
+    if (choices_.Has(day) && !choices_.Has(month) && found != names_.end() && std::ranges::all_of(visits, mayBeOfMonth))
+      remarks_.Say(fmt::format("there is a column \"{}\": the {} is taken as one of the year, not of a month", *found,
+                               NameOf(day)));
+  };
+  remark(Role::Month, Role::Day, &VisitRecord::day);
+  remark(Role::HatchMonth, Role::HatchDay, &VisitRecord::hatchDay);
 }
 
 void RowReader::RemarkStages() {
@@ -301,7 +330,7 @@ std::string RowReader::Covariates(const RowFields& fields, int line) {
     const std::size_t column = columns_.Of(Role::Covariate)[i];
     std::optional<double> number = fields.Number(Role::Covariate, column);
     if (number == Missing) number.reset();
-    if (number) covariates_[i].Take(*number, fields.At(column), line);
+    if (number) covariates_[i].Take(*number, fields.At(column), fields.Shown(column), line);
     if (!number)
       remarks_.Count(line,
                      fmt::format("\"{}\" has no value: an analysis with it passes over such a visit", names_[column]));

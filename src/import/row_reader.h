@@ -45,6 +45,8 @@ class RowReader {
   /// Numbers under a heading of dates.
   void RemarkDayNumbers();
   void RemarkYear();
+  /// Columns of months that are not used, where days could be those of a month.
+  void RemarkMonths();
   void RemarkStages();
 
   void TakeVisit(const RowFields& fields, int line);
@@ -78,6 +80,8 @@ class RowReader {
   /// Whether eggs or young make the number of a visit: by the headings of the columns that count any, or of all columns
   /// of numbers where none does.
   void SetCounted(const RowFields& fields, VisitRecord& visit) const;
+  /// The same by a column that tells the stage, where the headings do not.
+  void SetStage(const RowFields& fields, VisitRecord& visit) const;
 
   /// Whether eggs and young, where each have a column of their own, are those of a brood of that age.
   void CompareStage(const RowFields& fields, const VisitRecord& visit);

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "import/alike_letters.h"
+#include "base/alike_letters.h"
 #include "import/heading_words.h"
 
 namespace merlane {

@@ -7,30 +7,13 @@
 #include <iterator>
 
 #include "base/number_text.h"
-#include "import/alike_letters.h"
+#include "data/alike_codes.h"
 
 namespace merlane {
 
 namespace {
 
 bool AreOfOneBrood(const VisitRecord& a, const VisitRecord& b) { return a.code == b.code && a.year == b.year; }
-
-/// What is the same for codes that people take for the same, 7, 007, '007 and 7.0 among them.
-std::string AlikeCode(const std::string& code) {
-  std::string alike = Alike(code);
-  alike.erase(0, std::min(alike.find_first_not_of('\''), alike.size()));
-  if (alike.size() > 2 && alike.ends_with(".0") && IsNumber(alike)) alike.resize(alike.size() - 2);
-  const bool isNumber = alike.find_first_not_of("0123456789") == std::string::npos;
-  if (isNumber) alike.erase(0, std::min(alike.find_first_not_of('0'), alike.size()));
-  return alike;
-}
-
-/// How two codes that are alike differ.
-const char* Difference(const std::string& a, const std::string& b) {
-  if (WithoutCase(a) == WithoutCase(b)) return "differ in case or blanks only";
-  if (Alike(a) != Alike(b)) return "differ in zeros only, or in a mark before them";
-  return "look alike: they differ in accents, or have letters of another alphabet";
-}
 
 /// Whether a code is one that spreadsheets make of a long number, such as 1.23457E+11: its last digits are lost.
 bool HasLostDigits(const std::string& code) { return code.find("E+") != std::string::npos && IsNumber(code); }
@@ -61,11 +44,12 @@ void VisitExaminer::LookAtCode(const VisitRecord& visit) {
                                            visit.code));
   if (isNew || known->second == visit.code) return;
   remarks_.Note(visit.line, fmt::format("the codes \"{}\" and \"{}\" {}", known->second, visit.code,
-                                        Difference(known->second, visit.code)));
+                                        DifferenceOfCodes(known->second, visit.code)));
 }
 
 void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
   LookAtColumns(visits);
+  LookAtHatch(visits);
   LookAtYears(visits);
   for (std::size_t i = 0; i < visits.size(); ++i) {
     if (i > 0 && AreOfOneBrood(visits[i - 1], visits[i]))
@@ -96,11 +80,27 @@ void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
   if (choices_.OfNests() || visits.size() < FewRows) return;
   if (broods == visits.size())
     remarks_.Say("each row has a code of its own, so that no brood has a second visit: is that column the code?");
-  if (choices_.Has(Role::Date)) return;
+  if (choices_.Has(Role::Date) || choices_.Has(Role::Month)) return;
   if (countsVisits)
     remarks_.Say("the days of each brood are 1, 2, 3 and so on: are they numbers of visits?");
   else if (withinAMonth)
     remarks_.Say("no day of the year is behind the 31st: are they days of a month, or numbers of visits?");
+}
+
+void VisitExaminer::LookAtHatch(const std::vector<VisitRecord>& visits) {
+  constexpr double Near = 45;
+  double nearest = Near;
+  const VisitRecord* example = nullptr;
+  for (const VisitRecord& visit : visits) {
+    if (!visit.AgeIsKnown()) continue;
+    const double age = StrictNumber(visit.age);
+    nearest = std::min(nearest, std::abs(age));
+    if (example == nullptr) example = &visit;
+  }
+  if (example != nullptr && nearest >= Near)
+    remarks_.Say(fmt::format("no visit is within {} days of hatch: \"{}\" has the age {} on day {}{}", Near,
+                             example->code, example->age, example->day,
+                             example->hatchDay == 0 ? "" : fmt::format(" with the hatch day {}", example->hatchDay)));
 }
 
 void VisitExaminer::LookAtYears(const std::vector<VisitRecord>& visits) {

@@ -29,6 +29,9 @@ class VisitExaminer {
   /// Codes and days that seem to be something else.
   void LookAtColumns(const std::vector<VisitRecord>& visits);
 
+  /// Broods that are never seen near to hatch, as when hatch days are counted from another day than days.
+  void LookAtHatch(const std::vector<VisitRecord>& visits);
+
   /// Years that hardly can be, and those far from all others.
   void LookAtYears(const std::vector<VisitRecord>& visits);
 

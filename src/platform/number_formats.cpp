@@ -13,9 +13,9 @@ namespace {
 
 constexpr std::string_view Digits = "0#?";
 
-/// A part of a format: a place for a digit, its point, or a text that stands for itself.
+/// A part of a format: a place for a digit, its point, a percent sign, or a text that stands for itself.
 struct Part {
-  enum class Kind { Digit, Point, Text } kind = Kind::Text;
+  enum class Kind { Digit, Point, Percent, Text } kind = Kind::Text;
   std::string text;  // of a digit, "0", "#" or "?"
 };
 
@@ -30,6 +30,8 @@ std::optional<std::vector<Part>> PartsOf(std::string_view code) {
       add(Part::Kind::Digit, code.substr(i, 1));
     } else if (c == '.') {
       add(Part::Kind::Point, ".");
+    } else if (c == '%') {
+      add(Part::Kind::Percent, "%");
     } else if (c == '"') {
       const std::size_t end = std::min(code.find('"', i + 1), code.size());
       add(Part::Kind::Text, code.substr(i + 1, end - i - 1));
@@ -86,6 +88,8 @@ std::optional<std::string> ShownAs(double number, std::string_view formatCode) {
   if (!(number >= 0) || number >= Largest) return std::nullopt;
   std::optional<std::vector<Part>> parts = PartsOf(formatCode);
   if (!parts) return std::nullopt;
+  const auto isPercent = [](const Part& part) { return part.kind == Part::Kind::Percent; };
+  if (std::ranges::any_of(*parts, isPercent)) return fmt::format("{:.15g}%", 100 * number);
   const auto isPoint = [](const Part& part) { return part.kind == Part::Kind::Point; };
   const auto point = std::ranges::find_if(*parts, isPoint);
   const auto decimals = std::count_if(point, parts->end(), IsDigit);
@@ -102,8 +106,17 @@ std::optional<std::string> ShownAs(double number, std::string_view formatCode) {
 }
 
 std::string_view CodeOf(int builtinFormat) {
-  constexpr int TwoDecimals = 2;
-  return builtinFormat == TwoDecimals ? "0.00" : "";
+  constexpr int TwoDecimals = 2, Percents = 9, PercentsWithDecimals = 10;
+  switch (builtinFormat) {
+    case TwoDecimals:
+      return "0.00";
+    case Percents:
+      return "0%";
+    case PercentsWithDecimals:
+      return "0.00%";
+    default:
+      return "";
+  }
 }
 
 }  // namespace merlane

@@ -189,6 +189,8 @@ class SheetReader : public XmlReader {
     if (element == "rPh") ++phonetic_;
     if (!inCell_ || phonetic_ > 0) return;
     if (element == "f") hasFormula_ = true;
+    if (element == "v" && std::exchange(hasValue_, true))
+      throw RuntimeFailure(fmt::format("a cell of row {} and column {} has two values", row_.number, column_));
     if (element == "v" || element == "t") collected_ = &value_;
     if (element == "f") collected_ = &formula_;
   }
@@ -224,7 +226,7 @@ class SheetReader : public XmlReader {
           fmt::format("a cell \"{}\" cannot stand in row {} behind column {}", place, row_.number, column_));
     column_ = column;
     inCell_ = true;
-    hasFormula_ = false;
+    hasFormula_ = hasValue_ = false;
     value_.clear();
     formula_.clear();
     type_ = attributes["t"];
@@ -314,7 +316,7 @@ class SheetReader : public XmlReader {
   bool rowIsHidden_ = false, rowIsStruck_ = false;
   HiddenParts hidden_;
   std::vector<int> hiding_ = std::vector<int>(MostColumns + 2);  // how many ranges begin to hide, or end, at a column
-  bool inCell_ = false, hasFormula_ = false;
+  bool inCell_ = false, hasFormula_ = false, hasValue_ = false;
   int phonetic_ = 0, format_ = 0;
   std::string type_, value_, formula_;
   std::string* collected_ = nullptr;

@@ -472,7 +472,7 @@ TEST(BroodReader, LettersOfSeveralBytesAreOneColumnEach) {
 TEST(BroodReader, BytesOfAFileThatIsNotUtf8AreOneColumnEach) {
   Reading r;
   r.Of(Header + "\n    1995,   M\xD6WE1,     160,     170,     -10,       5\n" +
-       "    1995,   M\xD6WE2,     161,     170,     -10,       4\n");
+       "    1995,   M\xD6WE2,     161,     170,      -9,       4\n");
   EXPECT_THAT(r.data.BroodCode, ElementsAre("   M\xD6WE1", "   M\xD6WE2"));
   EXPECT_THAT(r.data.VisitCount, ElementsAre(5, 4));
   EXPECT_FALSE(r.data.CodesAreUtf8);

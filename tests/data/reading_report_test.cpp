@@ -98,8 +98,66 @@ TEST(ReadingReport, ACodeThatStandsAgainOrDiffersInCaseOrBlanksAloneIsTold) {
   EXPECT_EQ(told,
             "1 code stands again behind other codes, as another brood:\r\n"
             "  line 4, columns 10 to 17: \"     A 1\", behind \"     A 1\" of line 2\r\n"
-            "1 code differs from another in case or blanks alone, and is another brood:\r\n"
+            "1 code differs from another in case, blanks, accents, zeros or marks alone, and is another brood:\r\n"
             "  line 5, columns 10 to 17: \"      a1\", behind \"     A 1\" of line 2\r\n");
+}
+
+TEST(ReadingReport, CodesAlikeButForZerosOrMarksAreTold) {
+  const auto told = [](const char* a, const char* b) {
+    return Odd(Record(1995, a, 171, 162, 9, 4) + Record(1995, b, 175, 162, 13, 4));
+  };
+  EXPECT_EQ(told("007", "7"),
+            "1 code differs from another in case, blanks, accents, zeros or marks alone, and is another brood:\r\n"
+            "  line 3, columns 10 to 17: \"       7\", behind \"     007\" of line 2\r\n");
+  EXPECT_THAT(told("C01", "C1"), HasSubstr("1 code differs"));
+  EXPECT_THAT(told("A_1", "A-1"), HasSubstr("1 code differs"));
+  EXPECT_EQ(told("1-12", "11-2"), "") << "other numbers between the same digits";
+  EXPECT_EQ(told("10", "1"), "");
+}
+
+TEST(ReadingReport, AnAgeThatIsNotTheDaysSinceTheHatchDayIsTold) {
+  EXPECT_EQ(Odd(Record(1995, "C1", 163, 162, 1, 6) + Record(1995, "C1", 171, 162, 19, 4)),
+            "1 age is not the days since the hatch day beside it (the age counts):\r\n"
+            "  line 3, code \"      C1\": age 19, and 9 on day 171 with the hatch day 162\r\n");
+  EXPECT_THAT(Odd(Record(1995, "C2", 171, 12, 9, 4) + Record(1995, "C2", 175, 12, 13, 4)),
+              HasSubstr("2 ages are not the days since the hatch day beside them (the age counts):\r\n"
+                        "  line 2, code \"      C2\": age 9, and 159 on day 171 with the hatch day 12\r\n"))
+      << "a hatch day of which a digit is missing";
+  EXPECT_THAT(Odd(Record(1995, "C3", 155, 162, 7, 4) + Record(1995, "C3", 175, 162, 13, 4)),
+              HasSubstr("line 2, code \"      C3\": age 7, and -7 on day 155"))
+      << "a sign that is missing";
+}
+
+TEST(ReadingReport, HatchDaysOfOneBroodThatDifferAreTold) {
+  EXPECT_EQ(Odd(Record(1995, "C2", 171, 162, 9, 4) + Record(1995, "C2", 175, 165, 10, 4)),
+            "1 hatch day is not that of the brood's visit before (the last one of a brood counts):\r\n"
+            "  line 3, code \"      C2\": hatch day 165 behind 162 of line 2\r\n");
+}
+
+TEST(ReadingReport, AgesOfOneBroodThatDoNotGoOnWithItsDaysAreTold) {
+  EXPECT_EQ(Odd(Record(1995, "A", 160, 0, -10, 5) + Record(1995, "A", 165, 0, 5, 5)),
+            "1 visit has a brood older by another number than that by which its day is later (the ages count):\r\n"
+            "  line 3, code \"       A\": older by 15 than in line 2, and its day is later by 5\r\n");
+}
+
+TEST(ReadingReport, AgesDaysAndHatchDaysThatAgreeOrAreNotKnownAreNotTold) {
+  EXPECT_EQ(Odd(Record(1995, "A", 160, 170, -10, 5) + Record(1995, "A", 175, 170, 5, 5)), "");
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "0", "-10", "5") + Record("1995", "A", "165", "0", "-5", "5") +
+                Record("1995", "B", "160", "170", "?", "5") + Record("1995", "B", "166", "170", "?", "4") +
+                Record("1995", "C", "160", "0", "-?", "5") + Record("1995", "C", "166", "165", "1", "4") +
+                Record("1995", "D", "160", "165", "-4.5", "5") + Record("1995", "D", "166", "165", "1.25", "4")),
+            "");
+}
+
+TEST(ReadingReport, WhatIsToldOfAgesChangesNothingThatIsRead) {
+  Reading r;
+  r.Of(Header + "\n" + Record(1995, "C1", 163, 162, 1, 6) + Record(1995, "C1", 171, 165, 19, 4));
+  EXPECT_EQ(r.data.VisitAge, (std::vector<double>{1, 19}));
+  EXPECT_EQ(r.data.VisitDate, (std::vector<std::int16_t>{163, 171}));
+  EXPECT_EQ(r.data.HatchDate, (std::vector<std::int16_t>{165}));
+  EXPECT_EQ(r.report.oddities.InPassing(),
+            "Look at the data: 1 hatch day is not that of the brood's visit before (the last one of a brood counts), "
+            "1 age is not the days since the hatch day beside it (the age counts)");
 }
 
 TEST(ReadingReport, RecordsOfABroodThatStandApartAreTold) {

@@ -65,6 +65,15 @@ TEST(BroodDataText, WhatIsWrittenOtherwiseThanItStandsInItsCellIsToldWithItsPlac
               testing::IsEmpty());
 }
 
+TEST(BroodDataText, ACodeThatASpreadsheetShowsOtherwiseThanItIsReadIsTold) {
+  Worksheet sheet{"Lake", {Head, {1995.0, 7.0, 161.0, 172.0, -11.0, 5.0, 0.5}}};
+  sheet.shown = {{}, {{1, "007"}, {5, "05 eggs"}}};
+  const ConvertedSheet converted = BroodDataText(sheet);
+  EXPECT_THAT(converted.changes,
+              testing::ElementsAre("row 2, column 2 of worksheet Lake: \"7\", shown as \"007\", written as \"7\""));
+  EXPECT_THAT(converted.text, testing::HasSubstr("    1995,       7,     161,"));
+}
+
 TEST(BroodDataText, ANumberWithoutRoomIsRefusedInWords) {
   try {
     BroodDataText({"Lake", {Head, {1995.0, "A", 1234567890.0, 1.0, 1.0, 1.0, 1.0}}});

@@ -40,6 +40,9 @@ TEST(HeadingWords, AreKnownInSixLanguages) {
       {Role::Count,
        {"Eier", "Anzahl Eier", "K\u00FCken", "Jungv\u00F6gel", "Eieren", "Aantal jongen", "\u0152ufs", "Poussins",
         "Nombre d'\u0153ufs", "Huevos", "Pollos", "\u00C4gg", "Antal ungar", "Ungar"}},
+      {Role::Month, {"Month", "Monat", "Maand", "Mois", "Mes", "M\u00E5nad"}},
+      {Role::HatchMonth, {"Hatch month", "HatchMo", "Schlupfmonat", "Mois d'\u00E9closion"}},
+      {Role::Stage, {"Stage", "Nest stage", "Stadium", "Stade", "Fase", "Etapa"}},
       {Role::Day, {"Tag im Jahr", "Dag", "Jour de l'ann\u00E9e", "D\u00EDa"}}};
   for (const auto& [role, names] : headings)
     for (const char* heading : names) EXPECT_EQ(RoleOf(heading), role) << heading;
@@ -50,7 +53,7 @@ TEST(HeadingWords, ThatSpeakOfSomethingElseNameNothing) {
        {"Nest height", "Clutch size", "Egg mass", "Cover", "Remarks", "Observer", "Age of mother in years", "Coverage",
         "", "123", "Boden", "Area", "Daten", "Year1995", "Eggs 2"})
     EXPECT_EQ(RoleOf(heading), std::nullopt) << heading;
-  for (const char* heading : {"Visit number", "Obs.", "Time", "Uhrzeit", "Monat", "Fledglings", "Young hatched"})
+  for (const char* heading : {"Visit number", "Obs.", "Time", "Uhrzeit", "Fledglings", "Young hatched"})
     EXPECT_EQ(MeaningsOf(heading).back().speaks, Speaks::OfNothing) << heading;
 }
 

@@ -50,6 +50,13 @@ TEST(ImportChoices, AreKeptAsATextAndComeBack) {
   EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
 }
 
+TEST(ImportChoices, EveryRoleIsKeptAndComesBack) {
+  ImportChoices c;
+  for (std::size_t role = 0; role < NumberOfRoles; ++role) c.roles.push_back(static_cast<Role>(role));
+  c.names.assign(NumberOfRoles, "A column");
+  EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
+}
+
 /// Why choices are refused whose text is changed so.
 std::string WhyRefused(const std::string& replaced, const std::string& by) {
   const std::string text = "Nest;Date;Young\nA;9.6.2023;5\n";

@@ -11,6 +11,7 @@
 #include <set>
 
 #include "base/text.h"
+#include "data/alike_codes.h"
 #include "data/brood_reader.h"
 #include "import/column_proposal.h"
 #include "import/import_visits.h"
@@ -47,10 +48,10 @@ class RandomTable {
     writing.dates = static_cast<DateOrder>(Below(4));
     writing.asDates = Below(2) == 0;
     writing.withAges = Below(2) == 0;
-    std::set<std::pair<int, std::string>> taken;
+    std::set<std::pair<int, std::string>> taken;  // but for ways of writing, which are told
     for (int b = 1 + Below(30); b > 0; --b) {
       Brood brood = RandomBrood();
-      if (taken.emplace(brood.year, brood.code).second) broods.push_back(std::move(brood));
+      if (taken.emplace(brood.year, AlikeCode(brood.code)).second) broods.push_back(std::move(brood));
     }
     std::ranges::sort(
         broods, [](const Brood& a, const Brood& b) { return std::tie(a.year, a.code) < std::tie(b.year, b.code); });

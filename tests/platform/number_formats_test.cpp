@@ -27,13 +27,20 @@ TEST(NumberFormats, ShowDecimals) {
   EXPECT_EQ(ShownAs(0.5, "#.00"), ".50");
 }
 
+TEST(NumberFormats, ShowPercentsWithAllOfTheirDigits) {
+  EXPECT_EQ(ShownAs(0.45, "0%"), "45%");
+  EXPECT_EQ(ShownAs(0.07, CodeOf(9)), "7%");
+  EXPECT_EQ(ShownAs(0.4567, CodeOf(10)), "45.67%");
+  EXPECT_EQ(ShownAs(0.4567, "0.0%;-0.0%"), "45.67%");
+}
+
 TEST(NumberFormats, ThatShowLessThanTheNumberOrAnotherThingShowNothing) {
   for (const auto& [number, code] : std::initializer_list<std::pair<double, const char*>>{{1.234, "0.00"},
                                                                                           {1.5, "0"},
                                                                                           {7, "0"},
                                                                                           {7, ""},
                                                                                           {7, "General"},
-                                                                                          {0.35, "0%"},
+
                                                                                           {1234, "#,##0"},
                                                                                           {1.5, "# ?/?"},
                                                                                           {12345, "0.00E+00"},

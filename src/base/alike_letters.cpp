@@ -1,4 +1,4 @@
-#include "import/alike_letters.h"
+#include "base/alike_letters.h"
 
 #include <algorithm>
 #include <array>
