@@ -109,7 +109,9 @@ TEST_F(DataFile, WhatLooksOddIsToldInTheStatusBar) {
   std::string odd = sound;
   odd.replace(sound.find('\n') + 1 + 18, 8, "     1 6");
   Analyse(odd);
-  EXPECT_THAT(statuses, testing::Contains("Look at the data: 1 field is no number"));
+  EXPECT_THAT(statuses, testing::Contains("Look at the data: 1 field is no number, 1 age is not the days since "
+                                          "the hatch day beside it (the age counts)"))
+      << "the day that was read";
 }
 
 TEST_F(DataFile, AnEmptyFileIsAProblem) {
