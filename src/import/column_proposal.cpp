@@ -47,6 +47,13 @@ class ColumnValues {
   bool AreStages() const {
     return Mostly([](const std::string& field) { return StageIn(field) != Stage::Untold; });
   }
+  /// Whether the words of eggs and of young, both, are all that stands there, by which a column is known without its
+  /// heading.
+  bool AreBothStages() const {
+    const auto isOf = [](Stage stage) { return [stage](const std::string& field) { return StageIn(field) == stage; }; };
+    return std::ranges::any_of(filled_, isOf(Stage::Eggs)) && std::ranges::any_of(filled_, isOf(Stage::Young)) &&
+           std::ranges::none_of(filled_, isOf(Stage::Untold));
+  }
 
   /// The days that a spreadsheet counts, of years from 1950 to 2099.
   bool AreSerialDays() const { return AreNumbers(18265, 73050); }
@@ -157,7 +164,7 @@ std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValu
   // A column without a heading holds numbers of rows, for instance.
   if (meanings.empty() && !heading.empty() && !IsOfNumberedVisit(heading) && values.AreNumbers())
     candidates.push_back({Role::Covariate});
-  if (meanings.empty() && !heading.empty() && values.AreStages()) candidates.push_back({Role::Stage});
+  if (meanings.empty() && !heading.empty() && values.AreBothStages()) candidates.push_back({Role::Stage});
   candidates.push_back({Role::Unused});
   return candidates;
 }

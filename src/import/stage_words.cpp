@@ -9,24 +9,27 @@
 namespace merlane {
 namespace {
 
-/// Words that begin with one of these are of that stage: "incub" is that of incubating and of incubation.
-const std::vector<std::string_view> Eggs{"egg",    "ei",     "incub",  "clutch", "laying", "lay",
-                                         "gelege", "bebrut", "bruten", "broed",  "legsel", "oeuf",
-                                         "ponte",  "couvai", "huevo",  "puesta", "agg",    "ruv"};
-const std::vector<std::string_view> Young{
-    "young",    "chick",  "nestling", "hatchling", "juv",    "pull",     "duckling", "gosling", "cygnet",  "brood",
-    "hatched",  "fledgl", "kuken",    "kueken",    "jung",   "nestjong", "jong",     "kuiken",  "poussin", "jeune",
-    "oisillon", "pollo",  "polluelo", "cria",      "pichon", "unga",     "unge",     "kyckling"};
+using Words = std::vector<std::string_view>;
+
+const Words Eggs{"e",      "egg",     "eggs",   "clutch", "clutches", "incubation", "incubating",
+                 "incub",  "laying",  "ei",     "eier",   "gelege",   "bebrutung",  "eieren",
+                 "legsel", "broeden", "oeuf",   "oeufs",  "ponte",    "couvaison",  "incubacion",
+                 "huevo",  "huevos",  "puesta", "agg",    "ruvning"};
+const Words Young{"j",         "y",          "young",    "chick",      "chicks",    "nestling",  "nestlings",
+                  "hatchling", "hatchlings", "juvenile", "juveniles",  "juv",       "pullus",    "pulli",
+                  "duckling",  "ducklings",  "gosling",  "goslings",   "cygnet",    "cygnets",   "brood",
+                  "broods",    "hatched",    "kuken",    "kueken",     "junge",     "jungvogel", "jungvoegel",
+                  "nestlinge", "jong",       "jongen",   "nestjongen", "kuiken",    "kuikens",   "poussin",
+                  "poussins",  "jeune",      "jeunes",   "oisillon",   "oisillons", "pollo",     "pollos",
+                  "polluelos", "crias",      "pichones", "unge",       "ungar",     "kyckling",  "kycklingar"};
+
+bool Has(const Words& words, const std::string& word) { return std::ranges::find(words, word) != words.end(); }
 
 }  // namespace
 
 Stage StageIn(std::string_view word) {
   const std::string alike = Alike(word);
-  const auto isOneOf = [&](const std::vector<std::string_view>& words) {
-    return std::ranges::any_of(words, [&](std::string_view begin) { return alike.starts_with(begin); });
-  };
-  const bool ofEggs = alike == "e" || isOneOf(Eggs), ofYoung = alike == "j" || isOneOf(Young);
-  return ofEggs == ofYoung ? Stage::Untold : ofEggs ? Stage::Eggs : Stage::Young;
+  return Has(Eggs, alike) ? Stage::Eggs : Has(Young, alike) ? Stage::Young : Stage::Untold;
 }
 
 }  // namespace merlane

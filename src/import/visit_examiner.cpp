@@ -89,18 +89,16 @@ void VisitExaminer::LookAtColumns(const std::vector<VisitRecord>& visits) {
 
 void VisitExaminer::LookAtHatch(const std::vector<VisitRecord>& visits) {
   constexpr double Near = 45;
-  double nearest = Near;
   const VisitRecord* example = nullptr;
   for (const VisitRecord& visit : visits) {
     if (!visit.AgeIsKnown()) continue;
-    const double age = StrictNumber(visit.age);
-    nearest = std::min(nearest, std::abs(age));
+    if (std::abs(StrictNumber(visit.age)) < Near) return;
     if (example == nullptr) example = &visit;
   }
-  if (example != nullptr && nearest >= Near)
-    remarks_.Say(fmt::format("no visit is within {} days of hatch: \"{}\" has the age {} on day {}{}", Near,
-                             example->code, example->age, example->day,
-                             example->hatchDay == 0 ? "" : fmt::format(" with the hatch day {}", example->hatchDay)));
+  if (example == nullptr) return;
+  const std::string hatchDay = example->hatchDay == 0 ? "" : fmt::format(" with the hatch day {}", example->hatchDay);
+  remarks_.Say(fmt::format("no visit is within {} days of hatch: \"{}\" has the age {} on day {}{}", Near,
+                           example->code, example->age, example->day, hatchDay));
 }
 
 void VisitExaminer::LookAtYears(const std::vector<VisitRecord>& visits) {
