@@ -7,6 +7,7 @@
 
 #include "base/elementary.h"
 #include "base/gamma_ln.h"
+#include "base/processor.h"
 
 namespace merlane {
 namespace {
@@ -253,13 +254,8 @@ namespace {
 constexpr ElementaryRowWay Ways[] = {
     {"plain", [] { return true; }, ExpPlain, LogPlain, PowPlain, GammaLnPlain},
 #ifdef __x86_64__
-    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, ExpAvx2, LogAvx2, PowAvx2, GammaLnAvx2},
-    {"avx512",
-     [] {
-       return __builtin_cpu_supports("avx512f") != 0 && __builtin_cpu_supports("avx512dq") != 0 &&
-              __builtin_cpu_supports("avx512vl") != 0;
-     },
-     ExpAvx512, LogAvx512, PowAvx512, GammaLnAvx512},
+    {"avx2", HasAvx2, ExpAvx2, LogAvx2, PowAvx2, GammaLnAvx2},
+    {"avx512", HasAvx512, ExpAvx512, LogAvx512, PowAvx512, GammaLnAvx512},
 #endif
 };
 

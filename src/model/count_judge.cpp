@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "base/elementary_rows.h"
+#include "model/column_loops.h"
 
 namespace merlane {
 namespace {
@@ -39,7 +39,8 @@ CountJudge::CountJudge(const ObjectivePlan& plan, const CountDistributions& dist
     mostDistributions = std::max(mostDistributions, judged.size());
     mostPredictions = std::max(mostPredictions, At(judged.back().predictionEnd - judged.front().prediction));
   }
-  for (auto* column : {&share_, &logs_}) column->resize(2 * mostDistributions);
+  interval_.reserve(mostDistributions);
+  for (auto* column : {&share_, &logs_}) column->reserve(2 * mostDistributions);
   for (auto* column : {&exponent_, &P_, &logP_}) column->resize(mostPredictions);
   overdispersed_.reserve(mostDistributions);
   for (auto* row : {&arguments_, &logGammas_}) row->resize(4 * mostDistributions + 2 * mostPredictions);
@@ -61,7 +62,7 @@ bool CountJudge::JudgeStage(Distributions distributions, const SurvivalColumns& 
   if (!known.random && !errors.random) std::ranges::fill(PR, 1.0);
   if (!known.random && errors.random) {
     FillBinomialLogs(distributions, survival, survival.OutR);
-    for (std::size_t j = 0; j < distributions.size(); ++j) FillBinomialExponents(distributions[j], j);
+    FillBinomialExponents();
     ExpRow(std::span(exponent_).first(size_), PR);
   }
   if (!known.correlated && !errors.correlated) std::ranges::fill(PC, 1.0);
@@ -69,47 +70,39 @@ bool CountJudge::JudgeStage(Distributions distributions, const SurvivalColumns& 
     if (!FillCorrelatedExponents(distributions, survival, errors, thetas)) return false;
     ExpRow(std::span(exponent_).first(size_), PC);
   }
-  for (const ObjectivePlan::Distribution& d : distributions) {
-    const double q = survival.PCorr[At(plan_.span[At(d.interval)])];
-    for (std::size_t i = At(d.prediction) - first_; i < At(d.predictionEnd) - first_; ++i)
-      P_[i] = (1 - q) * PR[i] + q * PC[i];
-  }
+  Columns().mixtures(PR.data(), PC.data(), plan_.spanOfPrediction.data() + first_, survival.PCorr.data(), P_.data(),
+                     size_);
   return FillDeviances(deviance);
 }
 
 /// See BinomialLogs.
 void CountJudge::FillBinomialLogs(Distributions distributions, const SurvivalColumns& survival,
                                   const std::vector<double>& Out) {
-  for (std::size_t j = 0; j < distributions.size(); ++j) {
-    const std::size_t interval = At(distributions[j].interval);
-    const double p = BinomialShare(Out[interval] / survival.N[interval]);
-    share_[2 * j] = p;
-    share_[2 * j + 1] = 1 - p;
-  }
-  const std::size_t shares = 2 * distributions.size();
-  LogRow(std::span(share_).first(shares), std::span(logs_).first(shares));
+  const std::size_t size = distributions.size();
+  interval_.clear();
+  for (const ObjectivePlan::Distribution& d : distributions) interval_.push_back(d.interval);
+  for (auto* column : {&share_, &logs_}) column->resize(2 * size);
+  Columns().binomialShares(interval_.data(), Out.data(), survival.N.data(), share_.data(), share_.data() + size, size);
+  LogRow(share_, logs_);
 }
 
-void CountJudge::FillBinomialExponents(const ObjectivePlan::Distribution& d, std::size_t number) {
-  const BinomialLogs logs(logs_[2 * number], logs_[2 * number + 1]);
-  for (std::size_t i = At(d.prediction); i < At(d.predictionEnd); ++i)
-    exponent_[i - first_] = logs.LogProbability(plan_.logChoices[i], d.n, plan_.k[i]);
+void CountJudge::FillBinomialExponents() {
+  Columns().binomialExponents(plan_.logChoices.data() + first_, plan_.k.data() + first_, plan_.others.data() + first_,
+                              plan_.distribution.data() + first_, logs_.data(), logs_.data() + logs_.size() / 2,
+                              exponent_.data(), size_);
 }
 
 bool CountJudge::FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival,
                                          const StageErrors& errors, const std::vector<double>& thetas) {
   FillBinomialLogs(distributions, survival, survival.OutC);
+  FillBinomialExponents();
   overdispersed_.clear();
-  for (std::size_t j = 0; j < distributions.size(); ++j) {
-    const ObjectivePlan::Distribution& d = distributions[j];
+  for (const ObjectivePlan::Distribution& d : distributions) {
     const double theta = thetas[At(d.age)];
     if (std::isnan(theta)) return false;
-    if (d.n == 1 || errors.CodeC == 1 || theta <= 1e-6) {
-      FillBinomialExponents(d, j);
-    } else {
-      double E = survival.OutC[At(d.interval)];
-      overdispersed_.push_back({&d, BetaBinomialShapes(d.n, E, theta == 1.0 ? 0.999999 : theta)});
-    }
+    if (d.n == 1 || errors.CodeC == 1 || theta <= 1e-6) continue;
+    double E = survival.OutC[At(d.interval)];
+    overdispersed_.push_back({&d, BetaBinomialShapes(d.n, E, theta == 1.0 ? 0.999999 : theta)});
   }
   FillOverdispersedExponents();
   return true;
@@ -169,12 +162,8 @@ bool CountJudge::JudgeOverHatch(Distributions distributions, const SurvivalColum
 }
 
 bool CountJudge::FillDeviances(std::vector<double>& deviance) {
-  bool impossible = false;
-  const auto judged = std::span(P_).first(size_);
-  for (const double P : judged) impossible |= !(P >= 0 && P <= std::numeric_limits<double>::max());
-  LogRow(judged, std::span(logP_).first(size_));
-  for (std::size_t i = 0; i < size_; ++i) deviance[first_ + i] = P_[i] > 0 ? -2 * logP_[i] : 0;
-  return !impossible;
+  LogRow(std::span(P_).first(size_), std::span(logP_).first(size_));
+  return Columns().deviances(P_.data(), logP_.data(), deviance.data() + first_, size_);
 }
 
 }  // namespace merlane

@@ -52,7 +52,7 @@ class CountJudge {
   SpanningJudge::Expected ExpectedOf(const ObjectivePlan::Distribution& distribution, const SurvivalColumns& survival,
                                      const Thetas& thetas) const;
   void FillBinomialLogs(Distributions distributions, const SurvivalColumns& survival, const std::vector<double>& Out);
-  void FillBinomialExponents(const ObjectivePlan::Distribution& distribution, std::size_t number);
+  void FillBinomialExponents();
   bool FillCorrelatedExponents(Distributions distributions, const SurvivalColumns& survival, const StageErrors& errors,
                                const std::vector<double>& thetas);
   struct Overdispersed {
@@ -68,7 +68,8 @@ class CountJudge {
   HatchRow hatchRow_;
   // Of the row that is judged; there is room for the longest.
   std::size_t first_ = 0, size_ = 0;         // its predictions
-  std::vector<double> share_, logs_;         // of each distribution: p, 1 - p
+  std::vector<int> interval_;                // of each distribution
+  std::vector<double> share_, logs_;         // p of each, then 1 - p of each
   std::vector<double> exponent_, P_, logP_;  // of each prediction
   std::vector<Overdispersed> overdispersed_;
   std::vector<double> arguments_, logGammas_;  // of all that these ask ln Gamma of, and what it is

@@ -265,7 +265,9 @@ class Planning {
     plan_.JuvsAtRisk = static_cast<std::int32_t>(juveniles);
 
     NumberPredictions(std::move(counted));
-    for (const Kind kind : {Kind::Clutch, Kind::Brood, Kind::Spanning}) AddRows(kind);
+    plan_.distribution.resize(plan_.k.size());
+    // First those that take longest, so that nobody has to be waited for at the end.
+    for (const Kind kind : {Kind::Spanning, Kind::Clutch, Kind::Brood}) AddRows(kind);
   }
 
   static bool Fits(const PreparedVisits::Judgement& judgement, By by) {
@@ -311,6 +313,8 @@ class Planning {
       }
       if (another || last->k != c.k) {
         plan_.k.push_back(c.k);
+        plan_.others.push_back(static_cast<std::int16_t>(c.of.n - c.k));
+        plan_.spanOfPrediction.push_back(c.of.span);
         plan_.logChoices.push_back(distributions_.LogChoices(c.of.n, c.k));
         distributions.back().predictionEnd = Size(plan_.k);
       }
@@ -326,6 +330,9 @@ class Planning {
       const bool full = distributions[end - 1].predictionEnd - distributions[begin].prediction >= PredictionsOfRow;
       if (!full && end < distributions.size()) continue;
       plan_.rows.push_back({kind, {begin, end}});
+      for (std::size_t d = begin; d < end; ++d)
+        for (int prediction = distributions[d].prediction; prediction < distributions[d].predictionEnd; ++prediction)
+          plan_.distribution[At(prediction)] = static_cast<int>(d - begin);
       begin = end;
     }
   }

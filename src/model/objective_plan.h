@@ -101,9 +101,11 @@ struct ObjectivePlan {
   std::span<const Distribution> DistributionsOf(const Row& row) const;
 
   // Predictions: a count k of a distribution, ascending in each.
-  std::vector<std::int16_t> k;
-  std::vector<double> logChoices;  // ln of the number of ways to choose k of n
-  std::vector<int> counted;        // the prediction of each visit that counts, in the order of visits
+  std::vector<std::int16_t> k, others;  // the others being n - k
+  std::vector<int> distribution;        // its number in its row
+  std::vector<int> spanOfPrediction;    // of one stage; over hatch the distribution's number among fromHatch
+  std::vector<double> logChoices;       // ln of the number of ways to choose k of n
+  std::vector<int> counted;             // the prediction of each visit that counts, in the order of visits
 
   /// Worth to be shared by several cores. Measured on two: with binomial counts sharing gains nothing up to 3,000
   /// predictions, 7 % at 4,500, 15 % at 6,000 and 60 % at 11,000; with overdispersed ones 20 to 30 % from 2,500 on and

@@ -1,7 +1,7 @@
 #include "model/survival_columns.h"
 
 #include <algorithm>
-#include <cmath>
+#include <span>
 #include <utility>
 
 #include "base/elementary_rows.h"
@@ -12,19 +12,7 @@ namespace {
 
 std::size_t At(int index) { return static_cast<std::size_t>(index); }
 
-/// Passes intermediate results through and remembers whether each stayed so far from an overflow that what is made of
-/// it by some few multiplications is a number, too.
-class BoundsWatch {
- public:
-  double operator()(double x) {
-    failed_ |= !(std::abs(x) <= 1e100);
-    return x;
-  }
-  bool Failed() const { return failed_; }
-
- private:
-  bool failed_ = false;
-};
+bool AreBounded(std::span<const double> column) { return Columns().areBounded(column.data(), column.size()); }
 
 }  // namespace
 
@@ -33,7 +21,7 @@ SurvivalColumns::SurvivalColumns(const BroodData& data, const ObjectivePlan& pla
   for (const ObjectivePlan::Piece& piece : plan.broodPieces) effectsServe_.push_back(EffectColumns::Serve(plan, piece));
   for (Shares* shares : {&random_, &correlated_}) {
     for (auto* rates : {&shares->rate, &shares->made}) rates->resize(At(plan.Mortalities()));
-    shares->madeFor.assign(At(plan.Mortalities()), NotYet);
+    shares->madeFor.assign(At(plan.Mortalities()), SurvivalRate::NotYet);
     for (auto* column : {&shares->alive, &shares->power}) column->resize(plan.Time.size());
   }
   for (auto* column : {&aliveR, &aliveC, &aliveAll, &PCorr}) column->resize(plan.from.size());
@@ -140,7 +128,7 @@ bool SurvivalColumns::FillSurvival(const ObjectivePlan::Piece& piece, Kind kind,
 /// Whether the shares of a piece are those of its rates.
 bool SurvivalColumns::AreMade(const ObjectivePlan::Piece& piece, const Shares& shares) {
   return std::ranges::equal(piece.mortality.Of(shares.rate), piece.mortality.Of(shares.made),
-                            [](const Rate& a, const Rate& b) {
+                            [](const SurvivalRate& a, const SurvivalRate& b) {
                               return SameBits(a.Alpha, b.Alpha) && SameBits(a.Beta, b.Beta) && SameBits(a.f, b.f) &&
                                      SameBits(a.normaliser, b.normaliser) && SameBits(a.share, b.share);
                             });
@@ -177,32 +165,31 @@ void SurvivalColumns::FillPowers(const ObjectivePlan::Piece& piece, Shares& shar
     power[i] = rows.distinctPower[At(plan_.distinctTime[piece.time.begin + i]) - piece.distinctTime.begin];
 }
 
-/// See SurvivalFunctions::At. An exponent beyond all bounds gives an innocent 0, and is watched; whatever else is no
+/// See SurvivalFunctions::At. An exponent beyond all bounds gives an innocent 0, and is looked at; whatever else is no
 /// number stays none.
 bool SurvivalColumns::FillSharesR(const ObjectivePlan::Piece& piece, Rows& rows) {
   FillPowers(piece, random_, rows);
   random_.made[piece.mortality.begin] = {};  // until they are
-  BoundsWatch watch;
-  const std::span<const int> mortality = piece.time.Of(plan_.mortalityOfTime);
+  const ColumnLoops& columns = Columns();
+  const std::size_t size = piece.time.Size();
+  const int* const mortality = plan_.mortalityOfTime.data() + piece.time.begin;
   const double* const power = random_.power.data() + piece.time.begin;
-  const auto exponent = std::span(rows.exponent).first(mortality.size());
-  const auto surviving = std::span(rows.surviving).first(mortality.size());
-  const auto attenuation = std::span(rows.attenuation).first(mortality.size());
-  for (std::size_t i = 0; i < mortality.size(); ++i)
-    exponent[i] = watch(-random_.rate[At(mortality[i])].Alpha * power[i]);
+  const auto exponent = std::span(rows.exponent).first(size);
+  const auto surviving = std::span(rows.surviving).first(size);
+  const auto attenuation = std::span(rows.attenuation).first(size);
+  columns.randomExponents(random_.rate.data(), mortality, power, exponent.data(), size);
+  bool bounded = AreBounded(exponent);
   ExpRow(exponent, surviving);
   const double f = random_.rate[piece.mortality.begin].f;  // which all have
-  for (std::size_t i = 0; i < mortality.size(); ++i) exponent[i] = watch(-f * power[i]);
+  columns.products(-f, power, exponent.data(), size);
+  bounded &= AreBounded(exponent);
   if (f != 0)
     ExpRow(exponent, attenuation);
   else
     std::ranges::fill(attenuation, 1.0);
-  double* const SR = random_.alive.data() + piece.time.begin;
-  for (std::size_t i = 0; i < mortality.size(); ++i) {
-    const Rate& rate = random_.rate[At(mortality[i])];
-    SR[i] = watch(surviving[i] * (1 - rate.share * attenuation[i]) / rate.normaliser);
-  }
-  if (watch.Failed()) return false;
+  const auto SR = std::span(random_.alive).subspan(piece.time.begin, size);
+  columns.randomShares(random_.rate.data(), mortality, surviving.data(), attenuation.data(), SR.data(), size);
+  if (!bounded || !AreBounded(SR)) return false;
   NoteMade(piece, random_);
   return true;
 }
@@ -210,61 +197,55 @@ bool SurvivalColumns::FillSharesR(const ObjectivePlan::Piece& piece, Rows& rows)
 bool SurvivalColumns::FillSharesC(const ObjectivePlan::Piece& piece, Rows& rows) {
   FillPowers(piece, correlated_, rows);
   correlated_.made[piece.mortality.begin] = {};
-  BoundsWatch watch;
-  const std::span<const int> mortality = piece.time.Of(plan_.mortalityOfTime);
+  const ColumnLoops& columns = Columns();
+  const std::size_t size = piece.time.Size();
+  const int* const mortality = plan_.mortalityOfTime.data() + piece.time.begin;
   const double* const power = correlated_.power.data() + piece.time.begin;
-  const auto exponent = std::span(rows.exponent).first(mortality.size());
-  const auto surviving = std::span(rows.surviving).first(mortality.size());
-  for (std::size_t i = 0; i < mortality.size(); ++i) {
-    const Rate& rate = correlated_.rate[At(mortality[i])];
-    exponent[i] = watch(-(rate.f + rate.Alpha) * power[i]);
-  }
+  const auto exponent = std::span(rows.exponent).first(size);
+  const auto surviving = std::span(rows.surviving).first(size);
+  columns.correlatedExponents(correlated_.rate.data(), mortality, power, exponent.data(), size);
+  const bool bounded = AreBounded(exponent);
   ExpRow(exponent, surviving);
-  double* const SC = correlated_.alive.data() + piece.time.begin;
-  for (std::size_t i = 0; i < mortality.size(); ++i) {
-    const Rate& rate = correlated_.rate[At(mortality[i])];
-    SC[i] = watch(rate.share * surviving[i] / rate.normaliser);
-  }
-  if (watch.Failed()) return false;
+  const auto SC = std::span(correlated_.alive).subspan(piece.time.begin, size);
+  columns.correlatedShares(correlated_.rate.data(), mortality, surviving.data(), SC.data(), size);
+  if (!bounded || !AreBounded(SC)) return false;
   NoteMade(piece, correlated_);
   return true;
 }
 
 /// See ExpectedSurvivors.
 bool SurvivalColumns::FillSpans(const ObjectivePlan::Piece& piece, Kind kind) {
-  BoundsWatch watch;
-  const std::vector<double>&SR = random_.alive, &SC = correlated_.alive;
-  const auto alive = [&](double S1, double S2) { return S1 > 0 ? watch(S2 / S1) : 0.0; };
+  if (kind == Kind::Both)
+    Columns().spans(plan_.from.data() + piece.span.begin, plan_.to.data() + piece.span.begin, random_.alive.data(),
+                    correlated_.alive.data(), aliveR.data() + piece.span.begin, aliveC.data() + piece.span.begin,
+                    aliveAll.data() + piece.span.begin, PCorr.data() + piece.span.begin, piece.span.Size());
+  else
+    FillSpansOfOne(piece, kind);
+  bool bounded = true;
+  for (const auto* column : {&aliveR, &aliveC, &aliveAll, &PCorr}) bounded &= AreBounded(piece.span.Of(*column));
+  return bounded;
+}
+
+/// Where only one kind of mortality acts.
+void SurvivalColumns::FillSpansOfOne(const ObjectivePlan::Piece& piece, Kind kind) {
+  const std::vector<double>& S = kind == Kind::Random ? random_.alive : correlated_.alive;
+  std::vector<double>&alive = kind == Kind::Random ? aliveR : aliveC, &none = kind == Kind::Random ? aliveC : aliveR;
   for (std::size_t i = piece.span.begin; i < piece.span.end; ++i) {
-    const std::size_t from = At(plan_.from[i]), to = At(plan_.to[i]);
-    if (kind == Kind::Random) {
-      aliveR[i] = aliveAll[i] = alive(SR[from], SR[to]);
-      aliveC[i] = PCorr[i] = 0;
-    } else if (kind == Kind::Correlated) {
-      aliveC[i] = aliveAll[i] = alive(SC[from], SC[to]);
-      aliveR[i] = 0;
-      PCorr[i] = SC[from] > 0 ? 1 : 0;
-    } else {
-      const double S1 = SR[from] + SC[from];
-      aliveAll[i] = alive(S1, SR[to] + SC[to]);
-      aliveC[i] = alive(SC[from], SC[to]);
-      aliveR[i] = alive(SR[from], SR[to]);
-      PCorr[i] = watch(SC[from] / S1);
-    }
+    const double S1 = S[At(plan_.from[i])], S2 = S[At(plan_.to[i])];
+    alive[i] = aliveAll[i] = S1 > 0 ? S2 / S1 : 0.0;
+    none[i] = 0;
+    PCorr[i] = kind == Kind::Correlated && S1 > 0 ? 1 : 0;
   }
-  return !watch.Failed();
 }
 
 bool SurvivalColumns::FillSurvivors(const ObjectivePlan::Piece& piece, bool BootstrapMode) {
-  bool tooFew = false;
-  for (std::size_t i = piece.interval.begin; i < piece.interval.end; ++i) {
-    const std::size_t span = At(plan_.span[i]);
-    OutR[i] = aliveR[span] * N[i];
-    OutC[i] = aliveC[span] * N[i];
-    OutAll[i] = aliveAll[span] * N[i];
-    tooFew |= N[i] > 0 && (BootstrapMode ? OutAll[i] == 0 : OutAll[i] < 1e-8);
-  }
-  return !tooFew;
+  const ColumnLoops& columns = Columns();
+  const std::size_t begin = piece.interval.begin, size = piece.interval.Size();
+  const int* const span = plan_.span.data() + begin;
+  columns.survivors(span, aliveR.data(), N.data() + begin, OutR.data() + begin, size);
+  columns.survivors(span, aliveC.data(), N.data() + begin, OutC.data() + begin, size);
+  columns.survivors(span, aliveAll.data(), N.data() + begin, OutAll.data() + begin, size);
+  return !columns.fewerThan(BootstrapMode ? 0 : 1e-8, N.data() + begin, OutAll.data() + begin, size);
 }
 
 }  // namespace merlane

@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <span>
 #include <vector>
 
 #include "data/brood_data.h"
+#include "model/column_loops.h"
 #include "model/effect_columns.h"
 #include "model/objective_plan.h"
 #include "model/parameters.h"
@@ -50,14 +50,9 @@ class SurvivalColumns {
 
  private:
   enum class Kind { Random, Correlated, Both };  // which mortality acts
-  /// All that the shares alive under one kind of mortality are computed from; see SurvivalFunctions.
-  struct Rate {
-    double Alpha = NotYet, Beta = NotYet, f = NotYet, normaliser = NotYet, share = NotYet;
-  };
-  static constexpr double NotYet = std::numeric_limits<double>::quiet_NaN();
   /// The shares alive under one kind of mortality, and what they were computed from.
   struct Shares {
-    std::vector<Rate> rate, made;               // of each mortality: now, and of those in `alive`
+    std::vector<SurvivalRate> rate, made;       // of each mortality: now, and of those in `alive`
     std::vector<double> alive, power, madeFor;  // of each time; its power, and of each mortality the shape of those
   };
   /// How a piece was filled: the clutches, then those of broods.
@@ -80,6 +75,7 @@ class SurvivalColumns {
   bool FillSharesC(const ObjectivePlan::Piece& piece, Rows& rows);
   static void NoteMade(const ObjectivePlan::Piece& piece, Shares& shares);
   bool FillSpans(const ObjectivePlan::Piece& piece, Kind kind);
+  void FillSpansOfOne(const ObjectivePlan::Piece& piece, Kind kind);
   bool FillSurvivors(const ObjectivePlan::Piece& piece, bool BootstrapMode);
 
   const BroodData& data_;
