@@ -51,9 +51,10 @@ std::string_view Rightmost(std::string_view text, int count) {
 std::vector<std::string> Lines(std::string_view text) {
   std::vector<std::string> lines;
   while (!text.empty()) {
-    const std::size_t end = text.find_first_of("\r\n");
+    const auto endsLine = [](char c) { return c == '\r' || c == '\n'; };
+    const auto end = static_cast<std::size_t>(std::find_if(text.begin(), text.end(), endsLine) - text.begin());
     lines.emplace_back(text.substr(0, end));
-    if (end == std::string_view::npos) break;
+    if (end == text.size()) break;
     const bool crlf = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
     text.remove_prefix(end + (crlf ? 2 : 1));
   }

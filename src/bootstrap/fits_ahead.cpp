@@ -19,6 +19,9 @@ constexpr std::chrono::milliseconds Glance(5);
 /// How many numbers the vectors of a fit may hold before it waits: a bound on what a fit of very many calls keeps.
 constexpr int MostNumbersAhead = 1'500'000;
 
+/// Data of so many visits are kept for the bootstrap, with what is prepared of them; larger ones it reads itself.
+constexpr int MostVisitsKept = 20'000;
+
 /// How many visits all threads together may hold, a few hundred bytes each.
 constexpr int MostVisitsAhead = 4'000'000;
 
@@ -41,6 +44,12 @@ class FitsAhead::Fit : public FitWatch {
     const std::lock_guard lock(mutex_);
     text_ = dataText;
     textKnown_ = true;
+    changed_.notify_all();
+  }
+  void OnRead(std::optional<MerlaneModel::ReadElsewhere> read) override {
+    const std::lock_guard lock(mutex_);
+    if (read && read->data->Visits() <= MostVisitsKept) read_ = std::move(read);
+    readKnown_ = true;
     changed_.notify_all();
   }
   FitCall& OnCall(std::int32_t NF, const Array1<double>& vector) override {
@@ -70,6 +79,12 @@ class FitsAhead::Fit : public FitWatch {
     changed_.wait(lock, [this] { return textKnown_ || ended_; });
     return textKnown_ && text_ == dataText;
   }
+  /// The data, waited for; none when they are not kept.
+  std::optional<MerlaneModel::ReadElsewhere> Read() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return readKnown_ || ended_; });
+    return std::exchange(read_, std::nullopt);
+  }
   /// The first call that has not been dropped, waited for; null when the fit has ended without one.
   FitCall* First() {
     std::unique_lock lock(mutex_);
@@ -94,6 +109,8 @@ class FitsAhead::Fit : public FitWatch {
   std::condition_variable changed_;
   std::string text_;
   bool textKnown_ = false;
+  std::optional<MerlaneModel::ReadElsewhere> read_;
+  bool readKnown_ = false;
   bool ended_ = false;
   std::deque<FitCall> calls_;  // in order; those that have been followed are dropped
 };
@@ -131,15 +148,27 @@ void FitsAhead::Begin(int attempt, int last) {
   changed_.notify_all();
 }
 
-void FitsAhead::Follow(int attempt, const std::string& dataText) {
+std::shared_ptr<FitsAhead::Fit> FitsAhead::BegunTo(int attempt, const std::string& dataText) {
+  std::shared_ptr<Fit> fit;
   {
     const std::lock_guard lock(mutex_);
     const auto begun = fits_.find(attempt);
-    followed_ = begun != fits_.end() ? begun->second : nullptr;
+    if (begun != fits_.end()) fit = begun->second;
     next_ = std::max(next_, attempt + 1);  // not begun ahead, it is fitted by the bootstrap itself
   }
-  if (followed_ && !followed_->IsTo(dataText)) Leave();
+  if (fit && !fit->IsTo(dataText)) {
+    fit->Abandon();
+    fit.reset();
+  }
+  return fit;
 }
+
+std::optional<MerlaneModel::ReadElsewhere> FitsAhead::Read(int attempt, const std::string& dataText) {
+  const std::shared_ptr<Fit> fit = BegunTo(attempt, dataText);
+  return fit ? fit->Read() : std::nullopt;
+}
+
+void FitsAhead::Follow(int attempt, const std::string& dataText) { followed_ = BegunTo(attempt, dataText); }
 
 void FitsAhead::Leave() {
   if (followed_) followed_->Abandon();

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -45,6 +46,8 @@ class FitsAhead {
 
   /// The bootstrap has come to this attempt, counted from 1, and will make `last` at least: so far it is worth going.
   void Begin(int attempt, int last);
+  /// An attempt's data, where this text has been read ahead or is being read; none where they are not kept.
+  std::optional<MerlaneModel::ReadElsewhere> Read(int attempt, const std::string& dataText);
   /// It begins to minimise with these data, and has left the minimum.
   void Follow(int attempt, const std::string& dataText);
   void Leave();
@@ -55,6 +58,8 @@ class FitsAhead {
  private:
   class Fit;
 
+  /// The fit to these data, if it has been begun.
+  std::shared_ptr<Fit> BegunTo(int attempt, const std::string& dataText);
   void WorkAsLongAsThereIsMemory();
   void Work();
   void Run(int attempt, Fit& fit, KeptPredictions& predictions) const;

@@ -171,7 +171,7 @@ bool ParametricBootstrap::Fit(const BootstrapOptions& options, int attempt, cons
   Tell("Writing simulated data");
   WriteData(path, dataText);
   Tell("Reading simulated data");
-  ReadSimulated(dataText);
+  ReadSimulated(attempt, dataText);
   ReadAlgorithmFile();
   Tell("Estimating parameters for simulated data");
   Evaluate();
@@ -315,10 +315,11 @@ void ParametricBootstrap::ReadOriginal() {
     throw CannotGoOn("the data file has changed since it was read: initialize the model with it and fit it anew");
 }
 
-void ParametricBootstrap::ReadSimulated(const std::string& text) {
+void ParametricBootstrap::ReadSimulated(int attempt, const std::string& text) {
   state_.flags.ReadOriginalFile = false;
   state_.flags.ReadSimulatedFile = true;
   model_.data.SimulatedText = text;
+  if (ahead_) model_.readElsewhere = ahead_->Read(attempt, text);
   ReadData();
 }
 

@@ -113,7 +113,7 @@ class ParametricBootstrap {
   std::string Simulate();
   void WriteData(const std::string& path, const std::string& text);
   void ReadOriginal();
-  void ReadSimulated(const std::string& text);
+  void ReadSimulated(int attempt, const std::string& text);
   void ReadData();
   void ReadAlgorithmFile();
   void TellChanged();

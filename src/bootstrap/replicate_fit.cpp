@@ -9,7 +9,12 @@
 namespace merlane {
 
 ReplicateFit::ReplicateFit(const FitOrigin& origin, FitWatch& watch)
-    : origin_(origin), watch_(watch), data_(origin.data), likelihood_(origin.fit), run_(origin.run), untold_(1, {}) {
+    : origin_(origin),
+      watch_(watch),
+      data_(std::make_shared<BroodData>(origin.data)),
+      likelihood_(origin.fit),
+      run_(origin.run),
+      untold_(1, {}) {
   setting_.BootstrapMode = true;
   setting_.tell = [this](const Message& message) { now_->messages.push_back(message); };
   setting_.turn = [this](long turns) {
@@ -23,22 +28,24 @@ void ReplicateFit::Simulate(int attempt, KeptPredictions& predictions) {
   random.Skip(attempt - 1);
   Simulation simulation;
   const CalculationWatch watch{.turn = [this] { watch_.OnTurn(); }};
-  SimulateData(data_, {.BootstrapMode = true}, likelihood_.best, random, watch, simulation, &predictions);
+  SimulateData(*data_, {.BootstrapMode = true}, likelihood_.best, random, watch, simulation, &predictions);
   const std::string text = origin_.text.Of(simulation.SimCount);
   watch_.OnData(text);
   ReadingReport unread;
   ReadTextData(
-      text, true, data_, [](const Message&) {}, unread);
-  RecordPlaces(origin_.data).GiveTo(data_);
-  likelihood_.Dimension(data_);
-  if (data_.CovariateFormat == "A") StandardiseCovariates(data_);
+      text, true, *data_, [this](const Message&) { toldReading_ = true; }, unread);
+  RecordPlaces(origin_.data).GiveTo(*data_);
+  likelihood_.Dimension(*data_);
+  if (data_->CovariateFormat == "A") StandardiseCovariates(*data_);
 }
 
 bool ReplicateFit::Minimise() {
-  evaluator_.emplace(data_);
+  evaluator_.emplace(*data_);
   const Model evaluate = [this](ModelCall& call) { Evaluate(call); };
   ApplyFuses(run_.algorithm.Value, run_);
   Objective(run_, evaluate).Call(run_.algorithm.Value, 1);
+  watch_.OnRead(toldReading_ ? std::nullopt
+                             : std::optional<MerlaneModel::ReadElsewhere>({data_, evaluator_->Prepared()}));
   Objective objective(run_, [&](ModelCall& call) {
     now_ = &watch_.OnCall(call.NF, call.X);
     std::exception_ptr failure;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "model/kept_predictions.h"
 #include "model/likelihood.h"
 #include "model/likelihood_state.h"
+#include "model/merlane_model.h"
 #include "platform/random_streams.h"
 #include "platform/window_system.h"
 
@@ -52,6 +54,8 @@ class FitWatch {
   virtual ~FitWatch() = default;
   /// The data, as they stand in a file.
   virtual void OnData(const std::string& /*text*/) {}
+  /// They have been read and evaluated once; none where reading them tells something, which is the bootstrap's affair.
+  virtual void OnRead(std::optional<MerlaneModel::ReadElsewhere> /*read*/) {}
   /// A call is about to be made. Returns where its outcome goes.
   virtual FitCall& OnCall(std::int32_t NF, const Array1<double>& vector) = 0;
   /// It is done. From here on it is somebody else's, who may have dropped it.
@@ -81,7 +85,8 @@ class ReplicateFit {
 
   const FitOrigin& origin_;
   FitWatch& watch_;
-  BroodData data_;
+  const std::shared_ptr<BroodData> data_;
+  bool toldReading_ = false;  // something
   LikelihoodState likelihood_;
   RunState run_;
   EvaluationSetting setting_;

@@ -9,6 +9,20 @@
 
 namespace merlane {
 
+namespace {
+
+Likelihood::Preparation Completed(Likelihood::Preparation preparation, const BroodData& data) {
+  if (!preparation.visits) preparation.visits = std::make_shared<const PreparedVisits>(data);
+  if (!preparation.distributions)
+    preparation.distributions = std::make_shared<const CountDistributions>(preparation.visits->MaxCount);
+  return preparation;
+}
+
+}  // namespace
+
+Likelihood::Likelihood(const BroodData& data, Workers* workers, Preparation preparation)
+    : data_(data), preparation_(Completed(std::move(preparation), data)), workers_(workers) {}
+
 void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F,
                                    Array1<double>& Value, Array1<double>& Step, Array1<std::string>& Names,
                                    Array1<std::string>& Fuse, std::int16_t NPAR, std::int32_t NF,
@@ -28,7 +42,7 @@ void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodS
   state.BestObjective = F;
   state.BestPenalty = state.Penalty;
   SampleSize = ToInt32(static_cast<double>(state.EggsAtRisk) + state.JuvsAtRisk);
-  state.owed.best = withoutTables;
+  state.owed.best = state.owed.bestIsLast = withoutTables;
   state.owed.bestInBootstrap = setting.BootstrapMode;
   if (!withoutTables) state.KeepBestTables();
 }
@@ -59,6 +73,7 @@ bool Likelihood::EvaluateWithoutTables(const EvaluationSetting& setting, Likelih
   }
   state.owed.ofLast = p;  // the first time it asks for memory, before anything is owed
   state.owed.last = true;
+  state.owed.bestIsLast = false;
   state.owed.lastInBootstrap = setting.BootstrapMode;
   state.EggsAtRisk = pass.Plan().EggsAtRisk;
   state.JuvsAtRisk = pass.Plan().JuvsAtRisk;
@@ -91,11 +106,13 @@ void Likelihood::EvaluateByTables(const EvaluationSetting& setting, LikelihoodSt
 void Likelihood::FillTables(LikelihoodState& state) {
   if (!state.owed.last) return;
   if (std::exchange(state.owed.preset, false)) state.Preset();
-  if (std::exchange(state.owed.best, false)) {
+  const bool best = std::exchange(state.owed.best, false);
+  if (best && !state.owed.bestIsLast) {
     FillFrom(state.best.parameters, state.owed.bestInBootstrap, state);
     state.KeepBestTables();
   }
   FillFrom(state.owed.ofLast, state.owed.lastInBootstrap, state);
+  if (best && state.owed.bestIsLast) state.KeepBestTables();
   state.owed.last = false;
 }
 
@@ -133,13 +150,17 @@ SumsAhead::Passes& Likelihood::PassesFor(const ObjectivePlan::Subject& subject) 
   SumsAhead::Passes& passes = subject.broodsShareMortalities ? sharedPasses_ : ownPasses_;
   if (passes.empty() || passes.front()->Plan().subject != subject) {
     passes.clear();
-    AddPass(passes, std::make_shared<const ObjectivePlan>(data_, prepared_, distributions_, subject));
+    if (!preparation_.plan || preparation_.plan->subject != subject)
+      preparation_.plan =
+          std::make_shared<const ObjectivePlan>(data_, *preparation_.visits, *preparation_.distributions, subject);
+    AddPass(passes, preparation_.plan);
   }
   return passes;
 }
 
 void Likelihood::AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan) {
-  passes.push_back(std::make_unique<ObjectivePass>(data_, prepared_, distributions_, std::move(plan), workers_));
+  passes.push_back(std::make_unique<ObjectivePass>(data_, *preparation_.visits, *preparation_.distributions,
+                                                   std::move(plan), workers_));
 }
 
 }  // namespace merlane

@@ -22,10 +22,16 @@ namespace merlane {
 /// The objective of a data set. To be made anew whenever data have been read; an evaluation allocates nothing.
 class Likelihood {
  public:
-  /// Prepares for the data, which must stay where they are and as they are. `workers` share the work; without them all
-  /// is done by the caller.
-  explicit Likelihood(const BroodData& data, Workers* workers = nullptr)
-      : data_(data), prepared_(data), workers_(workers) {}
+  /// What is found of data before they are evaluated, and the plan of the objective made last; values, which any thread
+  /// may look at. What is not there is found when it is needed.
+  struct Preparation {
+    std::shared_ptr<const PreparedVisits> visits;
+    std::shared_ptr<const CountDistributions> distributions;
+    std::shared_ptr<const ObjectivePlan> plan;
+  };
+  /// Prepares for the data, which must stay where they are and as they are, or takes the preparation for the very same
+  /// data. `workers` share the work; without them all is done by the caller.
+  explicit Likelihood(const BroodData& data, Workers* workers = nullptr, Preparation preparation = {});
   Likelihood(const Likelihood&) = delete;
   Likelihood& operator=(const Likelihood&) = delete;
 
@@ -52,6 +58,9 @@ class Likelihood {
     return *noted_;
   }
 
+  /// For who evaluates the same data elsewhere.
+  const Preparation& Prepared() const { return preparation_; }
+
   /// Writes the tables that the evaluations have left: those of the lowest F, then those of the last evaluation. To be
   /// called before anybody looks at a table.
   void FillTables(LikelihoodState& state);
@@ -67,17 +76,16 @@ class Likelihood {
   void AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan);
 
   const BroodData& data_;
-  const PreparedVisits prepared_;
+  Preparation preparation_;
   Workers* const workers_;
-  const CountDistributions distributions_{prepared_.MaxCount};
   // The objective alone, for broods that share their mortalities and for broods of which each has its own.
   SumsAhead::Passes sharedPasses_, ownPasses_;
   bool lastWasShared_ = true;
   std::optional<SumsAhead> ahead_;
   std::optional<NotedSums> noted_;
   // The tables.
-  SurvivalPass survivalPass_{data_, prepared_};
-  LikelihoodPass likelihoodPass_{data_, prepared_};
+  SurvivalPass survivalPass_{data_, *preparation_.visits};
+  LikelihoodPass likelihoodPass_{data_, *preparation_.visits};
 };
 
 }  // namespace merlane

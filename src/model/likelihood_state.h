@@ -31,6 +31,7 @@ struct LikelihoodState {
   /// the best vector are always there.
   struct Owed {
     bool preset = false, last = false, best = false;
+    bool bestIsLast = false;                                // both are of the same evaluation
     bool lastInBootstrap = false, bestInBootstrap = false;  // whether these were evaluated in a bootstrap
     Parameters ofLast;                                      // what the last evaluation was made from
   };

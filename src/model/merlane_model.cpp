@@ -44,7 +44,7 @@ void MerlaneModel::EvaluateAhead(std::span<const Array1<double>> vectors, std::i
 
 void MerlaneModel::TakeSetting() {
   Dimension();
-  if (!evaluator_) evaluator_.emplace(data, &SharingWorkers());
+  if (!evaluator_) evaluator_.emplace(data, &SharingWorkers(), preparation_);
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;
@@ -86,6 +86,8 @@ Array1<double> MerlaneModel::AsEvaluated(const AlgorithmData& algorithm) const {
 
 void MerlaneModel::ReadBroodData(ModelCall& call) {
   evaluator_.reset();
+  preparation_ = {};
+  if (readElsewhere) return TakeReadElsewhere(call);
   if (!state_.flags.BootstrapMode) {
     const Initialisation choices = choices_();
     TakeChoices(choices, call);
@@ -96,6 +98,14 @@ void MerlaneModel::ReadBroodData(ModelCall& call) {
   if (!anyData) return;
   FillParameterDescriptions(call.Names, call.N, data);
   if (data.CovariateFormat == "A") StandardiseCovariates(data);
+}
+
+void MerlaneModel::TakeReadElsewhere(ModelCall& call) {
+  const ReadElsewhere read = *std::exchange(readElsewhere, std::nullopt);
+  data = *read.data;
+  ForgetResults();
+  preparation_ = read.preparation;
+  FillParameterDescriptions(call.Names, call.N, data);
 }
 
 void MerlaneModel::TakeChoices(const Initialisation& choices, ModelCall& call) {
@@ -135,6 +145,7 @@ void MerlaneModel::Dimension() const {
 
 void MerlaneModel::PutBack(Kept kept) {
   evaluator_.reset();
+  preparation_ = {};
   data = std::move(kept.data);
   likelihood_ = std::move(kept.likelihood);
   dimensioned_ = true;

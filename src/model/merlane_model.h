@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -76,6 +77,14 @@ class MerlaneModel {
   Kept Keep() const { return {data, Evaluated(), estimates_, simulation}; }
   void PutBack(Kept kept);
 
+  /// Data that have been read elsewhere, and what has been prepared for evaluating them. While there are such, the next
+  /// reading within a bootstrap takes them instead of reading.
+  struct ReadElsewhere {
+    std::shared_ptr<const BroodData> data;
+    Likelihood::Preparation preparation;
+  };
+  std::optional<ReadElsewhere> readElsewhere;
+
   // What dialogues do for the model.
   std::function<void(ModelCall&)> writeResults;  // NF = -1 in an analysis
   std::function<void(ModelCall&)> simulate;      // NF = -1 in a simulation
@@ -84,6 +93,7 @@ class MerlaneModel {
 
  private:
   void ReadBroodData(ModelCall& call);
+  void TakeReadElsewhere(ModelCall& call);
   void Evaluate(ModelCall& call);
   void TakeSetting();
 
@@ -102,6 +112,7 @@ class MerlaneModel {
   mutable bool dimensioned_ = true;  // for these data
   mutable SurvivalEstimates estimates_;
   std::optional<Workers> workers_;
+  Likelihood::Preparation preparation_;          // for the data, where it came with them
   mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };
 

@@ -16,25 +16,24 @@ class SharesByTime {
  public:
   /// The mortality that is asked about from here on.
   void Under(const Mortality& mortality) {
-    if (any_ && Same(mortality, mortality_)) return;
-    any_ = true;
+    if (Same(mortality, mortality_)) return;
+    ++under_;
     mortality_ = mortality;
     functions_ = SurvivalFunctions(mortality);
-    kept_ = {};
   }
   const SurvivalFunctions& Functions() const { return functions_; }
   /// The shares alive at a time.
   const SharesAlive& At(double t) {
     const auto bits = std::bit_cast<std::uint64_t>(t);
     Kept& kept = kept_[(bits * 0x9E3779B97F4A7C15u) >> (64 - Log2OfSize)];
-    if (!kept.any || kept.time != bits) kept = {true, bits, functions_.At(t)};
+    if (kept.under != under_ || kept.time != bits) kept = {under_, bits, functions_.At(t)};
     return kept.alive;
   }
 
  private:
   static constexpr int Log2OfSize = 6;
   struct Kept {
-    bool any = false;
+    std::uint64_t under = 0;  // which mortality
     std::uint64_t time = 0;
     SharesAlive alive;
   };
@@ -43,7 +42,7 @@ class SharesByTime {
            SameBits(a.BetaC, b.BetaC) && SameBits(a.c, b.c) && SameBits(a.f, b.f);
   }
 
-  bool any_ = false;
+  std::uint64_t under_ = 1;  // how many mortalities there have been
   Mortality mortality_;
   SurvivalFunctions functions_;
   std::array<Kept, std::size_t{1} << Log2OfSize> kept_;
