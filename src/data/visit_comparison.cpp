@@ -103,8 +103,9 @@ void VisitComparison::CompareDays(int b, std::size_t v) const {
   });
 }
 
+/// A brood has one hatch day, which its first visits need not tell. The last one of the file counts, as none, too.
 void VisitComparison::CompareHatchDays(int b, std::size_t v) const {
-  if (!TellsHatchDay(v) || !TellsHatchDay(v - 1) || hatchDayOf_[v] == hatchDayOf_[v - 1]) return;
+  if (!TellsHatchDay(v - 1) || hatchDayOf_[v] == hatchDayOf_[v - 1]) return;
   fields_.Note(Oddity::Hatch, [&] {
     return fmt::format("line {}, code \"{}\": hatch day {} behind {} of line {}", lineOf_[v],
                        Shown(data_.BroodCode[static_cast<std::size_t>(b)]), hatchDayOf_[v], hatchDayOf_[v - 1],

@@ -22,7 +22,8 @@ const Words Hatch{"hatch",    "hatched",   "hatching",   "schlupf",  "schlupfs",
                   "eclos",    "klackning", "klacknings", "klackt",   "klack"};
 const Words Months{"month", "monat", "maand", "mois", "mes", "manad"};
 const Words Boxes{"box", "nestbox", "nistkasten", "kasten", "nestkast", "nichoir", "nidal", "holk"};
-const Words Days{"date", "day", "doy", "datum", "tag", "tages", "dag", "dagnr", "jour", "fecha", "dia"};
+const Words Days{"yday",  "jday", "julian", "julien", "juliano", "date", "day",   "doy",
+                 "datum", "tag",  "tages",  "dag",    "dagnr",   "jour", "fecha", "dia"};
 
 /// Words that stand in a heading for themselves, and those that may be the end or the middle of a longer one.
 const Words Little{"the",  "on",  "in",  "at",   "and", "or",   "n",        "der",      "des", "die",
@@ -35,10 +36,15 @@ const Words Joining{"of", "no", "nr", "num", "number", "nummer", "numero", "id"}
 /// In the order in which a heading is tried.
 const std::vector<Vocabulary>& Vocabularies() {
   static const std::vector<Vocabulary> vocabularies{
-      {{Role::HatchDate, Speaks::Surely}, {Hatch, Days}, {}},
+      {{Role::HatchDate, Speaks::Surely}, {Hatch, Days}, {"year", "jahr", "jahres", "jaar", "annee", "ano"}},
       {{Role::HatchDate, Speaks::Broadly}, {Hatch}, {}},
       {{Role::HatchMonth, Speaks::Surely}, {Hatch, {"month", "monat", "maand", "mois", "mes", "manad", "mo"}}, {}},
       {{Role::Unused, Speaks::OfNothing}, {Hatch, {"year", "jahr", "jaar", "annee", "ano", "ar"}}, {}},
+      {{Role::Age, Speaks::Surely},
+       {{"since", "after", "post", "seit", "nach", "sinds", "na", "depuis", "apres", "desde", "despues", "sedan",
+         "efter"},
+        Hatch},
+       {"day", "days", "age", "tage", "dagen", "jours", "dias", "dagar"}},
       {{Role::FirstFound, Speaks::Surely}, {{"firstfound"}}, {}},
       {{Role::LastPresent, Speaks::Surely}, {{"lastpresent"}}, {}},
       {{Role::LastChecked, Speaks::Surely}, {{"lastchecked"}}, {}},

@@ -139,6 +139,15 @@ void VisitExaminer::LookOverNewYear(const std::vector<VisitRecord>& visits, std:
   if (visits[last].day >= LateInYear) late_.emplace(visit.year, visit.code);
 }
 
+void VisitExaminer::LookAtPause(const VisitRecord& before, const VisitRecord& visit) {
+  constexpr int Long = 60;
+  if (choices_.OfNests() || visit.day - before.day <= Long) return;
+  remarks_.Note(visit.line,
+                fmt::format("\"{}\" was seen {} days before, in {} {}, and its age is not known: are these two "
+                            "broods?",
+                            visit.code, visit.day - before.day, remarks_.Place(), before.line));
+}
+
 void VisitExaminer::LookAtAging(const VisitRecord& before, const VisitRecord& visit) {
   constexpr double PartOfADay = 1;  // that ages may have, and days have not
   constexpr int MostNoted = 20;     // more are of all ages, and would crowd out what else is noted
@@ -165,6 +174,8 @@ void VisitExaminer::LookAtPair(const VisitRecord& before, const VisitRecord& vis
     note(fmt::format("has the age {} behind {}", visit.age, before.age));
   else if (knowsAges)
     LookAtAging(before, visit);
+  else
+    LookAtPause(before, visit);
   if (before.hatchDay != 0 && visit.hatchDay != 0 && before.hatchDay != visit.hatchDay)
     note(fmt::format("has the hatch day {} behind {}", visit.hatchDay, before.hatchDay));
   if ((before.hatchDay == 0) != (visit.hatchDay == 0))

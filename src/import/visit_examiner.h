@@ -38,6 +38,9 @@ class VisitExaminer {
   /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
   void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i);
 
+  /// A brood that nobody has seen for long may be another one of its nest.
+  void LookAtPause(const VisitRecord& before, const VisitRecord& visit);
+
   /// The age of a brood goes on with the days.
   void LookAtAging(const VisitRecord& before, const VisitRecord& visit);
 

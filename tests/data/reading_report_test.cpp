@@ -134,6 +134,12 @@ TEST(ReadingReport, HatchDaysOfOneBroodThatDifferAreTold) {
             "  line 3, code \"      C2\": hatch day 165 behind 162 of line 2\r\n");
 }
 
+TEST(ReadingReport, AHatchDayThatTheLastVisitOfABroodLacksIsTold) {
+  EXPECT_EQ(Odd(Record(1995, "C2", 171, 162, 9, 4) + Record(1995, "C2", 175, 0, 13, 4)),
+            "1 hatch day is not that of the brood's visit before (the last one of a brood counts):\r\n"
+            "  line 3, code \"      C2\": hatch day 0 behind 162 of line 2\r\n");
+}
+
 TEST(ReadingReport, AgesOfOneBroodThatDoNotGoOnWithItsDaysAreTold) {
   EXPECT_EQ(Odd(Record(1995, "A", 160, 0, -10, 5) + Record(1995, "A", 165, 0, 5, 5)),
             "1 visit has a brood older by another number than that by which its day is later (the ages count):\r\n"

@@ -23,6 +23,10 @@ TEST(HeadingWords, NameAColumnInManyWays) {
     EXPECT_EQ(RoleOf(heading), Role::Count) << heading;
   for (const char* heading : {"Age (days)", "Age of brood", "chick_age", "BroodAge"})
     EXPECT_EQ(RoleOf(heading), Role::Age) << heading;
+  for (const char* heading : {"Days since hatch", "Age after hatching", "Days post-hatch", "DaysAfterHatch"})
+    EXPECT_EQ(RoleOf(heading), Role::Age) << heading;
+  for (const char* heading : {"HatchJulian", "hatch_yday", "Julian hatch date", "Hatch day of year"})
+    EXPECT_EQ(RoleOf(heading), Role::HatchDate) << heading;
   for (const char* heading : {"DofY", "Day of the year", "Julian date", "DOY"})
     EXPECT_EQ(RoleOf(heading), Role::Day) << heading;
   for (const char* heading : {"yr", "Field season", "Year"}) EXPECT_EQ(RoleOf(heading), Role::Year) << heading;

@@ -16,12 +16,17 @@ table("h_no_such_day.csv", "Year,Month,Day,Nest,Age,Count", lambda nest, d, n: f
       after="2023,2,30,B1,1,3\n2023,,30,B1,1,3\n")
 table("h_hatch_days_of_a_month.csv", "Nest,Date,HatchDay,Count", lambda nest, d, n: f"{nest},2023-05-{d},30,{n}")
 
+table("h_julian_hatch_days.csv", "Year,Nest,Julian,HatchJulian,Count", lambda nest, d, n: f"2023,{nest},{day(d)},150,{n}")
+table("h_days_since_hatch.csv", "Year,Nest,Day,Days since hatch,Count",
+      lambda nest, d, n: f"2023,{nest},{day(d)},{d - 30},{n}")
+
 # Broods that are numbered within a box, or of a pair.
 table("h_boxes.csv", "Box,Brood,Year,Day,Age,Count", lambda nest, d, n: f"{nest},1,2023,{day(d)},{d - 30},{n}",
       after="A1,2,2023,170,2,3\n")
 table("h_boxes_of_one_brood.csv", "Nest box,Brood,Year,Day,Age,Count",
       lambda nest, d, n: f"{nest},1,2023,{day(d)},{d - 30},{n}")
 table("h_boxes_alone.csv", "Nistkasten,Jahr,Tag,Alter,Anzahl", lambda nest, d, n: f"{nest},2023,{day(d)},{d - 30},{n}")
+table("h_second_broods.csv", "Box,Date,Young", lambda nest, d, n: f"{nest},2023-05-{d},{n}", after="A1,2023-07-30,3\n")
 table("h_pairs.csv", "Female,Nest,Year,Day,Age,Count", lambda nest, d, n: f"{nest},1,2023,{day(d)},{d - 30},{n}")
 
 # Codes in two ways of writing.
