@@ -46,6 +46,8 @@ bool IsUnseen(char32_t c) {
          c == 0x3000 || c == 0xFEFF;
 }
 
+bool IsAscii(char32_t c) { return c < 0x80; }
+
 bool IsAccent(char32_t c) { return c >= 0x300 && c <= 0x36F; }
 
 /// A small letter without accent, as several where it is written as several.
@@ -75,7 +77,11 @@ void ForEachCharacter(std::string_view text, Take take) {
 std::string Alike(std::string_view text) {
   std::string alike;
   ForEachCharacter(text, [&](char32_t c) {
-    if (!IsUnseen(c)) alike += LowerCase(Plain(SmallLetter(c)));
+    if (IsUnseen(c)) return;
+    if (IsAscii(c))
+      alike += static_cast<char>(SmallLetter(c));
+    else
+      alike += LowerCase(Plain(SmallLetter(c)));
   });
   return alike;
 }

@@ -79,7 +79,8 @@ std::optional<int> MonthNamed(std::string_view letters) {
                                                           "november novembre noviembre",
                                                           "december dezember decembre diciembre"};
   std::optional<int> month;
-  if (letters.size() < 3) return month;
+  const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
+  if (letters.size() < 3 || !std::ranges::all_of(letters, isLetter)) return month;
   for (std::size_t m = 0; m < names.size(); ++m) {
     const bool begins = (" " + std::string(names[m])).find(" " + std::string(letters)) != std::string::npos;
     if (begins && month) return std::nullopt;
