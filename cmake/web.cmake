@@ -2,7 +2,7 @@
 # WebAssembly, brings the C and C++ libraries, and the others are compiled from the distribution's sources, which
 # `tools/setup.sh --web` leaves in build-web/sources. Headers without a library are taken as they stand installed.
 
-set(web_sources ${PROJECT_BINARY_DIR}/sources)
+set(web_sources ${PROJECT_SOURCE_DIR}/build-web/sources)
 foreach(library zlib libzip expat freexl)
   file(GLOB ${library}_source ${web_sources}/${library}-*)
   list(FILTER ${library}_source EXCLUDE REGEX "_[^/]*$")
@@ -11,12 +11,14 @@ foreach(library zlib libzip expat freexl)
   endif()
 endforeach()
 
-# What every source sees. Exceptions are those of WebAssembly.
-add_compile_options(-fwasm-exceptions)
+# What every source sees. Exceptions are those of WebAssembly, but where the stack is unwound to wait: the compiler can do
+# that with exceptions of the page only.
+set(web_exceptions $<IF:$<BOOL:${MERLANE_UNWINDS}>,-fexceptions,-fwasm-exceptions>)
+add_compile_options(${web_exceptions})
 # Compiled for size (CMakePresets.json), but not linked so: the compiler would take other elementary functions then, which
 # are smaller and have other digits, and rename what passes the border of the page.
 set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_CXX_COMPILER> -O2 <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
-add_link_options(-fwasm-exceptions -sALLOW_MEMORY_GROWTH=1 -sMAXIMUM_MEMORY=4GB -sTOTAL_STACK=4MB)
+add_link_options(${web_exceptions} -sALLOW_MEMORY_GROWTH=1 -sMAXIMUM_MEMORY=4GB -sTOTAL_STACK=4MB)
 add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${PROJECT_SOURCE_DIR}/cmake/web/newer_library.h>")
 
 # Headers alone, in a folder of their own, where nothing of the machine's C library stands beside them.

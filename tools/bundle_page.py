@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
-"""Puts the page and its module together.
+"""Puts the page and its modules together.
 
-    bundle_page.py BUILD_FOLDER OUT_FOLDER
+    bundle_page.py BUILD_FOLDER UNWINDING_BUILD_FOLDER OUT_FOLDER
 
-Writes OUT_FOLDER/merlane.html, all in one file, and OUT_FOLDER/site, the same in pieces with what makes a browser keep
+The first module is for browsers in which WebAssembly can wait, the second for the others (src/web/page/start.js). Writes OUT_FOLDER/merlane.html, all in one file, and OUT_FOLDER/site, the same in pieces with what makes a browser keep
 them. The date in the title is that of the last commit, so that the same sources give the same bytes.
 """
 
 import gzip
 import hashlib
 import json
+import lzma
 import os
 import pathlib
 import re
@@ -36,9 +37,10 @@ def date():
     return time.strftime("%Y-%m-%d", time.gmtime(int(seconds)))
 
 
-def filled(links, style, scripts):
+def filled(charset, links, style, scripts):
     text = (PAGE / "page.html").read_text()
-    for name, value in (("VERSION", version()), ("DATE", date()), ("LINKS", links), ("STYLE", style), ("SCRIPTS", scripts)):
+    for name, value in (("VERSION", version()), ("DATE", date()), ("CHARSET", charset), ("LINKS", links), ("STYLE", style),
+                        ("SCRIPTS", scripts)):
         text = text.replace(f"@{name}@", value)
     return text
 
@@ -52,48 +54,63 @@ def page_script():
     return f"const examples = {json.dumps(examples)};\n" + "".join((PAGE / name).read_text() for name in SCRIPTS)
 
 
-def as_text(packed):
-    """Bytes as a text of a script, as unpack.js reads it: seven bits to a character, in UTF-8 a byte. One that cannot stand
-    in quotes goes, with the seven bits behind it, into a character of two bytes."""
-    unfit = [0, 10, 13, 34, 60, 92]
-    bits = "".join(f"{byte:08b}" for byte in packed)
-    bits += "0" * (-len(bits) % 7)
-    sevens = iter([int(bits[i:i + 7], 2) for i in range(0, len(bits), 7)])
-    return "".join(chr(128 + (unfit.index(seven) << 7) + next(sevens, 0)) if seven in unfit else chr(seven)
-                   for seven in sevens)
+def packed(*pieces):
+    """As unpack.js unpacks it."""
+    return lzma.compress(b"".join(pieces), lzma.FORMAT_RAW, filters=[
+        {"id": lzma.FILTER_LZMA1, "preset": 9 | lzma.PRESET_EXTREME, "dict_size": 1 << 24, "lc": 3, "lp": 0, "pb": 0}])
 
 
-def one_file(glue, packed):
-    scripts = gzip.compress((glue + page_script() + """start(() => unpacked(moduleText, moduleSize).arrayBuffer());
-""").encode(), 9, mtime=0)
-    start = f"""const moduleText = "{as_text(packed)}", moduleSize = {len(packed)};
-unpacked("{as_text(scripts)}", {len(scripts)}).text().then((text) => {{
-  const script = document.createElement("script");
-  script.textContent = text;
-  document.body.append(script);
+def quoted(bytes_):
+    """Bytes as a text of a script, in a page whose character set has a character for each of them."""
+    for unfit, written in ((b"\\", b"\\\\"), (b'"', b'\\"'), (b"\n", b"\\n"), (b"\r", b"\\r"), (b"\0", b"\\x00"),
+                           (b"</", b"<\\/"), (b"<!", b"<\\!")):
+        bytes_ = bytes_.replace(unfit, written)
+    return b'"' + bytes_ + b'"'
+
+
+def one_file(modules):
+    """The scripts are packed together, and so are the modules, since each has much of what the one before has."""
+    scripts = b"\0".join([page_script().encode(), *(glue for glue, _ in modules.values())])
+    ends = {}
+    for way, (_, module) in modules.items():
+        ends[way] = max(ends.values(), default=0) + len(module)
+    start = b"\n".join([
+        b"const packedScripts = " + quoted(packed(scripts)) + b";",
+        b"const packedModules = " + quoted(packed(*(module for _, module in modules.values()))) + b";",
+        f"""const ways = {json.dumps(list(modules))}, ends = {json.dumps(ends)};
+const sizes = {json.dumps({way: len(module) for way, (_, module) in modules.items()})};
+const [pageScript, ...glues] = new TextDecoder().decode(unpacked(bytesOf(packedScripts), {len(scripts)})).split("\\0");
+document.body.append(Object.assign(document.createElement("script"), {{ textContent: pageScript }}));
+start({{
+  glue: (way) => glues[ways.indexOf(way)],
+  module: (way) => unpacked(bytesOf(packedModules), ends[way]).subarray(ends[way] - sizes[way]),
 }});
-"""
-    return filled("", (PAGE / "page.css").read_text(), script((PAGE / "unpack.js").read_text()) + script(start))
+""".encode()])
+    head, end = filled("windows-1252", "", (PAGE / "page.css").read_text(), script((PAGE / "unpack.js").read_text()) +
+                       "<script>\n@START@</script>\n").encode("ascii").split(b"@START@")
+    return head + start + end
 
 
-def write_site(folder, glue, packed):
+def write_site(folder, modules):
     folder.mkdir(parents=True, exist_ok=True)
-    start = """start(() => fetch("merlane.wasm.gz")
-  .then((response) => new Response(response.body.pipeThrough(new DecompressionStream("gzip"))).arrayBuffer()));
+    start = """const unzipped = (response) => new Response(response.body.pipeThrough(new DecompressionStream("gzip")));
+start({
+  glue: (way) => fetch(`${way}.js`).then((response) => response.text()),
+  module: (way) => fetch(`${way}.wasm.gz`).then((response) => unzipped(response).arrayBuffer()),
+});
 if ("serviceWorker" in navigator) navigator.serviceWorker.register("worker.js");
 """
     pieces = {
-        "index.html": filled('<link rel="manifest" href="manifest.json">\n<link rel="icon" href="merlane.svg">',
-                             (PAGE / "page.css").read_text(),
-                             "".join(f'<script src="{name}"></script>\n' for name in ("module.js", "page.js"))).encode(),
-        "module.js": glue.encode(),
+        "index.html": filled("utf-8", '<link rel="manifest" href="manifest.json">\n<link rel="icon" href="merlane.svg">',
+                             (PAGE / "page.css").read_text(), '<script src="page.js"></script>\n').encode(),
         "page.js": (page_script() + start).encode(),
-        "merlane.wasm.gz": packed,
         "merlane.svg": (SOURCE / "packaging/merlane.svg").read_bytes(),
         "manifest.json": json.dumps({
             "name": f"Merlane {version()}", "short_name": "Merlane", "start_url": "index.html", "display": "standalone",
             "icons": [{"src": "merlane.svg", "sizes": "any", "type": "image/svg+xml"}]}, indent=1).encode(),
     }
+    for way, (glue, module) in modules.items():
+        pieces |= {f"{way}.js": glue, f"{way}.wasm.gz": gzip.compress(module, 9, mtime=0)}
     # Other pieces are another version, whatever they are called.
     content = hashlib.sha256(b"".join(pieces.values())).hexdigest()[:16]
     pieces["worker.js"] = ((PAGE / "worker.js").read_text().replace("@VERSION@", content)
@@ -103,13 +120,13 @@ if ("serviceWorker" in navigator) navigator.serviceWorker.register("worker.js");
 
 
 def main():
-    if len(sys.argv) != 3:
+    if len(sys.argv) != 4:
         sys.exit(__doc__)
-    build, out = map(pathlib.Path, sys.argv[1:])
-    glue = (build / "merlane-web.js").read_text()
-    packed = gzip.compress((build / "merlane-web.wasm").read_bytes(), 9, mtime=0)
-    write_site(out / "site", glue, packed)
-    page = one_file(glue, packed).encode()
+    *builds, out = map(pathlib.Path, sys.argv[1:])
+    modules = {way: ((build / "merlane-web.js").read_bytes(), (build / "merlane-web.wasm").read_bytes())
+               for way, build in zip(("waiting", "unwinding"), builds)}
+    write_site(out / "site", modules)
+    page = one_file(modules)
     (out / "merlane.html").write_bytes(page)
     if len(page) > MOST_BYTES:
         sys.exit(f"merlane.html has {len(page)} bytes, more than {MOST_BYTES}")

@@ -6,8 +6,8 @@
 #   tools/setup.sh --package                  builds nothing, and installs what tools/package needs besides
 #   tools/setup.sh --browsers                 the same for tests/web/walks.py
 #
-# Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize, --thread or
-# --web it is that preset of CMakePresets.json, in build-clang/ and so on. With --valgrind it is the build of the tests, for
+# Without a preset it is the build that the tests run, in build/. With --clang, --coverage, --fuzz, --sanitize, --thread,
+# --web or --web-unwinding it is that preset of CMakePresets.json, in build-clang/ and so on. With --valgrind it is the build of the tests, for
 # valgrind.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -27,12 +27,12 @@ case ${1:-} in
   --fuzz) packages+=(clang libclang-rt-dev) ;;
   --sanitize | --thread) ;;
   --valgrind) packages+=(valgrind) ;;
-  --web)
+  --web | --web-unwinding)
     packages+=(emscripten nodejs dpkg-dev)
     export NODE_PATH=/usr/share/nodejs # where the distribution keeps what emscripten needs of node, whoever node is from
     ! command -v ccache >/dev/null || export EM_COMPILER_WRAPPER=ccache
     ;;
-  --browsers) packages+=(chromium chromium-driver firefox-esr) ;;
+  --browsers) packages+=(chromium chromium-driver firefox-esr webkit2gtk-driver) ;;
   --package) packages+=(git debhelper dpkg-dev fakeroot lintian appstream desktop-file-utils mmdebstrap) ;;
   --*)
     echo "tools/setup.sh knows no $1." >&2
@@ -94,7 +94,7 @@ step() {
 # The sources of the libraries that are compiled for browsers, as the distribution has them; lists of its own, so that
 # nothing of the system changes.
 get_sources() {
-  local sources=$top/$folder/sources
+  local sources=$top/build-web/sources
   [[ ! -f $sources/complete ]] || return 0
   echo "Getting the sources of the libraries"
   rm -rf "$sources"
@@ -116,7 +116,7 @@ SOURCES
 
 build() {
   mkdir -p "$folder"
-  [[ $preset != web ]] || get_sources
+  [[ $preset != web* ]] || get_sources
   if ! grep -qsFx "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$folder/CMakeCache.txt"; then
     step cmake --preset "$preset" --fresh # new, or made where this folder stood before
   elif [[ ! -f $folder/build.ninja ]]; then

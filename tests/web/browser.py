@@ -1,7 +1,9 @@
-"""Browsers that are driven without a display: Chromium by the distribution's driver, Firefox by what it has built in."""
+"""Browsers that are driven without a display: Chromium and WebKit by the distribution's drivers, Firefox by what it has built
+in."""
 
 import base64
 import json
+import os
 import pathlib
 import socket
 import subprocess
@@ -32,26 +34,18 @@ def wait_for(condition, what, seconds=60):
     raise AssertionError(f"waited in vain for {what}")
 
 
-class ChromiumDriver:
-    """Takes commands by the WebDriver protocol."""
+class WebDriver:
+    """Takes commands by the WebDriver protocol, from a program that starts the browser."""
 
     PATHS = {"Navigate": "/url", "ExecuteScript": "/execute/sync", "FindElement": "/element",
              "ElementClick": "/element/{id}/click", "ElementSendKeys": "/element/{id}/value", "PerformActions": "/actions",
-             "Log": "/se/log"}
+             "Log": "/se/log", "SetWindowRect": "/window/rect"}
 
-    def __init__(self, width, height, downloads, _):
+    def __init__(self, program, wanted, environment=None):
         self.port = free_port()
-        self.process = subprocess.Popen(["chromedriver", f"--port={self.port}"], stdout=subprocess.DEVNULL,
+        self.process = subprocess.Popen([program, f"--port={self.port}"], env=environment, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-        wanted = {"browserName": "chrome", "unhandledPromptBehavior": "ignore", "goog:loggingPrefs": {"browser": "ALL"},
-                  "goog:chromeOptions": {
-                      "args": ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
-                               f"--window-size={width},{height}"],
-                      "prefs": {"download.default_directory": str(downloads)}}}
-        if width < 500:  # narrower than its windows can be
-            wanted["goog:chromeOptions"]["mobileEmulation"] = {
-                "deviceMetrics": {"width": width, "height": height, "pixelRatio": 1, "touch": False}}
-        wait_for(self.is_ready, "the driver of Chromium")
+        wait_for(self.is_ready, program)
         begun = self.ask("POST", "/session", {"capabilities": {"alwaysMatch": wanted}})
         self.session = f'/session/{begun["sessionId"]}'
 
@@ -77,7 +71,7 @@ class ChromiumDriver:
         return self.ask("POST", self.session + self.PATHS[command].format(**given), given)
 
     def complaints(self):
-        return [entry["message"] for entry in self.send("Log", type="browser") if entry["level"] == "SEVERE"]
+        return []
 
     def end(self):
         try:
@@ -85,6 +79,47 @@ class ChromiumDriver:
         finally:
             self.process.terminate()
             self.process.wait()
+
+
+class ChromiumDriver(WebDriver):
+    def __init__(self, width, height, downloads, _):
+        wanted = {"browserName": "chrome", "unhandledPromptBehavior": "ignore", "goog:loggingPrefs": {"browser": "ALL"},
+                  "goog:chromeOptions": {
+                      "args": ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
+                               f"--window-size={width},{height}"],
+                      "prefs": {"download.default_directory": str(downloads)}}}
+        if width < 500:  # narrower than its windows can be
+            wanted["goog:chromeOptions"]["mobileEmulation"] = {
+                "deviceMetrics": {"width": width, "height": height, "pixelRatio": 1, "touch": False}}
+        super().__init__("chromedriver", wanted)
+
+    def complaints(self):
+        return [entry["message"] for entry in self.send("Log", type="browser") if entry["level"] == "SEVERE"]
+
+
+class WebKitDriver(WebDriver):
+    """The small browser that comes with the library, on a display of its own."""
+
+    def __init__(self, width, height, downloads, folder):
+        reading, writing = os.pipe()
+        self.display = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24"],
+                                        pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as told:
+            display = ":" + told.readline().strip()
+        browser, = pathlib.Path("/usr/lib").glob("*/webkit2gtk-4.1/MiniBrowser")
+        wanted = {"unhandledPromptBehavior": "ignore",
+                  "webkitgtk:browserOptions": {"binary": str(browser), "args": ["--automation"]}}
+        super().__init__("WebKitWebDriver", wanted, {**os.environ, "DISPLAY": display, "HOME": str(folder),
+                                                     "XDG_DOWNLOAD_DIR": str(downloads), "LIBGL_ALWAYS_SOFTWARE": "1"})
+        self.send("SetWindowRect", width=width, height=height)
+
+    def end(self):
+        try:
+            super().end()
+        finally:
+            self.display.terminate()
+            self.display.wait()
 
 
 class FirefoxDriver:
@@ -150,7 +185,7 @@ class FirefoxDriver:
         self.process.wait()
 
 
-DRIVERS = {"chromium": ChromiumDriver, "firefox": FirefoxDriver}
+DRIVERS = {"chromium": ChromiumDriver, "firefox": FirefoxDriver, "webkit": WebKitDriver}
 
 
 class Browser:

@@ -6,6 +6,7 @@
 PAGE is out/merlane.html, opened as a file. A walk is one of tests/batch/analyses or examples, played up to where a batch
 file can do what a person cannot, an interrupt at a given turn. Where the batch file saves a text, a plot or a file, what
 the page has must be the bytes that are kept. Besides, what only a page does: see the walks that are functions below.
+A browser may be told as one in which WebAssembly cannot wait, as chromium-unwinding: the page then has to find another way.
 Prints what fails, and ends with 1 when anything does; a picture of the page is left where it failed.
 """
 
@@ -16,6 +17,7 @@ import pathlib
 import re
 import shlex
 import sys
+import tempfile
 import threading
 import time
 import traceback
@@ -29,6 +31,13 @@ PLAYED = ["examples/first_fit", "examples/field_book", "tests/batch/analyses/wor
           "tests/batch/analyses/detail_plots", "tests/batch/analyses/ranking", "tests/batch/analyses/failures_on_the_way"]
 ANSWERS = {"reply", "enter", "file"}
 EXPORTS = {"export", "show", "clock", "seed"}  # what a page has not, or shows anyway
+
+
+def with_script(page_file, script, folder):
+    """A copy of the page in the folder, with a script that runs before its own."""
+    copy = folder / page_file.name
+    copy.write_bytes(page_file.read_bytes().replace(b"<head>", f"<head><script>{script}</script>".encode(), 1))
+    return copy
 
 
 class Page:
@@ -268,9 +277,9 @@ class QuietServer(http.server.SimpleHTTPRequestHandler):
         pass
 
 
-def without_the_net(browser, address, look):
+def without_the_net(browser, page_file, look):
     """The page in pieces is kept by the browser: with the server gone it still opens."""
-    site = pathlib.Path(address).parent / "site"
+    site = page_file.parent / "site"
     handler = functools.partial(QuietServer, directory=site)
     server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler)
     threading.Thread(target=server.serve_forever, daemon=True).start()
@@ -320,20 +329,26 @@ def narrow(page, look):
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
     walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone, narrow)}
+# WebKit knows no other way than to unwind, and does all of it; the others show that they can.
+BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),
+            "chromium-unwinding": ["first_fit", "interrupted"], "firefox-unwinding": ["first_fit"]}
 
 
-def walk(name, browser_name, address, pictures):
+def walk(name, browser_name, page_file, pictures):
     what = WALKS[name]
     size = (360, 740) if name == "narrow" else (1400, 900)
-    with Browser(browser_name, *size) as browser:
+    program, _, unwinding = browser_name.partition("-")
+    with Browser(program, *size) as browser, tempfile.TemporaryDirectory() as folder:
         look = lambda picture: pictures and browser.picture(pictures / f"{browser_name}_{name}_{picture}.png")
+        if unwinding:
+            page_file = with_script(page_file, "delete WebAssembly.Suspending", pathlib.Path(folder))
         try:
             if what is without_the_net:
-                what(browser, address, look)
+                what(browser, page_file, look)
             elif callable(what):
-                what(Page(browser, address.as_uri()), look)
+                what(Page(browser, page_file.as_uri()), look)
             else:
-                Play(Page(browser, address.as_uri()), SOURCE / f"{what}.batch", look).run()
+                Play(Page(browser, page_file.as_uri()), SOURCE / f"{what}.batch", look).run()
             look("end")
             complaints = browser.driver.complaints()
             if complaints:
@@ -348,16 +363,16 @@ def walk(name, browser_name, address, pictures):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("page", type=pathlib.Path)
-    parser.add_argument("walks", nargs="*", help="all when none is named")
-    parser.add_argument("--browsers", default="chromium,firefox")
+    parser.add_argument("walks", nargs="*", help="when none is named, those that are for the browser")
+    parser.add_argument("--browsers", default=",".join(BROWSERS))
     parser.add_argument("--pictures", type=pathlib.Path)
     given = parser.parse_intermixed_args()
-    address = given.page.resolve()
+    page_file = given.page.resolve()
     failed = 0
     for browser_name in given.browsers.split(","):
-        for name in given.walks or WALKS:
+        for name in given.walks or BROWSERS[browser_name]:
             begun = time.monotonic()
-            well = walk(name, browser_name, address, given.pictures)
+            well = walk(name, browser_name, page_file, given.pictures)
             failed += not well
             print(f'{browser_name} {name}: {"well" if well else "FAILED"}, {time.monotonic() - begun:.1f} s', flush=True)
     return 1 if failed else 0

@@ -38,3 +38,8 @@ function colour(element, fore, back = "") {
 function textOf(text) {
   return text.replaceAll("\r", "");
 }
+
+/// Runs a script, as if the page had it.
+function addScript(text) {
+  document.body.append(make("script", { textContent: text }));
+}

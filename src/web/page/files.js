@@ -21,7 +21,7 @@ const files = {
   async bring(chosen) {
     const names = [];
     for (const file of chosen) {
-      files.system.writeFile(files.path(file.name), new Uint8Array(await file.arrayBuffer()));
+      files.system.writeFile(files.path(file.name), new Uint8Array(await file.arrayBuffer()), { canOwn: true });
       names.push(file.name);
     }
     files.show();

@@ -1,14 +1,25 @@
-// Tables: a current cell that the arrows move, cells that are typed into, copied and pasted as spreadsheets do it.
+// Tables: a current cell that the arrows move, a range of cells that grows with Shift or by the mouse, cells that are typed
+// into, copied and pasted as spreadsheets do it.
 "use strict";
 
 function makeGrid(does) {
   const body = make("tbody"), head = make("thead");
   const element = make("div", { class: "grid", tabIndex: 0 }, make("table", { role: "grid" }, head, body));
-  Object.assign(element, { head, body, does, current: [0, 0] });
+  // A range goes from the corner where it was begun to the current cell.
+  Object.assign(element, { head, body, does, corner: [0, 0], current: [0, 0] });
+  element.onpointerdown = (event) => {
+    const cell = event.target.closest("td,th");
+    if (cell && event.button === 0 && event.target.tagName !== "INPUT") setCurrent(element, cell.row, cell.column, event.shiftKey);
+  };
+  element.onpointerover = (event) => {
+    const cell = event.target.closest("td");
+    const drawn = event.pointerType === "mouse" && event.buttons === 1 && document.activeElement === element;
+    if (cell && drawn) setCurrent(element, cell.row, cell.column, true);
+  };
   element.onclick = (event) => {
     const cell = event.target.closest("td,th");
     if (!cell || event.target.tagName === "INPUT") return;
-    setCurrent(element, cell.row, cell.column);
+    setCurrent(element, cell.row, cell.column, event.shiftKey);
     element.focus();
     does("click", cell.row, cell.column);
   };
@@ -20,9 +31,8 @@ function makeGrid(does) {
   };
   element.onkeydown = (event) => gridKey(element, event);
   element.oncopy = (event) => {
-    const cell = cellAt(element, ...element.current);
-    if (!cell || event.target.tagName === "INPUT" || String(getSelection())) return;
-    event.clipboardData.setData("text/plain", cell.textContent);
+    if (!cellAt(element, ...element.current) || event.target.tagName === "INPUT") return;
+    event.clipboardData.setData("text/plain", textOfRange(element));
     event.preventDefault();
   };
   element.onpaste = (event) => {
@@ -59,7 +69,7 @@ function showGrid(element, it) {
     element.shownTop = it.topRow;
     if (rows[it.topRow]) element.scrollTop = rows[it.topRow].offsetTop - element.head.offsetHeight;
   }
-  setCurrent(element, ...element.current);
+  setCurrent(element, ...element.current, true);
   if (entry && entry.input.isConnected === false) reopenEntry(element, entry);
 }
 
@@ -73,12 +83,15 @@ function isTyped(element, cell) {
   return cell.tagName === "TD" && Boolean(element.it.typed[cell.column]);
 }
 
-function setCurrent(element, row, column) {
+/// Makes a cell the current one. The range goes up to it where `extends_` says so, and otherwise begins with it.
+function setCurrent(element, row, column, extends_ = false) {
   const last = element.it.rows.length - 1, right = (element.it.rows[0] || []).length - 1;
   row = Math.max(Math.min(row, last), Math.min(element.it.headingRows, last));
   column = Math.max(0, Math.min(column, right));
   element.current = [row, column];
+  if (!extends_ || element.it.selectsRows) element.corner = [row, column];
   for (const old of element.querySelectorAll(".current")) old.classList.remove("current");
+  showRange(element);
   const cell = cellAt(element, row, column);
   if (!cell) return;
   cell.classList.add("current");
@@ -86,9 +99,45 @@ function setCurrent(element, row, column) {
   element.setAttribute("aria-activedescendant", cell.id);
 }
 
+/// The first and last row and column of the range: all of a row where rows are selected.
+function rangeOf(element) {
+  const [[row, column], [toRow, toColumn]] = [element.corner, element.current];
+  const columns = element.it.selectsRows ? [0, element.it.rows[0].length - 1] : [column, toColumn].sort((a, b) => a - b);
+  return { rows: [row, toRow].sort((a, b) => a - b), columns };
+}
+
+function cellsOf(element, { rows, columns }) {
+  const lines = [];
+  for (let row = rows[0]; row <= rows[1]; ++row) {
+    lines.push([]);
+    for (let column = columns[0]; column <= columns[1]; ++column) lines.at(-1).push(cellAt(element, row, column));
+  }
+  return lines;
+}
+
+/// A range of more than one cell is seen.
+function showRange(element) {
+  for (const old of element.querySelectorAll(".chosen")) {
+    old.classList.remove("chosen");
+    old.removeAttribute("aria-selected");
+  }
+  if (String(element.corner) === String(element.current)) return;
+  for (const cell of cellsOf(element, rangeOf(element)).flat()) {
+    if (!cell) continue;
+    cell.classList.add("chosen");
+    cell.setAttribute("aria-selected", "true");
+  }
+}
+
+/// Columns are parted by tabs, as spreadsheets take them.
+function textOfRange(element) {
+  const lines = cellsOf(element, rangeOf(element));
+  return lines.map((cells) => cells.map((cell) => (cell ? cell.textContent : "")).join("\t")).join("\n");
+}
+
 /// Moves the current cell, into sight, and selects its row where rows are selected.
-function moveTo(element, row, column) {
-  setCurrent(element, row, column);
+function moveTo(element, row, column, extends_ = false) {
+  setCurrent(element, row, column, extends_);
   const cell = cellAt(element, ...element.current);
   if (!cell) return;
   cell.scrollIntoView({ block: "nearest", inline: "nearest" });
@@ -104,7 +153,11 @@ function gridKey(element, event) {
   const cell = cellAt(element, row, column);
   if (moves[event.key] && !event.altKey) {
     event.preventDefault();
-    moveTo(element, row + moves[event.key][0], column + moves[event.key][1]);
+    moveTo(element, row + moves[event.key][0], column + moves[event.key][1], event.shiftKey);
+  } else if (event.key.toLowerCase() === "a" && (event.ctrlKey || event.metaKey) && !element.it.selectsRows) {
+    event.preventDefault();
+    setCurrent(element, 0, 0);
+    setCurrent(element, 1e9, 1e9, true);
   } else if (!cell || event.ctrlKey || event.altKey || event.metaKey) {
     return;
   } else if (isTyped(element, cell) && (event.key === "Enter" || event.key === "F2")) {
@@ -165,11 +218,12 @@ function reopenEntry(element, entry) {
   entry.input.focus();
 }
 
-/// Enters lines into the current cell and those below, what tabs part into the columns beside.
+/// Enters lines into the first cell of the range and those below, what tabs part into the columns beside.
 function paste(element, text) {
   if (element.entry) element.entry.input.remove();
   element.entry = null;
-  const [row, column] = element.current;
+  const { rows: [row], columns } = rangeOf(element);
+  const column = element.it.selectsRows ? element.current[1] : columns[0];
   textOf(text).replace(/\n$/, "").split("\n").forEach((line, down) =>
     line.split("\t").forEach((entered, right) => {
       const cell = cellAt(element, row + down, column + right);

@@ -11,6 +11,18 @@ function say(text) {
   document.getElementById("said").textContent = text;
 }
 
+/// A short sound; and the bar of the page lights up, for who does not hear it.
+function beep() {
+  const bar = document.getElementById("top");
+  bar.classList.add("beeps");
+  bar.onanimationend = () => bar.classList.remove("beeps");
+  const sound = new AudioContext(), tone = sound.createOscillator();
+  tone.connect(sound.destination);
+  tone.onended = () => sound.close();
+  tone.start();
+  tone.stop(sound.currentTime + 0.12);
+}
+
 /// What the module tells, in its order.
 const told = {
   forms: windows.show,
@@ -18,7 +30,7 @@ const told = {
   ask: (question) => questions.ask(question),
   wrote: (path) => files.wrote(path),
   arrange: windows.arrange,
-  beep: () => {},
+  beep,
   ended() {
     program.ended = true;
     windows.all.forEach((window) => window.element && (window.element.hidden = true));
@@ -44,33 +56,32 @@ function tellEnd(title, text) {
                                               make("p", {}, text), again));
 }
 
-/// The module waits for the page by stopping in the middle of its stack: the browser must know how to.
-function canWait() {
-  return typeof WebAssembly === "object" && "Suspending" in WebAssembly && "promising" in WebAssembly;
-}
+/// How the module waits for the page in the middle of its stack: the browser keeps the stack until a promise is kept, or,
+/// where it does not know how to, the module unwinds its stack and is called anew.
+const way = "Suspending" in WebAssembly && "promising" in WebAssembly ? "waiting" : "unwinding";
 
-async function start(moduleBytes) {
-  if (!canWait()) {
-    tellEnd("This browser is too old", "Merlane needs a browser that lets WebAssembly wait: Chrome, Edge or Opera from " +
-                                       "version 137 on, or a Firefox of 2026.");
-    return;
-  }
-  let run;
+/// `pieces.glue` and `pieces.module` give what the compiler made for a way.
+async function start(pieces) {
+  addScript(await pieces.glue(way));
+  let suspended;
   const module = await Merlane({
     toPage,
     fromPage: deeds.next,
     print: (text) => console.log(text),
     printErr: (text) => console.warn(text),
-    instantiateWasm(imports, receive) {
+    async instantiateWasm(imports, receive) {
       const env = imports.env;
-      env.merlane_from_page = new WebAssembly.Suspending(env.merlane_from_page);
-      moduleBytes().then((bytes) => WebAssembly.instantiate(bytes, imports)).then(({ instance, module }) => {
-        run = WebAssembly.promising(instance.exports.merlane_run);
+      if (way === "waiting") env.merlane_from_page = new WebAssembly.Suspending(env.merlane_from_page);
+      try {
+        const { instance, module } = await WebAssembly.instantiate(await pieces.module(way), imports);
+        if (way === "waiting") suspended = WebAssembly.promising(instance.exports.merlane_run);
         receive(instance, module);
-      }).catch((failure) => tellEnd("The program could not be started", String(failure)));
-      return {};
+      } catch (failure) {
+        tellEnd("The program could not be started", String(failure));
+      }
     },
   });
+  const run = suspended || (() => module.ccall("merlane_run", null, [], [], { async: true }));
   files.system = module.FS;
   module.FS.mkdir(files.folder);
   for (const [name, text] of Object.entries(examples)) module.FS.writeFile(files.path(name), text);

@@ -1,34 +1,132 @@
-// Bytes out of a text of the page: seven bits to a character. Base 64 would make the file a sixth longer.
+// What the page has of packed bytes, in texts: a character for a byte, as the character set of the page has it.
 "use strict";
 
-/// What stands for a character that a script cannot hold in quotes is a higher one, which says which of them it is, and the
-/// seven bits that follow (tools/bundle_page.py writes it so).
 function bytesOf(text) {
-  const unfit = [0, 10, 13, 34, 60, 92];
-  const bytes = new Uint8Array(Math.floor((text.length * 14) / 8) + 2);
-  let size = 0, bits = 0, held = 0;
-  const take = (seven) => {
-    bits = (bits << 7) | seven;
-    held += 7;
-    if (held < 8) return;
-    held -= 8;
-    bytes[size++] = bits >> held;
-    bits &= (1 << held) - 1;
-  };
+  // Some bytes are characters from elsewhere in that set.
+  const elsewhere = new TextDecoder("windows-1252").decode(Uint8Array.from({ length: 32 }, (_, i) => 128 + i));
+  const bytes = new Uint8Array(text.length);
   for (let i = 0; i < text.length; ++i) {
     const code = text.charCodeAt(i);
-    if (code < 128) {
-      take(code);
-    } else {
-      take(unfit[(code - 128) >> 7]);
-      take(code & 127);
-    }
+    bytes[i] = code < 256 ? code : 128 + elsewhere.indexOf(text[i]);
   }
-  return bytes.subarray(0, size);
+  return bytes;
 }
 
-/// What was compressed by gzip into so many bytes, as a response that can be read as text or bytes.
-function unpacked(text, size) {
-  const packed = new Blob([bytesOf(text).subarray(0, size)]);
-  return new Response(packed.stream().pipeThrough(new DecompressionStream("gzip")));
+/// The first `size` bytes of what was packed by LZMA, whose streams are told in its specification; with the settings of
+/// tools/bundle_page.py: lc 3, lp 0, pb 0, and neither a header nor its end looked for.
+function unpacked(packed, size) {
+  const out = new Uint8Array(size);
+  let at = 1, range = 0xffffffff, code = 0;
+  while (at < 5) code = code * 256 + packed[at++];
+
+  // The coder's bits: numbers below 2^32, which are told from each other without a sign.
+  const widen = () => {
+    if (range >= 0x1000000) return;
+    range *= 256;
+    code = code * 256 + packed[at++];
+  };
+  const even = (count) => new Uint16Array(count).fill(1024); // chances of a 0, of 2048
+  const bit = (chances, i) => {
+    const chance = chances[i], bound = (range >>> 11) * chance, one = code >= bound;
+    if (one) {
+      range -= bound;
+      code -= bound;
+      chances[i] = chance - (chance >> 5);
+    } else {
+      range = bound;
+      chances[i] = chance + ((2048 - chance) >> 5);
+    }
+    widen();
+    return one ? 1 : 0;
+  };
+  const evenBits = (count) => {
+    let bits = 0;
+    while (count-- > 0) {
+      range >>>= 1;
+      const one = code >= range;
+      if (one) code -= range;
+      bits = bits * 2 + (one ? 1 : 0);
+      widen();
+    }
+    return bits;
+  };
+  const tree = (chances, begin, count) => {
+    let node = 1;
+    for (let i = 0; i < count; ++i) node = node * 2 + bit(chances, begin + node);
+    return node - (1 << count);
+  };
+  const treeFromLowest = (chances, begin, count) => {
+    let node = 1, bits = 0;
+    for (let i = 0; i < count; ++i) {
+      const one = bit(chances, begin + node);
+      node = node * 2 + one;
+      bits |= one << i;
+    }
+    return bits;
+  };
+  const lengthsOf = () => ({ choice: even(2), low: even(8), middle: even(8), high: even(256) });
+  const lengthBy = ({ choice, low, middle, high }) =>
+    bit(choice, 0) === 0 ? 2 + tree(low, 0, 3) : bit(choice, 1) === 0 ? 10 + tree(middle, 0, 3) : 18 + tree(high, 0, 8);
+
+  const isMatch = even(12), isRepeated = even(12), isNotLast = even(12), isNotSecond = even(12), isNotThird = even(12);
+  const isLong = even(12), literals = even(8 * 0x300), slots = even(4 * 64), near = even(128), aligned = even(16);
+  const lengths = lengthsOf(), lengthsRepeated = lengthsOf();
+  let state = 0, back = [0, 0, 0, 0]; // distances of the last matches, the latest first
+
+  const literal = (n) => {
+    const begin = 0x300 * (n > 0 ? out[n - 1] >> 5 : 0);
+    let symbol = 1;
+    if (state >= 7) { // behind a match: another byte is likely than the one that would continue it
+      let other = out[n - back[0] - 1];
+      while (symbol < 0x100) {
+        const expected = (other >> 7) & 1;
+        other <<= 1;
+        const found = bit(literals, begin + ((1 + expected) << 8) + symbol);
+        symbol = symbol * 2 + found;
+        if (found !== expected) break;
+      }
+    }
+    while (symbol < 0x100) symbol = symbol * 2 + bit(literals, begin + symbol);
+    state = state < 4 ? 0 : state < 10 ? state - 3 : state - 6;
+    return symbol;
+  };
+  const distance = (length) => {
+    const slot = tree(slots, 64 * Math.min(length - 2, 3), 6);
+    if (slot < 4) return slot;
+    const count = (slot >> 1) - 1, begin = (2 | (slot & 1)) << count;
+    if (slot < 14) return begin + treeFromLowest(near, begin - slot, count);
+    return begin + evenBits(count - 4) * 16 + treeFromLowest(aligned, 0, 4);
+  };
+  /// How many bytes stand at the latest distance; 0 for a literal.
+  const match = () => {
+    if (bit(isMatch, state) === 0) return 0;
+    if (bit(isRepeated, state) === 0) {
+      const length = lengthBy(lengths);
+      back = [distance(length), back[0], back[1], back[2]];
+      state = state < 7 ? 7 : 10;
+      return length;
+    }
+    if (bit(isNotLast, state) === 0) {
+      if (bit(isLong, state) === 0) {
+        state = state < 7 ? 9 : 11;
+        return 1;
+      }
+    } else {
+      const which = bit(isNotSecond, state) === 0 ? 1 : 2 + bit(isNotThird, state);
+      back.unshift(...back.splice(which, 1));
+    }
+    const length = lengthBy(lengthsRepeated);
+    state = state < 7 ? 8 : 11;
+    return length;
+  };
+
+  for (let n = 0; n < size;) {
+    const length = match();
+    if (length === 0) {
+      out[n] = literal(n);
+      ++n;
+    }
+    for (const end = Math.min(n + length, size); n < end; ++n) out[n] = out[n - back[0] - 1];
+  }
+  return out;
 }
