@@ -308,6 +308,41 @@ def by_keys_alone(page, look):
     wait_for(lambda: page.run("return windows.front().name") == "frmMenu", "the menu, behind Escape")
 
 
+def a_range_of_cells(page, look):
+    """Values and steps of four parameters are copied from a table and pasted to the next four, by the keys."""
+    Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction").run()
+    page.press("frmMenu.cmdEditAlg")
+    page.settle()
+    browser = page.browser
+    cells = lambda row: page.run("""const grid = document.getElementById('frmAlgo.grdVS');
+        return [0, 1, 2, 3].map((down) => [1, 2].map((column) => cellAt(grid, arguments[0] + down, column).textContent))""", row)
+    stand_at = lambda row: page.run("""const grid = document.getElementById('frmAlgo.grdVS'); grid.focus();
+                                       moveTo(grid, arguments[0], 1)""", row)
+    wanted = cells(15)
+    page.run("document.addEventListener('paste', (event) => (window.pasted = event.clipboardData.getData('text/plain')))")
+    stand_at(15)
+    browser.keys("ArrowDown", "ArrowDown", "ArrowDown", "ArrowRight", holding=["Shift"])
+    look("chosen")
+    browser.keys("c", holding=["Control"])
+    stand_at(19)
+    if cells(19) == wanted:
+        raise AssertionError("there is nothing to be changed")
+    browser.keys("v", holding=["Control"])
+    wait_for(lambda: cells(19) == wanted, "what was pasted")
+    pasted = page.run("return window.pasted")
+    if pasted != "\n".join("\t".join(cells) for cells in wanted):
+        raise AssertionError(f"{pasted!r} was copied")
+    look("pasted")
+
+
+def a_beep(page, look):
+    """What the program says by a sound is seen, too."""
+    page.run("told.beep()")
+    if page.run("return getComputedStyle(document.getElementById('top')).animationName") != "beeps":
+        raise AssertionError("nothing lights up")
+    wait_for(lambda: page.run("return !document.getElementById('top').matches('.beeps')"), "the end of it")
+
+
 def narrow(page, look):
     """All can be reached on a screen of 360 pixels, as far as a first fit goes, and nothing lies beyond its edge."""
     play = Play(page, SOURCE / "examples/first_fit.batch", look)
@@ -328,7 +363,8 @@ def narrow(page, look):
 
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
-    walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone, narrow)}
+    walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone,
+                                       a_range_of_cells, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.
 BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),
             "chromium-unwinding": ["first_fit", "interrupted"], "firefox-unwinding": ["first_fit"]}

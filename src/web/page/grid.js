@@ -30,16 +30,6 @@ function makeGrid(does) {
     else does("double", cell.row, cell.column);
   };
   element.onkeydown = (event) => gridKey(element, event);
-  element.oncopy = (event) => {
-    if (!cellAt(element, ...element.current) || event.target.tagName === "INPUT") return;
-    event.clipboardData.setData("text/plain", textOfRange(element));
-    event.preventDefault();
-  };
-  element.onpaste = (event) => {
-    if (event.target.tagName === "INPUT" && !event.clipboardData.getData("text/plain").includes("\n")) return;
-    event.preventDefault();
-    paste(element, event.clipboardData.getData("text/plain"));
-  };
   return element;
 }
 
@@ -232,3 +222,18 @@ function paste(element, text) {
       element.does("enter", row + down, column + right, entered);
     }));
 }
+
+// Some browsers tell the document, and not the table that has the keys, of what is copied and pasted.
+document.addEventListener("copy", (event) => {
+  const grid = document.activeElement;
+  if (!grid.matches(".grid") || !cellAt(grid, ...grid.current)) return;
+  event.clipboardData.setData("text/plain", textOfRange(grid));
+  event.preventDefault();
+});
+document.addEventListener("paste", (event) => {
+  const text = event.clipboardData.getData("text/plain"), grid = document.activeElement.closest(".grid");
+  // Into an open entry goes one line, as into any.
+  if (!grid || (document.activeElement !== grid && !text.includes("\n"))) return;
+  event.preventDefault();
+  paste(grid, text);
+});
