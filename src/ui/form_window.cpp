@@ -1,7 +1,10 @@
 #include "ui/form_window.h"
 
-#include "ui/layouts.h"
+#include "layouts/layouts.h"
+#include "ui/layout_drawer.h"
+#include "ui/look.h"
 #include "ui/main_window.h"
+#include "ui/save_picture.h"
 #include "ui/windows.h"
 
 namespace merlane {
@@ -12,40 +15,53 @@ constexpr int MenuMargin = 8;  // around the menu
 }  // namespace
 
 FormWindow::FormWindow(Form& form, Windows& windows)
-    : binding(form, windows, this, new QMenuBar(this)), windows_(windows), scroll_(new ScrollView) {
+    : binding(form, windows, this, new QMenuBar(this)),
+      windows_(windows),
+      layout_(LayoutOf(form)),
+      scroll_(new ScrollView) {
   setObjectName(ToQt(form.name));
   auto* const whole = new QVBoxLayout(this);
   whole->setContentsMargins(0, 0, 0, 0);
   whole->setSpacing(0);
   whole->addWidget(scroll_, 1);
-  binding.Sync();  // a layout may look at what its pieces say
-  LayOut(*this);
-  SetTabOrder();
+  auto* const bar = findChild<QMenuBar*>(QString(), Qt::FindDirectChildrenOnly);
+  if (binding.HasMenus())
+    whole->setMenuBar(bar);
+  else
+    delete bar;
+  binding.Sync();  // the height of a label depends on what it says
+  Draw();
 }
 
 FormWindow::~FormWindow() { Undock(); }
 
-void FormWindow::Pin(QLayout* below) {
-  const QMargins around = Content().layout()->contentsMargins();
-  below->setContentsMargins(around.left(), 0, around.right(), around.bottom());
-  qobject_cast<QVBoxLayout*>(layout())->addLayout(below);
-}
-
-void FormWindow::SetDefault(QWidget* button) {
-  default_ = qobject_cast<QAbstractButton*>(button);
-  if (auto* const push = qobject_cast<QPushButton*>(button)) push->setDefault(true);
-}
-
-void FormWindow::ShowWithAnyOf(QWidget* frame, std::vector<QWidget*> members) {
-  frames_.emplace_back(frame, std::move(members));
-}
-
-void FormWindow::AddTabStop(QWidget* widget) {
-  if (widget->focusPolicy() & Qt::TabFocus) tabStops_.push_back(widget);
-}
-
-void FormWindow::SetTabOrder() {
+void FormWindow::Draw() {
+  auto* const column = new QVBoxLayout(&scroll_->Content());
+  column->setContentsMargins(16, 14, 16, 14);
+  column->setSpacing(12);
+  LayoutDrawer drawer(layout_, binding, *this);
+  drawer.Draw(*column);
+  if (QBoxLayout* const pinned = drawer.Pinned()) {
+    pinned->setContentsMargins(16, 0, 16, 14);
+    if (drawer.Picture() != nullptr) pinned->insertWidget(0, SavePictureButton(*drawer.Picture()));
+    static_cast<QVBoxLayout*>(layout())->addLayout(pinned);
+  }
+  frames_ = drawer.Frames();
+  tabStops_ = drawer.TabStops();
   for (std::size_t i = 1; i < tabStops_.size(); ++i) QWidget::setTabOrder(tabStops_[i - 1], tabStops_[i]);
+  if (auto* const enter = qobject_cast<QPushButton*>(ButtonOf(layout_.enter))) enter->setDefault(true);
+}
+
+/// The button of that name; null when there is none.
+QAbstractButton* FormWindow::ButtonOf(const std::string& name) const {
+  return qobject_cast<QAbstractButton*>(binding.Find(name));
+}
+
+/// So large that as much text is shown as the layout wishes.
+QSize FormWindow::PreferredSize() const {
+  const QFontMetrics metrics(FixedPitchFont());
+  return {layout_.columns * metrics.horizontalAdvance(QLatin1Char('0')) + 60,
+          layout_.lines * metrics.lineSpacing() + 60};
 }
 
 void FormWindow::Sync() {
@@ -63,7 +79,7 @@ void FormWindow::Sync() {
 }
 
 void FormWindow::Place(MainWindow* main) {
-  const bool floats = main == nullptr || room_ == Room::Above;
+  const bool floats = main == nullptr || layout_.place == Layout::Place::Above;
   // A child of a hidden main window stays where it is and comes back with it.
   if (onScreen_ && (floats == !frame_ || main == nullptr)) return;
   onScreen_ = true;
@@ -78,7 +94,7 @@ void FormWindow::Place(MainWindow* main) {
 /// question, below the question that was asked last.
 void FormWindow::Float(MainWindow* main) {
   Undock();
-  const bool above = room_ == Room::Above && main != nullptr;
+  const bool above = layout_.place == Layout::Place::Above && main != nullptr;
   setParent(above ? main : nullptr, above ? Qt::Dialog : Qt::Window);
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   resize(SizeWithin(screen.size() * 0.9));
@@ -107,16 +123,16 @@ void FormWindow::Dock(QMdiArea& area) {
 /// A window that fills the area cannot be made an icon: what it keeps out of work would look dead without it.
 Qt::WindowFlags FormWindow::FrameFlags() const {
   Qt::WindowFlags flags = Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
-  if (!stays_) flags |= Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint | Qt::WindowMaximizeButtonHint;
-  if (room_ == Room::BesideMenu) flags |= Qt::WindowMinimizeButtonHint;
+  if (!layout_.stays) flags |= Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint | Qt::WindowMaximizeButtonHint;
+  if (layout_.place == Layout::Place::BesideMenu) flags |= Qt::WindowMinimizeButtonHint;
   return flags;
 }
 
 /// The part of the area in which the window opens.
 QRect FormWindow::RoomIn(QMdiArea& area) const {
   const QRect whole = area.viewport()->rect();
-  if (room_ == Room::Whole) return whole;
-  if (room_ == Room::Left) return whole.adjusted(MenuMargin, MenuMargin, -MenuMargin, -MenuMargin);
+  if (layout_.place == Layout::Place::Whole) return whole;
+  if (layout_.place == Layout::Place::Left) return whole.adjusted(MenuMargin, MenuMargin, -MenuMargin, -MenuMargin);
   // The menu comes back behind each command, so its place is kept free while it is away too.
   const FormWindow* const menu = windows_.FirstAtTheLeft();
   if (menu == nullptr || !menu->frame_ || menu->frame_->geometry().right() > whole.width() / 2) return whole;
@@ -134,9 +150,10 @@ void FormWindow::FindPlace(QMdiArea& area) {
   const QSize free = (room.size() - size).expandedTo(QSize(0, 0));
   const int step = 26 * static_cast<int>(others % 6);
   const int left = std::min(room.left(), std::max(0, room.right() + 1 - size.width()));
-  const QPoint place = room_ == Room::Left ? room.topLeft()
-                                           : QPoint(left + std::min(free.width(), free.width() / 2 + step),
-                                                    std::min(free.height(), free.height() / 3 + step));
+  const QPoint place = layout_.place == Layout::Place::Left
+                           ? room.topLeft()
+                           : QPoint(left + std::min(free.width(), free.width() / 2 + step),
+                                    std::min(free.height(), free.height() / 3 + step));
   frame_->setGeometry(QRect(place, size));
   opened_ = frame_->geometry();
 }
@@ -149,7 +166,7 @@ void FormWindow::Refit() {
 /// stands beside the content and not over its right edge, as far as there is room for it.
 QSize FormWindow::SizeWithin(const QSize& room) const {
   const QSize title(fontMetrics().horizontalAdvance(windowTitle()) + 160, 0);
-  QSize size = sizeHint().expandedTo(preferredSize_).expandedTo(title);
+  QSize size = sizeHint().expandedTo(PreferredSize()).expandedTo(title);
   const int around = sizeHint().height() - scroll_->sizeHint().height();  // menus and what is pinned
   if (scroll_->Content().minimumSizeHint().height() + around > room.height())
     size.rwidth() += scroll_->verticalScrollBar()->sizeHint().width();
@@ -191,7 +208,7 @@ void FormWindow::BringToFront() {
 /// The first control that can be typed into or pressed; in the menu, which is come back to all the time, the one that
 /// had the focus last.
 void FormWindow::FirstFocus() {
-  if (room_ == Room::Left && rested_ && rested_->isEnabled()) return FocusOn(*rested_);
+  if (layout_.place == Layout::Place::Left && rested_ && rested_->isEnabled()) return FocusOn(*rested_);
   const auto first =
       std::ranges::find_if(tabStops_, [](const QWidget* stop) { return stop->isEnabled() && !stop->isHidden(); });
   if (first != tabStops_.end()) FocusOn(**first);
@@ -206,10 +223,10 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   QAbstractButton* button = nullptr;
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     auto* const focused = qobject_cast<QPushButton*>(window()->focusWidget());
-    button = focused != nullptr ? focused : default_;
+    button = focused != nullptr ? focused : ButtonOf(layout_.enter);
   } else if (event->key() == Qt::Key_Escape) {
-    if (closesByEscape_) return windows_.CloseAsked(binding.form);
-    button = cancel_;
+    if (layout_.escape == Layout::Closes) return windows_.CloseAsked(binding.form);
+    button = ButtonOf(layout_.escape);
   }
   if (button != nullptr && button->isEnabled() && button->isVisible())
     button->click();

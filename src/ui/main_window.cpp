@@ -1,6 +1,8 @@
 #include "ui/main_window.h"
 
+#include "layouts/layouts.h"
 #include "ui/form_window.h"
+#include "ui/layout_drawer.h"
 #include "ui/windows.h"
 
 namespace merlane {
@@ -25,27 +27,21 @@ MainWindow::MainWindow(FrmMain& form, Windows& windows) : binding(form, windows,
   setCentralWidget(central);
 }
 
-/// Two lines: the files of the analysis, and below them what is going on.
+/// What the status bars tell, and at the right what has been saved.
 QWidget* MainWindow::Footer() {
   auto* const footer = new QFrame;
   footer->setObjectName(QStringLiteral("footer"));
-  auto* const lines = new QVBoxLayout(footer);
-  lines->setContentsMargins(12, 6, 12, 6);
+  auto* const row = new QHBoxLayout(footer);
+  row->setContentsMargins(12, 6, 12, 6);
+  row->setSpacing(24);
+  auto* const lines = new QVBoxLayout;
   lines->setSpacing(3);
-  auto* const files = new QHBoxLayout;
-  files->setSpacing(24);
-  files->addWidget(binding.Find("stbMain0"), 1);
-  files->addWidget(binding.Find("stbMain1"), 1);
-  auto* const progress = new QHBoxLayout;
-  progress->setSpacing(24);
-  progress->addWidget(binding.Find("stbMain5"), 1);
-  progress->addWidget(binding.Find("stbMain2"));
+  LayoutDrawer(LayoutOf(binding.form), binding, *this).Draw(*lines);
+  row->addLayout(lines, 1);
   written_ = new ElidedLabel(nullptr);
   written_->MayShrink();
   written_->setObjectName(QStringLiteral("written"));
-  progress->addWidget(written_);
-  lines->addLayout(files);
-  lines->addLayout(progress);
+  row->addWidget(written_, 0, Qt::AlignBottom);
   return footer;
 }
 

@@ -54,7 +54,7 @@ void Windows::Sync() {
     std::unique_ptr<FormWindow>& window = windows_[form];
     if (!window) {
       window = std::make_unique<FormWindow>(*form, *this);
-      if (atTheLeft_ == nullptr && window->StandsIn() == FormWindow::Room::Left) atTheLeft_ = window.get();
+      if (atTheLeft_ == nullptr && window->StandsAt() == Layout::Place::Left) atTheLeft_ = window.get();
     }
     window->Sync();
     window->Place(MainVisible() ? main_.get() : nullptr);

@@ -7,8 +7,9 @@
 #include "base/json_text.h"
 #include "base/text.h"
 #include "forms/palette.h"
+#include "layouts/layouts.h"
 #include "plots/svg.h"
-#include "web/layouts.h"
+#include "web/layout_text.h"
 
 namespace merlane {
 namespace {
@@ -171,7 +172,7 @@ std::string FormText::NewsOf(Form& form) {
   if (isNew && !form.Visible()) return {};
   Told& told = told_[&form];
   JsonMembers members{{"form", JsonOf(form.name)}};
-  if (isNew) members.emplace_back("layout", LayoutOf(form));
+  if (isNew) members.emplace_back("layout", LayoutText(LayoutOf(form)));
   if (std::exchange(told.visible, form.Visible()) != form.Visible())
     members.emplace_back("visible", JsonOf(form.Visible()));
   if (std::exchange(told.title, form.title) != form.title) members.emplace_back("title", JsonOf(form.title));

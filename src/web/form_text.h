@@ -12,7 +12,7 @@ namespace merlane {
 class FormText {
  public:
   /// All that is new of the forms of a desk; empty when nothing is. Of a form that is shown for the first time, its
-  /// layout too (web/layouts.h).
+  /// layout too (web/layout_text.h).
   std::string News(const Desk& desk);
   /// The page shows of this control what a person did to it: its state is told again, whatever came of that.
   void Forget(const Control& control);

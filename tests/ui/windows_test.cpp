@@ -380,7 +380,7 @@ TEST(WindowsTest, OnlyWindowsBesideTheMenuCanBeMadeIcons) {
     auto* const frame = qobject_cast<QMdiSubWindow*>(window.parentWidget());
     if (frame == nullptr) return;
     const bool besideMenu =
-        dynamic_cast<FormWindow&>(window).StandsIn() == FormWindow::Room::BesideMenu && form.name != "frmMenu";
+        dynamic_cast<FormWindow&>(window).StandsAt() == Layout::Place::BesideMenu && form.name != "frmMenu";
     EXPECT_EQ(frame->windowFlags().testFlag(Qt::WindowMinimizeButtonHint), besideMenu) << form.name;
   });
   for (const char* plot : {"frmXYPlot", "frmDistPlot", "frmBivarPlot"})

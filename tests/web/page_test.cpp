@@ -9,10 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "layouts/layouts.h"
 #include "platform/random_streams.h"
 #include "program/program.h"
 #include "support/scripted_host.h"
-#include "web/layouts.h"
+#include "web/layout_text.h"
 #include "web/page_host.h"
 
 namespace merlane {
@@ -74,25 +75,60 @@ class Page : public testing::Test {
   Program program{{host, clock, random, workbooks}};
 };
 
-void CountControls(const json& boxes, std::map<std::string, int>& counts) {
+/// The names of controls in boxes as they were told, in their order.
+void AddControls(const json& boxes, std::vector<std::string>& names) {
   for (const json& box : boxes) {
-    if (box["kind"] == "control") ++counts[box["name"].get<std::string>()];
-    if (box.contains("parts")) CountControls(box["parts"], counts);
+    if (box["kind"] == "control") names.push_back(box["name"]);
+    if (box.contains("parts")) AddControls(box["parts"], names);
   }
 }
 
-TEST_F(Page, EveryControlOfEveryFormStandsInItsWindowOnce) {
+TEST_F(Page, EveryWindowIsToldByTheLayoutOfItsForm) {
   for (const Form* form : program.desk.Forms()) {
-    std::map<std::string, int> counts, wanted;
-    CountControls(json::parse(LayoutOf(*form))["parts"], counts);
-    for (const Control* control : form->Controls())
-      if (dynamic_cast<const MenuEntry*>(control) == nullptr) wanted[control->name] = 1;
-    EXPECT_EQ(counts, wanted) << form->name;
+    const Layout layout = LayoutOf(*form);
+    std::vector<std::string> controls, wanted;
+    AddControls(json::parse(LayoutText(layout))["parts"], controls);
+    ForEachControl(layout.parts, [&](const std::string& name) { wanted.push_back(name); });
+    EXPECT_EQ(controls, wanted) << form->name;
   }
 }
 
-TEST_F(Page, ALayoutNamesNothingThatItsFormHasNot) {
-  for (const Form* form : program.desk.Forms()) EXPECT_THAT(StrangersInLayoutOf(*form), IsEmpty()) << form->name;
+TEST_F(Page, ALayoutIsToldWithAllThatItSaysOfItsBoxes) {
+  using Box = Layout::Box;
+  Box label("lblA"), rest("txtB");
+  label.look = Box::Look::Quiet;
+  rest.grows = 2;
+  rest.lines = 3;
+  Box group(Box::Kind::Group, {label, rest});
+  group.name = "Title";
+  group.columns = 22;
+  EXPECT_EQ(json::parse(LayoutText({.place = Layout::Place::Whole,
+                                    .columns = 80,
+                                    .lines = 24,
+                                    .enter = "cmdC",
+                                    .escape = "close",
+                                    .stays = true,
+                                    .parts = {group},
+                                    .lastByTab = {"txtB"}})),
+            json::parse(R"({"place": "whole", "columns": 80, "lines": 24, "enter": "cmdC", "escape": "close",
+                            "stays": true, "lastByTab": ["txtB"], "parts":
+                            [{"kind": "group", "name": "Title", "columns": 22, "parts":
+                              [{"kind": "control", "name": "lblA", "look": "quiet"},
+                               {"kind": "control", "name": "txtB", "grows": 2, "lines": 3}]}]})"));
+}
+
+TEST_F(Page, AWindowThatIsShownForTheFirstTimeIsToldWithItsLayout) {
+  deeds.push_back({"nothing"});
+  host.Wait();
+  const auto layoutTold = [](const std::string& form) {
+    for (const json& message : told)
+      if (message.contains("forms"))
+        for (const json& each : message["forms"])
+          if (each["form"] == form && each.contains("layout")) return each["layout"];
+    return json();
+  };
+  for (const Form* form : {static_cast<const Form*>(&program.frmMain), static_cast<const Form*>(&program.frmMenu)})
+    EXPECT_EQ(layoutTold(form->name), json::parse(LayoutText(LayoutOf(*form)))) << form->name;
 }
 
 TEST_F(Page, TheFirstNewsAreTheMainWindowAndTheMenu) {

@@ -94,12 +94,13 @@ class FormWindow {
     sizer.onclick = () => this.element.classList.toggle("full");
     const bar = make("header", {}, this.title, sizer, this.closer);
     this.menus = new MenuBar(this.controls, false);
+    this.groups = []; // seen while one of their controls is
     this.content = make("div", { class: "content" });
     this.pinned = make("div", { class: "pinned" });
     this.element = make("section", { class: "window", role: "dialog", hidden: true,
-                                     aria: { labelledby: this.title.id }, data: { form: this.name, room: this.layout.room } },
+                                     aria: { labelledby: this.title.id }, data: { form: this.name, place: this.layout.place } },
                         bar, this.menus.element, this.content, this.pinned);
-    if (this.name === "frmMenu") this.closer.hidden = sizer.hidden = true;
+    this.closer.hidden = sizer.hidden = this.layout.stays;
     this.element.addEventListener("pointerdown", () => this.raise(), true);
     this.element.addEventListener("focusin", () => this.raise());
     this.element.onkeydown = (event) => this.key(event);
@@ -113,7 +114,7 @@ class FormWindow {
     if (news.controls && this.controls.entries().length > 0) this.menus.show();
     if (news.title !== undefined) this.title.textContent = news.title;
     if (news.takesInput !== undefined) this.element.classList.toggle("rests", !news.takesInput);
-    for (const group of this.groups || [])
+    for (const group of this.groups)
       group.hidden = ![...group.querySelectorAll("[data-name]")].some((element) => !element.hidden);
     if (news.visible !== undefined) this.setVisible(news.visible);
     const wanted = news.focus && this.controls.elements.get(news.focus);
@@ -151,7 +152,7 @@ class FormWindow {
   }
 
   raise() {
-    const above = this.layout.room === "above" ? 50000 : 0; // whatever comes to the front
+    const above = this.layout.place === "above" ? 50000 : 0; // whatever comes to the front
     if (this.height() !== windows.highest + above) this.element.style.zIndex = ++windows.highest + above;
     for (const other of document.querySelectorAll(".window")) other.classList.toggle("front", other === this.element);
   }
@@ -165,20 +166,20 @@ class FormWindow {
 
   layOut() {
     this.laidOut = true;
-    this.groups = [];
     for (const box of this.layout.parts) {
       const element = this.draw(box);
       if (!element) continue;
-      (box.kind === "pinned" ? this.pinned : this.content).append(element);
+      if (box.kind === "pinned") this.pinned.append(...element.childNodes);
+      else this.content.append(element);
     }
     const drawing = this.controls.elements.get("picGraph");
     if (drawing) {
       showDrawing(drawing, drawing.shown);
-      this.pinned.firstChild.prepend(savePictureButton(this.name, () => this.controls.told.get("picGraph")));
+      this.pinned.prepend(savePictureButton(this.name, () => this.controls.told.get("picGraph")));
     }
-    for (const element of this.content.querySelectorAll(".row,.fields"))
+    for (const element of this.content.querySelectorAll(".row"))
       for (const label of element.querySelectorAll(":scope > .label")) this.nameBy(label);
-    for (const label of this.content.querySelectorAll(".column > .label, .group > .label")) this.nameBy(label);
+    for (const label of this.content.querySelectorAll(":is(.column,.group,.scrolled) > .label")) this.nameBy(label);
     for (const element of this.content.querySelectorAll("input:not([type]),input[type=text],select:not([aria-hidden]),textarea,.grid"))
       if (!element.hasAttribute("aria-labelledby")) element.setAttribute("aria-labelledby", this.title.id);
   }
@@ -195,8 +196,8 @@ class FormWindow {
   draw(box) {
     if (box.kind === "control") return this.drawControl(box);
     const parts = (box.parts || []).map((part) => this.draw(part)).filter(Boolean);
-    const element = { group: () => this.drawGroup(box, parts), stage: () => this.drawStage(box, parts) }[box.kind];
-    const drawn = element ? element() : make("div", { class: box.kind }, ...parts);
+    const drawn = box.kind === "group" ? this.drawGroup(box, parts)
+                  : box.kind === "stage" ? this.drawStage(box, parts) : make("div", { class: box.kind }, ...parts);
     if (box.look) drawn.classList.add(box.look);
     return this.sized(drawn, box);
   }
@@ -224,7 +225,8 @@ class FormWindow {
   sized(element, box) {
     if (box.grows) element.style.flex = `${box.grows} 1 0`;
     if (box.grows) element.classList.add("grows");
-    if (box.lines) element.style.minHeight = `calc(${box.lines} * 1.35em + 16px)`;
+    if (box.lines) element.style.minHeight = `calc(${box.lines} * 1.35em + ${box.kind === "control" ? 16 : 0}px)`;
+    if (box.columns) element.style.minWidth = `${box.columns}ch`;
     return element;
   }
 
@@ -237,12 +239,12 @@ class FormWindow {
     const menu = windows.all.get("frmMenu");
     const beside = menu && menu !== this && menu.placed && menu.element.offsetWidth < wide / 2 ? 442 : 0;
     const wanted = [this.layout.columns * 7.6 + 60, this.layout.lines * 17 + 90];
-    if (this.layout.room === "whole") return this.placeAt(0, 0, wide, high);
-    if (this.layout.room === "left") return this.placeAt(8, 8, Math.min(426, wide - 16), this.name === "frmMenu" ? 0 : high - 16);
+    if (this.layout.place === "whole") return this.placeAt(0, 0, wide, high);
+    if (this.layout.place === "left") return this.placeAt(8, 8, Math.min(426, wide - 16), this.name === "frmMenu" ? 0 : high - 16);
     const room = wide - beside, size = [Math.min(wanted[0], room - 8), Math.min(wanted[1], high - 8)];
     const step = 26 * (windows.opened++ % 6);
-    const left = this.layout.room === "above" ? 8 : beside + Math.min(Math.max(0, (room - size[0]) / 2 + step), room - size[0]);
-    const top = this.layout.room === "above" ? 8 : Math.min(Math.max(0, (high - size[1]) / 3 + step), high - size[1]);
+    const left = this.layout.place === "above" ? 8 : beside + Math.min(Math.max(0, (room - size[0]) / 2 + step), room - size[0]);
+    const top = this.layout.place === "above" ? 8 : Math.min(Math.max(0, (high - size[1]) / 3 + step), high - size[1]);
     this.placeAt(left, top, size[0], this.layout.lines > 1 ? size[1] : 0);
   }
 
@@ -285,6 +287,7 @@ class FormWindow {
   key(event) {
     if (event.defaultPrevented) return;
     const target = event.target;
+    if (event.key === "Tab" && this.layout.lastByTab.length > 0) this.tab(event);
     if (event.key === "F4" && event.ctrlKey && !this.closer.hidden) {
       event.preventDefault();
       return this.close();
@@ -297,6 +300,19 @@ class FormWindow {
       commitTyped();
       if (this.press(this.layout.enter)) event.preventDefault();
     }
+  }
+
+  /// Goes past what Tab shall come to last, and to that before the buttons below.
+  tab(event) {
+    const stops = [...this.element.querySelectorAll(
+      ".content :is(button,input,select,textarea,.grid):not([tabindex='-1']), .pinned button")];
+    const seen = stops.filter((stop) => !stop.disabled && stop.offsetParent !== null);
+    const turn = (stop) => (this.pinned.contains(stop) ? 2 : this.layout.lastByTab.includes(stop.dataset.name) ? 1 : 0);
+    seen.sort((one, other) => turn(one) - turn(other));
+    const at = seen.indexOf(document.activeElement), next = seen[at + (event.shiftKey ? -1 : 1)];
+    if (at < 0 || !next) return;
+    event.preventDefault();
+    next.focus();
   }
 
   press(name) {
@@ -314,7 +330,7 @@ class FormWindow {
   }
 }
 
-/// The frame of the page: its title, menus and footer.
+/// The frame of the page: its title, menus and footer, whose lines begin with what the status bars tell.
 class MainWindow {
   constructor() {
     this.controls = new Controls("frmMain");
@@ -323,12 +339,21 @@ class MainWindow {
   }
 
   take(news) {
+    if (news.layout) this.layOut(news.layout);
     if (news.controls) {
       this.controls.take(news.controls);
       this.menus.show();
       for (const it of news.controls) if (it.kind === "status") this.showStatus(it);
     }
     if (news.title !== undefined) document.getElementById("program").textContent = news.title;
+  }
+
+  layOut(layout) {
+    const lines = document.querySelectorAll("footer .lines"), last = lines.length - 1;
+    const live = { role: "status", aria: { live: "polite" } }; // the last line tells what is going on
+    layout.parts.forEach((line, i) =>
+      lines[i].prepend(...line.parts.map((bar) =>
+        make("span", { id: bar.name, class: bar.grows ? "grows" : "", ...(i === last ? live : {}) }))));
   }
 
   showStatus(it) {
