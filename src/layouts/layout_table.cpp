@@ -52,12 +52,14 @@ Layout Main() {
 Layout Menu() {
   return {.place = Place::Left,
           .stays = true,
-          .parts = {Notes({Set(Look::Heading, "lblModelname"), Quiet("lblVersion")}),
-                    Stage("Model", {Row({"cmdInitialize"})}),
-                    Stage("Algorithm data", {Row({"cmdLoadAlg", "cmdEditAlg"}), Row({"cmdSaveAlg", "cmdBayesian"})}),
-                    Stage("Minimization", {Row({"cmdOneFunction"}), Row({"cmdSimplex", "cmdMarquardt"})}),
-                    Stage("Estimates", {Row({"cmdCovariance"}), Row({"cmdParEstimate"})}),
-                    Stage("Results", {Row({"cmdUserSummary"}), Row({"cmdRank"})}), Pinned({"cmdQuit"})}};
+          .parts = {
+              Notes({Set(Look::Heading, "lblModelname"), Quiet("lblVersion")}),
+              Column({Stage("Model", {Row({"cmdInitialize"})}),
+                      Stage("Algorithm data", {Row({"cmdLoadAlg", "cmdEditAlg"}), Row({"cmdSaveAlg", "cmdBayesian"})}),
+                      Stage("Minimization", {Row({"cmdOneFunction"}), Row({"cmdSimplex", "cmdMarquardt"})}),
+                      Stage("Estimates", {Row({"cmdCovariance"}), Row({"cmdParEstimate"})}),
+                      Stage("Results", {Row({"cmdUserSummary"}), Row({"cmdRank"})})}),
+              Pinned({"cmdQuit"})}};
 }
 
 /// The choices at the left, the help on model and data beside them.
@@ -132,14 +134,13 @@ Layout Rank() {
   const Box models = Group(
       "Models",
       {Row({Grows(Note("lblAdd")), Fields({Row({"cmdLoadAlg", "cmdEditAlg"}), Row({"cmdSaveAlg", "cmdBayesian"})})})});
-  const Box statistics =
-      Group("Statistics", {Fields({Row({"cmdAICc", "cmdQAICc", "txtCHat"}), Row({"cmdRank", "cmdAverage"})})});
+  const Box statistics = Group("Statistics", {Row({"cmdAICc", "cmdQAICc", "txtCHat"}), Row({"cmdRank", "cmdAverage"})});
   return {.place = Place::Whole,
           .columns = 150,
           .lines = 48,
           .parts = {
               Row({Grows(models), statistics}),
-              Grows(Split({Grows(Lines(3, "grdRank")), Grows(Column({"lblAverage", Grows(Lines(4, "txtAverage"))}))})),
+              Grows(Split({Grows(Lines(3, "grdRank")), Grows(Column({"lblAverage", Grows(Lines(2, "txtAverage"))}))})),
               Pinned({Grows(Quiet(Notes({"lblDelete", "lblCovariance", "lblNotes"}))), "cmdSaveRank", "cmdFinish"})}};
 }
 
@@ -150,8 +151,8 @@ Layout XyPlot() {
                              Row({"lblYmin", Grows("txtYmin"), "lblXmin", Grows("txtXmin")})});
   const Box kinds = Group("Plot as", {Row({Column({"Check_Line", "Check_Line_LtoR", "Check_Line_RtoL"}),
                                            Column({"Check_Scatter", "Check_Drop", "Check_8X8", "Check_10X10"})})});
-  const Box side = Scrolled({Figures(1, {"lblPage"}), Grows(Column({"lblY", Grows(Lines(5, "listYVar"))})),
-                             Grows(Column({"lblX", Grows(Lines(5, "listXVar"))})), limits,
+  const Box side = Scrolled({Figures(1, {"lblPage"}), Grows(Column({"lblY", Grows(Lines(4, "listYVar"))})),
+                             Grows(Column({"lblX", Grows(Lines(4, "listXVar"))})), limits,
                              Row({kinds, Grows(FixedPitch(Figures(7, {"lblCorr"})))})});
   return {.place = Place::Whole,
           .columns = 150,

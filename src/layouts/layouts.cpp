@@ -42,7 +42,8 @@ std::vector<Box> AsTheyCome(const std::vector<const Control*>& controls) {
 
 Layout LayoutOf(const Form& form) {
   const auto found = Layouts().find(form.name);
-  Layout layout = found == Layouts().end() ? Layout{.columns = 80, .lines = 1} : found->second;
+  Layout layout = found == Layouts().end() ? Layout{.columns = 80, .lines = 1, .enter = "cmdOK", .escape = "cmdCancel"}
+                                           : found->second;
   std::set<std::string> named;
   ForEachControl(layout.parts, [&](const std::string& name) { named.insert(name); });
   std::vector<const Control*> others;

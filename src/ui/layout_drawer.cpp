@@ -13,7 +13,7 @@ using Look = Box::Look;
 
 // Distances between what stands beside or below each other.
 constexpr int InARow = 10, InAColumn = 6, InAGroup = 8, InNotes = 2, InFigures = 24, BetweenGroups = 12,
-              BetweenSides = 18;
+              BetweenStages = 8, BetweenSides = 18;
 
 bool IsLarge(const QWidget& widget) { return qobject_cast<const QAbstractScrollArea*>(&widget) != nullptr; }
 
@@ -55,8 +55,11 @@ bool LeavesNoRoom(const std::vector<Box>& parts) {
   return std::ranges::any_of(parts, [](const Box& part) { return part.grows > 0 || part.kind == Kind::Space; });
 }
 
-bool HoldsGroups(const std::vector<Box>& parts) {
-  return std::ranges::any_of(parts, [](const Box& part) { return part.kind == Kind::Group; });
+/// The distance between the parts of a column: by what they are or, where they are single controls, `usual`.
+int DistanceOf(const std::vector<Box>& parts, int usual) {
+  const auto hold = [&](Kind kind) { return std::ranges::count(parts, kind, &Box::kind) > 0; };
+  if (hold(Kind::Group)) return BetweenGroups;
+  return hold(Kind::Stage) ? BetweenStages : usual;
 }
 
 QLabel* Marked(const QString& text, const char* property) {
@@ -123,7 +126,7 @@ void LayoutDrawer::Put(const Box& box, QBoxLayout& into) {
     case Kind::Row:
       return add(Row(box, InARow));
     case Kind::Column:
-      return add(Column(box, HoldsGroups(box.parts) ? BetweenGroups : InAColumn));
+      return add(Column(box, DistanceOf(box.parts, InAColumn)));
     case Kind::Sides:
       return add(Row(box, BetweenSides));
     case Kind::Split:
@@ -178,7 +181,7 @@ QBoxLayout* LayoutDrawer::PinnedRow(const Box& box) {
 /// A column in which something grows takes the width that is left; else nothing does.
 QGridLayout* LayoutDrawer::Fields(const Box& box) {
   auto* const fields = new QGridLayout;
-  fields->setHorizontalSpacing(12);
+  fields->setHorizontalSpacing(InARow);
   fields->setVerticalSpacing(7);
   bool leavesRoom = true;
   for (int row = 0; row < static_cast<int>(box.parts.size()); ++row) {
@@ -283,7 +286,7 @@ QWidget* LayoutDrawer::Split(const Box& box) {
 
 QWidget* LayoutDrawer::Scrolled(const Box& box) {
   auto* const view = new ScrollView(ScrollView::Bars::DownAlone);
-  Around(Column(box, HoldsGroups(box.parts) ? BetweenGroups : InARow), &view->Content());
+  Around(Column(box, DistanceOf(box.parts, InARow)), &view->Content());
   return view;
 }
 

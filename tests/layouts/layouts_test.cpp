@@ -91,6 +91,7 @@ struct FrmNew : Form {
 TEST_F(LayoutsTest, AFormWithoutALayoutStandsAsItComesItsButtonsLast) {
   const FrmNew form(program.desk, "frmNew");
   EXPECT_THAT(NamesIn(LayoutOf(form)), ElementsAre("lblOne", "txtOne", "chkFour", "txtTwo", "cmdThree"));
+  EXPECT_EQ(LayoutOf(form).escape, "cmdCancel");
 }
 
 TEST_F(LayoutsTest, WhatALayoutForgetsStandsBelowWhatItNamesButAboveWhatIsPinned) {
