@@ -109,7 +109,7 @@ Layout Import() {
       .parts =
           {Row({"lblFile", Grows("txtFile")}), Note("lblProposal"),
            Sides({Grows(Column({Scrolled({writing}), Note("lblNests"), Grows(Part("lblRemarks", "txtRemarks", 3))}), 2),
-                  Grows(Split({Grows(columns, 5), Grows(Part("lblPreview", "txtPreview", 4), 4)}), 3)}),
+                  Grows(Split({Grows(columns, 3), Grows(Part("lblPreview", "txtPreview", 4), 2)}), 3)}),
            Pinned({"lblProgress", Space(), "cmdDone", "cmdChoices", "cmdCancel"})},
       .lastByTab = {"txtRemarks"}};
 }
