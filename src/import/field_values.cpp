@@ -24,8 +24,9 @@ DayOfYear DayOf(calendar::sys_days day) {
   return {static_cast<int>(date.year()), static_cast<int>((day - newYear).count()) + 1};
 }
 
-/// Whether a text can be the time of day behind a date.
+/// Whether a text can be the time of day behind a date. 24:00 would be of the next day.
 bool IsTime(std::string_view text) {
+  if (text.size() > 2 && text.substr(1).starts_with("24:")) return false;
   return text.empty() || ((text.front() == ' ' || text.front() == 'T') && text.find(':') < 4 &&
                           text.substr(1).find_first_not_of("0123456789:.,+-Z APMapm") == std::string_view::npos);
 }

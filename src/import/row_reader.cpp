@@ -351,7 +351,7 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
       choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1) : std::optional<int>(1);
   if (!nests) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Nests))};
   if (*nests == 0) throw LeftOut{"it stands for no nest"};
-  if (choices_.Has(Role::Count)) SetCounted(fields, visit);
+  SetCounted(fields, visit);
   visit.covariates = Covariates(fields, line);
   const std::string code = fields.Code();
   for (int n = 1; n <= *nests; ++n) {

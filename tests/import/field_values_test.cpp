@@ -71,6 +71,26 @@ TEST(FieldValues, WhatIsNoDateIsNone) {
   EXPECT_EQ(DateIn("60", DateOrder::SerialDays), Day()) << "29 February 1900";
 }
 
+TEST(FieldValues, ATimeOfDayIsPassedOverUnlessItIsOfTheNextDay) {
+  const Day day({2023, 156});
+  EXPECT_EQ(DateIn("2023-06-05 23:59", DateOrder::YearMonthDay), day);
+  EXPECT_EQ(DateIn("6/5/2023 11:59 PM", DateOrder::MonthDayYear), day);
+  EXPECT_EQ(DateIn("6/5/2023 24:00", DateOrder::MonthDayYear), std::nullopt);
+  EXPECT_TRUE(IsOfUniversalTime("2023-06-05T22:00:00.000Z"));
+  EXPECT_TRUE(IsOfUniversalTime("2023-06-05 06:30:00+00:00"));
+  EXPECT_FALSE(IsOfUniversalTime("2023-06-05T00:00:00Z")) << "a date alone, as machines write it";
+  EXPECT_FALSE(IsOfUniversalTime("2023-06-05T22:00:00-05:00")) << "the time where it was written";
+  EXPECT_FALSE(IsOfUniversalTime("2023-06-05"));
+}
+
+TEST(FieldValues, AMonthIsANumberOrAName) {
+  EXPECT_EQ(MonthIn("5"), 5);
+  EXPECT_EQ(MonthIn(" 12 "), 12);
+  EXPECT_EQ(MonthIn("Mai"), 5);
+  EXPECT_EQ(MonthIn("September"), 9);
+  for (const char* none : {"", "0", "13", "4.5", "-1", "ma", "Nest"}) EXPECT_EQ(MonthIn(none), std::nullopt) << none;
+}
+
 TEST(FieldValues, DaysAreCountedOnBehindANewYear) {
   EXPECT_EQ(DayCountedFrom(2023, {2024, 5}), 370);
   EXPECT_EQ(DayCountedFrom(2024, {2025, 1}), 367);

@@ -297,6 +297,14 @@ TEST(ImportVisits, AMonthAloneIsRefused) {
   EXPECT_THROW(ImportRows(text, choices), RuntimeFailure);
 }
 
+TEST(ImportVisits, AStageTellsOfWhichUnknownAgeANestIs) {
+  const Imported imported = AsProposed(
+      "Nest,FirstFound,LastPresent,LastChecked,Fate,Stage\nA,1,9,9,0,egg\nB,3,9,9,0,nestling\nC,5,9,9,0,egg\n");
+  EXPECT_EQ(imported.unknownOfEggs, 4);
+  EXPECT_EQ(imported.unknownOfYoung, 2);
+  EXPECT_THAT(imported.text, HasSubstr("       B,       3,       0,       ?,       1"));
+}
+
 TEST(ImportVisits, ARowThatLacksAPartOfItsCodeIsLeftOut) {
   const std::string text = "Box,Brood,Date,Age,Young\nB1,1,2023-06-01,2,4\n,1,2023-06-02,3,4\nB1,1,2023-06-05,6,4\n";
   ImportChoices choices = ProposedChoices(text);
