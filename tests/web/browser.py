@@ -108,11 +108,13 @@ class WebKitDriver(WebDriver):
         os.close(writing)
         with os.fdopen(reading) as told:
             display = ":" + told.readline().strip()
+        (folder / ".config").mkdir()
+        (folder / ".config/user-dirs.dirs").write_text(f'XDG_DOWNLOAD_DIR="{downloads}"\n')
         browser, = pathlib.Path("/usr/lib").glob("*/webkit2gtk-4.1/MiniBrowser")
         wanted = {"unhandledPromptBehavior": "ignore",
                   "webkitgtk:browserOptions": {"binary": str(browser), "args": ["--automation"]}}
         super().__init__("WebKitWebDriver", wanted, {**os.environ, "DISPLAY": display, "HOME": str(folder),
-                                                     "XDG_DOWNLOAD_DIR": str(downloads), "LIBGL_ALWAYS_SOFTWARE": "1"})
+                                                     "XDG_CONFIG_HOME": str(folder / ".config"), "LIBGL_ALWAYS_SOFTWARE": "1"})
         self.send("SetWindowRect", width=width, height=height)
 
     def end(self):

@@ -21,6 +21,7 @@ import tempfile
 import threading
 import time
 import traceback
+import zipfile
 
 from browser import Browser, wait_for
 
@@ -335,6 +336,25 @@ def a_range_of_cells(page, look):
     look("pasted")
 
 
+def all_files_as_zip(page, look):
+    """What is downloaded as one archive are the files of the analysis, and a file that is saved is downloaded by itself."""
+    Play(page, SOURCE / "examples/first_fit.batch", look).run()
+    downloads = page.browser.downloads
+    saved = downloads / "first_fit_estimates.alg"
+    wait_for(lambda: saved.is_file() and saved.stat().st_size, saved.name)
+    page.browser.click("#files summary")
+    look("files")
+    page.browser.click("#files-all")
+    archive = downloads / "merlane-files.zip"
+    wait_for(lambda: archive.is_file() and zipfile.is_zipfile(archive), archive.name)
+    with zipfile.ZipFile(archive) as files:
+        held = {name: files.read(name) for name in files.namelist()}
+    if held != {name: page.file(name) for name in page.run("return files.names()")}:
+        raise AssertionError(f"the archive holds {list(held)}")
+    if held[saved.name] != saved.read_bytes():
+        raise AssertionError(f"{saved.name} is another one alone")
+
+
 def a_beep(page, look):
     """What the program says by a sound is seen, too."""
     page.run("told.beep()")
@@ -364,7 +384,7 @@ def narrow(page, look):
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
     walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone,
-                                       a_range_of_cells, a_beep, narrow)}
+                                       a_range_of_cells, all_files_as_zip, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.
 BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),
             "chromium-unwinding": ["first_fit", "interrupted"], "firefox-unwinding": ["first_fit"]}
