@@ -12,39 +12,40 @@ function bytesOf(text) {
   return bytes;
 }
 
-/// The first `size` bytes of what was packed by LZMA, whose streams are told in its specification; with the settings of
-/// tools/bundle_page.py: lc 3, lp 0, pb 0, and neither a header nor its end looked for.
+/// The first `size` bytes of what was packed by LZMA, with the settings of tools/bundle_page.py (lc 3, lp 0, pb 0) and
+/// without a header.
 function unpacked(packed, size) {
   const out = new Uint8Array(size);
-  let at = 1, range = 0xffffffff, code = 0;
-  while (at < 5) code = code * 256 + packed[at++];
+  let at = 5;
+  // The coder's range, and the code in it: 32 bits without a sign.
+  const coder = Uint32Array.of(0xffffffff, new DataView(packed.buffer, packed.byteOffset).getUint32(1));
 
-  // The coder's bits: numbers below 2^32, which are told from each other without a sign.
-  const widen = () => {
-    if (range >= 0x1000000) return;
-    range *= 256;
-    code = code * 256 + packed[at++];
-  };
   const even = (count) => new Uint16Array(count).fill(1024); // chances of a 0, of 2048
+  const widen = () => {
+    if (coder[0] >= 0x1000000) return;
+    coder[0] <<= 8;
+    coder[1] = (coder[1] << 8) | packed[at++];
+  };
   const bit = (chances, i) => {
-    const chance = chances[i], bound = (range >>> 11) * chance, one = code >= bound;
-    if (one) {
-      range -= bound;
-      code -= bound;
-      chances[i] = chance - (chance >> 5);
-    } else {
-      range = bound;
+    const chance = chances[i], bound = (coder[0] >>> 11) * chance;
+    if (coder[1] < bound) {
+      coder[0] = bound;
       chances[i] = chance + ((2048 - chance) >> 5);
+      widen();
+      return 0;
     }
+    coder[0] -= bound;
+    coder[1] -= bound;
+    chances[i] = chance - (chance >> 5);
     widen();
-    return one ? 1 : 0;
+    return 1;
   };
   const evenBits = (count) => {
     let bits = 0;
     while (count-- > 0) {
-      range >>>= 1;
-      const one = code >= range;
-      if (one) code -= range;
+      coder[0] >>>= 1;
+      const one = coder[1] >= coder[0];
+      if (one) coder[1] -= coder[0];
       bits = bits * 2 + (one ? 1 : 0);
       widen();
     }
