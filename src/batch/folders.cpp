@@ -3,6 +3,17 @@
 #include <filesystem>
 
 namespace merlane {
+namespace {
+
+/// Without links on the way, as far as it is there: one file, one path.
+std::filesystem::path Canonical(const std::string& path) {
+  const std::filesystem::path whole = std::filesystem::absolute(path);
+  std::error_code failed;
+  const std::filesystem::path canonical = std::filesystem::weakly_canonical(whole, failed);
+  return failed ? whole.lexically_normal() : canonical;
+}
+
+}  // namespace
 
 std::string InFolder(const std::string& folder, const std::string& path) {
   if (path.empty() || std::filesystem::path(path).is_absolute()) return path;
@@ -27,18 +38,6 @@ std::string Folders::ToWrite(const std::string& path) const {
     std::filesystem::create_directories(std::filesystem::path(written).parent_path(), unknown);
   return written;
 }
-
-namespace {
-
-/// Without links on the way, as far as it is there: one file, one path.
-std::filesystem::path Canonical(const std::string& path) {
-  const std::filesystem::path whole = std::filesystem::absolute(path);
-  std::error_code failed;
-  const std::filesystem::path canonical = std::filesystem::weakly_canonical(whole, failed);
-  return failed ? whole.lexically_normal() : canonical;
-}
-
-}  // namespace
 
 /// What is written to the folder for that stands in the one aside under the same name, all else in folders below it.
 std::string Folders::Aside(const std::string& path) const {

@@ -117,6 +117,17 @@ struct FrmRankTest : ::testing::Test {
     Add("m2.alg", 98, 2, 2);
     ASSERT_TRUE(desk.Press(form.cmdRank));
   }
+  void ExpectAveraged() {
+    desk.Press(form.cmdAverage);
+    EXPECT_TRUE(form.AveragedFlag);
+  }
+  /// Averaging asks whether it shall go on despite this doubt, and does not when the answer is No.
+  void ExpectAskedAndNotAveraged(const std::string& doubt) {
+    windows.No("Covariances of another model");
+    desk.Press(form.cmdAverage);
+    EXPECT_EQ(windows.LastText(), doubt + "\r\n\r\nAverage with them nevertheless?");
+    EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
+  }
   std::string Text(int row, int column) const { return form.grdRank.At(row, column).text; }
   Colour Fore(int row, int column) const { return form.grdRank.At(row, column).fore; }
   std::vector<std::string> Column(int column) const {
@@ -592,8 +603,7 @@ TEST_F(FrmRankTest, DeletionLeavesAHalfDoneRowWithoutALabel) {
 
 TEST_F(FrmRankTest, DeletionClearsTheAverages) {
   RankTwo();
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
   windows.Yes("Delete a model");
   desk.DoubleClick(form.grdRank, 2, 0);
   EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
@@ -719,8 +729,7 @@ TEST_F(FrmRankTest, AveragingIsNotOfferedForATableThatIsNoLongerRanked) {
   SetCHat("2");
   EXPECT_FALSE(desk.Usable(form.cmdAverage));
   desk.Press(form.cmdRank);
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileThatIsTooShortFailsAndLeavesTheFormUsable) {
@@ -735,15 +744,9 @@ TEST_F(FrmRankTest, CovarianceFileThatIsTooShortFailsAndLeavesTheFormUsable) {
 TEST_F(FrmRankTest, CovarianceFileOfOtherEstimatesIsAveragedOnlyWhenTheUserWantsIt) {
   RankTwo();
   WriteCovariances("m1.cov", 99, 2, 1.25, 0.5, 0.5);
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "m1.cov is not of m1.alg as it is ranked: parameter 2 is 1.25 in it and 1 in the model\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag || form.txtAverage.visible);
+  ExpectAskedAndNotAveraged("m1.cov is not of m1.alg as it is ranked: parameter 2 is 1.25 in it and 1 in the model");
   windows.Yes("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileOfAnotherConstantIsAskedAbout) {
@@ -757,49 +760,37 @@ TEST_F(FrmRankTest, CovarianceFileOfAnotherConstantIsAskedAbout) {
   EXPECT_THAT(windows.LastText(), HasSubstr("its constant is 1, that of the model 0.5"));
   text.replace(text.find("constant: 1"), 11, "constant: 0.5");
   WriteWholeFile(folder + "m1.cov", text);
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileOfOtherDataIsAveragedOnlyWhenTheUserWantsIt) {
   RankTwo();
   TellGrids("m1.cov", "1.2010000E+02     1.2000100E+02     1.2000001E+02");
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "m1.cov is not of m1.alg as it is ranked: -ln[L] at its values was 120.0000, that of the model is 99.0000: "
-            "it was calculated with other data, or with other priors\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag);
+  ExpectAskedAndNotAveraged(
+      "m1.cov is not of m1.alg as it is ranked: -ln[L] at its values was 120.0000, that of the model is 99.0000: "
+      "it was calculated with other data, or with other priors");
   windows.Yes("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileOfTheSameDataIsAveragedWithoutAQuestion) {
   RankTwo();
   TellGrids("m1.cov", "1.0000000E+02     9.9010000E+01     9.9000100E+01");
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileOfOtherFusesIsAveragedOnlyWhenTheUserWantsIt) {
   RankTwo();
   TellFuses("m1.cov", {"A", "~~", "A", "B", "B", "~~"});
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "m1.cov is not of m1.alg as it is ranked: parameter 3 is fused with others in it than in the model\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag);
+  ExpectAskedAndNotAveraged(
+      "m1.cov is not of m1.alg as it is ranked: parameter 3 is fused with others in it than in the model");
 }
 
 TEST_F(FrmRankTest, FusesThatMoveTheSameParametersAreTheSameWhateverTheyAreCalled) {
   state.algorithm.Fuse(2) = state.algorithm.Fuse(3) = "AB";
   RankTwo();
   TellFuses("m1.cov", {"~~", "B", "B", "C", "C", "~~"});  // 4 is not free, so that nothing follows it anywhere
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, OptimisticStandardErrorsAreAveragedOnlyWhenTheUserWantsIt) {
@@ -807,13 +798,9 @@ TEST_F(FrmRankTest, OptimisticStandardErrorsAreAveragedOnlyWhenTheUserWantsIt) {
   WriteWholeFile(folder + "m1.cov",
                  ReadWholeFile(folder + "m1.cov") +
                      "\nNote: The above SE estimates are optimistic (under-estimated) conditional estimates\n");
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "m1.cov is not of m1.alg as it is ranked: its standard errors are optimistic, each as if all other "
-            "parameters were known\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag);
+  ExpectAskedAndNotAveraged(
+      "m1.cov is not of m1.alg as it is ranked: its standard errors are optimistic, each as if all other "
+      "parameters were known");
 }
 
 TEST_F(FrmRankTest, StandardErrorOfTheOnlyFreeParameterIsNotOptimistic) {
@@ -825,8 +812,7 @@ TEST_F(FrmRankTest, StandardErrorOfTheOnlyFreeParameterIsNotOptimistic) {
   Add("m1.alg", 99, 1, 1);
   Add("m2.alg", 98, 2, 2);
   desk.Press(form.cmdRank);
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovariancesKnownToBeOfOtherPriorsAreAveragedOnlyWhenTheUserWantsIt) {
@@ -834,12 +820,7 @@ TEST_F(FrmRankTest, CovariancesKnownToBeOfOtherPriorsAreAveragedOnlyWhenTheUserW
   form.calculatedUnderOtherPriors = [](const CovarianceFile& file, const std::string& priorsOfRow) {
     return file.values(2) == 1 && priorsOfRow.empty() ? "it was calculated with priors" : "";
   };
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "m1.cov is not of m1.alg as it is ranked: it was calculated with priors\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag);
+  ExpectAskedAndNotAveraged("m1.cov is not of m1.alg as it is ranked: it was calculated with priors");
 }
 
 TEST_F(FrmRankTest, EstimatesThatWereFittedToOtherDataAreToldWhereTheyAreAddedAndAskedAboutWhereTheyAreAveraged) {
@@ -855,12 +836,7 @@ TEST_F(FrmRankTest, EstimatesThatWereFittedToOtherDataAreToldWhereTheyAreAddedAn
   Add("m2.alg", 98, 2, 2);
   EXPECT_THAT(windows.messages, IsEmpty());
   desk.Press(form.cmdRank);
-  windows.No("Covariances of another model");
-  desk.Press(form.cmdAverage);
-  EXPECT_EQ(windows.LastText(),
-            "The estimates of m1.alg were fitted to other data, those of elsewhere.dat\r\n\r\n"
-            "Average with them nevertheless?");
-  EXPECT_FALSE(form.AveragedFlag);
+  ExpectAskedAndNotAveraged("The estimates of m1.alg were fitted to other data, those of elsewhere.dat");
 }
 
 TEST_F(FrmRankTest, CovarianceFileThatWasSavedTwiceIsAveraged) {
@@ -868,8 +844,7 @@ TEST_F(FrmRankTest, CovarianceFileThatWasSavedTwiceIsAveraged) {
   const std::string saved = "Originally saved with the file name: m1.cov\n\n";
   const std::string text = ReadWholeFile(folder + "m1.cov");
   WriteWholeFile(folder + "m1.cov", saved + saved + text.substr(2));
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, CovarianceFileOfOtherFreeParametersIsAskedAbout) {
@@ -887,8 +862,7 @@ TEST_F(FrmRankTest, CovarianceFileOfTheDigitsThatFilesKeepIsTheModels) {
   Add("a.alg", 40, 2, 0.0123456781);
   Add("b.alg", 41, 2, 0.0123456781);
   desk.Press(form.cmdRank);
-  desk.Press(form.cmdAverage);
-  EXPECT_TRUE(form.AveragedFlag);
+  ExpectAveraged();
 }
 
 TEST_F(FrmRankTest, AveragesGoWithTheTableThatWasAveraged) {

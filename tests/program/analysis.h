@@ -124,6 +124,30 @@ struct Analysis {
     ASSERT_TRUE(desk.Close(program.frmOneFunction));
   }
 
+  /// Searches from the menu, whose windows stay open.
+  void Simplex() {
+    windows.Yes("Just checking");
+    ASSERT_TRUE(desk.Press(menu.cmdSimplex));
+  }
+  /// By numerical derivatives, which are not shown.
+  void Marquardt() {
+    windows.Yes("Just checking");
+    windows.No("Marquardt minimization");
+    windows.No("Marquardt minimization");
+    ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
+  }
+  /// Covariances on the three grids that are proposed; the window that offers them stays open.
+  void Covariances() {
+    windows.No("Covariance calculator");
+    windows.Reply(Answer::Ok, "Covariance calculator");
+    windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
+    for (const char* factor : {"1", "0.1", "0.01"}) windows.Enter(factor, "Covariance calculator");
+    windows.Yes("Covariance calculator");
+    windows.Enter("0.5", "Enter constant");
+    windows.No("Calculate optimistic SEs only?");
+    ASSERT_TRUE(desk.Press(menu.cmdCovariance));
+  }
+
   /// The buttons of the menu that can be pressed at this moment, in the order of the form.
   std::vector<std::string> Usable() const {
     std::vector<std::string> names;

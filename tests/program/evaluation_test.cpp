@@ -18,8 +18,7 @@ struct EvaluationTest : ::testing::Test, test::Analysis {
   EvaluationTest() {
     Ready("juveniles_only");
     OneFunction();
-    windows.Yes("Just checking");
-    desk.Press(menu.cmdSimplex);
+    Simplex();
   }
   void Open() {
     ASSERT_TRUE(desk.Press(menu.cmdParEstimate));
@@ -239,8 +238,7 @@ TEST_F(EvaluationTest, TheProfileOfAFusedParameterIsStillOfTheRunWhenItsPlotsAre
   windows.No("Initialize");
   Ready("fuses");
   OneFunction();
-  windows.Yes("Just checking");
-  desk.Press(menu.cmdSimplex);
+  Simplex();
   const double value = state.algorithm.Value(17);
   std::string whilePlotsAreOpen;
   Open();

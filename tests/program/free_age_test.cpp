@@ -18,7 +18,7 @@ using ::testing::Not;
 
 struct FreeAgeTest : ::testing::Test, Analysis {
   /// Ages are rounded to days, so that a search goes round among them without an end: it is stopped.
-  void Simplex(int calls = 500) {
+  void StoppedSimplex(int calls = 500) {
     state.algorithm.MaxCalls = calls;
     windows.Yes("Just checking");
     windows.No("Simplex minimization");
@@ -32,7 +32,7 @@ struct FreeAgeTest : ::testing::Test, Analysis {
 TEST_F(FreeAgeTest, TheObjectiveOfTheSearchIsToldBesideThatOfOneCall) {
   Ready("juveniles_only");
   state.algorithm.Step(parameter::FledgeAge) = -15;
-  Simplex();
+  StoppedSimplex();
   const double ofOneCall = CallOnce(program).F.value();
   ASSERT_GT(std::fabs(ofOneCall - program.fit.objective), 1) << "the age has moved";
   EXPECT_THAT(Report(), HasSubstr(Words + Format(ofOneCall, "####0.000000")));
@@ -43,7 +43,7 @@ TEST_F(FreeAgeTest, TheObjectiveOfTheSearchIsToldBesideThatOfOneCall) {
 TEST_F(FreeAgeTest, WhoTellsOfItLeavesTheRunAsTheSearchLeftIt) {
   Ready("juveniles_only");
   state.algorithm.Step(parameter::FledgeAge) = -15;
-  Simplex();
+  StoppedSimplex();
   EXPECT_EQ(program.model.Evaluated().BestObjective, program.fit.objective);
   EXPECT_EQ(program.fit.sampleSize, state.flags.SampleSize);
   EXPECT_NE(state.flags.SampleSize, CallOnce(program).SampleSize) << "the search counts what it left out";
@@ -53,7 +53,7 @@ TEST_F(FreeAgeTest, AFunctionCallAtTheEstimatesWarnsOnceOfEachVisitThatIsLeftOut
   Ready("fuses");
   state.algorithm.Value(parameter::LayAge) = -5;
   state.algorithm.Step(parameter::LayAge) = 0.01;
-  Simplex(10);
+  StoppedSimplex(10);
   windows.messages.clear();
   OneFunction();
   const std::vector<std::string> told = windows.Titles();
@@ -70,14 +70,13 @@ TEST_F(FreeAgeTest, AnAgeThatFollowsAFreeParameterIsTold) {
   a.Value(parameter::v_B) = 40;  // an attenuation without effect
   a.Step(parameter::v_B) = -15;
   a.Fuse(parameter::v_B) = a.Fuse(parameter::FledgeAge) = "A";
-  Simplex();
+  StoppedSimplex();
   EXPECT_THAT(Report(), HasSubstr(Words));
 }
 
 TEST_F(FreeAgeTest, AgesThatAreFixedNeedNoWord) {
   Ready("juveniles_only");
-  windows.Yes("Just checking");
-  ASSERT_TRUE(desk.Press(menu.cmdSimplex));
+  Simplex();
   EXPECT_THAT(Report(), Not(HasSubstr("one function call")));
   EXPECT_EQ(program.fit.ofOneCall, std::nullopt);
 }

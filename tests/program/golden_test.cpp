@@ -133,16 +133,6 @@ struct FitAnalysis : Analysis {
       EXPECT_EQ(program.fit.objective, call["F"].get<double>());
     }
   }
-  void Simplex() {
-    windows.Yes("Just checking");
-    ASSERT_TRUE(desk.Press(menu.cmdSimplex));
-  }
-  void Marquardt() {
-    windows.Yes("Just checking");
-    windows.No("Marquardt minimization");  // numerical derivatives
-    windows.No("Marquardt minimization");  // which are not shown
-    ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
-  }
 };
 
 struct FitTest : ::testing::TestWithParam<GoldenFit>, FitAnalysis {};

@@ -14,20 +14,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 
 struct OtherBasisTest : ::testing::Test, Analysis {
-  void Simplex() {
-    windows.Yes("Just checking");
-    ASSERT_TRUE(desk.Press(menu.cmdSimplex));
-  }
-  void Covariances() {
-    windows.No("Covariance calculator");
-    windows.Reply(Answer::Ok, "Covariance calculator");
-    windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
-    for (const char* factor : {"1", "0.1", "0.01"}) windows.Enter(factor, "Covariance calculator");
-    windows.Yes("Covariance calculator");
-    windows.Enter("0.5", "Enter constant");
-    windows.No("Calculate optimistic SEs only?");
-    ASSERT_TRUE(desk.Press(menu.cmdCovariance));
-  }
   /// The menu, while a window of results stays open.
   void CallForTheMenu() { ASSERT_TRUE(desk.Press(program.frmMain.mnuMenu)); }
   /// A fresh program that is brought to the present algorithm data and priors, and minimises.
@@ -42,8 +28,7 @@ struct OtherBasisTest : ::testing::Test, Analysis {
     fresh.program.priors = program.priors;
     fresh.state.flags.BayesOn = state.flags.BayesOn;
     fresh.state.flags.ObjectiveConstant = state.flags.ObjectiveConstant;
-    fresh.windows.Yes("Just checking");
-    fresh.desk.Press(fresh.menu.cmdSimplex);
+    fresh.Simplex();
     return fresh.program.fit.objective;
   }
 };

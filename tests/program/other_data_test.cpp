@@ -31,26 +31,17 @@ struct OtherDataTest : ::testing::Test {
   void Fit(Analysis& analysis) const {
     analysis.LoadAlg(Golden("juveniles_only.alg"));
     analysis.OneFunction();
-    analysis.windows.Yes("Just checking");
-    ASSERT_TRUE(analysis.desk.Press(analysis.menu.cmdSimplex));
+    analysis.Simplex();
   }
   void Save(Analysis& analysis, const std::string& file) const {
     analysis.windows.File(folder / file);
     ASSERT_TRUE(analysis.desk.Press(analysis.menu.cmdSaveAlg));
   }
   void SaveCovariances(Analysis& analysis, const std::string& file) const {
-    test::ScriptedWindows& windows = analysis.windows;
-    windows.No("Covariance calculator");
-    windows.Reply(Answer::Ok, "Covariance calculator");
-    windows.AtWait([&analysis] { analysis.desk.Press(analysis.program.frmAlgo.cmdFinish); });
-    for (const char* factor : {"1", "0.1", "0.01"}) windows.Enter(factor, "Covariance calculator");
-    windows.Yes("Covariance calculator");
-    windows.Enter("0.5", "Enter constant");
-    windows.No("Calculate optimistic SEs only?");
-    ASSERT_TRUE(analysis.desk.Press(analysis.menu.cmdCovariance));
+    analysis.Covariances();
     FrmCovDisplay& display = analysis.program.frmCovDisplay;
     ASSERT_TRUE(analysis.desk.Press(display.cmdScreen));
-    windows.File(folder / file);
+    analysis.windows.File(folder / file);
     ASSERT_TRUE(analysis.desk.Press(display.cmdFile));
     ASSERT_TRUE(analysis.desk.Press(display.cmdFinish));
   }
@@ -127,8 +118,7 @@ TEST_F(OtherDataTest, EstimatesThatWereFittedToBothAreNotOfOtherData) {
   session.windows.No("Initialize");
   session.Initialize({.path = folder / "mended.dat"});
   session.LoadAlg(folder / "a.alg");
-  session.windows.Yes("Just checking");
-  ASSERT_TRUE(session.desk.Press(session.menu.cmdSimplex));
+  session.Simplex();
   Save(session, "a.alg");
   Rank(session, {"a.alg", "a.alg"});
   EXPECT_THAT(session.windows.Titles(), Not(Contains("Estimates of other data")));

@@ -16,10 +16,6 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 
 struct PenaltyTest : ::testing::Test, Analysis {
-  void Simplex() {
-    windows.Yes("Just checking");
-    ASSERT_TRUE(desk.Press(menu.cmdSimplex));
-  }
   static constexpr const char* Words = "of this minimum is a penalty: these values lie outside what the model can do";
 };
 
@@ -63,10 +59,7 @@ TEST_F(PenaltyTest, OfAValueThatWasBroughtBackToItsLimitIsSaid) {
   a.Value(parameter::c_B) = 1.5;
   a.Step(parameter::c_B) = 0.1;
   a.MaxCalls = 1;
-  windows.Yes("Just checking");
-  windows.No("Marquardt minimization");  // numerical derivatives
-  windows.No("Marquardt minimization");  // which are not shown
-  ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
+  Marquardt();
   ASSERT_EQ(a.Value(parameter::c_B), 1) << program.fit.minimisation->ending << windows.LastText();
   const double once = CallOnce(program).F.value();
   ASSERT_LT(once, program.fit.objective) << "which was reached above the limit";
@@ -78,10 +71,7 @@ TEST_F(PenaltyTest, OfAValueThatWasBroughtBackToItsLimitIsSaid) {
 TEST_F(PenaltyTest, OfTheEstimatesIsKeptAndNotThatOfThePointEvaluatedLast) {
   Ready("juveniles_only");
   state.algorithm.MaxCalls = 1;
-  windows.Yes("Just checking");
-  windows.No("Marquardt minimization");
-  windows.No("Marquardt minimization");
-  ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
+  Marquardt();
   EXPECT_EQ(program.fit.penalty, 0);
 }
 
