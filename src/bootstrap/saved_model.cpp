@@ -12,15 +12,18 @@ namespace {
 
 constexpr double LeastTolerance = 1e-6;
 
-/// The run as it would come back from a file of this form.
-RunState Written(RunState run, AlgorithmForm form) {
-  ReadAlgorithm(AlgorithmText(run.algorithm, form), run.algorithm);
+/// The run with its figures as they would come back from a file. The fuses stay: a file may keep one letter of two, and
+/// make one group of several.
+RunState Rounded(RunState run) {
+  const Array1<std::string> fuses = run.algorithm.Fuse;
+  ReadAlgorithm(AlgorithmText(run.algorithm, AlgorithmForm::Menu), run.algorithm);
+  run.algorithm.Fuse = fuses;
   BuildFuseGroups(run);
   return run;
 }
 
-bool SameParameter(const AlgorithmData& a, const AlgorithmData& b, int i) {
-  return a.Value(i) == b.Value(i) && a.Step(i) == b.Step(i) && a.Fuse(i) == b.Fuse(i);
+bool SameFigures(const AlgorithmData& a, const AlgorithmData& b, int i) {
+  return a.Value(i) == b.Value(i) && a.Step(i) == b.Step(i);
 }
 
 }  // namespace
@@ -46,13 +49,13 @@ std::optional<std::string> ReadSavedAlgorithm(RunState& run) {
 std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved) {
   RunState present = run;
   BuildFuseGroups(present);
-  const RunState forms[] = {Written(run, AlgorithmForm::Menu), Written(run, AlgorithmForm::Ranking),
-                            std::move(present)};
+  const AlgorithmData& file = saved.algorithm;
+  const AlgorithmData exact = present.algorithm, rounded = Rounded(run).algorithm;
   std::vector<int> unsaved;
   for (int i = 1; i <= run.algorithm.NPAR; ++i) {
-    bool same = false;
-    for (const RunState& form : forms) same = same || SameParameter(form.algorithm, saved.algorithm, i);
-    if (!same) unsaved.push_back(i);
+    // What a group is called means nothing.
+    const bool samePlace = LeaderOf(exact.Fuse, i) == LeaderOf(file.Fuse, i);
+    if (!samePlace || !(SameFigures(exact, file, i) || SameFigures(rounded, file, i))) unsaved.push_back(i);
   }
   return unsaved;
 }

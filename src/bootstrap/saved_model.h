@@ -17,8 +17,8 @@ bool TakeSavedAlgorithm(const std::string& text, RunState& run);
 /// when the file is missing or not in order.
 std::optional<std::string> ReadSavedAlgorithm(RunState& run);
 
-/// Numbers of the parameters whose value, step or fuse in the run is not that of `saved`, the same run read from its
-/// file, beyond the digits that files keep.
+/// Numbers of the parameters whose value or step in the run is not that of `saved`, the same run read from its file,
+/// beyond the digits that files keep, and of those that another parameter moves there.
 std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved);
 
 }  // namespace merlane

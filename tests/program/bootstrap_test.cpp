@@ -862,6 +862,31 @@ TEST_F(AlgorithmFileOfABootstrap, WithoutAFreeParameterIsRefusedBeforeAnyQuestio
   EXPECT_EQ(program.frmSummary.rtbOut.text, text);
 }
 
+TEST_F(AlgorithmFileOfABootstrap, ThatMakesOneGroupOfTwoWhoseFusesHaveTwoLettersIsAskedAbout) {
+  Ready("fuses_two_letters");
+  windows.File(folder / "two.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  windows.No("Parametric bootstrap");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_EQ(windows.messages.back().title, "Parametric bootstrap");
+  EXPECT_THAT(windows.LastText(),
+              HasSubstr("What is bootstrapped is the model as it was saved in two.alg. It has another value, step size "
+                        "or fuse than the present one for parameter "));
+}
+
+TEST_F(AlgorithmFileOfABootstrap, WhoseFusesHaveOneLetterLeftIsTheModelAllTheSameWhereTheGroupsAre) {
+  Ready("juveniles_only");
+  state.algorithm.Fuse(17) = state.algorithm.Fuse(18) = "AB";
+  OneFunction();
+  windows.File(folder / "one.alg");
+  desk.Press(menu.cmdSaveAlg);
+  Summary();
+  windows.Enter("", "Parametric bootstrap");
+  desk.Press(program.frmSummary.cmdBootstrap);
+  EXPECT_NE(windows.messages.back().title, "Parametric bootstrap");
+}
+
 TEST_F(AlgorithmFileOfABootstrap, ThatIsNotThePresentModelIsAskedAbout) {
   Ready("juveniles_only");
   state.algorithm.Value(17) = 0.05;
