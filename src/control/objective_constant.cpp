@@ -2,6 +2,7 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -37,12 +38,17 @@ void EnterObjectiveConstant(Desk& desk, FrmMain& main, RunState& state, double o
     }
     const std::string answer = desk.Input("Enter constant", text, proposal);
     if (answer.empty()) continue;
-    const double constant = LenientNumber(answer);
-    if (constant > 0) {
-      state.flags.ObjectiveConstant = Divide(1, constant);
-      return;
+    try {
+      const double constant = LenientNumber(answer);
+      if (constant > 0) {
+        state.flags.ObjectiveConstant = Divide(1, constant);
+        return;
+      }
+      ReportBadConstant(desk);
+    } catch (const RuntimeFailure& failure) {
+      // Asked again, too: priors that are in force without a constant would count for nothing.
+      desk.TellFailure("Enter constant", failure.what(), style::Exclamation);
     }
-    ReportBadConstant(desk);
   }
 }
 

@@ -11,7 +11,8 @@ namespace merlane {
 /// value at the estimates. False, after a message, when no degree of freedom is left.
 bool SetObjectiveConstant(Desk& desk, FrmMain& main, RunState& state, double objective);
 
-/// Asks for c until a number above 0 is entered. `objective` is needed for the proposal only, where NOBS is above 0.
+/// Asks for c until a number above 0 is entered whose reciprocal is a number, too. `objective` is needed for the
+/// proposal only, where NOBS is above 0.
 void EnterObjectiveConstant(Desk& desk, FrmMain& main, RunState& state, double objective = 0);
 
 /// Tells that a constant was refused.

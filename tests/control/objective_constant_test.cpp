@@ -53,6 +53,15 @@ TEST_F(ObjectiveConstantTest, ZeroNegativeAndNoNumberAreReportedAndAskedAgain) {
   EXPECT_EQ(host.windows.messages[0].style, style::Exclamation);
 }
 
+TEST_F(ObjectiveConstantTest, NumbersThatCannotBeReadOrHaveNoReciprocalAreReportedAndAskedAgain) {
+  for (const char* refused : {"1e400", "1e-320"}) host.windows.Enter(refused);
+  host.windows.Enter("0.5");
+  EnterObjectiveConstant(desk, main, state);
+  EXPECT_EQ(state.flags.ObjectiveConstant, 2);
+  EXPECT_THAT(host.windows.Titles(), ElementsAre("Enter constant", "Enter constant"));
+  EXPECT_THAT(host.windows.messages[0].text, testing::HasSubstr("1e400 is too large a number"));
+}
+
 TEST_F(ObjectiveConstantTest, SumOfSquaresComputesTheConstantUnasked) {
   state.flags.NOBS = 21;
   state.free.NFREE = 4;
