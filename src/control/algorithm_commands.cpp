@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "base/text.h"
+#include "control/fuses.h"
+#include "control/parameter_notes.h"
 #include "forms/desk.h"
 #include "platform/files.h"
 
@@ -22,6 +24,15 @@ std::string FailureText(const AlgorithmReading& reading, const std::string& path
     default:
       return "Algorithm file seems to have inappropriate, badly formatted, or missing, information - better check it!";
   }
+}
+
+/// Whether these data have the same fused groups when they are read from a file of this form, whatever they are called.
+bool KeepsGroups(const AlgorithmData& a, AlgorithmForm form) {
+  AlgorithmData read = a;
+  if (ReadAlgorithm(AlgorithmText(a, form), read).failure != AlgorithmReading::Failure::None) return true;
+  for (int i = 1; i <= a.NPAR; ++i)
+    if (LeaderOf(a.Fuse, i) != LeaderOf(read.Fuse, i)) return false;
+  return true;
 }
 
 }  // namespace
@@ -46,7 +57,9 @@ void AlgorithmCommands::LoadAlg() {
 
 void AlgorithmCommands::TakeDefaults() {
   AlgorithmData& a = state_.algorithm;
+  const AlgorithmData before = a;
   SetDefaultAlgorithm(a);
+  TakeBackNotes(a, before, descriptions());
   a.AlgName = a.AlgShortName = ClockName(desk_.host.clock) + ".alg";
   desk_.Tell("Default Algorithm Values",
              "                     Algorithm data set to default values.\r\n\r\n"
@@ -62,8 +75,10 @@ bool AlgorithmCommands::LoadFile() {
                                    .filter = "All files (*.*)|*.*|Algorithm files (*.alg)|*.alg",
                                    .startName = a.AlgName});
   if (!path) return false;
+  const AlgorithmData before = a;
   const AlgorithmReading reading = ReadAlgorithm(ReadWholeFile(*path), a);
   const bool failed = reading.failure != AlgorithmReading::Failure::None;
+  if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeBackNotes(a, before, descriptions());
   if (failed) TellFailure(reading, *path);
   const bool toleranceWasBelow = RaiseTolerance(a);
   // After a failure the tolerance decides: the command goes on with what has been read so far, unless it was below its
@@ -108,6 +123,13 @@ bool AlgorithmCommands::Save(AlgorithmForm form) {
   a.LogName = ShortLogName(a.LogName);
   TakeName(*path);
   ShowName();
+  if (!KeepsGroups(a, form))
+    desk_.Tell("Fuses of two letters",
+               fmt::format("{} keeps only the last letter of a fuse: when it is loaded, or its model is bootstrapped, "
+                           "other parameters will move together than now. A file that is saved from the ranking of "
+                           "models keeps both letters.",
+                           FileName(*path)),
+               style::Exclamation);
   return true;
 }
 

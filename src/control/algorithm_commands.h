@@ -28,6 +28,9 @@ class AlgorithmCommands {
   bool Save_Alg() { return Save(AlgorithmForm::Menu); }
   bool Save(AlgorithmForm form);
 
+  /// What the parameters are described by, before a function call has noted which are to be estimated.
+  std::function<Array1<std::string>()> descriptions = [this] { return state_.algorithm.ParName; };
+
  private:
   void TakeDefaults();
   void TellFailure(const AlgorithmReading& reading, const std::string& path);

@@ -10,6 +10,7 @@
 #include "control/algorithm_file.h"
 #include "control/ask_number.h"
 #include "control/fuses.h"
+#include "control/parameter_notes.h"
 #include "forms/desk.h"
 
 namespace merlane {
@@ -70,6 +71,7 @@ void FrmAlgo::OnLoad() {
   desk.charge.Take(*this, Charge::Resting::Commands);
   BuildFuseGroups(state_);
   PackFree(state_);
+  before_ = Data();
   if (StepFraction == 0) StepFraction = 0.1;
   ShowName();
   mnuValue.enabled = Offered(EditItem::Values);
@@ -84,6 +86,7 @@ void FrmAlgo::OnUnload() {
   table.LeaveEntry();
   BuildFuseGroups(state_);
   PackFree(state_);
+  TakeBackNotes(Data(), before_, descriptions());
   desk.Tell("Just so you know", "Algorithm data, if changed, have been updated", style::Information);
   desk.BringBack();
 }

@@ -77,6 +77,9 @@ class FrmAlgo : public Form {
   Button cmdUpdate{*this, "cmdUpdate", "&Update edits"};
   Button cmdFinish{*this, "cmdFinish", "&Finish editing"};
 
+  /// What the parameters are described by, before a function call has noted which are to be estimated.
+  std::function<Array1<std::string>()> descriptions = [this] { return Data().ParName; };
+
  protected:
   void OnLoad() override;
   void OnUnload() override;
@@ -102,6 +105,7 @@ class FrmAlgo : public Form {
   LogFile& log_;
   EditMarks marks_;
   bool EditorFromMenu_ = false;
+  AlgorithmData before_;  // when the editor was opened
 };
 
 }  // namespace merlane

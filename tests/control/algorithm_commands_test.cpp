@@ -257,5 +257,24 @@ TEST_F(AlgorithmCommandsTest, UnwritableFolderIsToldAndTheOldNameStays) {
   EXPECT_TRUE(desk.Usable(menu.cmdSaveAlg));
 }
 
+TEST_F(AlgorithmCommandsTest, FileThatMakesOneGroupOfTwoIsToldWhenItIsSaved) {
+  AlgorithmData& a = state.algorithm;
+  a.NPAR = 4;
+  a.Value.Dimension(4);
+  a.Step.Dimension(4);
+  a.ParName.Dimension(4);
+  a.LogName = "log.tvl";
+  const auto save = [&](const Array1<std::string>& fuses, AlgorithmForm form) {
+    a.Fuse = fuses;
+    host.windows.messages.clear();
+    host.windows.File(folder + "/two.alg", SaveTitle);
+    commands.Save(form);
+    return host.windows.Titles();
+  };
+  EXPECT_THAT(save({"AB", "AB", "CB", "CB"}, AlgorithmForm::Menu), ElementsAre("Fuses of two letters"));
+  EXPECT_THAT(save({"AB", "AB", "CB", "CB"}, AlgorithmForm::Ranking), ElementsAre());
+  EXPECT_THAT(save({"AB", "AB", "CD", "CD"}, AlgorithmForm::Menu), ElementsAre());
+}
+
 }  // namespace
 }  // namespace merlane
