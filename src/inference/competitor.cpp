@@ -20,7 +20,6 @@ void EvaluateCompetitor(Competitor& model, RunState& state, Objective& objective
   model.sampleSize = state.flags.SampleSize;
   double& constant = state.flags.ObjectiveConstant;
   if (!state.flags.BayesOn) return;
-  model.priorsInForce = objective.priorsInForce();
   const auto asNegLnL = Meanwhile(constant, constant == 0 ? 0.0 : 1.0);
   model.prior = objective.priorTerm(Value);
 }

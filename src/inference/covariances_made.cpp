@@ -14,8 +14,8 @@ bool SameRow(const CovarianceFile::Row& a, const CovarianceFile::Row& b) {
 
 }  // namespace
 
-void CovariancesMade::Keep(const Covariances& covariances, std::string priors) {
-  Made& made = made_.emplace_back(Made{covariances.CovBaseValue, {}, std::move(priors)});
+void CovariancesMade::Keep(const Covariances& covariances, Provenance provenance) {
+  Made& made = made_.emplace_back(Made{covariances.CovBaseValue, {}, std::move(provenance)});
   for (int a = 1; a <= covariances.CovCount; ++a) {
     CovarianceFile::Row& row = made.rows.emplace_back();
     row.parameter = covariances.CovIndex(a);
@@ -28,14 +28,15 @@ bool CovariancesMade::Made::Hold(const CovarianceFile& file) const {
   return std::ranges::equal(values, file.values, SameInFiles) && std::ranges::equal(rows, file.rows, SameRow);
 }
 
-std::string CovariancesMade::OtherPriors(const CovarianceFile& file, const std::string& priors) const {
+std::string CovariancesMade::Difference(const CovarianceFile& file, const Provenance& model) const {
   std::string difference;
   for (const Made& made : made_) {
     if (!made.Hold(file)) continue;
-    if (made.priors == priors) return "";
-    difference = made.priors.empty() ? "it was calculated without priors, the model is ranked with them"
-                 : priors.empty()    ? "it was calculated with priors, the model is ranked without"
-                                     : "it was calculated with other priors than the model's";
+    const Provenance& own = made.provenance;
+    difference =
+        own.data != model.data ? "with other data, those of " + own.file : DifferenceOfPriors(own.priors, model.priors);
+    if (difference.empty()) return "";
+    difference = "it was calculated " + difference;
   }
   return difference;
 }

@@ -7,8 +7,8 @@
 
 namespace merlane {
 
-void FitsMade::Keep(const AlgorithmData& estimates, Data data) {
-  made_.push_back({estimates.Value, estimates.Step, estimates.Fuse, std::move(data)});
+void FitsMade::Keep(const AlgorithmData& estimates, Provenance provenance) {
+  made_.push_back({estimates.Value, estimates.Step, estimates.Fuse, std::move(provenance)});
 }
 
 bool FitsMade::Made::IsOf(const AlgorithmData& estimates) const {
@@ -17,14 +17,24 @@ bool FitsMade::Made::IsOf(const AlgorithmData& estimates) const {
          std::ranges::equal(Step, estimates.Step, bothFree) && Fuse == estimates.Fuse;
 }
 
-std::string FitsMade::OtherData(const AlgorithmData& estimates, const Data& data) const {
+std::string FitsMade::OtherData(const AlgorithmData& estimates, const Provenance& present) const {
   std::string file;
   for (const Made& fit : made_) {
     if (!fit.IsOf(estimates)) continue;
-    if (fit.data.digest == data.digest) return "";
-    file = fit.data.file;
+    if (fit.provenance.data == present.data) return "";
+    file = fit.provenance.file;
   }
   return file;
+}
+
+std::string FitsMade::OtherPriors(const AlgorithmData& estimates, const Provenance& present) const {
+  std::string difference;
+  for (const Made& fit : made_) {
+    if (!fit.IsOf(estimates) || fit.provenance.data != present.data) continue;
+    difference = DifferenceOfPriors(fit.provenance.priors, present.priors);
+    if (difference.empty()) break;
+  }
+  return difference;
 }
 
 }  // namespace merlane

@@ -116,24 +116,48 @@ void FrmRank::AddModel() {
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model, state_)) return;
   CountParameters(model, state_.algorithm);
+  model.provenance = provenance();
   model.fittedTo = fittedToOtherData();
+  model.fittedUnder = fittedUnderOtherPriors();
   ranking_.Scale(model, state_.flags.ObjectiveConstant);
   ranking_.VoidWeights();
   table_.ShowNew(model);
   Unrank(Colour::LightRed);
   ScaleEarlierModels();
-  TellOfOtherData(ranking_.entered.back());
+  TellWhatCannotBeCompared(ranking_.entered.back());
 }
 
-void FrmRank::TellOfOtherData(const Competitor& model) {
-  if (model.fittedTo.empty()) return;
-  desk.Tell(
-      "Estimates of other data",
-      fmt::format("The estimates of {} were fitted to other data, those of {}. Their -ln[L] with the present data "
-                  "is not a minimum, and their criterion cannot be compared with that of models that were fitted "
-                  "to these data.\r\n\r\nDelete the model, and minimize with the present data first.",
-                  model.RankAlgFile, model.fittedTo),
-      style::Exclamation);
+void FrmRank::TellWhatCannotBeCompared(const Competitor& model) {
+  if (!model.fittedTo.empty())
+    desk.Tell(
+        "Estimates of other data",
+        fmt::format("The estimates of {} were fitted to other data, those of {}. Their -ln[L] with the present data "
+                    "is not a minimum, and their criterion cannot be compared with that of models that were fitted "
+                    "to these data.\r\n\r\nDelete the model, and minimize with the present data first.",
+                    model.RankAlgFile, model.fittedTo),
+        style::Exclamation);
+  if (!model.fittedUnder.empty())
+    desk.Tell("Estimates of other priors",
+              fmt::format("The estimates of {} were fitted {}. Their -ln[L] is not a minimum here, and their criterion "
+                          "cannot be compared with that of models that were fitted as they are ranked.\r\n\r\n"
+                          "Delete the model, and minimize with the present priors first.",
+                          model.RankAlgFile, model.fittedUnder),
+              style::Exclamation);
+  if (const Competitor* other = JudgedByOthers(model))
+    desk.Tell("Other visits",
+              fmt::format("{} is judged by {} individuals, {} by {}: one of them leaves out visits, such as those "
+                          "beyond its age @ fledge, and a model that leaves out more has the lower -ln[L]. Criteria "
+                          "can be compared only among models that are judged by the same visits.\r\n\r\n"
+                          "Delete one of them, or give them the same ages and minimize again.",
+                          model.RankAlgFile, model.sampleSize, other->RankAlgFile, other->sampleSize),
+              style::Exclamation);
+}
+
+const Competitor* FrmRank::JudgedByOthers(const Competitor& model) const {
+  const auto other = std::ranges::find_if(ranking_.entered, [&model](const Competitor& earlier) {
+    return earlier.constant != 0 && earlier.sampleSize != model.sampleSize;
+  });
+  return other == ranking_.entered.end() ? nullptr : &*other;
 }
 
 void FrmRank::ScaleEarlierModels() {
@@ -215,8 +239,13 @@ std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
     if (!model.fittedTo.empty())
       strangers += fmt::format("The estimates of {} were fitted to other data, those of {}\r\n", model.RankAlgFile,
                                model.fittedTo);
+    if (!model.fittedUnder.empty())
+      strangers += fmt::format("The estimates of {} were fitted {}\r\n", model.RankAlgFile, model.fittedUnder);
+    if (const Competitor& best = ranking_.ranked.front(); model.sampleSize != best.sampleSize)
+      strangers += fmt::format("{} is judged by {} individuals, {} by {}\r\n", model.RankAlgFile, model.sampleSize,
+                               best.RankAlgFile, best.sampleSize);
     std::string difference = DifferenceFromModel(files.back(), model);
-    if (difference.empty()) difference = calculatedUnderOtherPriors(files.back(), model.priorsInForce);
+    if (difference.empty()) difference = calculatedOtherwise(files.back(), model.provenance);
     if (!difference.empty())
       strangers +=
           fmt::format("{} is not of {} as it is ranked: {}\r\n", model.RankCovFile, model.RankAlgFile, difference);

@@ -41,14 +41,21 @@ class FrmRank : public Form {
   Label lblAverage{*this, "lblAverage", "Averaging results >"};
   Pane txtAverage{*this, "txtAverage"};
 
+  /// The data and priors in the run.
+  std::function<Provenance()> provenance = [] { return Provenance{}; };
+
   /// The file of the data to which the present estimates were fitted, when it is known that it was to other data than
   /// the present ones; empty otherwise.
   std::function<std::string()> fittedToOtherData = [] { return std::string(); };
 
-  /// In words, how the priors under which these covariances were calculated differ from `priors`, when it is known that
-  /// they do; empty otherwise.
-  std::function<std::string(const CovarianceFile&, const std::string& priors)> calculatedUnderOtherPriors =
-      [](const CovarianceFile&, const std::string&) { return std::string(); };
+  /// In words, how the priors under which the present estimates were fitted differ from the present ones, when it is
+  /// known that they do; empty otherwise.
+  std::function<std::string()> fittedUnderOtherPriors = [] { return std::string(); };
+
+  /// In words, how the data or the priors with which these covariances were calculated differ from those of a model,
+  /// when it is known that they do; empty otherwise.
+  std::function<std::string(const CovarianceFile&, const Provenance& model)> calculatedOtherwise =
+      [](const CovarianceFile&, const Provenance&) { return std::string(); };
 
   bool AveragedFlag = false;  // the pane holds averaging results
 
@@ -61,8 +68,11 @@ class FrmRank : public Form {
  private:
   void AddModel();
   void AskConstant();
-  /// Says so when a model's estimates were fitted to other data.
-  void TellOfOtherData(const Competitor& model);
+  /// Says so when a model cannot be compared with others, since its estimates were fitted to other data or under other
+  /// priors, or since it is judged by another number of individuals than one of them.
+  void TellWhatCannotBeCompared(const Competitor& model);
+  /// A model that has been added and is judged by another number of individuals than this one; null when there is none.
+  const Competitor* JudgedByOthers(const Competitor& model) const;
   /// When another constant has been entered since they were added, brings all models to its scale, and says so.
   void ScaleEarlierModels();
   void SetCHat();

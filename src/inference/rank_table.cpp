@@ -64,7 +64,7 @@ void RankTable::ShowEntered() {
   int position = 0;
   for (const Competitor& model : ranking_.entered) {
     ++position;
-    WriteRow(position, model, position);
+    if (model.constant != 0) WriteRow(position, model, position);  // one that is half done has no figures
   }
 }
 

@@ -24,7 +24,7 @@ class RankTable {
   bool IsRanked() const;
   /// Shows all models as they were ranked.
   void ShowRanked();
-  /// Shows all models in the order of entry.
+  /// Shows all models in the order of entry; the row of one that is half done stays as it is.
   void ShowEntered();
   /// The table is no longer ranked: differences and weights are undefined.
   void Unrank(Colour heading);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/array1.h"
+#include "inference/provenance.h"
 
 namespace merlane {
 
@@ -29,16 +30,17 @@ struct Competitor {
   std::string RankCovFile;
   std::string RankPriFile;
   std::string RankNotes;
-  std::string folder;         // where the algorithm file lies, with its last separator
-  Array1<double> Value;       // the estimates that were evaluated
-  Array1<std::string> Fuse;   // their fuses
-  std::vector<int> counted;   // numbers of the parameters that K counts
-  double objective = 0;       // there, without the prior term
-  double prior = 0;           // -ln of the prior densities there; 0 when no prior counts
-  std::string priorsInForce;  // what they are made of; empty when there are none
-  double constant = 0;        // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
-  std::int32_t sampleSize = 0;
-  std::string fittedTo;  // the file of other data to which its estimates were fitted; empty as far as is known
+  std::string folder;           // where the algorithm file lies, with its last separator
+  Array1<double> Value;         // the estimates that were evaluated
+  Array1<std::string> Fuse;     // their fuses
+  std::vector<int> counted;     // numbers of the parameters that K counts
+  double objective = 0;         // there, without the prior term
+  double prior = 0;             // -ln of the prior densities there; 0 when no prior counts
+  double constant = 0;          // the ObjectiveConstant under which -ln[L] stands; 0 while it has not been calculated
+  std::int32_t sampleSize = 0;  // the individuals by which it is judged
+  Provenance provenance;        // of its figures here
+  std::string fittedTo;         // the file of other data to which its estimates were fitted; empty as far as is known
+  std::string fittedUnder;      // likewise, how the priors under which they were fitted differ, in words
 
   bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
 };

@@ -85,7 +85,7 @@ void FrmLoadPriors::OpenFile() {
     return;
   }
   priors_ = std::move(reading.priors);
-  state_.flags.PriorFileName = state_.flags.PriorsKnownAs = *path;
+  commands_.TakeFile(*path);
   commands_.ShowWhetherInForce();
   if (Form* const caller = desk.charge.InCharge()) desk.Hide(*caller);
   desk.Tell("Bayes information", fmt::format("Bayesian Priors file {} has been loaded", *path), style::Information,

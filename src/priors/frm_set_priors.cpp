@@ -209,6 +209,7 @@ void FrmSetPriors::Store(const char* code, double mean, double sd, const PriorTe
   priors_.PriorFirstSD(i) = sd;
   priors_.PriorSecondMean(i) = secondMean;
   priors_.PriorSecondSD(i) = secondSD;
+  commands_.NoteEdit();
   ShowRow(i);
   PaintEdited(i);
 }

@@ -6,10 +6,31 @@
 #include "priors/priors_file.h"
 
 namespace merlane {
+namespace {
+
+// Behind the name of a file, for the priors that are no longer those in it, and those that are in none yet.
+constexpr std::string_view ChangedSince = " (changed since)";
+constexpr const char* NotSaved = " (not saved)";
+
+}  // namespace
 
 void PriorsCommands::NameByClock() {
   std::string& name = state_.flags.PriorFileName;
-  if (name.empty()) name = state_.flags.PriorsKnownAs = ClockName(desk_.host.clock) + ".pri";
+  if (!name.empty()) return;
+  name = ClockName(desk_.host.clock) + ".pri";
+  state_.flags.PriorsKnownAs = name + NotSaved;
+}
+
+void PriorsCommands::TakeFile(const std::string& path) {
+  state_.flags.PriorFileName = state_.flags.PriorsKnownAs = path;
+  inFile_ = PriorsInFile(priors_);
+}
+
+void PriorsCommands::NoteEdit() {
+  std::string& name = state_.flags.PriorsKnownAs;
+  if (name.empty() || name.ends_with(NotSaved)) return;
+  if (name.ends_with(ChangedSince)) name.resize(name.size() - ChangedSince.size());
+  if (PriorsInFile(priors_) != inFile_) name += ChangedSince;
 }
 
 bool PriorsCommands::SavePriors() {
@@ -19,7 +40,7 @@ bool PriorsCommands::SavePriors() {
                      "All files (*.*)|*.*|Bayesian prior files (*.pri)|*.pri", 2, state_.flags.PriorFileName});
   if (!path) return false;
   desk_.Write(*path, PriorsFileText(priors_));
-  state_.flags.PriorFileName = state_.flags.PriorsKnownAs = *path;
+  TakeFile(*path);
   ShowName();
   return true;
 }

@@ -15,8 +15,12 @@ class PriorsCommands {
 
   /// Asks for a file and writes the priors. False when the user cancelled: nothing is written.
   bool SavePriors();
-  /// A file that has no name yet gets one from the clock.
+  /// A file that has no name yet gets one from the clock, by which the priors are known as not saved.
   void NameByClock();
+  /// The priors are those of this file now.
+  void TakeFile(const std::string& path);
+  /// The priors have been edited: whether they still are those of the file under which they are known.
+  void NoteEdit();
   /// Shows the bare name of the file, without folder and last four characters, in the main window.
   void ShowName();
   /// Says there whether the priors wait to be switched on.
@@ -27,6 +31,7 @@ class PriorsCommands {
   RunState& state_;
   FrmMain& main_;
   Priors& priors_;
+  std::string inFile_;  // what the file that was taken last tells of them
 };
 
 }  // namespace merlane

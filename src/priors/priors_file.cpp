@@ -46,6 +46,13 @@ struct TermRead {
   bool isNumber;
 };
 
+std::string PriorLine(const Priors& priors, int i) {
+  return fmt::format("{}   {}{}{}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
+                     TermField(priors.PriorFirstMean(i)), TermField(priors.PriorFirstSD(i)),
+                     SecondTerms(priors.PriorSecondMean(i), priors.PriorSecondSD(i)),
+                     PriorDistName(priors.PriorCode(i)));
+}
+
 /// Hands out the terms of a line one behind the other; one that has outgrown its columns moves those behind it.
 class TermReader {
  public:
@@ -93,13 +100,15 @@ double Told(const TermRead& term, const char* name, int i, PriorsReading& readin
 }  // namespace
 
 std::string PriorsFileText(const Priors& priors) {
-  const int NPAR = priors.PriorCode.Size();
-  std::string text = Format(NPAR, "#0") + "\r\n";
-  for (int i = 1; i <= NPAR; ++i)
-    text += fmt::format("{}   {}{}{}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
-                        TermField(priors.PriorFirstMean(i)), TermField(priors.PriorFirstSD(i)),
-                        SecondTerms(priors.PriorSecondMean(i), priors.PriorSecondSD(i)),
-                        PriorDistName(priors.PriorCode(i)));
+  std::string text = Format(priors.PriorCode.Size(), "#0") + "\r\n";
+  for (int i = 1; i <= priors.PriorCode.Size(); ++i) text += PriorLine(priors, i);
+  return text;
+}
+
+std::string PriorsInFile(const Priors& priors) {
+  std::string text;
+  for (int i = 1; i <= priors.PriorCode.Size(); ++i)
+    if (priors.PriorCode(i) != "U") text += PriorLine(priors, i);
   return text;
 }
 

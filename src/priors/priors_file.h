@@ -13,6 +13,10 @@ namespace merlane {
 /// for a second term that was typed with more characters.
 std::string PriorsFileText(const Priors& priors);
 
+/// What a file tells of the priors that are set, whatever stands beside those that are not: the same for priors that do
+/// not differ beyond the digits that files keep. Empty when none is set.
+std::string PriorsInFile(const Priors& priors);
+
 /// What reading a .pri file found.
 struct PriorsReading {
   std::int16_t count = 0;  // as its first line says

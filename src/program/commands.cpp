@@ -95,7 +95,7 @@ void Program::Covariance() {
     return;
   }
   if (covarianceDialogue.CalculateCovariances())
-    covariancesMade.Keep(covariances, state.flags.BayesOn ? objective.priorsInForce() : "");
+    covariancesMade.Keep(covariances, PresentProvenance());
   else
     desk.Show(frmMenu);
 }

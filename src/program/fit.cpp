@@ -5,11 +5,13 @@
 
 #include "base/arithmetic_failure.h"
 #include "base/at_end.h"
+#include "base/number_text.h"
 #include "base/text.h"
 #include "data/data_digest.h"
 #include "minimise/evaluate_trial.h"
 #include "model/catalogue.h"
 #include "model/parameter_layout.h"
+#include "priors/priors_file.h"
 #include "program/program.h"
 
 namespace merlane {
@@ -69,7 +71,7 @@ void Program::KeepSearch(double reached, Minimisation minimisation) {
   else if (const std::optional<Outcome> once = EvaluateOnce(state.algorithm.Value))
     fit.penalty = once->penalty;
   if (fit.minimisation->ending == EndingText(SimplexEnding::Minimum))
-    fitsMade.Keep(EvaluatedEstimates(), PresentData());
+    fitsMade.Keep(EvaluatedEstimates(), PresentProvenance());
   const std::optional<CarriedOver> carried = CarriedOverBy(state.algorithm.Value);
   if (carried && carried->calledOnce != reached) fit.ofOneCall = carried->calledOnce;
 }
@@ -118,8 +120,20 @@ AlgorithmData Program::EvaluatedEstimates() const {
   return estimates;
 }
 
-FitsMade::Data Program::PresentData() const {
-  return {DigestOf(model.data), std::string(FileName(model.data.DataFileName))};
+Array1<std::string> Program::DescriptionsOfCatalogue() const {
+  Array1<std::string> Names(state.algorithm.NPAR);
+  FillParameterDescriptions(Names, state.algorithm.NPAR, model.data);
+  return Names;
+}
+
+Provenance Program::PresentProvenance() const {
+  Provenance present{DigestOf(model.data), std::string(FileName(model.data.DataFileName)), ""};
+  // As far as files keep them: priors that have been saved and loaded again are no others. Without a constant they
+  // count for nothing, and with another one for more or less.
+  const RunFlags& flags = state.flags;
+  if (flags.BayesOn && flags.ObjectiveConstant != 0 && priors.AnySet())
+    present.priors = PriorsInFile(priors) + Shortest(flags.ObjectiveConstant);
+  return present;
 }
 
 }  // namespace merlane

@@ -37,15 +37,7 @@ void Program::BeginRun() {
   frmMenu.EnableAnalysis(false);
   frmMenu.cmdLoadAlg.enabled = frmMenu.cmdRank.enabled = true;
 
-  flags.PriorFileName.clear();
-  flags.PriorsKnownAs.clear();
-  flags.BayesOn = false;
-  fit = {};
-
-  DimensionRun();
-
-  frmMain.ShowPriorsFile("");
-  priorsCommands.ShowWhetherInForce();
+  ForgetRun();
   flags.ModelInitialised = true;
   if (readingDialogue.ImportAsked()) {  // instead of what was read: the description of the analysis stays
     desk.Unload(frmMenu);
@@ -62,12 +54,24 @@ void Program::ReadData() {
     ApplyFuses(state.algorithm.Value, state);
     SummaryValue_ = objective.Call(state.algorithm.Value, 0, SummaryValue_);
   } catch (const std::exception&) {
-    // The data are half taken: nothing may be calculated from them, and the parameters of the run before are gone.
-    DimensionRun();
+    // The data are half taken: nothing may be calculated from them, and what the run before had is gone.
+    ForgetRun();
+    frmMain.ShowDataFile("");
     state.flags.ModelInitialised = false;
     desk.Unload(frmMenu);
     throw;
   }
+}
+
+void Program::ForgetRun() {
+  RunFlags& flags = state.flags;
+  flags.PriorFileName.clear();
+  flags.PriorsKnownAs.clear();
+  flags.BayesOn = false;
+  fit = {};
+  DimensionRun();
+  frmMain.ShowPriorsFile("");
+  priorsCommands.ShowWhetherInForce();
 }
 
 void Program::DimensionRun() {

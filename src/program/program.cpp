@@ -123,6 +123,7 @@ void Program::WireForms() {
   frmInitialize.onClosed = [this] { desk.Unload(frmImport); };
   frmImport.onImported = [this](const std::string& dataFile) { frmInitialize.TakeDataFile(dataFile); };
   frmAlgo.onExit = [this] { Quit(); };
+  algorithmCommands.descriptions = frmAlgo.descriptions = [this] { return DescriptionsOfCatalogue(); };
   frmParEvals.evaluateProfile = [this] { profileDialogue.EvaluateProfile(); };
   frmParEvals.evaluatePosterior = [this] { posteriorDialogue.EvaluatePosterior(); };
   frmSetPriors.quit = [this] { Quit("Save Bayesian priors", "Save Bayesian priors now?"); };
@@ -158,9 +159,11 @@ void Program::WireForms() {
   resultsCommand.offerPlots = [this] { detailPlots.Offer(); };
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
-  frmRank.fittedToOtherData = [this] { return fitsMade.OtherData(EvaluatedEstimates(), PresentData()); };
-  frmRank.calculatedUnderOtherPriors = [this](const CovarianceFile& file, const std::string& priorsInForce) {
-    return covariancesMade.OtherPriors(file, priorsInForce);
+  frmRank.provenance = [this] { return PresentProvenance(); };
+  frmRank.fittedToOtherData = [this] { return fitsMade.OtherData(EvaluatedEstimates(), PresentProvenance()); };
+  frmRank.fittedUnderOtherPriors = [this] { return fitsMade.OtherPriors(EvaluatedEstimates(), PresentProvenance()); };
+  frmRank.calculatedOtherwise = [this](const CovarianceFile& file, const Provenance& ofModel) {
+    return covariancesMade.Difference(file, ofModel);
   };
   log.onLost = [this](const std::string& text) { desk.TellFailure("Log file management", text, style::Exclamation); };
 }

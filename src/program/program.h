@@ -176,6 +176,8 @@ class Program {
   /// What the end of an initialisation leaves: a run of the new model, with neither algorithm data nor priors.
   void BeginRun();
   void ReadData();
+  /// Takes the fit and the priors of the run before out of it, and their names out of the windows.
+  void ForgetRun();
   /// Gives everything that is kept for each parameter the size of the model; values and steps are 0, priors unset.
   void DimensionRun();
 
@@ -203,9 +205,11 @@ class Program {
   /// which visits are judged, and a visit beyond them counts with what an earlier call has left; or it has kept a value
   /// at its limit that was penalised for lying beyond. None otherwise.
   std::optional<CarriedOver> CarriedOverBy(const Array1<double>& values);
-  /// The estimates as an evaluation leaves them, and the data in the run.
+  /// The estimates as an evaluation leaves them, and the data and priors in the run.
   AlgorithmData EvaluatedEstimates() const;
-  FitsMade::Data PresentData() const;
+  Provenance PresentProvenance() const;
+  /// What the catalogue tells of each parameter of the model.
+  Array1<std::string> DescriptionsOfCatalogue() const;
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.
   void Recover(const Form& failed);
 

@@ -6,6 +6,7 @@ namespace merlane {
 namespace {
 
 struct CovariancesMadeTest : ::testing::Test {
+  const Provenance plain{1, "here.dat", ""}, underN{1, "here.dat", "N"}, underB{1, "here.dat", "B"};
   CovariancesMade made;
   Covariances calculated;
   CovarianceFile file;  // as they come back, by the digits of files
@@ -21,39 +22,46 @@ struct CovariancesMadeTest : ::testing::Test {
   }
 };
 
-TEST_F(CovariancesMadeTest, OfAnotherSessionTheirPriorsAreUnknown) { EXPECT_EQ(made.OtherPriors(file, "N"), ""); }
+TEST_F(CovariancesMadeTest, OfAnotherSessionTheirPriorsAreUnknown) { EXPECT_EQ(made.Difference(file, underN), ""); }
 
 TEST_F(CovariancesMadeTest, TheirPriorsAreComparedWithTheModels) {
-  made.Keep(calculated, "N");
-  EXPECT_EQ(made.OtherPriors(file, "N"), "");
-  EXPECT_EQ(made.OtherPriors(file, ""), "it was calculated with priors, the model is ranked without");
-  EXPECT_EQ(made.OtherPriors(file, "B"), "it was calculated with other priors than the model's");
+  made.Keep(calculated, underN);
+  EXPECT_EQ(made.Difference(file, underN), "");
+  EXPECT_EQ(made.Difference(file, plain), "it was calculated with priors, the model is ranked without");
+  EXPECT_EQ(made.Difference(file, underB), "it was calculated with other priors than the model's");
 }
 
 TEST_F(CovariancesMadeTest, CovariancesWithoutPriorsAreNoneOfAModelThatIsRankedWithThem) {
-  made.Keep(calculated, "");
-  EXPECT_EQ(made.OtherPriors(file, ""), "");
-  EXPECT_EQ(made.OtherPriors(file, "N"), "it was calculated without priors, the model is ranked with them");
+  made.Keep(calculated, plain);
+  EXPECT_EQ(made.Difference(file, plain), "");
+  EXPECT_EQ(made.Difference(file, underN), "it was calculated without priors, the model is ranked with them");
 }
 
 TEST_F(CovariancesMadeTest, CovariancesThatCameOutAlikeUnderBothAreTheModels) {
-  made.Keep(calculated, "N");
-  made.Keep(calculated, "");
-  EXPECT_EQ(made.OtherPriors(file, ""), "");
-  EXPECT_EQ(made.OtherPriors(file, "N"), "");
+  made.Keep(calculated, underN);
+  made.Keep(calculated, plain);
+  EXPECT_EQ(made.Difference(file, plain), "");
+  EXPECT_EQ(made.Difference(file, underN), "");
+}
+
+TEST_F(CovariancesMadeTest, CovariancesOfOtherDataAreKnownWhateverTheirGrids) {
+  made.Keep(calculated, {2, "elsewhere.dat", ""});
+  EXPECT_EQ(made.Difference(file, plain), "it was calculated with other data, those of elsewhere.dat");
+  made.Keep(calculated, plain);
+  EXPECT_EQ(made.Difference(file, plain), "");
 }
 
 TEST_F(CovariancesMadeTest, OtherValuesParametersOrErrorsAreOtherCovariances) {
-  made.Keep(calculated, "N");
+  made.Keep(calculated, underN);
   CovarianceFile other = file;
   other.values(1) = 0.01234;
-  EXPECT_EQ(made.OtherPriors(other, ""), "");
+  EXPECT_EQ(made.Difference(other, plain), "");
   other = file;
   other.rows(1).parameter = 1;
-  EXPECT_EQ(made.OtherPriors(other, ""), "");
+  EXPECT_EQ(made.Difference(other, plain), "");
   other = file;
   other.rows(1).standardErrors[1] = 0.125;
-  EXPECT_EQ(made.OtherPriors(other, ""), "");
+  EXPECT_EQ(made.Difference(other, plain), "");
 }
 
 }  // namespace

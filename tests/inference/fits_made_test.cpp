@@ -8,7 +8,7 @@ namespace merlane {
 namespace {
 
 struct FitsMadeTest : ::testing::Test {
-  const FitsMade::Data here{1, "here.dat"}, elsewhere{2, "elsewhere.dat"};
+  const Provenance here{1, "here.dat", ""}, elsewhere{2, "elsewhere.dat", ""};
   FitsMade fits;
   AlgorithmData estimates;
 
@@ -48,6 +48,19 @@ TEST_F(FitsMadeTest, OtherValuesFreeParametersOrFusesAreOtherEstimates) {
   other = estimates;
   other.Step(1) = 0.2;
   EXPECT_EQ(fits.OtherData(other, here), "elsewhere.dat") << "another step leads nowhere else";
+}
+
+TEST_F(FitsMadeTest, EstimatesUnderOtherPriorsAreKnownUnlessTheyWereFittedUnderTheseToo) {
+  const Provenance underN{1, "here.dat", "N"}, underB{1, "here.dat", "B"};
+  EXPECT_EQ(fits.OtherPriors(estimates, here), "");
+  fits.Keep(estimates, underN);
+  EXPECT_EQ(fits.OtherPriors(estimates, underN), "");
+  EXPECT_EQ(fits.OtherPriors(estimates, here), "with priors, the model is ranked without");
+  EXPECT_EQ(fits.OtherPriors(estimates, underB), "with other priors than the model's");
+  EXPECT_EQ(fits.OtherPriors(estimates, elsewhere), "") << "those are other data, which is told";
+  fits.Keep(estimates, here);
+  EXPECT_EQ(fits.OtherPriors(estimates, here), "");
+  EXPECT_EQ(fits.OtherPriors(estimates, underB), "without priors, the model is ranked with them");
 }
 
 }  // namespace

@@ -341,6 +341,7 @@ TEST_F(FrmRankTest, AHalfDoneModelDoesNotCompeteUnderAnotherCHatEither) {
   Present("good.alg", 99, 2);
   desk.Press(form.cmdAICc);
   SetCHat("2");
+  for (const int column : {1, 2, 3, 6, 7, 8}) EXPECT_EQ(Text(1, column), "") << "no figures are made up for it";
   windows.ExpectFailure("frmRank.cmdRank: all values of the criterion must be positive for a ranking");
   desk.Press(form.cmdRank);
   EXPECT_EQ(Text(0, 0), "Random");
@@ -402,12 +403,12 @@ TEST_F(FrmRankTest, SavingATableThatHasChangedSinceItsRankingIsTold) {
   EXPECT_THAT(windows.messages, IsEmpty());
 }
 
-TEST_F(FrmRankTest, ConstantThatIsTooLargeANumberBringsTheFormBack) {
+TEST_F(FrmRankTest, ConstantThatIsTooLargeANumberIsToldAndAskedForAgain) {
   Present("first.alg", 40, 3);
-  windows.Enter("1e999", "Enter constant");
-  windows.ExpectFailure("overflow");
+  for (const char* constant : {"1e999", "0.5"}) windows.Enter(constant, "Enter constant");
   desk.Press(form.cmdAICc);
-  EXPECT_TRUE(desk.Usable(form.cmdAICc));
+  EXPECT_THAT(windows.Titles(), ElementsAre("Enter constant"));
+  EXPECT_EQ(Text(1, 1), "4.0000E+01");
 }
 
 // ---- C-hat
@@ -817,10 +818,49 @@ TEST_F(FrmRankTest, StandardErrorOfTheOnlyFreeParameterIsNotOptimistic) {
 
 TEST_F(FrmRankTest, CovariancesKnownToBeOfOtherPriorsAreAveragedOnlyWhenTheUserWantsIt) {
   RankTwo();
-  form.calculatedUnderOtherPriors = [](const CovarianceFile& file, const std::string& priorsOfRow) {
-    return file.values(2) == 1 && priorsOfRow.empty() ? "it was calculated with priors" : "";
+  form.calculatedOtherwise = [](const CovarianceFile& file, const Provenance& ofRow) {
+    return file.values(2) == 1 && ofRow.priors.empty() ? "it was calculated with priors" : "";
   };
   ExpectAskedAndNotAveraged("m1.cov is not of m1.alg as it is ranked: it was calculated with priors");
+}
+
+TEST_F(FrmRankTest, EstimatesThatWereFittedUnderOtherPriorsAreToldWhereTheyAreAddedAndAskedAboutWhereTheyAreAveraged) {
+  WriteCovariances("m1.cov", 99, 2, 1, 0.5, 0.5);
+  WriteCovariances("m2.cov", 98, 2, 2, 0.5, 0.5);
+  form.fittedUnderOtherPriors = [] { return "with priors, the model is ranked without"; };
+  Add("m1.alg", 99, 2, 1);
+  EXPECT_EQ(windows.messages.back().title, "Estimates of other priors");
+  EXPECT_THAT(windows.LastText(),
+              HasSubstr("The estimates of m1.alg were fitted with priors, the model is ranked without. "));
+  form.fittedUnderOtherPriors = [] { return ""; };
+  windows.messages.clear();
+  Add("m2.alg", 98, 2, 2);
+  EXPECT_THAT(windows.messages, IsEmpty());
+  desk.Press(form.cmdRank);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "The estimates of m1.alg were fitted with priors, the model is ranked without\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
+}
+
+TEST_F(FrmRankTest, ModelsThatAreJudgedByOtherNumbersOfIndividualsAreToldAndAskedAboutWhereTheyAreAveraged) {
+  WriteCovariances("m1.cov", 99, 2, 1, 0.5, 0.5);
+  WriteCovariances("m2.cov", 98, 2, 2, 0.5, 0.5);
+  Add("m1.alg", 99, 2, 1);
+  sampleSize = 40;
+  windows.messages.clear();
+  Add("m2.alg", 98, 2, 2);
+  EXPECT_THAT(windows.Titles(), ElementsAre("Other visits"));
+  EXPECT_THAT(windows.LastText(), HasSubstr("m2.alg is judged by 40 individuals, m1.alg by 50: "));
+  desk.Press(form.cmdRank);
+  windows.No("Covariances of another model");
+  desk.Press(form.cmdAverage);
+  EXPECT_EQ(windows.LastText(),
+            "m1.alg is judged by 50 individuals, m2.alg by 40\r\n\r\n"
+            "Average with them nevertheless?");
+  EXPECT_FALSE(form.AveragedFlag);
 }
 
 TEST_F(FrmRankTest, EstimatesThatWereFittedToOtherDataAreToldWhereTheyAreAddedAndAskedAboutWhereTheyAreAveraged) {

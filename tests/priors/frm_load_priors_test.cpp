@@ -186,6 +186,31 @@ TEST_F(PriorsChooser, PriorsSetAnewBehindUniformAreNotKnownByTheFileBeforeWhichI
   EXPECT_EQ(state.flags.PriorsKnownAs, state.flags.PriorFileName);
 }
 
+TEST_F(PriorsChooser, PriorsThatAreEditedAreKnownAsChangedUntilTheyAreThoseOfTheFileAgainOrSaved) {
+  Begin(1);
+  const std::string path = File("early.pri", "1\r\n  1   N 5.000E-001 1.000E-001     Unused     Unused\r\n");
+  chooser.Open();
+  windows.File(path);
+  desk.Press(chooser.cmdOpen);
+  Choose("mnuN", {"0.5", "0.2"});
+  EXPECT_EQ(state.flags.PriorsKnownAs, path + " (changed since)");
+  EXPECT_EQ(state.flags.PriorFileName, path);
+  Choose("mnuN", {"0.5", "0.10001"});
+  EXPECT_EQ(state.flags.PriorsKnownAs, path) << "beyond the digits of the file";
+  Choose("mnuE", {"2"});
+  windows.File(File("late.pri", ""));
+  desk.Press(editor.mnuSave);
+  EXPECT_THAT(state.flags.PriorsKnownAs, testing::EndsWith("late.pri"));
+}
+
+TEST_F(PriorsChooser, PriorsThatWereNeverSavedAreKnownAsThat) {
+  Begin(1);
+  OpenEditor();
+  Choose("mnuE", {"2"});
+  EXPECT_EQ(state.flags.PriorFileName, "06011030.pri");
+  EXPECT_EQ(state.flags.PriorsKnownAs, "06011030.pri (not saved)");
+}
+
 TEST_F(PriorsChooser, PriorsOfAFileThatAreAllTakenOutInTheEditorAreNotKnownByItAnyMore) {
   Begin(1);
   chooser.Open();

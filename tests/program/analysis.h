@@ -137,11 +137,11 @@ struct Analysis {
     ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
   }
   /// Covariances on the three grids that are proposed; the window that offers them stays open.
-  void Covariances() {
+  void Covariances(const std::vector<std::string>& factors = {"1", "0.1", "0.01"}) {
     windows.No("Covariance calculator");
     windows.Reply(Answer::Ok, "Covariance calculator");
     windows.AtWait([this] { desk.Press(program.frmAlgo.cmdFinish); });
-    for (const char* factor : {"1", "0.1", "0.01"}) windows.Enter(factor, "Covariance calculator");
+    for (const std::string& factor : factors) windows.Enter(factor, "Covariance calculator");
     windows.Yes("Covariance calculator");
     windows.Enter("0.5", "Enter constant");
     windows.No("Calculate optimistic SEs only?");

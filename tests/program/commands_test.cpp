@@ -181,6 +181,50 @@ TEST_F(CommandsTest, WhilePriorsAreEditedTheMenuCanBeLookedAtButBeginsNothing) {
   EXPECT_EQ(Usable().size(), 13U);
 }
 
+TEST_F(CommandsTest, ConstantBehindThePriorsThatCannotBeReadIsAskedForAgain) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdBayesian);
+  windows.Yes("Setting Bayesian Priors");
+  desk.Press(program.frmLoadPriors.cmdSet);
+  for (const char* term : {"0.05", "0.001"}) windows.Enter(term, "Gaussian (i.e., Normal)");
+  desk.Press(program.frmSetPriors.mnuN);
+  windows.No("Save Bayesian priors");
+  for (const char* constant : {"1e400", "0.5"}) windows.Enter(constant, "Enter constant");
+  desk.Press(program.frmSetPriors.mnuFinished);
+  EXPECT_TRUE(state.flags.BayesOn);
+  EXPECT_EQ(state.flags.ObjectiveConstant, 2) << "priors without it would count for nothing";
+}
+
+// ---- Descriptions
+
+TEST_F(CommandsTest, WhatAFunctionCallNotesOfAParameterIsNotToldOfDataLoadedBehindItInWhichItIsFree) {
+  Ready("beta_binomial");
+  const Array1<std::string> plain = state.algorithm.ParName;
+  state.algorithm.Value(3) = state.algorithm.Value(4) = 1;
+  for (const int i : {3, 4, 5, 6, 7, 8}) state.algorithm.Step(i) = 0;
+  for (const int i : {5, 6, 7, 8}) state.algorithm.Value(i) = 0;
+  OneFunction();
+  ASSERT_THAT(state.algorithm.ParName(5), HasSubstr("DO NOT ESTIMATE"));
+  LoadAlg(Golden("beta_binomial.alg"));
+  EXPECT_EQ(state.algorithm.ParName(5), plain(5));
+}
+
+TEST_F(CommandsTest, WhatAFunctionCallNotesOfAParameterIsTakenBackWhereTheEditorSetsItFreeAndElsewhereStands) {
+  Ready("beta_binomial");
+  const std::string plain = state.algorithm.ParName(5);
+  state.algorithm.Value(3) = state.algorithm.Value(4) = 1;
+  for (const int i : {3, 4, 5, 6, 7, 8}) state.algorithm.Step(i) = 0;
+  for (const int i : {5, 6, 7, 8}) state.algorithm.Value(i) = 0;
+  OneFunction();
+  desk.Press(menu.cmdEditAlg);
+  FrmAlgo& editor = program.frmAlgo;
+  desk.DoubleClick(editor.grdVS, 5, 2);
+  desk.Enter(editor.grdVS, 5, 2, "0.1");
+  desk.Press(editor.cmdFinish);
+  EXPECT_EQ(state.algorithm.ParName(5), plain);
+  EXPECT_THAT(state.algorithm.ParName(6), HasSubstr("DO NOT ESTIMATE"));
+}
+
 // ---- Results and simulation
 
 TEST_F(CommandsTest, SummaryRestsOnAnEvaluationAtThePresentValues) {

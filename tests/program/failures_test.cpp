@@ -138,6 +138,18 @@ TEST_F(FailuresTest, DataThatFailHalfwayLeaveTheFormToTryAgainAndNothingToCalcul
   EXPECT_THAT(Usable(), ElementsAre("cmdInitialize", "cmdQuit"));
 }
 
+TEST_F(FailuresTest, DataThatFailHalfwayLeaveNoNamesAndNoPriorsOfTheRunBefore) {
+  Ready("juveniles_only");
+  LoadPriors(Golden("priors.pri"));
+  OpenAndCancelPriors();
+  windows.No("Initialize");
+  windows.ExpectFailure("frmInitialize.cmdDone");
+  Initialize({.path = Golden("constant_covariate.dat"), .covariates = "1", .format = "A"});
+  EXPECT_FALSE(state.flags.BayesOn);
+  EXPECT_EQ(program.frmMain.stbMain0.Get(1), "Brood data file name: ");
+  EXPECT_EQ(program.frmMain.stbMain1.Get(2), "Bayesian priors file: ");
+}
+
 TEST_F(FailuresTest, DataThatFailHalfwayCanBeReadDifferently) {
   windows.ExpectFailure("frmInitialize.cmdDone");
   Initialize({.path = Golden("constant_covariate.dat"), .covariates = "1", .format = "A"});

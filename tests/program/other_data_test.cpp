@@ -37,8 +37,9 @@ struct OtherDataTest : ::testing::Test {
     analysis.windows.File(folder / file);
     ASSERT_TRUE(analysis.desk.Press(analysis.menu.cmdSaveAlg));
   }
-  void SaveCovariances(Analysis& analysis, const std::string& file) const {
-    analysis.Covariances();
+  void SaveCovariances(Analysis& analysis, const std::string& file,
+                       const std::vector<std::string>& factors = {"1", "0.1", "0.01"}) const {
+    analysis.Covariances(factors);
     FrmCovDisplay& display = analysis.program.frmCovDisplay;
     ASSERT_TRUE(analysis.desk.Press(display.cmdScreen));
     analysis.windows.File(folder / file);
@@ -97,6 +98,53 @@ TEST_F(OtherDataTest, EstimatesFittedToOtherDataInThisSessionAreToldWhereTheyAre
   ASSERT_EQ(session.windows.messages.size(), 1U);
   EXPECT_THAT(session.windows.LastText(),
               HasSubstr("The estimates of a.alg were fitted to other data, those of all.dat. "));
+}
+
+TEST_F(OtherDataTest, CovariancesOfOtherDataInThisSessionAreAskedAboutWhateverTheirGrids) {
+  Analysis session;
+  session.Initialize({.path = folder / "all.dat"});
+  Fit(session);
+  Save(session, "a.alg");
+  Save(session, "b.alg");
+  SaveCovariances(session, "a.cov", {"0.1", "0.1", "0.1"});
+  std::filesystem::copy_file(folder / "a.cov", folder / "b.cov");
+  session.windows.No("Initialize");
+  session.Initialize({.path = folder / "mended.dat"});
+  Rank(session, {"a.alg", "b.alg"});
+  session.windows.No("Covariances of another model");
+  ASSERT_TRUE(session.desk.Press(session.program.frmRank.cmdAverage));
+  EXPECT_FALSE(session.program.frmRank.AveragedFlag);
+  EXPECT_THAT(session.windows.LastText(),
+              HasSubstr("a.cov is not of a.alg as it is ranked: it was calculated with other data, those of all.dat"));
+}
+
+TEST_F(OtherDataTest, EstimatesFittedUnderPriorsAreToldWhereTheyAreRankedWithoutAndNotWhereTheyAreRankedWith) {
+  Analysis session;
+  session.Initialize({.path = folder / "all.dat"});
+  session.LoadAlg(Golden("juveniles_only.alg"));
+  ASSERT_TRUE(session.desk.Press(session.menu.cmdBayesian));
+  session.windows.Yes("Setting Bayesian Priors");
+  ASSERT_TRUE(session.desk.Press(session.program.frmLoadPriors.cmdSet));
+  FrmSetPriors& editor = session.program.frmSetPriors;
+  ASSERT_TRUE(session.desk.Click(editor.grdPriors, 18, 0));
+  for (const char* term : {"0.100012", "0.001"}) session.windows.Enter(term, "Gaussian (i.e., Normal)");
+  ASSERT_TRUE(session.desk.Press(editor.mnuN));
+  session.windows.Yes("Save Bayesian priors");
+  session.windows.File(folder / "p.pri");
+  session.windows.Enter("0.5", "Enter constant");
+  ASSERT_TRUE(session.desk.Press(editor.mnuFinished));
+  Fit(session);
+  Save(session, "a.alg");
+  session.LoadPriors(folder / "p.pri");
+  session.windows.messages.clear();
+  Rank(session, {"a.alg"});
+  EXPECT_THAT(session.windows.Titles(), Not(Contains("Estimates of other priors"))) << "they have been rounded alone";
+  ASSERT_TRUE(session.desk.Press(session.program.frmRank.cmdBayesian));
+  ASSERT_TRUE(session.desk.Press(session.program.frmLoadPriors.cmdUniform));
+  session.windows.File(folder / "a.alg", "Open algorithm data file");
+  ASSERT_TRUE(session.desk.Press(session.program.frmRank.cmdLoadAlg));
+  ASSERT_TRUE(session.desk.Press(session.program.frmRank.cmdAICc));
+  EXPECT_THAT(session.windows.Titles(), Contains("Estimates of other priors"));
 }
 
 TEST_F(OtherDataTest, TheSameDataReadAgainAreNoOther) {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace merlane {
+
+/// With what estimates or covariances were calculated, which the files that keep them do not tell.
+struct Provenance {
+  std::uint64_t data = 0;  // a number that is the same for the same records
+  std::string file;        // the name of their file, in words alone
+  std::string priors;      // what the priors were made of; empty when there were none
+};
+
+/// In words, how the priors of something calculated differ from those under which a model is ranked; empty when they do
+/// not.
+inline std::string DifferenceOfPriors(const std::string& calculated, const std::string& ranked) {
+  return calculated == ranked ? ""
+         : calculated.empty() ? "without priors, the model is ranked with them"
+         : ranked.empty()     ? "with priors, the model is ranked without"
+                              : "with other priors than the model's";
+}
+
+}  // namespace merlane
