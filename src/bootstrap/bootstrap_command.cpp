@@ -23,6 +23,10 @@ constexpr int ProposedCount = 100;
 constexpr int MostReplicates = 1'000'000;
 constexpr int OldestAge = std::numeric_limits<std::int16_t>::max();
 
+std::string WhereTheyAreKept(const GrowingFile& kept) {
+  return "The parameter values of all replicates so far are kept in " + kept.Path();
+}
+
 }  // namespace
 
 BootstrapCommand::BootstrapCommand(Desk& desk, RunState& state, const MerlaneModel& model,
@@ -40,8 +44,10 @@ void BootstrapCommand::Bootstrap() {
     Report(results);
   } catch (const std::exception& failure) {
     if (kept.Path().empty()) throw;
-    throw RuntimeFailure(fmt::format("{}. The parameter values of all replicates so far are kept in {}",
-                                     FailureText(failure), kept.Path()));
+    throw RuntimeFailure(FailureText(failure) + ". " + WhereTheyAreKept(kept));
+  } catch (...) {  // the program ends on the way
+    if (!kept.Path().empty()) bootstrap_.Tell(WhereTheyAreKept(kept));
+    throw;
   }
   kept.Remove();
 }

@@ -69,6 +69,8 @@ class ParametricBootstrap {
 
   /// Where it writes.
   std::string Folder() const;
+  /// Tells in the status bar where it is.
+  void Tell(const std::string& status) { main_.ShowProgress(status); }
 
   /// While a bootstrap runs, the run state is a replicate's. Until the guard that is returned goes, it is the user's,
   /// to be saved by somebody who leaves the program on the way. Does nothing without a bootstrap, nor inside itself:
@@ -124,7 +126,6 @@ class ParametricBootstrap {
   bool Judge(const BootstrapOptions& options, double F, bool matrixFailed, BootstrapResults& results);
   void SwapUsersRun();
 
-  void Tell(const std::string& status) { main_.ShowProgress(status); }
   /// A status that stays while the minimiser writes its own.
   void TellTime(const std::string& status) { main_.stbMain2.Set(1, status); }
 

@@ -69,8 +69,8 @@ def check(wanted, status, told, left, call, how):
     if status < 0 or status > 4:
         raise Found(f"the program died (status {status})")
     for name in left:
-        # What a bootstrap keeps as it grows stays when it cannot be reported, and says so, or when the run stops.
-        kept = name.startswith("BootstrappedParameters") and (status in (1, 3) or name.encode() in told)
+        # What a bootstrap keeps as it grows stays when it cannot be reported, or the run stops, and says so.
+        kept = name.startswith("BootstrappedParameters") and name.encode() in told
         if name.startswith((".merlane", "BootstrappedParameters")) and not kept:
             raise Found(f"{name} is left over")
     for name, bytes_wanted in wanted.items():

@@ -780,7 +780,7 @@ TEST_F(KeptAsItGrows, AFailureBetweenTheLastReplicateAndTheReportsLeavesThemAndS
   ExpectWindowsBack();
 }
 
-TEST_F(KeptAsItGrows, WhoLeavesTheProgramOnTheWayFindsThem) {
+TEST_F(KeptAsItGrows, WhoLeavesTheProgramOnTheWayFindsThemAndIsToldWhere) {
   host.clock.now = {2024, 6, 1, 10, 30, 0};
   WriteWholeFile(Path(), "of another run");
   AnswerOptions("3", "40", true);
@@ -791,7 +791,9 @@ TEST_F(KeptAsItGrows, WhoLeavesTheProgramOnTheWayFindsThem) {
   windows.No("What about algorithm data?");
   desk.Press(program.frmSummary.cmdBootstrap);
   EXPECT_EQ(ReadWholeFile(Path()), "of another run");
-  EXPECT_THAT(Lines(ReadWholeFile(folder / "BootstrappedParameters_06011030_2.bpv")), SizeIs(3));
+  const std::string kept = folder / "BootstrappedParameters_06011030_2.bpv";
+  EXPECT_THAT(Lines(ReadWholeFile(kept)), SizeIs(3));
+  EXPECT_THAT(Statuses("stbMain5"), Contains("The parameter values of all replicates so far are kept in " + kept));
 }
 
 // ---- Algorithm files
