@@ -3,8 +3,10 @@
 
     bundle_page.py BUILD_FOLDER UNWINDING_BUILD_FOLDER OUT_FOLDER
 
-The first module is for browsers in which WebAssembly can wait, the second for the others (src/web/page/start.js). Writes OUT_FOLDER/merlane.html, all in one file, and OUT_FOLDER/site, the same in pieces with what makes a browser keep
-them. The date in the title is that of the last commit, so that the same sources give the same bytes.
+The first module is for browsers in which WebAssembly can wait, the second for the others (src/web/page/start.js). Writes
+OUT_FOLDER/merlane.html, all in one file with the first, OUT_FOLDER/merlane-safari.html, the same with the second, and
+OUT_FOLDER/site, the same in pieces with both and with what makes a browser keep them. The date in the title is that of the
+last commit, so that the same sources give the same bytes.
 """
 
 import gzip
@@ -68,23 +70,14 @@ def quoted(bytes_):
     return b'"' + bytes_ + b'"'
 
 
-def one_file(modules):
-    """The scripts are packed together, and so are the modules, since each has much of what the one before has."""
-    scripts = b"\0".join([page_script().encode(), *(glue for glue, _ in modules.values())])
-    ends = {}
-    for way, (_, module) in modules.items():
-        ends[way] = max(ends.values(), default=0) + len(module)
+def one_file(way, glue, module):
+    scripts = page_script().encode() + b"\0" + glue
     start = b"\n".join([
         b"const packedScripts = " + quoted(packed(scripts)) + b";",
-        b"const packedModules = " + quoted(packed(*(module for _, module in modules.values()))) + b";",
-        f"""const ways = {json.dumps(list(modules))}, ends = {json.dumps(ends)};
-const sizes = {json.dumps({way: len(module) for way, (_, module) in modules.items()})};
-const [pageScript, ...glues] = new TextDecoder().decode(unpacked(bytesOf(packedScripts), {len(scripts)})).split("\\0");
+        b"const packedModule = " + quoted(packed(module)) + b";",
+        f"""const [pageScript, glue] = new TextDecoder().decode(unpacked(bytesOf(packedScripts), {len(scripts)})).split("\\0");
 document.body.append(Object.assign(document.createElement("script"), {{ textContent: pageScript }}));
-start({{
-  glue: (way) => glues[ways.indexOf(way)],
-  module: (way) => unpacked(bytesOf(packedModules), ends[way]).subarray(ends[way] - sizes[way]),
-}});
+start({{ ways: ["{way}"], glue: () => glue, module: () => unpacked(bytesOf(packedModule), {len(module)}) }});
 """.encode()])
     head, end = filled("windows-1252", "", (PAGE / "page.css").read_text(), script((PAGE / "unpack.js").read_text()) +
                        "<script>\n@START@</script>\n").encode("ascii").split(b"@START@")
@@ -95,6 +88,7 @@ def write_site(folder, modules):
     folder.mkdir(parents=True, exist_ok=True)
     start = """const unzipped = (response) => new Response(response.body.pipeThrough(new DecompressionStream("gzip")));
 start({
+  ways: ["waiting", "unwinding"],
   glue: (way) => fetch(`${way}.js`).then((response) => response.text()),
   module: (way) => fetch(`${way}.wasm.gz`).then((response) => unzipped(response).arrayBuffer()),
 });
@@ -126,10 +120,11 @@ def main():
     modules = {way: ((build / "merlane-web.js").read_bytes(), (build / "merlane-web.wasm").read_bytes())
                for way, build in zip(("waiting", "unwinding"), builds)}
     write_site(out / "site", modules)
-    page = one_file(modules)
-    (out / "merlane.html").write_bytes(page)
-    if len(page) > MOST_BYTES:
-        sys.exit(f"merlane.html has {len(page)} bytes, more than {MOST_BYTES}")
+    for name, (way, module) in zip(("merlane.html", "merlane-safari.html"), modules.items()):
+        page = one_file(way, *module)
+        (out / name).write_bytes(page)
+        if len(page) > MOST_BYTES:
+            sys.exit(f"{name} has {len(page)} bytes, more than {MOST_BYTES}")
 
 
 if __name__ == "__main__":

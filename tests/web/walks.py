@@ -6,7 +6,8 @@
 PAGE is out/merlane.html, opened as a file. A walk is one of tests/batch/analyses or examples, played up to where a batch
 file can do what a person cannot, an interrupt at a given turn. Where the batch file saves a text, a plot or a file, what
 the page has must be the bytes that are kept. Besides, what only a page does: see the walks that are functions below.
-A browser may be told as one in which WebAssembly cannot wait, as chromium-unwinding: the page then has to find another way.
+A browser may be told as one in which WebAssembly cannot wait, as chromium-unwinding. Such a one, and WebKit, which is one,
+are given the page beside, out/merlane-safari.html.
 Prints what fails, and ends with 1 when anything does; a picture of the page is left where it failed.
 """
 
@@ -396,6 +397,8 @@ def walk(name, browser_name, page_file, pictures):
     program, _, unwinding = browser_name.partition("-")
     with Browser(program, *size) as browser, tempfile.TemporaryDirectory() as folder:
         look = lambda picture: pictures and browser.picture(pictures / f"{browser_name}_{name}_{picture}.png")
+        if unwinding or program == "webkit":
+            page_file = page_file.with_name("merlane-safari.html")
         if unwinding:
             page_file = with_script(page_file, "delete WebAssembly.Suspending", pathlib.Path(folder))
         try:

@@ -57,11 +57,20 @@ function tellEnd(title, text) {
 }
 
 /// How the module waits for the page in the middle of its stack: the browser keeps the stack until a promise is kept, or,
-/// where it does not know how to, the module unwinds its stack and is called anew.
-const way = "Suspending" in WebAssembly && "promising" in WebAssembly ? "waiting" : "unwinding";
+/// where it does not know how to, a larger module unwinds its stack and is called anew.
+function wayToWait(ways) {
+  const waits = "Suspending" in WebAssembly && "promising" in WebAssembly;
+  return ways.find((way) => way === "unwinding" || waits);
+}
 
-/// `pieces.glue` and `pieces.module` give what the compiler made for a way.
+/// `pieces.glue` and `pieces.module` give what the compiler made for one of `pieces.ways`, of which the first is the best.
 async function start(pieces) {
+  const way = wayToWait(pieces.ways);
+  if (!way) {
+    tellEnd("This browser needs the other file", "It does not let WebAssembly wait, as Chrome and Edge do from version 137 " +
+                                                 "on, and Firefox of 2026. Please open merlane-safari.html.");
+    return;
+  }
   addScript(await pieces.glue(way));
   let suspended;
   const module = await Merlane({
