@@ -356,6 +356,23 @@ def all_files_as_zip(page, look):
         raise AssertionError(f"{saved.name} is another one alone")
 
 
+def all_free_parameters(page, look):
+    """A walk that asks for one value after the other, deep in calls, goes on behind each answer."""
+    Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction").run()
+    page.press("frmMenu.cmdEditAlg")
+    page.settle()
+    page.run("""cellAt(document.getElementById('frmAlgo.grdVS'), 0, 1).dispatchEvent(
+                  new MouseEvent('dblclick', {bubbles: true}))""")
+    page.settle()
+    page.press("frmEditVS.cmdFree")
+    page.settle()
+    page.answer("cancel")  # nothing is saved before
+    for parameter in (15, 17):
+        if not page.settle(20) or f"#{parameter}" not in page.question()["text"]:
+            raise AssertionError(f"parameter {parameter} is not asked for")
+        page.enter("0.03")
+
+
 def a_beep(page, look):
     """What the program says by a sound is seen, too."""
     page.run("told.beep()")
@@ -385,10 +402,10 @@ def narrow(page, look):
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
     walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone,
-                                       a_range_of_cells, all_files_as_zip, a_beep, narrow)}
+                                       a_range_of_cells, all_free_parameters, all_files_as_zip, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.
 BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),
-            "chromium-unwinding": ["first_fit", "interrupted"], "firefox-unwinding": ["first_fit"]}
+            "chromium-unwinding": ["first_fit", "all_free_parameters", "interrupted"], "firefox-unwinding": ["first_fit"]}
 
 
 def walk(name, browser_name, page_file, pictures):
