@@ -136,7 +136,7 @@ struct Analysis {
     windows.No("Marquardt minimization");
     ASSERT_TRUE(desk.Press(menu.cmdMarquardt));
   }
-  /// Covariances on the three grids that are proposed; the window that offers them stays open.
+  /// Covariances on three grids; the window that offers them stays open.
   void Covariances(const std::vector<std::string>& factors = {"1", "0.1", "0.01"}) {
     windows.No("Covariance calculator");
     windows.Reply(Answer::Ok, "Covariance calculator");
