@@ -723,9 +723,8 @@ TEST_F(ProfileDialogueTest, AFailureOfTheModelGivesTheParameterBack) {
 }
 
 TEST_F(ProfileDialogueTest, TheReminderComesAfterAFailureTooIfTheTableWasOpen) {
-  windows.Yes(ProfileTitle);
-  windows.Enter("1e999", "Enter constant");
-  windows.ExpectFailure("1e999");
+  AnswerUpToParameter();
+  windows.CancelInput(ProfileTitle);
   Choose(frmParEvals.cmdML);
   EXPECT_THAT(windows.Titles(), Not(Contains("A friendly reminder")));
 
