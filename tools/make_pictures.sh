@@ -33,7 +33,7 @@ keep initialize form_frmInitialize
 behind import field_book examples 'show frmImport'
 naming import field_book.xlsx 136 62 1256
 behind initialize_fit field_book examples 'press frmInitialize.cmdFit'
-naming initialize_fit field_book.xlsx.dat 45 163 456
+naming initialize_fit field_book.xlsx.dat 45 160 456
 behind import_nests import $analyses 'set frmImport.cboRole'
 naming import_nests nests.csv 136 62 1256
 behind editor editing $analyses 'type grdVS'
