@@ -44,8 +44,7 @@ bool ReplicateFit::Minimise() {
   const Model evaluate = [this](ModelCall& call) { Evaluate(call); };
   ApplyFuses(run_.algorithm.Value, run_);
   Objective(run_, evaluate).Call(run_.algorithm.Value, 1);
-  watch_.OnRead(toldReading_ ? std::nullopt
-                             : std::optional<MerlaneModel::ReadElsewhere>({data_, evaluator_->Prepared()}));
+  watch_.OnRead(toldReading_ ? std::nullopt : std::optional<MerlaneModel::ReadElsewhere>({data_, evaluator_->Plans()}));
   Objective objective(run_, [&](ModelCall& call) {
     now_ = &watch_.OnCall(call.NF, call.X);
     std::exception_ptr failure;

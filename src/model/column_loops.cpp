@@ -47,6 +47,9 @@ MERLANE_IN_COLUMNS void CorrelatedShares(Rates rates, Indexes mortality, In surv
 
 MERLANE_IN_COLUMNS double ShareAlive(double S1, double S2) { return S1 > 0 ? S2 / S1 : 0.0; }
 
+MERLANE_IN_COLUMNS void SharesAlive(Indexes from, Indexes to, In S, MERLANE_OUT alive, std::size_t n) {
+  for (std::size_t i = 0; i < n; ++i) alive[i] = ShareAlive(S[from[i]], S[to[i]]);
+}
 MERLANE_IN_COLUMNS void Spans(Indexes from, Indexes to, In SR, In SC, MERLANE_OUT aliveR, MERLANE_OUT aliveC,
                               MERLANE_OUT aliveAll, MERLANE_OUT PCorr, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) {
@@ -127,6 +130,7 @@ constexpr ColumnLoops Compiled(const char* name, bool (*available)()) {
           .correlatedExponents = Way<CorrelatedExponents>::Run,
           .randomShares = Way<RandomShares>::Run,
           .correlatedShares = Way<CorrelatedShares>::Run,
+          .sharesAlive = Way<SharesAlive>::Run,
           .spans = Way<Spans>::Run,
           .survivors = Way<Survivors>::Run,
           .fewerThan = Way<FewerThan>::Run,

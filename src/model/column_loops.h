@@ -38,8 +38,9 @@ struct ColumnLoops {
   void (*correlatedShares)(const SurvivalRate* rates, const int* mortality, const double* surviving, double* SC,
                            std::size_t n);
 
-  /// The shares that live through spans between two times, given those alive at all times, and the probability of the
-  /// correlated state at the start of each: of a mortality of both kinds.
+  /// The share that lives through each span between two times, given those alive at all times; 0 where none are.
+  void (*sharesAlive)(const int* from, const int* to, const double* S, double* alive, std::size_t n);
+  /// The same of a mortality of both kinds, and the probability of the correlated state at the start of each.
   void (*spans)(const int* from, const int* to, const double* SR, const double* SC, double* aliveR, double* aliveC,
                 double* aliveAll, double* PCorr, std::size_t n);
   /// out = alive N, where `span` tells whose share is meant.

@@ -9,19 +9,8 @@
 
 namespace merlane {
 
-namespace {
-
-Likelihood::Preparation Completed(Likelihood::Preparation preparation, const BroodData& data) {
-  if (!preparation.visits) preparation.visits = std::make_shared<const PreparedVisits>(data);
-  if (!preparation.distributions)
-    preparation.distributions = std::make_shared<const CountDistributions>(preparation.visits->MaxCount);
-  return preparation;
-}
-
-}  // namespace
-
-Likelihood::Likelihood(const BroodData& data, Workers* workers, Preparation preparation)
-    : data_(data), preparation_(Completed(std::move(preparation), data)), workers_(workers) {}
+Likelihood::Likelihood(const BroodData& data, Workers* workers, std::shared_ptr<EvaluationPlans> plans)
+    : data_(data), plans_(plans ? std::move(plans) : std::make_shared<EvaluationPlans>(data)), workers_(workers) {}
 
 void Likelihood::EvaluateObjective(const EvaluationSetting& setting, LikelihoodState& state, double& F,
                                    Array1<double>& Value, Array1<double>& Step, Array1<std::string>& Names,
@@ -150,17 +139,14 @@ SumsAhead::Passes& Likelihood::PassesFor(const ObjectivePlan::Subject& subject) 
   SumsAhead::Passes& passes = subject.broodsShareMortalities ? sharedPasses_ : ownPasses_;
   if (passes.empty() || passes.front()->Plan().subject != subject) {
     passes.clear();
-    if (!preparation_.plan || preparation_.plan->subject != subject)
-      preparation_.plan =
-          std::make_shared<const ObjectivePlan>(data_, *preparation_.visits, *preparation_.distributions, subject);
-    AddPass(passes, preparation_.plan);
+    AddPass(passes, plans_->For(data_, subject));
   }
   return passes;
 }
 
 void Likelihood::AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan) {
-  passes.push_back(std::make_unique<ObjectivePass>(data_, *preparation_.visits, *preparation_.distributions,
-                                                   std::move(plan), workers_));
+  passes.push_back(
+      std::make_unique<ObjectivePass>(data_, plans_->visits, plans_->distributions, std::move(plan), workers_));
 }
 
 }  // namespace merlane

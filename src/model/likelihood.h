@@ -7,12 +7,12 @@
 #include <string>
 
 #include "data/brood_data.h"
+#include "model/evaluation_plans.h"
 #include "model/evaluation_setting.h"
 #include "model/likelihood_pass.h"
 #include "model/likelihood_state.h"
 #include "model/noted_sums.h"
 #include "model/objective_pass.h"
-#include "model/prepared_visits.h"
 #include "model/sums_ahead.h"
 #include "model/survival_pass.h"
 #include "platform/workers.h"
@@ -22,16 +22,10 @@ namespace merlane {
 /// The objective of a data set. To be made anew whenever data have been read; an evaluation allocates nothing.
 class Likelihood {
  public:
-  /// What is found of data before they are evaluated, and the plan of the objective made last; values, which any thread
-  /// may look at. What is not there is found when it is needed.
-  struct Preparation {
-    std::shared_ptr<const PreparedVisits> visits;
-    std::shared_ptr<const CountDistributions> distributions;
-    std::shared_ptr<const ObjectivePlan> plan;
-  };
-  /// Prepares for the data, which must stay where they are and as they are, or takes the preparation for the very same
-  /// data. `workers` share the work; without them all is done by the caller.
-  explicit Likelihood(const BroodData& data, Workers* workers = nullptr, Preparation preparation = {});
+  /// Prepares for the data, which must stay where they are and as they are; `plans` of the very same data spare that.
+  /// `workers` share the work; without them all is done by the caller.
+  explicit Likelihood(const BroodData& data, Workers* workers = nullptr,
+                      std::shared_ptr<EvaluationPlans> plans = nullptr);
   Likelihood(const Likelihood&) = delete;
   Likelihood& operator=(const Likelihood&) = delete;
 
@@ -59,7 +53,7 @@ class Likelihood {
   }
 
   /// For who evaluates the same data elsewhere.
-  const Preparation& Prepared() const { return preparation_; }
+  const std::shared_ptr<EvaluationPlans>& Plans() const { return plans_; }
 
   /// Writes the tables that the evaluations have left: those of the lowest F, then those of the last evaluation. To be
   /// called before anybody looks at a table.
@@ -76,7 +70,7 @@ class Likelihood {
   void AddPass(SumsAhead::Passes& passes, std::shared_ptr<const ObjectivePlan> plan);
 
   const BroodData& data_;
-  Preparation preparation_;
+  const std::shared_ptr<EvaluationPlans> plans_;
   Workers* const workers_;
   // The objective alone, for broods that share their mortalities and for broods of which each has its own.
   SumsAhead::Passes sharedPasses_, ownPasses_;
@@ -84,8 +78,8 @@ class Likelihood {
   std::optional<SumsAhead> ahead_;
   std::optional<NotedSums> noted_;
   // The tables.
-  SurvivalPass survivalPass_{data_, *preparation_.visits};
-  LikelihoodPass likelihoodPass_{data_, *preparation_.visits};
+  SurvivalPass survivalPass_{data_, plans_->visits};
+  LikelihoodPass likelihoodPass_{data_, plans_->visits};
 };
 
 }  // namespace merlane

@@ -44,7 +44,7 @@ void MerlaneModel::EvaluateAhead(std::span<const Array1<double>> vectors, std::i
 
 void MerlaneModel::TakeSetting() {
   Dimension();
-  if (!evaluator_) evaluator_.emplace(data, &SharingWorkers(), preparation_);
+  if (!evaluator_) evaluator_.emplace(data, &SharingWorkers(), plans_);
   setting_.OneCallRun = state_.flags.OneCallRun;
   setting_.SimulationMode = state_.flags.SimulationMode;
   setting_.BootstrapMode = state_.flags.BootstrapMode;
@@ -86,7 +86,7 @@ Array1<double> MerlaneModel::AsEvaluated(const AlgorithmData& algorithm) const {
 
 void MerlaneModel::ReadBroodData(ModelCall& call) {
   evaluator_.reset();
-  preparation_ = {};
+  plans_.reset();
   if (readElsewhere) return TakeReadElsewhere(call);
   if (!state_.flags.BootstrapMode) {
     const Initialisation choices = choices_();
@@ -104,7 +104,7 @@ void MerlaneModel::TakeReadElsewhere(ModelCall& call) {
   const ReadElsewhere read = *std::exchange(readElsewhere, std::nullopt);
   data = *read.data;
   ForgetResults();
-  preparation_ = read.preparation;
+  plans_ = read.plans;
   FillParameterDescriptions(call.Names, call.N, data);
 }
 
@@ -145,7 +145,7 @@ void MerlaneModel::Dimension() const {
 
 void MerlaneModel::PutBack(Kept kept) {
   evaluator_.reset();
-  preparation_ = {};
+  plans_.reset();
   data = std::move(kept.data);
   likelihood_ = std::move(kept.likelihood);
   dimensioned_ = true;

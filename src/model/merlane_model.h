@@ -77,11 +77,11 @@ class MerlaneModel {
   Kept Keep() const { return {data, Evaluated(), estimates_, simulation}; }
   void PutBack(Kept kept);
 
-  /// Data that have been read elsewhere, and what has been prepared for evaluating them. While there are such, the next
-  /// reading within a bootstrap takes them instead of reading.
+  /// Data that have been read elsewhere, with the plans for evaluating them. While there are such, the next reading,
+  /// which is one of a bootstrap, takes them.
   struct ReadElsewhere {
     std::shared_ptr<const BroodData> data;
-    Likelihood::Preparation preparation;
+    std::shared_ptr<EvaluationPlans> plans;
   };
   std::optional<ReadElsewhere> readElsewhere;
 
@@ -112,7 +112,7 @@ class MerlaneModel {
   mutable bool dimensioned_ = true;  // for these data
   mutable SurvivalEstimates estimates_;
   std::optional<Workers> workers_;
-  Likelihood::Preparation preparation_;          // for the data, where it came with them
+  std::shared_ptr<EvaluationPlans> plans_;       // for the data, where they came with them
   mutable std::optional<Likelihood> evaluator_;  // made for the data at their first evaluation
 };
 

@@ -215,27 +215,22 @@ bool SurvivalColumns::FillSharesC(const ObjectivePlan::Piece& piece, Rows& rows)
 
 /// See ExpectedSurvivors.
 bool SurvivalColumns::FillSpans(const ObjectivePlan::Piece& piece, Kind kind) {
-  if (kind == Kind::Both)
-    Columns().spans(plan_.from.data() + piece.span.begin, plan_.to.data() + piece.span.begin, random_.alive.data(),
-                    correlated_.alive.data(), aliveR.data() + piece.span.begin, aliveC.data() + piece.span.begin,
-                    aliveAll.data() + piece.span.begin, PCorr.data() + piece.span.begin, piece.span.Size());
-  else
-    FillSpansOfOne(piece, kind);
+  const std::size_t begin = piece.span.begin, size = piece.span.Size();
+  const int *const from = plan_.from.data() + begin, *const to = plan_.to.data() + begin;
+  double *const R = aliveR.data() + begin, *const C = aliveC.data() + begin, *const all = aliveAll.data() + begin,
+                *const q = PCorr.data() + begin;
+  if (kind == Kind::Both) {
+    Columns().spans(from, to, random_.alive.data(), correlated_.alive.data(), R, C, all, q, size);
+  } else {
+    const std::vector<double>& S = kind == Kind::Random ? random_.alive : correlated_.alive;
+    Columns().sharesAlive(from, to, S.data(), all, size);
+    std::copy_n(all, size, kind == Kind::Random ? R : C);
+    std::fill_n(kind == Kind::Random ? C : R, size, 0.0);
+    for (std::size_t i = 0; i < size; ++i) q[i] = kind == Kind::Correlated && S[At(from[i])] > 0 ? 1 : 0;
+  }
   bool bounded = true;
   for (const auto* column : {&aliveR, &aliveC, &aliveAll, &PCorr}) bounded &= AreBounded(piece.span.Of(*column));
   return bounded;
-}
-
-/// Where only one kind of mortality acts.
-void SurvivalColumns::FillSpansOfOne(const ObjectivePlan::Piece& piece, Kind kind) {
-  const std::vector<double>& S = kind == Kind::Random ? random_.alive : correlated_.alive;
-  std::vector<double>&alive = kind == Kind::Random ? aliveR : aliveC, &none = kind == Kind::Random ? aliveC : aliveR;
-  for (std::size_t i = piece.span.begin; i < piece.span.end; ++i) {
-    const double S1 = S[At(plan_.from[i])], S2 = S[At(plan_.to[i])];
-    alive[i] = aliveAll[i] = S1 > 0 ? S2 / S1 : 0.0;
-    none[i] = 0;
-    PCorr[i] = kind == Kind::Correlated && S1 > 0 ? 1 : 0;
-  }
 }
 
 bool SurvivalColumns::FillSurvivors(const ObjectivePlan::Piece& piece, bool BootstrapMode) {

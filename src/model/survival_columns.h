@@ -75,7 +75,6 @@ class SurvivalColumns {
   bool FillSharesC(const ObjectivePlan::Piece& piece, Rows& rows);
   static void NoteMade(const ObjectivePlan::Piece& piece, Shares& shares);
   bool FillSpans(const ObjectivePlan::Piece& piece, Kind kind);
-  void FillSpansOfOne(const ObjectivePlan::Piece& piece, Kind kind);
   bool FillSurvivors(const ObjectivePlan::Piece& piece, bool BootstrapMode);
 
   const BroodData& data_;

@@ -103,6 +103,8 @@ TEST_P(ColumnLoopWay, SpansAndSurvivorsHaveTheBitsOfOneAlone) {
     Column R(n), C(n), all(n), PCorr(n), out(n);
     GetParam().spans(from.data(), to.data(), SR.data(), SC.data(), R.data(), C.data(), all.data(), PCorr.data(), n);
     GetParam().survivors(from.data(), SR.data(), N.data(), out.data(), n);
+    Column alone(n);
+    GetParam().sharesAlive(from.data(), to.data(), SR.data(), alone.data(), n);
     Column expectedR(n), expectedC(n), expectedAll(n), expectedPCorr(n), expectedOut(n);
     for (std::size_t i = 0; i < n; ++i) {
       const double R1 = SR[static_cast<std::size_t>(from[i])], R2 = SR[static_cast<std::size_t>(to[i])];
@@ -114,6 +116,7 @@ TEST_P(ColumnLoopWay, SpansAndSurvivorsHaveTheBitsOfOneAlone) {
       expectedOut[i] = R1 * N[i];
     }
     ExpectSame(R, expectedR, "aliveR");
+    ExpectSame(alone, expectedR, "alive under one kind");
     ExpectSame(C, expectedC, "aliveC");
     ExpectSame(all, expectedAll, "aliveAll");
     ExpectSame(PCorr, expectedPCorr, "PCorr");
