@@ -29,6 +29,18 @@ MERLANE_IN_COLUMNS void Products(double factor, In x, MERLANE_OUT y, std::size_t
   for (std::size_t i = 0; i < n; ++i) y[i] = factor * x[i];
 }
 
+MERLANE_IN_COLUMNS void Constants(double c, double f, In AlphaR, In AlphaC, MERLANE_OUT normaliser, MERLANE_OUT shareR,
+                                  MERLANE_OUT shareC, std::size_t n) {
+  const bool attenuated = c != 0 && f != 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const double R = f + AlphaR[i], C = f + AlphaC[i];
+    const double common = 1 + c * f * (AlphaC[i] - AlphaR[i]) / (R * C);
+    normaliser[i] = attenuated ? common : 1.0;
+    shareR[i] = c * AlphaR[i] / R;
+    shareC[i] = c * AlphaC[i] / C;
+  }
+}
+
 MERLANE_IN_COLUMNS void RandomExponents(Rates rates, Indexes mortality, In power, MERLANE_OUT exponent, std::size_t n) {
   for (std::size_t i = 0; i < n; ++i) exponent[i] = -rates[mortality[i]].Alpha * power[i];
 }
@@ -126,6 +138,7 @@ constexpr ColumnLoops Compiled(const char* name, bool (*available)()) {
           .available = available,
           .areBounded = Way<AreBounded>::Run,
           .products = Way<Products>::Run,
+          .constants = Way<Constants>::Run,
           .randomExponents = Way<RandomExponents>::Run,
           .correlatedExponents = Way<CorrelatedExponents>::Run,
           .randomShares = Way<RandomShares>::Run,

@@ -26,6 +26,9 @@ struct ColumnLoops {
   /// y = factor x.
   void (*products)(double factor, const double* x, double* y, std::size_t n);
 
+  /// What does not depend on time of mortalities of these rates; see SurvivalFunctions.
+  void (*constants)(double c, double f, const double* AlphaR, const double* AlphaC, double* normaliser, double* shareR,
+                    double* shareC, std::size_t n);
   /// What the exponential is taken of for the shares that live under each kind of mortality up to a time, by its power
   /// under the shape; `mortality` is that of the time, among the rates.
   void (*randomExponents)(const SurvivalRate* rates, const int* mortality, const double* power, double* exponent,

@@ -1,5 +1,6 @@
 #include "model/objective_pass.h"
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
 #include <utility>
@@ -7,6 +8,7 @@
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
 #include "model/arithmetic_watch.h"
+#include "model/same_bits.h"
 
 namespace merlane {
 
@@ -17,6 +19,7 @@ ObjectivePass::ObjectivePass(const BroodData& data, const PreparedVisits& prepar
       workers_(workers != nullptr && plan_->IsLarge() ? workers : nullptr),
       survival_(data, *plan_),
       deviance_(plan_->k.size()) {
+  thetasMadeFor_.fill(std::numeric_limits<double>::quiet_NaN());  // nothing yet
   for (int worker = 0; worker < (workers_ == nullptr ? 1 : workers_->Count()); ++worker) {
     rowsOf_.emplace_back(*plan_);
     judgeOf_.emplace_back(*plan_, distributions, prepared.MaxCount);
@@ -62,6 +65,9 @@ bool ObjectivePass::FillSurvival(const Parameters& p, bool BootstrapMode) {
 }
 
 void ObjectivePass::FillThetas(const Parameters& p) {
+  const std::array<double, 5> madeFor{p.ThetaEggC, p.v_N, static_cast<double>(p.LayAge), p.ThetaJuvC, p.v_B};
+  if (std::ranges::equal(madeFor, thetasMadeFor_, SameBits)) return;
+  thetasMadeFor_ = madeFor;
   const auto theta = [](double Theta, double v, double days) {
     ArithmeticWatch watch;
     const double value = watch(Theta * watch(Exp(watch(-v * days))));

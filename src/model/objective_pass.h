@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -55,6 +56,7 @@ class ObjectivePass {
   Workers* const workers_;
   SurvivalColumns survival_;
   CountJudge::Thetas thetas_;
+  std::array<double, 5> thetasMadeFor_;        // all that they are computed from
   std::vector<SurvivalColumns::Rows> rowsOf_;  // of each worker
   std::vector<CountJudge> judgeOf_;
   CountJudge::Probabilities probabilities_;  // of each prediction but those over hatch

@@ -1,6 +1,7 @@
 #include "model/survival_columns.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 #include <utility>
 
@@ -30,7 +31,8 @@ SurvivalColumns::SurvivalColumns(const BroodData& data, const ObjectivePlan& pla
 
 SurvivalColumns::Rows::Rows(const ObjectivePlan& plan) : effects(plan) {
   std::size_t most = std::max(plan.clutches.time.Size(), plan.DistinctTimes.size());
-  for (const ObjectivePlan::Piece& piece : plan.broodPieces) most = std::max(most, piece.time.Size());
+  for (const ObjectivePlan::Piece& piece : plan.broodPieces)
+    most = std::max({most, piece.time.Size(), piece.mortality.Size()});
   for (auto* row : {&distinctPower, &exponent, &surviving, &attenuation}) row->resize(most);
 }
 
@@ -65,6 +67,7 @@ bool SurvivalColumns::SetMortalities(std::size_t number, const Parameters& p, Ki
   }
   if (effectsServe_[number]) {
     if (!effects_.Fill(piece, p, rows.effects)) return false;
+    if (SetMortalitiesInRow(piece, p, kind, rows)) return true;
     for (std::size_t i = 0; i < piece.mortality.Size(); ++i)
       if (!SetMortality(piece.mortality.begin + i, rows.effects.Of(i, p), i == 0, kind)) return false;
     return true;
@@ -91,12 +94,36 @@ SurvivalColumns::Changes SurvivalColumns::OfBroods() const {
   return changes;
 }
 
+SurvivalColumns::Kind SurvivalColumns::KindOf(double AlphaR, double AlphaC) {
+  if (AlphaR > 0 && AlphaC == 0) return Kind::Random;
+  return AlphaC > 0 && AlphaR == 0 ? Kind::Correlated : Kind::Both;
+}
+
+/// No intermediate result is beyond all bounds where neither the rates nor what comes of them are.
+bool SurvivalColumns::SetMortalitiesInRow(const ObjectivePlan::Piece& piece, const Parameters& p, Kind& kind,
+                                          Rows& rows) {
+  const std::size_t size = piece.mortality.Size(), first = piece.mortality.begin;
+  const auto& [AlphaR, BetaR, AlphaC, BetaC] = rows.effects.values;
+  const auto normaliser = std::span(rows.exponent).first(size), shareR = std::span(rows.surviving).first(size),
+             shareC = std::span(rows.attenuation).first(size);
+  Columns().constants(p.c_B, p.f_B, AlphaR.data(), AlphaC.data(), normaliser.data(), shareR.data(), shareC.data(),
+                      size);
+  kind = KindOf(AlphaR[0], AlphaC[0]);
+  bool ofOneKind = true;
+  for (std::size_t i = 0; i < size; ++i) {
+    ofOneKind &= KindOf(AlphaR[i], AlphaC[i]) == kind;
+    random_.rate[first + i] = {AlphaR[i], BetaR[i], p.f_B, normaliser[i], shareR[i]};
+    correlated_.rate[first + i] = {AlphaC[i], BetaC[i], p.f_B, normaliser[i], shareC[i]};
+  }
+  return ofOneKind && AreBounded(std::array{p.c_B, p.f_B}) && AreBounded(std::span(AlphaR).first(size)) &&
+         AreBounded(std::span(AlphaC).first(size)) && AreBounded(normaliser) &&
+         (kind == Kind::Correlated || AreBounded(shareR)) && (kind == Kind::Random || AreBounded(shareC));
+}
+
 bool SurvivalColumns::SetMortality(std::size_t number, const Mortality& mortality, bool first, Kind& kind) {
   const SurvivalFunctions functions(mortality);
   const SurvivalFunctions::Constants constants = functions.OfTheMortality();
-  const Kind ofThis = functions.RandomOnly()       ? Kind::Random
-                      : functions.CorrelatedOnly() ? Kind::Correlated
-                                                   : Kind::Both;
+  const Kind ofThis = KindOf(mortality.AlphaR, mortality.AlphaC);
   if (first) kind = ofThis;
   if (constants.failed || kind != ofThis) return false;
   const auto [AlphaR, BetaR, AlphaC, BetaC, c, f] = mortality;

@@ -50,6 +50,7 @@ class SurvivalColumns {
 
  private:
   enum class Kind { Random, Correlated, Both };  // which mortality acts
+  static Kind KindOf(double AlphaR, double AlphaC);
   /// The shares alive under one kind of mortality, and what they were computed from.
   struct Shares {
     std::vector<SurvivalRate> rate, made;       // of each mortality: now, and of those in `alive`
@@ -65,6 +66,8 @@ class SurvivalColumns {
   };
 
   bool SetMortalities(std::size_t piece, const Parameters& p, Kind& kind, Rows& rows);
+  /// All of a piece at once; false where one has to be looked at alone.
+  bool SetMortalitiesInRow(const ObjectivePlan::Piece& piece, const Parameters& p, Kind& kind, Rows& rows);
   /// False where its constants fail, or where it is of another kind than the first of its piece.
   bool SetMortality(std::size_t number, const Mortality& mortality, bool first, Kind& kind);
   bool FillSurvival(const ObjectivePlan::Piece& piece, Kind kind, bool BootstrapMode, const Changes& hatched,

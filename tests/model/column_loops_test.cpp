@@ -9,6 +9,7 @@
 
 #include "model/same_bits.h"
 #include "model/streams.h"
+#include "model/survival.h"
 
 namespace merlane {
 namespace {
@@ -93,6 +94,26 @@ TEST_P(ColumnLoopWay, SharesAliveHaveTheBitsOfOneAlone) {
     GetParam().correlatedShares(rates.data(), mortality.data(), surviving.data(), column.data(), n);
     expect("correlated share",
            [&](const SurvivalRate& rate, std::size_t i) { return rate.share * surviving[i] / rate.normaliser; });
+  });
+}
+
+TEST_P(ColumnLoopWay, ConstantsOfMortalitiesHaveTheBitsOfOneAlone) {
+  ForLengths([&](std::size_t n) {
+    Column AlphaR(n), AlphaC(n);
+    for (Column* const column : {&AlphaR, &AlphaC})
+      for (double& Alpha : *column) Alpha = Uniform() < 0.2 ? 0 : 10 * Uniform();
+    const double c = Uniform() < 0.2 ? 0 : Uniform(), f = Uniform() < 0.2 ? 0 : Uniform();
+    Column normaliser(n), shareR(n), shareC(n), expected[3] = {Column(n), Column(n), Column(n)};
+    GetParam().constants(c, f, AlphaR.data(), AlphaC.data(), normaliser.data(), shareR.data(), shareC.data(), n);
+    for (std::size_t i = 0; i < n; ++i) {
+      const SurvivalFunctions functions({AlphaR[i], 1, AlphaC[i], 1, c, f});
+      expected[0][i] = functions.OfTheMortality().normaliser;
+      expected[1][i] = functions.OfTheMortality().shareR;
+      expected[2][i] = functions.OfTheMortality().shareC;
+    }
+    ExpectSame(normaliser, expected[0], "normaliser");
+    ExpectSame(shareR, expected[1], "shareR");
+    ExpectSame(shareC, expected[2], "shareC");
   });
 }
 
