@@ -61,7 +61,8 @@ struct FitsAheadTest : ::testing::Test {
 
   /// The objective as it is evaluated without anybody ahead.
   struct Evaluator {
-    Evaluator(const BroodData& data, LikelihoodState& s) : state(s), likelihood(data) {
+    Evaluator(const BroodData& data, LikelihoodState& s, std::shared_ptr<EvaluationPlans> plans = nullptr)
+        : state(s), likelihood(data, nullptr, std::move(plans)) {
       setting.BootstrapMode = true;
       setting.tell = [](const Message&) {};
       setting.turn = [this](long more) { turns += more; };
@@ -132,6 +133,29 @@ struct FitsAheadTest : ::testing::Test {
     return {known, F};
   }
 };
+
+TEST_F(FitsAheadTest, HandOverTheDataAndThePlansOfTheVeryText) {
+  const auto ahead = AheadOf(2);
+  for (const int attempt : {1, 2}) {
+    ahead->Begin(attempt, 2);
+    const std::optional<MerlaneModel::ReadElsewhere> read = ahead->Read(attempt, DataOf(attempt));
+    ASSERT_TRUE(read);
+    test::Reading alone;
+    alone.Of(DataOf(attempt), true);
+    EXPECT_TRUE(read->data->HasSameRecords(alone.data));
+    EXPECT_EQ(read->data->VisitCount, alone.data.VisitCount);
+    LikelihoodState ofRead = fit, ofAlone = fit;
+    EXPECT_EQ(Evaluator(*read->data, ofRead, read->plans).At(vectors[1], 1),
+              Evaluator(alone.data, ofAlone).At(vectors[1], 1));
+    EXPECT_FALSE(ahead->Read(attempt, DataOf(attempt))) << "handed over once";
+  }
+}
+
+TEST_F(FitsAheadTest, HandOverNoDataOfAnotherText) {
+  const auto ahead = AheadOf(2);
+  EXPECT_FALSE(ahead->Read(1, DataOf(2)));
+  EXPECT_FALSE(ahead->Read(3, DataOf(3))) << "which nobody has begun";
+}
 
 TEST_F(FitsAheadTest, GiveTheOutcomeAndTheTurnsOfEachCallInOrder) {
   const auto ahead = AheadOf(3);
