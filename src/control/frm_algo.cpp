@@ -71,7 +71,8 @@ void FrmAlgo::OnLoad() {
   desk.charge.Take(*this, Charge::Resting::Commands);
   BuildFuseGroups(state_);
   PackFree(state_);
-  before_ = Data();
+  before_ = {};  // where there is no memory for a copy there is none, rather than half of one
+  before_ = AlgorithmData(Data());
   if (StepFraction == 0) StepFraction = 0.1;
   ShowName();
   mnuValue.enabled = Offered(EditItem::Values);
