@@ -40,18 +40,29 @@ std::string SecondTerms(const PriorTerm& mean, const PriorTerm& sd) {
   return TermField(mean) + (last.front() == ' ' ? "" : " ") + last;
 }
 
+/// Whether a first term whose exponent has lost a digit would be read with the one that stands behind it.
+bool WouldGoOn(const std::string& term, const std::string& next) {
+  return static_cast<int>(term.size()) == TermWidth && term.front() == '-' && next.front() >= '0' &&
+         next.front() <= '9';
+}
+
+/// The two terms that are numbers, and those that may be texts.
+std::string FirstAndSecondTerms(const Priors& priors, int i) {
+  const std::string mean = TermField(priors.PriorFirstMean(i)), sd = TermField(priors.PriorFirstSD(i));
+  const std::string second = SecondTerms(priors.PriorSecondMean(i), priors.PriorSecondSD(i));
+  return mean + sd + (WouldGoOn(sd, second) ? " " : "") + second;
+}
+
+std::string PriorLine(const Priors& priors, int i) {
+  return fmt::format("{}   {}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
+                     FirstAndSecondTerms(priors, i), PriorDistName(priors.PriorCode(i)));
+}
+
 /// A first term: the number that it is read as, and whether nothing but that stands there.
 struct TermRead {
   double number;
   bool isNumber;
 };
-
-std::string PriorLine(const Priors& priors, int i) {
-  return fmt::format("{}   {}{}{}{}   {}\r\n", RightSet(std::to_string(i), 3), RightSet(priors.PriorCode(i), 1),
-                     TermField(priors.PriorFirstMean(i)), TermField(priors.PriorFirstSD(i)),
-                     SecondTerms(priors.PriorSecondMean(i), priors.PriorSecondSD(i)),
-                     PriorDistName(priors.PriorCode(i)));
-}
 
 /// Hands out the terms of a line one behind the other; one that has outgrown its columns moves those behind it.
 class TermReader {

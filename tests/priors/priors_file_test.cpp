@@ -53,6 +53,14 @@ TEST(PriorsFile, ATermThatIsNoNumberIsToldWithItsLineWhereTheDistributionHasOne)
             "line 5: the SD of parameter 4 is no number; it is read as 0");
 }
 
+TEST(PriorsFile, AnExponentThatHasLostADigitDoesNotGoOnWithATextBehindIt) {
+  const Priors priors = test::PriorsOf(1, "T", 0.1, -1, "0123456789.5", PriorTerm("0.02"));
+  const Priors back = ReadPriorsText(PriorsFileText(priors), 1).priors;
+  EXPECT_EQ(back.PriorFirstSD(1), -1);
+  EXPECT_EQ(back.PriorSecondMean(1), PriorTerm("0123456789.5"));
+  EXPECT_EQ(ReadPriorsText(PriorsFileText(back), 1).priors.PriorFirstSD(1), -1);
+}
+
 TEST(PriorsFile, TwoTermsTypedWithManyCharactersAreReadAsTwo) {
   for (const std::string mean : {"0.1234567890123", "0.123456789", "0.5"}) {
     const Priors priors = test::PriorsOf(1, "T", 0.1, 0.02, mean, PriorTerm("0.0123456789"));
