@@ -46,9 +46,10 @@ void RequireConsistent(const BroodData& data) {
   Require(next == visits, "each visit belongs to a brood");
 }
 
-bool IsCut(const std::string& code, bool utf8) {
-  return (utf8 ? CharacterCount(code) : code.size()) < static_cast<std::size_t>(record::Code.Width());
-}
+constexpr auto CodeWidth = static_cast<std::size_t>(record::Code.Width());
+
+bool IsCut(const std::string& code) { return code.size() < CodeWidth; }
+bool IsNarrow(const std::string& code) { return CharacterCount(code) < CodeWidth; }
 
 /// The counts of real data rise at times, and not as a simulation's do; what is written are those of the records.
 void RequireSameBack(const BroodData& data, const ReadingReport& report, int covariates) {
@@ -58,10 +59,12 @@ void RequireSameBack(const BroodData& data, const ReadingReport& report, int cov
   for (std::size_t v = 0; v < data.VisitAge.size(); ++v) gaps = gaps || !data.HasRecord(v);
   Require(!gaps || report.oddities.Has(Oddity::Gap), "gaps are told");
   if (gaps || report.oddities.Has(Oddity::Apart)) return;
-  if (std::ranges::any_of(data.BroodCode,
-                          [&data](const std::string& code) { return IsCut(code, data.CodesAreUtf8); })) {
-    Require(report.oddities.Has(Oddity::Separator), "a line that ends within its code is told");
-    return;  // it is written with blanks before it, and is another one
+  // A line that ends within its code is told, and written with blanks before it, which is another code; so is a code of
+  // letters of several bytes in a file that is not UTF-8 elsewhere.
+  if (std::ranges::any_of(data.BroodCode, IsNarrow)) {
+    Require(report.oddities.Has(Oddity::Separator) || std::ranges::none_of(data.BroodCode, IsCut),
+            "a line that ends within its code is told");
+    return;
   }
   std::string text;
   try {
