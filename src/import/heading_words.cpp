@@ -180,9 +180,10 @@ std::vector<Meaning> MeaningsOf(std::string_view heading) {
   constexpr std::size_t LongestHeading = 40;
   std::vector<Meaning> meanings;
   const std::string letters = HeadingLetters(heading);
-  // Numbers tell columns of one kind apart, such as Year1995 and Year1996: none of them is the one that is meant.
-  const bool hasNumber = heading.find_first_of("0123456789") != std::string_view::npos;
-  if (letters.empty() || letters.size() > LongestHeading || hasNumber) return meanings;
+  // Numbers tell columns of one kind apart, such as Year1995 and Year1996: none of them is the one that is meant. A
+  // share in percent is not what it is a share of.
+  const bool isOther = heading.find_first_of("0123456789%") != std::string_view::npos;
+  if (letters.empty() || letters.size() > LongestHeading || isOther) return meanings;
   for (const Vocabulary& vocabulary : Vocabularies())
     if (AreOf(WordsOf(heading), vocabulary) || AreOf({letters}, vocabulary)) meanings.push_back(vocabulary.meaning);
   return meanings;

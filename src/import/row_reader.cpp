@@ -237,6 +237,8 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   for (const std::size_t column : columns_.Of(Role::Count)) {
     const std::optional<int> count = fields.Whole(Role::Count, column, 0, MostOfInt16 - 1);
     if (count) sum = sum.value_or(0) + *count;
+    if (const std::string_view text = fields.At(column); count && text.find_first_of("eE") != std::string_view::npos)
+      remarks_.Count(line, fmt::format("the number \"{}\" was read with a power of ten, as {}", text, *count));
     isMissing = isMissing || (!count && !fields.At(column).empty());
   }
   if (isMissing && sum == 0)
@@ -299,6 +301,11 @@ void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) 
     remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
   if (age > 0 && counts(eggs_, Stage::Eggs))
     remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
+  if (visit.count != 0 || choices_.Has(Role::Stage)) return;
+  if (age > 0 && !eggs_.empty() && young_.empty())
+    remarks_.Count(visit.line, "no eggs are counted, and by its age the brood has hatched: it counts as dead");
+  if (age < 0 && eggs_.empty() && !young_.empty())
+    remarks_.Count(visit.line, "no young are counted, and by its age none has hatched: the clutch counts as dead");
 }
 
 void RowReader::RemarkMonths() {

@@ -55,6 +55,34 @@ TEST(ImportVisits, ATableInTheOrderOfTheFormatGoesThroughAsItIs) {
   EXPECT_THAT(imported.remarks, IsEmpty());
 }
 
+TEST(ImportVisits, NoneOfTheOnlyKindThatIsCountedIsToldWhereTheBroodIsOfTheOther) {
+  EXPECT_THAT(AsProposed("Nest;Date;Hatch date;Eggs;Pollos vivos\n"
+                         "A;2023-05-03;2023-05-13;7;\n"
+                         "A;2023-05-14;2023-05-13;0;6\n"
+                         "A;2023-05-20;2023-05-13;0;5\n")
+                  .remarks,
+              Contains(HasSubstr("no eggs are counted, and by its age the brood has hatched: it counts as dead")));
+  EXPECT_THAT(AsProposed("Nest;Date;Hatch date;Young\n"
+                         "A;2023-05-03;2023-05-13;0\n"
+                         "A;2023-05-09;2023-05-13;0\n")
+                  .remarks,
+              Contains(HasSubstr("no young are counted, and by its age none has hatched: the clutch counts as dead")));
+}
+
+TEST(ImportVisits, ANumberWithAPowerOfTenIsTold) {
+  const Imported imported =
+      AsProposed("Nest,Date,Hatch date,Young\nA,2023-05-10,2023-05-08,1E1\nA,2023-05-12,2023-05-08,8\n");
+  EXPECT_THAT(imported.remarks, Contains(HasSubstr("\"1E1\" was read with a power of ten, as 10")));
+}
+
+TEST(ImportVisits, AShareInPercentIsNotProposedAsTheNumber) {
+  for (const std::string heading : {"% young", "Young (%)", "Eggs %"}) {
+    const ImportChoices choices = ProposedChoices("Nest,Date,Hatch date," + heading +
+                                                  "\nA,2023-05-10,2023-05-08,100\nA,2023-05-12,2023-05-08,80\n");
+    EXPECT_FALSE(choices.Has(Role::Count)) << heading;
+  }
+}
+
 TEST(ImportVisits, DatesGiveDaysAndYearsAndHatchDatesGiveAges) {
   const std::string records =
       "    2023,       A,     150,     160,     -10,       5\r\n"
