@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <filesystem>
 #include <limits>
 
 #include "base/arithmetic.h"
@@ -148,13 +147,13 @@ void BootstrapCommand::Offer(const File& file) {
 
 bool BootstrapCommand::Save(const File& file) {
   const std::string& name = state_.algorithm.AlgShortName;
-  auto path = desk_.AskFile({FileRequest::Kind::Save, file.dialogTitle,
-                             fmt::format("All files (*.*)|*.*|Bootstrapped parameter value files (*{0})|*{0}|Named for "
-                                         "algorithm file ({1}.*)|{1}.*|",
-                                         file.extension, name),
-                             2, name + file.extension});
+  const auto path =
+      desk_.AskFile({FileRequest::Kind::Save, file.dialogTitle,
+                     fmt::format("All files (*.*)|*.*|Bootstrapped parameter value files (*{0})|*{0}|Named for "
+                                 "algorithm file ({1}.*)|{1}.*|",
+                                 file.extension, name),
+                     2, name + file.extension, file.extension, FileRequest::Adding::WhereNone});
   if (!path) return false;
-  if (!std::filesystem::path(*path).has_extension()) *path += file.extension;
   try {
     desk_.Write(*path, file.text);
   } catch (const RuntimeFailure& failure) {

@@ -2,6 +2,9 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "base/text.h"
 
 namespace merlane {
 
@@ -43,7 +46,8 @@ struct InputRequest {
 /// A request for a file. The filter is pairs of a description and a pattern, each followed by a vertical bar.
 struct FileRequest {
   enum class Kind { Open, Save };
-  enum class Adding { WhereMissing, Always };
+  /// Where the name has no extension at all, where it does not end with this one, or always.
+  enum class Adding { WhereNone, WhereMissing, Always };
   Kind kind = Kind::Open;
   std::string title;
   std::string filter;
@@ -55,7 +59,8 @@ struct FileRequest {
 
   /// The path that a chosen name stands for.
   std::string PathOf(const std::string& chosen) const {
-    return adding == Adding::WhereMissing && chosen.ends_with(extension) ? chosen : chosen + extension;
+    if (adding == Adding::WhereNone && FileName(chosen).find('.', 1) != std::string_view::npos) return chosen;
+    return adding != Adding::Always && chosen.ends_with(extension) ? chosen : chosen + extension;
   }
 };
 

@@ -985,6 +985,9 @@ TEST_F(BootstrapQuestions, ReportsAreSavedUnderTheNameOfTheAlgorithmFile) {
             "All files (*.*)|*.*|Bootstrapped parameter value files (*.bse)|*.bse|Named for algorithm file "
             "(juveniles_only.*)|juveniles_only.*|");
   EXPECT_EQ(windows.files[0].startName, "juveniles_only.bpv");
+  EXPECT_EQ(windows.files[0].PathOf("kept"), "kept.bpv") << "what is asked whether to overwrite";
+  EXPECT_EQ(windows.files[1].PathOf("runs.1/kept"), "runs.1/kept.bse");
+  EXPECT_EQ(windows.files[1].PathOf("kept.txt"), "kept.txt");
   EXPECT_THAT(ReadWholeFile(folder / "kept.bpv"), StartsWith("Parameter # etc. >,"));
   EXPECT_THAT(ReadWholeFile(folder / "kept.txt"), StartsWith("    Year,    Code,"));
 }
