@@ -18,6 +18,18 @@ Answer AnswerOf(const std::string& word) {
   return Answer::Ok;
 }
 
+const char* WordFor(FileRequest::Adding adding) {
+  switch (adding) {
+    case FileRequest::Adding::WhereNone:
+      return "where none";
+    case FileRequest::Adding::WhereMissing:
+      return "where missing";
+    case FileRequest::Adding::Always:
+      return "always";
+  }
+  return "";
+}
+
 }  // namespace
 
 // A look at the clock leaves the module.
@@ -55,14 +67,13 @@ std::optional<std::string> PageHost::InputBox(const InputRequest& request) {
 
 std::optional<std::string> PageHost::AskFile(const FileRequest& request) {
   const bool saves = request.kind == FileRequest::Kind::Save;
-  const std::vector<std::string> answer =
-      Ask(JsonObject({{"kind", JsonOf(saves ? "save" : "open")},
-                      {"title", JsonOf(request.title)},
-                      {"filter", JsonOf(request.filter)},
-                      {"filterIndex", JsonOf(request.filterIndex)},
-                      {"start", JsonOf(request.startName)},
-                      {"extension", JsonOf(request.extension)},
-                      {"always", JsonOf(request.adding == FileRequest::Adding::Always)}}));
+  const std::vector<std::string> answer = Ask(JsonObject({{"kind", JsonOf(saves ? "save" : "open")},
+                                                          {"title", JsonOf(request.title)},
+                                                          {"filter", JsonOf(request.filter)},
+                                                          {"filterIndex", JsonOf(request.filterIndex)},
+                                                          {"start", JsonOf(request.startName)},
+                                                          {"extension", JsonOf(request.extension)},
+                                                          {"adding", JsonOf(WordFor(request.adding))}}));
   if (answer.empty()) return std::nullopt;
   return answer[0];
 }

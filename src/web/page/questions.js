@@ -148,6 +148,12 @@ function askOpen(question) {
                    { text: "Cancel", value: null, name: "cancel" }], null, "open");
 }
 
+/** What the program will add to the name of a file: nothing where it has what it need have. */
+function addedTo(name, { extension, adding }) {
+  if (adding === "where none" && name.includes(".", 1)) return "";
+  return adding !== "always" && name.endsWith(extension) ? "" : extension;
+}
+
 async function askSave(question) {
   const start = question.start.split("/").pop();
   for (let proposed = start;;) {
@@ -158,7 +164,7 @@ async function askSave(question) {
                                    isDefault: true, name: "save" },
                                  { text: "Cancel", value: null, name: "cancel" }], null, "line");
     if (name === null) return null;
-    const added = question.extension && (question.always || !name.endsWith(question.extension)) ? question.extension : "";
+    const added = addedTo(name, question);
     if (!files.names().includes(name + added) ||
         await dialogOf(question.title, [make("p", { class: "said" }, `${name + added} already exists.\nDo you want to replace it?`)],
                        [{ text: "&Yes", value: true, name: "yes" }, { text: "&No", value: false, isDefault: true, name: "no" }],
