@@ -7,6 +7,7 @@
 #include "base/at_end.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "control/fuses.h"
 #include "data/data_digest.h"
 #include "minimise/evaluate_trial.h"
 #include "model/catalogue.h"
@@ -27,10 +28,8 @@ constexpr const char* BroughtToLimit =
 
 /// Whether a search moves this parameter.
 bool IsMoved(const AlgorithmData& a, int parameter) {
-  for (int i = 1; i <= a.NPAR; ++i) {
-    const bool follows = i == parameter || (a.Fuse(parameter) != Unfused && a.Fuse(i) == a.Fuse(parameter));
-    if (a.Step(i) != 0 && follows) return true;
-  }
+  for (int i = 1; i <= a.NPAR; ++i)
+    if (a.Step(i) != 0 && LeaderOf(a.Fuse, i) == LeaderOf(a.Fuse, parameter)) return true;
   return false;
 }
 
