@@ -8,7 +8,7 @@
 #include <string>
 
 #include "field_data.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
 #include "plain_objective.h"
 
 namespace {

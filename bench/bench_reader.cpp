@@ -12,7 +12,7 @@
 #include "base/runtime_failure.h"
 #include "data/brood_reader.h"
 #include "field_data.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
 #include "platform/files.h"
 
 namespace {

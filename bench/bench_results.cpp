@@ -11,7 +11,7 @@
 
 #include "example_data.h"
 #include "field_data.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
 #include "results/effective_sizes.h"

@@ -13,8 +13,8 @@
 #include "data/brood_reader.h"
 #include "measured_run.h"
 #include "minimise/simplex.h"
-#include "model/catalogue.h"
 #include "platform/files.h"
+#include "survival/catalogue.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "control/algorithm_file.h"
 #include "data/brood_reader.h"
-#include "model/catalogue.h"
 #include "platform/files.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 

@@ -6,8 +6,8 @@
 #include <iterator>
 
 #include "data/brood_reader.h"
-#include "model/catalogue.h"
 #include "platform/random_streams.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 namespace {

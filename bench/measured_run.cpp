@@ -6,7 +6,7 @@
 #include "control/fuses.h"
 #include "example_data.h"
 #include "field_data.h"
-#include "model/catalogue.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 

@@ -6,7 +6,7 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "data/brood_data.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
 
 namespace merlane {
 

@@ -5,11 +5,11 @@
 #include "base/arithmetic.h"
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
-#include "model/calculation_problem.h"
-#include "model/catalogue.h"
-#include "model/first_evaluation.h"
-#include "model/survival.h"
+#include "likelihood/calculation_problem.h"
+#include "likelihood/first_evaluation.h"
 #include "plain_distributions.h"
+#include "survival/catalogue.h"
+#include "survival/survival.h"
 
 namespace merlane::plain {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "data/brood_data.h"
-#include "model/evaluation_setting.h"
-#include "model/likelihood_state.h"
+#include "likelihood/evaluation_setting.h"
+#include "likelihood/likelihood_state.h"
 
 namespace merlane::plain {
 

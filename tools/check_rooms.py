@@ -8,7 +8,7 @@ import re
 import sys
 
 ROOMS = ["base", "platform", "forms", "control", "plots", "priors", "minimise", "uncertainty", "inference", "data", "import",
-         "model", "results", "bootstrap", "program", "layouts", "ui", "batch", "web", "app"]
+         "survival", "likelihood", "model", "results", "bootstrap", "program", "layouts", "ui", "batch", "web", "app"]
 # The three ways to sit at the program do not know each other.
 APART = {"batch": {"ui"}, "ui": {"batch"}, "web": {"ui", "batch"}}
 QT_ROOM = "ui"

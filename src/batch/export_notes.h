@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "model/best_tables.h"
 #include "program/program.h"
+#include "survival/best_tables.h"
 
 namespace merlane {
 

@@ -4,7 +4,7 @@
 
 #include "control/run_state.h"
 #include "data/brood_data.h"
-#include "model/likelihood_state.h"
+#include "likelihood/likelihood_state.h"
 #include "program/fit.h"
 
 namespace merlane {

@@ -10,7 +10,7 @@
 #include "base/text.h"
 #include "data/data_record_text.h"
 #include "data/record_layout.h"
-#include "model/parameter_layout.h"
+#include "survival/parameter_layout.h"
 
 namespace merlane {
 namespace {

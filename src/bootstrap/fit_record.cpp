@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/same_bits.h"
 #include "platform/digest.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {

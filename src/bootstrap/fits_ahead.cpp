@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "model/same_bits.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {

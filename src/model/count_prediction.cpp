@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/interval_kinds.h"
+#include "likelihood/interval_kinds.h"
 
 namespace merlane {
 namespace {

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "data/brood_data.h"
-#include "model/best_tables.h"
-#include "model/count_distributions.h"
-#include "model/hatch_fates.h"
+#include "likelihood/count_distributions.h"
+#include "likelihood/hatch_fates.h"
+#include "survival/best_tables.h"
 
 namespace merlane {
 

@@ -1,7 +1,7 @@
 #include "model/forward_expectation.h"
 
-#include "model/interval_kinds.h"
-#include "model/survival.h"
+#include "likelihood/interval_kinds.h"
+#include "survival/survival.h"
 
 namespace merlane {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "data/brood_data.h"
 #include "model/count_prediction.h"
-#include "model/shares_by_time.h"
 #include "model/simulator.h"
+#include "survival/shares_by_time.h"
 
 namespace merlane {
 

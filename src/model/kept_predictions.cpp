@@ -4,7 +4,7 @@
 #include <bit>
 #include <new>
 
-#include "model/interval_kinds.h"
+#include "likelihood/interval_kinds.h"
 
 namespace merlane {
 namespace {

@@ -6,7 +6,7 @@
 #include "base/text.h"
 #include "data/simulation_plan.h"
 #include "data/standard_anomalies.h"
-#include "model/catalogue.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 

@@ -3,7 +3,7 @@
 #include "base/arithmetic.h"
 #include "base/at_end.h"
 #include "base/runtime_failure.h"
-#include "model/calculation_problem.h"
+#include "likelihood/calculation_problem.h"
 #include "model/forward_expectation.h"
 
 namespace merlane {

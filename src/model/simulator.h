@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "data/brood_data.h"
-#include "model/best_tables.h"
-#include "model/calculation_watch.h"
+#include "likelihood/calculation_watch.h"
 #include "model/count_prediction.h"
 #include "model/kept_predictions.h"
 #include "platform/random_streams.h"
+#include "survival/best_tables.h"
 
 namespace merlane {
 

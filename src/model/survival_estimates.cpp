@@ -4,8 +4,8 @@
 #include <string>
 
 #include "base/runtime_failure.h"
-#include "model/shares_by_time.h"
-#include "model/survival.h"
+#include "survival/shares_by_time.h"
+#include "survival/survival.h"
 
 namespace merlane {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "data/brood_data.h"
-#include "model/calculation_watch.h"
-#include "model/likelihood_state.h"
+#include "likelihood/calculation_watch.h"
+#include "likelihood/likelihood_state.h"
 
 namespace merlane {
 

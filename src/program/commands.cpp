@@ -4,8 +4,8 @@
 #include "base/at_end.h"
 #include "control/fuses.h"
 #include "control/nothing_to_do.h"
-#include "model/catalogue.h"
 #include "program/program.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 

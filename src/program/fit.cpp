@@ -10,10 +10,10 @@
 #include "control/fuses.h"
 #include "data/data_digest.h"
 #include "minimise/evaluate_trial.h"
-#include "model/catalogue.h"
-#include "model/parameter_layout.h"
 #include "priors/priors_file.h"
 #include "program/program.h"
+#include "survival/catalogue.h"
+#include "survival/parameter_layout.h"
 
 namespace merlane {
 namespace {

@@ -3,7 +3,7 @@
 #include "control/frm_main.h"
 #include "control/run_state.h"
 #include "forms/desk.h"
-#include "model/calculation_watch.h"
+#include "likelihood/calculation_watch.h"
 
 namespace merlane {
 

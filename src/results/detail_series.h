@@ -4,10 +4,10 @@
 #include <string>
 
 #include "data/brood_data.h"
-#include "model/best_tables.h"
 #include "model/simulator.h"
 #include "model/survival_estimates.h"
 #include "plots/plot_table.h"
+#include "survival/best_tables.h"
 
 namespace merlane {
 

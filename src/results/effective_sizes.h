@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "data/brood_data.h"
-#include "model/best_tables.h"
-#include "model/calculation_watch.h"
+#include "likelihood/calculation_watch.h"
+#include "survival/best_tables.h"
 
 namespace merlane {
 

@@ -9,8 +9,8 @@
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
 #include "base/text.h"
-#include "model/catalogue.h"
 #include "results/goodness_of_fit.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 namespace {

@@ -15,7 +15,7 @@
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "data/data_record_text.h"
-#include "model/interval_kinds.h"
+#include "likelihood/interval_kinds.h"
 #include "results/goodness_of_fit.h"
 #include "results/results_summary.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "data/brood_data.h"
-#include "model/calculation_watch.h"
+#include "likelihood/calculation_watch.h"
 #include "platform/random_streams.h"
 
 namespace merlane {

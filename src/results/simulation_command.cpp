@@ -1,7 +1,7 @@
 #include "results/simulation_command.h"
 
-#include "model/catalogue.h"
 #include "results/simulated_data_text.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 namespace {

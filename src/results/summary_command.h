@@ -6,7 +6,7 @@
 #include "control/objective.h"
 #include "control/run_state.h"
 #include "forms/desk.h"
-#include "model/calculation_watch.h"
+#include "likelihood/calculation_watch.h"
 #include "model/merlane_model.h"
 #include "results/desk_watch.h"
 

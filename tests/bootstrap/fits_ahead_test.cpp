@@ -10,9 +10,9 @@
 
 #include "base/runtime_failure.h"
 #include "data/data_text.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
+#include "likelihood/streams.h"
 #include "model/simulator.h"
-#include "model/streams.h"
 
 namespace merlane {
 namespace {

@@ -5,11 +5,11 @@
 #include <new>
 
 #include "field_data.h"
-#include "model/best_tables.h"
+#include "likelihood/likelihood.h"
 #include "model/kept_predictions.h"
-#include "model/likelihood.h"
-#include "model/same_bits.h"
 #include "support/counted_memory.h"
+#include "survival/best_tables.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {

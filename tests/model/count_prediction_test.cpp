@@ -4,10 +4,10 @@
 
 #include "base/elementary.h"
 #include "base/runtime_failure.h"
-#include "model/analysis.h"
-#include "model/evaluated_case.h"
+#include "likelihood/analysis.h"
+#include "likelihood/evaluated_case.h"
+#include "likelihood/streams.h"
 #include "model/simulator.h"
-#include "model/streams.h"
 #include "plain_distributions.h"
 
 namespace merlane {

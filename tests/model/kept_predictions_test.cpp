@@ -4,9 +4,9 @@
 
 #include "base/runtime_failure.h"
 #include "field_data.h"
-#include "model/best_tables.h"
-#include "model/evaluated_case.h"
-#include "model/same_bits.h"
+#include "likelihood/evaluated_case.h"
+#include "survival/best_tables.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {
@@ -109,7 +109,7 @@ TEST(KeptPredictions, WhatCannotBeBuiltFailsWhereverItIsAskedFor) {
   Field field(FieldDataPlan::Covariates::None);
   field.state.best.parameters.v_N = -1e300;  // an overdispersion that overflows
   KeptPredictions kept(field.data, field.state.best.parameters);
-  int failing = 0;
+  int withoutResult = 0;
   ForEachPrediction(field.data, field.state.best, [&](int brood, int visit, int n) {
     const CountExpectation expected = BestExpectation(field.data, field.state.best.survival, brood, visit);
     CountPredictor predictor(field.data, field.state.best.parameters);
@@ -125,7 +125,7 @@ TEST(KeptPredictions, WhatCannotBeBuiltFailsWhereverItIsAskedFor) {
         ExpectSame(kept.Of(visit, n, expected), fresh);
         continue;
       }
-      ++failing;
+      ++withoutResult;
       try {
         kept.Of(visit, n, expected);
         ADD_FAILURE() << "visit " << visit;
@@ -134,7 +134,7 @@ TEST(KeptPredictions, WhatCannotBeBuiltFailsWhereverItIsAskedFor) {
       }
     }
   });
-  EXPECT_GT(failing, 10);
+  EXPECT_GT(withoutResult, 10);
 }
 
 }  // namespace

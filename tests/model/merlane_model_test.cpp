@@ -6,9 +6,9 @@
 #include "data/data_text.h"
 #include "data/golden_case.h"
 #include "data/reading_dialogue.h"
-#include "model/catalogue.h"
 #include "platform/files.h"
 #include "support/scripted_host.h"
+#include "survival/catalogue.h"
 
 namespace merlane {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "base/runtime_failure.h"
-#include "model/same_bits.h"
-#include "model/streams.h"
+#include "likelihood/streams.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "data/simulation_plan.h"
-#include "model/likelihood.h"
+#include "likelihood/likelihood.h"
+#include "likelihood/streams.h"
 #include "model/simulator.h"
-#include "model/streams.h"
 
 namespace merlane::test {
 

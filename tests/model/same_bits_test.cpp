@@ -11,11 +11,11 @@
 #include "data/golden_case.h"
 #include "data/standard_anomalies.h"
 #include "field_data.h"
-#include "model/catalogue.h"
-#include "model/likelihood.h"
-#include "model/same_bits.h"
+#include "likelihood/likelihood.h"
 #include "plain_objective.h"
 #include "platform/files.h"
+#include "survival/catalogue.h"
+#include "survival/same_bits.h"
 
 namespace merlane {
 namespace {

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/analysis.h"
-#include "model/evaluated_case.h"
+#include "likelihood/analysis.h"
+#include "likelihood/evaluated_case.h"
 #include "model/forward_expectation.h"
 #include "model/planned.h"
 #include "platform/files.h"

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "base/runtime_failure.h"
-#include "model/analysis.h"
-#include "model/evaluated_case.h"
+#include "likelihood/analysis.h"
+#include "likelihood/evaluated_case.h"
 
 namespace merlane {
 namespace {

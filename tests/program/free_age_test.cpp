@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 
 #include "base/number_text.h"
-#include "model/parameter_layout.h"
 #include "program/analysis.h"
 #include "program/fresh_program.h"
+#include "survival/parameter_layout.h"
 
 namespace merlane {
 namespace {

@@ -8,7 +8,7 @@
 #include "base/runtime_failure.h"
 #include "control/algorithm_file.h"
 #include "data/golden_case.h"
-#include "model/analysis.h"
+#include "likelihood/analysis.h"
 #include "platform/files.h"
 
 namespace merlane {

@@ -5,7 +5,7 @@
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
-#include "model/analysis.h"
+#include "likelihood/analysis.h"
 
 namespace merlane {
 namespace {

@@ -1,0 +1,32 @@
+#include "likelihood/hatch_fates.h"
+
+#include <algorithm>
+
+namespace merlane {
+
+OverHatch::OverHatch(const SurvivalTables& tables, std::size_t brood)
+    : EHatchR(tables.EHatchR[brood]),
+      EHatchC(tables.EHatchC[brood]),
+      juveniles{tables.JuvRR[brood], tables.JuvCR[brood], tables.JuvRC[brood], tables.JuvCC[brood]} {}
+
+bool Occurs(HatchFate fate, const CountErrors& errors, const OverHatch& expected) {
+  return expected.juveniles[fate] != Missing && errors.eggs.CanBe(CorrelatedEggs(fate)) &&
+         errors.juveniles.CanBe(CorrelatedJuveniles(fate));
+}
+
+bool FateDistribution(HatchFate fate, const CountDistributions& distributions, KeptGammaLn& logGamma,
+                      const CountErrors& errors, const OverHatch& expected, int n, double age, std::span<double> Pmf,
+                      const std::function<void(long)>& turn) {
+  if (!(expected.juveniles[fate] > 0)) {
+    std::ranges::fill(Pmf, 0.0);
+    return true;
+  }
+  const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
+  const bool overdispersed = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2;
+  // The juveniles' overdispersion is taken at the negative age of the clutch, so that it exceeds its value at hatch.
+  return distributions.Calc_Probs_and_Theta(logGamma, overdispersed ? 2 : 1, n, errors.eggs.Theta(eggsC, age),
+                                            errors.juveniles.Theta(juvsC, age), expected.EHatch(fate),
+                                            expected.juveniles[fate], Pmf, turn);
+}
+
+}  // namespace merlane
