@@ -53,8 +53,7 @@ class TableFiller {
     if (record.visit == 1) data_.BroodCode[b] = line.Text(record::Code);
     data_.VisitYear[v] = static_cast<std::int16_t>(data_.YearAt(record.year));
     StoreDate(line, v);
-    data_.HatchDate[b] = fields_.Whole(line, record::HatchDay);
-    if (data_.HatchDate[b] == Missing) fields_.Note(Oddity::Mark, line, record::HatchDay, "a hatch day");
+    data_.HatchDate[b] = fields_.Day(line, record::HatchDay, "a hatch day");
     StoreAge(line, b, v);
     StoreCount(line, v);
     if (record.visit == 1)
@@ -73,8 +72,7 @@ class TableFiller {
   }
 
   void StoreDate(const DataLine& line, std::size_t v) {
-    const std::int16_t date = data_.VisitDate[v] = fields_.Whole(line, record::Date);
-    if (date == Missing) fields_.Note(Oddity::Mark, line, record::Date, "a day");
+    const std::int16_t date = data_.VisitDate[v] = fields_.Day(line, record::Date, "a day");
     if (date < data_.MinDate) data_.MinDate = CheckedInt16(5 * (date / 5));
     if (date > data_.MaxDate)
       data_.MaxDate =

@@ -31,6 +31,7 @@ enum class Oddity {
   Aging,      // a brood that is older by another number than that by which its day is later
   NoCode,     // blanks where a code belongs
   Beyond,     // a field behind the last one that the heading names or that is read
+  OtherYear,  // a day or a hatch day that is none of 1 to 366
 };
 
 /// What a text of a file is when it is shown: letters of all languages as they are, other bytes as their codes.

@@ -57,6 +57,17 @@ std::int16_t FieldReader::Count(const DataLine& line) {
   return count;
 }
 
+std::int16_t FieldReader::Day(const DataLine& line, RecordField field, const char* mark) {
+  constexpr int LastDay = 366;
+  const std::int16_t day = Whole(line, field);
+  const bool standsForNone = field.first == record::HatchDay.first && day == 0;
+  if (day == Missing)
+    Note(Oddity::Mark, line, field, mark);
+  else if ((day < 1 || day > LastDay) && !standsForNone)
+    Note(Oddity::OtherYear, line, field, std::to_string(day));
+  return day;
+}
+
 double FieldReader::Age(const DataLine& line) {
   const double age = Number(line, record::Age);
   if (age == Missing) Note(Oddity::Mark, line, record::Age, "an unknown age of a clutch");

@@ -18,6 +18,8 @@ class FieldReader {
   double Covariate(const DataLine& line, int m);
   /// A count, of which -999 is the mark for none.
   std::int16_t Count(const DataLine& line);
+  /// A day of the year, or a hatch day, of which 0 stands for none; -999 is `mark`.
+  std::int16_t Day(const DataLine& line, RecordField field, const char* mark);
   /// An age that is no unknown one; -999 is the mark for it all the same.
   double Age(const DataLine& line);
 

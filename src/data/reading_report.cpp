@@ -73,6 +73,9 @@ std::string WhatOf(Oddity kind, int count) {
     case Oddity::Beyond:
       return Counted(count, "line goes on behind its last field, and that was not read",
                      "lines go on behind their last field, and that was not read");
+    case Oddity::OtherYear:
+      return Counted(count, "day is none of its year", "days are none of their years") +
+             " (of 1 to 366; behind a New Year they count on)";
   }
   return "";
 }
@@ -152,7 +155,7 @@ std::string Covariate(const BroodData& data, const ReadingReport& report, int m)
   std::string text = fmt::format("Covariate {} \"{}\": ", m, Shown(data.CovariateName(m)));
   text += n == 0 ? "no values" : fmt::format("{} to {}, mean {:.6g}", Shortest(least), Shortest(most), sum / n);
   if (fields.empty > 0) text += fmt::format("; empty in {}", Counted(fields.empty, "record", "records"));
-  if (fields.notNumbers > 0) text += fmt::format("; no number in {}", Counted(fields.notNumbers, "brood", "broods"));
+  if (fields.notNumbers > 0) text += fmt::format("; no number in {}", Counted(fields.notNumbers, "record", "records"));
   return text + LineEnd;
 }
 

@@ -32,7 +32,7 @@ class Oddities {
 
  private:
   static constexpr int MostShown = 5;
-  static constexpr std::size_t Kinds = 18;
+  static constexpr std::size_t Kinds = 19;
   struct Kind {
     int count = 0;
     std::vector<std::string> first;

@@ -114,6 +114,7 @@ class Surveyor {
       ++report.skipped.covariate;
     } else if (IsCensored(line)) {
       ++report.skipped.censored;
+      fields_.Age(line);  // which tells one that is no number: by it the record has been left out
     } else {
       const std::int16_t year = fields_.Whole(line, record::Year);
       if (year < data_.FirstYear || year > data_.LastYear)

@@ -43,16 +43,16 @@ void VisitComparison::CompareAge(const DataLine& line, std::size_t b, std::size_
 /// Whether the record of a visit has a hatch day; 0 stands for none.
 bool VisitComparison::TellsHatchDay(std::size_t v) const { return hatchDayOf_[v] != 0 && hatchDayOf_[v] != Missing; }
 
-/// A brood's covariates are those of its first visit.
+/// A brood's covariates are those of its first visit. Those of others are told all the same where they are no numbers.
 void VisitComparison::CompareCovariates(const DataLine& line, std::size_t b) {
   for (int m = 1; m <= data_.NCov; ++m) {
     const RecordField field = record::Covariate(m);
-    if (line.Text(field) == firstVisit_[b]->Text(field)) continue;
-    const double value = data_.CovariatesOf(static_cast<int>(b))[m - 1];
-    const DataLine::Reading reading = line.Read(field);
-    if (!reading.plain || reading.value != value)
+    const bool allAreNumbers = fields_.report.covariates[static_cast<std::size_t>(m) - 1].notNumbers == 0;
+    if (allAreNumbers && line.Text(field) == firstVisit_[b]->Text(field)) continue;
+    const double first = data_.CovariatesOf(static_cast<int>(b))[m - 1];
+    if (fields_.Covariate(line, m) != first)
       fields_.Note(Oddity::Covariate,
-                   [&] { return fmt::format("{}, and {} at the first", line.At(field), Shortest(value)); });
+                   [&] { return fmt::format("{}, and {} at the first", line.At(field), Shortest(first)); });
   }
 }
 

@@ -180,9 +180,47 @@ TEST(ReadingReport, ACovariateThatIsNotAsAtTheFirstVisitIsTold) {
   };
   EXPECT_EQ(Odd(with("0.5", 160, -10) + with(".50", 161, -9) + with("0,65", 162, -8) + with("7.5", 163, -7),
                 Reading(1995, 1995, 1)),
+            "1 field is no number:\r\n"
+            "  line 4, columns 55 to 66: \"        0,65\", read as 0\r\n"
             "2 covariates are not as at the brood's first visit, which counts:\r\n"
             "  line 4, columns 55 to 66: \"        0,65\", and 0.5 at the first\r\n"
             "  line 5, columns 55 to 66: \"         7.5\", and 0.5 at the first\r\n");
+}
+
+TEST(ReadingReport, ACovariateThatIsNoNumberIsToldOfEachVisit) {
+  Reading r(1995, 1995, 1);
+  const auto with = [](const std::string& covariate, int day, int age) {
+    return Record(1995, "A", day, 170, age, 5, {covariate});
+  };
+  EXPECT_EQ(Odd(with("0,65", 160, -10) + with("0,65", 161, -9) + with("12a", 162, -8), r),
+            "3 fields are no numbers:\r\n"
+            "  line 2, columns 55 to 66: \"        0,65\", read as 0\r\n"
+            "  line 3, columns 55 to 66: \"        0,65\", read as 0\r\n"
+            "  line 4, columns 55 to 66: \"         12a\", read as 12\r\n"
+            "1 covariate is not as at the brood's first visit, which counts:\r\n"
+            "  line 4, columns 55 to 66: \"         12a\", and 0 at the first\r\n");
+  r.Of(Header + ",       Depth\n" + with("1", 160, -10) + with("NA", 161, -9));
+  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("Covariate 1 \"Depth\": 1 to 1, mean 1; no number in 1 record"));
+}
+
+TEST(ReadingReport, ADayThatIsNoneOfItsYearIsTold) {
+  EXPECT_EQ(Odd(Record("1995", "A1", "161", "0", "-?", "5") + Record("1995", "A1", "1186", "0", "-?", "4") +
+                Record("1995", "A2", "0", "720", "?", "6") + Record("1995", "A2", "366", "720", "?", "6")),
+            "4 days are none of their years (of 1 to 366; behind a New Year they count on):\r\n"
+            "  line 3, columns 19 to 26: \"    1186\", read as 1186\r\n"
+            "  line 4, columns 19 to 26: \"       0\", read as 0\r\n"
+            "  line 4, columns 28 to 35: \"     720\", read as 720\r\n"
+            "  line 5, columns 28 to 35: \"     720\", read as 720\r\n");
+}
+
+TEST(ReadingReport, AnAgeThatIsNoNumberIsToldWhereItLeavesTheRecordOut) {
+  Reading r;
+  r.data.CensorEggs = true;
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "-1O", "5") + Record("1995", "A", "165", "170", "-5", "5") +
+                    Record("1995", "A", "171", "170", "1", "5"),
+                r),
+            "1 field is no number:\r\n"
+            "  line 2, columns 37 to 44: \"     -1O\", read as -1\r\n");
 }
 
 TEST(ReadingReport, CodesAreCountedOnceAndMarksAreNotSummed) {
@@ -268,7 +306,7 @@ TEST(ReadingReport, ACovariateThatIsNoNumberIsCountedWithIt) {
   Reading r(1995, 1995, 1);
   r.Of(Header + ",       Depth\n" + Record(1995, "A", 160, 170, -10, 5, {"NA"}) +
        Record(1995, "B", 160, 170, -10, 5, {"0,65"}));
-  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("Covariate 1 \"Depth\": 0 to 0, mean 0; no number in 2 broods"));
+  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("Covariate 1 \"Depth\": 0 to 0, mean 0; no number in 2 records"));
   EXPECT_THAT(r.report.oddities.Details(2), HasSubstr("\"        0,65\", read as 0"));
 }
 
