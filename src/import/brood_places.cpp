@@ -10,7 +10,8 @@ namespace merlane {
 
 BroodPlaces::BroodPlaces(const ImportChoices& choices, const std::vector<std::string>& names) : names_(names) {
   const auto isOfPlace = [](const Meaning& meaning) {
-    return meaning.speaks == Speaks::OfPlace || (meaning.role == Role::Code && meaning.speaks == Speaks::Surely);
+    return meaning.speaks == Speaks::OfPlace || meaning.role == Role::CodePart ||
+           (meaning.role == Role::Code && meaning.speaks == Speaks::Surely);
   };
   for (std::size_t c = 0; c < choices.roles.size(); ++c)
     if ((choices.roles[c] == Role::Unused || choices.roles[c] == Role::Covariate) &&

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/runtime_failure.h"
+#include "import/fate_words.h"
 #include "import/heading.h"
 #include "import/heading_words.h"
 #include "import/stage_words.h"
@@ -19,9 +20,11 @@ class ColumnValues {
   ColumnValues(const std::vector<TextRow>& rows, std::size_t column, char decimal) : decimal_(decimal) {
     for (const TextRow& row : rows)
       if (column < row.fields.size() && !IsMissing(row.fields[column])) filled_.push_back(row.fields[column]);
+    someAreMissing_ = filled_.size() < rows.size();
   }
 
   bool Empty() const { return filled_.empty(); }
+  bool SomeAreMissing() const { return someAreMissing_; }
 
   /// Whether half of the fields that hold something, or more, are of a kind. What is not will be told when the file is
   /// imported.
@@ -75,12 +78,13 @@ class ColumnValues {
 
   static bool IsAnyDate(const std::string& field) {
     return DateIn(field, DateOrder::YearMonthDay) || DateIn(field, DateOrder::DayMonthYear) ||
-           DateIn(field, DateOrder::MonthDayYear) || HasShortYear(field);  // of which the import tells why it is none
+           DateIn(field, DateOrder::MonthDayYear) || DateIn(field, DateOrder::ShortYearMonthDay);
   }
 
  private:
   const char decimal_;
   std::vector<std::string> filled_;
+  bool someAreMissing_ = false;
 };
 
 bool IsDecimalComma(const std::string& field) {
@@ -143,6 +147,11 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
     case Role::Month:
     case Role::HatchMonth:
       return when(values.AreMonths());
+    case Role::Fate:
+      return when(meaning.speaks == Speaks::Surely ||
+                  values.Mostly([](const std::string& field) { return FateIn(field) != Fate::Untold; }));
+    case Role::CodePart:
+      return when(!values.SomeAreMissing());
     case Role::Stage:
       return values.AreNumbers() ? std::optional(Role::Covariate) : when(values.AreStages());
     default:
@@ -164,7 +173,7 @@ std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValu
   // A column without a heading holds numbers of rows, for instance.
   if (meanings.empty() && !heading.empty() && !IsOfNumberedVisit(heading) && values.AreNumbers())
     candidates.push_back({Role::Covariate});
-  if (meanings.empty() && !heading.empty() && values.AreBothStages()) candidates.push_back({Role::Stage});
+  if (candidates.empty() && !heading.empty() && values.AreBothStages()) candidates.push_back({Role::Stage});
   candidates.push_back({Role::Unused});
   return candidates;
 }
@@ -175,6 +184,7 @@ class RoleAssignment {
   RoleAssignment(const std::vector<std::string>& names, const std::vector<ColumnValues>& values)
       : names_(names), values_(values) {
     for (std::size_t c = 0; c < names.size(); ++c) candidates_.push_back(CandidatesOf(names[c], values[c]));
+    LeaveOutNests();
   }
 
   std::vector<Role> Roles() {
@@ -185,6 +195,27 @@ class RoleAssignment {
   }
 
  private:
+  /// Headings such as "Found" and "Outcome" are those of nests of one row each only where all are there that these
+  /// need, and no day of a visit.
+  void LeaveOutNests() {
+    const auto isOfNests = [](const Candidate& candidate) {
+      return candidate.role >= Role::FirstFound && candidate.role <= Role::Nests;
+    };
+    const auto any = [&](auto is) {
+      return std::ranges::any_of(candidates_, [&](const auto& each) { return std::ranges::any_of(each, is); });
+    };
+    const auto has = [&](Role role) { return any([role](const Candidate& c) { return c.role == role; }); };
+    const bool surely =
+        any([](const Candidate& c) { return c.role == Role::FirstFound && c.speaks == Speaks::Surely; });
+    const bool ofVisits = std::ranges::any_of(candidates_, [](const auto& each) {
+      return each.front().role == Role::Date || each.front().role == Role::Day;
+    });
+    const bool complete = has(Role::FirstFound) && has(Role::LastPresent) && has(Role::LastChecked) && has(Role::Fate);
+    if (surely || (complete && !ofVisits)) return;
+    for (std::vector<Candidate>& each : candidates_)
+      each.erase(std::remove_if(each.begin(), each.end(), isOfNests), each.end());
+  }
+
   /// Takes a role from a column that shares it with another; false when there is none.
   bool SettleOne() {
     for (std::size_t a = 0; a < candidates_.size(); ++a)
@@ -250,12 +281,22 @@ struct FittingDates {
     for (std::size_t c = 0; c < std::min(row.fields.size(), columns.size()); ++c)
       for (std::size_t i = 0; columns[c] && i < Orders.size(); ++i)
         if (Fits(row.fields[c], Orders[i])) ++of[i];
+    for (std::size_t c = 0; c < std::min(row.fields.size(), columns.size()); ++c)
+      if (const auto ends = columns[c] ? EndsOfShortDate(row.fields[c]) : std::nullopt) {
+        firstNumbers_.insert(ends->first);
+        lastNumbers_.insert(ends->second);
+      }
   }
-  /// The first order in which most are.
-  DateOrder Best() const { return Orders[static_cast<std::size_t>(std::ranges::max_element(of) - of.begin())]; }
+  /// The first order in which most are. Of a short date, the year is what varies less than the day.
+  DateOrder Best() const {
+    if (of[0] == 0 && firstNumbers_.size() < lastNumbers_.size()) return DateOrder::ShortYearMonthDay;
+    return Orders[static_cast<std::size_t>(std::ranges::max_element(of) - of.begin())];
+  }
   bool IsUnclear() const { return of[1] > 0 && of[1] == of[2]; }
 
  private:
+  std::set<int> firstNumbers_, lastNumbers_;  // of dates whose year has two digits
+
   /// A month stands before points only where nothing else is possible.
   static bool Fits(const std::string& field, DateOrder order) {
     const bool hasPoints = field.find('.') != std::string::npos;

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace merlane {
 namespace {
 
@@ -33,15 +36,23 @@ void DateLook::Seen::Add(const std::string& example, int where) {
   line = where;
 }
 
-void DateLook::Take(const std::string& text, DayOfYear date, int line) {
+void DateLook::Take(Role role, const std::string& text, DayOfYear date, int line) {
   if (IsOfUniversalTime(text)) universal_.Add(text, line);
-  if (order_ == DateOrder::SerialDays || order_ == DateOrder::DaysSince1970)
-    TakeNumber(text, date);
-  else
-    TakeInOrder(text, date, line);
+  if (order_ == DateOrder::SerialDays || order_ == DateOrder::DaysSince1970) return TakeNumber(text, date);
+  TakeInOrder(role, text, date, line);
+  TakeShortYear(text, date, line);
 }
 
-void DateLook::TakeInOrder(const std::string& text, DayOfYear date, int line) {
+void DateLook::TakeShortYear(const std::string& text, DayOfYear date, int line) {
+  if (text.find(fmt::format_int(date.year).str()) != std::string::npos) return;
+  firstShortYear_ = shortYears_.count == 0 ? date.year : std::min(firstShortYear_, date.year);
+  lastShortYear_ = std::max(lastShortYear_, date.year);
+  shortYears_.Add(text, line);
+}
+
+void DateLook::TakeInOrder(Role role, const std::string& text, DayOfYear date, int line) {
+  const bool isVisit = role == Role::Date || role == Role::FirstFound;
+  if (isVisit) visit_ = date;
   const std::optional<DateOrder> other = OtherOrder(order_);
   const bool hasPoints = text.find('.') != std::string::npos;
   if (!other || (hasPoints && order_ == DateOrder::DayMonthYear)) return;  // as they mostly are
@@ -50,10 +61,17 @@ void DateLook::TakeInOrder(const std::string& text, DayOfYear date, int line) {
     ++ordered_;
   else if (HasDayThatCouldBeMonth(text))
     mayBeExchanged_.Add(text, line);
-  if (!otherDate)
-    clear_ = true;
+  const auto column = static_cast<std::size_t>(role);
+  const bool nearByThisOrder = !isVisit && otherDate && IsNearVisit(date) && !IsNearVisit(*otherDate);
+  if (!otherDate || nearByThisOrder)
+    clear_[column] = true;
   else if (*otherDate != date)
-    (hasPoints ? monthBeforePoint_ : unclear_).Add(text, line);
+    (hasPoints ? monthBeforePoint_ : unclear_[column]).Add(text, line);
+}
+
+bool DateLook::IsNearVisit(DayOfYear date) const {
+  constexpr int MostDays = 60;
+  return std::abs(DayCountedFrom(visit_.year, date) - visit_.day) <= MostDays;
 }
 
 void DateLook::TakeNumber(const std::string& text, DayOfYear date) {
@@ -82,19 +100,51 @@ void DateLook::Remark(Remarks& remarks) const {
   if (universal_.count > 0)
     remarks.Say(fmt::format("{} of universal time, such as \"{}\" in {} {}: the day may be another where the nests are",
                             Counted(universal_.count, "date"), universal_.text, remarks.Place(), universal_.line));
+  RemarkShortYears(remarks);
   RemarkExchanged(remarks);
-  if (unclear_.count > 0 && otherOrder_.count > 0)
-    remarks.Say(fmt::format(
-        "dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
-        "\"{}\", which could be of both, taken as {}",
-        otherOrder_.count, remarks.Place(), otherOrder_.line, unclear_.count, unclear_.text, NameOf(order_)));
-  else if (unclear_.count > 0 && !clear_)
-    remarks.Say(fmt::format("{} such as \"{}\" {}: no date tells whether that is their order",
-                            Counted(unclear_.count, "date"), unclear_.text, taken(unclear_)));
+  RemarkUnclear(remarks);
   if (numbers_.count > 0)
     remarks.Say(fmt::format("{} such as \"{}\" {}, that one for day {} of {}: are they counted so?",
                             Counted(numbers_.count, "number"), numbers_.text, taken(numbers_), firstNumber_.day,
                             firstNumber_.year));
+}
+
+void DateLook::RemarkShortYears(Remarks& remarks) const {
+  if (shortYears_.count == 0) return;
+  const std::string years = firstShortYear_ == lastShortYear_
+                                ? std::to_string(firstShortYear_)
+                                : fmt::format("{} to {}", firstShortYear_, lastShortYear_);
+  remarks.Say(fmt::format("{} a year of two digits, such as \"{}\" in {} {}: taken as {} of {}",
+                          shortYears_.count == 1 ? "1 date has" : fmt::format("{} dates have", shortYears_.count),
+                          shortYears_.text, remarks.Place(), shortYears_.line, NameOf(order_), years));
+}
+
+void DateLook::RemarkUnclear(Remarks& remarks) const {
+  Seen all;
+  for (const Seen& unclear : unclear_) {
+    if (unclear.count == 0) continue;
+    if (all.count == 0 || unclear.line < all.line) all = {all.count, unclear.line, unclear.text};
+    all.count += unclear.count;
+  }
+  if (all.count == 0) return;
+  const auto taken = [this](const Seen& seen) {
+    return fmt::format("{} taken as {}", seen.count == 1 ? "was" : "were", NameOf(order_));
+  };
+  if (otherOrder_.count > 0)
+    return remarks.Say(
+        fmt::format("dates are in two orders: {} in the other one left out, the first in {} {}, and {} such as "
+                    "\"{}\", which could be of both, taken as {}",
+                    otherOrder_.count, remarks.Place(), otherOrder_.line, all.count, all.text, NameOf(order_)));
+  if (std::ranges::find(clear_, true) == clear_.end())
+    return remarks.Say(fmt::format("{} such as \"{}\" {}: no date tells whether that is their order",
+                                   Counted(all.count, "date"), all.text, taken(all)));
+  for (std::size_t column = 0; column < unclear_.size(); ++column)
+    if (unclear_[column].count > 0 && !clear_[column])
+      remarks.Say(
+          fmt::format("{} of the {} such as \"{}\" {}, as in other columns: no date of this one tells whether "
+                      "that is its order",
+                      Counted(unclear_[column].count, "date"), RoleNames()[column], unclear_[column].text,
+                      taken(unclear_[column])));
 }
 
 void DateLook::RemarkExchanged(Remarks& remarks) const {

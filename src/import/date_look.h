@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -14,8 +15,8 @@ class DateLook {
  public:
   explicit DateLook(const ImportChoices& choices) : order_(choices.dates), ofSheet_(!choices.sheet.empty()) {}
 
-  /// Takes a date, and how it is written.
-  void Take(const std::string& text, DayOfYear date, int line);
+  /// Takes a date of the column of that role, and how it is written.
+  void Take(Role role, const std::string& text, DayOfYear date, int line);
   /// Takes a text that is no date in the order that was chosen: the order in which it is one, where that is easily
   /// mistaken for it.
   std::optional<DateOrder> TakeRefused(const std::string& text, int line);
@@ -23,9 +24,14 @@ class DateLook {
   void Remark(Remarks& remarks) const;
 
  private:
-  void TakeInOrder(const std::string& text, DayOfYear date, int line);
+  void TakeInOrder(Role role, const std::string& text, DayOfYear date, int line);
+  /// Whether a date is within some weeks of the row's visit, as hatch mostly is.
+  bool IsNearVisit(DayOfYear date) const;
+  void TakeShortYear(const std::string& text, DayOfYear date, int line);
   void TakeNumber(const std::string& text, DayOfYear date);
   void RemarkOrder(Remarks& remarks) const;
+  void RemarkUnclear(Remarks& remarks) const;
+  void RemarkShortYears(Remarks& remarks) const;
   void RemarkExchanged(Remarks& remarks) const;
 
   /// How many there are of a kind, how the first is written and where it stands.
@@ -37,8 +43,11 @@ class DateLook {
 
   const DateOrder order_;
   const bool ofSheet_;
-  Seen unclear_;           // would be other days in the other order
-  bool clear_ = false;     // one at least is a date in the chosen order only
+  std::array<Seen, NumberOfRoles> unclear_;     // would be other days in the other order, by column
+  std::array<bool, NumberOfRoles> clear_{};     // of which one at least is a date in the chosen order only
+  Seen shortYears_;                             // of two digits
+  int firstShortYear_ = 0, lastShortYear_ = 0;  // what they were taken as
+  DayOfYear visit_;                             // of the row, or of its nest the day when it was found
   Seen monthBeforePoint_;  // would be other days where the day stands before the month, as with points it mostly does
   Seen otherOrder_;        // dates in the other order only
   int ordered_ = 0;        // whose day and month are told by their order

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <set>
+#include <utility>
 
 #include "base/runtime_failure.h"
 #include "base/text.h"
 #include "base/utf8.h"
+#include "import/single_bytes.h"
 #include "platform/file_kind.h"
 
 namespace merlane {
@@ -40,61 +42,39 @@ std::string FromUtf16(std::string_view bytes) {
   return text;
 }
 
-/// The character of a byte. Where Latin-1 has control characters, which no text holds, Windows has more letters.
-std::uint32_t Windows1252(unsigned char byte) {
-  static constexpr std::uint16_t more[32] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
-                                             0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
-  return byte >= 0x80 && byte < 0xA0 ? more[byte - 0x80] : byte;
-}
-
-/// The character of a byte as Macs had it before they knew Unicode.
-std::uint32_t MacRoman(unsigned char byte) {
-  static constexpr std::uint16_t upper[128] = {
-      0xC4,   0xC5,   0xC7,   0xC9,   0xD1,   0xD6,   0xDC,   0xE1,   0xE0,   0xE2,   0xE4, 0xE3,   0xE5,
-      0xE7,   0xE9,   0xE8,   0xEA,   0xEB,   0xED,   0xEC,   0xEE,   0xEF,   0xF1,   0xF3, 0xF2,   0xF4,
-      0xF6,   0xF5,   0xFA,   0xF9,   0xFB,   0xFC,   0x2020, 0xB0,   0xA2,   0xA3,   0xA7, 0x2022, 0xB6,
-      0xDF,   0xAE,   0xA9,   0x2122, 0xB4,   0xA8,   0x2260, 0xC6,   0xD8,   0x221E, 0xB1, 0x2264, 0x2265,
-      0xA5,   0xB5,   0x2202, 0x2211, 0x220F, 0x3C0,  0x222B, 0xAA,   0xBA,   0x3A9,  0xE6, 0xF8,   0xBF,
-      0xA1,   0xAC,   0x221A, 0x192,  0x2248, 0x2206, 0xAB,   0xBB,   0x2026, 0xA0,   0xC0, 0xC3,   0xD5,
-      0x152,  0x153,  0x2013, 0x2014, 0x201C, 0x201D, 0x2018, 0x2019, 0xF7,   0x25CA, 0xFF, 0x178,  0x2044,
-      0x20AC, 0x2039, 0x203A, 0xFB01, 0xFB02, 0x2021, 0xB7,   0x201A, 0x201E, 0x2030, 0xC2, 0xCA,   0xC1,
-      0xCB,   0xC8,   0xCD,   0xCE,   0xCF,   0xCC,   0xD3,   0xD4,   0xF8FF, 0xD2,   0xDA, 0xDB,   0xD9,
-      0x131,  0x2C6,  0x2DC,  0xAF,   0x2D8,  0x2D9,  0x2DA,  0xB8,   0x2DD,  0x2DB,  0x2C7};
-  return byte >= 0x80 ? upper[byte - 0x80] : byte;
-}
-
-/// The text of bytes each of which is a character.
-template <class CharacterOf>
-std::string FromSingleBytes(std::string_view bytes, CharacterOf characterOf) {
+std::string FromSingleBytes(std::string_view bytes, Encoding encoding) {
   std::string text;
   text.reserve(bytes.size());
-  for (const char c : bytes) text += Utf8Character(characterOf(static_cast<unsigned char>(c)));
+  for (const char c : bytes) text += Utf8Character(CharacterOf(encoding, c));
   return text;
 }
 
-bool IsAsciiLetter(std::uint32_t c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+bool IsAsciiLetter(char32_t c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+bool IsCyrillic(char32_t c) { return c >= 0x400 && c < 0x500; }
 
-/// Letters with accents of the languages of western Europe; of those of eastern ones, which have other character sets,
-/// the capitals alone.
-bool IsCapital(std::uint32_t c) {
-  constexpr std::uint32_t Times = 0xD7;
-  static const std::set<std::uint32_t> beyond{0x152, 0x160, 0x17D};
+/// Letters with accents of the languages of western Europe; of those of others the capitals alone, which the character
+/// sets of western Europe have.
+bool IsCapital(char32_t c) {
+  constexpr char32_t Times = 0xD7;
+  static const std::set<char32_t> beyond{0x152, 0x160, 0x17D};
   return (c >= 0xC0 && c <= 0xDE && c != Times) || beyond.contains(c);
 }
-bool IsSmallLetter(std::uint32_t c) {
-  constexpr std::uint32_t DividedBy = 0xF7, Oe = 0x153;
+bool IsSmallLetter(char32_t c) {
+  constexpr char32_t DividedBy = 0xF7, Oe = 0x153;
   return (c >= 0xDF && c <= 0xFF && c != DividedBy) || c == Oe;
+}
+
+/// The characters beside a place; blanks at the ends.
+std::pair<char, char> Beside(std::string_view bytes, std::size_t place) {
+  return {place > 0 ? bytes[place - 1] : ' ', place + 1 < bytes.size() ? bytes[place + 1] : ' '};
 }
 
 /// Whether the byte at a place, which is beyond ASCII, is what stands beside letters: one of them, an apostrophe
 /// between two, or a quote or dash at the end of a word.
-template <class CharacterOf>
-bool FitsIntoWord(std::string_view bytes, std::size_t place, CharacterOf characterOf) {
-  constexpr std::uint32_t Apostrophe = 0x2019, FirstMark = 0x2013, LastMark = 0x203A;
-  const std::uint32_t character = characterOf(static_cast<unsigned char>(bytes[place]));
-  const char left = place > 0 ? bytes[place - 1] : ' ', right = place + 1 < bytes.size() ? bytes[place + 1] : ' ';
+bool FitsIntoWord(std::string_view bytes, std::size_t place, Encoding encoding) {
+  constexpr char32_t Apostrophe = 0x2019, FirstMark = 0x2013, LastMark = 0x203A;
+  const char32_t character = CharacterOf(encoding, bytes[place]);
+  const auto [left, right] = Beside(bytes, place);
   const bool behind = IsAsciiLetter(static_cast<unsigned char>(left));
   const bool before = IsAsciiLetter(static_cast<unsigned char>(right));
   if (!behind && !before) return false;
@@ -103,20 +83,58 @@ bool FitsIntoWord(std::string_view bytes, std::size_t place, CharacterOf charact
   return behind && before ? character == Apostrophe : character >= FirstMark && character <= LastMark;
 }
 
-/// The places of bytes that make better words of a Mac than of Windows, the reverse, and words of both.
+/// Whether the byte at a place is a letter of middle Europe, and in western Europe a sign where nobody writes one: in
+/// front of a letter or, since ordinal numbers and questions have such, between two.
+bool FitsIntoWordOfMiddleEurope(std::string_view bytes, std::size_t place) {
+  constexpr char32_t FirstLetter = 0x100, BehindLetters = 0x180;
+  static const std::set<char32_t> beginWords{0xAA, 0xBA, 0xBF};
+  const char32_t letter = CharacterOf(Encoding::Windows1250, bytes[place]);
+  const char32_t sign = CharacterOf(Encoding::Latin1, bytes[place]);
+  const auto [left, right] = Beside(bytes, place);
+  const bool isLetter = letter >= FirstLetter && letter < BehindLetters, isSign = sign >= 0xA0 && sign <= 0xBF;
+  return isLetter && isSign && IsAsciiLetter(static_cast<unsigned char>(right)) &&
+         (IsAsciiLetter(static_cast<unsigned char>(left)) || !beginWords.contains(sign));
+}
+
+/// Where a word begins all whose letters are Cyrillic: one, at least, of several. Words of western Europe have few
+/// letters beyond ASCII in a row.
+std::vector<std::size_t> CyrillicWords(std::string_view bytes) {
+  constexpr std::size_t Several = 3;
+  const auto isCyrillic = [&](std::size_t at) { return IsCyrillic(CharacterOf(Encoding::Windows1251, bytes[at])); };
+  const auto isLatin = [&](std::size_t at) {
+    return at < bytes.size() && IsAsciiLetter(static_cast<unsigned char>(bytes[at]));
+  };
+  std::vector<std::size_t> words;
+  for (std::size_t begin = 0, end = 0; begin < bytes.size(); begin = end + 1) {
+    for (end = begin; end < bytes.size() && isCyrillic(end);) ++end;
+    if (end - begin >= Several && !isLatin(begin - 1) && !isLatin(end)) words.push_back(begin);
+  }
+  return words;
+}
+
+/// The places of bytes that make better words in one encoding than in others.
 struct BetterWords {
-  std::vector<std::size_t> ofMac, ofWindows, ofBoth;
+  std::vector<std::size_t> ofMac, ofWindows, ofBoth, ofMiddleEurope, ofCyrillic;
+
+  /// The encoding for which most speaks.
+  Encoding Best() const {
+    if (ofCyrillic.size() > std::max(ofMac.size(), ofWindows.size() + ofBoth.size())) return Encoding::Windows1251;
+    if (ofMiddleEurope.size() > 0 && ofMiddleEurope.size() >= ofMac.size()) return Encoding::Windows1250;
+    return ofMac.size() > ofWindows.size() ? Encoding::MacRoman : Encoding::Latin1;
+  }
 };
 
 BetterWords BetterWordsIn(std::string_view bytes) {
   BetterWords better;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (IsAscii(bytes.substr(i, 1))) continue;
-    const bool mac = FitsIntoWord(bytes, i, MacRoman), windows = FitsIntoWord(bytes, i, Windows1252);
+    const bool mac = FitsIntoWord(bytes, i, Encoding::MacRoman), windows = FitsIntoWord(bytes, i, Encoding::Latin1);
     if (mac && !windows) better.ofMac.push_back(i);
     if (windows && !mac) better.ofWindows.push_back(i);
     if (windows && mac) better.ofBoth.push_back(i);
+    if (!windows && !mac && FitsIntoWordOfMiddleEurope(bytes, i)) better.ofMiddleEurope.push_back(i);
   }
+  better.ofCyrillic = CyrillicWords(bytes);
   return better;
 }
 
@@ -140,16 +158,33 @@ std::string_view WordOfUtf8(std::string_view bytes) {
   return {};
 }
 
+/// The encoding for which an encoding is most easily taken, and the places that tell so or may tell it.
+std::pair<Encoding, std::vector<std::size_t>> OtherEncoding(const BetterWords& better, Encoding encoding) {
+  const Encoding best = better.Best();
+  const auto& placesOfBest = best == Encoding::Windows1251   ? better.ofCyrillic
+                             : best == Encoding::Windows1250 ? better.ofMiddleEurope
+                             : best == Encoding::MacRoman    ? better.ofMac
+                                                             : better.ofWindows;
+  if (best == Encoding::Windows1250 || best == Encoding::Windows1251)
+    return {encoding == best ? Encoding::Latin1 : best, placesOfBest};
+  if (encoding == Encoding::Windows1250 || encoding == Encoding::Windows1251) return {best, placesOfBest};
+  const bool isMac = encoding == Encoding::MacRoman;
+  const Encoding other = isMac ? Encoding::Latin1 : Encoding::MacRoman;
+  const std::vector<std::size_t>& against = isMac ? better.ofWindows : better.ofMac;
+  const std::vector<std::size_t>& inFavour = isMac ? better.ofMac : better.ofWindows;
+  if (!against.empty()) return {other, against};
+  if (isMac && !inFavour.empty()) return {other, inFavour};  // hardly anybody has such files any more
+  return {other, inFavour.empty() ? better.ofBoth : std::vector<std::size_t>()};
+}
+
 std::string Translated(std::string_view bytes, Encoding encoding) {
   switch (encoding) {
     case Encoding::Utf16:
       return FromUtf16(bytes);
-    case Encoding::Latin1:
-      return FromSingleBytes(bytes, Windows1252);
-    case Encoding::MacRoman:
-      return FromSingleBytes(bytes, MacRoman);
     case Encoding::Utf8:
       break;
+    default:
+      return FromSingleBytes(bytes, encoding);
   }
   if (!IsUtf8(bytes)) throw RuntimeFailure("the file is not UTF-8: choose another encoding");
   return std::string(bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes);
@@ -158,35 +193,28 @@ std::string Translated(std::string_view bytes, Encoding encoding) {
 }  // namespace
 
 const std::vector<std::string>& EncodingNames() {
-  static const std::vector<std::string> names{"UTF-8", "UTF-16", "Latin-1", "Mac Roman"};
+  static const std::vector<std::string> names{"UTF-8",     "UTF-16",       "Latin-1",
+                                              "Mac Roman", "Windows-1250", "Windows-1251"};
   return names;
 }
 
 Encoding ProposedEncoding(std::string_view bytes) {
   if (ForeignKind(bytes) == Utf16Text) return Encoding::Utf16;
   if (IsUtf8(bytes)) return Encoding::Utf8;
-  const BetterWords better = BetterWordsIn(bytes);
-  return better.ofMac.size() > better.ofWindows.size() ? Encoding::MacRoman : Encoding::Latin1;
+  return BetterWordsIn(bytes).Best();
 }
 
 std::vector<std::string> DoubtfulLetters(std::string_view bytes, Encoding encoding) {
-  if (encoding != Encoding::Latin1 && encoding != Encoding::MacRoman) return {};
+  if (!IsOfSingleBytes(encoding)) return {};
   if (const std::string_view word = WordOfUtf8(bytes); !word.empty())
     return {fmt::format("\"{}\" would be \"{}\" as UTF-8, which the file is in part: are all letters right?",
                         Decoded(word, encoding), word)};
   const BetterWords better = BetterWordsIn(bytes);
-  const bool isMac = encoding == Encoding::MacRoman;
-  const std::vector<std::size_t>& against = isMac ? better.ofWindows : better.ofMac;
-  const std::vector<std::size_t>& inFavour = isMac ? better.ofMac : better.ofWindows;
-  std::vector<std::size_t> places = against;
-  if (places.empty() && isMac) places = inFavour;  // told in any case: hardly anybody has such files any more
-  if (places.empty() && inFavour.empty()) places = better.ofBoth;
+  const auto [other, places] = OtherEncoding(better, encoding);
   if (places.empty()) return {};
   const std::string_view word = WordAt(bytes, places.front());
-  const std::string ofMac = FromSingleBytes(word, MacRoman), ofWindows = FromSingleBytes(word, Windows1252);
-  return {fmt::format("\"{}\" would be \"{}\" as {}: is the encoding right?", isMac ? ofMac : ofWindows,
-                      isMac ? ofWindows : ofMac,
-                      EncodingNames()[static_cast<std::size_t>(isMac ? Encoding::Latin1 : Encoding::MacRoman)])};
+  return {fmt::format("\"{}\" would be \"{}\" as {}: is the encoding right?", FromSingleBytes(word, encoding),
+                      FromSingleBytes(word, other), EncodingNames()[static_cast<std::size_t>(other)])};
 }
 
 std::string Decoded(std::string_view bytes, Encoding encoding) {

@@ -34,6 +34,7 @@ bool IsTime(std::string_view text) {
 /// A date as its parts stand, the month maybe by its name.
 struct DateParts {
   std::array<int, 3> numbers{};
+  std::array<std::size_t, 3> digits{};
   char mark = '\0';
   bool monthIsNamed = false;  // then they are year, month and day
 };
@@ -44,7 +45,7 @@ std::optional<DateParts> EightDigits(std::string_view field) {
   const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), number);
   if (error != std::errc() || end != field.data() + 8 || number < 10'000'000 || !IsTime(field.substr(8)))
     return std::nullopt;
-  return DateParts{{number / 10'000, number / 100 % 100, number % 100}, '\0', false};
+  return DateParts{{number / 10'000, number / 100 % 100, number % 100}, {4, 2, 2}, '\0', false};
 }
 
 /// The three numbers of a date, divided by the same mark; none when there are fewer or anything else.
@@ -54,7 +55,8 @@ std::optional<DateParts> ThreeNumbers(std::string_view field) {
   for (std::size_t i = 0; i < 3; ++i) {
     const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), parts.numbers[i]);
     if (error != std::errc() || parts.numbers[i] < 0) return std::nullopt;
-    field.remove_prefix(static_cast<std::size_t>(end - field.data()));
+    parts.digits[i] = static_cast<std::size_t>(end - field.data());
+    field.remove_prefix(parts.digits[i]);
     if (i == 2) break;
     if (field.empty() || marks.find(field.front()) == std::string_view::npos) return std::nullopt;
     if (i > 0 && field.front() != parts.mark) return std::nullopt;
@@ -67,18 +69,19 @@ std::optional<DateParts> ThreeNumbers(std::string_view field) {
 
 /// The month whose name in some language of western Europe begins so; none for less than three letters, or for two.
 std::optional<int> MonthNamed(std::string_view letters) {
-  static constexpr std::array<std::string_view, 12> names{"january januar januari janvier enero jan ene",
-                                                          "february februar februari fevrier febrero",
-                                                          "march marz maerz maart mars marzo mrz mrt",
-                                                          "april avril abril",
-                                                          "may mai mei maj mayo",
-                                                          "june juni juin junio",
-                                                          "july juli juillet julio",
-                                                          "august augustus augusti aout agosto",
-                                                          "september septembre septiembre setiembre sept",
-                                                          "october oktober octobre octubre",
-                                                          "november novembre noviembre",
-                                                          "december dezember decembre diciembre"};
+  static constexpr std::array<std::string_view, 12> names{
+      "january januar januari janvier enero jan ene gennaio stycznia styczen tammikuuta janeiro",
+      "february februar februari fevrier febrero febbraio lutego luty helmikuuta fevereiro",
+      "march marz maerz maart mars marzo mrz mrt marts marca marzec maaliskuuta marco",
+      "april avril abril aprile kwietnia kwiecien huhtikuuta",
+      "may mai mei maj mayo maggio maja toukokuuta maio",
+      "june juni juin junio giugno czerwca czerwiec kesakuuta junho",
+      "july juli juillet julio luglio lipca lipiec heinakuuta julho",
+      "august augustus augusti aout agosto sierpnia sierpien elokuuta",
+      "september septembre septiembre setiembre sept settembre wrzesnia wrzesien syyskuuta setembro",
+      "october oktober octobre octubre ottobre pazdziernika lokakuuta outubro",
+      "november novembre noviembre listopada novembro",
+      "december dezember decembre diciembre dicembre grudnia grudzien joulukuuta dezembro"};
   std::optional<int> month;
   const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
   if (letters.size() < 3 || !std::ranges::all_of(letters, isLetter)) return month;
@@ -93,7 +96,7 @@ std::optional<int> MonthNamed(std::string_view letters) {
 /// A day, the name of a month and a year, or the year first or the month first.
 std::optional<DateParts> NamedMonth(std::string_view field) {
   constexpr std::string_view between = " .,-/";
-  DateParts parts{{-1, -1, -1}, '\0', true};
+  DateParts parts{{-1, -1, -1}, {}, '\0', true};
   auto& [year, month, day] = parts.numbers;
   while (!field.empty()) {
     const std::string_view word = field.substr(0, field.find_first_of(between));
@@ -108,9 +111,11 @@ std::optional<DateParts> NamedMonth(std::string_view field) {
     } else if (end != word.data() + word.size()) {
       if (word.find(':') == std::string_view::npos) return std::nullopt;  // or a time of day
     } else {
-      int& part = number > 31 || day >= 0 ? year : day;
+      const bool isYear = number > 31 || day >= 0;
+      int& part = isYear ? year : day;
       if (part >= 0) return std::nullopt;
       part = number;
+      if (isYear) parts.digits[0] = word.size();
     }
   }
   if (std::ranges::min(parts.numbers) < 0) return std::nullopt;
@@ -133,6 +138,12 @@ std::optional<int> Digits(std::string_view text) {
 }
 
 constexpr int LeastYear = 1000, MostYear = 9999;
+
+/// Nobody has kept data of the years before, or keeps any of those behind.
+int YearOfTwoDigits(int digits) {
+  constexpr int FirstOfLastCentury = 50;
+  return digits + (digits < FirstOfLastCentury ? 2000 : 1900);
+}
 
 /// The day so many days behind 1 January 1970; none outside the years that a date can have.
 std::optional<DayOfYear> DaySince1970(double days) {
@@ -163,8 +174,8 @@ std::optional<int> MonthIn(std::string_view field) {
 }
 
 const std::vector<std::string>& DateOrderNames() {
-  static const std::vector<std::string> names{"year-month-day", "day.month.year", "month/day/year",
-                                              "days of a spreadsheet", "days since 1970"};
+  static const std::vector<std::string> names{"year-month-day",        "day.month.year",  "month/day/year",
+                                              "days of a spreadsheet", "days since 1970", "year-month-day, short"};
   return names;
 }
 
@@ -204,11 +215,14 @@ std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   const std::optional<DateParts> parts = PartsOf(field);
   if (!parts) return std::nullopt;
   const auto [first, second, third] = parts->numbers;
+  const bool mayBeShort = parts->monthIsNamed || order != DateOrder::YearMonthDay;
   if (first >= LeastYear || parts->monthIsNamed) order = DateOrder::YearMonthDay;
-  const int year = order == DateOrder::DayMonthYear || order == DateOrder::MonthDayYear ? third : first;
+  const bool endsWithYear = order == DateOrder::DayMonthYear || order == DateOrder::MonthDayYear;
+  int year = endsWithYear ? third : first;
+  if (mayBeShort && parts->digits[endsWithYear ? 2 : 0] == 2) year = YearOfTwoDigits(year);
   const int month = order == DateOrder::MonthDayYear ? first : second;
   const int day = order == DateOrder::DayMonthYear ? first : order == DateOrder::MonthDayYear ? second : third;
-  if (year < LeastYear || year > MostYear) return std::nullopt;  // a year of two digits is nobody's guess
+  if (year < LeastYear || year > MostYear) return std::nullopt;
   return DateOf(year, month, day);
 }
 
@@ -228,7 +242,6 @@ std::optional<DayOfYear> OrdinalDateIn(std::string_view field) {
 }
 
 std::optional<int> SeasonIn(std::string_view field) {
-  constexpr int FirstOfTwoDigits = 69;
   field = Trim(field);
   if (field.starts_with('\'')) field.remove_prefix(1);
   const std::string_view begun = field.substr(0, field.find_first_of("/-"));
@@ -236,7 +249,7 @@ std::optional<int> SeasonIn(std::string_view field) {
   const auto number = [](std::string_view text) { return Digits(text).value_or(-1); };
   int year = number(begun);
   if (year < 0 || (begun.size() != 2 && begun.size() != 4)) return std::nullopt;
-  if (begun.size() == 2) year += year < FirstOfTwoDigits ? 2000 : 1900;
+  if (begun.size() == 2) year = YearOfTwoDigits(year);
   if (rest.empty()) return begun.size() == 2 ? std::optional(year) : std::nullopt;
   const std::string_view ended = rest.substr(1);
   const bool follows = (ended.size() == 2 && number(ended) == (year + 1) % 100) || number(ended) == year + 1;
@@ -264,9 +277,10 @@ bool IsOfUniversalTime(std::string_view field) {
   return false;
 }
 
-bool HasShortYear(std::string_view field) {
-  const std::optional<DateParts> parts = PartsOf(Trim(field));
-  return parts && std::ranges::max(parts->numbers) < 100;
+std::optional<std::pair<int, int>> EndsOfShortDate(std::string_view field) {
+  const std::optional<DateParts> parts = ThreeNumbers(Trim(field));
+  if (!parts || std::ranges::max(parts->numbers) >= 100) return std::nullopt;
+  return std::pair(parts->numbers.front(), parts->numbers.back());
 }
 
 std::string OnOneLine(std::string_view text) {

@@ -3,12 +3,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace merlane {
 
 /// How dates are written.
-enum class DateOrder { YearMonthDay, DayMonthYear, MonthDayYear, SerialDays, DaysSince1970 };
+enum class DateOrder { YearMonthDay, DayMonthYear, MonthDayYear, SerialDays, DaysSince1970, ShortYearMonthDay };
 
 /// What each is called, in that order.
 const std::vector<std::string>& DateOrderNames();
@@ -37,15 +38,15 @@ std::optional<double> NumberIn(std::string_view field, char decimal);
 /// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1
 /// January 1900, 60 the leap day which that year did not have), or the days since 1 January 1970 that R makes of a
 /// date. One that begins with a year of four digits, is eight digits, names its month or is an ordinal date is a date
-/// in any order. None for anything else: a day that the calendar does not have, a year of two digits. A time of day
-/// behind it is passed over.
+/// in any order. A year of two digits, which only DateOrder::ShortYearMonthDay has in front, is one from 1950 to 2049.
+/// None for anything else, as for a day that the calendar does not have. A time of day behind it is passed over.
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order);
 
 /// A year and the day in it, such as 2019145 or 2019-145, of years from 1900 to 2100. None for anything else.
 std::optional<DayOfYear> OrdinalDateIn(std::string_view field);
 
-/// The year in which a season began, such as 2019 of "2019/20" or "2019-2020", and the year of two digits, from 1969 to
-/// 2068. None for anything else, a year of four digits included.
+/// The year in which a season began, such as 2019 of "2019/20" or "2019-2020", and the year of two digits, from 1950 to
+/// 2049. None for anything else, a year of four digits included.
 std::optional<int> SeasonIn(std::string_view field);
 
 /// The year in the name of a worksheet or a file, such as "Lake 2023"; none where there is no number, or another one.
@@ -54,8 +55,9 @@ std::optional<int> YearInName(std::string_view name);
 /// Whether a field is a date with a time of day of the time zone that machines write, such as 2023-06-01T23:30:00Z.
 bool IsOfUniversalTime(std::string_view field);
 
-/// Whether a field would be a date if its year had four digits.
-bool HasShortYear(std::string_view field);
+/// The first and the last number of what would be a date of a year of two digits in some order, its month without a
+/// name; none for anything else.
+std::optional<std::pair<int, int>> EndsOfShortDate(std::string_view field);
 
 /// The text on one line, without blanks at its ends; control characters are blanks.
 std::string OnOneLine(std::string_view text);

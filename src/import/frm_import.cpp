@@ -302,11 +302,13 @@ void FrmImport::ShowPreview() {
 }
 
 void FrmImport::ShowRemarks(const char* where, const Imported& imported) {
-  txtRemarks.text = ToLookAt(imported);
+  const std::string toLookAt = ToLookAt(imported);
+  txtRemarks.text = toLookAt;
+  for (const std::string& meaning : imported.meanings) txtRemarks.text += meaning + "\r\n";
   txtRemarks.visible = !txtRemarks.text.empty();
   lblRemarks.visible = txtRemarks.visible || imported.records > 0;
-  lblRemarks.text = txtRemarks.visible ? fmt::format("To look at in {}:", where)
-                                       : fmt::format("Nothing has to be looked at in {}.", where);
+  lblRemarks.text = !toLookAt.empty() ? fmt::format("To look at in {}:", where)
+                                      : fmt::format("Nothing has to be looked at in {}.", where);
 }
 
 void FrmImport::Import() {

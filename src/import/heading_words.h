@@ -23,9 +23,10 @@ struct Meaning {
   bool operator==(const Meaning&) const = default;
 };
 
-/// What a column may be by the words of its heading, such as "Nest no.", "HatchDate" or "Schlupfdatum", in English,
-/// Dutch, French, German, Spanish and Swedish: all words must belong to what it is, so that "Nest height" is nothing.
-/// The likelier one stands first; none where the heading says nothing that is known.
+/// What a column may be by the words of its heading, such as "Nest no.", "HatchDate" or "Schlupfdatum", in Danish,
+/// Dutch, English, Finnish, French, German, Italian, Norwegian, Polish, Spanish and Swedish: all words must belong to
+/// what it is, so that "Nest height" is nothing. The likelier one stands first; none where the heading says nothing
+/// that is known.
 std::vector<Meaning> MeaningsOf(std::string_view heading);
 
 /// Whether a heading with a number, such as "Eggs 2" or "Date.1", would be that of a visit without it: a row holds

@@ -140,7 +140,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   std::vector<VisitRecord>& visits = reader.visits;
   RequireVisits(visits, remarks);
   reader.RemarkWhole();
-  VisitExaminer examiner(choices, remarks);
+  VisitExaminer examiner(choices, names, remarks);
   examiner.LookAtCodes(visits);
   ShortenCodes(visits, remarks);
   imported.moved = Sort(visits);
@@ -148,6 +148,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   ages.Settle(visits);
   RequireVisits(visits, remarks);
   RefuseMoreThanRoom(visits, remarks.Place());
+  reader.LookAtStages(visits);
   examiner.Look(visits);
   imported.text = HeadingLine(choices, names, remarks);
   const VisitRecord* before = nullptr;
@@ -165,6 +166,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
   imported.lastYear = visits.back().year;
   imported.remarks = remarks.First();
   imported.remarkCount = remarks.Number();
+  imported.meanings = remarks.Meanings();
   return imported;
 }
 

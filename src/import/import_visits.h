@@ -22,6 +22,8 @@ struct Imported {
   /// row that was left out, two for one visit, counts that rise, ages that fall, codes that differ in case alone.
   std::vector<std::string> remarks;  // the first of them
   int remarkCount = 0;
+  /// How columns were understood where nothing speaks against it: what one that counts eggs means behind hatch.
+  std::vector<std::string> meanings;
 };
 
 /// Makes a data file of the rows of a text. Records are sorted by year, code and day. Day and year follow from a date,

@@ -25,9 +25,11 @@ std::string WhatWasMade(const Imported& imported, const std::string& sheet) {
                                 ? fmt::format("Year {}", imported.firstYear)
                                 : fmt::format("Years {} to {}", imported.firstYear, imported.lastYear);
   const std::string of = sheet.empty() ? "" : fmt::format(" of the worksheet \"{}\"", OnOneLine(sheet));
-  return fmt::format("{}{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}", Counted(imported.rows, "row"),
-                     of, imported.leftOut, Counted(imported.moved, "record"), years,
-                     Counted(imported.covariates, "covariate"));
+  std::string made = fmt::format("{}{}, {} of them left out\r\n{} sorted to another place\r\n{}, {}",
+                                 Counted(imported.rows, "row"), of, imported.leftOut, Counted(imported.moved, "record"),
+                                 years, Counted(imported.covariates, "covariate"));
+  for (const std::string& meaning : imported.meanings) made += "\r\n" + meaning;
+  return made;
 }
 
 }  // namespace

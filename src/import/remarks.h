@@ -17,6 +17,8 @@ class Remarks {
 
   /// Says something of the file.
   void Say(const std::string& what) { together_.push_back(what); }
+  /// Says how the file was understood, where nothing speaks against it: nobody has to be asked about that.
+  void Mean(const std::string& what) { meanings_.push_back(what); }
   /// Says something of one row.
   void Note(int line, const std::string& what);
   /// Says why a row was left out. However many there are, they do not crowd out what is said of others.
@@ -30,6 +32,7 @@ class Remarks {
   /// All remarks: how many there are, and the first of each kind, those of many rows in front.
   int Number() const { return static_cast<int>(First().size()) + untold_; }
   std::vector<std::string> First() const;
+  const std::vector<std::string>& Meanings() const { return meanings_; }
 
  private:
   void Add(std::vector<std::string>& notes, std::string note);
@@ -38,7 +41,7 @@ class Remarks {
     int rows = 0, first = 0;
   };
   std::string place_;
-  std::vector<std::string> together_;
+  std::vector<std::string> together_, meanings_;
   std::map<std::string, Repeated> counted_;
   std::vector<std::string> leftOut_, notes_;
   int untold_ = 0;  // behind the first of their kind

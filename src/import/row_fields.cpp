@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/alike_letters.h"
-
 namespace merlane {
 namespace {
 
@@ -85,14 +83,14 @@ std::optional<DayOfYear> RowFields::Date(Role role) const {
   if (text.empty() || (role == Role::HatchDate && text == "0")) return std::nullopt;  // as in a data file
   const std::optional<DayOfYear> date = DateIn(text, choices_.dates);
   if (!date) RefuseDate(text, role);
-  dates_.Take(text, *date, row_.line);
+  dates_.Take(role, text, *date, row_.line);
   return date;
 }
 
 void RowFields::RefuseDate(const std::string& text, Role role) const {
   std::string why = fmt::format("\"{}\" is no {}", text, NameOf(role));
-  if (HasShortYear(text))
-    why += ": its year needs four digits";
+  if (choices_.dates == DateOrder::YearMonthDay && EndsOfShortDate(text))
+    why += ": its year needs four digits, or another order";
   else if (const std::optional<DateOrder> other = dates_.TakeRefused(text, row_.line))
     why += fmt::format(" as {}, but one as {}", NameOf(choices_.dates), NameOf(*other));
   throw LeftOut{why};
@@ -125,19 +123,14 @@ std::optional<DayOfYear> RowFields::DateOrNumber(Role role, int year) const {
   return isDay ? DayNumber(role, year) : Date(role);
 }
 
-std::optional<bool> RowFields::Failed() const {
-  const std::string text = Alike(Text(Role::Fate));
+std::optional<Fate> RowFields::FateOfNest() const {
+  const std::string& text = Text(Role::Fate);
   if (text.empty()) return std::nullopt;
   if (const std::optional<double> number = NumberIn(text, choices_.decimal); number == 0.0 || number == 1.0)
-    return *number == 1;
-  const auto isOneOf = [&](std::initializer_list<const char*> words) {
-    return std::ranges::any_of(words, [&](const char* word) { return text == word; });
-  };
-  if (isOneOf({"successful", "success", "survived", "hatched", "fledged"})) return false;
-  if (isOneOf({"failed", "failure", "fail", "lost", "predated", "depredated", "abandoned", "deserted", "flooded",
-               "destroyed"}))
-    return true;
-  Refuse(Text(Role::Fate), Role::Fate);
+    return *number == 1 ? Fate::Failed : Fate::Survived;
+  const Fate fate = FateIn(text);
+  if (fate == Fate::Untold) Refuse(text, Role::Fate);
+  return fate;
 }
 
 }  // namespace merlane

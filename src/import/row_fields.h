@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "import/date_look.h"
+#include "import/fate_words.h"
 #include "import/import_choices.h"
 
 namespace merlane {
@@ -55,8 +56,8 @@ class RowFields {
   /// Whichever of both it is.
   std::optional<DayOfYear> DateOrNumber(Role role, int year) const;
 
-  /// Whether the nest failed; none where there is no value.
-  std::optional<bool> Failed() const;
+  /// What became of the nest, never Fate::Untold; none where there is no value.
+  std::optional<Fate> FateOfNest() const;
 
  private:
   [[noreturn]] void Refuse(const std::string& text, Role role) const;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -13,8 +12,8 @@
 #include "data/most_visits.h"
 #include "data/record_layout.h"
 #include "import/brood_ages.h"
+#include "import/fate_words.h"
 #include "import/heading_words.h"
-#include "import/stage_words.h"
 
 namespace merlane {
 namespace {
@@ -39,14 +38,12 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
       stray_(choices, names),
       places_(choices, names),
       dates_(choices),
+      stages_(choices, columns_, names, remarks),
       covariates_(columns_.Of(Role::Covariate).size(),
                   CovariateLook(choices.delimiter != Delimiter::Comma || choices.decimal == ',')) {
+  for (const Role role : {Role::Unused, Role::Fate, Role::Covariate})
+    fateColumns_.insert(fateColumns_.end(), columns_.Of(role).begin(), columns_.Of(role).end());
   RemarkUnusedColumns();
-  for (const std::size_t column : columns_.Of(Role::Count))
-    for (const Meaning& meaning : MeaningsOf(names_[column])) {
-      if (meaning.speaks == Speaks::OfEggs) eggs_.push_back(column);
-      if (meaning.speaks == Speaks::OfYoung) young_.push_back(column);
-    }
 }
 
 void RowReader::Take(const TextRow& row) {
@@ -57,13 +54,21 @@ void RowReader::Take(const TextRow& row) {
     TakeNest(fields, row.line);
   else
     TakeVisit(fields, row.line);
+  stray_.LookAtComment(row);
+}
+
+void RowReader::LookAtStages(const std::vector<VisitRecord>& settled) {
+  for (const VisitRecord& visit : settled) stages_.Compare(visit);
+  stages_.Remark();
 }
 
 void RowReader::RemarkWhole() {
   RemarkYear();
+  if (choices_.OfNests()) RemarkFates();
+  RemarkCode();
+  stray_.Remark(remarks_);
   RemarkMonths();
   dates_.Remark(remarks_);
-  RemarkStages();
   for (std::size_t i = 0; i < covariates_.size(); ++i)
     covariates_[i].Remark(names_[columns_.Of(Role::Covariate)[i]], remarks_);
   const std::vector<std::size_t>& counts = columns_.Of(Role::Count);
@@ -93,6 +98,15 @@ void RowReader::TestWidth(const TextRow& row) {
 std::string RowReader::TooNarrowOrWide(std::size_t fields) const {
   return fmt::format("it has {}, and there {} {}", Counted(static_cast<int>(fields), "field"),
                      headingColumns_ == 1 ? "is" : "are", Counted(static_cast<int>(headingColumns_), "column"));
+}
+
+void RowReader::RemarkCode() {
+  if (!choices_.Has(Role::CodePart) || !choices_.Has(Role::Code)) return;
+  std::string joined;
+  for (std::size_t c = 0; c < names_.size() && c < choices_.roles.size(); ++c)
+    if (choices_.roles[c] == Role::CodePart || choices_.roles[c] == Role::Code)
+      joined += fmt::format("{}\"{}\"", joined.empty() ? "" : " and ", names_[c]);
+  remarks_.Mean(fmt::format("the code of a brood is {}, as in \"{}\"", joined, visits.front().code));
 }
 
 void RowReader::RemarkYear() {
@@ -156,8 +170,8 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   if (visit.code.empty()) throw LeftOut{"it has no code"};
   SetDays(fields, visit);
   visit.count = CountOf(fields, line);
-  SetCounted(fields, visit);
-  CompareStage(fields, visit);
+  stages_.Set(fields, visit);
+  CompareFate(fields, visit);
   visit.covariates = Covariates(fields, line);
   places_.Look(fields, visit, remarks_);
   visits.push_back(std::move(visit));
@@ -252,60 +266,17 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   return *sum;
 }
 
-bool RowReader::Counts(const RowFields& fields, std::size_t column) const {
-  return NumberIn(fields.At(column), choices_.decimal) > 0.0;
-}
-
-void RowReader::SetCounted(const RowFields& fields, VisitRecord& visit) const {
-  std::vector<std::size_t> telling;
-  std::ranges::copy_if(columns_.Of(Role::Count), std::back_inserter(telling),
-                       [&](std::size_t column) { return Counts(fields, column); });
-  if (telling.empty()) telling = columns_.Of(Role::Count);
-  const auto allOf = [&](const std::vector<std::size_t>& kind) {
-    return std::ranges::all_of(telling, [&](std::size_t column) { return std::ranges::count(kind, column) > 0; });
-  };
-  const bool ofEggs = allOf(eggs_), ofYoung = allOf(young_);
-  if (ofEggs != ofYoung) {  // a heading such as "Eggs or young" names both
-    visit.counted = ofEggs ? Stage::Eggs : Stage::Young;
-    visit.countedUnder = names_[telling.front()];
+void RowReader::CompareFate(const RowFields& fields, const VisitRecord& visit) {
+  if (visit.count > 0) return;
+  for (const std::size_t column : fateColumns_) {
+    const std::string& text = fields.At(column);
+    const bool hasFledged = SpeaksOfFledging(HeadingLetters(names_[column])) && NumberIn(text, choices_.decimal) > 0.0;
+    constexpr std::size_t LongestMark = 2;  // which in other columns tells other things
+    const bool survived = text.size() > LongestMark && FateIn(text) == Fate::Survived;
+    if (hasFledged || survived)
+      remarks_.Count(visit.line, fmt::format("the {} is 0, and \"{}\" is \"{}\": the brood counts as dead",
+                                             NameOf(Role::Count), names_[column], text));
   }
-  SetStage(fields, visit);
-}
-
-void RowReader::SetStage(const RowFields& fields, VisitRecord& visit) const {
-  const std::string& text = fields.Text(Role::Stage);
-  if (text.empty()) return;
-  const Stage told = StageIn(text);
-  if (told == Stage::Untold) remarks_.Count(visit.line, fmt::format("\"{}\" tells neither eggs nor young", text));
-  if (told != Stage::Untold && visit.counted == Stage::Untold) {
-    visit.counted = told;
-    visit.countedUnder = text;
-  }
-  if (told != Stage::Untold && visit.counted != told)
-    remarks_.Count(visit.line,
-                   fmt::format("the number is that of \"{}\", and beside it stands \"{}\"", visit.countedUnder, text));
-}
-
-void RowReader::CompareStage(const RowFields& fields, const VisitRecord& visit) {
-  if (visit.age.empty() || !visit.AgeIsKnown()) return;
-  const double age = StrictNumber(visit.age);
-  if (age < 0) ++agesOfEggs_;
-  if (age > 0) ++agesOfYoung_;
-  const bool bothHaveColumns = !eggs_.empty() && !young_.empty();
-  const auto counts = [&](const std::vector<std::size_t>& columns, Stage stage) {
-    const auto isAny = [&](std::size_t column) { return Counts(fields, column); };
-    return (bothHaveColumns && std::ranges::any_of(columns, isAny)) ||
-           (choices_.Has(Role::Stage) && visit.counted == stage);
-  };
-  if (age < 0 && counts(young_, Stage::Young))
-    remarks_.Count(visit.line, "young are counted, and by its age none has hatched");
-  if (age > 0 && counts(eggs_, Stage::Eggs))
-    remarks_.Count(visit.line, "eggs are counted, and by its age the brood has hatched: each counts as a young one");
-  if (visit.count != 0 || choices_.Has(Role::Stage)) return;
-  if (age > 0 && !eggs_.empty() && young_.empty())
-    remarks_.Count(visit.line, "no eggs are counted, and by its age the brood has hatched: it counts as dead");
-  if (age < 0 && eggs_.empty() && !young_.empty())
-    remarks_.Count(visit.line, "no young are counted, and by its age none has hatched: the clutch counts as dead");
 }
 
 void RowReader::RemarkMonths() {
@@ -322,13 +293,6 @@ void RowReader::RemarkMonths() {
   };
   remark(Role::Month, Role::Day, &VisitRecord::day);
   remark(Role::HatchMonth, Role::HatchDay, &VisitRecord::hatchDay);
-}
-
-void RowReader::RemarkStages() {
-  if (!eggs_.empty() && young_.empty() && agesOfEggs_ == 0 && agesOfYoung_ > 1)
-    remarks_.Say("eggs are counted, and every age is behind hatch: ages are days from hatch, negative ones of eggs");
-  if (eggs_.empty() && !young_.empty() && agesOfYoung_ == 0 && agesOfEggs_ > 1)
-    remarks_.Say("young are counted, and every age is before hatch: ages are days from hatch, negative ones of eggs");
 }
 
 std::string RowReader::Covariates(const RowFields& fields, int line) {
@@ -358,8 +322,9 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
       choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1) : std::optional<int>(1);
   if (!nests) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Nests))};
   if (*nests == 0) throw LeftOut{"it stands for no nest"};
-  SetCounted(fields, visit);
+  stages_.Set(fields, visit);
   visit.covariates = Covariates(fields, line);
+  fates_[nest.fate][fields.Text(Role::Fate)] += *nests;
   const std::string code = fields.Code();
   for (int n = 1; n <= *nests; ++n) {
     visit.code = code.empty() ? fmt::format("L{}", line) : code;
@@ -385,14 +350,18 @@ RowReader::Nest RowReader::NestOf(const RowFields& fields, VisitRecord& visit) {
   nest.first = visit.day = CountedOn(visit, found, NameOf(Role::FirstFound));
   nest.last = CountedOn(visit, day(Role::LastPresent), NameOf(Role::LastPresent));
   const int checked = CountedOn(visit, day(Role::LastChecked), NameOf(Role::LastChecked));
-  const std::optional<bool> failed = fields.Failed();
-  if (!failed) throw LeftOut{"it has no fate"};
+  const std::optional<Fate> fate = fields.FateOfNest();
+  if (!fate) throw LeftOut{"it has no fate"};
+  nest.fate = *fate;
+  const bool failed = nest.fate == Fate::Failed;
   if (nest.last < nest.first) throw LeftOut{"it was last present before it was found"};
-  if (*failed && checked <= nest.last) throw LeftOut{"it failed, and was not checked behind the day when last present"};
-  if (!*failed && checked != nest.last)
+  if (failed && checked <= nest.last) throw LeftOut{"it failed, and was not checked behind the day when last present"};
+  if (nest.fate == Fate::Unknown)
+    remarks_.Count(visit.line, "the fate is not known: the nest counts until it was last present");
+  if (nest.fate == Fate::Survived && checked != nest.last)
     remarks_.Count(visit.line,
                    "the nest did not fail, and was checked on another day than when last present; that one counts");
-  nest.end = *failed ? checked : nest.last;
+  nest.end = failed ? checked : nest.last;
   if (choices_.Has(Role::Count)) nest.eggs = CountOf(fields, visit.line);
   if (nest.eggs < 1) throw LeftOut{"it has no eggs"};
   nest.age = AgeOfNest(fields, visit);
@@ -412,6 +381,21 @@ std::optional<double> RowReader::AgeOfNest(const RowFields& fields, VisitRecord&
     remarks_.Count(visit.line,
                    "the nest has hatched by its age, since ages are days from hatch, negative ones of eggs");
   return age;
+}
+
+void RowReader::RemarkFates() {
+  std::string list;
+  for (const auto& [fate, what] : {std::pair(Fate::Failed, "failed"), std::pair(Fate::Survived, "did not fail"),
+                                   std::pair(Fate::Unknown, "of unknown fate")}) {
+    int nests = 0;
+    std::string words;
+    for (const auto& [word, number] : fates_[fate]) {
+      nests += number;
+      words += fmt::format("{}\"{}\"", words.empty() ? "" : ", ", word);
+    }
+    if (nests > 0) list += fmt::format("{}{} {} ({})", list.empty() ? "" : ", ", nests, what, words);
+  }
+  remarks_.Say("of the nests, by their fate: " + list);
 }
 
 void RowReader::MakeUnique(VisitRecord& visit) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "import/brood_places.h"
+#include "import/counted_stage.h"
 #include "import/covariate_look.h"
 #include "import/remarks.h"
 #include "import/row_fields.h"
@@ -30,6 +31,8 @@ class RowReader {
 
   /// What can be said when all rows have been read.
   void RemarkWhole();
+  /// What can be said of eggs and young when the ages of visits have been settled.
+  void LookAtStages(const std::vector<VisitRecord>& settled);
 
  private:
   /// A field too many shifts all behind it. Spreadsheets leave away empty fields at the end.
@@ -45,9 +48,12 @@ class RowReader {
   /// Numbers under a heading of dates.
   void RemarkDayNumbers();
   void RemarkYear();
+  /// Of how many columns a code is made.
+  void RemarkCode();
+  /// How many nests failed and how many did not, by the words that tell it.
+  void RemarkFates();
   /// Columns of months that are not used, where days could be those of a month.
   void RemarkMonths();
-  void RemarkStages();
 
   void TakeVisit(const RowFields& fields, int line);
 
@@ -74,17 +80,8 @@ class RowReader {
   /// The number of a visit: what stands in all columns with counts.
   int CountOf(const RowFields& fields, int line) const;
 
-  /// Whether a column of numbers has one above 0.
-  bool Counts(const RowFields& fields, std::size_t column) const;
-
-  /// Whether eggs or young make the number of a visit: by the headings of the columns that count any, or of all columns
-  /// of numbers where none does.
-  void SetCounted(const RowFields& fields, VisitRecord& visit) const;
-  /// The same by a column that tells the stage, where the headings do not.
-  void SetStage(const RowFields& fields, VisitRecord& visit) const;
-
-  /// Whether eggs and young, where each have a column of their own, are those of a brood of that age.
-  void CompareStage(const RowFields& fields, const VisitRecord& visit);
+  /// Whether a brood of which none is left has fledged or hatched by another column.
+  void CompareFate(const RowFields& fields, const VisitRecord& visit);
 
   std::string Covariates(const RowFields& fields, int line);
 
@@ -92,6 +89,7 @@ class RowReader {
   struct Nest {
     int first = 0, last = 0, end = 0;  // days: found, last known present, last visit
     int eggs = 1;
+    Fate fate = Fate::Untold;
     std::optional<double> age;  // on the first day
     std::string unknownAge;     // as it is written, where it is
   };
@@ -120,14 +118,15 @@ class RowReader {
   Remarks& remarks_;
   StrayRows stray_;
   BroodPlaces places_;
-  std::vector<std::size_t> nameless_;  // columns that are not used and have no heading, but for the first
+  std::vector<std::size_t> nameless_;     // columns that are not used and have no heading, but for the first
+  std::vector<std::size_t> fateColumns_;  // that may tell what became of a brood
   DateLook dates_;
-  std::vector<std::size_t> eggs_, young_;                    // columns of numbers
+  CountedStage stages_;
   std::vector<CovariateLook> covariates_;                    // of those columns, in their order
-  int agesOfEggs_ = 0, agesOfYoung_ = 0;                     // known ones before hatch, and behind it
   int yearsTold_ = 0, yearsTaken_ = 0, firstYearTaken_ = 0;  // rows
   std::set<std::pair<int, std::string>> nests_;              // by year and code
   std::map<std::pair<int, std::string>, int> again_;         // how often a code came once more
+  std::map<Fate, std::map<std::string, int>> fates_;         // nests by what became of them and by its words
 };
 
 }  // namespace merlane

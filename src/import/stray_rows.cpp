@@ -28,6 +28,13 @@ bool LooksLikeHeading(const TextRow& row) {
   return known > 1 && (known >= WordsOfHeading || known == filled);
 }
 
+/// What programs take for the beginning of a comment, at the beginning of a field; empty for any other.
+std::string_view MarkOfComment(std::string_view field) {
+  for (const std::string_view mark : {"#", "//", "/*", "'", "!", "%", "--", "REM "})
+    if (field.starts_with(mark) && field.size() > mark.size()) return mark;
+  return {};
+}
+
 }  // namespace
 
 StrayRows::StrayRows(const ImportChoices& choices, const std::vector<std::string>& names)
@@ -39,14 +46,30 @@ StrayRows::StrayRows(const ImportChoices& choices, const std::vector<std::string
 
 bool StrayRows::IsSum(const TextRow& row) const {
   static const std::vector<std::string> words{
-      "mean",     "means",      "average",      "avg",   "sum",    "sums",       "total",     "totals",
-      "subtotal", "grandtotal", "median",       "sd",    "se",     "summe",      "gesamt",    "insgesamt",
-      "mittel",   "mittelwert", "durchschnitt", "som",   "totaal", "gemiddelde", "somme",     "moyenne",
-      "suma",     "media",      "promedio",     "summa", "totalt", "medel",      "medelvarde"};
+      "mean",      "means",      "average",      "avg",   "sum",     "sums",       "total",      "totals",
+      "subtotal",  "grandtotal", "median",       "sd",    "se",      "summe",      "gesamt",     "insgesamt",
+      "mittel",    "mittelwert", "durchschnitt", "som",   "totaal",  "gemiddelde", "somme",      "moyenne",
+      "suma",      "media",      "promedio",     "summa", "totalt",  "medel",      "medelvarde", "yhteensa",
+      "keskiarvo", "totale",     "somma",        "razem", "srednia", "ialt",       "gennemsnit", "gjennomsnitt"};
   if (code_ < 0 || static_cast<std::size_t>(code_) >= row.fields.size()) return false;
   std::string word = Alike(row.fields[static_cast<std::size_t>(code_)]);
   while (word.ends_with(':') || word.ends_with('.')) word.pop_back();
   return std::ranges::find(words, word) != words.end();
+}
+
+void StrayRows::LookAtComment(const TextRow& row) {
+  ++records_;
+  const std::string_view mark = row.fields.empty() ? std::string_view() : MarkOfComment(row.fields.front());
+  if (mark.empty() || commented_++ > 0) return;
+  markOfComment_ = mark;
+  firstCommented_ = row.line;
+}
+
+void StrayRows::Remark(Remarks& remarks) const {
+  if (commented_ == 0 || commented_ == records_) return;  // where all do, codes are written so
+  remarks.Say(fmt::format("{} with \"{}\", as what is commented out, the first in {} {}: {} imported as well",
+                          commented_ == 1 ? "1 row begins" : fmt::format("{} rows begin", commented_), markOfComment_,
+                          place_, firstCommented_, commented_ == 1 ? "it is" : "they are"));
 }
 
 std::string StrayRows::WhyStray(const TextRow& row) {

@@ -8,6 +8,7 @@
 
 #include "base/number_text.h"
 #include "data/alike_codes.h"
+#include "data/record_layout.h"
 
 namespace merlane {
 
@@ -25,6 +26,12 @@ bool StandsForNone(const std::string& alikeCode) {
 }
 
 }  // namespace
+
+VisitExaminer::VisitExaminer(const ImportChoices& choices, const std::vector<std::string>& names, Remarks& remarks)
+    : choices_(choices), remarks_(remarks) {
+  for (std::size_t c = 0; c < choices.roles.size(); ++c)
+    if (choices.roles[c] == Role::Covariate) covariates_.push_back(names[c]);
+}
 
 void VisitExaminer::LookAtCodes(const std::vector<VisitRecord>& visits) {
   for (std::size_t i = 0; i < visits.size(); ++i)
@@ -180,8 +187,17 @@ void VisitExaminer::LookAtPair(const VisitRecord& before, const VisitRecord& vis
     note(fmt::format("has the hatch day {} behind {}", visit.hatchDay, before.hatchDay));
   if ((before.hatchDay == 0) != (visit.hatchDay == 0))
     remarks_.Count(visit.line, "the hatch day is missing at one visit, and others do not agree on it");
-  if (before.covariates != visit.covariates)
-    remarks_.Count(visit.line, "a covariate is another than at the visit before; the first one counts");
+  if (before.counted == Stage::Young && visit.counted == Stage::Eggs && visit.count > 0)
+    note(fmt::format("has eggs, by \"{}\", behind young", visit.countedUnder));
+  if (before.covariates != visit.covariates) LookAtCovariates(before, visit);
+}
+
+void VisitExaminer::LookAtCovariates(const VisitRecord& before, const VisitRecord& visit) {
+  constexpr std::size_t Width = record::CovariateWidth + 1;
+  for (std::size_t i = 0; i < covariates_.size(); ++i)
+    if (before.covariates.compare(i * Width, Width, visit.covariates, i * Width, Width) != 0)
+      remarks_.Count(visit.line,
+                     fmt::format("\"{}\" is another than at the visit before; the first one counts", covariates_[i]));
 }
 
 }  // namespace merlane

@@ -16,7 +16,8 @@ namespace merlane {
 /// like another column than it was taken for.
 class VisitExaminer {
  public:
-  VisitExaminer(const ImportChoices& choices, Remarks& remarks) : choices_(choices), remarks_(remarks) {}
+  /// `names` are those of the columns.
+  VisitExaminer(const ImportChoices& choices, const std::vector<std::string>& names, Remarks& remarks);
 
   /// Looks at codes as they stand in the file.
   void LookAtCodes(const std::vector<VisitRecord>& visits);
@@ -46,8 +47,11 @@ class VisitExaminer {
 
   void LookAtPair(const VisitRecord& before, const VisitRecord& visit);
 
+  void LookAtCovariates(const VisitRecord& before, const VisitRecord& visit);
+
   const ImportChoices& choices_;
   Remarks& remarks_;
+  std::vector<std::string> covariates_;  // their names
   std::map<std::string, std::string> spelling_;
   std::set<std::pair<int, std::string>> late_;
   int refused_ = 0;        // visits that the reading will not take

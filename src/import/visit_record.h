@@ -16,9 +16,10 @@ struct VisitRecord {
   std::string age;  // a number, "?" or "-?"; empty as long as it is missing and follows from nothing
   int count = 0;
   Stage counted = Stage::Untold;
-  std::string countedUnder;  // the heading that tells it
-  std::string covariates;    // their fields, each behind its comma
-  int line = 0;              // of the row that it comes from
+  std::string countedUnder;                      // the heading that tells it
+  bool countsEggs = false, countsYoung = false;  // in columns of theirs
+  std::string covariates;                        // their fields, each behind its comma
+  int line = 0;                                  // of the row that it comes from
 
   bool AgeIsKnown() const { return age.back() != '?'; }
 };

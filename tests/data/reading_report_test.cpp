@@ -306,7 +306,8 @@ TEST(ReadingReport, ACovariateThatIsNoNumberIsCountedWithIt) {
   Reading r(1995, 1995, 1);
   r.Of(Header + ",       Depth\n" + Record(1995, "A", 160, 170, -10, 5, {"NA"}) +
        Record(1995, "B", 160, 170, -10, 5, {"0,65"}));
-  EXPECT_THAT(WhatWasRead(r.data, r.report), HasSubstr("Covariate 1 \"Depth\": 0 to 0, mean 0; no number in 2 records"));
+  EXPECT_THAT(WhatWasRead(r.data, r.report),
+              HasSubstr("Covariate 1 \"Depth\": 0 to 0, mean 0; no number in 2 records"));
   EXPECT_THAT(r.report.oddities.Details(2), HasSubstr("\"        0,65\", read as 0"));
 }
 

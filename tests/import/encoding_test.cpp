@@ -63,6 +63,29 @@ TEST(Encoding, LettersThatMayBeOfAnOldMacAreTold) {
   EXPECT_THAT(DoubtfulLetters("20 \x80;5\xB0", Encoding::Latin1), IsEmpty()) << "no letters";
 }
 
+TEST(Encoding, LettersOfWindowsElsewhereInEuropeAreKnownByTheWordsThatTheyMake) {
+  EXPECT_EQ(ProposedEncoding("Ma\xB3y;\xA3\xB9ka"), Encoding::Windows1250);
+  EXPECT_EQ(Decoded("Ma\xB3y;\xA3\xB9ka", Encoding::Windows1250), "Ma\u0142y;\u0141\u0105ka");
+  EXPECT_EQ(ProposedEncoding("\xC3\xED\xE5\xE7\xE4\xEE;1"), Encoding::Windows1251);
+  EXPECT_EQ(Decoded("\xC3\xED\xE5\xE7\xE4\xEE", Encoding::Windows1251), "\u0413\u043D\u0435\u0437\u0434\u043E");
+  for (const char* western : {"m\xB3;N\xBA;1\xAA puesta;\xBFqu\xE9?;\xA3 5;20 \xB9)",
+                              "M\xD6WE;Gr\xF6\xDF"
+                              "e;\xC4\xD6"})
+    EXPECT_EQ(ProposedEncoding(western), Encoding::Latin1) << western;
+  EXPECT_EQ(ProposedEncoding("Ringk\xBF"
+                             "bing;M\x9Fller"),
+            Encoding::MacRoman);
+}
+
+TEST(Encoding, LettersThatMayBeOfWindowsElsewhereInEuropeAreTold) {
+  EXPECT_THAT(DoubtfulLetters("Ma\xB3y", Encoding::Latin1),
+              ElementsAre("\"Ma\u00B3y\" would be \"Ma\u0142y\" as Windows-1250: is the encoding right?"));
+  EXPECT_THAT(DoubtfulLetters("Ma\xB3y", Encoding::Windows1250),
+              ElementsAre("\"Ma\u0142y\" would be \"Ma\u00B3y\" as Latin-1: is the encoding right?"));
+  EXPECT_THAT(DoubtfulLetters("\xC3\xED\xE5\xE7\xE4\xEE", Encoding::MacRoman), Not(IsEmpty()));
+  EXPECT_THAT(DoubtfulLetters("M\xF6we;C\x9Cur", Encoding::Windows1250), Not(IsEmpty())) << "chosen, and wrong";
+}
+
 TEST(Encoding, BytesOfAnotherOneAreRefused) {
   EXPECT_THROW(Decoded("M\xD6WE1", Encoding::Utf8), RuntimeFailure);
   EXPECT_THROW(Decoded("odd", Encoding::Utf16), RuntimeFailure);

@@ -53,6 +53,19 @@ TEST(FieldValues, ASeasonIsTheYearInWhichItBegan) {
     EXPECT_EQ(SeasonIn(text), std::nullopt) << text;
 }
 
+TEST(FieldValues, AYearOfTwoDigitsIsOneOfThisCenturyOrTheLast) {
+  EXPECT_EQ(DateIn("9.6.23", DateOrder::DayMonthYear), Day({2023, 160}));
+  EXPECT_EQ(DateIn("6/9/23 8:15", DateOrder::MonthDayYear), Day({2023, 160}));
+  EXPECT_EQ(DateIn("23-06-09", DateOrder::ShortYearMonthDay), Day({2023, 160}));
+  EXPECT_EQ(DateIn("9 June 23", DateOrder::YearMonthDay), Day({2023, 160}));
+  EXPECT_EQ(DateIn("9-Jun-49", DateOrder::YearMonthDay), Day({2049, 160}));
+  EXPECT_EQ(DateIn("9.6.50", DateOrder::DayMonthYear), Day({1950, 160}));
+  EXPECT_EQ(DateIn("23-06-09", DateOrder::YearMonthDay), Day()) << "which could begin with the day";
+  EXPECT_EQ(DateIn("2023-06-09", DateOrder::ShortYearMonthDay), Day({2023, 160}));
+  EXPECT_EQ(EndsOfShortDate("9.6.23"), std::pair(9, 23));
+  for (const char* text : {"9.6.2023", "9 June 23", "9.6", "Nest"}) EXPECT_EQ(EndsOfShortDate(text), std::nullopt);
+}
+
 TEST(FieldValues, LeapYearsAreThoseOfTheCalendar) {
   EXPECT_EQ(DateIn("2024-12-31", DateOrder::YearMonthDay), Day({2024, 366}));
   EXPECT_EQ(DateIn("2023-12-31", DateOrder::YearMonthDay), Day({2023, 365}));
@@ -63,8 +76,8 @@ TEST(FieldValues, LeapYearsAreThoseOfTheCalendar) {
 }
 
 TEST(FieldValues, WhatIsNoDateIsNone) {
-  for (const char* text : {"", "160", "2023-06", "9.6.23", "31.4.2023", "2023-13-01", "Juice 9, 2023", "9 June 23",
-                           "9 6 June", "2023-06-09x", "-1-1-2023"})
+  for (const char* text : {"", "160", "2023-06", "9.6.3", "9.6.023", "31.4.2023", "31.4.23", "2023-13-01",
+                           "Juice 9, 2023", "9 June 3", "9 6 June", "2023-06-09x", "-1-1-2023"})
     for (const DateOrder order : {DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear})
       EXPECT_EQ(DateIn(text, order), Day()) << text;
   EXPECT_EQ(DateIn("1995", DateOrder::YearMonthDay), Day());

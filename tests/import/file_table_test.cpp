@@ -21,19 +21,24 @@ const std::string Folder = MERLANE_SOURCE_DIR "/tests/data/import/";
 /// An entry of the table.
 struct Expected {
   std::string file, changes, outcome;
-  std::vector<std::string> lines;  // parts of the remarks, one for each, or of the refusal
+  std::vector<std::string> lines;     // parts of the remarks, one for each, or of the refusal
+  std::vector<std::string> meanings;  // parts of what is said of the columns
 };
 
 std::vector<Expected> Table() {
   std::vector<Expected> table;
   for (const std::string& line : Lines(ReadWholeFile(Folder + "expected.txt"))) {
     if (line.empty() || line.front() == '#') continue;
+    if (line.starts_with("  = ")) {
+      table.back().meanings.push_back(line.substr(4));
+      continue;
+    }
     if (line.starts_with("  ")) {
       table.back().lines.push_back(line.substr(2));
       continue;
     }
     const std::size_t colon = line.rfind(": "), blank = line.find(' ');
-    Expected entry{line.substr(0, std::min(colon, blank)), "", line.substr(colon + 2), {}};
+    Expected entry{line.substr(0, std::min(colon, blank)), "", line.substr(colon + 2), {}, {}};
     if (blank < colon) entry.changes = line.substr(blank + 2, colon - blank - 3);  // in parentheses
     table.push_back(entry);
   }
@@ -98,6 +103,8 @@ void Hold(const Expected& entry) {
     EXPECT_EQ(imported.text, std::filesystem::exists(file) ? ReadWholeFile(file) : "");
     EXPECT_EQ(remarks.size(), entry.lines.size()) << Joined(remarks);
     EXPECT_EQ(imported.remarks.size(), static_cast<std::size_t>(imported.remarkCount)) << "all are told";
+    for (const std::string& meaning : entry.meanings)
+      EXPECT_THAT(imported.meanings, testing::Contains(testing::HasSubstr(meaning)));
     for (std::size_t i = 0; i < std::min(entry.lines.size(), remarks.size()); ++i)
       EXPECT_THAT(remarks[i], testing::HasSubstr(entry.lines[i])) << Joined(remarks);
   } catch (const RuntimeFailure& failure) {

@@ -56,7 +56,7 @@ TEST(ImportVisits, ATableInTheOrderOfTheFormatGoesThroughAsItIs) {
 }
 
 TEST(ImportVisits, NoneOfTheOnlyKindThatIsCountedIsToldWhereTheBroodIsOfTheOther) {
-  EXPECT_THAT(AsProposed("Nest;Date;Hatch date;Eggs;Pollos vivos\n"
+  EXPECT_THAT(AsProposed("Nest;Date;Hatch date;Eggs;Vipas\n"
                          "A;2023-05-03;2023-05-13;7;\n"
                          "A;2023-05-14;2023-05-13;0;6\n"
                          "A;2023-05-20;2023-05-13;0;5\n")
@@ -67,6 +67,18 @@ TEST(ImportVisits, NoneOfTheOnlyKindThatIsCountedIsToldWhereTheBroodIsOfTheOther
                          "A;2023-05-09;2023-05-13;0\n")
                   .remarks,
               Contains(HasSubstr("no young are counted, and by its age none has hatched: the clutch counts as dead")));
+}
+
+TEST(ImportVisits, WhatAColumnOfOneKindMeansOverHatchIsToldAndNotAskedAbout) {
+  const Imported both = AsProposed(
+      "Nest;Date;Hatch date;Eggs\nA;2023-05-03;2023-05-13;7\nA;2023-05-14;2023-05-13;6\nA;2023-05-20;2023-05-13;5\n");
+  EXPECT_THAT(both.remarks, IsEmpty());
+  EXPECT_THAT(both.meanings,
+              ElementsAre("\"Eggs\" is the number of young, too, behind hatch: 2 visits so, the first in line 3"));
+  const Imported once = AsProposed("Nest;Date;Hatch date;Eggs\nA;2023-05-03;;7\nA;2023-05-14;2023-05-13;6\n");
+  EXPECT_THAT(once.meanings, ElementsAre(HasSubstr("1 visit so, the first in line 3")));
+  EXPECT_THAT(AsProposed("Nest;Date;Hatch date;Count\nA;2023-05-03;2023-05-13;7\nA;2023-05-14;2023-05-13;6\n").meanings,
+              IsEmpty());
 }
 
 TEST(ImportVisits, ANumberWithAPowerOfTenIsTold) {
@@ -244,7 +256,8 @@ TEST(ImportVisits, ANestBecomesVisitsOfOneEgg) {
                                "    1995,     C-2,       5,       0,      -?,       1\r\n"
                                "    1995,     C-2,       8,       0,      -?,       1\r\n"
                                "    1995,     C-2,      12,       0,      -?,       0\r\n");
-  EXPECT_THAT(imported.remarks, ElementsAre("no column tells the year: 1995 was taken"));
+  EXPECT_THAT(imported.remarks, ElementsAre("no column tells the year: 1995 was taken",
+                                            "of the nests, by their fate: 3 failed (\"1\"), 1 did not fail (\"0\")"));
 }
 
 TEST(ImportVisits, ANestOfWhichTheEggsAreToldBecomesVisitsOfTheClutch) {
@@ -272,8 +285,9 @@ TEST(ImportVisits, ANestOfWhichTheHatchDayIsToldHasAges) {
 TEST(ImportVisits, ANestThatCannotBeIsLeftOut) {
   EXPECT_THAT(
       AsProposed("id,FirstFound,LastPresent,LastChecked,Fate\nA,1,9,9,0\nB,9,5,9,1\nC,5,9,9,1\nD,5,9,10,2\n").remarks,
-      ElementsAre("no column tells the year: 1995 was taken", HasSubstr("line 3: left out, it was last present before"),
-                  HasSubstr("line 4: left out, it failed"), HasSubstr("line 5: left out, \"2\" is no fate")));
+      ElementsAre("no column tells the year: 1995 was taken", HasSubstr("1 did not fail (\"0\")"),
+                  HasSubstr("line 3: left out, it was last present before"), HasSubstr("line 4: left out, it failed"),
+                  HasSubstr("line 5: left out, \"2\" is no fate")));
 }
 
 TEST(ImportVisits, ThePublishedNestsBecomeTheKeptDataFile) {

@@ -120,6 +120,8 @@ class RandomTable {
                               day - 1);
       case DateOrder::DaysSince1970:
         return std::to_string(newYear.time_since_epoch().count() + day - 1);
+      case DateOrder::ShortYearMonthDay:
+        return fmt::format("{:02}-{:02}-{:02}", y % 100, m, d);
       case DateOrder::YearMonthDay:
         break;
     }
