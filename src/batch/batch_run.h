@@ -21,7 +21,9 @@ class BatchRun {
   /// What the program is made from.
   Host MachineHost(SharedWork* shared = nullptr) {
     const std::string& folder = windows_.GetFolders().OfProgram();
-    return {windows_, clock_, random_, workbooks_, folder, folder, shared};
+    Host host{windows_, clock_, random_, workbooks_, folder, folder, shared};
+    host.standing = [this](const std::string& path) { return windows_.GetFolders().Standing(path); };
+    return host;
   }
 
   /// Starts the program whose forms stand on `desk` and plays the lines. Returns the exit status.

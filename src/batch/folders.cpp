@@ -39,6 +39,12 @@ std::string Folders::ToWrite(const std::string& path) const {
   return written;
 }
 
+std::string Folders::Standing(const std::string& path) const {
+  std::error_code unknown;
+  if (aside.empty() || std::filesystem::exists(path, unknown)) return path;
+  return InFolder(writing, std::filesystem::path(path).lexically_relative(aside).string());
+}
+
 /// What is written to the folder for that stands in the one aside under the same name, all else in folders below it.
 std::string Folders::Aside(const std::string& path) const {
   namespace fs = std::filesystem;

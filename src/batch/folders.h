@@ -16,6 +16,8 @@ struct Folders {
   std::string ToWrite(const std::string& path) const;
   /// Where files go that the program names itself.
   const std::string& OfProgram() const { return aside.empty() ? writing : aside; }
+  /// Where a file of that folder is until this run writes it.
+  std::string Standing(const std::string& path) const;
 
  private:
   std::string Aside(const std::string& path) const;

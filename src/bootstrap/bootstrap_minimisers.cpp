@@ -4,15 +4,19 @@
 
 namespace merlane {
 
+void BootstrapMinimisers::BeginAfresh(BootstrapResults::Minimiser minimiser) {
+  simplex_.BeginAfresh();
+  if (minimiser == BootstrapResults::Minimiser::Marquardt) marquardt_.TakeNumericalDerivatives();
+}
+
 bool BootstrapMinimisers::Minimise(BootstrapResults::Minimiser minimiser) {
   BuildFuseGroups(state_);
   PackFree(state_);
-  simplex_.BeginAfresh();
+  BeginAfresh(minimiser);
   if (minimiser == BootstrapResults::Minimiser::Simplex) {
     simplex_.Minimise();
     return true;
   }
-  marquardt_.TakeNumericalDerivatives();
   return marquardt_.Minimise().ending != MarquardtEnding::MatrixFailed;
 }
 

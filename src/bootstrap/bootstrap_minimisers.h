@@ -15,6 +15,8 @@ class BootstrapMinimisers {
   BootstrapMinimisers(Desk& desk, RunState& state, FrmSimplex& simplex, FrmMarquardt& marquardt)
       : desk_(desk), state_(state), simplex_(simplex), marquardt_(marquardt) {}
 
+  /// Makes both ready for a replicate: none goes on from another fit, and no later fit from a replicate.
+  void BeginAfresh(BootstrapResults::Minimiser minimiser);
   /// Leaves the result in the present values; false when a matrix could not be inverted.
   bool Minimise(BootstrapResults::Minimiser minimiser);
   /// Closes the windows of both.

@@ -273,6 +273,7 @@ void ParametricBootstrap::DoShare(const BootstrapOptions& options, BootstrapResu
   const FittedShare done = FitShare(OriginOfFits(options.minimiser), *shared.Mine(), options.BootstrapCount,
                                     ThreadsAhead(cores, model_.data.Visits()), shared);
   Tell(fmt::format("{} attempts were made for this piece, of which {} were rejected", done.attempts, done.rejected));
+  minimisers_.BeginAfresh(options.minimiser);      // a fit that follows sets out as behind any bootstrap
   desk_.host.random.Skip(options.BootstrapCount);  // what follows draws as behind a bootstrap without rejections
   results.Keep(results.originalDeviance, state_.algorithm.Value, model_.Estimates());
 }

@@ -128,7 +128,7 @@ void FrmImport::TakeKept(const ImportChoices& kept, const std::string& whence, c
 }
 
 bool FrmImport::TakeLastTimes(const ReadingProgress& progress) {
-  const std::string kept = file_.ChoicesFile(path_);
+  const std::string kept = desk.host.standing(file_.ChoicesFile(path_));
   if (!std::filesystem::exists(kept)) return false;
   try {
     TakeKept(ChoicesIn(ReadWholeFile(kept)), "As it was chosen when this file was imported last", progress);

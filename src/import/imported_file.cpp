@@ -14,11 +14,6 @@ namespace {
 
 constexpr const char* Title = "Import";
 
-/// Whether a file is there with other contents.
-bool StandsOtherwise(const std::string& path, const std::string& contents) {
-  return std::filesystem::exists(path) && ReadWholeFile(path) != contents;
-}
-
 /// What became of the rows of a text, or of a sheet, in lines for people.
 std::string WhatWasMade(const Imported& imported, const std::string& sheet) {
   const std::string years = imported.firstYear == imported.lastYear
@@ -53,6 +48,11 @@ bool ImportedFile::Write(const std::string& path, const Imported& imported, cons
                          Counted(imported.records, "record"), Counted(imported.broods, "brood"), file),
              style::Information, WhatWasMade(imported, choices.sheet));
   return true;
+}
+
+bool ImportedFile::StandsOtherwise(const std::string& path, const std::string& contents) const {
+  const std::string standing = desk_.host.standing(path);
+  return std::filesystem::exists(standing) && ReadWholeFile(standing) != contents;
 }
 
 bool ImportedFile::MayGoOn(const std::string& toLookAt) {

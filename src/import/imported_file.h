@@ -25,6 +25,8 @@ class ImportedFile {
 
  private:
   bool MayGoOn(const std::string& toLookAt);
+  /// Whether a file is there with other contents.
+  bool StandsOtherwise(const std::string& path, const std::string& contents) const;
   /// Asks about files that are there already with other contents, but for choices that were kept here.
   bool MayReplace(const std::string& path, const std::string& data, const std::string& choices);
 

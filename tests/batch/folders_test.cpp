@@ -44,6 +44,13 @@ TEST_F(FoldersAsideTest, WhatIsWrittenGoesAsideAndIsReadFromThere) {
   EXPECT_EQ(folders.OfProgram(), aside.Path());
 }
 
+TEST_F(FoldersAsideTest, AFileThatTheProgramNamesStandsInTheFolderUntilItIsWritten) {
+  EXPECT_EQ(folders.Standing(aside.Path() + "/a.dat"), root + "/out/a.dat");
+  WriteFile(aside.Path() + "/a.dat", "new");
+  EXPECT_EQ(folders.Standing(aside.Path() + "/a.dat"), aside.Path() + "/a.dat");
+  EXPECT_EQ(Folders({.writing = root + "/out"}).Standing(root + "/out/a.dat"), root + "/out/a.dat");
+}
+
 TEST_F(FoldersAsideTest, AFileIsFoundByWhicheverLinkItIsNamed) {
   std::filesystem::create_directory_symlink(root + "/data", root + "/link");
   const Folders linked{root + "/data", root + "/link", aside.Path()};

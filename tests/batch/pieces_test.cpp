@@ -195,6 +195,16 @@ TEST_F(Pieces, EachOfSeveralCommandsIsShared) {
             "");
 }
 
+TEST_F(Pieces, WhatIsFittedBehindABootstrapIsSharedToo) {
+  for (const By first : {By::Simplex, By::Marquardt})
+    EXPECT_EQ(ExpectTheSame(Fitted + Summary(3) + Bootstrap(6, first, "first") + "close frmSummary\n" +
+                                "press frmMenu.cmdSimplex\nreply yes at \"Just checking\"\nclose frmSimplex\n"
+                                "press frmMenu.cmdSaveAlg\nfile fitted.alg\nseed 7\n" +
+                                Summary(3) + Bootstrap(6, By::Simplex, "second") + Closed,
+                            2),
+              "");
+}
+
 TEST_F(Pieces, AShorterBootstrapOfTheSameSeedLeavesTheLongerOneItsParts) {
   EXPECT_EQ(ExpectTheSame(Fitted + Summary(9) + "seed 1\n" + Bootstrap(7, By::Simplex, "long") + "seed 1\n" +
                               Bootstrap(3, By::Simplex, "short") + Closed,
@@ -294,6 +304,34 @@ TEST_F(Pieces, WhatIsReadAndWrittenOnTheWayIsReadInAPieceAsInTheWhole) {
   const Result piece = Piece(file, 1, 1);
   EXPECT_EQ(piece.status, 0) << piece.errors;
   EXPECT_EQ(piece.errors, "");
+}
+
+/// Whether the import asks, and by which choices it begins, depends on what the folder holds.
+TEST_F(Pieces, AnImportThatReplacesAFileDoesSoInThePiecesToo) {
+  for (const char* name : {"field_book.xlsx", "first_fit.alg"})
+    fs::copy(fs::path(MERLANE_SOURCE_DIR) / "examples" / name, folder);
+  const std::string file = BatchFile(
+      "clock 2024-06-01 10:30:00\npress frmMenu.cmdInitialize\npress frmInitialize.cmdImport\nfile field_book.xlsx\n"
+      "press frmImport.cmdDone\nreply yes at \"Import\"\nreply yes at \"Import\"\npress frmInitialize.cmdFit\n"
+      "press frmInitialize.cmdDone\npress frmMenu.cmdLoadAlg\nreply yes\nfile first_fit.alg\n"
+      "press frmMenu.cmdOneFunction\nclose frmOneFunction\nseed 3\n" +
+      Summary(20) + Closed);
+  const auto stand = [this](const char* name) {
+    fs::create_directories(folder / name);
+    WriteFile(folder / name / "field_book.xlsx.dat", "of last year\n");
+    WriteFile(folder / name / "field_book.xlsx.dat.import", "of no use\n");
+  };
+  stand("out");
+  const Result whole = Whole(file);
+  ASSERT_EQ(whole.status, 0) << whole.errors;
+  ASSERT_THAT(whole.transcript, HasSubstr("Replace them?"));
+  stand("pieces");
+  const std::vector<std::string> paths = AllPieces(file, 3);
+  EXPECT_EQ(ReadFile(folder / "pieces/field_book.xlsx.dat"), "of last year\n");
+  stand("out");
+  const Result joined = Join(paths);
+  EXPECT_TRUE(joined == whole);
+  EXPECT_EQ(joined.errors, "") << "all stood in the pieces";
 }
 
 TEST_F(Pieces, AFolderForTheFilesThatIsALinkIsTheFolderThatItLeadsTo) {
