@@ -64,8 +64,8 @@ class Fitted {
     estimates.Preset(data_);
     const auto D = static_cast<std::int16_t>(state_.best.parameters.FledgeAge);
     Report("survival estimates", [&] {
-      EstimateOneDaySurvival(data_, state_, false, {}, estimates);
-      EstimateFledgingSurvival(data_, state_, false, D, {}, estimates);
+      EstimateOneDaySurvival(data_, state_, false, {}, estimates, &workers_);
+      EstimateFledgingSurvival(data_, state_, false, D, {}, estimates, &workers_);
     });
     Simulation simulation;
     Report("simulation", [&] { SimulateData(data_, {}, state_.best, random_, {}, simulation); });

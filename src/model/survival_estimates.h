@@ -7,6 +7,7 @@
 #include "data/brood_data.h"
 #include "likelihood/calculation_watch.h"
 #include "likelihood/likelihood_state.h"
+#include "platform/workers.h"
 
 namespace merlane {
 
@@ -27,12 +28,14 @@ struct SurvivalEstimates {
 
 /// Fills LiveDay and LiveNext from the last evaluation's parameters, for ages below the age at fledging. Numbers too
 /// small are floored as in the objective, other than in a bootstrap. Where a brood's attributes drive a rate or shape
-/// to an overflow, that is impossible at the brood or visit, whose entries stay Missing.
+/// to an overflow, that is impossible at the brood or visit, whose entries stay Missing. Broods are
+/// shared among the workers; numbers, and what is told, are the same for any number of them.
 void EstimateOneDaySurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
-                            const CalculationWatch& watch, SurvivalEstimates& estimates);
+                            const CalculationWatch& watch, SurvivalEstimates& estimates, Workers* workers = nullptr);
 
 /// Fills FledgeFrom and FledgeZero likewise, for a target age in days.
 void EstimateFledgingSurvival(const BroodData& data, const LikelihoodState& fitted, bool BootstrapMode,
-                              std::int16_t TargetAge, const CalculationWatch& watch, SurvivalEstimates& estimates);
+                              std::int16_t TargetAge, const CalculationWatch& watch, SurvivalEstimates& estimates,
+                              Workers* workers = nullptr);
 
 }  // namespace merlane

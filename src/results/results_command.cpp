@@ -81,9 +81,10 @@ void ResultsCommand::EstimateSurvival() {
   const std::int16_t FledgeAge = model_.Evaluated().parameters.FledgeAge;
   if (FledgeAge <= 0) return;
   main_.ShowProgress("Please be patient while survival probabilities are calculated, it can take a while...");
-  EstimateOneDaySurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, watch_, model_.Estimates());
+  EstimateOneDaySurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, watch_, model_.Estimates(),
+                         &model_.SharingWorkers());
   EstimateFledgingSurvival(model_.data, model_.Evaluated(), state_.flags.BootstrapMode, FledgeAge, watch_,
-                           model_.Estimates());
+                           model_.Estimates(), &model_.SharingWorkers());
   main_.ShowProgress("One moment please while output is consolidated...");
 }
 

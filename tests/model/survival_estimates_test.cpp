@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "base/runtime_failure.h"
 #include "likelihood/analysis.h"
 #include "likelihood/evaluated_case.h"
@@ -230,6 +235,41 @@ TEST(SurvivalEstimates, BroodThatCannotBeEstimatedIsToldAndTheOthersAreEstimated
   EXPECT_EQ(s.LiveDay[0], Missing);
   EXPECT_NE(s.LiveDay[2], Missing);
 }
+
+class EstimatesByWorkers : public testing::TestWithParam<int> {};
+
+TEST_P(EstimatesByWorkers, NumbersAndWhatIsToldAreThoseOfOneBroodAfterTheOther) {
+  Analysis a;
+  for (int brood = 0; brood < 1500; ++brood) {
+    const std::string code = std::to_string(brood);
+    a.Visit(code, 1 + brood % 5, 8).Visit(code, 6 + brood % 7, 7).Visit(code, 15, 5);
+  }
+  a.Read();
+  a.Value(10) = 30;
+  a.Value(17) = 0.04;
+  a.Evaluate();
+  a.state.parameters.ZetaBR(1) = 1e300;
+  a.state.survival.EHatch.assign(1500, 0);
+  a.state.survival.EHatch[70] = a.state.survival.EHatch[1400] = 1e300;  // overflows
+  const auto estimated = [&](Workers* workers) {
+    std::vector<std::string> told;
+    CalculationWatch watch;
+    watch.progress = [&](const std::string& text) { told.push_back(text); };
+    watch.turn = [&] { told.emplace_back("turn"); };
+    watch.impossible = [&](const ImpossibleStep& step) { told.push_back(step.reason); };
+    SurvivalEstimates s;
+    s.Preset(a.reading.data);
+    EstimateOneDaySurvival(a.reading.data, a.state, false, watch, s, workers);
+    EstimateFledgingSurvival(a.reading.data, a.state, false, 30, watch, s, workers);
+    return std::pair(told, std::vector{s.LiveDay, s.LiveNext, s.FledgeFrom, s.FledgeZero});
+  };
+  const auto alone = estimated(nullptr);
+  EXPECT_EQ(std::ranges::count_if(alone.first, [](const auto& text) { return text.find("verflow") != text.npos; }), 4);
+  Workers workers(GetParam());
+  EXPECT_EQ(estimated(&workers), alone);
+}
+
+INSTANTIATE_TEST_SUITE_P(Threads, EstimatesByWorkers, testing::Values(1, 2, 5));
 
 class GoldenEstimates : public testing::TestWithParam<test::GoldenCase> {};
 
