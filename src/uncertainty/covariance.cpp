@@ -157,11 +157,19 @@ double CovarianceGrid::CorrelationDeterminant() const {
 }
 
 bool Covariances::AreOf(const Basis& now) const {
-  if (!basis || !basis->SameSearch(now) || basis->constant != now.constant) return false;
+  if (!basis) return false;
+  Basis then = BesidePresent(now);
+  if (stepsTaken == now.Step) then.Step = now.Step;
+  return then.SameEstimates(now) && then.SameSearch(now) && then.constant == now.constant;
+}
+
+std::string Covariances::ChangesUntil(const Basis& now) const { return ChangesBetween(BesidePresent(now), now); }
+
+Basis Covariances::BesidePresent(const Basis& now) const {
+  Basis then = *basis;
   // A function call may since have written the values as the model reads them: that is the same point.
-  Basis asModelReads = *basis;
-  asModelReads.Value = CovBaseValue;
-  return basis->SameEstimates(now) || asModelReads.SameEstimates(now);
+  if (CovBaseValue == now.Value) then.Value = CovBaseValue;
+  return then;
 }
 
 Covariances PrepareCovariances(const CovarianceOptions& options, RunState& state, Objective& objective) {

@@ -41,20 +41,27 @@ struct CovarianceGrid {
 struct Covariances {
   std::optional<Basis> basis;  // none while nothing has been calculated
   CovarianceMode mode = CovarianceMode::Numerical;
-  Array1<double> CovBaseValue;     // parameter values at the minimum, as the model left them after a call
-  Array1<double> CovStep;          // steps; a parameter takes part when its step is not 0
-  Array1<std::string> CovFuse;     // fuses
-  Array1<std::string> CovName;     // descriptions
-  std::int16_t CovCount = 0;       // parameters that take part
-  Array1<std::int16_t> CovIndex;   // parameter number of position 1..CovCount
-  double CovF0 = 0;                // objective at the base point, prior included
-  double CovConstantInverse = 0;   // 1 / c, where c times the objective is -ln[likelihood]
-  bool OptimisticSE = false;       // the off-diagonal of the Hessian was taken as 0: conditional standard errors
-  Array1<CovarianceGrid> grid{3};  // from 1
+  Array1<double> CovBaseValue;    // parameter values at the minimum, as the model left them after a call
+  Array1<double> CovStep;         // steps; a parameter takes part when its step is not 0
+  Array1<std::string> CovFuse;    // fuses
+  Array1<std::string> CovName;    // descriptions
+  std::int16_t CovCount = 0;      // parameters that take part
+  Array1<std::int16_t> CovIndex;  // parameter number of position 1..CovCount
+  double CovF0 = 0;               // objective at the base point, prior included
+  double CovConstantInverse = 0;  // 1 / c, where c times the objective is -ln[likelihood]
+  bool OptimisticSE = false;      // the off-diagonal of the Hessian was taken as 0: conditional standard errors
+  std::optional<Array1<double>> stepsTaken;  // of the run since an evaluation took its steps from these standard errors
+  Array1<CovarianceGrid> grid{3};            // from 1
 
   /// True when they are those of the present estimates, free parameters, steps, priors and constant, and no
-  /// minimisation has been begun since.
+  /// minimisation has been begun since. Steps that were taken from them do not make them those of another run.
   bool AreOf(const Basis& now) const;
+  /// What has changed since, as parts of a sentence; empty when nothing has.
+  std::string ChangesUntil(const Basis& now) const;
+
+ private:
+  /// Their basis as it reads beside the present one.
+  Basis BesidePresent(const Basis& now) const;
 };
 
 struct CovarianceOptions {

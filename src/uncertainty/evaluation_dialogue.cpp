@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -43,21 +44,18 @@ double StepAcross(double standardError, const EvaluationSetup& setup) {
 
 void EvaluationDialogue::Evaluate(bool& on) {
   edited_ = false;
+  std::exception_ptr failure;  // whose end is that of any other course, but for the end of the program
   try {
     const auto flag = Meanwhile(on, true);
     Converse();
   } catch (const std::exception&) {
-    End();
-    throw;
+    failure = std::current_exception();
   }
-  End();
-}
-
-void EvaluationDialogue::End() {
   p_.desk.Unload(p_.choice);  // which brings the menu back
   for (int panel = 1; panel <= p_.main.stbMain5.Panels(); ++panel) SetPanel(panel, "");
   if (edited_)
     p_.desk.Tell("A friendly reminder", "Your algorithm file may have been automatically edited", style::Exclamation);
+  if (failure) std::rethrow_exception(failure);
 }
 
 void EvaluationDialogue::Converse() {
@@ -76,17 +74,19 @@ void EvaluationDialogue::Converse() {
   const auto setup = AskSetup();
   if (!setup) return;
   p_.last.of = p_.objective.Present();
-  AlgorithmData& a = p_.state.algorithm;
-  const Array1<double> Value = a.Value;
-  try {
-    while (const std::optional<double> step = Run(*setup)) {
-      a.Value = Value;  // a profile leaves those of its last point
-      a.Step(setup->ProfileParameter) = *step;
-    }
-  } catch (const RuntimeFailure&) {
-    if (p_.state.reading == p_.last.of.reading) a.Value = Value;
-    throw;
-  }
+  while (const std::optional<double> step = RunOrPutBack(*setup))
+    p_.state.algorithm.Step(setup->ProfileParameter) = *step;
+}
+
+std::optional<double> EvaluationDialogue::RunOrPutBack(const EvaluationSetup& setup) {
+  RunState& run = p_.state;
+  bool stands = false;
+  const AtEnd ownValues([&, Value = run.algorithm.Value, reading = run.reading] {
+    if (!stands && run.reading == reading) run.algorithm.Value = Value;  // with other data they are another model's
+  });
+  const std::optional<double> step = Run(setup);
+  stands = !step;
+  return step;
 }
 
 bool EvaluationDialogue::NothingToEvaluate() const {
@@ -143,7 +143,7 @@ void EvaluationDialogue::TakeSteps(const CovarianceGrid& grid, const EvaluationS
     const std::int16_t parameter = c.CovIndex(a);
     if (grid.HasStandardError(a)) Step(parameter) = StepFrom(grid.standardErrors(a), parameter, setup);
   }
-  c.basis->Step = Step;  // the steps that they propose do not make them those of another run
+  c.stepsTaken = Step;
 }
 
 void EvaluationDialogue::EditSteps() {

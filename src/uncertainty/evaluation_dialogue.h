@@ -116,8 +116,8 @@ class EvaluationDialogue {
 
  private:
   void Converse();
-  /// Closes the choice of evaluations, clears the status and reminds of what may have been edited.
-  void End();
+  /// Run; unless it shows what came of it, the values are what they were. A profile leaves those of its last point.
+  std::optional<double> RunOrPutBack(const EvaluationSetup& setup);
   /// True for a posterior while no parameter is free; a profile may be given its step on the way.
   bool NothingToEvaluate() const;
   bool HasEarlierResults() const;

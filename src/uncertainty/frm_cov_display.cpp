@@ -71,8 +71,7 @@ std::string FrmCovDisplay::WhoseTheyAre() const {
       fmt::format("{}, where the objective was {}",
                   NamedFor(fmt::format("Covariances of {} free parameters", c.CovCount), *c.basis),
                   Format(c.CovF0, "####0.000000"));
-  const Basis now = objective_.UsersPresent();
-  return WithChanges(words, c.AreOf(now) ? "" : ChangesBetween(*c.basis, now));
+  return WithChanges(words, c.ChangesUntil(objective_.UsersPresent()));
 }
 
 void FrmCovDisplay::DisplayOnScreen() {

@@ -2,7 +2,9 @@
 
 #include <cmath>
 #include <cstdint>
+#include <functional>
 
+#include "base/at_end.h"
 #include "control/fuses.h"
 #include "control/run_state.h"
 
@@ -26,11 +28,6 @@ class PinnedParameter {
     state_.algorithm.Step(parameter) = 0;
     PackFree(state_);
   }
-  ~PinnedParameter() {
-    if (Restore()) ++state_.free.NFREE;
-  }
-  PinnedParameter(const PinnedParameter&) = delete;
-  PinnedParameter& operator=(const PinnedParameter&) = delete;
 
   /// Gives value and step back already, though NFREE does not yet count the parameter. False when other data have been
   /// read meanwhile: they are another model's then.
@@ -66,6 +63,9 @@ class PinnedParameter {
   const std::int64_t reading_;
   const Array1<double> own_;  // values of all parameters
   double restoredStep_;
+  const AtEnd<std::function<void()>> unpinned_{[this] {
+    if (Restore()) ++state_.free.NFREE;
+  }};
 };
 
 }  // namespace merlane

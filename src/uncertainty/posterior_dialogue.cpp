@@ -8,7 +8,6 @@
 #include "base/at_end.h"
 #include "base/elementary.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/objective_constant.h"
 #include "uncertainty/evaluation_questions.h"
@@ -155,14 +154,11 @@ std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
   Progress progress(*this, setup);
   Posterior posterior = [&] {
     const auto interruptOffered = Meanwhile(p_.main.mnuBayesianInt.visible, true);
-    const double reference = p_.last.ReferenceF;
-    try {
-      return merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state, p_.objective,
-                                        p_.last.ReferenceF, progress, p_.desk.host.shared);
-    } catch (const RuntimeFailure&) {
-      p_.last.ReferenceF = reference;  // that of a failed one serves nobody
-      throw;
-    }
+    double reference = p_.last.ReferenceF;
+    Posterior evaluated = merlane::EvaluatePosterior(pinned, {setup.ProfilePoints, setup.GridPoints}, p_.state,
+                                                     p_.objective, reference, progress, p_.desk.host.shared);
+    p_.last.ReferenceF = reference;  // that of a failed one serves nobody
+    return evaluated;
   }();
   pinned.Restore();  // unlike a profile, which holds the parameter while its plots are open
   if (p_.state.free.NFREE > 0) SetPanel(3, "Integrations completed at " + TimeOfDay(p_.desk.host.clock));

@@ -14,9 +14,9 @@
 namespace merlane::test {
 
 std::ostream& operator<<(std::ostream& out, const OneCall& call) {
-  return out << "objective " << (call.F ? Shortest(*call.F) : "none") << ", sample size " << call.SampleSize << ", K "
-             << call.K << ", values " << fmt::format("{}", fmt::join(call.Value, " ")) << ", steps "
-             << fmt::format("{}", fmt::join(call.Step, " ")) << ", fuses "
+  return out << "objective " << (call.F ? Shortest(*call.F) : "none, " + call.failure) << ", sample size "
+             << call.SampleSize << ", K " << call.K << ", values " << fmt::format("{}", fmt::join(call.Value, " "))
+             << ", steps " << fmt::format("{}", fmt::join(call.Step, " ")) << ", fuses "
              << fmt::format("{}", fmt::join(call.Fuse, " "));
 }
 
@@ -36,7 +36,8 @@ OneCall CallOnce(Program& program) {
     BuildFuseGroups(program.state);
     PackFree(program.state);
     call.F = program.objective(a.Value, 1);
-  } catch (const RuntimeFailure&) {
+  } catch (const RuntimeFailure& failure) {
+    call.failure = failure.what();
     return call;  // half evaluated, there is nothing that could be compared
   }
   call.Value.assign(a.Value.begin(), a.Value.end());

@@ -15,6 +15,7 @@ namespace merlane::test {
 /// What one call of the objective comes to at the present values.
 struct OneCall {
   std::optional<double> F;  // with its prior term; none: it cannot be evaluated
+  std::string failure;      // why not
   std::vector<double> Value, Step;
   std::vector<std::string> Fuse;
   std::int32_t SampleSize = 0;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -37,6 +36,8 @@ class HeldAgainstFresh {
   void CompareCovarianceReport();
   /// The objective that a minimisation reports, where it says that it is reached.
   void CompareMinimisation();
+  /// What a report tells, beside the objective of a fit, of one call at its values, which is another.
+  void ReportSaysOneOf(const std::vector<std::string>& words);
   /// What the review of the priors tells, as long as it says that it is of the present run.
   void CompareReview();
   /// The last row of the ranking, when it is new.
@@ -58,12 +59,7 @@ class HeldAgainstFresh {
     OneCall call;
   };
   std::optional<Called> called_;
-  std::string checkedCovariances_;  // in which run
-  struct Grids {
-    std::array<double, 4> objectives{};  // at the base point, and the means
-    Array1<double> Step;                 // when they were met first
-  };
-  Grids grids_;
+  std::string checkedCovariances_;                             // in which run
   std::string checkedReview_;                                  // likewise
   std::optional<std::pair<std::int64_t, double>> checkedFit_;  // which search, and what it had reached
 };

@@ -342,6 +342,22 @@ TEST_F(PosteriorDialogueTest, StepsFromTheCovariancesSpanSevenErrorsOnTheGridAnd
   windows.No("Bivariate plot");
   Choose(frmParEvals.cmdBP);
   EXPECT_TRUE(covariances.AreOf(run.objective.Present())) << "an integration leaves them";
+  EXPECT_EQ(covariances.ChangesUntil(run.objective.Present()), "step sizes have been changed");
+}
+
+TEST_F(PosteriorDialogueTest, StepsTypedBehindThoseFromTheCovariancesAreOfAnotherRun) {
+  TakeCovariances({0.5, 0.1});
+  const Array1<double> calculatedWith = algorithm.Step;
+  AnswerSetup("1", "25", "15");
+  windows.Enter("3", PosteriorTitle);
+  Edit([this] { algorithm.Step(2) *= 2; });
+  SeePlots();
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+  EXPECT_FALSE(covariances.AreOf(run.objective.Present()));
+  algorithm.Step = calculatedWith;
+  EXPECT_TRUE(covariances.AreOf(run.objective.Present()));
+  EXPECT_EQ(covariances.ChangesUntil(run.objective.Present()), "");
 }
 
 TEST_F(PosteriorDialogueTest, AGridThatFailedProposesNoNegativeSteps) {
