@@ -24,9 +24,9 @@ struct Field {
 };
 
 Field FieldOf(std::size_t column) {
-  if (column == 0) return {8, "0000", record::Width};
-  if (column == CodeColumn) return {8, "", record::Width};
-  if (column < LeastColumns) return {8, "0", record::Width};
+  if (column == 0) return {record::Width, "0000", record::Width};
+  if (column == CodeColumn) return {record::Width, "", record::Width};
+  if (column < LeastColumns) return {record::Width, "0", record::Width};
   return {20, "0.0000E+00", record::CovariateWidth};
 }
 

@@ -11,9 +11,9 @@
 namespace merlane {
 
 void AppendRecord(std::string& text, const VisitRecord& visit) {
-  fmt::format_to(std::back_inserter(text), "{:>8},{},{:>8},{:>8},{:>8},{:>8}{}\r\n", visit.year,
+  fmt::format_to(std::back_inserter(text), "{0:>{7}},{1},{2:>{7}},{3:>{7}},{4:>{7}},{5:>{7}}{6}\r\n", visit.year,
                  FlushRight(visit.code, record::Width), visit.day, visit.hatchDay, visit.age, visit.count,
-                 visit.covariates);
+                 visit.covariates, record::Width);
 }
 
 FieldNumber InWidth(double number, int width) {

@@ -21,12 +21,11 @@ bool FateDistribution(HatchFate fate, const CountDistributions& distributions, K
     std::ranges::fill(Pmf, 0.0);
     return true;
   }
-  const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
-  const bool overdispersed = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2;
   // The juveniles' overdispersion is taken at the negative age of the clutch, so that it exceeds its value at hatch.
-  return distributions.Calc_Probs_and_Theta(logGamma, overdispersed ? 2 : 1, n, errors.eggs.Theta(eggsC, age),
-                                            errors.juveniles.Theta(juvsC, age), expected.EHatch(fate),
-                                            expected.juveniles[fate], Pmf, turn);
+  const FateErrors scatter = ErrorsOf(
+      fate, errors, [&] { return errors.eggs.Theta(true, age); }, [&] { return errors.juveniles.Theta(true, age); });
+  return distributions.Calc_Probs_and_Theta(logGamma, scatter.Code(), n, scatter.ThetaE, scatter.ThetaJ,
+                                            expected.EHatch(fate), expected.juveniles[fate], Pmf, turn);
 }
 
 }  // namespace merlane

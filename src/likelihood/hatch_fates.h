@@ -41,6 +41,24 @@ constexpr std::array<double, 4> FateWeights(double q, double r) {
 /// counted: its probabilities are 1, under a weight of 0.
 bool Occurs(HatchFate fate, const CountErrors& errors, const OverHatch& expected);
 
+/// How the counts of a fate scatter.
+struct FateErrors {
+  bool overdispersed = false;     // both stages count as beta-binomial where one of them does
+  double ThetaE = 0, ThetaJ = 0;  // of eggs and juveniles
+
+  int Code() const { return overdispersed ? 2 : 1; }
+};
+
+/// Those of a fate; `thetaEggs` and `thetaJuvs` give a stage's overdispersion under correlated mortality, and are asked
+/// only where the fate has that.
+template <class ThetaEggs, class ThetaJuvs>
+FateErrors ErrorsOf(HatchFate fate, const CountErrors& errors, const ThetaEggs& thetaEggs, const ThetaJuvs& thetaJuvs) {
+  const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
+  return {.overdispersed = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2,
+          .ThetaE = eggsC ? thetaEggs() : errors.eggs.ThetaR,
+          .ThetaJ = juvsC ? thetaJuvs() : errors.juveniles.ThetaR};
+}
+
 /// The distribution of the count by a fate that occurs: of n individuals at the visit of that age before hatch. The
 /// probability of k individuals goes to `Pmf`[k]; all are 0 when none is expected. False when their sum is not 1 to six
 /// digits. ArithmeticFailure when an overdispersion overflows. `turn` as for CountDistributions.

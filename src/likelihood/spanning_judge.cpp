@@ -24,16 +24,16 @@ bool FateDistributions::SumIsKnown(int n) const {
 
 /// See Calc_Probs_and_Theta.
 std::optional<FateDistributions> SpanningJudge::Expected::Of(HatchFate fate, const CountErrors& errors, int n) const {
-  const bool eggsC = CorrelatedEggs(fate), juvsC = CorrelatedJuveniles(fate);
-  const bool overdispersed = errors.eggs.Code(eggsC) == 2 || errors.juveniles.Code(juvsC) == 2;
+  const FateErrors scatter = ErrorsOf(
+      fate, errors, [this] { return thetaEggs; }, [this] { return thetaJuvs; });
   FateDistributions of;
-  of.ThetaE = eggsC ? thetaEggs : errors.eggs.ThetaR;
-  of.ThetaJ = juvsC ? thetaJuvs : errors.juveniles.ThetaR;
+  of.ThetaE = scatter.ThetaE;
+  of.ThetaJ = scatter.ThetaJ;
   if (std::isnan(of.ThetaE) || std::isnan(of.ThetaJ)) return std::nullopt;
   of.EN = numbers.EHatch(fate);
   of.pJ = Divide(numbers.juveniles[fate], of.EN);
-  of.binomialEggs = n == 1 || !overdispersed || of.ThetaE <= 1e-6;
-  of.binomialJuvs = !overdispersed || of.ThetaJ <= 1e-6;
+  of.binomialEggs = n == 1 || !scatter.overdispersed || of.ThetaE <= 1e-6;
+  of.binomialJuvs = !scatter.overdispersed || of.ThetaJ <= 1e-6;
   return of;
 }
 
