@@ -123,12 +123,9 @@ std::optional<std::int32_t> BootstrapCommand::AskForNumber(const std::string& pr
 
 BootstrapResults BootstrapCommand::RunHidden(const BootstrapOptions& options, GrowingFile& kept) {
   state_.flags.AbortRun = false;  // here, since from here on the user can abort
-  abort_.Open("Abort all bootstraps?");
+  const AtEnd backAgain([this] { desk_.Show(summary_); });
+  const auto abortOffered = abort_.Offer("Abort all bootstraps?");
   desk_.Hide(summary_);
-  const AtEnd backAgain([this] {
-    desk_.Unload(abort_);
-    desk_.Show(summary_);
-  });
   return bootstrap_.Run(options, [&kept](const BootstrapResults& soFar) {
     if (soFar.BootCount() == 1) kept.Append(BootstrapParameterHeading(soFar));
     kept.Append(LastBootstrapParameterLine(soFar));

@@ -309,16 +309,13 @@ std::string ParametricBootstrap::Simulate() {
 /// The file once more. Replicates of other data would be those of another fit.
 void ParametricBootstrap::ReadOriginal() {
   const BroodData fitted = model_.data;
-  state_.flags.ReadOriginalFile = true;
-  state_.flags.ReadSimulatedFile = false;
   ReadData();
   if (!model_.data.HasSameRecords(fitted))
     throw CannotGoOn("the data file has changed since it was read: initialize the model with it and fit it anew");
 }
 
 void ParametricBootstrap::ReadSimulated(int attempt, const std::string& text) {
-  state_.flags.ReadOriginalFile = false;
-  state_.flags.ReadSimulatedFile = true;
+  const auto simulated = Meanwhile(state_.flags.ReadSimulatedFile, true);
   model_.data.SimulatedText = text;
   if (ahead_) model_.readElsewhere = ahead_->Read(attempt, text);
   ReadData();

@@ -1,7 +1,5 @@
 #include "control/frm_abort.h"
 
-#include "forms/desk.h"
-
 namespace merlane {
 
 FrmAbort::FrmAbort(Desk& d, RunState& state, FrmMain& main) : Form(d, "frmAbort", "") {

@@ -67,8 +67,7 @@ struct RunFlags {
   bool OneCallRun = false;         // only during the run of "1 Function call"
   bool SimulationMode = false;     // data are simulated, not read
   bool BootstrapMode = false;      // the model reads no form and shows no messages of the reading
-  bool ReadOriginalFile = false;   // the next reading takes the file that the user chose
-  bool ReadSimulatedFile = false;  // the next reading takes the data set that a bootstrap has just simulated
+  bool ReadSimulatedFile = false;  // while the data set is read that a bootstrap has just simulated
   bool InterruptBayes = false;     // asked for by the user; polled by a posterior integration
   bool InterruptML = false;        // the same, polled by a likelihood profile
   bool AbortRun = false;           // the same, polled by simulations, randomisations and bootstraps

@@ -66,7 +66,7 @@ void ReadingDialogue::ReadText(std::string_view text, BroodData& data) {
 }
 
 std::optional<std::string> ReadingDialogue::FileToRead(BroodData& data) {
-  if (flags_.ReadOriginalFile && !flags_.BootstrapMode) {
+  if (!flags_.BootstrapMode) {
     fromWorkbook_.reset();
     data.TextFileName = data.DataFileName;
     if (IsWorkbook(data)) {

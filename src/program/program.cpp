@@ -170,7 +170,6 @@ void Program::WireForms() {
 
 void Program::Recover(const Form& failed) {
   for (int panel = 1; panel <= frmMain.stbMain5.Panels(); ++panel) frmMain.stbMain5.Set(panel, "");
-  desk.Unload(frmAbort);
   // A window that is still open can be gone on with, and leads back itself.
   if (!failed.Visible() || &failed == &frmMenu) desk.BringBack();
 }

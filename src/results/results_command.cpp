@@ -70,10 +70,9 @@ std::string ResultsCommand::JudgeFit(std::int32_t randomisations) {
   LikelihoodState& fitted = model_.Evaluated();
   if (fitted.EggsAtRisk == 0 && fitted.JuvsAtRisk == 0) return "";
   state_.flags.AbortRun = false;
-  abort_.Open("Abort randomizations?");
+  const auto abortOffered = abort_.Offer("Abort randomizations?");
   const auto fit = RandomisedGoodnessOfFit(model_.data, fitted.best, randomisations, desk_.host.random, watch_,
                                            &model_.SharingWorkers(), desk_.host.shared);
-  desk_.Unload(abort_);
   return fit ? GoodnessOfFitText(*fit) : "";
 }
 
@@ -104,14 +103,14 @@ std::string ResultsCommand::List(const ResultsSubject& subject, Listing listing,
   main_.ShowProgress("One moment please...");
   state_.flags.AbortRun = false;  // whoever aborted the randomisations may want the listing
   const std::string head = ListingHead(model_.data, listing);
-  if (listing == Listing::SimulatedAndSurvival) {
-    abort_.Open("Abort randomizations?");
-    SimulateData(model_.data, {}, model_.Evaluated().best, desk_.host.random, watch_, model_.simulation);
-  }
-  const std::string rows =
-      ListingRows(subject, listing, sizes, model_.Estimates(), model_.simulation, watch_, &model_.SharingWorkers());
-  desk_.Unload(abort_);
-  return head + rows;
+  const auto rows = [&] {
+    return ListingRows(subject, listing, sizes, model_.Estimates(), model_.simulation, watch_,
+                       &model_.SharingWorkers());
+  };
+  if (listing == Listing::Partitioning) return head + rows();
+  const auto abortOffered = abort_.Offer("Abort randomizations?");
+  SimulateData(model_.data, {}, model_.Evaluated().best, desk_.host.random, watch_, model_.simulation);
+  return head + rows();
 }
 
 void ResultsCommand::NoteImpossible(const ImpossibleStep& step) {

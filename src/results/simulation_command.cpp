@@ -25,7 +25,14 @@ bool NothingPredicted(const BroodData& data, const Simulation& simulation) {
 
 bool SimulationCommand::Simulate(ModelCall& call) {
   state_.flags.AbortRun = false;
-  abort_.Open("Abort randomizations?");
+  SimulateCounts(call);
+  TellOfDeficiencies();
+  if (!state_.flags.AbortRun) WriteSimulatedData();
+  return !state_.flags.AbortRun;
+}
+
+void SimulationCommand::SimulateCounts(const ModelCall& call) {
+  const auto abortOffered = abort_.Offer("Abort randomizations?");
   if (AllZero(call.X)) {
     // There is no state to simulate from: it goes as a simulation goes that fails at its first brood.
     desk_.host.random.BeginNext();
@@ -37,10 +44,6 @@ bool SimulationCommand::Simulate(ModelCall& call) {
     SimulateData(model_.data, {.SimulationMode = true}, model_.Evaluated().best, desk_.host.random, watch_,
                  model_.simulation);
   }
-  desk_.Unload(abort_);
-  TellOfDeficiencies();
-  if (!state_.flags.AbortRun) WriteSimulatedData();
-  return !state_.flags.AbortRun;
 }
 
 void SimulationCommand::TellOfDeficiencies() {
@@ -62,12 +65,16 @@ void SimulationCommand::TellOfDeficiencies() {
 }
 
 void SimulationCommand::WriteSimulatedData() {
-  abort_.Open("Abort writing output?");
-  main_.ShowProgress("One moment please while simulated data are consolidated for output ...");
-  const std::string text = SimulatedDataText(model_.data, model_.simulation.SimCount, desk_.host.random, watch_);
-  main_.ShowProgress("");
-  desk_.Unload(abort_);
+  const std::string text = SimulatedText();
   if (!state_.flags.AbortRun) summary_.Open(text);
+}
+
+std::string SimulationCommand::SimulatedText() {
+  const auto abortOffered = abort_.Offer("Abort writing output?");
+  main_.ShowProgress("One moment please while simulated data are consolidated for output ...");
+  std::string text = SimulatedDataText(model_.data, model_.simulation.SimCount, desk_.host.random, watch_);
+  main_.ShowProgress("");
+  return text;
 }
 
 }  // namespace merlane

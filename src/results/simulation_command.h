@@ -14,8 +14,10 @@ class SimulationCommand : SummaryCommand {
   bool Simulate(ModelCall& call);
 
  private:
+  void SimulateCounts(const ModelCall& call);
   void TellOfDeficiencies();
   void WriteSimulatedData();
+  std::string SimulatedText();
 };
 
 }  // namespace merlane

@@ -30,7 +30,7 @@ class SmallWindows : public testing::Test {
 using Abort = SmallWindows;
 
 TEST_F(Abort, SetsTheFlagAndGoes) {
-  abort.Open("Abort randomizations?");
+  const auto offered = abort.Offer("Abort randomizations?");
   EXPECT_EQ(abort.title, "Abort randomizations?");
   desk.Press(abort.cmdAbort);
   EXPECT_TRUE(state.flags.AbortRun);
@@ -40,17 +40,29 @@ TEST_F(Abort, SetsTheFlagAndGoes) {
 
 TEST_F(Abort, InABootstrapSaysThatThePresentReplicateFinishes) {
   state.flags.BootstrapMode = true;
-  abort.Open("Abort all bootstraps?");
+  const auto offered = abort.Offer("Abort all bootstraps?");
   desk.Press(abort.cmdAbort);
   EXPECT_TRUE(state.flags.AbortRun);
   EXPECT_EQ(main.stbMain2.Get(1), "Bootstrap procedure will stop when this bootstrap has completed!");
+}
+
+TEST_F(Abort, StandsAsLongAsItIsOfferedWhateverFails) {
+  Button start{main, "cmdStart", ""};
+  start.onClick = [&] {
+    const auto offered = abort.Offer("Abort randomizations?");
+    EXPECT_TRUE(abort.Visible());
+    throw RuntimeFailure("overflow");
+  };
+  host.windows.ExpectFailure("overflow");
+  desk.Press(start);
+  EXPECT_FALSE(abort.Loaded());
 }
 
 TEST_F(Abort, CanBePressedWhileACalculationRuns) {
   Button start{main, "cmdStart", ""};
   int rounds = 0;
   start.onClick = [&] {
-    abort.Open("Abort randomizations?");
+    const auto offered = abort.Offer("Abort randomizations?");
     while (!state.flags.AbortRun && rounds < 10) {
       ++rounds;
       desk.Turn();

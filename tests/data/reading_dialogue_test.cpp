@@ -18,10 +18,7 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 struct ReadingDialogueTest : testing::Test {
-  ReadingDialogueTest() {
-    flags.ReadOriginalFile = true;
-    data.FirstYear = data.LastYear = 1995;
-  }
+  ReadingDialogueTest() { data.FirstYear = data.LastYear = 1995; }
   bool Read(const std::string& path) {
     data.DataFileName = path;
     data.DataExt = Rightmost(path, 3);

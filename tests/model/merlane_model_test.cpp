@@ -24,7 +24,6 @@ using ::testing::IsEmpty;
 /// A model on a scripted host, with the dialogue in which it reads.
 struct ModelRun {
   ModelRun() {
-    state.flags.ReadOriginalFile = true;
     model.readData = [this](BroodData& data) { return reading.Read(data); };
   }
 
@@ -234,7 +233,6 @@ TEST(MerlaneModel, ABootstrapAsksNoFormAndReadsWhatItHasSimulated) {
   run.choices.NCov = 7;
   run.model.data.SimulatedText = Header + "\n" + Record(1995, "A", 160, 170, -10, 3);
   run.state.flags.BootstrapMode = true;
-  run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;
   run.ReadData();
   EXPECT_THAT(run.host.windows.messages, IsEmpty());
@@ -298,7 +296,6 @@ TEST(MerlaneModel, WithFormatACovariatesAreStandardisedAfterEachReadOfABootstrap
   run.ReadText(text);
   run.model.data.SimulatedText = text;
   run.state.flags.BootstrapMode = true;
-  run.state.flags.ReadOriginalFile = false;
   run.state.flags.ReadSimulatedFile = true;
   run.ReadData();
   EXPECT_THAT(run.model.data.Covariate, ElementsAre(-1, 1));

@@ -18,7 +18,6 @@ class SurvivalRun {
  public:
   explicit SurvivalRun(const GoldenCase& c) : choices_(c.choices) {
     AlgorithmData& a = state.algorithm;
-    state.flags.ReadOriginalFile = true;
     model.readData = [this](BroodData& data) { return reading.Read(data); };
     objective.Call(a.Value, 0);
     EXPECT_EQ(ReadAlgorithm(ReadWholeFile(c.algFile), a).failure, AlgorithmReading::Failure::None);

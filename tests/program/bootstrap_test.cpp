@@ -499,7 +499,7 @@ struct RunAsItStands {
         deviances(p.model.Evaluated().best.VisitDeviance),
         fledging(p.model.Estimates().FledgeFrom),
         best(p.model.Evaluated().best.Value),
-        flags(p.state.flags.ReadOriginalFile && !p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode),
+        flags(!p.state.flags.ReadSimulatedFile && !p.state.flags.BootstrapMode),
         resumes(p.simplex.ResumesAt(p.objective.Present())) {}
   bool operator==(const RunAsItStands&) const = default;
 };

@@ -31,7 +31,6 @@ TEST_F(StatesTest, Initialising) {
   EXPECT_THAT(Usable(), IsEmpty());
   EXPECT_TRUE(program.frmInitialize.Visible());
   EXPECT_EQ(program.frmMain.title, "Merlane Survival Estimation Model: Version" + std::string(Version()));
-  EXPECT_TRUE(state.flags.ReadOriginalFile);
   EXPECT_FALSE(state.flags.ReadSimulatedFile || state.flags.BootstrapMode);
 }
 
