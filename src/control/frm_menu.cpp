@@ -58,6 +58,13 @@ void FrmMenu::ApplyPattern(Button& analysing) {
   focus = next.enabled ? &next : &cmdLoadAlg;
 }
 
+void FrmMenu::ApplyPatternOfNewData() {
+  EnableAnalysis(false);
+  cmdLoadAlg.enabled = cmdRank.enabled = true;
+  NameUserSummary();
+  focus = &cmdLoadAlg;
+}
+
 void FrmMenu::NameUserSummary() {
   const bool simulating = state_.flags.SimulationMode;
   cmdUserSummary.text = simulating ? "S&imulate a data set" : "Single model res&ults summary";

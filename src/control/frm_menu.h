@@ -17,10 +17,9 @@ class FrmMenu : public Form {
   void ApplyPattern();
   /// The pattern, with the focus on `analysing` or, in a simulation, on `cmdUserSummary`.
   void ApplyPattern(Button& analysing);
-  /// Names `cmdUserSummary` for what it will do: write results, or simulate.
-  void NameUserSummary();
-  /// Enables or disables the ten buttons that need algorithm data.
-  void EnableAnalysis(bool enable);
+  /// The buttons behind an initialisation: algorithm data are to be loaded, which the ranking does for itself. Names
+  /// `cmdUserSummary`, too.
+  void ApplyPatternOfNewData();
 
   Button cmdInitialize{*this, "cmdInitialize", "&Initialize model"};
   Button cmdLoadAlg{*this, "cmdLoadAlg", "&Load algorithm data"};
@@ -44,6 +43,11 @@ class FrmMenu : public Form {
   bool OnCloseRequest() override;
 
  private:
+  /// Names `cmdUserSummary` for what it will do: write results, or simulate.
+  void NameUserSummary();
+  /// Enables or disables the ten buttons that need algorithm data.
+  void EnableAnalysis(bool enable);
+
   const RunState& state_;
 };
 

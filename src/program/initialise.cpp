@@ -15,15 +15,10 @@ void Program::Initialize() {
     if (answer == Answer::Yes && !SaveAlg()) return;
     state.algorithm.AlgName.clear();
     frmMain.ShowAlgorithmFile("");
-    frmMenu.cmdLoadAlg.enabled = true;
-    frmMenu.EnableAnalysis(false);
   }
   desk.Show(frmInitialize);
   desk.Hide(frmMenu);
   desk.Unload(frmMenu);
-  state.flags.BootstrapMode = false;
-  state.flags.ReadOriginalFile = true;
-  state.flags.ReadSimulatedFile = false;
 }
 
 void Program::BeginRun() {
@@ -32,19 +27,18 @@ void Program::BeginRun() {
   frmSummary.ForgetResults();
   ReadData();
 
-  frmMenu.NameUserSummary();
-  frmMain.ShowDataFile(flags.SimulationMode ? "<< no data file, simulating data >>" : model.data.DataFileName);
-  frmMenu.EnableAnalysis(false);
-  frmMenu.cmdLoadAlg.enabled = frmMenu.cmdRank.enabled = true;
-
+  // A file of which nothing was read is not that of the run.
+  frmMain.ShowDataFile(flags.SimulationMode ? "<< no data file, simulating data >>"
+                       : model.data.ReadOK  ? model.data.DataFileName
+                                            : "");
   ForgetRun();
   flags.ModelInitialised = true;
   if (readingDialogue.ImportAsked()) {  // instead of what was read: the description of the analysis stays
     desk.Unload(frmMenu);
     return frmImport.Open(model.data.DataFileName);
   }
+  frmMenu.ApplyPatternOfNewData();
   desk.Show(frmMenu);
-  frmMenu.focus = &frmMenu.cmdLoadAlg;
   desk.Unload(frmInitialize);
 }
 

@@ -71,6 +71,18 @@ TEST_F(MenuTest, WithoutAlgorithmDataThePatternEnablesNothing) {
   EXPECT_EQ(menu.focus, &menu.cmdLoadAlg);
 }
 
+TEST_F(MenuTest, BehindAnInitialisationAlgorithmDataCanBeLoadedAndModelsRanked) {
+  state.algorithm.AlgName = "a.alg";
+  desk.Show(menu);
+  menu.ApplyPattern();  // of the analysis before
+  state.algorithm.AlgName.clear();
+  state.flags.SimulationMode = true;
+  menu.ApplyPatternOfNewData();
+  EXPECT_THAT(Enabled(), ElementsAre("cmdInitialize", "cmdLoadAlg", "cmdRank", "cmdQuit"));
+  EXPECT_EQ(menu.cmdUserSummary.text, "S&imulate a data set");
+  EXPECT_EQ(menu.focus, &menu.cmdLoadAlg);
+}
+
 TEST_F(MenuTest, AnalysisPatternEnablesTheTenAndNamesTheSummary) {
   state.algorithm.AlgName = "a.alg";
   desk.Show(menu);

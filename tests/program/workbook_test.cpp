@@ -96,6 +96,7 @@ TEST_F(WorkbookTest, WhyThereWereNoDataIsToldUntilThereAreSome) {
   windows.AtWait([this] { desk.Press(form.cmdCancel); });
   Read("lake.xls", "1");
   EXPECT_THAT(Status(), StartsWith("No data: "));
+  EXPECT_EQ(program.frmMain.stbMain0.Get(1), "Brood data file name: ");
   Select(0);
   Read("lake.xls", "1");
   EXPECT_EQ(Status(), "Look at the data: 1 covariate is not as at the brood's first visit, which counts");

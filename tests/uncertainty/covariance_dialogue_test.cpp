@@ -30,7 +30,7 @@ struct CovarianceDialogueTest : ::testing::Test {
     t.state.flags.ObjectiveHint = 0.5;
     desk.Show(main);
     desk.Show(menu);
-    menu.EnableAnalysis(true);
+    menu.cmdCovariance.enabled = true;
     menu.cmdCovariance.onClick = [this] {
       desk.Unload(menu);
       const auto command = desk.charge.LongCommand();
@@ -432,7 +432,7 @@ TEST_F(CovarianceDialogueTest, FailureKeepsTheResultsOfBefore) {
   RunNumerically();
   const double kept = covariances.grid(1).standardErrors(1);
   EXPECT_TRUE(desk.Press(display.cmdFinish));
-  menu.EnableAnalysis(true);
+  menu.cmdCovariance.enabled = true;
   t.function = [](const Array1<double>&) { return std::nan(""); };
   AnswerUpToFactors();
   AnswerFactors();
@@ -446,7 +446,7 @@ TEST_F(CovarianceDialogueTest, FailureKeepsTheResultsOfBefore) {
 TEST_F(CovarianceDialogueTest, ResultsOfBeforeCanBeShownOnceMoreBehindAFailure) {
   RunNumerically();
   EXPECT_TRUE(desk.Press(display.cmdScreen));
-  menu.EnableAnalysis(true);
+  menu.cmdCovariance.enabled = true;
   desk.Show(menu);
   t.function = [](const Array1<double>&) { return std::nan(""); };
   AnswerUpToFactors();
@@ -578,7 +578,7 @@ TEST_F(CovarianceDialogueTest, DisplayThatIsStillOpenIsMadeReadyAgain) {
   RunNumerically();
   desk.Press(display.cmdScreen);
   desk.Show(menu);
-  menu.EnableAnalysis(true);
+  menu.cmdCovariance.enabled = true;
   RunNumerically();
   EXPECT_EQ(display.lblCovDisplay.text, "Calculation completed. Do you wish to:");
   EXPECT_FALSE(display.cmdFile.enabled) << "the pane holds no report";
