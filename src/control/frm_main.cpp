@@ -5,6 +5,7 @@
 namespace merlane {
 
 FrmMain::FrmMain(Desk& d) : Form(d, "frmMain", "Tolvane") {
+  leavesProgram = true;
   mnuBayesianInt.visible = mnuMLInt.visible = false;
   mnuInterruptBayes.offeredWhileBusy = true;
   mnuInterruptML.offeredWhileBusy = true;

@@ -263,7 +263,7 @@ bool Desk::Close(Form& form) {
   if (ended_ || !form.loaded_ || !form.visible_ || !form.TakesInput()) return false;
   if (Busy() && !form.closableWhileBusy) {
     // The window goes when the calculation has unwound; only the main window's close can end the calculation itself.
-    closeAsked_ = closeAsked_ || form.name == "frmMain";
+    closeAsked_ = closeAsked_ || form.leavesProgram;
     return false;
   }
   Run(form, form.name, [&] {

@@ -23,6 +23,8 @@ class Form {
   std::string title;
   /// The form begins commands, which do not mix with others: it rests while another is in charge or under way.
   bool beginsCommands = false;
+  /// Who closes the form leaves the program.
+  bool leavesProgram = false;
 
   /// True when a person can use the form, as far as the form goes: who is in charge decides.
   bool TakesInput() const;

@@ -33,8 +33,14 @@ void Windows::Note(Form& form, FormEvent event) {
 
 bool Windows::MainVisible() const { return main_ && main_->isVisible(); }
 
+FrmMain* Windows::MainForm() const {
+  for (Form* form : desk.Forms())
+    if (auto* const main = dynamic_cast<FrmMain*>(form)) return main;
+  return nullptr;
+}
+
 void Windows::SyncMain() {
-  auto* const form = dynamic_cast<FrmMain*>(desk.Find("frmMain"));
+  FrmMain* const form = MainForm();
   if (form == nullptr || (!main_ && !form->Visible())) return;
   if (!main_) {
     main_ = std::make_unique<MainWindow>(*form, *this);
@@ -50,7 +56,7 @@ void Windows::Sync() {
   for (const auto& [form, window] : windows_)
     if (!form->Visible()) window->Leave();
   for (Form* form : desk.Forms()) {
-    if (!form->Visible() || form->name == "frmMain") continue;
+    if (!form->Visible() || form == MainForm()) continue;
     std::unique_ptr<FormWindow>& window = windows_[form];
     if (!window) {
       window = std::make_unique<FormWindow>(*form, *this);
@@ -93,7 +99,7 @@ void Windows::Refit() {
 }
 
 QWidget* Windows::Find(const std::string& formName) const {
-  if (formName == "frmMain") return main_.get();
+  if (const Form* const main = MainForm(); main != nullptr && main->name == formName) return main_.get();
   return FindForm(formName);
 }
 

@@ -52,6 +52,8 @@ class Windows {
 
  private:
   bool MainVisible() const;
+  /// The form of the main window, which holds all others; null before there is one.
+  FrmMain* MainForm() const;
   void SyncMain();
   void Arrange(Arrangement arrangement);
   void BringToFront(Form& form);

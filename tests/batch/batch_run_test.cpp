@@ -427,6 +427,7 @@ TEST_F(BatchRunTest, AnInterruptOfWhatIsNotOfferedStopsTheRun) {
 TEST_F(BatchRunTest, AnInterruptMayCloseTheMainWindowAndAnswerWhatThatAsks) {
   command = [](FrmTest& form, FrmOther&) {
     Form main(form.desk, "frmMain", "");
+    main.leavesProgram = true;
     form.desk.Show(main);
     int asked = 0;
     form.desk.onCloseWhileBusy = [&] {
