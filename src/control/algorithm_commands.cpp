@@ -26,6 +26,12 @@ std::string FailureText(const AlgorithmReading& reading, const std::string& path
   }
 }
 
+/// Loaded data are not logged, also where those before were.
+void TellOfSilentLog(FrmMain& main, const AlgorithmData& before, const AlgorithmData& loaded) {
+  if (before.FileFreq > 0 && loaded.FileFreq == 0)
+    main.ShowProgress("Note: Nothing more is written into the log until you give it an output frequency in the editor");
+}
+
 /// Whether these data have the same fused groups when they are read from a file of this form, whatever they are called.
 bool KeepsGroups(const AlgorithmData& a, AlgorithmForm form) {
   AlgorithmData read = a;
@@ -60,6 +66,7 @@ void AlgorithmCommands::TakeDefaults() {
   const AlgorithmData before = a;
   SetDefaultAlgorithm(a);
   TakeBackNotes(a, before, descriptions());
+  TellOfSilentLog(main_, before, a);
   a.AlgName = a.AlgShortName = ClockName(desk_.host.clock) + ".alg";
   desk_.Tell("Default Algorithm Values",
              "                     Algorithm data set to default values.\r\n\r\n"
@@ -84,6 +91,7 @@ bool AlgorithmCommands::LoadFile() {
   // After a failure the tolerance decides: the command goes on with what has been read so far, unless it was below its
   // minimum, as it is in a run that holds nothing yet. Data that are not in the run do not name it either.
   if (failed && toleranceWasBelow) return false;
+  TellOfSilentLog(main_, before, a);
   if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeName(*path);
   return true;
 }

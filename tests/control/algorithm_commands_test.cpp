@@ -257,6 +257,17 @@ TEST_F(AlgorithmCommandsTest, UnwritableFolderIsToldAndTheOldNameStays) {
   EXPECT_TRUE(desk.Usable(menu.cmdSaveAlg));
 }
 
+TEST_F(AlgorithmCommandsTest, LoadThatSilencesTheLogIsToldInTheStatus) {
+  const std::string path = WriteFile(GoodFile());
+  Load(path);
+  EXPECT_EQ(main.stbMain5.Get(1), "");
+  state.algorithm.FileFreq = 10;  // as with an open log
+  Load(path);
+  EXPECT_EQ(state.algorithm.FileFreq, 0);
+  EXPECT_EQ(main.stbMain5.Get(1),
+            "Note: Nothing more is written into the log until you give it an output frequency in the editor");
+}
+
 TEST_F(AlgorithmCommandsTest, FileThatMakesOneGroupOfTwoIsToldWhenItIsSaved) {
   AlgorithmData& a = state.algorithm;
   a.NPAR = 4;
