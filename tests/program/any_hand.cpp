@@ -19,8 +19,11 @@ std::string AnyHand::Story() const {
 void AnyHand::Begin(Program& program, bool analysis) {
   desk->Press(program.frmMenu.cmdInitialize);
   if (analysis) {
-    const auto name = Pick<std::string>({"juveniles_only", "juveniles_only", "fuses", "spanning_alone"});
-    program.frmInitialize.txtDataInput.text = Golden(name + ".dat");
+    const auto name = Pick<std::string>({"juveniles_only", "juveniles_only", "juveniles_only", "fuses",
+                                         "spanning_alone", "repair", "attributes", "clutch_age_unknown",
+                                         "brood_age_unknown", "covariates_original", "years_same_codes"});
+    program.frmInitialize.TakeDataFile(Golden(name + ".dat"));
+    desk->Press(program.frmInitialize.cmdFit);
     ownAlgorithm_ = Model(name);
   } else {
     desk->Choose(program.frmInitialize.optSimulate);
