@@ -6,6 +6,7 @@
 
 #include "base/json_text.h"
 #include "base/number_text.h"
+#include "minimise/evaluate_trial.h"
 
 namespace merlane {
 namespace {
@@ -82,7 +83,8 @@ std::string FitJson(const Fit& fit, const std::string& changes) {
                       {"clutch_intervals", JsonOf(fit.clutchIntervals)},
                       {"brood_intervals", JsonOf(fit.broodIntervals)},
                       {"free_parameters", JsonOf(fit.freeParameters)}};
-  if (fit.ofOneCall) members.emplace_back("objective_of_one_call", JsonOf(*fit.ofOneCall));
+  if (fit.ofOneCall)
+    members.emplace_back("objective_of_one_call", *fit.ofOneCall < UnevaluatedF ? JsonOf(*fit.ofOneCall) : JsonNull);
   if (!changes.empty()) members.emplace_back("changed_since", JsonOf(changes));
   const auto& minimisation = fit.minimisation;
   const auto add = [&](const char* name, auto figure) {

@@ -23,7 +23,8 @@ struct Fit {
   std::optional<Basis> basis;                // none before the first
   std::optional<Minimisation> minimisation;  // that led here; none for a function call elsewhere
   double objective = 0;                      // priors included
-  // What one evaluation at the estimates gives, where a search, or a call that checks the values, has come to another.
+  // What one evaluation at the estimates gives, where a search, or a call that checks the values, has come to another;
+  // UnevaluatedF where it cannot be evaluated.
   std::optional<double> ofOneCall;
   double penalty = 0;
   double prior = 0;  // the prior term, 0 without priors

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "batch/golden_batch.h"
 #include "batch/replay.h"
+#include "minimise/evaluate_trial.h"
 
 namespace merlane {
 namespace {
@@ -98,6 +99,8 @@ TEST(Exports, AFitTellsAnObjectiveOfOneCallThatIsAnother) {
   fit.objective = 694.25;
   fit.ofOneCall = 564.75;
   EXPECT_EQ(nlohmann::json::parse(FitJson(fit))["objective_of_one_call"], 564.75);
+  fit.ofOneCall = UnevaluatedF;
+  EXPECT_TRUE(nlohmann::json::parse(FitJson(fit)).at("objective_of_one_call").is_null());
 }
 
 const std::string uptoLoaded = "press frmMenu.cmdInitialize\npress frmInitialize.cmdLoadData\nfile " +
