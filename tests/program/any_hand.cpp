@@ -107,7 +107,10 @@ std::optional<std::string> AnyHand::AnyFile(const FileRequest& request) {
   if (request.title == "Save algorithm data in..." && Below(2) == 0) path = folder_ / "own.alg";
   if (request.title == "Save covariance results as..." && Below(2) == 0) path = folder_ / "own.cov";
   if (request.title == "Load Bayesian Priors file" && Below(2) == 0) path = Golden("priors.pri");
-  if (request.title == "Import data" && Below(4) != 0) path = MERLANE_TEST_INPUTS_DIR "/import/killdeer.csv";
+  if (request.title == "Save simulated data in..." && Below(2) == 0) path = folder_ / "own.sim";
+  if (request.title == "Load brood survival data file" && Below(3) == 0) path = folder_ / "own.sim";
+  if (request.title == "Import data" && Below(4) != 0)
+    path = MERLANE_TEST_INPUTS_DIR "/import/" + Pick<std::string>({"killdeer.csv", "lake_2023.csv"});
   return path.empty() ? std::nullopt : std::optional(path);
 }
 
