@@ -277,6 +277,7 @@ TEST_F(DeskTest, FatalErrorEndsWithItsStatus) {
 
 TEST_F(DeskTest, ClosingTheMainWindowDuringACalculationAsksBetweenTwoCalls) {
   Sample main(desk, "frmMain");
+  main.leavesProgram = true;
   desk.Show(main);
   desk.Show(form);
   int asked = 0;
