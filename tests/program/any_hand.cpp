@@ -79,6 +79,7 @@ std::optional<std::string> AnyHand::AnyInput(const InputRequest& request) {
   // Who evaluates parameters chooses free ones, and nobody here waits for many points or replicates.
   if (asks("parameter number")) answer = AnyFreeParameter();
   if (asks("# points")) answer = Pick<std::string>({"3", "5", "7"});
+  if (asks("Base step sizes")) answer = Pick<std::string>({"1", "2", "3", "N"});
   if (asks("covariance file name"))
     answer = Pick<std::string>({Golden("juveniles_only.cov"), folder_ / "own.cov", request.defaultText});
   if (asks("How many parametric bootstraps")) answer = Pick<std::string>({"1", "2"});
@@ -220,7 +221,8 @@ void AnyHand::AddChoices(Control& control, std::vector<std::function<void()>>& c
 
 std::string AnyHand::AnyCommand() {
   return Pick<std::string>({"cmdSimplex", "cmdMarquardt", "cmdBayesian", "cmdBayesian", "cmdCovariance",
-                            "cmdParEstimate", "cmdUserSummary", "cmdRank", "cmdOneFunction", "cmdLoadAlg"});
+                            "cmdCovariance", "cmdParEstimate", "cmdParEstimate", "cmdUserSummary", "cmdRank",
+                            "cmdOneFunction", "cmdLoadAlg"});
 }
 
 std::string AnyHand::AnyFreeParameter() {

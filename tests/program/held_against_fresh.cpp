@@ -184,7 +184,7 @@ void HeldAgainstFresh::CompareCovariances() {
     ADD_FAILURE() << "covariances that stand fail in a fresh program: " << failure.what();
     return;
   }
-  tally_.Count("covariances");
+  tally_.Count(kept.basis->Step == now.Step ? "covariances" : "covariances from which steps were taken");
   EXPECT_EQ(kept.CovF0, again.CovF0);
   EXPECT_EQ(kept.CovBaseValue, again.CovBaseValue);
   EXPECT_EQ(kept.CovIndex, again.CovIndex);
