@@ -3,6 +3,7 @@
 
 #include "priors/set_prior.h"
 #include "program/analysis.h"
+#include "program/held_against_fresh.h"
 
 namespace merlane {
 namespace {
@@ -10,6 +11,7 @@ namespace {
 using test::Analysis;
 using test::Golden;
 using ::testing::Contains;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -310,6 +312,20 @@ TEST_F(LeftOpen, TheTableOfAPosteriorSaysOfWhichFitItIs) {
   EXPECT_EQ(fit.text, "Posterior distribution of parameter 17 of juveniles_only.alg.");
   EditValue("0.06");
   EXPECT_THAT(fit.text, HasSubstr("Since then parameter values have been changed"));
+}
+
+TEST_F(LeftOpen, CovariancesFromWhichStepsWereTakenSaySoAndAreThoseOfAFreshProgram) {
+  Covariances();
+  windows.Yes("Bayesian parameter estimate evaluation");
+  windows.Enter("0.5", "Enter constant");
+  for (const char* answer : {"18", "5", "3", "1"}) windows.Enter(answer, "Bayesian parameter estimate evaluation");
+  windows.No("Bivariate plot");
+  CallForTheMenu();
+  Evaluate(program.frmParEvals.cmdBP);
+  EXPECT_THAT(program.frmCovDisplay.lblFit.text, EndsWith(". Since then step sizes have been changed."));
+  test::Tally tally;
+  test::HeldAgainstFresh(program, true, tally).Behind({});
+  EXPECT_EQ(tally.compared["covariances from which steps were taken"], 1);
 }
 
 TEST_F(LeftOpen, TheProfileOfAPriorSaysOfWhichPriorsItIs) {
