@@ -98,11 +98,11 @@ void CountedStage::Remark() const {
   if (!ofEggs && agesOfYoung_ == 0 && agesOfEggs_ > 1)
     return remarks_.Say(
         "young are counted, and every age is before hatch: ages are days from hatch, negative ones of eggs");
-  if (agesOfEggs_ + agesOfYoung_ == 0 || choices_.Has(Role::Stage)) return;
-  remarks_.Mean(fmt::format(
-      "\"{}\" is the number of {}, too, {} hatch: {} so{}", names_[(ofEggs ? eggs_ : young_).front()],
-      ofEggs ? "young" : "eggs", ofEggs ? "behind" : "before", Counted(ofOtherKind_, "visit"),
-      ofOtherKind_ == 0 ? std::string() : fmt::format(", the first in {} {}", remarks_.Place(), firstOfOtherKind_)));
+  if (ofOtherKind_ > 0)
+    remarks_.Mean(fmt::format("\"{}\" is the number of {}, too, {} hatch: {} so, the first in {} {}",
+                              names_[(ofEggs ? eggs_ : young_).front()], ofEggs ? "young" : "eggs",
+                              ofEggs ? "behind" : "before", Counted(ofOtherKind_, "visit"), remarks_.Place(),
+                              firstOfOtherKind_));
 }
 
 }  // namespace merlane
