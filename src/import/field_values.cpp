@@ -188,6 +188,7 @@ int DayCountedFrom(int year, DayOfYear day) {
 bool IsMissing(std::string_view field) {
   field = Trim(field);
   if (field.size() > LongestMissing) return false;
+  if (!field.empty() && field.front() >= '0' && field.front() <= '9') return false;  // as most are
   static const std::set<std::string, std::less<>> marks{"",  "NA",  "N/A",  "NAN",  "#N/A",   ".",
                                                         "-", "#NV", "NULL", "N.A.", "\u2013", "\u2014"};
   return marks.contains(UpperCase(field)) || (field.front() < 0 && WithoutCase(field).empty());

@@ -52,7 +52,9 @@ bool StrayRows::IsSum(const TextRow& row) const {
       "suma",      "media",      "promedio",     "summa", "totalt",  "medel",      "medelvarde", "yhteensa",
       "keskiarvo", "totale",     "somma",        "razem", "srednia", "ialt",       "gennemsnit", "gjennomsnitt"};
   if (code_ < 0 || static_cast<std::size_t>(code_) >= row.fields.size()) return false;
-  std::string word = Alike(row.fields[static_cast<std::size_t>(code_)]);
+  const std::string& code = row.fields[static_cast<std::size_t>(code_)];
+  if (code.find_first_of("0123456789") != std::string::npos) return false;  // as most codes have
+  std::string word = Alike(code);
   while (word.ends_with(':') || word.ends_with('.')) word.pop_back();
   return std::ranges::find(words, word) != words.end();
 }

@@ -2,8 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <iterator>
-
+#include "base/growing_field.h"
 #include "base/number_text.h"
 #include "base/utf8.h"
 #include "data/record_layout.h"
@@ -11,17 +10,19 @@
 namespace merlane {
 
 void AppendRecord(std::string& text, const VisitRecord& visit) {
-  fmt::format_to(std::back_inserter(text), "{0:>{7}},{1},{2:>{7}},{3:>{7}},{4:>{7}},{5:>{7}}{6}\r\n", visit.year,
-                 FlushRight(visit.code, record::Width), visit.day, visit.hatchDay, visit.age, visit.count,
-                 visit.covariates, record::Width);
+  const auto number = [](int n) { return GrowingField(fmt::format_int(n).str(), record::Width); };
+  text += number(visit.year) + "," + FlushRight(visit.code, record::Width) + "," + number(visit.day) + "," +
+          number(visit.hatchDay) + "," + GrowingField(visit.age, record::Width) + "," + number(visit.count);
+  text += visit.covariates;
+  text += "\r\n";
 }
 
 FieldNumber InWidth(double number, int width) {
-  std::string text = Shortest(number);
+  const std::string shortest = Shortest(number);
+  std::string text = shortest;
   for (int digits = 15; static_cast<int>(text.size()) > width && digits > 0; --digits)
     text = fmt::format("{:.{}g}", number, digits);
-  const bool rounded = StrictNumber(text) != number;
-  return {text, rounded};
+  return {text, text != shortest && StrictNumber(text) != number};
 }
 
 std::string FlushRight(std::string_view text, int width) {

@@ -1,9 +1,13 @@
-// Large files: a generous multiple of what they take on a machine of two cores that does nothing else.
+// Large files: what they may take of a processor's time, which other programs at work do not change much, and of
+// memory.
 
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <filesystem>
+#include <fstream>
 
 #include "import/import_source.h"
 #include "import/import_visits.h"
@@ -13,9 +17,21 @@
 namespace merlane {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+/// The processor time of all threads of this process.
+double ProcessorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
-double SecondsSince(Clock::time_point begun) { return std::chrono::duration<double>(Clock::now() - begun).count(); }
+/// The most memory that this process holds at a time, from the making of this on.
+class PeakMemory {
+ public:
+  PeakMemory() { std::ofstream("/proc/self/clear_refs") << "5"; }
+  static double Megabytes() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+      if (double kilobytes = 0; word == "VmHWM:" && status >> kilobytes) return kilobytes / 1024;
+    ADD_FAILURE() << "the system does not tell";
+    return 0;
+  }
+};
 
 const std::vector<std::string> Names{"Year", "Code", "Day", "Age", "Count", "Depth", "Cover"};
 
@@ -59,53 +75,85 @@ void WriteWorkbook(const std::string& path, int rows) {
   test::WriteNewWorkbook(path, {sheet});
 }
 
-/// Imports a file as it is proposed and tells how long that took.
-double Seconds(const std::string& path, int records) {
-  const auto begun = Clock::now();
+/// What an import took.
+struct Cost {
+  double seconds = 0, megabytes = 0;
+};
+
+/// Imports a file as it is proposed.
+Cost Import(const std::string& path, int records) {
+  const double begun = ProcessorSeconds();
+  const PeakMemory memory;
   const ImportSource source(path);
   const ImportChoices choices = source.Proposed();
   const std::string text = source.Text(choices).rows;
-  const double read = SecondsSince(begun);
   const Imported imported = ImportRows(text, choices);
+  const Cost cost{ProcessorSeconds() - begun, memory.Megabytes()};
   EXPECT_EQ(imported.records, records);
   EXPECT_EQ(imported.remarkCount, 0);
-  const double seconds = SecondsSince(begun);
-  std::printf("%d rows in %.2f s, %.2f s of them to read the file\n", records, seconds, read);
+  std::printf("%d rows in %.2f s of a processor's time, with %.0f MB\n", records, cost.seconds, cost.megabytes);
+  return cost;
+}
+
+/// The same again where it took longer than it may: what shares the processor's caches can make it slower, and nothing
+/// makes it faster than it is.
+double LeastSeconds(const std::string& path, int records, double limit) {
+  constexpr int MostTimes = 4;
+  double seconds = Import(path, records).seconds;
+  for (int times = 1; seconds >= limit && times < MostTimes; ++times)
+    seconds = std::min(seconds, Import(path, records).seconds);
   return seconds;
 }
 
-TEST(ImportSpeed, AMillionRowsOfATextTakeSeconds) {
+TEST(ImportSpeed, AMillionRowsOfATextAreImportedInLittleTime) {
+  constexpr double Limit = 3;
   const std::string path = testing::TempDir() + "large.csv";
   WriteWholeFile(path, Csv(1'000'000), false);
-  EXPECT_LT(Seconds(path, 1'000'000), 12);
+  EXPECT_LT(LeastSeconds(path, 1'000'000, Limit), Limit);
   std::filesystem::remove(path);
 }
 
-TEST(ImportSpeed, AHundredThousandRowsOfAWorkbookTakeSecondsAndAreCancelledAtOnce) {
-  const std::string path = testing::TempDir() + "large.xlsx";
-  WriteWorkbook(path, 100'000);
-  EXPECT_LT(Seconds(path, 100'000), 10);
+class LargeWorkbook : public testing::Test {
+ protected:
+  static constexpr int Rows = 100'000;
+  LargeWorkbook() { WriteWorkbook(path_, Rows); }
+  ~LargeWorkbook() override { std::filesystem::remove(path_); }
+  const std::string path_ = testing::TempDir() + "large.xlsx";
+};
 
-  const ImportSource source(path);
-  const ImportChoices choices = source.Proposed();
+TEST_F(LargeWorkbook, IsImportedInLittleTime) {
+  constexpr double Limit = 5;
+  EXPECT_LT(LeastSeconds(path_, Rows, Limit), Limit);
+}
+
+TEST_F(LargeWorkbook, IsImportedWithoutMemoryBeyondItsLimit) {
+  constexpr double Megabytes = 300;  // of the whole process
+  EXPECT_LT(Import(path_, Rows).megabytes, Megabytes);
+}
+
+TEST_F(LargeWorkbook, TellsHowFarItHasBeenRead) {
+  const ImportSource source(path_);
   double last = 0;
   int told = 0;
-  source.Text(choices, [&](double done) {
+  source.Text(source.Proposed(), [&](double done) {
     EXPECT_GE(done, last);
     last = done;
     ++told;
   });
   EXPECT_EQ(last, 1);
   EXPECT_GT(told, 100);
+}
 
-  const auto begun = Clock::now();
+TEST_F(LargeWorkbook, IsCancelledWithinHalfASecond) {
+  const ImportSource source(path_);
+  const ImportChoices choices = source.Proposed();
+  const double begun = ProcessorSeconds();
   EXPECT_THROW(source.Text(choices,
                            [](double done) {
                              if (done > 0.1) throw Cancelled();
                            }),
                Cancelled);
-  EXPECT_LT(SecondsSince(begun), 2);
-  std::filesystem::remove(path);
+  EXPECT_LT(ProcessorSeconds() - begun, 0.5);
 }
 
 }  // namespace
