@@ -91,15 +91,16 @@ bool IsDecimalComma(const std::string& field) {
   return field.find(',') != std::string::npos && NumberIn(field, ',').has_value();
 }
 
-/// A comma is the decimal mark when a field is a number with it, and none is one with a point.
-char ProposedDecimal(const std::vector<TextRow>& rows) {
-  bool comma = false;
+/// The mark that more numbers have; where as many have each, a comma, which codes and times have never, unless commas
+/// stand between the fields.
+char ProposedDecimal(const std::vector<TextRow>& rows, Delimiter delimiter) {
+  int commas = 0, points = 0;
   for (const TextRow& row : rows)
     for (const std::string& field : row.fields) {
-      if (field.find('.') != std::string::npos && NumberIn(field, '.')) return '.';
-      comma = comma || IsDecimalComma(field);
+      if (field.find('.') != std::string::npos && NumberIn(field, '.')) ++points;
+      if (IsDecimalComma(field)) ++commas;
     }
-  return comma ? ',' : '.';
+  return commas > points || (commas == points && commas > 0 && delimiter != Delimiter::Comma) ? ',' : '.';
 }
 
 /// A first row of words alone is a heading.
@@ -150,6 +151,9 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
     case Role::Fate:
       return when(meaning.speaks == Speaks::Surely ||
                   values.Mostly([](const std::string& field) { return FateIn(field) != Fate::Untold; }));
+    case Role::Survived:
+      return when(values.AreNumbers(0, 1) ||
+                  values.Mostly([](const std::string& field) { return AnswerIn(field).has_value(); }));
     case Role::CodePart:
       return when(!values.SomeAreMissing());
     case Role::Stage:
@@ -199,7 +203,7 @@ class RoleAssignment {
   /// need, and no day of a visit.
   void LeaveOutNests() {
     const auto isOfNests = [](const Candidate& candidate) {
-      return candidate.role >= Role::FirstFound && candidate.role <= Role::Nests;
+      return (candidate.role >= Role::FirstFound && candidate.role <= Role::Nests) || candidate.role == Role::Survived;
     };
     const auto any = [&](auto is) {
       return std::ranges::any_of(candidates_, [&](const auto& each) { return std::ranges::any_of(each, is); });
@@ -210,10 +214,16 @@ class RoleAssignment {
     const bool ofVisits = std::ranges::any_of(candidates_, [](const auto& each) {
       return each.front().role == Role::Date || each.front().role == Role::Day;
     });
-    const bool complete = has(Role::FirstFound) && has(Role::LastPresent) && has(Role::LastChecked) && has(Role::Fate);
-    if (surely || (complete && !ofVisits)) return;
+    const bool complete = has(Role::FirstFound) && has(Role::LastPresent) && has(Role::LastChecked) &&
+                          (has(Role::Fate) || has(Role::Survived));
+    if (has(Role::Fate)) LeaveOut([](const Candidate& c) { return c.role == Role::Survived; });
+    if (!surely && (!complete || ofVisits)) LeaveOut(isOfNests);
+  }
+
+  template <class Is>
+  void LeaveOut(Is is) {
     for (std::vector<Candidate>& each : candidates_)
-      each.erase(std::remove_if(each.begin(), each.end(), isOfNests), each.end());
+      each.erase(std::remove_if(each.begin(), each.end(), is), each.end());
   }
 
   /// Takes a role from a column that shares it with another; false when there is none.
@@ -335,7 +345,7 @@ ImportChoices ProposedChoices(std::string_view bytes) {
 
 void ProposeColumns(std::string_view text, ImportChoices& choices) {
   std::vector<TextRow> rows = RowsAtStart(text, choices.delimiter, RowsLookedAt);
-  choices.decimal = ProposedDecimal(rows);
+  choices.decimal = ProposedDecimal(rows, choices.delimiter);
   choices.heading = ProposedHeading(rows, choices.decimal);
   const Heading heading = HeadingOf(rows, choices);
   rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(heading.rows));

@@ -114,9 +114,11 @@ void DateLook::RemarkShortYears(Remarks& remarks) const {
   const std::string years = firstShortYear_ == lastShortYear_
                                 ? std::to_string(firstShortYear_)
                                 : fmt::format("{} to {}", firstShortYear_, lastShortYear_);
-  remarks.Say(fmt::format("{} a year of two digits, such as \"{}\" in {} {}: taken as {} of {}",
+  // In the order that begins with a long year, these have the name of their month.
+  const std::string order = order_ == DateOrder::YearMonthDay ? "" : NameOf(order_) + " ";
+  remarks.Say(fmt::format("{} a year of two digits, such as \"{}\" in {} {}: taken as {}of {}",
                           shortYears_.count == 1 ? "1 date has" : fmt::format("{} dates have", shortYears_.count),
-                          shortYears_.text, remarks.Place(), shortYears_.line, NameOf(order_), years));
+                          shortYears_.text, remarks.Place(), shortYears_.line, order, years));
 }
 
 void DateLook::RemarkUnclear(Remarks& remarks) const {

@@ -44,7 +44,16 @@ const Words Unknown{"u",          "unknown",     "unk",         "uncertain", "un
                     "inconnue",   "desconocido", "desconocida", "okand",     "okant",     "ukendt",   "ukjent",
                     "tuntematon", "ignoto",      "sconosciuto", "nieznany",  "nieznane",  "nieznana"};
 
+const Words Yes{"yes", "y", "true", "t", "ja", "j", "oui", "o", "si", "s", "sim", "tak", "kylla", "k"};
+const Words No{"no", "n", "false", "f", "nein", "nee", "non", "nao", "nej", "nei", "nie", "ei"};
+
 }  // namespace
+
+std::optional<bool> AnswerIn(std::string_view word) {
+  const std::string alike = Alike(word);
+  if (Yes.contains(alike)) return true;
+  return No.contains(alike) ? std::optional(false) : std::nullopt;
+}
 
 Fate FateIn(std::string_view word) {
   const std::string alike = Alike(word);

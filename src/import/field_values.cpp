@@ -63,6 +63,7 @@ std::optional<DateParts> ThreeNumbers(std::string_view field) {
     parts.mark = field.front();
     field.remove_prefix(1);
   }
+  if (parts.mark == '.' && field.starts_with('.')) field.remove_prefix(1);  // as in Hungary and on the Balkans
   if (!IsTime(field)) return std::nullopt;
   return parts;
 }

@@ -24,8 +24,13 @@ const Words Hatch{"hatch",      "hatched",    "hatching", "schlupf",   "schlupfs
                   "schiusa",    "schiuse",    "klucie",   "klucia",    "wyklucie",    "wyklucia",      "wyleg",
                   "wylegu",     "eclosao"};
 const Words Months{"month", "monat", "maand", "mois", "mes", "manad", "maned", "kuukausi", "mese", "miesiac"};
-const Words Boxes{"box",   "nestbox",   "nistkasten", "kasten", "nestkast",     "nichoir",  "nidal", "holk",
-                  "kasse", "redekasse", "fuglekasse", "pontto", "linnunpontto", "cassetta", "budka", "skrzynka"};
+const Words Boxes{"box",          "nestbox",  "nistkasten", "kasten",    "nestkast",   "nichoir",
+                  "nidal",        "holk",     "kasse",      "redekasse", "fuglekasse", "pontto",
+                  "linnunpontto", "cassetta", "budka",      "skrzynka",  "burrow",     "cavity"};
+/// Whose code that of a brood may be.
+const Words Parents{"pair",    "female", "hen",     "mother", "paar",   "weibchen", "henne", "vrouwtje",
+                    "paartje", "couple", "femelle", "pareja", "hembra", "par",      "hona",  "naaras",
+                    "pari",    "coppia", "femmina", "samica", "para",   "hun",      "hunn"};
 const Words Days{"yday",  "jday", "julian",     "julien", "juliano", "date",   "day",   "doy",
                  "datum", "tag",  "tages",      "dag",    "dagnr",   "jour",   "fecha", "dia",
                  "dato",  "pvm",  "paivamaara", "paiva",  "data",    "giorno", "dzien", "dnia"};
@@ -44,7 +49,7 @@ const Words Little{"the", "on",   "in",       "at",       "and", "or",   "n",  "
                    "en",  "av",   "och",      "i",        "for", "dd",   "mm", "yyyy",  "yy",    "tt",  "jjjj",
                    "jj",  "aaaa", "ddmmyyyy", "mmddyyyy", "per", "pro",  "di", "della", "delle", "dei", "e",
                    "og",  "til",  "z",        "da",       "do",  "dos",  "ja"};
-const Words Joining{"of", "no", "nr", "num", "number", "nummer", "numero", "numer", "id"};
+const Words Joining{"of", "no", "nr", "num", "number", "nummer", "numero", "numer", "nb", "anz", "nro", "nbr", "id"};
 
 /// In the order in which a heading is tried.
 const std::vector<Vocabulary>& Vocabularies() {
@@ -78,10 +83,16 @@ const std::vector<Vocabulary>& Vocabularies() {
                "kontrolliert", "besuch", "controle", "gecontroleerd", "bezoek",    "visite",     "visita",
                "kontroll",     "besok",  "kontrol",  "besog",         "controllo", "kontrola",   "kaynti"}},
        {"nest", "date", "day", "datum", "tag", "fecha", "jour", "dag", "data", "dato", "pvm"}},
+      {{Role::Fate, Speaks::Surely}, {{"failed", "failure"}}, {"nest"}},
       {{Role::Fate, Speaks::Broadly},
        {{"fate", "outcome", "success", "result", "status", "schicksal", "bruterfolg", "ausgang", "resultat",
          "resultaat", "lot", "resultado", "destino", "exito", "risultato", "esito", "wynik", "tulos", "utfall"}},
        {"nest", "nesting", "brood", "breeding", "final"}},
+      {{Role::Survived, Speaks::Broadly},
+       {{"survived",   "survive",     "survival",  "success", "successful", "uberlebt", "erfolg",
+         "bruterfolg", "erfolgreich", "overleefd", "succes",  "geslaagd",   "reussite", "survie",
+         "exito",      "sobrevivio",  "overlevde", "lyckad",  "sukces",     "successo", "menestys"}},
+       {"nest", "nesting", "brood", "breeding"}},
       {{Role::CodePart, Speaks::Surely},
        {{"attempt", "attempts", "renest", "renesting", "versuch", "brutversuch", "nistversuch", "poging", "broedpoging",
          "tentative", "intento", "tentativo", "forsok", "forsog", "proba", "yritys", "pesintayritys"}},
@@ -95,16 +106,17 @@ const std::vector<Vocabulary>& Vocabularies() {
       {{Role::Date, Speaks::Surely},
        {{"date", "datum", "fecha", "data", "dato", "pvm", "paivamaara", "paivays", "timestamp", "datetime",
          "zeitstempel"}},
-       {"day",      "of",        "visit",    "survey",    "field",  "count",     "nest",     "besuch",  "besuchs",
-        "kontroll", "kontrolle", "begehung", "begehungs", "bezoek", "controle",  "visite",   "releve",  "visita",
-        "control",  "besok",     "besoks",   "besogs",    "besog",  "controllo", "kontroli", "kaynnin", "wizyty"}},
+       {"day",      "of",       "visit",     "survey",   "field",     "count",  "nest",     "besuch",
+        "besuchs",  "kontroll", "kontrolle", "begehung", "begehungs", "bezoek", "controle", "visite",
+        "releve",   "visita",   "control",   "besok",    "besoks",    "besogs", "besog",    "controllo",
+        "kontroli", "kaynnin",  "wizyty",    "visited",  "kaynti"}},
       {{Role::Date, Speaks::Broadly},
        {{"visit", "visited", "survey", "besuch", "bezoek", "visite", "visita", "besok", "besog", "kontrola", "wizyta",
-         "kaynti", "kayntipaiva"}},
+         "kaynti", "kayntipaiva", "kontrolle", "begehung", "kontroll"}},
        {"day", "field", "count", "nest"}},
       {{Role::Day, Speaks::Surely},
-       {{"dofy", "doy", "yday", "jday", "julian", "julien", "juliano", "day", "dag", "jour", "dia", "jahrestag",
-         "kalendertag", "tagesnummer", "dagnummer", "paiva", "giorno", "dzien"}},
+       {{"dofy", "doy", "yday", "jday", "jdate", "julian", "julien", "juliano", "day", "dag", "jour", "dia",
+         "jahrestag", "kalendertag", "tagesnummer", "dagnummer", "paiva", "giorno", "dzien"}},
        {"year", "date", "visit", "tag", "jahr", "jahres", "jaar", "annee", "ano", "ar", "anno", "roku", "vuoden",
         "julianischer", "ordinal", "calendar"}},
       {{Role::Day, Speaks::Surely}, {{"tag", "tages"}, {"jahr", "jahres"}}, {}},
@@ -117,19 +129,19 @@ const std::vector<Vocabulary>& Vocabularies() {
          "conteggio", "liczba"}},
        {"total", "visit"}},
       {{Role::Count, Speaks::OfEggs},
-       {{"eggs", "egg",   "eier",  "ei",       "eieren",    "oeufs", "oeuf", "huevos", "agg", "aeg",
-         "muna", "munat", "munia", "munaluku", "munamaara", "uova",  "uovo", "jaja",   "jaj", "ovos"}},
+       {{"eggs",  "egg",   "eier",     "ei",        "eieren", "oeufs", "oeuf", "huevos", "agg",  "aeg",   "muna",
+         "munat", "munia", "munaluku", "munamaara", "uova",   "uovo",  "jaja", "jaj",    "ovos", "eizahl"}},
        {"young",  "juveniles", "chicks",   "nest",     "total",   "count",  "anzahl", "junge",
         "aantal", "jongen",    "nombre",   "poussins", "pollos",  "antal",  "ungar",  "antall",
         "unger",  "lukumaara", "poikasia", "poikaset", "pulcini", "liczba", "pisklat"}},
       {{Role::Count, Speaks::OfYoung},
-       {{"young",      "chicks",    "chick",     "juveniles", "nestlings", "hatchlings", "pulli",     "pullus",
-         "ducklings",  "goslings",  "cygnets",   "junge",     "jungvogel", "jungvoegel", "jungtiere", "kuken",
-         "kueken",     "nestlinge", "jongen",    "kuikens",   "pullen",    "nestjongen", "poussins",  "jeunes",
-         "oisillons",  "pollos",    "polluelos", "crias",     "pichones",  "ungar",      "ungfaglar", "kycklingar",
-         "unger",      "unge",      "kyllinger", "aellinger", "poikasia",  "poikaset",   "poikanen",  "poikasmaara",
-         "poikasluku", "pulcini",   "pulcino",   "nidiacei",  "piccoli",   "piskleta",   "pisklat",   "mlode",
-         "mlodych",    "filhotes",  "ninhegos"}},
+       {{"young",      "chicks",     "chick",     "juveniles", "nestlings", "hatchlings", "pulli",     "pullus",
+         "ducklings",  "goslings",   "cygnets",   "junge",     "jungvogel", "jungvoegel", "jungtiere", "kuken",
+         "kueken",     "nestlinge",  "jongen",    "kuikens",   "pullen",    "nestjongen", "poussins",  "jeunes",
+         "oisillons",  "pollos",     "polluelos", "crias",     "pichones",  "ungar",      "ungfaglar", "kycklingar",
+         "unger",      "unge",       "kyllinger", "aellinger", "poikasia",  "poikaset",   "poikanen",  "poikasmaara",
+         "poikasluku", "pulcini",    "pulcino",   "nidiacei",  "piccoli",   "piskleta",   "pisklat",   "mlode",
+         "juv",        "jungenzahl", "mlodych",   "filhotes",  "ninhegos"}},
        {"eggs", "nest", "brood", "total", "count", "anzahl", "aantal", "nombre", "antal", "antall", "lukumaara",
         "liczba"}},
       {{Role::Code, Speaks::Surely},
@@ -142,16 +154,19 @@ const std::vector<Vocabulary>& Vocabularies() {
          "anello"}},
        {"name", "female", "hen", "mother"}},
       {{Role::Code, Speaks::Broadly}, {Boxes}, {"nest", "code", "name"}},
+      {{Role::Code, Speaks::Broadly}, {Parents}, {"name", "code", "ring", "breeding"}},
+
       {{Role::Count, Speaks::Broadly},
-       {{"number", "numero", "total", "gesamt", "totaal", "broodsize", "brutgrosse", "broedselgrootte"}},
+       {{"number", "numero", "n", "total", "gesamt", "totaal", "broodsize", "brutgrosse", "broedselgrootte"}},
        {}},
       {{Role::Count, Speaks::Broadly}, {Living}, {}},
       {{Role::Day, Speaks::Broadly}, {{"tag"}}, {}},
       {{Role::Age, Speaks::Surely},
        {{"age", "alter", "leeftijd", "edad", "alder", "kukenalter", "ika", "eta", "wiek", "idade"}},
-       {"brood", "chick", "chicks",    "young",   "days",   "day",     "visit",  "tage",     "tagen",
-        "dagen", "jours", "dias",      "dagar",   "kuken",  "pulli",   "pollos", "poussins", "unger",
-        "dage",  "dager", "poikasten", "pulcini", "giorni", "pisklat", "dni"}},
+       {"brood",     "chick",    "chicks",    "young",     "days",       "day",     "visit",    "tage",     "tagen",
+        "dagen",     "jours",    "dias",      "dagar",     "kuken",      "pulli",   "pollos",   "poussins", "unger",
+        "dage",      "dager",    "poikasten", "pulcini",   "giorni",     "pisklat", "dni",      "dgn",      "nestling",
+        "nestlings", "duckling", "ducklings", "hatchling", "hatchlings", "gosling", "goslings", "junge",    "jongen"}},
       {{Role::Unused, Speaks::OfPlace},
        {{"studyarea", "site",      "sites",  "plot",       "colony",   "lake",       "pond",    "island",
          "location",  "locality",  "place",  "territory",  "block",    "population", "species", "ort",
@@ -163,11 +178,7 @@ const std::vector<Vocabulary>& Vocabularies() {
          "gatunek",   "lokalitet", "sted",   "omrade"}},
        {"study", "name", "code", "nest", "breeding"}},
       {{Role::Unused, Speaks::OfPlace}, {Boxes}, {"nest", "code", "name"}},
-      {{Role::Unused, Speaks::OfPlace},
-       {{"pair",    "female", "hen",     "mother", "paar",   "weibchen", "henne", "vrouwtje",
-         "paartje", "couple", "femelle", "pareja", "hembra", "par",      "hona",  "naaras",
-         "pari",    "coppia", "femmina", "samica", "para",   "hun",      "hunn"}},
-       {"name", "code", "ring", "breeding"}},
+      {{Role::Unused, Speaks::OfPlace}, {Parents}, {"name", "code", "ring", "breeding"}},
       {{Role::Unused, Speaks::OfNothing},
        {{"visit",  "survey", "obs",      "observation", "observations", "record",  "row",     "line",
          "serial", "lfd",    "laufende", "volg",        "time",         "hour",    "zeit",    "uhrzeit",
@@ -198,7 +209,7 @@ bool IsMadeOf(std::string_view word, const Vocabulary& vocabulary, std::vector<b
 
 bool AreOf(const std::vector<std::string>& words, const Vocabulary& vocabulary) {
   std::vector<bool> met(vocabulary.naming.size(), false);
-  const auto belongs = [&](const std::string& word) { return Has(Little, word) || IsMadeOf(word, vocabulary, met); };
+  const auto belongs = [&](const std::string& word) { return IsMadeOf(word, vocabulary, met) || Has(Little, word); };
   return std::ranges::all_of(words, belongs) && std::ranges::find(met, false) == met.end();
 }
 

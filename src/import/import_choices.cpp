@@ -100,7 +100,8 @@ const std::vector<std::string>& RoleNames() {
                                               "month",
                                               "hatch month",
                                               "part of the code",
-                                              "eggs or young"};
+                                              "eggs or young",
+                                              "survived (1: not failed)"};
   return names;
 }
 

@@ -11,7 +11,8 @@
 
 namespace merlane {
 
-/// What a column of a file holds. FirstFound to Nests are of files with one row for each nest. With a month, days are
+/// What a column of a file holds. FirstFound to Nests are of files with one row for each nest, and so is Survived, the
+/// fate the other way round. With a month, days are
 /// those of the month. Parts of the code are joined with it: boxes, of which each numbers its broods. A stage tells
 /// whether eggs or young were counted.
 enum class Role {
@@ -33,9 +34,10 @@ enum class Role {
   Month,
   HatchMonth,
   CodePart,
-  Stage
+  Stage,
+  Survived
 };
-inline constexpr std::size_t NumberOfRoles = static_cast<std::size_t>(Role::Stage) + 1;
+inline constexpr std::size_t NumberOfRoles = static_cast<std::size_t>(Role::Survived) + 1;
 
 /// What each is called, in that order.
 const std::vector<std::string>& RoleNames();

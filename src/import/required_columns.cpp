@@ -28,7 +28,7 @@ const char* SuchAs(Role role) {
     case Role::LastChecked:
       return "\"LastChecked\"";
     default:
-      return "\"Fate\"";
+      return "\"Fate\" or \"Survived\"";
   }
 }
 
@@ -55,7 +55,11 @@ void RequireColumns(const ImportChoices& choices, const Heading& heading) {
                                      SuchAs(*(oneOf.end() - 1)), WhereLooked(choices, heading)));
   };
   if (choices.OfNests()) {
-    for (const Role role : {Role::LastPresent, Role::LastChecked, Role::Fate}) require({role});
+    for (const Role role : {Role::LastPresent, Role::LastChecked}) require({role});
+    require({Role::Survived, Role::Fate});
+    if (choices.Has(Role::Survived) && choices.Has(Role::Fate))
+      throw RuntimeFailure(fmt::format("a column is \"{}\", and another \"{}\": only one can tell the fate",
+                                       NameOf(Role::Survived), NameOf(Role::Fate)));
   } else {
     require({Role::Code});
     require({Role::Day, Role::Date});

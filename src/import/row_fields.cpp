@@ -123,13 +123,18 @@ std::optional<DayOfYear> RowFields::DateOrNumber(Role role, int year) const {
   return isDay ? DayNumber(role, year) : Date(role);
 }
 
+Role RowFields::FateRole() const { return choices_.Has(Role::Fate) ? Role::Fate : Role::Survived; }
+
 std::optional<Fate> RowFields::FateOfNest() const {
-  const std::string& text = Text(Role::Fate);
+  const Role role = FateRole();
+  const std::string& text = Text(role);
   if (text.empty()) return std::nullopt;
   if (const std::optional<double> number = NumberIn(text, choices_.decimal); number == 0.0 || number == 1.0)
-    return *number == 1 ? Fate::Failed : Fate::Survived;
+    return (*number == 1) == (role == Role::Fate) ? Fate::Failed : Fate::Survived;
+  if (const std::optional<bool> answer = AnswerIn(text); answer && role == Role::Survived)
+    return *answer ? Fate::Survived : Fate::Failed;
   const Fate fate = FateIn(text);
-  if (fate == Fate::Untold) Refuse(text, Role::Fate);
+  if (fate == Fate::Untold) Refuse(text, role);
   return fate;
 }
 

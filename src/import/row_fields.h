@@ -56,6 +56,8 @@ class RowFields {
   /// Whichever of both it is.
   std::optional<DayOfYear> DateOrNumber(Role role, int year) const;
 
+  /// The role of the column that tells what became of a nest.
+  Role FateRole() const;
   /// What became of the nest, never Fate::Untold; none where there is no value.
   std::optional<Fate> FateOfNest() const;
 

@@ -324,7 +324,7 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
   if (*nests == 0) throw LeftOut{"it stands for no nest"};
   stages_.Set(fields, visit);
   visit.covariates = Covariates(fields, line);
-  fates_[nest.fate][fields.Text(Role::Fate)] += *nests;
+  fates_[nest.fate][fields.Text(fields.FateRole())] += *nests;
   const std::string code = fields.Code();
   for (int n = 1; n <= *nests; ++n) {
     visit.code = code.empty() ? fmt::format("L{}", line) : code;

@@ -9,6 +9,7 @@ TEST(FieldValues, DatesOfAllOrdersBecomeDaysOfTheirYear) {
   EXPECT_EQ(DateIn("2023-06-09", DateOrder::YearMonthDay), Day({2023, 160}));
   EXPECT_EQ(DateIn("2023-06-09T08:15", DateOrder::YearMonthDay), Day({2023, 160}));
   EXPECT_EQ(DateIn("9.6.2023", DateOrder::DayMonthYear), Day({2023, 160}));
+  EXPECT_EQ(DateIn("2023.06.09.", DateOrder::YearMonthDay), Day({2023, 160}));
   EXPECT_EQ(DateIn("09/06/2023 12:00", DateOrder::DayMonthYear), Day({2023, 160}));
   EXPECT_EQ(DateIn("6/9/2023", DateOrder::MonthDayYear), Day({2023, 160}));
   EXPECT_EQ(DateIn("45086", DateOrder::SerialDays), Day({2023, 160}));

@@ -32,21 +32,42 @@ TEST(HeadingWords, NameAColumnInManyWays) {
   for (const char* heading : {"yr", "Field season", "Year"}) EXPECT_EQ(RoleOf(heading), Role::Year) << heading;
 }
 
-TEST(HeadingWords, AreKnownInSixLanguages) {
+TEST(HeadingWords, AreKnownInElevenLanguages) {
   const std::vector<std::pair<Role, std::vector<const char*>>> headings{
-      {Role::Year, {"Jahr", "Jaar", "Ann\u00E9e", "A\u00F1o", "\u00C5r", "S\u00E4song", "Saison"}},
-      {Role::Code, {"Gelege-Nr.", "Nestnummer", "Broedsel", "N\u00B0 de nid", "Nich\u00E9e", "Nido", "Bo nr", "Kull"}},
-      {Role::Date, {"Datum", "Besuchsdatum", "Date de visite", "Fecha", "Fecha de visita", "Datum bezoek"}},
+      {Role::Year,
+       {"Jahr", "Jaar", "Ann\u00E9e", "A\u00F1o", "\u00C5r", "S\u00E4song", "Saison", "Vuosi", "Anno", "Rok"}},
+      {Role::Code,
+       {"Gelege-Nr.", "Nestnummer", "Broedsel", "N\u00B0 de nid", "Nich\u00E9e", "Nido", "Bo nr", "Kull",
+        "Pes\u00E4n numero", "Gniazdo", "Redenr.", "Reir", "Kuld", "Nidiata"}},
+      {Role::Date,
+       {"Datum", "Besuchsdatum", "Date de visite", "Fecha", "Fecha de visita", "Datum bezoek", "Pvm",
+        "P\u00E4iv\u00E4m\u00E4\u00E4r\u00E4", "Data kontroli", "Data", "Bes\u00F8gsdato", "Date visited",
+        "Kontrolle am"}},
       {Role::HatchDate,
        {"Schlupfdatum", "Schlupftag", "Date d'\u00E9closion", "Fecha de eclosi\u00F3n", "Uitkomstdatum",
-        "Kl\u00E4ckningsdatum"}},
-      {Role::Age, {"Alter (Tage)", "Leeftijd", "\u00C2ge", "Edad", "\u00C5lder"}},
-      {Role::Count,
-       {"Eier", "Anzahl Eier", "K\u00FCken", "Jungv\u00F6gel", "Eieren", "Aantal jongen", "\u0152ufs", "Poussins",
-        "Nombre d'\u0153ufs", "Huevos", "Pollos", "\u00C4gg", "Antal ungar", "Ungar"}},
+        "Kl\u00E4ckningsdatum", "Kuoriutumisp\u00E4iv\u00E4", "Data della schiusa", "Data klucia", "Kl\u00E6kningsdato",
+        "Klekkedato"}},
+      {Role::Age,
+       {"Alter (Tage)", "Leeftijd", "\u00C2ge", "Edad", "\u00C5lder", "Ik\u00E4", "Et\u00E0", "Wiek", "Alder"}},
+      {Role::Count, {"Eier",           "Anzahl Eier",    "K\u00FCken",
+                     "Jungv\u00F6gel", "Eieren",         "Aantal jongen",
+                     "\u0152ufs",      "Poussins",       "Nombre d'\u0153ufs",
+                     "Huevos",         "Pollos",         "\u00C4gg",
+                     "Antal ungar",    "Ungar",          "Munia",
+                     "Poikasia",       "Uova",           "Pulcini",
+                     "Jaja",           "Liczba pisklat", "\u00C6g",
+                     "Antall egg",     "Unger",          "Pollos vivos",
+                     "Huevos vivos",   "Lebende Junge",  "Nb oeufs",
+                     "Eizahl"}},
       {Role::Month, {"Month", "Monat", "Maand", "Mois", "Mes", "M\u00E5nad"}},
       {Role::HatchMonth, {"Hatch month", "HatchMo", "Schlupfmonat", "Mois d'\u00E9closion"}},
-      {Role::Stage, {"Stage", "Nest stage", "Stadium", "Stade", "Fase", "Etapa"}},
+      {Role::Stage, {"Stage", "Nest stage", "Stadium", "Stade", "Fase", "Etapa", "Vaihe", "Stadio"}},
+      {Role::CodePart, {"Attempt", "Nesting attempt", "Brutversuch", "Broedpoging", "Intento"}},
+      {Role::FirstFound, {"FirstFound", "Found", "Date found", "Gefunden am", "First found"}},
+      {Role::LastPresent, {"LastPresent", "Last alive", "Last seen alive", "Last active", "Zuletzt lebend"}},
+      {Role::LastChecked, {"LastChecked", "Last check", "Last visit", "Final visit", "Letzte Kontrolle"}},
+      {Role::Fate, {"Fate", "Nest fate", "Outcome", "Failed"}},
+      {Role::Survived, {"Survived", "Survival"}},
       {Role::Day, {"Tag im Jahr", "Dag", "Jour de l'ann\u00E9e", "D\u00EDa"}}};
   for (const auto& [role, names] : headings)
     for (const char* heading : names) EXPECT_EQ(RoleOf(heading), role) << heading;

@@ -64,5 +64,32 @@ text("h_fates_in_letters.csv", "Nest,Year,FirstFound,LastPresent,LastChecked,Fat
      + "".join(line.replace(",", ",2023,", 1) + "\n" for line in NESTS.format("S", "F", "U").split()))
 text("h_found_and_last_alive.csv", "Nest,Found,Last alive,Last check,Outcome\nA,2023-05-20,2023-05-25,2023-05-25,hatched\n"
      "B,2023-05-20,2023-05-25,2023-05-30,predated\nC,2023-05-20,2023-05-25,2023-05-30,unknown\n")
+SURVIVED = ("Nest,Found,Last alive,Last check,{0}\nA,2023-05-20,2023-05-25,2023-05-25,{1}\n"
+            "B,2023-05-20,2023-05-25,2023-05-30,{2}\nC,2023-05-20,2023-05-25,2023-05-25,{1}\n")
+text("h_survived.csv", SURVIVED.format("Survived", 1, 0))
+text("h_success_in_words.csv", SURVIVED.format("Nest success", "yes", "no"))
 text("h_outcome_in_numbers.csv", "Nest,Found,Last alive,Last check,Outcome\nA,2023-05-20,2023-05-25,2023-05-25,1\n"
      "B,2023-05-20,2023-05-25,2023-05-30,0\n")
+
+# As people of other countries and seasons keep them.
+text("h_over_christmas.csv", "Ninho;Data da visita;Ovos;Filhotes;Data de eclosão;Altura (m)\n"
+     "N01;05/11/2022 08:30;2;;;1,2\nN01;18/11/2022 09:00;;2;17/11/2022;1,2\nN01;26/11/2022 07:45;;1;17/11/2022;1,2\n"
+     "N02;28/12/2022 07:45;2;;05/01/2023;0,8\nN02;08/01/2023 07:45;;2;05/01/2023;0,8\n", "latin-1")
+text("h_season_of_the_south.csv", "Season,Nest ID,Visit date,Status,No. eggs,No. chicks\n"
+     "2022/23,K12,12-Nov-22,incubating,3,0\n2022/23,K12,25-Nov-22,hatched,0,3\n2022/23,K12,3-Dec-22,chicks,0,2\n"
+     "2022/23,K14,12-Nov-22,incubating,3,0\n2022/23,K14,20-Nov-22,failed,0,0\n")
+text("h_fledged_in_notes.csv", "Nest_ID,VisitDate,Observer,NumEggs,NumNestlings,Notes\n23-001,5/3/23 8:15,AB,4,0,\n"
+     "23-001,5/16/23 8:15,AB,0,4,\n23-001,5/28/23 8:15,CD,0,0,fledged\n23-002,5/4/23 9:15,AB,4,0,\n"
+     "23-002,5/9/23 9:15,AB,0,0,depredated\n")
+text("h_hens_2019.csv", "Hen,Month,Day,Ducklings,Hatch day,Hatch month\nH1,6,3,8,1,6\nH1,6,13,6,1,6\nH2,6,5,9,4,6\n")
+text("h_points_in_codes.csv", '"Jahr";"Gelege";"Datum";"Eier";"Junge";"Wasserstand"\n'
+     '"2023";"1.001";"03.05.2023";"5 ";"0";"1,25"\n"2023";"1.001";"20.05.2023";"0";"4";"1,25"\n'
+     '"2023";"1.002";"03.05.2023";"5";"0";"1,30"\n')
+text("h_record_cards.csv", "Nest;Gefunden am;Zuletzt lebend;Letzte Kontrolle;Schicksal\n"
+     "A;20.5.2023;25.5.2023;25.5.2023;geschlüpft\nB;20.5.2023;25.5.2023;30.5.2023;prädiert\n"
+     "C;20.5.2023;25.5.2023;30.5.2023;unbekannt\n")
+text("h_ages_of_nestlings.csv", "Vuosi;Pesän nro;Käyntipvm;Munia;Poikasia;Poikasten ikä\n2022;12;5.5.2022;8;0;\n"
+     "2022;12;25.5.2022;0;7;5\n2022;12;2.6.2022;0;7;13\n")
+text("h_years_of_two_kinds.csv", "Nest,Date,Eggs\nA,2023/05/03,4\nA,2023/05/18,4\nB,23/05/04,4\n")
+text("h_burrows_of_two_colonies.csv", "Colony,Burrow,Date,Egg,Chick\nNorth,1,2023-06-01,1,0\nNorth,1,2023-07-15,0,1\n"
+     "South,1,2023-06-01,1,0\nSouth,1,2023-07-15,1,0\n")
