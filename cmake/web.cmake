@@ -16,9 +16,11 @@ endforeach()
 set(web_exceptions $<IF:$<BOOL:${MERLANE_UNWINDS}>,-fexceptions,-fwasm-exceptions>)
 add_compile_options(${web_exceptions})
 # Compiled for size (CMakePresets.json), but not linked so: the compiler would take other elementary functions then, which
-# are smaller and have other digits, and rename what passes the border of the page. Linked by -O3 small functions are put
-# where they are called, across all sources: what is sent is 4 % larger, and works in half the time.
-set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_CXX_COMPILER> -O3 <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
+# are smaller and have other digits, and rename what passes the border of the page, as it would when linked by -O3.
+set(CMAKE_CXX_LINK_EXECUTABLE "<CMAKE_CXX_COMPILER> -O2 <LINK_FLAGS> <OBJECTS> -o <TARGET> <LINK_LIBRARIES>")
+# Told to compile for size, emscripten puts no function where it is called, not even where that is smaller, and stays with
+# that for the rooms which are told otherwise behind it.
+add_compile_options(-finline-functions)
 add_link_options(${web_exceptions} -sALLOW_MEMORY_GROWTH=1 -sMAXIMUM_MEMORY=4GB -sTOTAL_STACK=4MB)
 add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${PROJECT_SOURCE_DIR}/cmake/web/newer_library.h>")
 

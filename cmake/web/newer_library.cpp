@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +37,31 @@ const char* BehindNumber(const char* first, const char* last) {
   return behind == exponent ? end : behind;
 }
 
+constexpr double PowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// The value of a number of few digits without an exponent: digits and power of ten are doubles to the last bit, so
+/// that their quotient alone is rounded. None of any other.
+std::optional<double> ValueOfFewDigits(std::string_view number) {
+  constexpr std::uint64_t Most = std::uint64_t{1} << 53;
+  const bool negative = number.front() == '-';
+  std::uint64_t digits = 0;
+  std::size_t places = 0;
+  bool behindPoint = false;
+  for (const char c : number.substr(negative ? 1 : 0)) {
+    if (c == '.') {
+      behindPoint = true;
+      continue;
+    }
+    if (c < '0' || c > '9') return std::nullopt;
+    digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+    if (behindPoint) ++places;
+    if (digits > Most || places >= std::size(PowersOfTen)) return std::nullopt;
+  }
+  const double value = static_cast<double>(digits) / PowersOfTen[places];
+  return negative ? -value : value;
+}
+
 std::to_chars_result Put(char* first, char* last, std::string_view text) {
   if (last - first < static_cast<std::ptrdiff_t>(text.size())) return {last, std::errc::value_too_large};
   return {std::copy(text.begin(), text.end(), first), std::errc()};
@@ -46,6 +74,10 @@ namespace std {
 from_chars_result from_chars(const char* first, const char* last, double& value) {
   const char* const end = BehindNumber(first, last);
   if (end == first) return {first, errc::invalid_argument};
+  if (const optional<double> few = ValueOfFewDigits({first, static_cast<size_t>(end - first)})) {
+    value = *few;
+    return {end, errc()};
+  }
   errno = 0;
   const double read = strtod(string(first, end).c_str(), nullptr);  // exact for any number of digits
   if (errno == ERANGE && (isinf(read) || read == 0)) return {end, errc::result_out_of_range};
