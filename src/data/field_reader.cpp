@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "base/arithmetic.h"
@@ -11,10 +12,18 @@
 #include "base/runtime_failure.h"
 
 namespace merlane {
+namespace {
+
+/// A number with a letter inside: nobody writes a day, an age or a count as 1e1 but by a slip.
+bool WithExponent(const DataLine& line, RecordField field) {
+  return line.Text(field).find_first_of("eE") != std::string_view::npos;
+}
+
+}  // namespace
 
 double FieldReader::Number(const DataLine& line, RecordField field) {
   const DataLine::Reading reading = line.Read(field);
-  if (!reading.plain)
+  if (!reading.plain || WithExponent(line, field))
     Note(line.IsBlank(field) ? Oddity::Empty : Oddity::NotNumber, line, field, Shortest(reading.value));
   return reading.value;
 }
@@ -29,7 +38,7 @@ std::int16_t FieldReader::Whole(const DataLine& line, RecordField field) {
   } catch (const RuntimeFailure&) {
     line.Refuse(field, "is beyond the range of -32768 to 32767");
   }
-  if (!reading.plain)
+  if (!reading.plain || WithExponent(line, field))
     Note(line.IsBlank(field) ? Oddity::Empty : Oddity::NotNumber, line, field, std::to_string(whole));
   else if (whole != reading.value)
     Note(Oddity::Rounded, line, field, std::to_string(whole));

@@ -36,6 +36,13 @@ TEST(ReadingReport, ACommaSeparatedFileIsToldAsAnotherKindOfFile) {
                               "  line 3, column 9: \"6\" where a comma belongs\r\n"));
 }
 
+TEST(ReadingReport, AnAgeOrACountWithALetterInsideIsToldThoughItIsANumber) {
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "170", "-1e1", "1E1") + Record("1995", "A", "161", "170", "-9", "10")),
+            "2 fields are no numbers:\r\n"
+            "  line 2, columns 37 to 44: \"    -1e1\", read as -10\r\n"
+            "  line 2, columns 46 to 53: \"     1E1\", read as 10\r\n");
+}
+
 TEST(ReadingReport, ARecordWithoutACodeIsTold) {
   EXPECT_EQ(
       Odd(Record(1995, "", 160, 170, -10, 5) + Record(1995, "", 161, 170, -9, 5) + Record(1995, "A", 160, 170, -10, 5)),
