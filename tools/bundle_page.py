@@ -73,11 +73,16 @@ def quoted(bytes_):
 def one_file(way, glue, module):
     scripts = page_script().encode() + b"\0" + glue
     start = b"\n".join([
-        b"const packedScripts = " + quoted(packed(scripts)) + b";",
-        b"const packedModule = " + quoted(packed(module)) + b";",
+        b"let packedScripts = " + quoted(packed(scripts)) + b";",
+        b"let packedModule = " + quoted(packed(module)) + b";",
         f"""const [pageScript, glue] = new TextDecoder().decode(unpacked(bytesOf(packedScripts), {len(scripts)})).split("\\0");
 document.body.append(Object.assign(document.createElement("script"), {{ textContent: pageScript }}));
-start({{ ways: ["{way}"], glue: () => glue, module: () => unpacked(bytesOf(packedModule), {len(module)}) }});
+packedScripts = null; // what has been unpacked is not kept
+start({{ ways: ["{way}"], glue: () => glue, module() {{
+  const module = unpacked(bytesOf(packedModule), {len(module)});
+  packedModule = null;
+  return module;
+}} }});
 """.encode()])
     head, end = filled("windows-1252", "", (PAGE / "page.css").read_text(), script((PAGE / "unpack.js").read_text()) +
                        "<script>\n@START@</script>\n").encode("ascii").split(b"@START@")

@@ -12,6 +12,7 @@ Prints what fails, and ends with 1 when anything does; a picture of the page is 
 """
 
 import argparse
+import contextlib
 import functools
 import http.server
 import pathlib
@@ -129,6 +130,7 @@ class Play:
         self.look = look
         self.lines = [shlex.split(line, comments=True) for line in batch.read_text().splitlines()]
         self.lines = [line for line in self.lines if line and line[0] not in EXPORTS]
+        self.ends_asked = until is not None
         if until:
             del self.lines[self.lines.index(until.split()):]
         self.saved = []
@@ -138,6 +140,8 @@ class Play:
         while True:
             asked = self.page.settle()
             line = self.lines[self.at] if self.at < len(self.lines) else None
+            if asked and line is None and self.ends_asked:
+                break
             if asked:
                 self.answer(line)
             elif line is None or line[0] == "interrupt":
@@ -279,19 +283,110 @@ class QuietServer(http.server.SimpleHTTPRequestHandler):
         pass
 
 
+@contextlib.contextmanager
+def served(page_file):
+    """The address of the page in pieces while a server has it."""
+    handler = functools.partial(QuietServer, directory=page_file.parent / "site")
+    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        yield f"http://127.0.0.1:{server.server_port}/"
+        server.shutdown()
+
+
 def without_the_net(browser, page_file, look):
-    """The page in pieces is kept by the browser: with the server gone it still opens."""
-    site = page_file.parent / "site"
-    handler = functools.partial(QuietServer, directory=site)
-    server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler)
-    threading.Thread(target=server.serve_forever, daemon=True).start()
-    place = f"http://127.0.0.1:{server.server_port}/"
-    Page(browser, place)
-    wait_for(lambda: browser.run("return navigator.serviceWorker.controller !== null"), "the worker")
-    server.shutdown()
-    server.server_close()
-    Page(browser, place)
+    """The page in pieces can be installed and is kept by the browser: with the server gone it still opens, and fits."""
+    with served(page_file) as place:
+        Page(browser, place)
+        wait_for(lambda: browser.run("return navigator.serviceWorker.controller !== null"), "the worker")
+        wanted = {"name", "short_name", "start_url", "display", "icons"}
+        lacking = wanted - set(browser.run("""return fetch(document.querySelector('link[rel=manifest]').href)
+                                                .then((found) => found.json()).then(Object.keys)"""))
+        if lacking:
+            raise AssertionError(f"it cannot be installed without {lacking}")
+    Play(Page(browser, place), SOURCE / "examples/first_fit.batch", look).run()
     look("offline")
+
+
+def straight_to_a_folder(browser, page_file, look):
+    """Where the browser can write to a folder of the computer, what is saved goes there; elsewhere that is not offered. The
+    folder is one of the browser's own, since nobody is there to choose another."""
+    with served(page_file) as place:
+        page = Page(browser, place)
+        if not page.run("return typeof showDirectoryPicker !== 'undefined'"):
+            if page.run("return !document.getElementById('files-folder').hidden"):
+                raise AssertionError("a folder is offered, where the browser cannot write to one")
+            return
+        page.run("window.showDirectoryPicker = () => navigator.storage.getDirectory()")
+        page.browser.click("#files summary")
+        page.browser.click("#files-folder")
+        wait_for(lambda: page.run("return files.target !== null"), "the folder")
+        page.browser.click("#files summary")
+        Play(page, SOURCE / "examples/first_fit.batch", look).run()
+        name = "first_fit_estimates.alg"
+        read = """return files.target.getFileHandle(arguments[0]).then((it) => it.getFile()).then((it) => it.arrayBuffer())
+                    .then((it) => Array.from(new Uint8Array(it)), () => null)"""
+        found = wait_for(lambda: page.run(read, name), name)
+        if bytes(found) != page.file(name):
+            raise AssertionError(f"{name} is another one in the folder")
+        if page.run("return files.anyLeft()") or any(page.browser.downloads.iterdir()):
+            raise AssertionError("what is in the folder is thought to be left, or downloaded too")
+
+
+def several_files_dropped(page, look):
+    """Files that are dropped on the page, several at once, are there to be opened."""
+    page.run("""const dropped = new DataTransfer();
+                for (const [name, text] of arguments[0]) dropped.items.add(new File([text], name));
+                document.getElementById('area').dispatchEvent(
+                  new DragEvent('drop', { dataTransfer: dropped, bubbles: true, cancelable: true }))""",
+             [["one.dat", "1"], ["two.alg", "2"], ["three.pri", "3"]])
+    wait_for(lambda: page.file("three.pri") == b"3", "three.pri")
+    if (page.file("one.dat"), page.file("two.alg")) != (b"1", b"2"):
+        raise AssertionError("not all files were brought")
+    if "one.dat, two.alg, three.pri" not in page.run("return document.getElementById('said').textContent"):
+        raise AssertionError("it is not told what was brought")
+
+
+def its_title(page, _):
+    """The version and the date of the page stand in its title."""
+    title = page.run("return document.title")
+    if not re.fullmatch(r"Merlane \d+\.\d+\.\d+ \(20\d\d-\d\d-\d\d\)", title):
+        raise AssertionError(f"the title is {title}")
+
+
+def names_and_roles(page, look):
+    """Whatever takes the keys has a name and a role that can be read out, in the window of algorithm data, with its table,
+    and in a question."""
+    play = Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction")
+    play.run()
+    page.press("frmMenu.cmdEditAlg")
+    page.settle()
+    nameless = lambda: page.run("""
+      const named = (it) => it.getAttribute('aria-label') || it.textContent.trim() || (it.labels && it.labels.length) ||
+        (it.getAttribute('aria-labelledby') || '').split(' ').some((id) => (document.getElementById(id) || it).textContent);
+      const takesKeys = 'button, input, select, textarea, summary, [tabindex]:not([tabindex="-1"])';
+      return [...document.querySelectorAll(takesKeys)].filter((it) => it.offsetParent !== null && it.tabIndex >= 0)
+        .filter((it) => !named(it) || (it.matches('div, span, pre') && !it.getAttribute('role')))
+        .map((it) => it.id || it.outerHTML.slice(0, 80))""")
+    if nameless():
+        raise AssertionError(f"without a name or a role: {nameless()}")
+    grid = "document.getElementById('frmAlgo.grdVS')"
+    page.run(f"{grid}.focus(); moveTo({grid}, 15, 1)")
+    browser = page.browser
+    browser.keys("ArrowDown")
+    at = page.run(f"""const at = document.getElementById({grid}.getAttribute('aria-activedescendant'));
+                      return [{grid}.getAttribute('role'), at.getAttribute('role'), at.row, at.column]""")
+    if at != ["grid", "gridcell", 16, 1]:
+        raise AssertionError(f"the current cell is told as {at}")
+    page.press("frmAlgo.cmdFinish")
+    while page.settle():
+        page.answer("ok")
+    page.press("frmMenu.cmdQuit")
+    page.settle()
+    told = page.run("""const dialog = document.querySelector('dialog[open]');
+                       const said = (name) => document.getElementById(dialog.getAttribute(name)).textContent;
+                       return [said('aria-labelledby'), said('aria-describedby'), document.activeElement.matches('dialog *')]""")
+    if told != ["Exit Tolvane", "Do you want to quit Tolvane?", True] or nameless():
+        raise AssertionError(f"the question is told as {told}; nameless: {nameless()}")
 
 
 def by_keys_alone(page, look):
@@ -356,6 +451,40 @@ def all_files_as_zip(page, look):
         raise AssertionError(f"{saved.name} is another one alone")
 
 
+def a_name_that_is_taken(page, look):
+    """A file's place is not taken unasked, and it is asked for under the name that it gets: the report of a bootstrap gets
+    an extension where it has none."""
+    def kept():
+        return page.file("kept.txt"), [name for name in page.run("return files.names()") if name.startswith("kept")]
+
+    def asked_about(name):
+        asked = page.question()["text"] if page.settle() else ""
+        if f"{name} already exists" not in asked:
+            raise AssertionError(f"it is not asked whether to replace {name}, but: {asked}")
+
+    play = Play(page, ANALYSES / "bootstrap.batch", look, until="file simplex.bpv")
+    play.run()
+    page.run("files.system.writeFile(files.path('kept.txt'), 'mine')")
+    page.enter("kept.txt")
+    asked_about("kept.txt")
+    look("asked")
+    page.answer("no")
+    page.settle()
+    page.enter("report")
+    page.settle()
+    if kept() != (b"mine", ["kept.txt"]) or page.file("report.bpv") is None:
+        raise AssertionError(f"the report is elsewhere: {page.run('return files.names()')}")
+    page.answer("yes")
+    page.settle()
+    page.enter("kept.txt")
+    asked_about("kept.txt")
+    page.answer("yes")
+    page.settle()
+    text, names = kept()
+    if not text.startswith(b"    Year,    Code,") or names != ["kept.txt"]:
+        raise AssertionError(f"the second report is not kept.txt: {names}, {text[:40]}")
+
+
 def all_free_parameters(page, look):
     """A walk that asks for one value after the other, deep in calls, goes on behind each answer."""
     Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction").run()
@@ -401,8 +530,9 @@ def narrow(page, look):
 
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
-    walk.__name__: walk for walk in (interrupted, without_the_net, closing_in_the_middle, by_keys_alone,
-                                       a_range_of_cells, all_free_parameters, all_files_as_zip, a_beep, narrow)}
+    walk.__name__: walk for walk in (interrupted, without_the_net, straight_to_a_folder, several_files_dropped, its_title,
+                                       names_and_roles, closing_in_the_middle, by_keys_alone, a_range_of_cells,
+                                       a_name_that_is_taken, all_free_parameters, all_files_as_zip, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.
 BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),
             "chromium-unwinding": ["first_fit", "all_free_parameters", "interrupted"], "firefox-unwinding": ["first_fit"]}
@@ -419,7 +549,7 @@ def walk(name, browser_name, page_file, pictures):
         if unwinding:
             page_file = with_script(page_file, "delete WebAssembly.Suspending", pathlib.Path(folder))
         try:
-            if what is without_the_net:
+            if what in (without_the_net, straight_to_a_folder):
                 what(browser, page_file, look)
             elif callable(what):
                 what(Page(browser, page_file.as_uri()), look)

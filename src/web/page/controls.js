@@ -61,7 +61,8 @@ const kinds = {
 
   combo: {
     make(does) {
-      const line = make("input", { type: "text", spellcheck: false, autocomplete: "off", role: "combobox" });
+      const line = make("input", { type: "text", spellcheck: false, autocomplete: "off", role: "combobox",
+                                    aria: { expanded: "false" } });
       const items = make("select", { tabIndex: -1, aria: { hidden: "true" } });
       const element = make("span", { class: "combo" }, line, items);
       element.line = line;

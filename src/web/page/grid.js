@@ -3,8 +3,9 @@
 "use strict";
 
 function makeGrid(does) {
-  const body = make("tbody"), head = make("thead");
-  const element = make("div", { class: "grid", tabIndex: 0 }, make("table", { role: "grid" }, head, body));
+  const body = make("tbody", { role: "rowgroup" }), head = make("thead", { role: "rowgroup" });
+  // What has the keys is what is known as the table.
+  const element = make("div", { class: "grid", tabIndex: 0, role: "grid" }, make("table", { role: "none" }, head, body));
   // A range goes from the corner where it was begun to the current cell.
   Object.assign(element, { head, body, does, corner: [0, 0], current: [0, 0] });
   element.onpointerdown = (event) => {
@@ -52,7 +53,10 @@ function showGrid(element, it) {
     for (const row of rows.slice(0, 1)) if (row.children[column]) row.children[column].style.minWidth = `${width + 1}ch`;
   });
   if (it.selectsRows) {
-    for (const row of rows) row.classList.toggle("selected", row === rows[it.selectedRow]);
+    for (const row of rows) {
+      row.classList.toggle("selected", row === rows[it.selectedRow]);
+      row.setAttribute("aria-selected", row === rows[it.selectedRow]);
+    }
     if (it.selectedRow >= it.headingRows) element.current = [it.selectedRow, element.current[1]];
   }
   if (element.shownTop !== it.topRow) {
@@ -80,7 +84,10 @@ function setCurrent(element, row, column, extends_ = false) {
   column = Math.max(0, Math.min(column, right));
   element.current = [row, column];
   if (!extends_ || element.it.selectsRows) element.corner = [row, column];
-  for (const old of element.querySelectorAll(".current")) old.classList.remove("current");
+  for (const old of element.querySelectorAll(".current")) {
+    old.classList.remove("current");
+    old.removeAttribute("id");
+  }
   showRange(element);
   const cell = cellAt(element, row, column);
   if (!cell) return;

@@ -25,6 +25,7 @@ class MenuBar {
                                                        aria: { label: said.plain } },
                                               ...children.map((child) => item(child, false))) : null;
       if (menu) button.setAttribute("aria-haspopup", "menu");
+      if (menu) button.setAttribute("aria-expanded", "false");
       button.onclick = () => {
         if (menu) return this.open(button, menu);
         this.close();
@@ -48,14 +49,18 @@ class MenuBar {
   open(button, menu) {
     if (button.disabled) return;
     const above = button.closest(".menu");
-    for (const other of (above || this.element).querySelectorAll(".menu")) other.hidden = other !== menu;
-    menu.hidden = false;
+    for (const other of (above || this.element).querySelectorAll(".menu")) this.showMenu(other, other === menu);
     const first = menu.querySelector(":scope > .entry:not([hidden]) > button:not([disabled])");
     if (first) first.focus();
   }
 
   close() {
-    for (const menu of this.element.querySelectorAll(".menu")) menu.hidden = true;
+    for (const menu of this.element.querySelectorAll(".menu")) this.showMenu(menu, false);
+  }
+
+  showMenu(menu, shown) {
+    menu.hidden = !shown;
+    menu.previousSibling.setAttribute("aria-expanded", shown);
   }
 
   /// Opens the menu, or presses the entry, of the bar that has this letter; false when there is none.
@@ -105,7 +110,7 @@ class MenuBar {
   }
 
   leave(menu) {
-    menu.hidden = true;
+    this.showMenu(menu, false);
     menu.previousSibling.focus();
   }
 }

@@ -17,6 +17,9 @@ function dialogOf(title, content, buttons, escape, classes = "") {
   return new Promise((resolve) => {
     const heading = make("h2", { id: "question-title" }, title);
     const dialog = make("dialog", { class: classes, aria: { labelledby: heading.id } }, heading, ...content);
+    const said = dialog.querySelector(".said");
+    if (said) said.id = "question-text";
+    if (said) dialog.setAttribute("aria-describedby", said.id);
     const end = (value) => {
       dialog.remove();
       resolve(value);
@@ -77,7 +80,7 @@ function askMessage(question) {
   const asksYesOrNo = (question.style & 7) === 4;
   const escape = offered.includes("cancel") ? 2 : asksYesOrNo ? (secondIsDefault ? 7 : undefined) : 1;
   const text = make("div", {}, make("p", { class: "said" }, textOf(question.text)));
-  if (question.details) text.append(make("pre", { class: "details", tabIndex: 0 }, textOf(question.details)));
+  if (question.details) text.append(make("pre", { class: "details", tabIndex: 0, role: "group", aria: { label: "Details" } }, textOf(question.details)));
   return dialogOf(question.title, [make("div", { class: "message", role: "alert" }, icon(question.style), text)], buttons,
                   escape, question.kind === "failure" ? "failure" : "");
 }

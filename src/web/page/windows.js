@@ -90,7 +90,7 @@ class FormWindow {
     this.title = make("h2", { id: `${this.name}.title` });
     this.closer = make("button", { type: "button", class: "closer", title: "Close (Ctrl+F4)", aria: { label: "Close" } }, "×");
     this.closer.onclick = () => this.close();
-    const sizer = make("button", { type: "button", class: "closer", title: "Full size", aria: { label: "Full size" } }, "▢");
+    const sizer = make("button", { type: "button", class: "closer sizer", title: "Full size", aria: { label: "Full size" } }, "▢");
     sizer.onclick = () => this.element.classList.toggle("full");
     const bar = make("header", {}, this.title, sizer, this.closer);
     this.menus = new MenuBar(this.controls, false);
@@ -180,7 +180,7 @@ class FormWindow {
     for (const element of this.content.querySelectorAll(".row"))
       for (const label of element.querySelectorAll(":scope > .label")) this.nameBy(label);
     for (const label of this.content.querySelectorAll(":is(.column,.group,.scrolled) > .label")) this.nameBy(label);
-    for (const element of this.content.querySelectorAll("input:not([type]),input[type=text],select:not([aria-hidden]),textarea,.grid"))
+    for (const element of this.content.querySelectorAll("input:not([type]),input[type=text],select:not([aria-hidden]),textarea,.grid,.canvas"))
       if (!element.hasAttribute("aria-labelledby")) element.setAttribute("aria-labelledby", this.title.id);
   }
 
