@@ -15,6 +15,7 @@ import argparse
 import contextlib
 import functools
 import http.server
+import json
 import pathlib
 import re
 import shlex
@@ -299,8 +300,9 @@ def without_the_net(browser, page_file, look):
         Page(browser, place)
         wait_for(lambda: browser.run("return navigator.serviceWorker.controller !== null"), "the worker")
         wanted = {"name", "short_name", "start_url", "display", "icons"}
-        lacking = wanted - set(browser.run("""return fetch(document.querySelector('link[rel=manifest]').href)
-                                                .then((found) => found.json()).then(Object.keys)"""))
+        browser.run("""fetch(document.querySelector('link[rel=manifest]').href).then((found) => found.text())
+                         .then((text) => (window.manifest = text))""")
+        lacking = wanted - json.loads(wait_for(lambda: browser.run("return window.manifest || null"), "the manifest")).keys()
         if lacking:
             raise AssertionError(f"it cannot be installed without {lacking}")
     Play(Page(browser, place), SOURCE / "examples/first_fit.batch", look).run()
