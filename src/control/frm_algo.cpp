@@ -184,9 +184,9 @@ void FrmAlgo::OpenLog() {
 }
 
 void FrmAlgo::CloseLog() {
+  const std::string closed = log_.Path();  // algorithm data loaded since have another name for theirs
   log_.Close();
-  desk.Tell("Log file management", "The old log file " + Data().LogName + " is now closed for input",
-            style::Information);
+  desk.Tell("Log file management", "The old log file " + closed + " is now closed for input", style::Information);
   Data().FileFreq = 0;
   ShowLog();
   ShowOptions();

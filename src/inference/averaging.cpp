@@ -1,13 +1,21 @@
 #include "inference/averaging.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "base/arithmetic.h"
 #include "base/number_text.h"
 #include "base/text.h"
+#include "control/fuses.h"
 
 namespace merlane {
 namespace {
 
 constexpr std::size_t Grids = 3;
+
+constexpr const char* SEsOfFollowers =
+    "A fused parameter has the SEs of the first of its group: its own row leaves them out.";
 
 /// Standard errors of one model on one grid for all parameters; 0 where its file has no row.
 Array1<double> ErrorsByParameter(const CovarianceFile& model, std::size_t grid) {
@@ -23,6 +31,12 @@ bool IsMissing(const std::vector<CovarianceFile>& models, std::size_t grid) {
   return false;
 }
 
+bool AnyFollows(const CovarianceFile& model) {
+  for (int j = 1; j <= model.fuses.Size(); ++j)
+    if (LeaderOf(model.fuses, j) != j) return true;
+  return false;
+}
+
 }  // namespace
 
 AveragedEstimates AverageModels(const std::vector<CovarianceFile>& models, const std::vector<double>& weights,
@@ -30,6 +44,7 @@ AveragedEstimates AverageModels(const std::vector<CovarianceFile>& models, const
   const int NPAR = models.front().values.Size();
   AveragedEstimates result;
   result.AveragedValue.Dimension(NPAR);
+  result.fused = std::ranges::any_of(models, AnyFollows);
   for (std::size_t i = 0; i < models.size(); ++i)
     for (int j = 1; j <= NPAR; ++j) result.AveragedValue(j) += weights[i] * models[i].values(j);
   for (std::size_t grid = 0; grid < Grids; ++grid) {
@@ -62,6 +77,7 @@ std::string AveragingReport(const AveragedEstimates& estimates) {
     text += "\r\n" + RightSet(Format(j, "##0"), 11) + " " + field(estimates.AveragedValue(j));
     for (const Array1<double>& grid : estimates.AveragedSE) text += field(grid(j));
   }
+  if (estimates.fused) text += fmt::format("\r\n\r\n{}", SEsOfFollowers);
   return text;
 }
 

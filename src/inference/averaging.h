@@ -14,12 +14,13 @@ namespace merlane {
 struct AveragedEstimates {
   Array1<double> AveragedValue;              // 1..NPAR
   std::array<Array1<double>, 3> AveragedSE;  // by grid, 1..NPAR
+  bool fused = false;                        // a parameter follows another in one of the models
 };
 
 /// Averages at least one model by the models' weights; all have the same number of parameters. The error of a parameter
 /// is the weighted sum over the models of the root of SE² x CHat plus the squared distance of the model's estimate from
 /// the average (Buckland, Burnham and Augustin 1997, Biometrics 53:603-618, equation 9). A parameter for which a model
-/// has no row contributes its distance alone.
+/// has no row, as one that follows another has none, contributes its distance alone.
 AveragedEstimates AverageModels(const std::vector<CovarianceFile>& models, const std::vector<double>& weights,
                                 double CHat);
 

@@ -18,9 +18,11 @@ std::string ModelLine(const Ranking& ranking, const Competitor& model, int posit
 
 }  // namespace
 
-std::string MultiModelText(const Ranking& ranking, const std::string& averaging) {
+std::string MultiModelText(const Ranking& present, const std::string& averaging) {
+  const Ranking ranking = present.AsRanked();
   std::string text = RightSet(Format(ranking.ModelCount(), "####0"), 6) + " < Number of models ranked";
   if (ranking.ByQAICc()) text += "; C-hat for QAICc calculation: " + Format(ranking.CHat, "0.000");
+  if (present.CHat != ranking.CHat) text += "; C-hat entered since: " + Format(present.CHat, "0.000");
   text += ranking.ByQAICc()
               ? "\r\n Model     -nln[L] #Prms       QAICc      dQAICc     QAIC Wt                            "
                 "Algorithm file                           Covariance file  Notes>\r\n"

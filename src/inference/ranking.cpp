@@ -41,13 +41,21 @@ void Ranking::Scale(Competitor& model, double constant) const {
   SetCriteria(model);
 }
 
+Ranking Ranking::AsRanked() const {
+  Ranking asRanked = *this;
+  asRanked.CHat = rankedCHat.value_or(CHat);
+  return asRanked;
+}
+
 bool Ranking::ScaleAll(double constant) {
   const auto other = [constant](const Competitor& model) { return model.constant != 0 && model.constant != constant; };
   if (std::ranges::none_of(entered, other)) return false;
   Ranking scaled = *this;
-  for (std::vector<Competitor>* models : {&scaled.entered, &scaled.ranked})
-    for (Competitor& model : *models)
-      if (other(model)) Scale(model, constant);
+  for (Competitor& model : scaled.entered)
+    if (other(model)) Scale(model, constant);
+  const Ranking asRanked = AsRanked();
+  for (Competitor& model : scaled.ranked)
+    if (other(model)) asRanked.Scale(model, constant);
   scaled.VoidWeights();
   *this = std::move(scaled);
   return true;
@@ -117,6 +125,7 @@ void Ranking::Rank() {
     }
     for (Competitor& model : ranked) (ByQAICc() ? model.RankQAICWt : model.RankAICWt) = Exp(-0.5 * *Delta(model)) / sum;
   }
+  rankedCHat = CHat;
   entered = std::move(order);
   for (Competitor& model : entered) Void(model);
 }

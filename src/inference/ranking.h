@@ -54,8 +54,9 @@ class Ranking {
 
   /// Overdispersion: 1 ranks by AICc, above 1 by QAICc.
   double CHat = 1;
+  std::optional<double> rankedCHat;  // that of the last ranking; none before the first
   std::vector<Competitor> entered;
-  std::vector<Competitor> ranked;  // as long as `entered`; as the last ranking left it
+  std::vector<Competitor> ranked;  // as long as `entered`; as the last ranking left it, under its CHat
 
   int ModelCount() const { return static_cast<int>(entered.size()); }
   bool ByQAICc() const { return CHat > 1; }
@@ -71,6 +72,8 @@ class Ranking {
   void Scale(Competitor& model, double constant) const;
   /// Computes the criteria of the mode in force from -ln[L], K and the sample size. RuntimeFailure likewise.
   void SetCriteria(Competitor& model) const;
+  /// The ranking with the CHat under which `ranked` stands, whatever has been entered since.
+  Ranking AsRanked() const;
   /// Brings all models to the scale of this constant; differences and weights are then undefined. True when there was
   /// one under another constant. RuntimeFailure, with nothing changed, when n - K - 1 is 0 for one of them.
   bool ScaleAll(double constant);

@@ -88,7 +88,13 @@ MarquardtResult FrmMarquardt::Minimise() {
   desk.Show(*this);
   cmdStop.enabled = false;
   rtbMarquardt.text.clear();
-  return MinimiseMarquardt(state_, objective_, DerivativeMode_, *this);
+  bool ended = false;
+  const AtEnd failed([&] {
+    if (!ended) cmdStop.enabled = false;
+  });
+  const MarquardtResult result = MinimiseMarquardt(state_, objective_, DerivativeMode_, *this);
+  ended = true;
+  return result;
 }
 
 void FrmMarquardt::OnStart() {
@@ -191,19 +197,18 @@ void FrmMarquardt::OnRejectedConvergence() { SetPanel(1, "Convergence rejected")
 void FrmMarquardt::Turn() { desk.Turn(); }
 
 void FrmMarquardt::OnEnd(MarquardtEnding ending, const MarquardtProgress& progress) {
+  cmdStop.enabled = ending == MarquardtEnding::Stopped;  // where it is offered again
   lblFit.Show(WordsOfPresent("Marquardt minimization", objective_));
   const std::string note = NoteOfNoMinimum(ending, progress);
   if (ending != MarquardtEnding::Minimum) rtbMarquardt.text += UnevaluatedLine(progress.unevaluated) + note;
   switch (ending) {
     case MarquardtEnding::Minimum:
-      cmdStop.enabled = false;
       if (!state_.profile.ProfileOn) FinalReport(progress);
       break;
     case MarquardtEnding::ZeroValue:
       TellUnlessBootstrap("Marquardt error", ZeroValueText, style::InformationCritical);
       break;
     case MarquardtEnding::Stopped:
-      cmdStop.enabled = true;
       ClearPanels(2, 3);
       TellUnlessBootstrap("Marquart minimization stopped",
                           "Maximum number of iterations reached or an interrupt was received", style::Information,

@@ -10,7 +10,7 @@ namespace {
 
 // Behind the name of a file, for the priors that are no longer those in it, and those that are in none yet.
 constexpr std::string_view ChangedSince = " (changed since)";
-constexpr const char* NotSaved = " (not saved)";
+constexpr std::string_view NotSaved = " (not saved)";
 
 }  // namespace
 
@@ -18,7 +18,8 @@ void PriorsCommands::NameByClock() {
   std::string& name = state_.flags.PriorFileName;
   if (!name.empty()) return;
   name = ClockName(desk_.host.clock) + ".pri";
-  state_.flags.PriorsKnownAs = name + NotSaved;
+  state_.flags.PriorsKnownAs = name;
+  state_.flags.PriorsKnownAs += NotSaved;
 }
 
 void PriorsCommands::TakeFile(const std::string& path) {
@@ -31,6 +32,7 @@ void PriorsCommands::NoteEdit() {
   if (name.empty() || name.ends_with(NotSaved)) return;
   if (name.ends_with(ChangedSince)) name.resize(name.size() - ChangedSince.size());
   if (PriorsInFile(priors_) != inFile_) name += ChangedSince;
+  ShowName();
 }
 
 bool PriorsCommands::SavePriors() {
@@ -46,9 +48,14 @@ bool PriorsCommands::SavePriors() {
 }
 
 void PriorsCommands::ShowName() {
-  std::string_view bare = FileName(state_.flags.PriorFileName);
+  std::string_view bare = FileName(state_.flags.PriorsKnownAs), note;
+  for (const std::string_view said : {ChangedSince, NotSaved})
+    if (bare.ends_with(said)) {
+      note = said;
+      bare.remove_suffix(said.size());
+    }
   bare.remove_suffix(std::min<std::size_t>(bare.size(), 4));
-  main_.ShowPriorsFile(std::string(bare));
+  main_.ShowPriorsFile(std::string(bare).append(note));
 }
 
 void PriorsCommands::ShowWhetherInForce() {

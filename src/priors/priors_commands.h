@@ -21,7 +21,8 @@ class PriorsCommands {
   void TakeFile(const std::string& path);
   /// The priors have been edited: whether they still are those of the file under which they are known.
   void NoteEdit();
-  /// Shows the bare name of the file, without folder and last four characters, in the main window.
+  /// Shows the bare name of the file under which the priors in the run are known, without folder and last four
+  /// characters, in the main window; nothing while they are in none.
   void ShowName();
   /// Says there whether the priors wait to be switched on.
   void ShowWhetherInForce();

@@ -702,6 +702,15 @@ TEST_F(EditorLog, AFileThatCannotBeOpenedIsAFailureThatChangesNothing) {
   EXPECT_FALSE(editor.cmdCloseLog.enabled);
 }
 
+TEST_F(EditorLog, TheFileThatIsClosedIsNamedWhateverOtherDataCallTheirs) {
+  Open();
+  host.windows.File(chosen_);
+  desk.Press(editor.cmdOpenLog);
+  a.LogName = "minimize.tvl";  // of algorithm data that were loaded behind it
+  desk.Press(editor.cmdCloseLog);
+  EXPECT_EQ(host.windows.LastText(), "The old log file " + chosen_ + ".tvl is now closed for input");
+}
+
 TEST_F(EditorLog, ClosingWhenNothingWasWrittenLeavesAnEmptyFile) {
   Open();
   host.windows.File(chosen_);

@@ -1,5 +1,7 @@
 #include "inference/averaging.h"
 
+#include <gmock/gmock.h>
+
 #include "inference/ranking.h"
 
 namespace merlane {
@@ -101,6 +103,15 @@ TEST(AveragingReport, HasALineForEachParameter) {
             "Parameter_#  Parameter_Value     SEs_Grid_#1     SEs_Grid_#2     SEs_Grid_#3\r\n"
             "          1       2.5000E-01      1.0000E-01      2.0000E-01     -1.0000E+00\r\n"
             "          2      -3.0000E+00      0.0000E+00      0.0000E+00     -1.0000E+00");
+}
+
+TEST(AveragingReport, SaysBesideTheTableThatARowOfAFollowerHasNoErrorOfItsOwn) {
+  CovarianceFile file = File({0.25, 0.25}, {{1, {0.1, 0.2, 0.3}}});
+  file.fuses.Dimension(2, "A");
+  EXPECT_THAT(
+      AveragingReport(AverageModels({file}, {1}, 1)),
+      testing::EndsWith("0.0000E+00\r\n\r\nA fused parameter has the SEs of the first of its group: its own row "
+                        "leaves them out."));
 }
 
 }  // namespace

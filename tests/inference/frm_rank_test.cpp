@@ -1066,5 +1066,25 @@ TEST_F(FrmRankTest, ChooserOfPriorsClearsTheAveragesAndBringsTheFormBack) {
   EXPECT_EQ(Text(0, 0), "Ranked") << "the table stays";
 }
 
+TEST_F(FrmRankTest, AFileTellsTheCHatOfTheRankingThatMadeItsFiguresAndOneThatWasEnteredSinceBesideIt) {
+  RankTwo();
+  const auto saved = [this] {
+    windows.File(folder + "kept.mms");
+    desk.Press(form.cmdSaveRank);
+    return Lines(ReadWholeFile(folder + "kept.mms"));
+  };
+  const std::vector<std::string> ranked = saved();
+  SetCHat("1.5");
+  const std::vector<std::string> entered = saved();
+  EXPECT_EQ(entered[0], "     2 < Number of models ranked; C-hat entered since: 1.500");
+  EXPECT_EQ(entered[1], ranked[1]) << "columns of AICc";
+  EXPECT_EQ(entered[2].substr(0, 36), ranked[2].substr(0, 36)) << "its figures";
+  desk.Press(form.cmdRank);
+  EXPECT_EQ(saved()[0], "     2 < Number of models ranked; C-hat for QAICc calculation: 1.500");
+  SetCHat("3");
+  EXPECT_EQ(saved()[0],
+            "     2 < Number of models ranked; C-hat for QAICc calculation: 1.500; C-hat entered since: 3.000");
+}
+
 }  // namespace
 }  // namespace merlane

@@ -506,6 +506,7 @@ TEST_F(FrmMarquardtTest, MissingAnalyticalDerivativesAreToldAndEndTheRun) {
   EXPECT_EQ(windows().messages[0].text, "Sorry, analytical derivatives seem not to have been provided");
   EXPECT_EQ(windows().messages[0].style, 64);
   ExpectPanelsEmpty();
+  EXPECT_FALSE(desk.Press(frmMarquardt->cmdStop)) << "there is nothing to be interrupted";
 }
 
 TEST_F(FrmMarquardtTest, AFailedVerificationNamesItsParameter) {

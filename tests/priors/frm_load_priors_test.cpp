@@ -107,7 +107,7 @@ TEST_F(PriorsChooser, BayesOnFollowsTheKeptEvents) {
 TEST_F(PriorsChooser, OpeningAValidFileForAModelOfAnotherSizeLeavesBayesOffAndTheOldPriors) {
   Begin(2);
   priors.PriorCode(1) = "N";
-  state.flags.PriorFileName = "kept.pri";
+  state.flags.PriorFileName = state.flags.PriorsKnownAs = "kept.pri";
   commands.ShowName();
   chooser.Open();
   windows.File(File("other.pri", "1\r\n  1   G 2.000E+000 5.000E-001     Unused     Unused\r\n"));
@@ -161,7 +161,7 @@ TEST_F(PriorsChooser, SettingTheFirstPriorsAsksInTheseWordsAndNamesTheFileByTheC
   EXPECT_EQ(windows.messages[0].text, Told(Kept("priors_state")["messages"][0]["text"]));
   EXPECT_EQ(windows.messages[0].style, 36);
   EXPECT_EQ(state.flags.PriorFileName, "06011030.pri");
-  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: 06011030");
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: 06011030 (not saved)");
 }
 
 TEST_F(PriorsChooser, PriorsSetAnewBehindUniformAreNotKnownByTheFileBeforeWhichIsProposedAllTheSame) {
@@ -179,6 +179,7 @@ TEST_F(PriorsChooser, PriorsSetAnewBehindUniformAreNotKnownByTheFileBeforeWhichI
   OpenEditor();
   Choose("mnuE", {"2"});
   EXPECT_EQ(state.flags.PriorsKnownAs, "");
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: ") << "which is not in force";
   EXPECT_EQ(state.flags.PriorFileName, path);
   windows.File(File("late.pri", ""));
   desk.Press(editor.mnuSave);
@@ -194,6 +195,7 @@ TEST_F(PriorsChooser, PriorsThatAreEditedAreKnownAsChangedUntilTheyAreThoseOfThe
   desk.Press(chooser.cmdOpen);
   Choose("mnuN", {"0.5", "0.2"});
   EXPECT_EQ(state.flags.PriorsKnownAs, path + " (changed since)");
+  EXPECT_EQ(frmMain.stbMain1.Get(2), "Bayesian priors file: early (changed since)");
   EXPECT_EQ(state.flags.PriorFileName, path);
   Choose("mnuN", {"0.5", "0.10001"});
   EXPECT_EQ(state.flags.PriorsKnownAs, path) << "beyond the digits of the file";
