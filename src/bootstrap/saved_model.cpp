@@ -22,8 +22,9 @@ RunState Rounded(RunState run) {
   return run;
 }
 
-bool SameFigures(const AlgorithmData& a, const AlgorithmData& b, int i) {
-  return a.Value(i) == b.Value(i) && a.Step(i) == b.Step(i);
+bool SameFigures(const AlgorithmData& a, const AlgorithmData& b, int i, Steps steps) {
+  const bool sameStep = steps == Steps::BySize ? a.Step(i) == b.Step(i) : (a.Step(i) == 0) == (b.Step(i) == 0);
+  return a.Value(i) == b.Value(i) && sameStep;
 }
 
 }  // namespace
@@ -46,7 +47,7 @@ std::optional<std::string> ReadSavedAlgorithm(RunState& run) {
   return std::nullopt;
 }
 
-std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved) {
+std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved, Steps steps) {
   RunState present = run;
   BuildFuseGroups(present);
   const AlgorithmData& file = saved.algorithm;
@@ -55,7 +56,8 @@ std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved) {
   for (int i = 1; i <= run.algorithm.NPAR; ++i) {
     // What a group is called means nothing.
     const bool samePlace = LeaderOf(exact.Fuse, i) == LeaderOf(file.Fuse, i);
-    if (!samePlace || !(SameFigures(exact, file, i) || SameFigures(rounded, file, i))) unsaved.push_back(i);
+    if (!samePlace || !(SameFigures(exact, file, i, steps) || SameFigures(rounded, file, i, steps)))
+      unsaved.push_back(i);
   }
   return unsaved;
 }

@@ -18,7 +18,9 @@ bool TakeSavedAlgorithm(const std::string& text, RunState& run);
 std::optional<std::string> ReadSavedAlgorithm(RunState& run);
 
 /// Numbers of the parameters whose value or step in the run is not that of `saved`, the same run read from its file,
-/// beyond the digits that files keep, and of those that another parameter moves there.
-std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved);
+/// beyond the digits that files keep, and of those that another parameter moves there. Where sizes of steps do not
+/// matter, all steps but 0 are the same.
+enum class Steps { BySize, ByBeingFree };
+std::vector<int> UnsavedParameters(const RunState& run, const RunState& saved, Steps steps = Steps::BySize);
 
 }  // namespace merlane

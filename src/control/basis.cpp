@@ -29,7 +29,8 @@ Basis BasisOf(const RunState& state, const std::string& priors) {
               .Fuse = a.Fuse,
               .priors = priors,
               .constant = state.flags.NOBS == 0 ? state.flags.ObjectiveConstant : 0,
-              .AlgName = a.AlgName};
+              .AlgName = a.AlgName,
+              .besideAlgName = ""};
   // A member follows the first of its group at the next evaluation, whatever stands in it until then.
   for (int i = 1; i <= a.Fuse.Size(); ++i) basis.Value(i) = a.Value(LeaderOf(a.Fuse, i));
   return basis;

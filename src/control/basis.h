@@ -16,9 +16,10 @@ struct Basis {
   Array1<double> Value;      // of a fused parameter, that of its group
   Array1<double> Step;       // 0 for a parameter that is not free
   Array1<std::string> Fuse;
-  std::string priors;   // what the prior term is made of; empty when there is none
-  double constant = 0;  // RunFlags::ObjectiveConstant as it was entered; 0 for that of a sum of squares
-  std::string AlgName;  // where it came from, in words alone: the same data may be saved under another name
+  std::string priors;         // what the prior term is made of; empty when there is none
+  double constant = 0;        // RunFlags::ObjectiveConstant as it was entered; 0 for that of a sum of squares
+  std::string AlgName;        // where it came from, in words alone: the same data may be saved under another name
+  std::string besideAlgName;  // what is said beside it, as " (changed since)", where a result is shown by that name
 
   /// The same data, values, free parameters, fuses and priors: the objective and what the model tells of it are the
   /// same.

@@ -23,7 +23,7 @@ void FitLabel::RestoreDesign() {
 }
 
 std::string NamedFor(const std::string& what, const Basis& basis) {
-  return basis.AlgName.empty() ? what : fmt::format("{} of {}", what, FileName(basis.AlgName));
+  return basis.AlgName.empty() ? what : fmt::format("{} of {}{}", what, FileName(basis.AlgName), basis.besideAlgName);
 }
 
 std::string WithChanges(const std::string& words, const std::string& changes) {
@@ -40,12 +40,16 @@ std::function<std::string()> WordsSince(std::string words, Basis then, std::func
 }
 
 std::function<std::string()> WordsOfPresent(const std::string& what, const Objective& objective) {
+  // What is computed while a profile holds a parameter is none of the user's run.
+  return WordsOf(what, objective.Present(), objective);
+}
+
+std::function<std::string()> WordsOf(const std::string& what, Basis then, const Objective& objective) {
   const auto onNoScale = [](Basis basis) {
     basis.constant = 0;  // a prior's is told with it
     return basis;
   };
-  // What is computed while a profile holds a parameter is none of the user's run.
-  Basis then = onNoScale(objective.Present());
+  then = onNoScale(std::move(then));
   std::string words = NamedFor(what, then);
   return WordsSince(std::move(words), std::move(then),
                     [&objective, onNoScale] { return onNoScale(objective.UsersPresent()); });

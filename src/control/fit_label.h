@@ -34,7 +34,10 @@ std::string WithChanges(const std::string& words, const std::string& changes);
 /// they would be computed from at that moment.
 std::function<std::string()> WordsSince(std::string words, Basis then, std::function<Basis()> now);
 
-/// What it says of results that have just been computed from the run as it stands, on no scale.
+/// What it says of results that were computed from `then`, on no scale.
+std::function<std::string()> WordsOf(const std::string& what, Basis then, const Objective& objective);
+
+/// The same of a calculation that has just come to the run as it stands, whatever file holds it.
 std::function<std::string()> WordsOfPresent(const std::string& what, const Objective& objective);
 
 }  // namespace merlane

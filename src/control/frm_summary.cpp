@@ -24,7 +24,10 @@ void FrmSummary::Open(const std::string& text) {
   desk.Load(*this);
   rtbOut.text = text;
   simulatedData_ = state_.flags.SimulationMode;
-  lblFit.Show(WordsOfPresent(simulatedData_ ? "Simulated data" : "Results summary", objective_));
+  const Basis shown = objective_.PresentToShow();
+  const std::string what = simulatedData_ ? "Simulated data" : "Results summary";
+  lblFit.Show(WordsOf(what, shown, objective_));
+  noteToSave_ = shown.besideAlgName.empty() ? "" : fmt::format("\r\nNote: {}.\r\n", NamedFor(what, shown));
   algName_ = state_.algorithm.AlgName;
   algShortName_ = state_.algorithm.AlgShortName;
   cmdSaveSummary.text = simulatedData_ ? "Save simulated data as..." : "Save results summary as...";
@@ -54,7 +57,10 @@ void FrmSummary::SaveResults() {
       "All Files (*.*)|*.*|Output files (*.tvo)|*.tvo|Named for algorithm file ({0}.*)|{0}.*|", algShortName_);
   const std::optional<std::string> path =
       desk.AskFile({FileRequest::Kind::Save, "Save results summary in (*.tvo)...", filter, 2, start, ".tvo"});
-  if (path) SavePane(desk, rtbOut, *path);
+  if (!path) return;
+  // The text names the file alone; beside it the label does not go with what is saved.
+  if (rtbOut.text.find(noteToSave_) == std::string::npos) rtbOut.text += noteToSave_;
+  SavePane(desk, rtbOut, *path);
 }
 
 }  // namespace merlane

@@ -39,6 +39,7 @@ class FrmSummary : public Form {
   // What the pane shows, also when the run has meanwhile become another.
   bool simulatedData_ = false;
   std::string algName_, algShortName_;
+  std::string noteToSave_;  // what is said beside the name of its fit, as a line for the file; empty: nothing
 };
 
 }  // namespace merlane

@@ -49,6 +49,12 @@ Basis Objective::Present() const {
   return BasisOf(state_, priors);
 }
 
+Basis Objective::PresentToShow() const {
+  Basis present = Present();
+  present.besideAlgName = besideAlgName();
+  return present;
+}
+
 Basis Objective::UsersPresent() const {
   const auto& pinned = state_.profile.pinned;
   if (!pinned) return Present();

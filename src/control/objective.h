@@ -47,6 +47,8 @@ class Objective {
 
   /// What is computed from the run as it stands. Kept beside a result, it tells later whether the result still holds.
   Basis Present() const;
+  /// The same for a result that is shown by the name of its algorithm file, with what has to be said beside the name.
+  Basis PresentToShow() const;
   /// The same of the run as it is the user's own: a parameter that a profile holds has its value and step.
   Basis UsersPresent() const;
   /// A minimisation begins: what was computed before belongs to an earlier fit.
@@ -57,6 +59,9 @@ class Objective {
   /// All that the prior term is made of but the constant, each number in full; empty when no prior is set. Asked only
   /// while BayesOn.
   std::function<std::string()> priorsInForce = [] { return std::string(); };
+  /// What the name of the algorithm file does not tell of the run's estimates, in words to be set behind it: that they
+  /// are not those in the file, or that they were fitted to something else. Empty when there is nothing.
+  std::function<std::string()> besideAlgName = [] { return std::string(); };
   /// The vectors that will be evaluated next, from the function call `NF` on, if nothing comes between: who can
   /// computes them at once. Nothing depends on it but the time that it takes.
   void Announce(std::vector<Array1<double>> vectors, std::int32_t NF) const;

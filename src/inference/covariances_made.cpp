@@ -33,8 +33,8 @@ std::string CovariancesMade::Difference(const CovarianceFile& file, const Proven
   for (const Made& made : made_) {
     if (!made.Hold(file)) continue;
     const Provenance& own = made.provenance;
-    difference =
-        own.data != model.data ? "with other data, those of " + own.file : DifferenceOfPriors(own.priors, model.priors);
+    difference = own.data != model.data ? "with other data, those of " + own.file
+                                        : DifferenceOfPriors(own.priors, model.priors, "the model is ranked");
     if (difference.empty()) return "";
     difference = "it was calculated " + difference;
   }

@@ -27,11 +27,12 @@ std::string FitsMade::OtherData(const AlgorithmData& estimates, const Provenance
   return file;
 }
 
-std::string FitsMade::OtherPriors(const AlgorithmData& estimates, const Provenance& present) const {
+std::string FitsMade::OtherPriors(const AlgorithmData& estimates, const Provenance& present,
+                                  const std::string& made) const {
   std::string difference;
   for (const Made& fit : made_) {
     if (!fit.IsOf(estimates) || fit.provenance.data != present.data) continue;
-    difference = DifferenceOfPriors(fit.provenance.priors, present.priors);
+    difference = DifferenceOfPriors(fit.provenance.priors, present.priors, made);
     if (difference.empty()) break;
   }
   return difference;

@@ -20,8 +20,8 @@ class FitsMade {
   std::string OtherData(const AlgorithmData& estimates, const Provenance& present) const;
 
   /// In words, how the priors under which they were fitted last to these data differ from the present ones, when they
-  /// never were fitted under these; empty otherwise.
-  std::string OtherPriors(const AlgorithmData& estimates, const Provenance& present) const;
+  /// never were fitted under these; empty otherwise. `made` says what is made with the present ones.
+  std::string OtherPriors(const AlgorithmData& estimates, const Provenance& present, const std::string& made) const;
 
  private:
   struct Made {

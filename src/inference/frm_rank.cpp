@@ -69,7 +69,7 @@ bool FrmRank::OnCloseRequest() { return OfferSaving(); }
 
 bool FrmRank::OfferSaving() {
   // Asked while the form is still open: when the file cannot be written, the table is not lost.
-  return !table_.IsRanked() ||
+  return !Loaded() || !table_.IsRanked() ||
          desk.Ask("What about ranking results!", "Do you want to save ranking results?", style::YesNoQuestion) !=
              Answer::Yes ||
          Save();
@@ -115,6 +115,7 @@ void FrmRank::AddModel() {
     AskConstant();
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model, state_)) return;
+  model.RankAlgFile += sinceSaved();
   CountParameters(model, state_.algorithm);
   model.provenance = provenance();
   model.fittedTo = fittedToOtherData();

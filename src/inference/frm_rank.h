@@ -44,6 +44,9 @@ class FrmRank : public Form {
   /// The data and priors in the run.
   std::function<Provenance()> provenance = [] { return Provenance{}; };
 
+  /// What is said behind the name of the present algorithm file, when the run is not what the file holds.
+  std::function<std::string()> sinceSaved = [] { return std::string(); };
+
   /// The file of the data to which the present estimates were fitted, when it is known that it was to other data than
   /// the present ones; empty otherwise.
   std::function<std::string()> fittedToOtherData = [] { return std::string(); };
@@ -60,6 +63,9 @@ class FrmRank : public Form {
   bool AveragedFlag = false;  // the pane holds averaging results
 
   const Ranking& Models() const { return ranking_; }
+
+  /// Asks, when the table is ranked, whether to save it. False when no file was chosen for it.
+  bool OfferSaving();
 
  protected:
   void OnLoad() override;
@@ -83,8 +89,6 @@ class FrmRank : public Form {
   std::optional<std::vector<CovarianceFile>> ReadCovarianceFiles();
   /// False when the user cancelled.
   bool Save();
-  /// Asks, when the table is ranked, whether to save it.
-  bool OfferSaving();
   void OpenPriors();
   void LoadAlgorithm();
 

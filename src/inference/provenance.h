@@ -12,12 +12,12 @@ struct Provenance {
   std::string priors;      // what the priors were made of; empty when there were none
 };
 
-/// In words, how the priors of something calculated differ from those under which a model is ranked; empty when they do
-/// not.
-inline std::string DifferenceOfPriors(const std::string& calculated, const std::string& ranked) {
-  return calculated == ranked ? ""
-         : calculated.empty() ? "without priors, the model is ranked with them"
-         : ranked.empty()     ? "with priors, the model is ranked without"
+/// In words, how the priors of something calculated differ from those of what is made of it now, as "the model is
+/// ranked"; empty when they do not.
+inline std::string DifferenceOfPriors(const std::string& calculated, const std::string& now, const std::string& made) {
+  return calculated == now    ? ""
+         : calculated.empty() ? "without priors, " + made + " with them"
+         : now.empty()        ? "with priors, " + made + " without"
                               : "with other priors than the model's";
 }
 

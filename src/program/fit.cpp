@@ -1,12 +1,16 @@
 #include "program/fit.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "base/arithmetic_failure.h"
 #include "base/at_end.h"
 #include "base/number_text.h"
+#include "base/runtime_failure.h"
 #include "base/text.h"
+#include "bootstrap/saved_model.h"
 #include "control/fuses.h"
 #include "data/data_digest.h"
 #include "minimise/evaluate_trial.h"
@@ -133,6 +137,33 @@ Provenance Program::PresentProvenance() const {
   if (flags.BayesOn && flags.ObjectiveConstant != 0 && priors.AnySet())
     present.priors = PriorsInFile(priors) + Shortest(flags.ObjectiveConstant);
   return present;
+}
+
+std::string Program::SinceSaved() const {
+  if (state.algorithm.AlgName.empty()) return "";
+  RunState present = state, saved = state;
+  if (!ReadSavedAlgorithm(saved)) return " (not saved)";
+  try {
+    for (RunState* run : {&present, &saved}) run->algorithm.Value = model.AsEvaluated(run->algorithm);
+  } catch (const RuntimeFailure&) {
+    return " (changed since)";  // the model can read the values in the run, and not those in the file
+  }
+  return UnsavedParameters(present, saved, Steps::ByBeingFree).empty() ? "" : " (changed since)";
+}
+
+std::string Program::BesideAlgName() const {
+  try {
+    const AlgorithmData estimates = EvaluatedEstimates();
+    const Provenance present = PresentProvenance();
+    std::string beside = SinceSaved();
+    if (const std::string file = fitsMade.OtherData(estimates, present); !file.empty())
+      beside += fmt::format(" (its estimates were fitted to other data, those of {})", file);
+    if (const std::string how = fitsMade.OtherPriors(estimates, present, "these results are"); !how.empty())
+      beside += fmt::format(" (its estimates were fitted {})", how);
+    return beside;
+  } catch (const RuntimeFailure&) {
+    return "";  // values that the model cannot read: what is done with them tells of it
+  }
 }
 
 }  // namespace merlane

@@ -62,6 +62,7 @@ Program::Program(const Host& host)
     return EvaluatePrior(vector, state.flags.ObjectiveConstant, priors);
   };
   objective.priorsInForce = [this] { return priors.InWords(); };
+  objective.besideAlgName = [this] { return BesideAlgName(); };
   desk.onCloseWhileBusy = [this] { Quit(); };
   desk.onFailed = [this](const Form& failed) { Recover(failed); };
   WireMenu();
@@ -160,8 +161,11 @@ void Program::WireForms() {
   frmSummary.cmdPlots.onClick = [this] { FollowSummary([this] { detailPlots.Offer(); }); };
   frmSummary.cmdBootstrap.onClick = [this] { FollowSummary([this] { bootstrapCommand.Bootstrap(); }); };
   frmRank.provenance = [this] { return PresentProvenance(); };
+  frmRank.sinceSaved = [this] { return SinceSaved(); };
   frmRank.fittedToOtherData = [this] { return fitsMade.OtherData(EvaluatedEstimates(), PresentProvenance()); };
-  frmRank.fittedUnderOtherPriors = [this] { return fitsMade.OtherPriors(EvaluatedEstimates(), PresentProvenance()); };
+  frmRank.fittedUnderOtherPriors = [this] {
+    return fitsMade.OtherPriors(EvaluatedEstimates(), PresentProvenance(), "the model is ranked");
+  };
   frmRank.calculatedOtherwise = [this](const CovarianceFile& file, const Provenance& ofModel) {
     return covariancesMade.Difference(file, ofModel);
   };

@@ -208,6 +208,11 @@ class Program {
   /// The estimates as an evaluation leaves them, and the data and priors in the run.
   AlgorithmData EvaluatedEstimates() const;
   Provenance PresentProvenance() const;
+  /// What is said behind the name of the algorithm file while the estimates, the free parameters or the fuses are not
+  /// those in it; empty while they are.
+  std::string SinceSaved() const;
+  /// The same, and to what else the estimates were fitted, when that is known: Objective::besideAlgName.
+  std::string BesideAlgName() const;
   /// What the catalogue tells of each parameter of the model.
   Array1<std::string> DescriptionsOfCatalogue() const;
   /// Brings the menu back after a command of this form failed, unless the form is still there to go on with.

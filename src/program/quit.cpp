@@ -38,6 +38,7 @@ void Program::Quit(const std::string& priorsTitle, const std::string& priorsText
     frmMain.ShowPriorsFile("");
   else if (desk.Ask(priorsTitle, priorsText, style::YesNoQuestion) == Answer::Yes && !priorsCommands.SavePriors())
     return;
+  if (!frmRank.OfferSaving()) return;
   log.Close();
   throw EndProgram{};
 }

@@ -202,7 +202,7 @@ void CalculateCovariances(Covariances& c, bool optimistic, RunState& state, Obje
   }
   c.CovFuse = state.algorithm.Fuse;
   c.CovName = state.algorithm.ParName;
-  c.basis = objective.Present();
+  c.basis = objective.PresentToShow();
   c.basis->Step = c.CovStep;  // also when the model has meanwhile repaired its hypothesis
 }
 

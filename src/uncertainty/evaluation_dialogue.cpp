@@ -68,14 +68,32 @@ void EvaluationDialogue::Converse() {
     return;
   }
   if (NothingToEvaluate()) return TellNothingToDo(p_.desk);
-  if (p_.state.flags.NOBS == 0) EnterObjectiveConstant(p_.desk, p_.main, p_.state);
+  AskAndEvaluate();
+}
+
+void EvaluationDialogue::AskAndEvaluate() {
+  RunState& run = p_.state;
+  begun_ = false;
+  // Whoever leaves the questions has chosen nothing: priors weigh as before, and the last results can be seen again.
+  const AtEnd asBefore([&, constant = run.flags.ObjectiveConstant, ProfileState = run.profile.ProfileState] {
+    if (begun_) return;
+    run.flags.ObjectiveConstant = constant;
+    run.profile.ProfileState = ProfileState;
+  });
+  if (run.flags.NOBS == 0) EnterObjectiveConstant(p_.desk, p_.main, p_.state);
   BuildFuseGroups(p_.state);
   PackFree(p_.state);
   const auto setup = AskSetup();
   if (!setup) return;
-  p_.last.of = p_.objective.Present();
+  asked_ = p_.objective.PresentToShow();
   while (const std::optional<double> step = RunOrPutBack(*setup))
     p_.state.algorithm.Step(setup->ProfileParameter) = *step;
+}
+
+void EvaluationDialogue::Begin() {
+  begun_ = true;
+  p_.last.of = asked_;
+  p_.last.series.reset();
 }
 
 std::optional<double> EvaluationDialogue::RunOrPutBack(const EvaluationSetup& setup) {
@@ -110,7 +128,6 @@ std::optional<EvaluationSetup> EvaluationDialogue::AskSetup() {
     const auto points = AskPointCount(p_.desk, texts_.title, texts_.pointsPrompt, texts_.leastPoints, 25);
     if (!points) return std::nullopt;
     EvaluationSetup setup{*parameter, *points, 0};
-    p_.last.series.reset();  // the points of the last evaluation have gone
     const Reply reply = AskMethod(setup);
     if (reply == Reply::AskAgain) continue;
     if (reply == Reply::Quit || !AskSteps(setup)) return std::nullopt;

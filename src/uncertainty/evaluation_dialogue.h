@@ -97,6 +97,8 @@ class EvaluationDialogue {
   virtual std::string Table(const ConfidenceSeries& series) const = 0;
   virtual void ShowMore(const Evaluation& /*evaluation*/) {}
 
+  /// The questions are answered: from here on the results of the last evaluation are gone, and what was entered stays.
+  void Begin();
   /// Says when the model has taken the parameter without its sign and the points cross 0, and offers the step with
   /// which they would not; none when all is well, there is no such step, or it is declined.
   std::optional<double> OfferOneSide(const PinnedParameter& pinned, const EvaluatedPoints& points) const;
@@ -116,6 +118,8 @@ class EvaluationDialogue {
 
  private:
   void Converse();
+  /// Asks for the evaluation and does it. Unless it begins, the constant and the last results are what they were.
+  void AskAndEvaluate();
   /// Run; unless it shows what came of it, the values are what they were. A profile leaves those of its last point.
   std::optional<double> RunOrPutBack(const EvaluationSetup& setup);
   /// True for a posterior while no parameter is free; a profile may be given its step on the way.
@@ -132,6 +136,8 @@ class EvaluationDialogue {
   const Texts& texts_;
   FrmDistributionTable& table_;
   bool edited_ = false;  // the editor was opened by this command
+  bool begun_ = false;   // this command evaluates, or has evaluated
+  Basis asked_;          // the run that it evaluates
 };
 
 }  // namespace merlane

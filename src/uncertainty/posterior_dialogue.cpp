@@ -150,6 +150,7 @@ std::optional<double> PosteriorDialogue::Run(const EvaluationSetup& asked) {
     setup.GridPoints = *points;
   }
   p_.state.flags.InterruptBayes = false;
+  Begin();
   if (std::exchange(p_.last.ReferenceReading, p_.state.reading) != p_.state.reading) p_.last.ReferenceF = 0;
   Progress progress(*this, setup);
   Posterior posterior = [&] {

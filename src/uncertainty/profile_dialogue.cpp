@@ -108,6 +108,7 @@ std::optional<double> ProfileDialogue::Run(const EvaluationSetup& setup) {
   p_.state.flags.InterruptML = false;
   run_ = {.ProfilePoint = 0, .ProfilePoints = setup.ProfilePoints, .QuitAsked = false};
   declined_ = false;
+  Begin();
   Progress progress(*this, setup);
   const EvaluatedPoints points = [&] {
     const auto interruptOffered = Meanwhile(p_.main.mnuMLInt.visible, true);

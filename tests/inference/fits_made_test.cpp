@@ -52,15 +52,16 @@ TEST_F(FitsMadeTest, OtherValuesFreeParametersOrFusesAreOtherEstimates) {
 
 TEST_F(FitsMadeTest, EstimatesUnderOtherPriorsAreKnownUnlessTheyWereFittedUnderTheseToo) {
   const Provenance underN{1, "here.dat", "N"}, underB{1, "here.dat", "B"};
-  EXPECT_EQ(fits.OtherPriors(estimates, here), "");
+  EXPECT_EQ(fits.OtherPriors(estimates, here, "the model is ranked"), "");
   fits.Keep(estimates, underN);
-  EXPECT_EQ(fits.OtherPriors(estimates, underN), "");
-  EXPECT_EQ(fits.OtherPriors(estimates, here), "with priors, the model is ranked without");
-  EXPECT_EQ(fits.OtherPriors(estimates, underB), "with other priors than the model's");
-  EXPECT_EQ(fits.OtherPriors(estimates, elsewhere), "") << "those are other data, which is told";
+  EXPECT_EQ(fits.OtherPriors(estimates, underN, "the model is ranked"), "");
+  EXPECT_EQ(fits.OtherPriors(estimates, here, "the model is ranked"), "with priors, the model is ranked without");
+  EXPECT_EQ(fits.OtherPriors(estimates, underB, "the model is ranked"), "with other priors than the model's");
+  EXPECT_EQ(fits.OtherPriors(estimates, elsewhere, "the model is ranked"), "") << "those are other data, which is told";
   fits.Keep(estimates, here);
-  EXPECT_EQ(fits.OtherPriors(estimates, here), "");
-  EXPECT_EQ(fits.OtherPriors(estimates, underB), "without priors, the model is ranked with them");
+  EXPECT_EQ(fits.OtherPriors(estimates, here, "the model is ranked"), "");
+  EXPECT_EQ(fits.OtherPriors(estimates, underB, "the model is ranked"),
+            "without priors, the model is ranked with them");
 }
 
 }  // namespace

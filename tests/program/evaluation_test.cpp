@@ -218,8 +218,8 @@ TEST_F(EvaluationTest, WhatIsSavedWhileAPosteriorRunsAreTheEstimatesBeforeIt) {
 
 TEST_F(EvaluationTest, TableAndPlotsOfAProfileSayWhichParametersItHasLeftElsewhere) {
   const std::string left =
-      "Likelihood profile of parameter 17 of juveniles_only.alg. It has left parameter 18 at its last point, which is "
-      "no fit.";
+      "Likelihood profile of parameter 17 of juveniles_only.alg (changed since). It has left parameter 18 at its last "
+      "point, which is no fit.";
   Open();
   AnswerProfile("5");
   FinishEditing();
@@ -249,7 +249,7 @@ TEST_F(EvaluationTest, TheProfileOfAFusedParameterIsStillOfTheRunWhenItsPlotsAre
     desk.Press(program.frmDistPlot.cmdDone);
   });
   desk.Press(program.frmParEvals.cmdML);
-  EXPECT_THAT(whilePlotsAreOpen, HasSubstr("of fuses.alg. It has left parameters 11, "));
+  EXPECT_THAT(whilePlotsAreOpen, HasSubstr("of fuses.alg (changed since). It has left parameters 11, "));
   EXPECT_EQ(program.frmMaxLike.lblFit.text, whilePlotsAreOpen);
   EXPECT_EQ(state.algorithm.Value(17), value);
   EXPECT_EQ(state.algorithm.Value(21), value) << "what is saved now has one value for both";

@@ -66,6 +66,7 @@ std::optional<Whereabouts> Whereabouts::Of(const Program& program) {
                      .PriorsKnownAs = state.flags.PriorsKnownAs,
                      .BayesOn = state.flags.BayesOn,
                      .ObjectiveConstant = state.flags.ObjectiveConstant,
+                     .fitsMade = program.fitsMade,
                      .randomSeed = program.desk.host.random.Seed(),
                      .randomStream = program.desk.host.random.StreamNumber()};
 }
@@ -116,6 +117,7 @@ FreshProgram::FreshProgram(const Whereabouts& there) : seed_(there.randomSeed), 
   state.flags.PriorsKnownAs = there.PriorsKnownAs;
   state.flags.BayesOn = there.BayesOn;
   state.flags.ObjectiveConstant = there.ObjectiveConstant;
+  program.fitsMade = there.fitsMade;
   RewindRandomNumbers();
   windows.asked.clear();
 }

@@ -43,6 +43,7 @@ struct Whereabouts {
   std::string PriorsKnownAs;
   bool BayesOn = false;
   double ObjectiveConstant = 0;
+  FitsMade fitsMade;                               // what is known of the estimates
   std::uint64_t randomSeed = 0, randomStream = 0;  // in use
 
   /// None while the program has no data that have been read, or no algorithm data.

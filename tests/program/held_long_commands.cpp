@@ -201,8 +201,13 @@ void HeldLongCommands::CompareRanking(bool averaged) {
     EXPECT_EQ(models.Criterion(walked), form.Models().Criterion(anew)) << walked.RankAlgFile;
     EXPECT_EQ(models.Weight(walked), form.Models().Weight(anew)) << walked.RankAlgFile;
     const int row = static_cast<int>(i) + 1;
+    const auto text = [row](const FrmRank& rank, int column) {
+      const std::string& shown = rank.grdRank.At(row, column).text;
+      // What is in a file may have changed since the model was entered.
+      return column == RankTable::AlgorithmFile ? shown.substr(0, shown.find(" (")) : shown;
+    };
     for (int column = RankTable::NegLnL; column <= RankTable::PriorsFile; ++column)
-      EXPECT_EQ(walked_.frmRank.grdRank.At(row, column).text, form.grdRank.At(row, column).text);
+      EXPECT_EQ(text(walked_.frmRank, column), text(form, column));
   }
   tally_.Count("ranking");
   if (!averaged) return;

@@ -203,5 +203,42 @@ TEST_F(QuitTest, FrameDuringACalculationAnsweredNoGoesOn) {
   EXPECT_EQ(program.fit.minimisation->minimiser, "simplex");
 }
 
+TEST_F(QuitTest, RankedTableIsOfferedToBeSavedAsWhereItsWindowIsClosed) {
+  const test::Folder folder("quit_ranking");
+  Ready("juveniles_only");
+  desk.Press(menu.cmdRank);
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(program.frmRank.cmdAICc);
+  desk.Press(program.frmRank.cmdRank);
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.Yes("What about ranking results!");
+  windows.CancelFile("Save model ranking results in...");
+  desk.Close(program.frmMain);
+  EXPECT_FALSE(desk.Ended()) << "who wants to save and chooses no file stays";
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  windows.Yes("What about ranking results!");
+  windows.File(folder / "kept.mms", "Save model ranking results in...");
+  desk.Close(program.frmMain);
+  EXPECT_EQ(windows.LastText(), "Do you want to save ranking results?");
+  EXPECT_TRUE(std::filesystem::exists(folder / "kept.mms"));
+  EXPECT_TRUE(desk.Ended());
+}
+
+TEST_F(QuitTest, RankingWhoseWindowHasBeenClosedIsNotAskedAboutAgain) {
+  Ready("juveniles_only");
+  desk.Press(menu.cmdRank);
+  windows.Enter("0.5", "Enter constant");
+  desk.Press(program.frmRank.cmdAICc);
+  desk.Press(program.frmRank.cmdRank);
+  windows.No("What about ranking results!");
+  desk.Press(program.frmRank.cmdFinish);
+  windows.Yes("Exit Tolvane");
+  windows.No("What about algorithm data?");
+  desk.Close(program.frmMain);
+  EXPECT_TRUE(desk.Ended());
+}
+
 }  // namespace
 }  // namespace merlane

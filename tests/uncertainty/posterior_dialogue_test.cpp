@@ -247,6 +247,29 @@ TEST_F(PosteriorDialogueTest, TheBivariatePlotIsFollowedByTheGridFile) {
   std::filesystem::remove(path);
 }
 
+TEST_F(PosteriorDialogueTest, OneThatIsAskedForAgainAndCancelledLeavesTheConstantAndTheLastResults) {
+  AnswerSetup("1", "3", "3");
+  Edit();
+  SeePlots();
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+  const double constant = state.flags.ObjectiveConstant;
+  windows.Yes(PosteriorTitle);
+  windows.Yes(PosteriorTitle);
+  windows.Enter("50", "Enter constant");
+  windows.Enter("1", PosteriorTitle);
+  windows.Enter("3", PosteriorTitle);
+  windows.CancelInput(PosteriorTitle);
+  Choose(frmParEvals.cmdBP);
+  EXPECT_EQ(state.flags.ObjectiveConstant, constant) << "priors weigh as before";
+  windows.Yes(PosteriorTitle);
+  windows.No(PosteriorTitle);
+  SeePlots();
+  windows.No("Bivariate plot");
+  Choose(frmParEvals.cmdBP);
+  EXPECT_TRUE(frmBayesian.Visible());
+}
+
 TEST_F(PosteriorDialogueTest, ACancelledGridFileLeavesNoneAndTheTableFollows) {
   AnswerSetup("1", "3", "3");
   Edit();

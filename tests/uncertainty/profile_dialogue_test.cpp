@@ -515,6 +515,27 @@ TEST_F(ProfileDialogueTest, EarlierResultsCanBeSeenAgain) {
   ExpectBackAtMenu();
 }
 
+TEST_F(ProfileDialogueTest, CancelledQuestionsLeaveTheConstantAndTheEarlierResults) {
+  ProfileBySimplex("3");
+  const double constant = state.flags.ObjectiveConstant;
+  windows.Yes(ProfileTitle);
+  windows.Yes(ProfileTitle);
+  windows.Enter("50", "Enter constant");
+  windows.Enter("1", ProfileTitle);
+  windows.Enter("5", ProfileTitle);
+  windows.Yes(ProfileTitle);
+  TakeCovariances(Array1<double>(2, 0.1));
+  covariances.basis->constant = 1.0 / 50;
+  windows.Enter("q", ProfileTitle);
+  Choose(frmParEvals.cmdML);
+  EXPECT_EQ(state.flags.ObjectiveConstant, constant) << "priors weigh as before";
+  windows.Yes(ProfileTitle);
+  windows.No(ProfileTitle);
+  SeePlots();
+  Choose(frmParEvals.cmdML);
+  EXPECT_TRUE(frmMaxLike.Visible());
+}
+
 TEST_F(ProfileDialogueTest, EarlierResultsAreGoneOncePackedForAnotherCommand) {
   ProfileBySimplex("3");
   run.Pack();

@@ -1,0 +1,4 @@
+     2 < Number of models ranked; C-hat for QAICc calculation: 3.000
+ Model     -nln[L] #Prms       QAICc      dQAICc     QAIC Wt                            Algorithm file                           Covariance file  Notes>
+     1  3.4742E+02     2  2.3562E+02  0.0000E+00     0.50000                                   fit.alg                  No covariance file found  
+     2  3.4742E+02     2  2.3562E+02  8.6615E-10     0.50000                                   fit.alg                  No covariance file found  
