@@ -154,7 +154,8 @@ void Desk::Run(Form& form, const std::string& command, const std::function<void(
     host.windows.OnFailure(command + ": " + FailureText(failure));
     if (depth_ == 1 && onFailed) onFailed(form);
   }
-  if (!besideACalculation) BringUpToDate();
+  // Nobody looks behind the end, where data may be half taken.
+  if (!besideACalculation && !endRaised_) BringUpToDate();
   if (endRaised_ && depth_ == 1) {
     ended_ = true;
     host.windows.OnEnd(end_.exitStatus);

@@ -275,6 +275,26 @@ TEST_F(DeskTest, FatalErrorEndsWithItsStatus) {
   EXPECT_EQ(host.windows.exitStatus, 2);
 }
 
+/// Says what it was computed from, which may be half done when the program ends.
+struct LabelOfTheRun : Pane {
+  using Pane::Pane;
+  void BringUpToDate() override { ++looks; }
+  int looks = 0;
+};
+
+TEST_F(DeskTest, BehindTheEndNothingIsBroughtUpToDate) {
+  Sample shown(desk);
+  LabelOfTheRun label(shown, "label");
+  desk.Show(shown);
+  shown.cmdGo.onClick = [] {};
+  desk.Press(shown.cmdGo);
+  const int before = label.looks;
+  EXPECT_GT(before, 0);
+  shown.cmdGo.onClick = [] { throw EndProgram{2}; };
+  desk.Press(shown.cmdGo);
+  EXPECT_EQ(label.looks, before) << "what it would look at is of no run any more";
+}
+
 TEST_F(DeskTest, ClosingTheMainWindowDuringACalculationAsksBetweenTwoCalls) {
   Sample main(desk, "frmMain");
   main.leavesProgram = true;
