@@ -35,6 +35,10 @@ def wait_for(condition, what, seconds=60):
     raise AssertionError(f"waited in vain for {what}")
 
 
+class BrowserBroke(RuntimeError):
+    """The browser, or the process of it that draws the page, has ended."""
+
+
 class WebDriver:
     """Takes commands by the WebDriver protocol, from a program that starts the browser."""
 
@@ -64,7 +68,8 @@ class WebDriver:
             with urllib.request.urlopen(request, timeout=LONGEST) as answer:
                 return json.load(answer)["value"]
         except urllib.error.HTTPError as failure:
-            raise RuntimeError(json.load(failure)["value"]["message"][:600]) from None
+            message = json.load(failure)["value"]["message"][:600]
+            raise (BrowserBroke if "page crash" in message else RuntimeError)(message) from None
 
     def send(self, command, **given):
         if command == "TakeScreenshot":

@@ -26,7 +26,7 @@ import time
 import traceback
 import zipfile
 
-from browser import Browser, wait_for
+from browser import Browser, BrowserBroke, wait_for
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 ANALYSES = SOURCE / "tests/batch/analyses"
@@ -562,10 +562,26 @@ def walk(name, browser_name, page_file, pictures):
             if complaints:
                 raise AssertionError(f"the browser complains: {complaints}")
             return True
+        except BrowserBroke:
+            raise
         except (AssertionError, RuntimeError):
             browser.picture((pictures or pathlib.Path(".")) / f"failed_{browser_name}_{name}.png")
             print(f"{browser_name} {name}: {traceback.format_exc(limit=-2)}", flush=True)
             return False
+
+
+def walk_or_again(name, browser_name, page_file, pictures):
+    """The process of WebKit that draws the page has been seen to end by a check of its own, once in some hundred walks. That
+    is told, and gone once more: what a page brings about comes again."""
+    try:
+        return walk(name, browser_name, page_file, pictures)
+    except BrowserBroke as broke:
+        print(f"{browser_name} {name}: {broke}; once more", flush=True)
+    try:
+        return walk(name, browser_name, page_file, pictures)
+    except BrowserBroke as broke:
+        print(f"{browser_name} {name}: {broke}", flush=True)
+        return False
 
 
 def main():
@@ -580,7 +596,7 @@ def main():
     for browser_name in given.browsers.split(","):
         for name in given.walks or BROWSERS[browser_name]:
             begun = time.monotonic()
-            well = walk(name, browser_name, page_file, given.pictures)
+            well = walk_or_again(name, browser_name, page_file, given.pictures)
             failed += not well
             print(f'{browser_name} {name}: {"well" if well else "FAILED"}, {time.monotonic() - begun:.1f} s', flush=True)
     return 1 if failed else 0
