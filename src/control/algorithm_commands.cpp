@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+
+#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/fuses.h"
 #include "control/parameter_notes.h"
@@ -68,6 +71,7 @@ void AlgorithmCommands::TakeDefaults() {
   TakeBackNotes(a, before, descriptions());
   TellOfSilentLog(main_, before, a);
   a.AlgName = a.AlgShortName = ClockName(desk_.host.clock) + ".alg";
+  lastText_.clear();
   desk_.Tell("Default Algorithm Values",
              "                     Algorithm data set to default values.\r\n\r\n"
              "Algorithm file given the date-time based name: " +
@@ -83,7 +87,8 @@ bool AlgorithmCommands::LoadFile() {
                                    .startName = a.AlgName});
   if (!path) return false;
   const AlgorithmData before = a;
-  const AlgorithmReading reading = ReadAlgorithm(ReadWholeFile(*path), a);
+  std::string text = ReadWholeFile(*path);
+  const AlgorithmReading reading = ReadAlgorithm(text, a);
   const bool failed = reading.failure != AlgorithmReading::Failure::None;
   if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeBackNotes(a, before, descriptions());
   if (failed) TellFailure(reading, *path);
@@ -92,7 +97,7 @@ bool AlgorithmCommands::LoadFile() {
   // minimum, as it is in a run that holds nothing yet. Data that are not in the run do not name it either.
   if (failed && toleranceWasBelow) return false;
   TellOfSilentLog(main_, before, a);
-  if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeName(*path);
+  if (reading.failure != AlgorithmReading::Failure::ParameterCount) TakeFile(*path, std::move(text));
   return true;
 }
 
@@ -127,9 +132,10 @@ bool AlgorithmCommands::Save(AlgorithmForm form) {
                      .startName = proposed.ends_with(".alg") ? proposed : proposed + ".alg"});
   if (!path) return false;
   // The names are taken when the file stands: after a failure the run keeps those that the windows show.
-  desk_.Write(*path, AlgorithmText(a, form));
+  std::string text = AlgorithmText(a, form);
+  desk_.Write(*path, text);
   a.LogName = ShortLogName(a.LogName);
-  TakeName(*path);
+  TakeFile(*path, std::move(text));
   ShowName();
   if (!KeepsGroups(a, form))
     desk_.Tell("Fuses of two letters",
@@ -141,10 +147,22 @@ bool AlgorithmCommands::Save(AlgorithmForm form) {
   return true;
 }
 
-void AlgorithmCommands::TakeName(const std::string& path) {
+void AlgorithmCommands::TakeFile(const std::string& path, std::string text) {
   AlgorithmData& a = state_.algorithm;
   a.AlgName = path;
   a.AlgShortName = AlgorithmShortName(path, a.AlgShortName);
+  lastText_ = std::move(text);
+}
+
+std::string AlgorithmCommands::TextOfFile() const {
+  const std::string& file = state_.algorithm.AlgName;
+  std::error_code unknown;
+  if (!std::filesystem::is_regular_file(file, unknown)) return "";
+  try {
+    return ReadWholeFile(file);
+  } catch (const RuntimeFailure&) {
+    return lastText_;
+  }
 }
 
 }  // namespace merlane

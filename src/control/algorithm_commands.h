@@ -28,13 +28,17 @@ class AlgorithmCommands {
   bool Save_Alg() { return Save(AlgorithmForm::Menu); }
   bool Save(AlgorithmForm form);
 
+  /// The text of the run's algorithm file as it stands on the disk. Where it stands there but cannot be read at this
+  /// moment, as this run last read or wrote it; empty when there is no such file.
+  std::string TextOfFile() const;
+
   /// What the parameters are described by, before a function call has noted which are to be estimated.
   std::function<Array1<std::string>()> descriptions = [this] { return state_.algorithm.ParName; };
 
  private:
   void TakeDefaults();
   void TellFailure(const AlgorithmReading& reading, const std::string& path);
-  void TakeName(const std::string& path);
+  void TakeFile(const std::string& path, std::string text);
   /// Names the data in the main window.
   void ShowName();
 
@@ -43,6 +47,7 @@ class AlgorithmCommands {
   FrmMain& main_;
   FrmMenu& menu_;
   std::function<std::string()> dataBaseName_;
+  std::string lastText_;  // of the run's algorithm file, as last read or written
 };
 
 }  // namespace merlane

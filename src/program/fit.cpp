@@ -142,7 +142,7 @@ Provenance Program::PresentProvenance() const {
 std::string Program::SinceSaved() const {
   if (state.algorithm.AlgName.empty()) return "";
   RunState present = state, saved = state;
-  if (!ReadSavedAlgorithm(saved)) return " (not saved)";
+  if (!TakeSavedAlgorithm(algorithmCommands.TextOfFile(), saved)) return " (not saved)";
   try {
     for (RunState* run : {&present, &saved}) run->algorithm.Value = model.AsEvaluated(run->algorithm);
   } catch (const RuntimeFailure&) {
