@@ -1,14 +1,16 @@
 #include "import/heading_words.h"
 
 #include <algorithm>
+#include <bitset>
 #include <string>
+#include <unordered_set>
 
 #include "base/alike_letters.h"
 
 namespace merlane {
 namespace {
 
-using Words = std::vector<std::string_view>;
+using Words = std::unordered_set<std::string_view>;
 
 /// A heading has this meaning when it is made of these words, one at least of each list of `naming`, and little ones.
 struct Vocabulary {
@@ -188,18 +190,34 @@ const std::vector<Vocabulary>& Vocabularies() {
   return vocabularies;
 }
 
-bool Has(const Words& words, std::string_view word) { return std::ranges::find(words, word) != words.end(); }
+/// All words that a heading may be made of: most parts of one are none, which spares looking for them list by list.
+const Words& KnownWords() {
+  static const Words known = [] {
+    Words all = Joining;
+    all.insert(Living.begin(), Living.end());
+    for (const Vocabulary& vocabulary : Vocabularies()) {
+      all.insert(vocabulary.beside.begin(), vocabulary.beside.end());
+      for (const Words& words : vocabulary.naming) all.insert(words.begin(), words.end());
+    }
+    return all;
+  }();
+  return known;
+}
+
+/// Which lists of naming words are met.
+using Met = std::bitset<4>;
 
 /// Whether a word is one of a vocabulary or made of several; tells which lists of naming words it meets.
-bool IsMadeOf(std::string_view word, const Vocabulary& vocabulary, std::vector<bool>& met) {
+bool IsMadeOf(std::string_view word, const Vocabulary& vocabulary, Met& met) {
   if (word.empty()) return true;
   for (std::size_t length = word.size(); length > 0; --length) {
     const std::string_view part = word.substr(0, length);
-    std::vector<bool> now = met;
-    bool belongs = Has(vocabulary.beside, part) || Has(Joining, part) ||
-                   (vocabulary.meaning.role == Role::Count && Has(Living, part));
-    for (std::size_t i = 0; i < now.size(); ++i)
-      if (Has(vocabulary.naming[i], part)) now[i] = belongs = true;
+    if (!KnownWords().contains(part)) continue;
+    Met now = met;
+    bool belongs = vocabulary.beside.contains(part) || Joining.contains(part) ||
+                   (vocabulary.meaning.role == Role::Count && Living.contains(part));
+    for (std::size_t i = 0; i < vocabulary.naming.size(); ++i)
+      if (vocabulary.naming[i].contains(part)) now[i] = belongs = true;
     if (!belongs || !IsMadeOf(word.substr(length), vocabulary, now)) continue;
     met = now;
     return true;
@@ -208,9 +226,11 @@ bool IsMadeOf(std::string_view word, const Vocabulary& vocabulary, std::vector<b
 }
 
 bool AreOf(const std::vector<std::string>& words, const Vocabulary& vocabulary) {
-  std::vector<bool> met(vocabulary.naming.size(), false);
-  const auto belongs = [&](const std::string& word) { return IsMadeOf(word, vocabulary, met) || Has(Little, word); };
-  return std::ranges::all_of(words, belongs) && std::ranges::find(met, false) == met.end();
+  Met met;
+  const auto belongs = [&](const std::string& word) {
+    return IsMadeOf(word, vocabulary, met) || Little.contains(word);
+  };
+  return std::ranges::all_of(words, belongs) && met.count() == vocabulary.naming.size();
 }
 
 bool IsLetter(char c) { return c >= 'a' && c <= 'z'; }
@@ -250,8 +270,9 @@ std::vector<Meaning> MeaningsOf(std::string_view heading) {
   // share in percent is not what it is a share of.
   const bool isOther = heading.find_first_of("0123456789%") != std::string_view::npos;
   if (letters.empty() || letters.size() > LongestHeading || isOther) return meanings;
+  const std::vector<std::string> words = WordsOf(heading);
   for (const Vocabulary& vocabulary : Vocabularies())
-    if (AreOf(WordsOf(heading), vocabulary) || AreOf({letters}, vocabulary)) meanings.push_back(vocabulary.meaning);
+    if (AreOf(words, vocabulary) || AreOf({letters}, vocabulary)) meanings.push_back(vocabulary.meaning);
   return meanings;
 }
 

@@ -282,12 +282,13 @@ void RowReader::CompareFate(const RowFields& fields, const VisitRecord& visit) {
 void RowReader::RemarkMonths() {
   constexpr int LastOfAMonth = 31;
   const auto remark = [&](Role month, Role day, int VisitRecord::*field) {
+    const auto mayBeOfMonth = [field](const VisitRecord& visit) { return visit.*field <= LastOfAMonth; };
+    if (!choices_.Has(day) || choices_.Has(month) || !std::ranges::all_of(visits, mayBeOfMonth)) return;
     const auto isMonth = [month](const std::string& name) {
       return std::ranges::any_of(MeaningsOf(name), [month](const Meaning& meaning) { return meaning.role == month; });
     };
     const auto found = std::ranges::find_if(names_, isMonth);
-    const auto mayBeOfMonth = [field](const VisitRecord& visit) { return visit.*field <= LastOfAMonth; };
-    if (choices_.Has(day) && !choices_.Has(month) && found != names_.end() && std::ranges::all_of(visits, mayBeOfMonth))
+    if (found != names_.end())
       remarks_.Say(fmt::format("there is a column \"{}\": the {} is taken as one of the year, not of a month", *found,
                                NameOf(day)));
   };
