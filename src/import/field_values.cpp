@@ -285,11 +285,13 @@ std::optional<std::pair<int, int>> EndsOfShortDate(std::string_view field) {
   return std::pair(parts->numbers.front(), parts->numbers.back());
 }
 
-std::string OnOneLine(std::string_view text) {
+std::string WithoutControls(std::string_view text) {
   std::string line(text);
   std::ranges::replace_if(
       line, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }, ' ');
-  return std::string(Trim(line));
+  return line;
 }
+
+std::string OnOneLine(std::string_view text) { return std::string(Trim(WithoutControls(text))); }
 
 }  // namespace merlane

@@ -59,7 +59,10 @@ bool IsOfUniversalTime(std::string_view field);
 /// name; none for anything else.
 std::optional<std::pair<int, int>> EndsOfShortDate(std::string_view field);
 
-/// The text on one line, without blanks at its ends; control characters are blanks.
+/// The text as a line can hold it: control characters are blanks.
+std::string WithoutControls(std::string_view text);
+
+/// The same without blanks at its ends.
 std::string OnOneLine(std::string_view text);
 
 }  // namespace merlane

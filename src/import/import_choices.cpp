@@ -125,7 +125,7 @@ std::string ChoicesText(const ImportChoices& choices) {
   std::string text = fmt::format(
       "{}\r\n{}Encoding: {}\r\nDelimiter: {}\r\nDecimal mark: {}\r\nHeading: {}\r\nDates: {}\r\nUnknown age: {}\r\n"
       "Year: {}\r\n",
-      FirstLine, choices.sheet.empty() ? "" : fmt::format("Sheet: {}\r\n", OnOneLine(choices.sheet)),
+      FirstLine, choices.sheet.empty() ? "" : fmt::format("Sheet: {}\r\n", WithoutControls(choices.sheet)),
       EncodingNames()[static_cast<std::size_t>(choices.encoding)],
       DelimiterNames()[static_cast<std::size_t>(choices.delimiter)], choices.decimal, choices.heading ? "yes" : "no",
       DateOrderNames()[static_cast<std::size_t>(choices.dates)],

@@ -50,6 +50,12 @@ TEST(ImportChoices, AreKeptAsATextAndComeBack) {
   EXPECT_EQ(ChoicesIn(ChoicesText(c)), c);
 }
 
+TEST(ImportChoices, AWorksheetWhoseNameIsABlankComesBack) {
+  ImportChoices choices;
+  choices.sheet = " ";
+  EXPECT_EQ(ChoicesIn(ChoicesText(choices)).sheet, " ");
+}
+
 TEST(ImportChoices, EveryRoleIsKeptAndComesBack) {
   ImportChoices c;
   for (std::size_t role = 0; role < NumberOfRoles; ++role) c.roles.push_back(static_cast<Role>(role));
