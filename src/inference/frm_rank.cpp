@@ -59,6 +59,7 @@ FrmRank::FrmRank(Desk& d, RunState& state, Objective& objective, FrmMain& main, 
 void FrmRank::OnLoad() {
   desk.charge.Take(*this, Charge::Resting::ApplicationMenu);
   ranking_ = Ranking{};
+  savedText_.clear();
   AveragedFlag = false;
   txtCHat.fore = Colour::Green;
   table_.Clear();
@@ -306,8 +307,19 @@ bool FrmRank::Save() {
                             "All files (*.*)|*.*|Multi-model statistics files (*.mms)|*.mms", 2,
                             ClockName(desk.host.clock) + ".mms"});
   if (!path) return false;
-  desk.Write(*path, MultiModelText(ranking_, AveragedFlag ? txtAverage.text : ""));
+  std::string text = TableText();
+  desk.Write(*path, text);
+  savedText_ = std::move(text);
   return true;
+}
+
+std::string FrmRank::TableText() const { return MultiModelText(ranking_, AveragedFlag ? txtAverage.text : ""); }
+
+std::optional<std::string> FrmRank::UnsavedTable() const {
+  if (!Loaded() || !table_.IsRanked()) return std::nullopt;
+  std::string text = TableText();
+  if (text == savedText_) return std::nullopt;
+  return text;
 }
 
 }  // namespace merlane

@@ -64,6 +64,9 @@ class FrmRank : public Form {
 
   const Ranking& Models() const { return ranking_; }
 
+  /// The table as it would be saved, when it is ranked and was not saved so.
+  std::optional<std::string> UnsavedTable() const;
+
   /// Asks, when the table is ranked, whether to save it. False when no file was chosen for it.
   bool OfferSaving();
 
@@ -89,6 +92,8 @@ class FrmRank : public Form {
   std::optional<std::vector<CovarianceFile>> ReadCovarianceFiles();
   /// False when the user cancelled.
   bool Save();
+  /// What is saved: the table, and averaging results if there are any.
+  std::string TableText() const;
   void OpenPriors();
   void LoadAlgorithm();
 
@@ -110,6 +115,7 @@ class FrmRank : public Form {
   FrmLoadPriors& priors_;
   Ranking ranking_;
   RankTable table_{grdRank, ranking_};
+  std::string savedText_;  // of the table, as last saved
 };
 
 }  // namespace merlane

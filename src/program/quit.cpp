@@ -62,6 +62,7 @@ std::vector<std::string> Program::SaveUnasked() {
   });
   const std::string& priorsFile = state.flags.PriorFileName;
   if (priors.AnySet()) save(priorsFile.empty() ? "priors.pri" : priorsFile, PriorsFileText(priors));
+  if (const auto table = frmRank.UnsavedTable()) save("ranking.mms", *table);
   log.Close();
   return problems;
 }

@@ -83,6 +83,25 @@ TEST_F(UnaskedTest, PriorsGoBesideTheData) {
   EXPECT_THAT(Files(), UnorderedElementsAre("lake.dat", "own.alg", "priors_06011030.pri"));
 }
 
+TEST_F(UnaskedTest, ARankingGoesBesideTheDataUnlessAFileHoldsIt) {
+  LoadAlg(Golden("juveniles_only.alg"));
+  SaveOwn();
+  ASSERT_TRUE(desk.Press(program.frmMenu.cmdRank));
+  windows.Enter("0.5", "Enter constant");
+  ASSERT_TRUE(desk.Press(program.frmRank.cmdAICc));
+  EXPECT_THAT(program.SaveUnasked(), IsEmpty());
+  EXPECT_THAT(Files(), UnorderedElementsAre("lake.dat", "own.alg"));
+
+  ASSERT_TRUE(desk.Press(program.frmRank.cmdRank));
+  EXPECT_THAT(program.SaveUnasked(), IsEmpty());
+  EXPECT_THAT(ReadWholeFile(folder / "ranking_06011030.mms"), HasSubstr("  own.alg  "));
+
+  windows.File(folder / "kept.mms");
+  ASSERT_TRUE(desk.Press(program.frmRank.cmdSaveRank));
+  EXPECT_THAT(program.SaveUnasked(), IsEmpty());
+  EXPECT_THAT(Files(), UnorderedElementsAre("lake.dat", "own.alg", "kept.mms", "ranking_06011030.mms"));
+}
+
 TEST_F(UnaskedTest, InABootstrapTheUsersValuesAreSavedAndNoReplicates) {
   LoadAlg(Golden("juveniles_only.alg"));
   SaveOwn();
