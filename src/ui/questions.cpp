@@ -183,6 +183,18 @@ QStringList NameFilters(const std::string& filter) {
   return filters;
 }
 
+/// Qt's dialog selects the folders that a path names while it is typed, keeps those above the one it shows selected,
+/// and then goes to such a folder in place of the file (Qt 6.4).
+void ForgetPassedFolders(QFileDialog& dialog, QAbstractItemView& files) {
+  auto* const name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+  QObject::connect(name, &QLineEdit::textChanged, &files, [&files] {
+    QItemSelectionModel& selected = *files.selectionModel();
+    for (const QModelIndex& row : selected.selectedRows())
+      if (row.parent() != files.rootIndex())
+        selected.select(row, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+  });
+}
+
 void PrepareFileDialog(QFileDialog& dialog) {
   dialog.setObjectName(QStringLiteral("fileDialog"));
   const QSize titleBar(0, 40);
@@ -191,6 +203,7 @@ void PrepareFileDialog(QFileDialog& dialog) {
   if (files == nullptr) return;  // it is the system's own dialog
   files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  ForgetPassedFolders(dialog, *files);
 }
 
 /// Lets a file that is there be opened by its name although the filter hides it: the dialog would refuse it as soon as

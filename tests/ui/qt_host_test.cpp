@@ -328,6 +328,33 @@ TEST_F(QtHostTest, FileDialogTakesAFileAndCancels) {
   EXPECT_EQ(host.AskFile(open), std::nullopt);
 }
 
+TEST_F(QtHostTest, AFileOfTheFolderThatIsShownIsChosenByItsWholePathTyped) {
+  const QTemporaryDir folder;
+  const QString lake = folder.filePath("lake.dat"), mere = folder.filePath("mere.dat");
+  QFile(lake).open(QIODevice::WriteOnly);
+  for (const auto& [kind, path] :
+       {std::pair(FileRequest::Kind::Open, lake), std::pair(FileRequest::Kind::Save, mere)}) {
+    hand.Expect(
+        [&folder, &path = path](QWidget& dialog) {
+          auto& name = *dialog.findChild<QLineEdit*>("fileNameEdit");
+          name.clear();
+          QTest::qWait(300);  // the folder has been read
+          dialog.activateWindow();
+          name.setFocus();
+          for (const QString& typed : {folder.path(), path}) {
+            name.setText(typed);
+            QTest::qWait(50);
+          }
+          EXPECT_TRUE(name.hasFocus());
+          QTest::keyClick(&name, Qt::Key_Return);
+          if (dialog.isVisible()) QTest::keyClick(&dialog, Qt::Key_Escape);
+        },
+        "Lake");
+    EXPECT_EQ(host.AskFile({kind, "Lake", "Data (*.dat)|*.dat|", 1, folder.filePath("pond.dat").toStdString()}),
+              path.toStdString());
+  }
+}
+
 TEST_F(QtHostTest, AFileThatTheFilterHidesIsOpenedByItsName) {
   QTemporaryDir folder;
   const QString table = folder.filePath("lake.csv");
