@@ -38,10 +38,8 @@ void TellOfSilentLog(FrmMain& main, const AlgorithmData& before, const Algorithm
 /// Whether these data have the same fused groups when they are read from a file of this form, whatever they are called.
 bool KeepsGroups(const AlgorithmData& a, AlgorithmForm form) {
   AlgorithmData read = a;
-  if (ReadAlgorithm(AlgorithmText(a, form), read).failure != AlgorithmReading::Failure::None) return true;
-  for (int i = 1; i <= a.NPAR; ++i)
-    if (LeaderOf(a.Fuse, i) != LeaderOf(read.Fuse, i)) return false;
-  return true;
+  return ReadAlgorithm(AlgorithmText(a, form), read).failure != AlgorithmReading::Failure::None ||
+         SameGroups(a.Fuse, read.Fuse);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ bool SameFree(const Basis& a, const Basis& b) {
 }  // namespace
 
 bool Basis::SameEstimates(const Basis& other) const {
-  return reading == other.reading && Value == other.Value && SameFree(*this, other) && Fuse == other.Fuse &&
+  return reading == other.reading && Value == other.Value && SameFree(*this, other) && SameGroups(Fuse, other.Fuse) &&
          priors == other.priors;
 }
 
@@ -46,7 +46,7 @@ std::string ChangesBetween(const Basis& then, const Basis& now) {
   add(then.reading != now.reading, "other data have been read");
   if (then.Value.Size() == now.Value.Size()) {
     add(!SameFree(then, now), "other parameters are free");
-    add(then.Fuse != now.Fuse, "fuses have been changed");
+    add(!SameGroups(then.Fuse, now.Fuse), "fuses have been changed");
     add(then.Value != now.Value, "parameter values have been changed");
     add(SameFree(then, now) && then.Step != now.Step, "step sizes have been changed");
   }

@@ -19,6 +19,13 @@ int LeaderOf(const Array1<std::string>& fuses, int i) {
   return static_cast<int>(std::ranges::find(fuses, fuses(i)) - fuses.begin()) + 1;
 }
 
+bool SameGroups(const Array1<std::string>& fuses, const Array1<std::string>& others) {
+  if (fuses.Size() != others.Size()) return false;
+  for (int i = 1; i <= fuses.Size(); ++i)
+    if (LeaderOf(fuses, i) != LeaderOf(others, i)) return false;
+  return true;
+}
+
 void BuildFuseGroups(RunState& state) {
   AlgorithmData& a = state.algorithm;
   FuseGroups& groups = state.fuses;

@@ -10,6 +10,9 @@ inline constexpr const char* Unfused = "~~";
 /// The parameter that moves parameter i: the first that carries its fuse, or itself when it is unfused.
 int LeaderOf(const Array1<std::string>& fuses, int i);
 
+/// Whether the same parameters move together, whatever their groups are called.
+bool SameGroups(const Array1<std::string>& fuses, const Array1<std::string>& others);
+
 /// Finds the fused groups. All members take the value of their first; steps of the members behind it become 0; a fuse
 /// that only one parameter carries is removed. Changes Value, Step and Fuse for good.
 void BuildFuseGroups(RunState& state);

@@ -50,8 +50,9 @@ CovarianceFileShape ShapeOfCovarianceFile(std::string_view text) {
   std::size_t line = Heading;
   for (; line < lines.size() && lines[line].starts_with(Format(shape.parameters + 1, " 000) ")); ++line)
     ++shape.parameters;
+  constexpr double Highest = 999;  // of three digits, where an exponent would stand for more
   for (line += Between; line < lines.size() && !Trim(Columns(lines[line], 1, 3)).empty(); ++line)
-    shape.counted.push_back(static_cast<int>(LenientNumber(Columns(lines[line], 1, 3))));
+    shape.counted.push_back(static_cast<int>(std::min(LenientNumber(Columns(lines[line], 1, 3)), Highest)));
   return shape;
 }
 

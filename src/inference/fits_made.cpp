@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "control/fuses.h"
 #include "inference/covariance_match.h"
 
 namespace merlane {
@@ -14,7 +15,7 @@ void FitsMade::Keep(const AlgorithmData& estimates, Provenance provenance) {
 bool FitsMade::Made::IsOf(const AlgorithmData& estimates) const {
   const auto bothFree = [](double a, double b) { return (a != 0) == (b != 0); };
   return std::ranges::equal(Value, estimates.Value, SameInFiles) &&
-         std::ranges::equal(Step, estimates.Step, bothFree) && Fuse == estimates.Fuse;
+         std::ranges::equal(Step, estimates.Step, bothFree) && SameGroups(Fuse, estimates.Fuse);
 }
 
 std::string FitsMade::OtherData(const AlgorithmData& estimates, const Provenance& present) const {

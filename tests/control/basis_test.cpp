@@ -60,6 +60,10 @@ TEST_F(BasisTest, AValueOrAFuseOrAFreeParameterThatChangesIsTold) {
   EXPECT_EQ(ChangesBy([&] { a.Step(4) = 1; }), "other parameters are free");
 }
 
+TEST_F(BasisTest, AGroupThatIsCalledOtherwiseIsTheSame) {
+  EXPECT_EQ(ChangesBy([&] { a.Fuse(1) = a.Fuse(2) = "B"; }), "");
+}
+
 TEST_F(BasisTest, AFusedParameterHasTheValueOfItsGroup) {
   EXPECT_EQ(ChangesBy([&] { a.Value(2) = 7; }), "") << "it follows the first at the next evaluation";
 }

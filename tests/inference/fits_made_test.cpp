@@ -50,6 +50,13 @@ TEST_F(FitsMadeTest, OtherValuesFreeParametersOrFusesAreOtherEstimates) {
   EXPECT_EQ(fits.OtherData(other, here), "elsewhere.dat") << "another step leads nowhere else";
 }
 
+TEST_F(FitsMadeTest, WhatAGroupIsCalledMakesNoOtherEstimates) {
+  estimates.Fuse = {"AB", "AB"};
+  fits.Keep(estimates, elsewhere);
+  estimates.Fuse = {"B", "B"};
+  EXPECT_EQ(fits.OtherData(estimates, here), "elsewhere.dat");
+}
+
 TEST_F(FitsMadeTest, EstimatesUnderOtherPriorsAreKnownUnlessTheyWereFittedUnderTheseToo) {
   const Provenance underN{1, "here.dat", "N"}, underB{1, "here.dat", "B"};
   EXPECT_EQ(fits.OtherPriors(estimates, here, "the model is ranked"), "");
