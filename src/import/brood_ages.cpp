@@ -53,7 +53,8 @@ void BroodAges::ShareHatchDay(Visits begin, Visits end) {
 
 void BroodAges::ShareCounted(Visits begin, Visits end) {
   for (auto before = begin, visit = begin + 1; visit != end; before = visit++) {
-    if (visit->count > 0 || visit->counted != Stage::Untold) continue;
+    const bool isBehindYoung = before->counted == Stage::Young;  // where no eggs are
+    if ((visit->count > 0 && !isBehindYoung) || visit->counted != Stage::Untold) continue;
     visit->counted = before->counted;
     visit->countedUnder = before->countedUnder;
   }

@@ -45,10 +45,15 @@ class ColumnValues {
 
   bool AreDaysOfMonth() const { return AreNumbers(0, 31); }
   bool AreMonths() const {
-    return Mostly([](const std::string& field) { return MonthIn(field).has_value(); });
+    return Mostly([](const std::string& field) { return MonthIn(field) || !MonthOfSeveralNames(field).empty(); });
   }
   bool AreStages() const {
     return Mostly([](const std::string& field) { return StageIn(field) != Stage::Untold; });
+  }
+  /// Whether such words, eggs among them, stand there, and not only what became of a brood.
+  bool AreStagesFromEggs() const {
+    return AreStages() &&
+           std::ranges::any_of(filled_, [](const std::string& field) { return StageIn(field) == Stage::Eggs; });
   }
   /// Whether the words of eggs and of young, both, are all that stands there, by which a column is known without its
   /// heading.
@@ -59,7 +64,10 @@ class ColumnValues {
   }
 
   /// The days that a spreadsheet counts, of years from 1950 to 2099.
-  bool AreSerialDays() const { return AreNumbers(18265, 73050); }
+  bool AreSerialDays() const {
+    return AreNumbers(18265, 73050) &&
+           Mostly([](const std::string& field) { return DateIn(field, DateOrder::SerialDays).has_value(); });
+  }
   /// The days that R counts, of years from 1990 to 2039: those of a spreadsheet would be before 1970.
   bool AreDaysSince1970() const { return AreNumbers(7305, 25567); }
   bool AreDates() const { return Mostly(IsAnyDate) || AreSerialDays() || AreDaysSince1970(); }
@@ -78,10 +86,17 @@ class ColumnValues {
 
   static bool IsAnyDate(const std::string& field) {
     return DateIn(field, DateOrder::YearMonthDay) || DateIn(field, DateOrder::DayMonthYear) ||
-           DateIn(field, DateOrder::MonthDayYear) || DateIn(field, DateOrder::ShortYearMonthDay);
+           DateIn(field, DateOrder::MonthDayYear) || DateIn(field, DateOrder::ShortYearMonthDay) ||
+           IsOfUnclearMonth(field);
   }
 
  private:
+  /// Whether a text would be a date if its month had one meaning: the import tells which it has.
+  static bool IsOfUnclearMonth(const std::string& field) {
+    const bool beginsAsDay = !field.empty() && field.front() >= '0' && field.front() <= '9';
+    return beginsAsDay && !MonthOfSeveralNames(field).empty();
+  }
+
   const char decimal_;
   std::vector<std::string> filled_;
   bool someAreMissing_ = false;
@@ -92,14 +107,17 @@ bool IsDecimalComma(const std::string& field) {
 }
 
 /// The mark that more numbers have; where as many have each, a comma, which codes and times have never, unless commas
-/// stand between the fields.
+/// stand between the fields. There a lone number such as 1,250 is more likely one of thousands.
 char ProposedDecimal(const std::vector<TextRow>& rows, Delimiter delimiter) {
-  int commas = 0, points = 0;
+  int commas = 0, points = 0, thousands = 0;
   for (const TextRow& row : rows)
     for (const std::string& field : row.fields) {
       if (field.find('.') != std::string::npos && NumberIn(field, '.')) ++points;
-      if (IsDecimalComma(field)) ++commas;
+      if (!IsDecimalComma(field)) continue;
+      ++commas;
+      if (IsLikeThousands(field)) ++thousands;
     }
+  if (delimiter == Delimiter::Comma && commas == 1 && thousands == 1) return '.';
   return commas > points || (commas == points && commas > 0 && delimiter != Delimiter::Comma) ? ',' : '.';
 }
 
@@ -156,6 +174,8 @@ std::optional<Role> Fitting(const Meaning& meaning, const ColumnValues& values) 
                   values.Mostly([](const std::string& field) { return AnswerIn(field).has_value(); }));
     case Role::CodePart:
       return when(!values.SomeAreMissing());
+    case Role::Covariate:
+      return when(values.AreNumbers());
     case Role::Stage:
       return values.AreNumbers() ? std::optional(Role::Covariate) : when(values.AreStages());
     default:
@@ -174,6 +194,8 @@ std::vector<Candidate> CandidatesOf(const std::string& heading, const ColumnValu
   const std::vector<Meaning> meanings = MeaningsOf(heading);
   for (const Meaning& meaning : meanings)
     if (const std::optional<Role> role = Fitting(meaning, values)) candidates.push_back({*role, meaning.speaks});
+  const auto tellsFate = [](const Meaning& meaning) { return meaning.role == Role::Fate; };
+  if (std::ranges::any_of(meanings, tellsFate) && values.AreStagesFromEggs()) candidates.push_back({Role::Stage});
   // A column without a heading holds numbers of rows, for instance.
   if (meanings.empty() && !heading.empty() && !IsOfNumberedVisit(heading) && values.AreNumbers())
     candidates.push_back({Role::Covariate});
@@ -195,6 +217,8 @@ class RoleAssignment {
     while (SettleOne()) continue;
     std::vector<Role> roles;
     for (const std::vector<Candidate>& each : candidates_) roles.push_back(each.front().role);
+    if (std::ranges::count(roles, Role::Code) == 0 && std::ranges::count(roles, Role::CodePart) == 1)
+      std::ranges::replace(roles, Role::CodePart, Role::Code);  // which tells attempts apart by itself
     return roles;
   }
 
@@ -281,7 +305,8 @@ void LeaveOutMonths(const std::vector<ColumnValues>& values, std::vector<Role>& 
   }
 }
 
-constexpr std::array Orders{DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear};
+constexpr std::array Orders{DateOrder::YearMonthDay, DateOrder::DayMonthYear, DateOrder::MonthDayYear,
+                            DateOrder::ShortYearMonthDay};
 
 /// How many dates are days of the calendar in each order.
 struct FittingDates {
@@ -293,19 +318,24 @@ struct FittingDates {
         if (Fits(row.fields[c], Orders[i])) ++of[i];
     for (std::size_t c = 0; c < std::min(row.fields.size(), columns.size()); ++c)
       if (const auto ends = columns[c] ? EndsOfShortDate(row.fields[c]) : std::nullopt) {
+        hasSlashes_ = hasSlashes_ || row.fields[c].find('/') != std::string::npos;
         firstNumbers_.insert(ends->first);
         lastNumbers_.insert(ends->second);
       }
   }
-  /// The first order in which most are. Of a short date, the year is what varies less than the day.
+  /// The first order in which most are. Of a short date, the year is what varies less than the day, and stands in front
+  /// where most dates can be read so; between slashes, where they cannot be read in another order.
   DateOrder Best() const {
-    if (of[0] == 0 && firstNumbers_.size() < lastNumbers_.size()) return DateOrder::ShortYearMonthDay;
-    return Orders[static_cast<std::size_t>(std::ranges::max_element(of) - of.begin())];
+    const int otherwise = std::max(of[1], of[2]);
+    const bool mayBeShort = hasSlashes_ ? of[3] > otherwise : of[3] > 0 && of[3] >= otherwise;
+    if (of[0] == 0 && mayBeShort && firstNumbers_.size() < lastNumbers_.size()) return DateOrder::ShortYearMonthDay;
+    return Orders[static_cast<std::size_t>(std::max_element(of.begin(), of.begin() + 3) - of.begin())];
   }
   bool IsUnclear() const { return of[1] > 0 && of[1] == of[2]; }
 
  private:
   std::set<int> firstNumbers_, lastNumbers_;  // of dates whose year has two digits
+  bool hasSlashes_ = false;                   // those dates
 
   /// A month stands before points only where nothing else is possible.
   static bool Fits(const std::string& field, DateOrder order) {

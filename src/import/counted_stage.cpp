@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "base/number_text.h"
+#include "import/fate_words.h"
 #include "import/heading_words.h"
 #include "import/stage_words.h"
 
@@ -47,7 +48,9 @@ void CountedStage::SetByWord(const RowFields& fields, VisitRecord& visit) const 
   const std::string& text = fields.Text(Role::Stage);
   if (text.empty()) return;
   const Stage told = StageIn(text);
-  if (told == Stage::Untold) remarks_.Count(visit.line, fmt::format("\"{}\" tells neither eggs nor young", text));
+  const bool tellsFate = FateIn(text) != Fate::Untold;  // as "failed" does beside such words
+  if (told == Stage::Untold && !tellsFate)
+    remarks_.Count(visit.line, fmt::format("\"{}\" tells neither eggs nor young", text));
   if (told != Stage::Untold && visit.counted == Stage::Untold) {
     visit.counted = told;
     visit.countedUnder = text;

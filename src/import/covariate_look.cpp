@@ -4,17 +4,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+
+#include "import/field_values.h"
 
 namespace merlane {
 namespace {
 
 constexpr std::array Marks{-1.0, -9.0, -99.0, -9999.0, -99999.0, 99.0, 999.0, 9999.0, 99999.0};
-
-/// Whether a number such as 1.234 or 12,345 may have been written with a mark between thousands.
-bool IsLikeThousands(const std::string& text, std::size_t mark) {
-  const std::size_t begun = text.starts_with('-') ? 1 : 0;
-  return mark > begun && mark - begun <= 3 && text[begun] != '0' && text.size() - mark == 4;
-}
 
 }  // namespace
 
@@ -28,12 +25,22 @@ void CovariateLook::Take(double number, const std::string& text, const std::stri
     leastOfOthers_ = std::min(leastOfOthers_, number);
     mostOfOthers_ = std::max(mostOfOthers_, number);
   }
-  const std::size_t mark = text.find_first_of(".,");
-  if (mark == std::string::npos) return;
-  if (!IsLikeThousands(text, mark))
+  if (text.find_first_of(".,") == std::string::npos) {
+    mostOfWhole_ = std::max(mostOfWhole_, std::abs(number));
+    return;
+  }
+  if (!IsLikeThousands(text))
     ++otherParts_;
   else if (likeThousands_++ == 0)
     exampleOfThousands_ = text;
+}
+
+bool CovariateLook::MayBeThousands() const {
+  constexpr double Hundred = 100;
+  if (likeThousands_ == 0 || otherParts_ > 0) return false;
+  // Beside hundreds without a part, one alone is more likely of thousands; and nobody writes the zero of 1.250 once.
+  const bool besideWhole = mostOfWhole_ >= Hundred || (mostOfWhole_ > 0 && exampleOfThousands_.ends_with('0'));
+  return besideWhole || (thousandsMayBe_ && likeThousands_ > 1);
 }
 
 void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
@@ -51,7 +58,7 @@ void CovariateLook::Remark(const std::string& name, Remarks& remarks) const {
                             name, mark, Counted(seen.count, "row"), remarks.Place(), seen.line,
                             isNegative ? "negative" : "nearly as large"));
   }
-  if (thousandsMayBe_ && likeThousands_ > 1 && otherParts_ == 0)
+  if (MayBeThousands())
     remarks.Say(
         fmt::format("\"{}\" has three digits behind every mark, as in {}: that was taken for a decimal mark, "
                     "not for thousands",

@@ -13,7 +13,8 @@ namespace merlane {
 /// not.
 class CovariateLook {
  public:
-  /// Between commas nobody writes thousands with a point, so that a point is a decimal mark there.
+  /// Between commas nobody writes thousands with a point, so that a point is a decimal mark there where all numbers
+  /// have one.
   explicit CovariateLook(bool thousandsMayBe) : thousandsMayBe_(thousandsMayBe) {}
 
   /// Takes the number of a row, how it is written, and what a spreadsheet shows of it.
@@ -22,6 +23,8 @@ class CovariateLook {
   void Remark(const std::string& name, Remarks& remarks) const;
 
  private:
+  bool MayBeThousands() const;
+
   struct Seen {
     int count = 0, line = 0;
   };
@@ -29,6 +32,7 @@ class CovariateLook {
   std::map<double, Seen> marks_;  // that may stand for no value
   Seen percents_, others_;        // shown as percents, and not
   double leastOfOthers_ = 0, mostOfOthers_ = 0;
+  double mostOfWhole_ = 0;  // of numbers without a mark
   int likeThousands_ = 0, otherParts_ = 0;
   std::string exampleOfThousands_;
 };

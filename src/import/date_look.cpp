@@ -75,10 +75,12 @@ bool DateLook::IsNearVisit(DayOfYear date) const {
 }
 
 void DateLook::TakeNumber(const std::string& text, DayOfYear date) {
-  constexpr int FirstYear = 1990, LastYear = 2039;  // of nearly all that anybody has
+  constexpr int FirstYear = 1990, LastYear = 2034;  // of nearly all that anybody has
   const bool since1970 = order_ == DateOrder::DaysSince1970;
   const std::optional<DayOfYear> other = DateIn(text, since1970 ? DateOrder::SerialDays : DateOrder::DaysSince1970);
-  if (!other || *other == date || (!since1970 && (other->year < FirstYear || other->year > LastYear))) return;
+  if (!other || *other == date) return;  // written with its year
+  const bool mayBeOther = since1970 || (other->year >= FirstYear && other->year <= LastYear);
+  if (!mayBeOther && date.year <= LastYear) return;  // 52023 may be 20 May 2023
   if (numbers_.count == 0) firstNumber_ = date;
   numbers_.Add(text, 0);
 }

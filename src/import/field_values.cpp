@@ -1,5 +1,7 @@
 #include "import/field_values.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -68,30 +70,39 @@ std::optional<DateParts> ThreeNumbers(std::string_view field) {
   return parts;
 }
 
-/// The month whose name in some language of western Europe begins so; none for less than three letters, or for two.
-std::optional<int> MonthNamed(std::string_view letters) {
+/// The months whose name in some language of Europe is or, where none is, begins so; none for less than three letters.
+/// The same letters are several months in languages that are neighbours.
+std::vector<int> MonthsNamed(std::string_view letters) {
   static constexpr std::array<std::string_view, 12> names{
-      "january januar januari janvier enero jan ene gennaio stycznia styczen tammikuuta janeiro",
-      "february februar februari fevrier febrero febbraio lutego luty helmikuuta fevereiro",
-      "march marz maerz maart mars marzo mrz mrt marts marca marzec maaliskuuta marco",
-      "april avril abril aprile kwietnia kwiecien huhtikuuta",
-      "may mai mei maj mayo maggio maja toukokuuta maio",
-      "june juni juin junio giugno czerwca czerwiec kesakuuta junho",
-      "july juli juillet julio luglio lipca lipiec heinakuuta julho",
-      "august augustus augusti aout agosto sierpnia sierpien elokuuta",
-      "september septembre septiembre setiembre sept settembre wrzesnia wrzesien syyskuuta setembro",
-      "october oktober octobre octubre ottobre pazdziernika lokakuuta outubro",
-      "november novembre noviembre listopada novembro",
-      "december dezember decembre diciembre dicembre grudnia grudzien joulukuuta dezembro"};
-  std::optional<int> month;
+      "january januar januari janvier enero jan ene gennaio stycznia styczen tammikuuta janeiro sijecnja sijecanj "
+      "ledna leden",
+      "february februar februari fevrier febrero febbraio lutego luty helmikuuta fevereiro veljace veljaca unora unor",
+      "march marz maerz maart mars marzo mrz mrt marts marca marzec maaliskuuta marco ozujka ozujak brezna brezen",
+      "april avril abril aprile kwietnia kwiecien huhtikuuta travnja travanj dubna duben",
+      "may mai mei maj mayo maggio maja toukokuuta maio svibnja svibanj kvetna kveten",
+      "june juni juin junio giugno czerwca czerwiec kesakuuta junho lipnja lipanj cervna cerven",
+      "july juli juillet julio luglio lipca lipiec heinakuuta julho srpnja srpanj cervence cervenec",
+      "august augustus augusti aout agosto sierpnia sierpien elokuuta kolovoza kolovoz srpna srpen",
+      "september septembre septiembre setiembre sept settembre wrzesnia wrzesien syyskuuta setembro rujna rujan zari",
+      "october oktober octobre octubre ottobre pazdziernika lokakuuta outubro listopada listopad rijna rijen",
+      "november novembre noviembre listopada novembro studenoga studenog studeni listopad",
+      "december dezember decembre diciembre dicembre grudnia grudzien joulukuuta dezembro prosinca prosinac prosinec"};
   const auto isLetter = [](char c) { return c >= 'a' && c <= 'z'; };
-  if (letters.size() < 3 || !std::ranges::all_of(letters, isLetter)) return month;
+  if (letters.size() < 3 || !std::ranges::all_of(letters, isLetter)) return {};
+  std::vector<int> named, begun;
+  const std::string word = ' ' + std::string(letters);
   for (std::size_t m = 0; m < names.size(); ++m) {
-    const bool begins = (" " + std::string(names[m])).find(" " + std::string(letters)) != std::string::npos;
-    if (begins && month) return std::nullopt;
-    if (begins) month = static_cast<int>(m) + 1;
+    const std::string all = ' ' + std::string(names[m]) + ' ';
+    if (all.find(word + ' ') != std::string::npos) named.push_back(static_cast<int>(m) + 1);
+    if (all.find(word) != std::string::npos) begun.push_back(static_cast<int>(m) + 1);
   }
-  return month;
+  return named.empty() ? begun : named;
+}
+
+/// The one month of that name; none where it is the name of several.
+std::optional<int> MonthNamed(std::string_view letters) {
+  const std::vector<int> months = MonthsNamed(letters);
+  return months.size() == 1 ? std::optional(months.front()) : std::nullopt;
 }
 
 /// A day, the name of a month and a year, or the year first or the month first.
@@ -195,6 +206,15 @@ bool IsMissing(std::string_view field) {
   return marks.contains(UpperCase(field)) || (field.front() < 0 && WithoutCase(field).empty());
 }
 
+bool StandsForTheOneAbove(std::string_view field) {
+  static const std::set<std::string, std::less<>> marks{
+      "\"",   "\"\"",  "''",     ",,",    "\u3003", "\u201C",  "\u201D",      "\u201E",  "\u00BB",    "-\"-",  "-''-",
+      "idem", "id.",   "ditto",  "dito",  "do.",    "dto.",    "dtto",        "same",    "dgl.",      "dsgl.", "s.o.",
+      "jw.",  "ibid.", "ibidem", "samma", "sama",   "asabove", "sameasabove", "wieoben", "comoarriba"};
+  const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;  // as most codes have
+  return !hasDigit && marks.contains(Alike(field));
+}
+
 std::optional<double> NumberIn(std::string_view field, char decimal) {
   constexpr std::string_view Minus = "\u2212";
   std::string text = field.starts_with(Minus) ? "-" + std::string(field.substr(Minus.size())) : std::string(field);
@@ -206,10 +226,20 @@ std::optional<double> NumberIn(std::string_view field, char decimal) {
   return StrictNumber(text);
 }
 
+bool IsLikeThousands(std::string_view field) {
+  constexpr std::size_t Group = 3;
+  if (field.starts_with('-')) field.remove_prefix(1);
+  const std::size_t mark = field.find_first_of(".,");
+  return mark != std::string_view::npos && mark >= 1 && mark <= Group && field.front() != '0' &&
+         field.size() == mark + 1 + Group && Digits(field.substr(0, mark)) && Digits(field.substr(mark + 1));
+}
+
 std::optional<DayOfYear> DateIn(std::string_view field, DateOrder order) {
   field = Trim(field);
   if (order == DateOrder::SerialDays || order == DateOrder::DaysSince1970) {
-    const std::optional<double> days = NumberIn(field, field.find(',') == std::string_view::npos ? '.' : ',');
+    const bool hasMoreZeros = field.size() > 1 && field[0] == '0' && field[1] >= '0' && field[1] <= '9';  // as 052023
+    const std::optional<double> days =
+        hasMoreZeros ? std::nullopt : NumberIn(field, field.find(',') == std::string_view::npos ? '.' : ',');
     if (days && order == DateOrder::DaysSince1970) return DaySince1970(*days);
     if (days) return DateIn(DateText(*days, Shows::Date, false), DateOrder::YearMonthDay);
   }
@@ -277,6 +307,19 @@ bool IsOfUniversalTime(std::string_view field) {
     if (field.ends_with(zone))
       return field.substr(time, field.size() - time - zone.size()).find_first_of(Time) != std::string_view::npos;
   return false;
+}
+
+std::string MonthOfSeveralNames(std::string_view field) {
+  constexpr std::string_view Between = " .,-/0123456789";
+  while (!field.empty()) {
+    const std::string_view word = field.substr(0, field.find_first_of(Between));
+    field.remove_prefix(std::min(word.size() + 1, field.size()));
+    if (word.size() < 3) continue;
+    const std::vector<int> months = MonthsNamed(Alike(word));
+    if (months.size() > 1)
+      return fmt::format("\"{}\" is month {} in one language and month {} in another", word, months[0], months[1]);
+  }
+  return "";
 }
 
 std::optional<std::pair<int, int>> EndsOfShortDate(std::string_view field) {

@@ -32,8 +32,15 @@ int DayCountedFrom(int year, DayOfYear day);
 /// Whether a field stands for no value: empty, NA (as spreadsheets write it, too), NULL, a point or a dash.
 bool IsMissing(std::string_view field);
 
+/// Whether a text stands for what is above it, as ditto marks do.
+bool StandsForTheOneAbove(std::string_view field);
+
 /// A number with that decimal mark, its sign a hyphen or a minus; none for anything else.
 std::optional<double> NumberIn(std::string_view field, char decimal);
+
+/// Whether a text may be a number of thousands with a mark between them: one to three digits, a point or a comma, and
+/// three digits, such as 1.250 or 12,345.
+bool IsLikeThousands(std::string_view field);
 
 /// A date in that order, its parts divided by points, dashes or slashes, or a serial day of a spreadsheet (1 is 1
 /// January 1900, 60 the leap day which that year did not have), or the days since 1 January 1970 that R makes of a
@@ -54,6 +61,10 @@ std::optional<int> YearInName(std::string_view name);
 
 /// Whether a field is a date with a time of day of the time zone that machines write, such as 2023-06-01T23:30:00Z.
 bool IsOfUniversalTime(std::string_view field);
+
+/// What a text says of a month whose name is that of several, as "lip" is June in Croatian and July in Polish; empty
+/// for any other. Such a text is no date.
+std::string MonthOfSeveralNames(std::string_view field);
 
 /// The first and the last number of what would be a date of a year of two digits in some order, its month without a
 /// name; none for anything else.

@@ -47,6 +47,7 @@ Heading HeadingOf(const std::vector<TextRow>& rows, const ImportChoices& choices
   heading.rowsHaveNames = choices.sheet.empty() && HaveNames(below, heading.names.size());
   if (heading.rowsHaveNames) heading.names.insert(heading.names.begin(), "");
   std::size_t columns = UsualFields(below);
+  heading.fields = heading.rows > 0 ? heading.names.size() : columns;
   if (!choices.sheet.empty())  // whose rows end with the last cell that holds something
     for (const TextRow& row : below) columns = std::max(columns, row.fields.size());
   heading.names.resize(std::max(heading.names.size(), columns));

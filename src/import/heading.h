@@ -17,6 +17,7 @@ struct Heading {
   int line = 0;                    // on which the names stand
   std::vector<std::string> names;  // of all columns, each on one line, empty where there is none
   bool rowsHaveNames = false;      // in front of the first column that the heading names
+  std::size_t fields = 0;          // of its row, empty ones included; without a heading, of most rows
 };
 Heading HeadingOf(std::string_view text, const ImportChoices& choices);
 /// The same of a text that begins with these rows.

@@ -39,6 +39,17 @@ const Words Days{"yday",  "jday", "julian",     "julien", "juliano", "date",   "
 const Words Last{"last",    "final",   "letzt",    "letzte",   "letzter",   "letzten", "zuletzt", "laatst",
                  "laatste", "dernier", "derniere", "ultimo",   "ultima",    "sista",   "senast",  "sidst",
                  "sidste",  "sist",    "siste",    "viimeksi", "viimeinen", "ostatni", "ostatnia"};
+const Words Young{"young",      "chicks",    "chick",     "juveniles",  "nestlings",   "hatchlings", "pulli",
+                  "pullus",     "ducklings", "goslings",  "cygnets",    "junge",       "jungvogel",  "jungvoegel",
+                  "jungtiere",  "kuken",     "kueken",    "nestlinge",  "jongen",      "kuikens",    "pullen",
+                  "nestjongen", "poussins",  "jeunes",    "oisillons",  "pollos",      "polluelos",  "crias",
+                  "pichones",   "ungar",     "ungfaglar", "kycklingar", "unger",       "unge",       "kyllinger",
+                  "aellinger",  "poikasia",  "poikaset",  "poikanen",   "poikasmaara", "poikasluku", "pulcini",
+                  "pulcino",    "nidiacei",  "piccoli",   "piskleta",   "pisklat",     "mlode",      "juv",
+                  "jungenzahl", "mlodych",   "filhotes",  "ninhegos"};
+const Words ClutchSizes{"clutchsize",    "gelegegrosse",   "gelegegroesse", "legselgrootte",
+                        "tailledeponte", "tamanodepuesta", "kullstorlek",   "kuldstorrelse",
+                        "kullstorrelse", "pesyekoko",      "munapesye"};
 /// That tell how many of what is counted live.
 const Words Living{"alive",  "live",    "living",   "lebend", "lebende", "levend", "levende",
                    "vivant", "vivants", "vivantes", "vivo",   "vivos",   "vivas",  "vivi",
@@ -111,7 +122,8 @@ const std::vector<Vocabulary>& Vocabularies() {
        {"day",      "of",       "visit",     "survey",   "field",     "count",  "nest",     "besuch",
         "besuchs",  "kontroll", "kontrolle", "begehung", "begehungs", "bezoek", "controle", "visite",
         "releve",   "visita",   "control",   "besok",    "besoks",    "besogs", "besog",    "controllo",
-        "kontroli", "kaynnin",  "wizyty",    "visited",  "kaynti"}},
+        "kontroli", "kaynnin",  "wizyty",    "visited",  "kaynti",    "time",   "zeit",     "uhrzeit",
+        "heure",    "hora",     "tijd",      "tid",      "ora"}},
       {{Role::Date, Speaks::Broadly},
        {{"visit", "visited", "survey", "besuch", "bezoek", "visite", "visita", "besok", "besog", "kontrola", "wizyta",
          "kaynti", "kayntipaiva", "kontrolle", "begehung", "kontroll"}},
@@ -133,17 +145,11 @@ const std::vector<Vocabulary>& Vocabularies() {
       {{Role::Count, Speaks::OfEggs},
        {{"eggs",  "egg",   "eier",     "ei",        "eieren", "oeufs", "oeuf", "huevos", "agg",  "aeg",   "muna",
          "munat", "munia", "munaluku", "munamaara", "uova",   "uovo",  "jaja", "jaj",    "ovos", "eizahl"}},
-       {"young",  "juveniles", "chicks",   "nest",     "total",   "count",  "anzahl", "junge",
-        "aantal", "jongen",    "nombre",   "poussins", "pollos",  "antal",  "ungar",  "antall",
-        "unger",  "lukumaara", "poikasia", "poikaset", "pulcini", "liczba", "pisklat"}},
+       {"young",  "juveniles", "chicks",    "nest",     "total",    "count",   "anzahl", "junge",
+        "host",   "aantal",    "jongen",    "nombre",   "poussins", "pollos",  "antal",  "ungar",
+        "antall", "unger",     "lukumaara", "poikasia", "poikaset", "pulcini", "liczba", "pisklat"}},
       {{Role::Count, Speaks::OfYoung},
-       {{"young",      "chicks",     "chick",     "juveniles", "nestlings", "hatchlings", "pulli",     "pullus",
-         "ducklings",  "goslings",   "cygnets",   "junge",     "jungvogel", "jungvoegel", "jungtiere", "kuken",
-         "kueken",     "nestlinge",  "jongen",    "kuikens",   "pullen",    "nestjongen", "poussins",  "jeunes",
-         "oisillons",  "pollos",     "polluelos", "crias",     "pichones",  "ungar",      "ungfaglar", "kycklingar",
-         "unger",      "unge",       "kyllinger", "aellinger", "poikasia",  "poikaset",   "poikanen",  "poikasmaara",
-         "poikasluku", "pulcini",    "pulcino",   "nidiacei",  "piccoli",   "piskleta",   "pisklat",   "mlode",
-         "juv",        "jungenzahl", "mlodych",   "filhotes",  "ninhegos"}},
+       {Young},
        {"eggs", "nest", "brood", "total", "count", "anzahl", "aantal", "nombre", "antal", "antall", "lukumaara",
         "liczba"}},
       {{Role::Code, Speaks::Surely},
@@ -162,6 +168,8 @@ const std::vector<Vocabulary>& Vocabularies() {
        {{"number", "numero", "n", "total", "gesamt", "totaal", "broodsize", "brutgrosse", "broedselgrootte"}},
        {}},
       {{Role::Count, Speaks::Broadly}, {Living}, {}},
+      {{Role::Count, Speaks::Broadly}, {ClutchSizes}, {}},  // never added to that of young: as often, it stays the same
+      {{Role::Covariate, Speaks::Broadly}, {ClutchSizes}, {}},
       {{Role::Day, Speaks::Broadly}, {{"tag"}}, {}},
       {{Role::Age, Speaks::Surely},
        {{"age", "alter", "leeftijd", "edad", "alder", "kukenalter", "ika", "eta", "wiek", "idade"}},
@@ -274,6 +282,16 @@ std::vector<Meaning> MeaningsOf(std::string_view heading) {
   for (const Vocabulary& vocabulary : Vocabularies())
     if (AreOf(words, vocabulary) || AreOf({letters}, vocabulary)) meanings.push_back(vocabulary.meaning);
   return meanings;
+}
+
+bool NamesYoung(std::string_view heading) {
+  static const Words Lost{"dead", "died", "lost", "missing", "killed",  "tot",
+                          "tote", "dood", "dode", "morts",   "muertos", "doda"};
+  const std::vector<std::string> words = WordsOf(heading);
+  const auto isOf = [](const Words& known) {
+    return [&known](const std::string& word) { return known.contains(word); };
+  };
+  return std::ranges::any_of(words, isOf(Young)) && std::ranges::none_of(words, isOf(Lost));
 }
 
 bool IsOfNumberedVisit(std::string_view heading) {

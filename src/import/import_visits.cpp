@@ -124,7 +124,7 @@ Imported ImportRows(std::string_view text, const ImportChoices& choices, const R
                             heading.rows == 2 ? "was" : "were"));
   if (heading.rowsHaveNames)
     remarks.Say("the rows have a field more than the heading: the first of them was taken for a name of the row");
-  RowReader reader(choices, names, names.size(), remarks);
+  RowReader reader(choices, names, heading.fields + (heading.rowsHaveNames ? 1 : 0), remarks);
   DelimitedRows rows = RowsBehindHeading(text, choices);
   for (TextRow row; rows.Next(row);) {
     if (++imported.rows % RowsBetweenProgress == 0 && progress)

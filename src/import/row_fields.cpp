@@ -47,6 +47,7 @@ std::string RowFields::Code() const {
   for (const std::size_t column : columns) {
     const std::string& part = Shown(column);
     if (IsMissing(part)) throw LeftOut{"a part of its code is missing"};
+    if (StandsForTheOneAbove(part)) throw LeftOut{fmt::format("\"{}\" is no code, but stands for the one above", part)};
     code += (code.empty() ? "" : "-") + OnOneLine(part);
   }
   return code;
@@ -89,7 +90,9 @@ std::optional<DayOfYear> RowFields::Date(Role role) const {
 
 void RowFields::RefuseDate(const std::string& text, Role role) const {
   std::string why = fmt::format("\"{}\" is no {}", text, NameOf(role));
-  if (choices_.dates == DateOrder::YearMonthDay && EndsOfShortDate(text))
+  if (const std::string months = MonthOfSeveralNames(text); !months.empty())
+    why += ": " + months + ", as a number it would be clear";
+  else if (choices_.dates == DateOrder::YearMonthDay && EndsOfShortDate(text))
     why += ": its year needs four digits, or another order";
   else if (const std::optional<DateOrder> other = dates_.TakeRefused(text, row_.line))
     why += fmt::format(" as {}, but one as {}", NameOf(choices_.dates), NameOf(*other));
@@ -111,6 +114,7 @@ std::optional<DayOfYear> RowFields::DayOfMonth(Role role, Role month, int year) 
   if (!day || *day == 0) return day ? std::optional(DayOfYear{year, 0}) : std::nullopt;
   if (text.empty()) throw LeftOut{fmt::format("it has no {}", NameOf(month))};
   const std::optional<int> number = MonthIn(text);
+  if (const std::string months = MonthOfSeveralNames(text); !months.empty()) throw LeftOut{months};
   if (!number) Refuse(text, month);
   const std::optional<DayOfYear> date = DateOf(year, *number, *day);
   if (!date) throw LeftOut{fmt::format("there is no day {} of month {} in {}", *day, *number, year)};

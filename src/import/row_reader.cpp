@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "base/number_text.h"
 #include "base/runtime_failure.h"
@@ -28,27 +29,31 @@ bool IsMarkOfUnknown(const std::string& age) { return age == "?" || age == "-?";
 
 }  // namespace
 
-RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
+RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingFields,
                      Remarks& remarks)
     : choices_(choices),
       columns_(choices.roles),
       names_(names),
-      headingColumns_(headingColumns),
       remarks_(remarks),
+      widths_(choices, names, headingFields, remarks),
       stray_(choices, names),
       places_(choices, names),
+      parted_(choices, names),
       dates_(choices),
       stages_(choices, columns_, names, remarks),
       covariates_(columns_.Of(Role::Covariate).size(),
                   CovariateLook(choices.delimiter != Delimiter::Comma || choices.decimal == ',')) {
-  for (const Role role : {Role::Unused, Role::Fate, Role::Covariate})
+  for (const Role role : {Role::Unused, Role::Fate, Role::Covariate, Role::Stage})
     fateColumns_.insert(fateColumns_.end(), columns_.Of(role).begin(), columns_.Of(role).end());
+  std::ranges::copy_if(fateColumns_, std::back_inserter(youngColumns_), [&](std::size_t c) {
+    return NamesYoung(names[c]) && !SpeaksOfFledging(HeadingLetters(names[c]));
+  });
   RemarkUnusedColumns();
 }
 
 void RowReader::Take(const TextRow& row) {
   if (const std::string why = stray_.WhyStray(row); !why.empty()) throw LeftOut{why};
-  TestWidth(row);
+  widths_.Take(row);
   const RowFields fields(choices_, columns_, row, dates_);
   if (choices_.OfNests())
     TakeNest(fields, row.line);
@@ -66,7 +71,9 @@ void RowReader::RemarkWhole() {
   RemarkYear();
   if (choices_.OfNests()) RemarkFates();
   RemarkCode();
+  widths_.Remark();
   stray_.Remark(remarks_);
+  parted_.Remark(remarks_);
   RemarkMonths();
   dates_.Remark(remarks_);
   for (std::size_t i = 0; i < covariates_.size(); ++i)
@@ -77,27 +84,6 @@ void RowReader::RemarkWhole() {
     for (std::size_t i = 1; i < counts.size(); ++i) sum += " + " + names_[counts[i]];
     remarks_.Say(fmt::format("the number of a visit is {}", sum));
   }
-}
-
-void RowReader::TestWidth(const TextRow& row) {
-  for (const std::size_t c : nameless_)
-    if (c < row.fields.size() && !row.fields[c].empty())
-      remarks_.Count(row.line,
-                     fmt::format("there is a field more than the heading names: \"{}\" is not used", names_[c]));
-  std::size_t fields = row.fields.size();
-  while (fields > headingColumns_ && row.fields[fields - 1].empty()) --fields;
-  const bool ofSheet = !choices_.sheet.empty();
-  if (fields > headingColumns_ && ofSheet) remarks_.Count(row.line, "what stands right of all columns was passed over");
-  if (fields > headingColumns_ && !ofSheet) throw LeftOut{TooNarrowOrWide(fields)};
-  if (fields >= headingColumns_ || ofSheet) return;
-  if (choices_.delimiter == Delimiter::Blanks)  // where an empty field leaves no trace
-    throw LeftOut{TooNarrowOrWide(fields) + ": nothing tells which of them is missing"};
-  remarks_.Count(row.line, "fewer fields than columns; what is not there is missing");
-}
-
-std::string RowReader::TooNarrowOrWide(std::size_t fields) const {
-  return fmt::format("it has {}, and there {} {}", Counted(static_cast<int>(fields), "field"),
-                     headingColumns_ == 1 ? "is" : "are", Counted(static_cast<int>(headingColumns_), "column"));
 }
 
 void RowReader::RemarkCode() {
@@ -122,8 +108,6 @@ void RowReader::RemarkUnusedColumns() {
   for (const std::size_t c : columns_.Of(Role::Unused)) {
     if (!choices_.heading || names_[c] != fmt::format("Column {}", c + 1))
       unused += fmt::format("{}\"{}\"", unused.empty() ? "" : ", ", names_[c]);
-    else if (c > 0)  // numbers of rows stand in front
-      nameless_.push_back(c);
   }
   if (!unused.empty()) remarks_.Say("not used: " + unused);
   for (const std::size_t c : columns_.Of(Role::Unused)) RemarkOtherColumn(c);
@@ -174,6 +158,7 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   CompareFate(fields, visit);
   visit.covariates = Covariates(fields, line);
   places_.Look(fields, visit, remarks_);
+  parted_.Look(fields, visit);
   visits.push_back(std::move(visit));
 }
 
@@ -217,8 +202,8 @@ int RowReader::CountedOn(const VisitRecord& visit, DayOfYear date, const std::st
   if (date.year == visit.year) return date.day;
   if (std::abs(date.year - visit.year) > 1)
     throw LeftOut{fmt::format("its {} is of {}, its year {}", what, date.year, visit.year)};
-  remarks_.Count(visit.line,
-                 fmt::format("the {} is of another year than the column tells, and counted on from there", what));
+  remarks_.Count(visit.line, fmt::format("the {} is of another year than {}, and counted on from there", what,
+                                         choices_.Has(Role::Year) ? "the column tells" : "the visit"));
   return DayCountedFrom(visit.year, date);
 }
 
@@ -227,6 +212,8 @@ std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year, i
   const std::optional<DayOfYear> number = fields.DayNumber(Role::HatchDay, year);
   if (date) CompareDay(*date, number, NameOf(Role::HatchDay), line);
   if (date) return date;
+  if (number && (number->day < 0 || number->day > LongestYear))
+    remarks_.Count(line, "the hatch day is none of its year: it is counted on into another");
   return number && number->day == 0 ? std::nullopt : number;
 }
 
@@ -253,6 +240,7 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
     if (count) sum = sum.value_or(0) + *count;
     if (const std::string_view text = fields.At(column); count && text.find_first_of("eE") != std::string_view::npos)
       remarks_.Count(line, fmt::format("the number \"{}\" was read with a power of ten, as {}", text, *count));
+    RemarkThousands(fields.At(column), Role::Count, line);
     isMissing = isMissing || (!count && !fields.At(column).empty());
   }
   if (isMissing && sum == 0)
@@ -266,8 +254,20 @@ int RowReader::CountOf(const RowFields& fields, int line) const {
   return *sum;
 }
 
+void RowReader::RemarkThousands(const std::string& text, Role role, int line) const {
+  if (IsLikeThousands(text))
+    remarks_.Count(line, fmt::format("the {} \"{}\" was taken as {}, not as one of thousands", NameOf(role), text,
+                                     text.substr(0, text.find_first_of(".,"))));
+}
+
 void RowReader::CompareFate(const RowFields& fields, const VisitRecord& visit) {
   if (visit.count > 0) return;
+  for (const std::size_t column : youngColumns_) {
+    const std::string& text = fields.At(column);  // "4 of 5" as well
+    if (text.empty() || text.front() < '1' || text.front() > '9') continue;
+    remarks_.Count(visit.line, fmt::format("the {} is 0, and \"{}\" is \"{}\": the brood counts as dead",
+                                           NameOf(Role::Count), names_[column], text));
+  }
   for (const std::size_t column : fateColumns_) {
     const std::string& text = fields.At(column);
     const bool hasFledged = SpeaksOfFledging(HeadingLetters(names_[column])) && NumberIn(text, choices_.decimal) > 0.0;
@@ -323,6 +323,7 @@ void RowReader::TakeNest(const RowFields& fields, int line) {
       choices_.Has(Role::Nests) ? fields.Whole(Role::Nests, 0, MostOfInt16 - 1) : std::optional<int>(1);
   if (!nests) throw LeftOut{fmt::format("it has no {}", NameOf(Role::Nests))};
   if (*nests == 0) throw LeftOut{"it stands for no nest"};
+  RemarkThousands(fields.Text(Role::Nests), Role::Nests, line);
   stages_.Set(fields, visit);
   visit.covariates = Covariates(fields, line);
   fates_[nest.fate][fields.Text(fields.FateRole())] += *nests;

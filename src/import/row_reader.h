@@ -10,8 +10,10 @@
 #include "import/brood_places.h"
 #include "import/counted_stage.h"
 #include "import/covariate_look.h"
+#include "import/parted_codes.h"
 #include "import/remarks.h"
 #include "import/row_fields.h"
+#include "import/row_widths.h"
 #include "import/stray_rows.h"
 #include "import/visit_record.h"
 
@@ -21,7 +23,7 @@ namespace merlane {
 /// required.
 class RowReader {
  public:
-  RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingColumns,
+  RowReader(const ImportChoices& choices, const std::vector<std::string>& names, std::size_t headingFields,
             Remarks& remarks);
 
   std::vector<VisitRecord> visits;  // without an age where it is missing
@@ -35,11 +37,6 @@ class RowReader {
   void LookAtStages(const std::vector<VisitRecord>& settled);
 
  private:
-  /// A field too many shifts all behind it. Spreadsheets leave away empty fields at the end.
-  void TestWidth(const TextRow& row);
-
-  std::string TooNarrowOrWide(std::size_t fields) const;
-
   void RemarkUnusedColumns();
   /// An unused column that by its heading could be what another is.
   void RemarkOtherColumn(std::size_t column);
@@ -80,6 +77,9 @@ class RowReader {
   /// The number of a visit: what stands in all columns with counts.
   int CountOf(const RowFields& fields, int line) const;
 
+  /// A number such as 2.000, which may be meant as two thousand.
+  void RemarkThousands(const std::string& text, Role role, int line) const;
+
   /// Whether a brood of which none is left has fledged or hatched by another column.
   void CompareFate(const RowFields& fields, const VisitRecord& visit);
 
@@ -114,12 +114,13 @@ class RowReader {
   const ImportChoices& choices_;
   const ColumnsByRole columns_;
   const std::vector<std::string>& names_;
-  const std::size_t headingColumns_;
   Remarks& remarks_;
+  RowWidths widths_;
   StrayRows stray_;
   BroodPlaces places_;
-  std::vector<std::size_t> nameless_;     // columns that are not used and have no heading, but for the first
-  std::vector<std::size_t> fateColumns_;  // that may tell what became of a brood
+  PartedCodes parted_;
+  std::vector<std::size_t> fateColumns_;   // that may tell what became of a brood
+  std::vector<std::size_t> youngColumns_;  // of those, the ones that seem to count young
   DateLook dates_;
   CountedStage stages_;
   std::vector<CovariateLook> covariates_;                    // of those columns, in their order

@@ -16,15 +16,15 @@ const Words Eggs{"e",      "egg",         "eggs",  "clutch",    "clutches",    "
                  "oeuf",   "oeufs",       "ponte", "couvaison", "incubacion",  "huevo",      "huevos",     "puesta",
                  "agg",    "ruvning",     "aeg",   "ruging",    "muna",        "munat",      "haudonta",   "uova",
                  "cova",   "incubazione", "jaja",  "inkubacja", "wysiadywanie"};
-const Words Young{"j",         "y",          "young",    "chick",      "chicks",    "nestling",  "nestlings",
-                  "hatchling", "hatchlings", "juvenile", "juveniles",  "juv",       "pullus",    "pulli",
-                  "duckling",  "ducklings",  "gosling",  "goslings",   "cygnet",    "cygnets",   "brood",
-                  "broods",    "hatched",    "kuken",    "kueken",     "junge",     "jungvogel", "jungvoegel",
-                  "nestlinge", "jong",       "jongen",   "nestjongen", "kuiken",    "kuikens",   "poussin",
-                  "poussins",  "jeune",      "jeunes",   "oisillon",   "oisillons", "pollo",     "pollos",
-                  "polluelos", "crias",      "pichones", "unge",       "ungar",     "kyckling",  "kycklingar",
-                  "unger",     "poikanen",   "poikaset", "poikasia",   "pulcini",   "pulcino",   "piskle",
-                  "piskleta"};
+const Words Young{
+    "j",          "y",        "young",     "chick",      "chicks",     "nestling",     "nestlings",     "hatchling",
+    "hatchlings", "juvenile", "juveniles", "juv",        "pullus",     "pulli",        "duckling",      "ducklings",
+    "gosling",    "goslings", "cygnet",    "cygnets",    "brood",      "broods",       "hatched",       "kuken",
+    "kueken",     "junge",    "jungvogel", "jungvoegel", "nestlinge",  "jong",         "jongen",        "nestjongen",
+    "kuiken",     "kuikens",  "poussin",   "poussins",   "jeune",      "jeunes",       "oisillon",      "oisillons",
+    "pollo",      "pollos",   "polluelos", "crias",      "pichones",   "unge",         "ungar",         "kyckling",
+    "kycklingar", "unger",    "poikanen",  "poikaset",   "poikasia",   "pulcini",      "pulcino",       "piskle",
+    "piskleta",   "fledged",  "fledging",  "fledgling",  "fledglings", "postfledging", "post-fledging", "brooding"};
 
 bool Has(const Words& words, const std::string& word) { return std::ranges::find(words, word) != words.end(); }
 

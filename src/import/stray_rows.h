@@ -26,6 +26,7 @@ class StrayRows {
   bool IsSum(const TextRow& row) const;
 
   const std::vector<std::string>& names_;
+  const std::vector<Role>& roles_;
   const std::string place_;                               // what a row's number is the number of
   const int code_;                                        // column; -1 without one
   int otherHeadingLine_ = 0;                              // 0: none so far

@@ -62,7 +62,7 @@ void VisitExaminer::Look(const std::vector<VisitRecord>& visits) {
     if (i > 0 && AreOfOneBrood(visits[i - 1], visits[i]))
       LookAtPair(visits[i - 1], visits[i]);
     else
-      LookOverNewYear(visits, i);
+      LookAtFirst(visits, i);
   }
   if (refused_ > 0)
     remarks_.Say(
@@ -99,13 +99,35 @@ void VisitExaminer::LookAtHatch(const std::vector<VisitRecord>& visits) {
   const VisitRecord* example = nullptr;
   for (const VisitRecord& visit : visits) {
     if (!visit.AgeIsKnown()) continue;
-    if (std::abs(StrictNumber(visit.age)) < Near) return;
+    if (std::abs(StrictNumber(visit.age)) < Near) return LookAtHatchDays(visits);
     if (example == nullptr) example = &visit;
   }
   if (example == nullptr) return;
   const std::string hatchDay = example->hatchDay == 0 ? "" : fmt::format(" with the hatch day {}", example->hatchDay);
   remarks_.Say(fmt::format("no visit is within {} days of hatch: \"{}\" has the age {} on day {}{}", Near,
                            example->code, example->age, example->day, hatchDay));
+}
+
+void VisitExaminer::LookAtHatchDays(const std::vector<VisitRecord>& visits) {
+  constexpr int LastOfAMonth = 31, NoValue = 99, Near = 10;
+  if (!choices_.Has(Role::HatchDay) || choices_.Has(Role::HatchMonth)) return;
+  int last = 0, lastVisit = 0;
+  bool nearNoValue = false;
+  const VisitRecord* noValue = nullptr;
+  for (const VisitRecord& visit : visits) {
+    last = std::max(last, visit.hatchDay);
+    lastVisit = std::max(lastVisit, visit.day);
+    if (visit.hatchDay == NoValue && noValue == nullptr) noValue = &visit;
+    nearNoValue = nearNoValue || (visit.hatchDay != NoValue && std::abs(visit.hatchDay - NoValue) <= Near);
+  }
+  if (noValue != nullptr && !nearNoValue)
+    remarks_.Say(
+        fmt::format("the hatch day is {}, the first time in {} {}, and no other is near: that may stand for "
+                    "no value",
+                    NoValue, remarks_.Place(), noValue->line));
+  const bool knowsMonths = choices_.Has(Role::Month) || choices_.Has(Role::Date);
+  if (knowsMonths && last > 0 && last <= LastOfAMonth && lastVisit > LastOfAMonth)
+    remarks_.Say("no hatch day is behind the 31st: each is taken as one of the year, not of a month");
 }
 
 void VisitExaminer::LookAtYears(const std::vector<VisitRecord>& visits) {
@@ -131,6 +153,12 @@ void VisitExaminer::LookAtYears(const std::vector<VisitRecord>& visits) {
       remarks_.Note(year->second.firstLine,
                     fmt::format("{} is the year of one brood alone, and no other is near", year->first));
   }
+}
+
+void VisitExaminer::LookAtFirst(const std::vector<VisitRecord>& visits, std::size_t i) {
+  if (visits[i].count == 0)
+    remarks_.Count(visits[i].line, "the number is 0 at the first visit of a brood: it counts as dead from there on");
+  LookOverNewYear(visits, i);
 }
 
 void VisitExaminer::LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i) {

@@ -33,8 +33,14 @@ class VisitExaminer {
   /// Broods that are never seen near to hatch, as when hatch days are counted from another day than days.
   void LookAtHatch(const std::vector<VisitRecord>& visits);
 
+  /// Hatch days that may be of a month, or stand for no value, where ages are as they may be.
+  void LookAtHatchDays(const std::vector<VisitRecord>& visits);
+
   /// Years that hardly can be, and those far from all others.
   void LookAtYears(const std::vector<VisitRecord>& visits);
+
+  /// The first visit of a brood.
+  void LookAtFirst(const std::vector<VisitRecord>& visits, std::size_t i);
 
   /// Without a column for it, the year is the date's, and a season over a New Year falls in two.
   void LookOverNewYear(const std::vector<VisitRecord>& visits, std::size_t i);

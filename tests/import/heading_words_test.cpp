@@ -75,11 +75,24 @@ TEST(HeadingWords, AreKnownInElevenLanguages) {
 
 TEST(HeadingWords, ThatSpeakOfSomethingElseNameNothing) {
   for (const char* heading :
-       {"Nest height", "Clutch size", "Egg mass", "Cover", "Remarks", "Observer", "Age of mother in years", "Coverage",
-        "", "123", "Boden", "Area", "Daten", "Year1995", "Eggs 2"})
+       {"Nest height", "Clutch volume", "Egg mass", "Cover", "Remarks", "Observer", "Age of mother in years",
+        "Coverage", "", "123", "Boden", "Area", "Daten", "Year1995", "Eggs 2"})
     EXPECT_EQ(RoleOf(heading), std::nullopt) << heading;
   for (const char* heading : {"Visit number", "Obs.", "Time", "Uhrzeit", "Fledglings", "Young hatched"})
     EXPECT_EQ(MeaningsOf(heading).back().speaks, Speaks::OfNothing) << heading;
+}
+
+TEST(HeadingWords, TheSizeOfAClutchIsANumberOrACovariate) {
+  for (const char* heading : {"Clutch size", "ClutchSize", "clutch_size", "Gelegegr\u00F6\u00DFe", "Legselgrootte"})
+    EXPECT_EQ(MeaningsOf(heading),
+              (std::vector<Meaning>{{Role::Count, Speaks::Broadly}, {Role::Covariate, Speaks::Broadly}}))
+        << heading;
+}
+
+TEST(HeadingWords, YoungAreNamedUnlessTheyAreLost) {
+  for (const char* heading : {"Ducklings seen", "young", "Chicks on nest"}) EXPECT_TRUE(NamesYoung(heading)) << heading;
+  for (const char* heading : {"Dead young", "Chicks lost", "Youngest", "Eggs", ""})
+    EXPECT_FALSE(NamesYoung(heading)) << heading;
 }
 
 TEST(HeadingWords, AHeadingWithANumberMayBeOfAFurtherVisit) {

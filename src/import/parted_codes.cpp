@@ -1,0 +1,118 @@
+#include "import/parted_codes.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "import/fate_words.h"
+#include "import/heading_words.h"
+
+namespace merlane {
+namespace {
+
+/// Whether a heading speaks of a visit: who was there, what the weather was, what else was seen.
+bool SpeaksOfVisit(std::string_view heading) {
+  static const std::vector<std::string_view> beginnings{
+      "obs",      "recorder", "surveyor", "initial", "who",     "by",      "person",  "beobacht", "wer",     "kartier",
+      "waarnem",  "autor",    "note",     "notiz",   "remark",  "comment", "komment", "bemerk",   "anmerk",  "opmerk",
+      "coment",   "nota",     "weather",  "wetter",  "weer",    "meteo",   "tiempo",  "vader",    "vaer",    "wind",
+      "cloud",    "rain",     "adult",    "parent",  "behav",   "activ",   "verhalt", "method",   "methode", "content",
+      "inhalt",   "flag",     "check",    "photo",   "foto",    "start",   "end",     "team",     "name",    "huomau",
+      "havainno", "uwagi",    "pogoda",   "kuvaus",  "creator", "editor",  "uuid",    "guid",     "globalid"};
+  const std::string letters = HeadingLetters(heading);
+  return std::ranges::any_of(beginnings, [&](std::string_view beginning) { return letters.starts_with(beginning); });
+}
+
+}  // namespace
+
+PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::string>& names)
+    : names_(names), decimal_(choices.decimal) {
+  const auto code = std::ranges::find(choices.roles, Role::Code) - choices.roles.begin();
+  for (std::size_t c = 0; c < choices.roles.size(); ++c) {
+    const bool isUnknown = choices.roles[c] == Role::Unused && !HeadingLetters(names[c]).empty() &&
+                           MeaningsOf(names[c]).empty() && !SpeaksOfVisit(names[c]);
+    if (isUnknown && choices.heading)
+      columns_.push_back({c, static_cast<std::ptrdiff_t>(c) < code, {}, {}, nullptr, {}});
+  }
+}
+
+void PartedCodes::Look(const RowFields& fields, const VisitRecord& visit) {
+  constexpr std::size_t MostPlaces = 50;
+  if (columns_.empty()) return;
+  const std::string key = fmt::format("{} {}", visit.year, visit.code);
+  const auto isNoPlace = [&](Column& column) {
+    const std::string& value = fields.At(column.number);
+    if (IsMissing(value) || NumberIn(value, decimal_) || AnswerIn(value)) return true;
+    if (column.values.insert(value).second && column.values.size() > MostPlaces) return true;
+    if (column.last == nullptr || column.lastKey != key) {
+      column.last = &column.codes[key];
+      column.lastKey = key;
+    }
+    column.last->Take(value, visit);
+    return false;
+  };
+  std::erase_if(columns_, isNoPlace);
+}
+
+void PartedCodes::OfCode::Take(const std::string& value, const VisitRecord& visit) {
+  if (rows++ == 0) {
+    first = value;
+    firstLine = visit.line;
+  } else if (value == last) {
+    fallsWithin = fallsWithin || visit.day < lastDay;
+  } else {
+    returns = returns || value == first || value == other;
+    sameDay = sameDay || visit.day == lastDay;
+    fallsBetween = fallsBetween || visit.day < lastDay;
+    if (other.empty()) {
+      other = value;
+      otherLine = visit.line;
+    }
+  }
+  last = value;
+  lastDay = visit.day;
+}
+
+bool PartedCodes::IsLikePlaces(const Column& column) {
+  constexpr std::size_t FewCodes = 3;
+  std::size_t rows = 0, parted = 0, whole = 0;
+  std::set<std::string> ofWhole;
+  bool beginsAnew = false, returns = false;
+  for (const auto& [key, code] : column.codes) {
+    rows += code.rows;
+    beginsAnew = beginsAnew || (code.IsParted() && code.BeginsAnew());
+    returns = returns || code.returns;
+    if (code.IsParted()) ++parted;
+    if (code.IsParted() || code.rows == 1) continue;
+    ++whole;
+    ofWhole.insert(code.first);
+  }
+  if (rows < 2 * column.values.size()) return false;  // a place has more than one row
+  if (column.leftOfCode || beginsAnew) return true;   // what is larger stands in front of what is smaller
+  return !returns && parted == 1 && whole >= FewCodes && ofWhole.size() > 1;
+}
+
+void PartedCodes::Remark(Remarks& remarks) const {
+  for (const Column& column : columns_) {
+    const OfCode* example = nullptr;
+    const std::string* key = nullptr;
+    int parted = 0;
+    for (const auto& [code, rows] : column.codes) {
+      if (!rows.IsParted()) continue;
+      ++parted;
+      if (example == nullptr || rows.otherLine < example->otherLine) {
+        example = &rows;
+        key = &code;
+      }
+    }
+    if (example == nullptr || !IsLikePlaces(column)) continue;
+    const std::string& name = names_[column.number];
+    remarks.Say(fmt::format(
+        "\"{}\" has the \"{}\" {} in {} {}, and {} in {} {}{}: are these two broods? Then \"{}\" is a part of the code",
+        key->substr(key->find(' ') + 1), name, example->first, remarks.Place(), example->firstLine, example->other,
+        remarks.Place(), example->otherLine,
+        parted == 1 ? "" : fmt::format(" ({} more so)", Counted(parted - 1, "code")), name));
+  }
+}
+
+}  // namespace merlane
