@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "base/number_text.h"
+#include "base/text.h"
 #include "data/record_survey.h"
 
 namespace merlane {
@@ -32,11 +33,22 @@ void VisitComparison::Take(const DataLine& line, std::size_t b, std::size_t v) {
 void VisitComparison::CompareAge(const DataLine& line, std::size_t b, std::size_t v) {
   const double age = data_.VisitAge[v];
   const int day = data_.VisitDate[v], hatchDay = hatchDayOf_[v];
-  if (!TellsHatchDay(v) || day == Missing || age == Missing || line.IsBlank(record::Age)) return;
+  if (!TellsHatchDay(v) || day == Missing || line.IsBlank(record::Age)) return;
+  if (age == Missing) return CompareUnknownAge(line, b, v);
   if (std::abs(age - (day - hatchDay)) < 1) return;
   fields_.Note(Oddity::AgeOfDay, [&] {
     return fmt::format("line {}, code \"{}\": age {}, and {} on day {} with the hatch day {}", line.Number(),
                        Shown(data_.BroodCode[b]), Shortest(age), day - hatchDay, day, hatchDay);
+  });
+}
+
+/// An unknown age of eggs behind the hatch day. One of young is often that of whatever was there.
+void VisitComparison::CompareUnknownAge(const DataLine& line, std::size_t b, std::size_t v) {
+  const int day = data_.VisitDate[v], hatchDay = hatchDayOf_[v];
+  if (data_.VisitStage[v] != -1 || day <= hatchDay || !Trim(line.Text(record::Age)).ends_with('?')) return;
+  fields_.Note(Oddity::AgeOfDay, [&] {
+    return fmt::format("line {}, code \"{}\": eggs of unknown age, and {} on day {} with the hatch day {}",
+                       line.Number(), Shown(data_.BroodCode[b]), day - hatchDay, day, hatchDay);
   });
 }
 

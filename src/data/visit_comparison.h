@@ -24,6 +24,7 @@ class VisitComparison {
 
  private:
   void CompareAge(const DataLine& line, std::size_t brood, std::size_t visit);
+  void CompareUnknownAge(const DataLine& line, std::size_t brood, std::size_t visit);
   void CompareCovariates(const DataLine& line, std::size_t brood);
   void TestOrder(int brood, int number, std::size_t visit) const;
   void CompareDays(int brood, std::size_t visit) const;

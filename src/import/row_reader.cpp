@@ -220,9 +220,11 @@ std::optional<DayOfYear> RowReader::HatchOf(const RowFields& fields, int year, i
 std::string RowReader::AgeOf(const RowFields& fields, const VisitRecord& visit, bool hatchKnown) {
   const std::string& text = fields.Text(Role::Age);
   if (text == "?") remarks_.Count(visit.line, "the age \"?\" is an unknown one of young; of eggs it would be \"-?\"");
+  const int sinceHatch = visit.day - visit.hatchDay;
+  if (text == "-?" && hatchKnown && sinceHatch > 0)
+    remarks_.Count(visit.line, "the age \"-?\" is an unknown one of eggs, and by the hatch day the brood has hatched");
   if (IsMarkOfUnknown(text)) return text;
   const std::optional<double> age = text.empty() ? std::nullopt : fields.Number(Role::Age, columns_.Of(Role::Age)[0]);
-  const int sinceHatch = visit.day - visit.hatchDay;
   if (!age || *age == Missing) return hatchKnown ? AgeText(sinceHatch, visit.line, remarks_) : "";
   if (std::abs(*age) >= MostOfInt16) throw LeftOut{fmt::format("\"{}\" is no {}", text, NameOf(Role::Age))};
   if (MayStandForNoValue(std::abs(*age)))

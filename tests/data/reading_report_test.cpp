@@ -135,6 +135,16 @@ TEST(ReadingReport, AnAgeThatIsNotTheDaysSinceTheHatchDayIsTold) {
       << "a sign that is missing";
 }
 
+TEST(ReadingReport, EggsOfUnknownAgeBehindTheHatchDayAreTold) {
+  EXPECT_EQ(Odd(Record("1995", "A", "160", "165", "-?", "5") + Record("1995", "A", "170", "165", "-?", "4")),
+            "1 age is not the days since the hatch day beside it (the age counts):\r\n"
+            "  line 3, code \"       A\": eggs of unknown age, and 5 on day 170 with the hatch day 165\r\n");
+  EXPECT_EQ(Odd(Record("1995", "A", "165", "165", "-?", "5") + Record("1995", "A", "170", "0", "-?", "4")),
+            "1 hatch day is not that of the brood's visit before (the last one of a brood counts):\r\n"
+            "  line 3, code \"       A\": hatch day 0 behind 165 of line 2\r\n")
+      << "on the hatch day itself, and where none is told";
+}
+
 TEST(ReadingReport, HatchDaysOfOneBroodThatDifferAreTold) {
   EXPECT_EQ(Odd(Record(1995, "C2", 171, 162, 9, 4) + Record(1995, "C2", 175, 165, 10, 4)),
             "1 hatch day is not that of the brood's visit before (the last one of a brood counts):\r\n"

@@ -91,6 +91,8 @@ rows("h_ducklings_seen.csv", "Nest,Date,Hatch date,Eggs,Ducklings seen", "A1,202
      "A1,2023-06-03,2023-06-02,0,4 of 4", "B1,2023-05-20,2023-06-06,5,none", "B1,2023-06-07,2023-06-06,0,5")
 rows("h_behind_fledging.csv", "Nest,Date,Stage,Number", "A1,2023-05-20,incubation,4", "A1,2023-06-07,brood,3",
      "A1,2023-06-12,post-fledging,3", "A1,2023-06-15,in the trees,3")
+rows("h_eggs_of_unknown_age.csv", "Nest,Date,Hatch date,Age,Count", "A1,2023-05-20,2023-06-01,-?,4",
+     "A1,2023-06-05,2023-06-01,-?,3")
 
 # More dates.
 rows("h_six_digits.csv", "Nest,Date,Hatch date,Eggs", "A1,052023,060123,4", "A1,052723,060123,4")
