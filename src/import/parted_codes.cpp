@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "import/fate_words.h"
 #include "import/heading_words.h"
 
 namespace merlane {
@@ -25,31 +24,33 @@ bool SpeaksOfVisit(std::string_view heading) {
 
 }  // namespace
 
-PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::string>& names)
-    : names_(names), decimal_(choices.decimal) {
+PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::string>& names) : names_(names) {
   const auto code = std::ranges::find(choices.roles, Role::Code) - choices.roles.begin();
   for (std::size_t c = 0; c < choices.roles.size(); ++c) {
     const bool isUnknown = choices.roles[c] == Role::Unused && !HeadingLetters(names[c]).empty() &&
                            MeaningsOf(names[c]).empty() && !SpeaksOfVisit(names[c]);
-    if (isUnknown && choices.heading)
-      columns_.push_back({c, static_cast<std::ptrdiff_t>(c) < code, {}, {}, nullptr, {}});
+    if (!isUnknown || !choices.heading) continue;
+    columns_.emplace_back().number = c;
+    columns_.back().leftOfCode = static_cast<std::ptrdiff_t>(c) < code;
   }
 }
 
 void PartedCodes::Look(const RowFields& fields, const VisitRecord& visit) {
-  constexpr std::size_t MostPlaces = 50;
+  constexpr std::size_t MostPlaces = 1000;
   if (columns_.empty()) return;
   const std::string key = fmt::format("{} {}", visit.year, visit.code);
   const auto isNoPlace = [&](Column& column) {
     const std::string& value = fields.At(column.number);
-    if (IsMissing(value) || NumberIn(value, decimal_) || AnswerIn(value)) return true;
-    if (column.values.insert(value).second && column.values.size() > MostPlaces) return true;
+    ++column.rows;
+    if (IsMissing(value)) return false;
+    ++column.filled;
+    column.values.insert(value);
     if (column.last == nullptr || column.lastKey != key) {
       column.last = &column.codes[key];
       column.lastKey = key;
     }
     column.last->Take(value, visit);
-    return false;
+    return column.values.size() > MostPlaces;
   };
   std::erase_if(columns_, isNoPlace);
 }
@@ -75,11 +76,10 @@ void PartedCodes::OfCode::Take(const std::string& value, const VisitRecord& visi
 
 bool PartedCodes::IsLikePlaces(const Column& column) {
   constexpr std::size_t FewCodes = 3;
-  std::size_t rows = 0, parted = 0, whole = 0;
+  std::size_t parted = 0, whole = 0;
   std::set<std::string> ofWhole;
   bool beginsAnew = false, returns = false;
   for (const auto& [key, code] : column.codes) {
-    rows += code.rows;
     beginsAnew = beginsAnew || (code.IsParted() && code.BeginsAnew());
     returns = returns || code.returns;
     if (code.IsParted()) ++parted;
@@ -87,8 +87,9 @@ bool PartedCodes::IsLikePlaces(const Column& column) {
     ++whole;
     ofWhole.insert(code.first);
   }
-  if (rows < 2 * column.values.size()) return false;  // a place has more than one row
-  if (column.leftOfCode || beginsAnew) return true;   // what is larger stands in front of what is smaller
+  // A place has more than one row, and nearly every row has one.
+  if (2 * column.filled < 3 * column.values.size() || 5 * column.filled < 4 * column.rows) return false;
+  if (column.leftOfCode || beginsAnew) return true;  // what is larger stands in front of what is smaller
   return !returns && parted == 1 && whole >= FewCodes && ofWhole.size() > 1;
 }
 

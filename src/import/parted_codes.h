@@ -41,6 +41,7 @@ class PartedCodes {
   struct Column {
     std::size_t number = 0;
     bool leftOfCode = false;
+    std::size_t rows = 0, filled = 0;  // all, and those with a value
     std::set<std::string> values;
     std::unordered_map<std::string, OfCode> codes;  // by year and code
     OfCode* last = nullptr;
@@ -50,7 +51,6 @@ class PartedCodes {
   static bool IsLikePlaces(const Column& column);
 
   const std::vector<std::string>& names_;
-  const char decimal_;
   std::vector<Column> columns_;
 };
 
