@@ -12,12 +12,12 @@ namespace {
 /// Whether a heading speaks of a visit: who was there, what the weather was, what else was seen.
 bool SpeaksOfVisit(std::string_view heading) {
   static const std::vector<std::string_view> beginnings{
-      "obs",      "recorder", "surveyor", "initial", "who",     "by",      "person",  "beobacht", "wer",     "kartier",
-      "waarnem",  "autor",    "note",     "notiz",   "remark",  "comment", "komment", "bemerk",   "anmerk",  "opmerk",
-      "coment",   "nota",     "weather",  "wetter",  "weer",    "meteo",   "tiempo",  "vader",    "vaer",    "wind",
-      "cloud",    "rain",     "adult",    "parent",  "behav",   "activ",   "verhalt", "method",   "methode", "content",
-      "inhalt",   "flag",     "check",    "photo",   "foto",    "start",   "end",     "team",     "name",    "huomau",
-      "havainno", "uwagi",    "pogoda",   "kuvaus",  "creator", "editor",  "uuid",    "guid",     "globalid"};
+      "obs",     "recorder", "surveyor", "initial", "who",    "by",      "person",  "beobacht", "wer",      "kartier",
+      "waarnem", "autor",    "note",     "notiz",   "remark", "comment", "komment", "bemerk",   "anmerk",   "opmerk",
+      "coment",  "nota",     "weather",  "wetter",  "weer",   "meteo",   "tiempo",  "vader",    "vaer",     "wind",
+      "cloud",   "rain",     "adult",    "parent",  "behav",  "activ",   "verhalt", "method",   "methode",  "flag",
+      "check",   "photo",    "foto",     "start",   "end",    "team",    "name",    "huomau",   "havainno", "uwagi",
+      "pogoda",  "kuvaus",   "creator",  "editor",  "uuid",   "guid",    "globalid"};
   const std::string letters = HeadingLetters(heading);
   return std::ranges::any_of(beginnings, [&](std::string_view beginning) { return letters.starts_with(beginning); });
 }
@@ -40,11 +40,15 @@ void PartedCodes::Look(const RowFields& fields, const VisitRecord& visit) {
   if (columns_.empty()) return;
   const std::string key = fmt::format("{} {}", visit.year, visit.code);
   const auto isNoPlace = [&](Column& column) {
-    const std::string& value = fields.At(column.number);
     ++column.rows;
+    const std::string& written = fields.At(column.number);
+    if (!IsMissing(written)) {
+      ++column.filled;
+      column.values.insert(column.value = written);
+    }
+    // Where it stands once for many rows, as in merged cells, it is that of the rows below, too.
+    const std::string& value = column.leftOfCode ? column.value : written;
     if (IsMissing(value)) return false;
-    ++column.filled;
-    column.values.insert(value);
     if (column.last == nullptr || column.lastKey != key) {
       column.last = &column.codes[key];
       column.lastKey = key;
@@ -87,8 +91,9 @@ bool PartedCodes::IsLikePlaces(const Column& column) {
     ++whole;
     ofWhole.insert(code.first);
   }
-  // A place has more than one row, and nearly every row has one.
-  if (2 * column.filled < 3 * column.values.size() || 5 * column.filled < 4 * column.rows) return false;
+  // A place has more than one row, and nearly every row has one, or each stands once.
+  const bool standsOnce = column.leftOfCode && column.filled == column.values.size() && !returns;
+  if (2 * column.rows < 3 * column.values.size() || (5 * column.filled < 4 * column.rows && !standsOnce)) return false;
   if (column.leftOfCode || beginsAnew) return true;  // what is larger stands in front of what is smaller
   return !returns && parted == 1 && whole >= FewCodes && ofWhole.size() > 1;
 }

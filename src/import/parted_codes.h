@@ -42,6 +42,7 @@ class PartedCodes {
     std::size_t number = 0;
     bool leftOfCode = false;
     std::size_t rows = 0, filled = 0;  // all, and those with a value
+    std::string value;                 // the last one that was written
     std::set<std::string> values;
     std::unordered_map<std::string, OfCode> codes;  // by year and code
     OfCode* last = nullptr;

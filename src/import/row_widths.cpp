@@ -47,15 +47,17 @@ void RowWidths::LookAtWider(const TextRow& row) {
   if (wider_++ == 0) firstWider_ = row.line;
   widerAreAlike_ = widerAreAlike_ && (wider_ == 1 || row.fields.size() == widest_);
   widest_ = std::max(widest_, row.fields.size());
-  endWithNumbers_ = endWithNumbers_ && headingFields_ > 1 && AreDigits(row.fields[headingFields_ - 1]) &&
-                    AreDigits(row.fields[headingFields_ - 2]);
+  if (wider_ == 1) areDigits_.assign(headingFields_, true);
+  for (std::size_t c = 0; c < headingFields_; ++c) areDigits_[c] = areDigits_[c] && AreDigits(row.fields[c]);
 }
 
 bool RowWidths::MayBeShifted() const {
-  if (choices_.delimiter != Delimiter::Comma || !endWithNumbers_ || headingFields_ > choices_.roles.size())
-    return false;
-  const Role last = choices_.roles[headingFields_ - 1];
-  return last == Role::Covariate || last == Role::Unused;
+  if (choices_.delimiter != Delimiter::Comma) return false;
+  for (std::size_t c = 1; c < std::min(headingFields_, choices_.roles.size()); ++c) {
+    const bool mayBePart = choices_.roles[c] == Role::Covariate || choices_.roles[c] == Role::Unused;
+    if (areDigits_[c - 1] && areDigits_[c] && mayBePart) return true;
+  }
+  return false;
 }
 
 void RowWidths::Remark() const {

@@ -24,7 +24,7 @@ class RowWidths {
  private:
   /// Looks at a row that has more fields than the heading, all those empty.
   void LookAtWider(const TextRow& row);
-  /// Whether the last column of the heading may hold the digits behind a decimal comma, all rows being wider by one.
+  /// Whether a column that nobody knows may hold the digits behind a decimal comma, all rows being wider.
   bool MayBeShifted() const;
   std::string TooNarrowOrWide(std::size_t fields) const;
 
@@ -34,9 +34,9 @@ class RowWidths {
   Remarks& remarks_;
   std::vector<std::size_t> nameless_;  // columns that are not used and have no heading, but for the first
   int rows_ = 0, wider_ = 0, firstWider_ = 0;
-  std::size_t widest_ = 0;      // of the wider rows
-  bool widerAreAlike_ = true;   // they have as many fields each
-  bool endWithNumbers_ = true;  // the last two fields under the heading are whole numbers in each of them
+  std::size_t widest_ = 0;       // of the wider rows
+  bool widerAreAlike_ = true;    // they have as many fields each
+  std::vector<bool> areDigits_;  // whether they hold whole numbers alone, by column of the heading
 };
 
 }  // namespace merlane

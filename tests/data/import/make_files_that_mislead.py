@@ -24,6 +24,8 @@ rows("h_decimal_commas_in_some_rows.csv", "Nest,Date,Hatch date,Eggs,Cover,Notes
      "C1,2023-05-21,2023-06-03,5,1,", "C1,2023-05-28,2023-06-03,5,1,")
 rows("h_decimal_commas_in_ages.csv", "Nest,Date,Young,Age,Obs", "A1,2023-06-20,4,3,5,", "A1,2023-06-22,4,5,5,",
      "B1,2023-06-20,4,2,5,", "B1,2023-06-22,4,4,5,")
+rows("h_decimal_commas_before_observers.csv", "Nest,Date,Hatch date,Eggs,Cover,Observer,Notes",
+     "A1,2023-05-20,2023-06-01,4,0,65,KB,", "A1,2023-05-27,2023-06-01,4,0,60,JS,")
 rows("h_comma_in_a_note.csv", "Nest,Date,Notes,Eggs,Young,Observer", "A1,2023-05-20,found,8,,KB",
      "A1,2023-05-27,warm, 3,4,,", "A1,2023-06-03,ok,4,,KB")
 rows("h_semicolon_in_a_note.csv", "Nest;Datum;Bemerkung;Eier;Junge;Wer", "A1;20.05.2023;gefunden;8;;KB",
@@ -58,6 +60,8 @@ rows("h_two_farms_behind_nests.csv", "Nest,Date,Hatch date,Eggs,Hof", "1,2023-05
 rows("h_one_code_of_two_farms.csv", "Nest,Date,Hatch date,Eggs,Hof",
      *[f"{n},2023-05-{d},2023-06-05,4,{hof}" for n, hof in ((1, "A"), (2, "A"), (3, "B"), (4, "B")) for d in (20, 27)],
      "5,2023-05-20,2023-06-05,4,A", "5,2023-05-27,2023-06-05,4,B")
+rows("h_farms_in_merged_cells.csv", "Farm,Nest,Date,Hatch date,Eggs", "North,1,2023-05-20,2023-06-05,4",
+     ",2,2023-05-20,2023-06-05,4", "South,1,2023-05-23,2023-06-05,4", ",2,2023-05-23,2023-06-05,3")
 OBSERVED = (("A1", 20, "KB", "sunny"), ("A1", 27, "JS", "rain"), ("B1", 20, "KB", "sunny"), ("B1", 27, "KB", "rain"),
             ("C1", 20, "JS", "rain"), ("C1", 27, "KB", "sunny"))
 rows("h_observers.csv", "Date,Observer,Nest,Hatch date,Eggs,Sky",
@@ -87,6 +91,7 @@ rows("h_none_at_first.csv", "Nest,Date,Hatch date,Brood size,Clutch size", "A1,2
      "A1,2023-06-04,2023-06-01,0,4", "B1,2023-06-03,2023-06-01,3,5", "B1,2023-06-04,2023-06-01,3,5")
 rows("h_status_in_letters.csv", "Nest,Date,Age,Status,Count", "A1,2023-05-20,5,E,4", "A1,2023-05-27,12,E,4",
      "A1,2023-06-10,26,C,3")
+rows("h_contents.csv", "Nest,Date,Age,Contents,Count", "A1,2023-05-20,5,eggs,4", "A1,2023-05-27,12,eggs,3")
 rows("h_ducklings_seen.csv", "Nest,Date,Hatch date,Eggs,Ducklings seen", "A1,2023-05-20,2023-06-02,4,none",
      "A1,2023-06-03,2023-06-02,0,4 of 4", "B1,2023-05-20,2023-06-06,5,none", "B1,2023-06-07,2023-06-06,0,5")
 rows("h_behind_fledging.csv", "Nest,Date,Stage,Number", "A1,2023-05-20,incubation,4", "A1,2023-06-07,brood,3",
