@@ -12,21 +12,27 @@ namespace {
 /// Whether a heading speaks of a visit: who was there, what the weather was, what else was seen.
 bool SpeaksOfVisit(std::string_view heading) {
   static const std::vector<std::string_view> beginnings{
-      "obs",     "recorder", "surveyor", "initial", "who",    "by",      "person",  "beobacht", "wer",      "kartier",
-      "waarnem", "autor",    "note",     "notiz",   "remark", "comment", "komment", "bemerk",   "anmerk",   "opmerk",
-      "coment",  "nota",     "weather",  "wetter",  "weer",   "meteo",   "tiempo",  "vader",    "vaer",     "wind",
-      "cloud",   "rain",     "adult",    "parent",  "behav",  "activ",   "verhalt", "method",   "methode",  "flag",
-      "check",   "photo",    "foto",     "start",   "end",    "team",    "name",    "huomau",   "havainno", "uwagi",
-      "pogoda",  "kuvaus",   "creator",  "editor",  "uuid",   "guid",    "globalid"};
+      "round",  "session",   "trip",     "crew",   "week",    "woche",    "semaine",  "semana",   "period",
+      "runde",  "durchgang", "ronde",    "obs",    "observ",  "recorder", "surveyor", "initial",  "who",
+      "by",     "person",    "beobacht", "wer",    "kartier", "waarnem",  "autor",    "note",     "notiz",
+      "remark", "comment",   "komment",  "bemerk", "anmerk",  "opmerk",   "coment",   "nota",     "weather",
+      "wetter", "weer",      "meteo",    "tiempo", "vader",   "vaer",     "wind",     "cloud",    "rain",
+      "adult",  "parent",    "behav",    "activ",  "verhalt", "method",   "methode",  "flag",     "check",
+      "photo",  "foto",      "start",    "end",    "team",    "name",     "huomau",   "havainno", "uwagi",
+      "pogoda", "kuvaus",    "creator",  "editor", "uuid",    "guid",     "globalid"};
   const std::string letters = HeadingLetters(heading);
-  return std::ranges::any_of(beginnings, [&](std::string_view beginning) { return letters.starts_with(beginning); });
+  constexpr std::size_t WholeWord = 3;  // letters of what is too short for a beginning
+  return std::ranges::any_of(beginnings, [&](std::string_view beginning) {
+    return beginning.size() > WholeWord ? letters.starts_with(beginning) : letters == beginning;
+  });
 }
 
 }  // namespace
 
 PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::string>& names) : names_(names) {
+  constexpr std::size_t MostColumns = 12;  // which take room for each code
   const auto code = std::ranges::find(choices.roles, Role::Code) - choices.roles.begin();
-  for (std::size_t c = 0; c < choices.roles.size(); ++c) {
+  for (std::size_t c = 0; c < choices.roles.size() && columns_.size() < MostColumns; ++c) {
     const bool isUnknown = choices.roles[c] == Role::Unused && !HeadingLetters(names[c]).empty() &&
                            MeaningsOf(names[c]).empty() && !SpeaksOfVisit(names[c]);
     if (!isUnknown || !choices.heading) continue;
@@ -36,30 +42,28 @@ PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::st
 }
 
 void PartedCodes::Look(const RowFields& fields, const VisitRecord& visit) {
-  constexpr std::size_t MostPlaces = 1000;
   if (columns_.empty()) return;
-  const std::string key = fmt::format("{} {}", visit.year, visit.code);
-  const auto isNoPlace = [&](Column& column) {
-    ++column.rows;
-    const std::string& written = fields.At(column.number);
-    if (!IsMissing(written)) {
-      ++column.filled;
-      column.values.insert(column.value = written);
-    }
-    // Where it stands once for many rows, as in merged cells, it is that of the rows below, too.
-    const std::string& value = column.leftOfCode ? column.value : written;
-    if (IsMissing(value)) return false;
-    if (column.last == nullptr || column.lastKey != key) {
-      column.last = &column.codes[key];
-      column.lastKey = key;
-    }
-    column.last->Take(value, visit);
-    return column.values.size() > MostPlaces;
-  };
-  std::erase_if(columns_, isNoPlace);
+  const std::size_t code =
+      codes_.try_emplace(fmt::format("{} {}", visit.year, visit.code), codes_.size()).first->second;
+  std::erase_if(columns_, [&](Column& column) { return !Take(column, fields.At(column.number), code, visit); });
 }
 
-void PartedCodes::OfCode::Take(const std::string& value, const VisitRecord& visit) {
+bool PartedCodes::Take(Column& column, const std::string& written, std::size_t code, const VisitRecord& visit) {
+  constexpr std::size_t MostPlaces = 1000;
+  ++column.rows;
+  const bool isFilled = !IsMissing(written);
+  if (isFilled) {
+    ++column.filled;
+    column.value = column.values.try_emplace(written, static_cast<int>(column.values.size()) + 1).first->second;
+  }
+  // Where it stands once for many rows, as in merged cells, it is that of the rows below, too.
+  if (column.value == 0 || (!isFilled && !column.leftOfCode)) return true;
+  if (column.codes.size() <= code) column.codes.resize(code + 1);
+  column.codes[code].Take(column.value, visit);
+  return column.values.size() <= MostPlaces;
+}
+
+void PartedCodes::OfCode::Take(int value, const VisitRecord& visit) {
   if (rows++ == 0) {
     first = value;
     firstLine = visit.line;
@@ -69,7 +73,7 @@ void PartedCodes::OfCode::Take(const std::string& value, const VisitRecord& visi
     returns = returns || value == first || value == other;
     sameDay = sameDay || visit.day == lastDay;
     fallsBetween = fallsBetween || visit.day < lastDay;
-    if (other.empty()) {
+    if (other == 0) {
       other = value;
       otherLine = visit.line;
     }
@@ -79,44 +83,49 @@ void PartedCodes::OfCode::Take(const std::string& value, const VisitRecord& visi
 }
 
 bool PartedCodes::IsLikePlaces(const Column& column) {
-  constexpr std::size_t FewCodes = 3;
-  std::size_t parted = 0, whole = 0;
-  std::set<std::string> ofWhole;
-  bool beginsAnew = false, returns = false;
-  for (const auto& [key, code] : column.codes) {
+  constexpr int FewCodes = 3;
+  int parted = 0, whole = 0, ofFirstWhole = 0;
+  bool beginsAnew = false, returns = false, wholeDiffer = false;
+  for (const OfCode& code : column.codes) {
     beginsAnew = beginsAnew || (code.IsParted() && code.BeginsAnew());
     returns = returns || code.returns;
     if (code.IsParted()) ++parted;
-    if (code.IsParted() || code.rows == 1) continue;
-    ++whole;
-    ofWhole.insert(code.first);
+    if (code.IsParted() || code.rows < 2) continue;
+    if (whole++ == 0) ofFirstWhole = code.first;
+    wholeDiffer = wholeDiffer || code.first != ofFirstWhole;
   }
   // A place has more than one row, and nearly every row has one, or each stands once.
-  const bool standsOnce = column.leftOfCode && column.filled == column.values.size() && !returns;
-  if (2 * column.rows < 3 * column.values.size() || (5 * column.filled < 4 * column.rows && !standsOnce)) return false;
+  const int values = static_cast<int>(column.values.size());
+  const bool standsOnce = column.leftOfCode && column.filled == values && !returns;
+  if (2 * column.rows < 3 * values || (5 * column.filled < 4 * column.rows && !standsOnce)) return false;
   if (column.leftOfCode || beginsAnew) return true;  // what is larger stands in front of what is smaller
-  return !returns && parted == 1 && whole >= FewCodes && ofWhole.size() > 1;
+  return !returns && parted == 1 && whole >= FewCodes && wholeDiffer;
+}
+
+const std::string& PartedCodes::Column::Name(int valueNumber) const {
+  return std::ranges::find(values, valueNumber, [](const auto& each) { return each.second; })->first;
+}
+
+std::string PartedCodes::CodeOf(std::size_t number) const {
+  const std::string& key = std::ranges::find(codes_, number, [](const auto& each) { return each.second; })->first;
+  return key.substr(key.find(' ') + 1);
 }
 
 void PartedCodes::Remark(Remarks& remarks) const {
   for (const Column& column : columns_) {
     const OfCode* example = nullptr;
-    const std::string* key = nullptr;
     int parted = 0;
-    for (const auto& [code, rows] : column.codes) {
-      if (!rows.IsParted()) continue;
+    for (const OfCode& code : column.codes) {
+      if (!code.IsParted()) continue;
       ++parted;
-      if (example == nullptr || rows.otherLine < example->otherLine) {
-        example = &rows;
-        key = &code;
-      }
+      if (example == nullptr || code.otherLine < example->otherLine) example = &code;
     }
     if (example == nullptr || !IsLikePlaces(column)) continue;
     const std::string& name = names_[column.number];
     remarks.Say(fmt::format(
         "\"{}\" has the \"{}\" {} in {} {}, and {} in {} {}{}: are these two broods? Then \"{}\" is a part of the code",
-        key->substr(key->find(' ') + 1), name, example->first, remarks.Place(), example->firstLine, example->other,
-        remarks.Place(), example->otherLine,
+        CodeOf(static_cast<std::size_t>(example - column.codes.data())), name, column.Name(example->first),
+        remarks.Place(), example->firstLine, column.Name(example->other), remarks.Place(), example->otherLine,
         parted == 1 ? "" : fmt::format(" ({} more so)", Counted(parted - 1, "code")), name));
   }
 }
