@@ -208,9 +208,10 @@ bool IsMissing(std::string_view field) {
 
 bool StandsForTheOneAbove(std::string_view field) {
   static const std::set<std::string, std::less<>> marks{
-      "\"",   "\"\"",  "''",     ",,",    "\u3003", "\u201C",  "\u201D",      "\u201E",  "\u00BB",    "-\"-",  "-''-",
-      "idem", "id.",   "ditto",  "dito",  "do.",    "dto.",    "dtto",        "same",    "dgl.",      "dsgl.", "s.o.",
-      "jw.",  "ibid.", "ibidem", "samma", "sama",   "asabove", "sameasabove", "wieoben", "comoarriba"};
+      "\"",      "\"\"",        "''",      ",,",         "\u3003", "\u201C", "\u201D", "\u201E", "\u00BB",
+      "-\"-",    "-''-",        "idem",    "id.",        "ditto",  "dito",   "do.",    "dto.",   "dtto",
+      "same",    "dgl.",        "dsgl.",   "s.o.",       "jw.",    "ibid.",  "ibidem", "samma",  "sama",
+      "asabove", "sameasabove", "wieoben", "comoarriba", "\u2193", "\u2191", "|",      "..."};
   const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;  // as most codes have
   return !hasDigit && marks.contains(Alike(field));
 }

@@ -295,6 +295,14 @@ bool NamesYoung(std::string_view heading) {
   return std::ranges::any_of(words, isOf(Young)) && std::ranges::none_of(words, isOf(Lost));
 }
 
+bool NamesRemarks(std::string_view heading) {
+  static const std::vector<std::string_view> beginnings{"note",   "notiz",       "remark",  "comment", "komment",
+                                                        "bemerk", "anmerk",      "opmerk",  "coment",  "huomau",
+                                                        "uwagi",  "observacion", "merknad", "bemaerk", "anmark"};
+  const std::string letters = HeadingLetters(heading);
+  return std::ranges::any_of(beginnings, [&](std::string_view beginning) { return letters.starts_with(beginning); });
+}
+
 bool IsOfNumberedVisit(std::string_view heading) {
   std::string unnumbered(heading);
   if (std::erase_if(unnumbered, [](char c) { return c >= '0' && c <= '9'; }) == 0) return false;

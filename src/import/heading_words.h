@@ -32,6 +32,9 @@ std::vector<Meaning> MeaningsOf(std::string_view heading);
 /// Whether a word of a heading is one for young, as of "Ducklings seen", and none for dead ones.
 bool NamesYoung(std::string_view heading);
 
+/// Whether a heading is that of remarks, where words stand.
+bool NamesRemarks(std::string_view heading);
+
 /// Whether a heading with a number, such as "Eggs 2" or "Date.1", would be that of a visit without it: a row holds
 /// several visits then.
 bool IsOfNumberedVisit(std::string_view heading);

@@ -9,17 +9,15 @@
 namespace merlane {
 namespace {
 
-/// Whether a heading speaks of a visit: who was there, what the weather was, what else was seen.
+/// Whether a heading speaks of a visit: who was there, what the weather was.
 bool SpeaksOfVisit(std::string_view heading) {
   static const std::vector<std::string_view> beginnings{
-      "round",  "session",   "trip",     "crew",   "week",    "woche",    "semaine",  "semana",   "period",
-      "runde",  "durchgang", "ronde",    "obs",    "observ",  "recorder", "surveyor", "initial",  "who",
-      "by",     "person",    "beobacht", "wer",    "kartier", "waarnem",  "autor",    "note",     "notiz",
-      "remark", "comment",   "komment",  "bemerk", "anmerk",  "opmerk",   "coment",   "nota",     "weather",
-      "wetter", "weer",      "meteo",    "tiempo", "vader",   "vaer",     "wind",     "cloud",    "rain",
-      "adult",  "parent",    "behav",    "activ",  "verhalt", "method",   "methode",  "flag",     "check",
-      "photo",  "foto",      "start",    "end",    "team",    "name",     "huomau",   "havainno", "uwagi",
-      "pogoda", "kuvaus",    "creator",  "editor", "uuid",    "guid",     "globalid"};
+      "round",     "session",  "trip",    "crew",    "week",     "woche",    "semaine", "semana", "period",  "runde",
+      "durchgang", "ronde",    "obs",     "observ",  "recorder", "surveyor", "initial", "who",    "by",      "person",
+      "beobacht",  "wer",      "kartier", "waarnem", "autor",    "nota",     "weather", "wetter", "weer",    "meteo",
+      "tiempo",    "vader",    "vaer",    "wind",    "cloud",    "rain",     "adult",   "parent", "behav",   "activ",
+      "verhalt",   "method",   "methode", "flag",    "check",    "photo",    "foto",    "start",  "end",     "team",
+      "name",      "havainno", "pogoda",  "kuvaus",  "creator",  "editor",   "uuid",    "guid",   "globalid"};
   const std::string letters = HeadingLetters(heading);
   constexpr std::size_t WholeWord = 3;  // letters of what is too short for a beginning
   return std::ranges::any_of(beginnings, [&](std::string_view beginning) {
@@ -34,7 +32,7 @@ PartedCodes::PartedCodes(const ImportChoices& choices, const std::vector<std::st
   const auto code = std::ranges::find(choices.roles, Role::Code) - choices.roles.begin();
   for (std::size_t c = 0; c < choices.roles.size() && columns_.size() < MostColumns; ++c) {
     const bool isUnknown = choices.roles[c] == Role::Unused && !HeadingLetters(names[c]).empty() &&
-                           MeaningsOf(names[c]).empty() && !SpeaksOfVisit(names[c]);
+                           MeaningsOf(names[c]).empty() && !NamesRemarks(names[c]) && !SpeaksOfVisit(names[c]);
     if (!isUnknown || !choices.heading) continue;
     columns_.emplace_back().number = c;
     columns_.back().leftOfCode = static_cast<std::ptrdiff_t>(c) < code;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "import/heading_words.h"
 #include "import/row_fields.h"
 
 namespace merlane {
@@ -60,11 +61,22 @@ bool RowWidths::MayBeShifted() const {
   return false;
 }
 
+void RowWidths::RemarkNumbersAsWords() const {
+  if (choices_.delimiter != Delimiter::Comma || !choices_.sheet.empty()) return;
+  for (std::size_t c = 0; c < choices_.roles.size(); ++c)
+    if (choices_.roles[c] == Role::Covariate && NamesRemarks(names_[c]))
+      remarks_.Say(
+          fmt::format("\"{}\" holds numbers: where a comma stands within a field before, as in 0,65, they are "
+                      "those behind it",
+                      names_[c]));
+}
+
 void RowWidths::Remark() const {
+  RemarkNumbersAsWords();
   if (wider_ == 0) return;
   // Where every row ends with a delimiter, as some programs write them, no field is one too many.
   const bool allAreAlike = wider_ == rows_ && widerAreAlike_;
-  if (allAreAlike && !MayBeShifted()) return;
+  if (allAreAlike && !MayBeShifted()) return remarks_.Mean("each row ends with a delimiter that the heading has not");
   remarks_.Say(fmt::format(
       "{} more fields than the heading, an empty one at the end, the first in line {}: where {} "
       "stands within a field, all behind it is one column too far to the right",

@@ -24,6 +24,8 @@ class RowWidths {
  private:
   /// Looks at a row that has more fields than the heading, all those empty.
   void LookAtWider(const TextRow& row);
+  /// Numbers in a column of remarks, into which they were shifted.
+  void RemarkNumbersAsWords() const;
   /// Whether a column that nobody knows may hold the digits behind a decimal comma, all rows being wider.
   bool MayBeShifted() const;
   std::string TooNarrowOrWide(std::size_t fields) const;

@@ -76,7 +76,9 @@ bool StrayRows::IsSum(const TextRow& row) const {
   const std::string& code = row.fields[static_cast<std::size_t>(code_)];
   if (code.find(' ') == std::string::npos) return IsWordOfSums(code);
   // As spreadsheets name the sum of a group: "A1 Total", "Total A1".
-  return IsWordOfSums(code) || IsWordOfSums(code.substr(0, code.find(' '))) ||
+  static const std::set<std::string, std::less<>> inFront{"total", "totale",  "totaal", "subtotal", "somme",  "suma",
+                                                          "summe", "moyenne", "media",  "promedio", "gesamt", "grand"};
+  return IsWordOfSums(code) || inFront.contains(Alike(code.substr(0, code.find(' ')))) ||
          IsWordOfSums(code.substr(code.rfind(' ') + 1)) || code.starts_with("n =");
 }
 

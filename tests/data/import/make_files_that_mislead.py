@@ -26,6 +26,9 @@ rows("h_decimal_commas_in_ages.csv", "Nest,Date,Young,Age,Obs", "A1,2023-06-20,4
      "B1,2023-06-20,4,2,5,", "B1,2023-06-22,4,4,5,")
 rows("h_decimal_commas_before_observers.csv", "Nest,Date,Hatch date,Eggs,Cover,Observer,Notes",
      "A1,2023-05-20,2023-06-01,4,0,65,KB,", "A1,2023-05-27,2023-06-01,4,0,60,JS,")
+rows("h_decimal_commas_without_notes.csv", "Nest,Date,Hatch date,Eggs,Cover,Notes",
+     "A1,2023-05-20,2023-06-01,4,0,65", "A1,2023-05-27,2023-06-01,4,0,65", "B1,2023-05-21,2023-06-03,5,0,40",
+     "B1,2023-05-28,2023-06-03,5,0,40")
 rows("h_comma_in_a_note.csv", "Nest,Date,Notes,Eggs,Young,Observer", "A1,2023-05-20,found,8,,KB",
      "A1,2023-05-27,warm, 3,4,,", "A1,2023-06-03,ok,4,,KB")
 rows("h_semicolon_in_a_note.csv", "Nest;Datum;Bemerkung;Eier;Junge;Wer", "A1;20.05.2023;gefunden;8;;KB",
@@ -69,7 +72,7 @@ rows("h_observers.csv", "Date,Observer,Nest,Hatch date,Eggs,Sky",
 
 # What stands for the code above.
 rows("h_ditto_marks.csv", "Nest,Date,Eggs", "A1,2023-05-20,4", '"""",2023-05-27,4', "B1,2023-05-21,4",
-     "\u3003,2023-05-28,3")
+     "\u3003,2023-05-28,3", "\u2193,2023-05-29,3")
 rows("h_idem.csv", "Colony,Nest,Date,Eggs", "X,A1,2023-05-20,4", "X,idem,2023-05-27,4", "X,B1,2023-05-21,4",
      "X,do.,2023-05-28,3")
 
