@@ -25,6 +25,7 @@ PAGE = SOURCE / "src/web/page"
 SCRIPTS = ["elements.js", "deeds.js", "grid.js", "drawings.js", "controls.js", "menus.js", "windows.js", "files.js", "questions.js", "start.js"]
 EXAMPLES = ["first_fit.dat"]  # a first fit needs no file of one's own
 MOST_BYTES = 1_200_000
+SCRIPT_BYTES = 1 << 15  # of what is packed, in a script of the page
 
 
 def version():
@@ -70,23 +71,18 @@ def quoted(bytes_):
     return b'"' + bytes_ + b'"'
 
 
+def in_scripts(bytes_):
+    """Each of them short, since a browser gathers the whole text of a script before it runs it, and keeps that for long."""
+    return b"".join(b"<script>takePacked(" + quoted(bytes_[begin:begin + SCRIPT_BYTES]) + b")</script>\n"
+                    for begin in range(0, len(bytes_), SCRIPT_BYTES))
+
+
 def one_file(way, glue, module):
-    scripts = page_script().encode() + b"\0" + glue
-    start = b"\n".join([
-        b"let packedScripts = " + quoted(packed(scripts)) + b";",
-        b"let packedModule = " + quoted(packed(module)) + b";",
-        f"""const [pageScript, glue] = new TextDecoder().decode(unpacked(bytesOf(packedScripts), {len(scripts)})).split("\\0");
-document.body.append(Object.assign(document.createElement("script"), {{ textContent: pageScript }}));
-packedScripts = null; // what has been unpacked is not kept
-start({{ ways: ["{way}"], glue: () => glue, module() {{
-  const module = unpacked(bytesOf(packedModule), {len(module)});
-  packedModule = null;
-  return module;
-}} }});
-""".encode()])
+    pieces = [page_script().encode(), glue, module]
+    start = f"""unpackPage({[len(piece) for piece in pieces]}, (glue, module) => start({{ ways: ["{way}"], glue, module }}));"""
     head, end = filled("windows-1252", "", (PAGE / "page.css").read_text(), script((PAGE / "unpack.js").read_text()) +
-                       "<script>\n@START@</script>\n").encode("ascii").split(b"@START@")
-    return head + start + end
+                       "@PACKED@" + script(start)).encode("ascii").split(b"@PACKED@")
+    return head + in_scripts(packed(*pieces)) + end
 
 
 def write_site(folder, modules):

@@ -15,7 +15,7 @@ import urllib.request
 ELEMENT = "element-6066-11e4-a52e-4f735466cecf"
 KEYS = {"Enter": "\ue007", "Escape": "\ue00c", "Tab": "\ue004", "ArrowDown": "\ue015", "ArrowUp": "\ue013",
         "ArrowRight": "\ue014", "ArrowLeft": "\ue012", "Alt": "\ue00a", "Control": "\ue009",
-        "Shift": "\ue008", "F2": "\ue032"}
+        "Shift": "\ue008", "F2": "\ue032", "F6": "\ue036"}
 LONGEST = 120  # s, for one answer of a browser
 
 

@@ -30,9 +30,10 @@ from browser import Browser, BrowserBroke, wait_for
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 ANALYSES = SOURCE / "tests/batch/analyses"
-# A first fit, an import and a workbook, fits, standard errors, profiles and posteriors, plots, ranking, failures.
+# A first fit, an import and a workbook, fits, standard errors, profiles and posteriors, plots, priors whose windows cover
+# each other, ranking, failures.
 PLAYED = ["examples/first_fit", "examples/field_book", "tests/batch/analyses/workbook", "tests/batch/analyses/estimates",
-          "tests/batch/analyses/detail_plots", "tests/batch/analyses/ranking", "tests/batch/analyses/failures_on_the_way"]
+          "tests/batch/analyses/detail_plots", "tests/batch/analyses/priors", "tests/batch/analyses/ranking", "tests/batch/analyses/failures_on_the_way"]
 ANSWERS = {"reply", "enter", "file"}
 EXPORTS = {"export", "show", "clock", "seed"}  # what a page has not, or shows anyway
 
@@ -89,9 +90,21 @@ class Page:
         form, control = self.place_of(name)
         return f'[id="{form}.{control}"]'
 
+    def uncover(self, selector):
+        """Goes round the windows by F6, as a person would, while another one stands before it."""
+        for _ in range(20):
+            if not self.run("""const it = document.querySelector(arguments[0]), box = it.getBoundingClientRect();
+                               const hit = document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2);
+                               const before = hit && hit.closest('.window');
+                               return before !== null && before !== it.closest('.window')""", selector):
+                return
+            self.browser.keys("F6")
+        raise AssertionError(f"{selector} stays covered")
+
     def press(self, name):
         form, control = self.place_of(name)
         if self.run("return windows.all.get(arguments[0]).controls.told.get(arguments[1]).kind", form, control) != "entry":
+            self.uncover(self.element(name))
             self.browser.click(self.element(name))
             return
         # An entry of a menu: each menu above it is opened.
@@ -99,6 +112,7 @@ class Page:
                            for (let name = arguments[1]; name; name = told.get(name).parent) path.unshift(name);
                            return path""", form, control)
         bar = "#menus" if form == "frmMain" else f"[data-form={form}] .menubar"
+        self.uncover(bar)
         for entry in path:
             self.browser.click(f"{bar} [data-name={entry}]")
 
@@ -355,6 +369,26 @@ def its_title(page, _):
         raise AssertionError(f"the title is {title}")
 
 
+def nothing_packed_is_kept(page, _):
+    """Of the texts in which the page brings its module, none is left once the program runs."""
+    size = page.run("return [...document.scripts].reduce((sum, script) => sum + script.textContent.length, 0)")
+    if size > 400_000:
+        raise AssertionError(f"the scripts of the page keep {size} characters")
+
+
+def windows_keep_their_places(page, look):
+    """A window that stood where it was opened stands there again when the page has been wide and narrow in between."""
+    Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction").run()
+    page.press("frmMenu.cmdParEstimate")
+    page.settle()
+    places = lambda: page.run("return [...document.querySelectorAll('.window:not([hidden])')].map((it) => it.style.cssText)")
+    before = places()
+    for width in ("700px", ""):
+        page.run("document.body.style.width = arguments[0]; window.dispatchEvent(new Event('resize'))", width)
+        if (places() == before) != (width == ""):
+            raise AssertionError(f"from {before} to {places()}")
+
+
 def names_and_roles(page, look):
     """Whatever takes the keys has a name and a role that can be read out, in the window of algorithm data, with its table,
     and in a question."""
@@ -533,6 +567,7 @@ def narrow(page, look):
 
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
     walk.__name__: walk for walk in (interrupted, without_the_net, straight_to_a_folder, several_files_dropped, its_title,
+                                       nothing_packed_is_kept, windows_keep_their_places,
                                        names_and_roles, closing_in_the_middle, by_keys_alone, a_range_of_cells,
                                        a_name_that_is_taken, all_free_parameters, all_files_as_zip, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.

@@ -63,6 +63,11 @@ function wayToWait(ways) {
   return ways.find((way) => way === "unwinding" || waits);
 }
 
+/// Bytes that are of no more use are given back at once, where the browser can do that, and not when it gets round to it.
+function letGo(bytes) {
+  (ArrayBuffer.isView(bytes) ? bytes.buffer : bytes).transfer?.(0);
+}
+
 /// `pieces.glue` and `pieces.module` give what the compiler made for one of `pieces.ways`, of which the first is the best.
 async function start(pieces) {
   const way = wayToWait(pieces.ways);
@@ -82,7 +87,9 @@ async function start(pieces) {
       const env = imports.env;
       if (way === "waiting") env.merlane_from_page = new WebAssembly.Suspending(env.merlane_from_page);
       try {
-        const { instance, module } = await WebAssembly.instantiate(await pieces.module(way), imports);
+        const bytes = await pieces.module(way);
+        const { instance, module } = await WebAssembly.instantiate(bytes, imports);
+        letGo(bytes);
         if (way === "waiting") suspended = WebAssembly.promising(instance.exports.merlane_run);
         receive(instance, module);
       } catch (failure) {

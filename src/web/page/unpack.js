@@ -1,5 +1,26 @@
-// What the page has of packed bytes, in texts: a character for a byte, as the character set of the page has it.
+// What the page has of packed bytes, in texts: a character for a byte, as the character set of the page has it. Nothing of it
+// is kept once it has been unpacked: neither the texts, nor the scripts in which they stand, nor the bytes.
 "use strict";
+
+let packedPieces = [];
+
+function takePacked(text) {
+  packedPieces.push(bytesOf(text));
+  document.currentScript.remove();
+}
+
+/// Unpacks what has these sizes: the script of the page, which is run, what the compiler made, and the module. `start` takes
+/// what gives the last two.
+function unpackPage([pageSize, glueSize, moduleSize], start) {
+  const packed = new Uint8Array(packedPieces.reduce((sum, piece) => sum + piece.length, 0));
+  packedPieces.reduce((at, piece) => (packed.set(piece, at), at + piece.length), 0);
+  packedPieces = null;
+  const all = unpacked(packed, pageSize + glueSize + moduleSize);
+  const text = (begin, size) => new TextDecoder().decode(all.subarray(begin, begin + size));
+  document.body.append(Object.assign(document.createElement("script"), { textContent: text(0, pageSize) }));
+  letGo(packed);
+  start(() => text(pageSize, glueSize), () => all.subarray(pageSize + glueSize));
+}
 
 function bytesOf(text) {
   // Some bytes are characters from elsewhere in that set.

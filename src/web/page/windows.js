@@ -112,7 +112,7 @@ class FormWindow {
     if (news.controls) this.controls.take(news.controls);
     if (!this.laidOut && news.controls) this.layOut();
     if (news.controls && this.controls.entries().length > 0) this.menus.show();
-    if (news.title !== undefined) this.title.textContent = news.title;
+    if (news.title !== undefined) this.title.textContent = this.title.title = news.title; // which may be cut
     if (news.takesInput !== undefined) this.element.classList.toggle("rests", !news.takesInput);
     for (const group of this.groups)
       group.hidden = ![...group.querySelectorAll("[data-name]")].some((element) => !element.hidden);
@@ -242,7 +242,8 @@ class FormWindow {
     if (this.layout.place === "whole") return this.placeAt(0, 0, wide, high);
     if (this.layout.place === "left") return this.placeAt(8, 8, Math.min(426, wide - 16), this.name === "frmMenu" ? 0 : high - 16);
     const room = wide - beside, size = [Math.min(wanted[0], room - 8), Math.min(wanted[1], high - 8)];
-    const step = 26 * (windows.opened++ % 6);
+    this.turn ??= windows.opened++; // kept, so that it stands where it stood when the area is as before
+    const step = 26 * (this.turn % 6);
     const left = this.layout.place === "above" ? 8 : beside + Math.min(Math.max(0, (room - size[0]) / 2 + step), room - size[0]);
     const top = this.layout.place === "above" ? 8 : Math.min(Math.max(0, (high - size[1]) / 3 + step), high - size[1]);
     this.placeAt(left, top, size[0], this.layout.lines > 1 ? size[1] : 0);
