@@ -13,7 +13,7 @@
 namespace merlane {
 namespace {
 
-constexpr std::string_view FirstLine = "merlane piece 1";
+constexpr std::string_view FirstWords = "merlane piece ", FirstLine = "merlane piece 1";
 
 /// On one line, whatever it holds.
 std::string OneLine(const std::string& text) {
@@ -75,7 +75,8 @@ class Reader {
 
   /// The last line tells the digest of those before it, so that nothing else need be doubted.
   void TakeEnd() {
-    if (!text_.starts_with(FirstLine)) Fail("is no piece");
+    if (!text_.starts_with(FirstWords) || text_ == FirstWords) Fail("is no piece");
+    if (!text_.starts_with(FirstLine)) Fail("was written by another version of the program");
     const std::size_t end = text_.size() < 2 ? text_.npos : text_.rfind('\n', text_.size() - 2);
     if (end == text_.npos || !text_.ends_with('\n')) Damaged();
     const std::string_view before = text_.substr(0, end + 1);

@@ -60,6 +60,12 @@ TEST(PieceFile, ChangedAnywhereIsRefused) {
   EXPECT_EQ(WhyNone(text + text), "is cut off or damaged");
 }
 
+TEST(PieceFile, OneThatIsWrittenInAnotherWayIsOfAnotherVersion) {
+  std::string text = PieceText(SmallPiece());
+  text[std::string("merlane piece ").size()] = '2';
+  EXPECT_EQ(WhyNone(text), "was written by another version of the program");
+}
+
 /// With a digest that is right, as nobody writes one by chance.
 TEST(PieceFile, LinesOfAnotherKindAreRefused) {
   const std::string head = "merlane piece 1\nversion 2\npiece 1 of 2\nbatch 1 b\nat /b\n";

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 
+#include "base/at_end.h"
 #include "batch/golden_batch.h"
 #include "batch/piece_file.h"
 #include "batch/replay.h"
@@ -443,6 +444,40 @@ class JoinedPieces : public Pieces {
 };
 
 TEST_F(JoinedPieces, AreTheRun) { EXPECT_TRUE(Join(paths) == Whole(file)); }
+
+/// What is told of a place is told as it was named, without detours.
+TEST_F(JoinedPieces, AFolderThatIsNamedInAnotherWayIsTheSame) {
+  const Result whole = Whole(file);
+  for (const char* out : {"out/", "./out", "aside/../out", "./out/./"}) {
+    EXPECT_TRUE(Run({.join = paths}, out) == whole) << out;
+    fs::remove_all(folder / "out");
+  }
+}
+
+TEST_F(JoinedPieces, PlacesThatDependOnTheWorkingFolderAreToldAsTheWholeRunTellsThem) {
+  const AtEnd back([before = fs::current_path()] { fs::current_path(before); });
+  fs::current_path(folder);
+  const auto run = [](BatchOptions options, const std::string& out) {
+    options.out = out;
+    std::ostringstream told, errors;
+    EXPECT_EQ(RunBatch(options, told, errors), status::Done) << errors.str();
+    return told.str();
+  };
+  const std::string whole = run({.file = "test.batch"}, "out");
+  const Files files = FilesIn("out");
+  fs::remove_all("out");
+  for (const int number : {1, 2}) run({.file = "test.batch", .piece = Share{number, 2}}, "./two/");
+  const std::vector<std::string> two = {"two/test.2-of-2.piece", "./two/test.1-of-2.piece"};
+  EXPECT_EQ(run({.join = two}, "./out/"), whole);
+  EXPECT_EQ(FilesIn("out"), files);
+  // From elsewhere the batch file is found where it stood; the files are the same, and where they are is told.
+  fs::remove_all("out");
+  fs::create_directory("elsewhere");
+  fs::current_path("elsewhere");
+  EXPECT_THAT(run({.join = {"../two/test.1-of-2.piece", "../two/test.2-of-2.piece"}}, "../out"),
+              HasSubstr("wrote ../out/simplex.bpv\n"));
+  EXPECT_EQ(FilesIn("../out"), files);
+}
 
 TEST_F(JoinedPieces, AMissingPieceIsNamed) {
   ExpectRefused({paths[0], paths[2]}, "of 3 pieces 2 is missing");
