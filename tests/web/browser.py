@@ -138,6 +138,7 @@ class FirefoxDriver:
         profile = folder / "profile"
         profile.mkdir()
         settings = {"marionette.port": port, "browser.download.dir": str(downloads), "browser.download.folderList": 2,
+                    "browser.download.alwaysOpenPanel": False,  # which takes the keys
                     "browser.shell.checkDefaultBrowser": False, "datareporting.policy.dataSubmissionEnabled": False,
                     "browser.aboutwelcome.enabled": False, "app.update.enabled": False, "toolkit.telemetry.enabled": False}
         (profile / "user.js").write_text("".join(f"user_pref({json.dumps(name)}, {json.dumps(value)});\n"

@@ -441,6 +441,119 @@ def by_keys_alone(page, look):
     wait_for(lambda: page.run("return windows.front().name") == "frmMenu", "the menu, behind Escape")
 
 
+def an_analysis_by_keys(page, look):
+    """A whole analysis without the mouse: data, a fit, its covariances, a summary, what is saved, and the end."""
+    browser = page.browser
+
+    def elsewhere():
+        """What has the keys, when that is neither in the question nor in the window in front."""
+        return page.run("""const front = document.querySelector('dialog[open]') || windows.front().element;
+                           return front.contains(document.activeElement) ? null : document.activeElement.outerHTML""")
+
+    def settle():
+        asked = page.settle()
+        if elsewhere():
+            raise AssertionError(f"the keys go elsewhere: {elsewhere()[:200]}")
+        return asked
+
+    def go_to(selector):
+        """Forwards to the end of the window, then backwards."""
+        for holding in ((), ["Shift"]):
+            for _ in range(60):
+                if page.run("return document.activeElement.matches(arguments[0])", selector):
+                    return
+                browser.keys("Tab", holding=holding)
+                if elsewhere():
+                    break
+        raise AssertionError(f"{selector} is not come to by Tab")
+
+    def press(name):
+        go_to(page.element(name))
+        browser.keys("Enter")
+        return settle()
+
+    def write(name, text):
+        go_to(f"{page.element(name)}, {page.element(name)} *")
+        browser.keys(*text)
+
+    def answer(*keys, title=None):
+        while settle() and page.question()["answers"] == ["ok"]:  # only tells something
+            browser.keys("Enter")
+        if not page.settle() or title not in (None, page.question()["title"]):
+            raise AssertionError(f"{keys} is no answer to {page.settle() and page.question()}")
+        browser.keys(*keys)
+        settle()
+
+    def close():
+        go_to(".window.front .closer:not(.sizer)")
+        browser.keys("Enter")
+        settle()
+
+    def agree():
+        while settle():
+            browser.keys("Enter")
+
+    press("frmMenu.cmdInitialize")
+    press("frmInitialize.cmdLoadData")
+    answer("Enter", title="Load brood survival data file")  # the one in the list
+    agree()
+    for name, text in (("cboBroodCovs", "3"), ("cboStartYear", "1995"), ("cboEndYear", "1997")):
+        write(f"frmInitialize.{name}", text)
+    press("frmInitialize.cmdDone")
+    agree()
+
+    press("frmMenu.cmdLoadAlg")
+    answer("y", title="Load algorithm data")
+    page.run("document.querySelector('dialog input[type=file]').onclick = (it) => (window.chooses = !it.preventDefault())")
+    go_to("dialog [data-answer=computer]")
+    browser.keys("Enter")
+    wait_for(lambda: page.run("return window.chooses"), "the browser's own question")
+    browser.give("dialog input[type=file]", str(SOURCE / "examples/first_fit.alg"))
+    wait_for(lambda: not page.run("return document.querySelector('dialog[open] input[type=file]') !== null"), "the file")
+    agree()
+
+    press("frmMenu.cmdOneFunction")
+    look("evaluated")
+    browser.keys("Escape")
+    settle()
+    press("frmMenu.cmdSimplex")
+    answer("y", title="Just checking")
+    agree()
+    browser.keys("F6")  # from the menu
+    close()
+    press("frmMenu.cmdSaveAlg")
+    answer(*"first_fit_estimates.alg", "Enter", title="Save algorithm data in...")
+
+    press("frmMenu.cmdCovariance")
+    answer("n", title="Covariance calculator")
+    agree()
+    press("frmAlgo.cmdFinish")
+    for text in ("1", "0.1", "0.01"):
+        answer(*text, "Enter", title="Covariance calculator")
+    answer("y", title="Covariance calculator")
+    answer(*"0.5", "Enter", title="Enter constant")
+    answer("n", title="Calculate optimistic SEs only?")
+    look("covariances")
+    press("frmCovDisplay.cmdFinish")
+
+    press("frmMenu.cmdUserSummary")
+    answer(*"20", "Enter")
+    answer("y", title="Choose among output options")
+    agree()
+    look("summary")
+    press("frmSummary.cmdSaveSummary")
+    answer("Enter")
+    close()
+    press("frmMenu.cmdQuit")
+    answer("y", title="Exit Tolvane")
+    while not page.run("return program.ended"):
+        page.settle()
+        browser.keys("n")
+    kept = (ANALYSES / "first_fit.kept/first_fit_estimates.alg").read_bytes()
+    if page.file("first_fit_estimates.alg") != kept:
+        raise AssertionError("another fit was saved")
+
+
 def a_range_of_cells(page, look):
     """Values and steps of four parameters are copied from a table and pasted to the next four, by the keys."""
     Play(page, SOURCE / "examples/first_fit.batch", look, until="press frmMenu.cmdOneFunction").run()
@@ -568,7 +681,7 @@ def narrow(page, look):
 WALKS = {pathlib.Path(name).name: name for name in PLAYED} | {
     walk.__name__: walk for walk in (interrupted, without_the_net, straight_to_a_folder, several_files_dropped, its_title,
                                        nothing_packed_is_kept, windows_keep_their_places,
-                                       names_and_roles, closing_in_the_middle, by_keys_alone, a_range_of_cells,
+                                       names_and_roles, closing_in_the_middle, by_keys_alone, an_analysis_by_keys, a_range_of_cells,
                                        a_name_that_is_taken, all_free_parameters, all_files_as_zip, a_beep, narrow)}
 # WebKit knows no other way than to unwind, and does all of it; the others show that they can.
 BROWSERS = {"chromium": list(WALKS), "firefox": list(WALKS), "webkit": list(WALKS),

@@ -150,6 +150,7 @@ const kinds = {
         element.crlf = it.text.includes("\r\n");
         element.value = textOf(it.text);
         element.scrollTop = 0;
+        if (element !== document.activeElement) element.setSelectionRange(0, 0); // where who comes by Tab begins to read
       }
       element.shown = element.value;
     },

@@ -15,6 +15,7 @@ const deeds = {
   /// The next deed for the program, when there is one; without waiting, null after the browser had a moment for itself.
   async next(wait) {
     if (wait && deeds.queue.length === 0) {
+      windows.keepKeys();
       await new Promise((resolve) => (deeds.wake = resolve));
       deeds.wake = null;
     } else if (!wait) {

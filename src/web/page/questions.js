@@ -41,7 +41,7 @@ function dialogOf(title, content, buttons, escape, classes = "") {
       event.preventDefault();
       if (escape !== undefined) end(escape);
     };
-    dialog.onkeydown = (event) => {
+    dialog.onkeydown = (event) => { // a key that ends the question does nothing more to what has the keys behind it
       if (event.key === "Escape") {
         event.preventDefault();
         if (escape !== undefined) end(escape);
@@ -50,7 +50,9 @@ function dialogOf(title, content, buttons, escape, classes = "") {
         row.querySelector(".default").click();
       } else if (event.key.length === 1 && !event.ctrlKey && !event.target.matches("input,select,textarea")) {
         const found = [...row.children].find((button) => button.dataset.key === event.key.toLowerCase());
-        if (found) found.click();
+        if (!found) return;
+        event.preventDefault();
+        found.click();
       }
     };
     dialog.onclose = () => dialog.isConnected && dialog.showModal(); // some browsers close it at the second Escape
@@ -141,11 +143,14 @@ function askOpen(question) {
   };
   list.ondblclick = takeIt;
   list.onkeydown = (event) => {
-    if (event.key === "Enter") takeIt();
+    if (event.key !== "Enter") return;
+    event.preventDefault();
+    takeIt();
   };
-  const empty = files.names().length === 0;
-  if (empty) choose.dataset.first = "";
-  if (empty) delete list.dataset.first;
+  if (list.options.length === 0) {
+    choose.dataset.first = "";
+    delete list.dataset.first;
+  }
   return dialogOf(question.title, [zone, make("p", { class: "said" }, "Files of this analysis:"), list, kindOfFile],
                   [{ text: "Open", value: open, isDefault: true, name: "open" },
                    { text: "Cancel", value: null, name: "cancel" }], null, "open");

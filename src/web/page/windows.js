@@ -35,6 +35,17 @@ const windows = {
     lowest.focusFirst();
   },
 
+  /// The window in front has the keys whenever the program waits, also when what had them is gone or does nothing now.
+  keepKeys() {
+    const front = windows.front(), has = document.activeElement;
+    if (!front || document.querySelector("dialog[open]")) return;
+    if (has === document.body || !windows.takesKeys(has)) front.focusAgain();
+  },
+
+  takesKeys(element) {
+    return element && element.isConnected && !element.disabled && element.offsetParent !== null;
+  },
+
   /// The area has another size: what still stands where it was opened takes the room that there is now.
   refit() {
     for (const window of windows.all.values()) if (window.isOpen && window.isOpen() && window.standsAsPlaced()) window.place();
@@ -88,7 +99,7 @@ class FormWindow {
     this.layout = form.layout;
     this.controls = new Controls(form.form);
     this.title = make("h2", { id: `${this.name}.title` });
-    this.closer = make("button", { type: "button", class: "closer", title: "Close (Ctrl+F4)", aria: { label: "Close" } }, "×");
+    this.closer = make("button", { type: "button", class: "closer", title: this.layout.escape === "close" ? "Close (Escape)" : "Close", aria: { label: "Close" } }, "×");
     this.closer.onclick = () => this.close();
     const sizer = make("button", { type: "button", class: "closer sizer", title: "Full size", aria: { label: "Full size" } }, "▢");
     sizer.onclick = () => this.element.classList.toggle("full");
@@ -102,7 +113,10 @@ class FormWindow {
                         bar, this.menus.element, this.content, this.pinned);
     this.closer.hidden = sizer.hidden = this.layout.stays;
     this.element.addEventListener("pointerdown", () => this.raise(), true);
-    this.element.addEventListener("focusin", () => this.raise());
+    this.element.addEventListener("focusin", (event) => {
+      this.last = event.target;
+      this.raise();
+    });
     this.element.onkeydown = (event) => this.key(event);
     this.drag(bar);
     document.getElementById("area").append(this.element);
@@ -125,7 +139,6 @@ class FormWindow {
     if (this.element.hidden === !visible) return;
     this.element.hidden = !visible;
     if (!visible) {
-      this.rested = document.activeElement;
       const next = windows.front();
       if (next) next.raise();
       return;
@@ -136,11 +149,15 @@ class FormWindow {
   }
 
   focusFirst() {
-    if (this.name === "frmMenu" && this.rested && this.element.contains(this.rested) && !this.rested.disabled)
-      return this.rested.focus();
+    if (this.name === "frmMenu" && windows.takesKeys(this.last)) return this.last.focus();
     const first = this.element.querySelector(
       ".content :is(button,input,select,textarea,.grid):not([disabled]):not([hidden]), .pinned button:not([disabled])");
     if (first) first.focus({ preventScroll: true });
+  }
+
+  focusAgain() {
+    if (windows.takesKeys(this.last)) this.last.focus({ preventScroll: true });
+    else this.focusFirst();
   }
 
   isOpen() {
