@@ -442,7 +442,7 @@ TEST(AlgorithmEditorWalk, TheRowIsColouredAndScrolledIntoViewWhileTheBoxIsShown)
 TEST_F(AlgorithmEditor, AllFusesAreAskedInOrderAndBadOnesAgain) {
   Open();
   RememberResults();
-  for (const char* answer : {"a", "ABC", "a1", "~", "~~", "1a", "bb"}) host.windows.Enter(answer);
+  for (const char* answer : {"a", "ABC", "a1", "~", "~~", "1a", "bb", "1a"}) host.windows.Enter(answer);
   host.windows.CancelInput("Edit all parameter fuse characters");
   desk.DoubleClick(editor.grdVS, 0, Fuse);
   ExpectResultsVoid();
@@ -450,7 +450,8 @@ TEST_F(AlgorithmEditor, AllFusesAreAskedInOrderAndBadOnesAgain) {
   EXPECT_EQ(a.Fuse(2), "~~");
   EXPECT_EQ(a.Fuse(3), "1A") << "only the last character is looked at";
   EXPECT_EQ(a.Fuse(4), "BB");
-  EXPECT_EQ(a.Fuse(5), "~~");
+  EXPECT_EQ(a.Fuse(5), "1A");
+  EXPECT_EQ(a.Fuse(6), "~~");
   EXPECT_EQ(host.windows.inputs[0].prompt,
             "Enter new alphabetical fuse character(s) (e.g., A,B,AA,AB,...) or the null character [~~, unfused] for "
             "parameter #1");
@@ -459,7 +460,7 @@ TEST_F(AlgorithmEditor, AllFusesAreAskedInOrderAndBadOnesAgain) {
   EXPECT_EQ(Fore(1, Fuse), Colour::Red);
   EXPECT_EQ(Fore(2, Fuse), Colour::Black);
   EXPECT_EQ(Fore(4, Fuse), Colour::Red);
-  EXPECT_EQ(Fore(5, Fuse), Colour::Black) << "cancelled";
+  EXPECT_EQ(Fore(6, Fuse), Colour::Black) << "cancelled";
 }
 
 TEST_F(AlgorithmEditor, AnUnchangedFuseOfTheWalkTurnsBlueOrBlack) {
