@@ -190,7 +190,7 @@ void ForgetPassedFolders(QFileDialog& dialog, QAbstractItemView& files) {
   QObject::connect(name, &QLineEdit::textChanged, &files, [&files] {
     QItemSelectionModel& selected = *files.selectionModel();
     for (const QModelIndex& row : selected.selectedRows())
-      if (row.parent() != files.rootIndex())
+      if (row.parent() != files.rootIndex() && QFileInfo(row.data(QFileSystemModel::FilePathRole).toString()).isDir())
         selected.select(row, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
   });
 }
