@@ -37,7 +37,7 @@ std::function<std::string()> WordsSince(std::string words, Basis then, std::func
 /// What it says of results that were computed from `then`, on no scale.
 std::function<std::string()> WordsOf(const std::string& what, Basis then, const Objective& objective);
 
-/// The same of a calculation that has just come to the run as it stands, whatever file holds it.
+/// The same of a search that goes on from the run as it stands, whatever file holds where it has come to.
 std::function<std::string()> WordsOfPresent(const std::string& what, const Objective& objective);
 
 }  // namespace merlane

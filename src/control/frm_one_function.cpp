@@ -27,7 +27,7 @@ double FrmOneFunction::Run() {
   const double end = Timer(desk.host.clock);
   const double seconds = std::trunc((end - start) * 100 + 0.5) / 100;
   rtbOneFunction.text = OneFunctionText(F, state_.algorithm, seconds) + SearchLine(F, inASearch());
-  lblFit.Show(WordsOfPresent("Function call", objective_));
+  lblFit.Show(WordsOf("Function call", objective_.PresentToShow(), objective_));
   if (state_.flags.BayesOn && reviewPriors) reviewPriors();
   main_.ShowProgress("");
   finished = true;

@@ -116,7 +116,7 @@ void FrmRank::AddModel() {
     AskConstant();
   Competitor& model = ranking_.entered.back();
   if (!NameFiles(model, state_)) return;
-  model.RankAlgFile += sinceSaved();
+  model.sinceSaved = sinceSaved();
   CountParameters(model, state_.algorithm);
   model.provenance = provenance();
   model.fittedTo = fittedToOtherData();
@@ -136,14 +136,14 @@ void FrmRank::TellWhatCannotBeCompared(const Competitor& model) {
         fmt::format("The estimates of {} were fitted to other data, those of {}. Their -ln[L] with the present data "
                     "is not a minimum, and their criterion cannot be compared with that of models that were fitted "
                     "to these data.\r\n\r\nDelete the model, and minimize with the present data first.",
-                    model.RankAlgFile, model.fittedTo),
+                    model.Name(), model.fittedTo),
         style::Exclamation);
   if (!model.fittedUnder.empty())
     desk.Tell("Estimates of other priors",
               fmt::format("The estimates of {} were fitted {}. Their -ln[L] is not a minimum here, and their criterion "
                           "cannot be compared with that of models that were fitted as they are ranked.\r\n\r\n"
                           "Delete the model, and minimize with the present priors first.",
-                          model.RankAlgFile, model.fittedUnder),
+                          model.Name(), model.fittedUnder),
               style::Exclamation);
   if (const Competitor* other = JudgedByOthers(model))
     desk.Tell("Other visits",
@@ -151,7 +151,7 @@ void FrmRank::TellWhatCannotBeCompared(const Competitor& model) {
                           "beyond its age @ fledge, and a model that leaves out more has the lower -ln[L]. Criteria "
                           "can be compared only among models that are judged by the same visits.\r\n\r\n"
                           "Delete one of them, or give them the same ages and minimize again.",
-                          model.RankAlgFile, model.sampleSize, other->RankAlgFile, other->sampleSize),
+                          model.Name(), model.sampleSize, other->Name(), other->sampleSize),
               style::Exclamation);
 }
 
@@ -233,24 +233,23 @@ std::optional<std::vector<CovarianceFile>> FrmRank::ReadCovarianceFiles() {
     if (shape.parameters != NPAR) {
       desk.Tell("Can't average models",
                 fmt::format("The covariance file {} of {} lists {} parameters, but the models have {}",
-                            model.RankCovFile, model.RankAlgFile, shape.parameters, NPAR),
+                            model.RankCovFile, model.Name(), shape.parameters, NPAR),
                 style::Exclamation);
       return std::nullopt;
     }
     files.push_back(ReadCovarianceFile(text, NPAR, static_cast<int>(shape.counted.size())));
     if (!model.fittedTo.empty())
-      strangers += fmt::format("The estimates of {} were fitted to other data, those of {}\r\n", model.RankAlgFile,
-                               model.fittedTo);
+      strangers +=
+          fmt::format("The estimates of {} were fitted to other data, those of {}\r\n", model.Name(), model.fittedTo);
     if (!model.fittedUnder.empty())
-      strangers += fmt::format("The estimates of {} were fitted {}\r\n", model.RankAlgFile, model.fittedUnder);
+      strangers += fmt::format("The estimates of {} were fitted {}\r\n", model.Name(), model.fittedUnder);
     if (const Competitor& best = ranking_.ranked.front(); model.sampleSize != best.sampleSize)
-      strangers += fmt::format("{} is judged by {} individuals, {} by {}\r\n", model.RankAlgFile, model.sampleSize,
-                               best.RankAlgFile, best.sampleSize);
+      strangers += fmt::format("{} is judged by {} individuals, {} by {}\r\n", model.Name(), model.sampleSize,
+                               best.Name(), best.sampleSize);
     std::string difference = DifferenceFromModel(files.back(), model);
     if (difference.empty()) difference = calculatedOtherwise(files.back(), model.provenance);
     if (!difference.empty())
-      strangers +=
-          fmt::format("{} is not of {} as it is ranked: {}\r\n", model.RankCovFile, model.RankAlgFile, difference);
+      strangers += fmt::format("{} is not of {} as it is ranked: {}\r\n", model.RankCovFile, model.Name(), difference);
   }
   if (!strangers.empty() && desk.Ask("Covariances of another model", strangers + "\r\nAverage with them nevertheless?",
                                      style::YesNoQuestion) != Answer::Yes)
@@ -268,7 +267,7 @@ void FrmRank::DoubleClick(int row, int column) {
 void FrmRank::DeleteModel(int position) {
   if (table_.IsRanked() && desk.Ask("Delete a model",
                                     fmt::format("{} leaves the table, and the ranking is lost.\r\n\r\nDelete it?",
-                                                ranking_.entered[static_cast<std::size_t>(position) - 1].RankAlgFile),
+                                                ranking_.entered[static_cast<std::size_t>(position) - 1].Name()),
                                     style::YesNoQuestion) != Answer::Yes)
     return;
   ranking_.Delete(position);

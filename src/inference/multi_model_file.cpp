@@ -1,5 +1,6 @@
 #include "inference/multi_model_file.h"
 
+#include "base/growing_field.h"
 #include "base/number_text.h"
 #include "base/text.h"
 
@@ -8,11 +9,17 @@ namespace {
 
 constexpr const char* Figure = "0.0000E+00";
 
+/// A name without more behind it keeps its first characters; what is said behind one is never cut.
+std::string NameField(const Competitor& model) {
+  constexpr int Width = 40;
+  return GrowingField(model.RankAlgFile.substr(0, Width) + model.sinceSaved, Width);
+}
+
 std::string ModelLine(const Ranking& ranking, const Competitor& model, int position) {
   return RightSet(Format(position, "####0"), 6) + RightSet(Format(model.RankNegLnL, Figure), 12) +
          RightSet(Format(model.RankK, "####0"), 6) + RightSet(Format(ranking.Criterion(model), Figure), 12) +
          RightSet(DefinedText(ranking.Delta(model), Figure), 12) +
-         RightSet(DefinedText(ranking.Weight(model), "0.00000"), 12) + "  " + RightSet(model.RankAlgFile, 40) + "  " +
+         RightSet(DefinedText(ranking.Weight(model), "0.00000"), 12) + "  " + NameField(model) + "  " +
          RightSet(model.RankCovFile, 40) + "  " + model.RankNotes + "\r\n";
 }
 

@@ -102,7 +102,7 @@ void RankTable::WriteRow(int position, const Competitor& model, int entry) {
                                Format(ranking_.Criterion(model), Figure),
                                DefinedText(ranking_.Delta(model), Figure),
                                DefinedText(ranking_.Weight(model), Figure),
-                               model.RankAlgFile,
+                               model.Name(),
                                model.RankCovFile,
                                model.RankPriFile,
                                model.RankNotes};

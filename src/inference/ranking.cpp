@@ -56,7 +56,8 @@ bool Ranking::ScaleAll(double constant) {
   const Ranking asRanked = AsRanked();
   for (Competitor& model : scaled.ranked)
     if (other(model)) asRanked.Scale(model, constant);
-  scaled.VoidWeights();
+  for (std::vector<Competitor>* models : {&scaled.entered, &scaled.ranked})
+    for (Competitor& model : *models) Void(model);
   *this = std::move(scaled);
   return true;
 }

@@ -30,6 +30,7 @@ struct Competitor {
   std::string RankCovFile;
   std::string RankPriFile;
   std::string RankNotes;
+  std::string sinceSaved;       // what is said behind its file's name when its figures are not of what the file holds
   std::string folder;           // where the algorithm file lies, with its last separator
   Array1<double> Value;         // the estimates that were evaluated
   Array1<std::string> Fuse;     // their fuses
@@ -42,6 +43,8 @@ struct Competitor {
   std::string fittedTo;         // the file of other data to which its estimates were fitted; empty as far as is known
   std::string fittedUnder;      // likewise, how the priors under which they were fitted differ, in words
 
+  /// The name by which it is shown.
+  std::string Name() const { return RankAlgFile + sinceSaved; }
   bool HasCovarianceFile() const { return RankCovFile != NoCovarianceFile && RankCovFile != NoSuchFile; }
 };
 

@@ -192,6 +192,25 @@ TEST(Ranking, AnotherConstantBringsAllModelsToItsScaleWithThePriorAsItIs) {
   EXPECT_FALSE(ranking.ranked[0].RankAICWt);
 }
 
+TEST(Ranking, AnotherScaleVoidsTheWeightsOfACHatThatIsNoLongerEntered) {
+  Ranking ranking;
+  for (const double objective : {80, 90}) {
+    ranking.Add();
+    Competitor& model = ranking.entered.back();
+    model.objective = objective;
+    model.prior = 5;
+    model.sampleSize = 100;
+    ranking.Scale(model, 2);
+  }
+  ranking.Correct(2);
+  ranking.Rank();
+  ASSERT_TRUE(ranking.ranked[1].RankQAICWt);
+  ranking.Correct(1);
+  EXPECT_TRUE(ranking.ScaleAll(4));
+  EXPECT_FALSE(ranking.ranked[1].RankDeltaQAICc);
+  EXPECT_FALSE(ranking.ranked[1].RankQAICWt);
+}
+
 TEST(Ranking, CHatLeavesEachModelItsOwnSampleSize) {
   Ranking ranking;
   AddModel(ranking, "a", 50, 3, 100);
@@ -211,6 +230,17 @@ TEST(MultiModelFile, NamesTooLongForTheirFieldKeepTheirFirstCharacters) {
   EXPECT_THAT(
       Lines(MultiModelText(ranking, ""))[2],
       testing::EndsWith("  " + name.substr(0, 40) + "  " + RightSet("shorter.cov", 40) + "  " + std::string(50, 'n')));
+}
+
+TEST(MultiModelFile, WhatIsSaidBehindANameIsNeverCut) {
+  Ranking ranking;
+  const std::string name = "survival_of_clutches_and_broods_in_1995_and_1996.alg";
+  AddModel(ranking, name, 50, 3, 100);
+  ranking.entered[0].sinceSaved = " (changed since)";
+  ranking.Rank();
+  EXPECT_THAT(
+      Lines(MultiModelText(ranking, ""))[2],
+      testing::EndsWith("  " + name.substr(0, 40) + " (changed since)  " + RightSet(NoCovarianceFile, 40) + "  "));
 }
 
 TEST(MultiModelFile, TellsTheCHatAndHoldsTheAveragingBehindAnEmptyLine) {

@@ -95,8 +95,8 @@ TEST_F(KnownNameTest, AnEditedModelIsNotRankedAsAnotherOneOfTheFile) {
   AddToRanking("0.5");
   state.algorithm.Step(18) = 0;
   AddToRanking("");
-  EXPECT_EQ(rank.Models().entered[0].RankAlgFile, "fit.alg");
-  EXPECT_EQ(rank.Models().entered[1].RankAlgFile, "fit.alg (changed since)");
+  EXPECT_EQ(rank.Models().entered[0].Name(), "fit.alg");
+  EXPECT_EQ(rank.Models().entered[1].Name(), "fit.alg (changed since)");
   EXPECT_EQ(rank.Models().entered[1].RankCovFile, rank.Models().entered[0].RankCovFile);
 }
 

@@ -263,6 +263,12 @@ TEST_F(LeftOpen, AFunctionCallSaysOfWhichFitItIs) {
   EXPECT_THAT(fit.text, HasSubstr("Function call of juveniles_only.alg. Since then other data have been read"));
 }
 
+TEST_F(LeftOpen, AFunctionCallOfEditedValuesIsNotThatOfTheFile) {
+  state.algorithm.Value(17) *= 1.001;
+  ASSERT_TRUE(desk.Press(menu.cmdOneFunction));
+  EXPECT_EQ(program.frmOneFunction.lblFit.text, "Function call of juveniles_only.alg (changed since).");
+}
+
 TEST_F(LeftOpen, AMinimumSaysOfWhichFitItIs) {
   OneFunction();
   Simplex();
