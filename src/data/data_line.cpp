@@ -3,9 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <bit>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -17,32 +14,10 @@
 namespace merlane {
 namespace {
 
-bool OnlyBlanks(std::string_view text) { return text.find_first_not_of(' ') == std::string_view::npos; }
-
-/// A field of eight columns with nothing but blanks in front of a whole number: all columns at once. None of any other.
-std::optional<int> RightSetWhole(std::string_view field) {
-  std::uint64_t columns = 0;  // the first one lowest
-  if (std::endian::native != std::endian::little || field.size() != sizeof columns) return std::nullopt;
-  std::memcpy(&columns, field.data(), sizeof columns);
-  const int blanks = std::countr_zero(columns ^ 0x2020202020202020) / 8;
-  if (blanks == 8) return std::nullopt;
-  const bool negative = static_cast<unsigned char>(columns >> 8 * blanks) == '-';
-  const int before = blanks + (negative ? 1 : 0);
-  if (before == 8) return std::nullopt;
-  const std::uint64_t digits = columns >> 8 * before << 8 * before;
-  const std::uint64_t zeros = std::uint64_t{0x3030303030303030} >> 8 * before << 8 * before;
-  const std::uint64_t values = digits ^ zeros;
-  if (((values | (values + 0x0606060606060606)) & 0xF0F0F0F0F0F0F0F0) != 0) return std::nullopt;
-  // Neighbours are joined: to numbers of two digits, of four, of eight.
-  const std::uint64_t two = (values * 2561) >> 8 & 0x00FF00FF00FF00FF;
-  const std::uint64_t four = (two * 6553601) >> 16 & 0x0000FFFF0000FFFF;
-  const int magnitude = static_cast<int>((four * 42949672960001) >> 32);
-  return negative ? -magnitude : magnitude;
-}
-
 /// The number of the common field, blanks and a whole number; none of anything else.
 std::optional<int> PlainWhole(std::string_view field) {
-  if (const std::optional<int> number = RightSetWhole(field)) return number;
+  if (field.size() == record::Width)
+    if (const std::optional<int> number = RightSetWhole(field.data())) return number;
   std::size_t i = 0;
   while (i < field.size() && field[i] == ' ') ++i;
   const bool negative = i < field.size() && field[i] == '-';
@@ -73,17 +48,6 @@ std::string Shown(std::string_view text) {
   return shown;
 }
 
-DataLine::DataLine(std::string_view text, int number, bool wide)
-    : text_(text), number_(number), wide_(wide && !IsAscii(text)) {}
-
-std::string_view DataLine::Text(RecordField field) const {
-  return wide_ ? CharacterColumns(text_, field.first, field.last) : Columns(text_, field.first, field.last);
-}
-
-bool DataLine::IsBlank() const { return OnlyBlanks(text_); }
-
-bool DataLine::IsBlank(RecordField field) const { return OnlyBlanks(Text(field)); }
-
 DataLine::Reading DataLine::Read(RecordField field) const {
   const std::string_view text = Text(field);
   if (const std::optional<int> number = PlainWhole(text)) {
@@ -97,16 +61,17 @@ DataLine::Reading DataLine::Read(RecordField field) const {
   }
 }
 
-std::optional<int> DataLine::ReadWhole(RecordField field) const { return PlainWhole(Text(field)); }
+std::optional<int> DataLine::ReadOtherWhole(RecordField field) const { return PlainWhole(Text(field)); }
 
 bool DataLine::IsDivided(int covariates) const {
-  const auto behind = [this](int n) { return static_cast<std::size_t>(record::Field(n).last); };
-  const int fields = record::FieldsBeforeCovariates + covariates;
-  if (wide_ || text_.size() < behind(fields)) return Misdivided(covariates).empty();
-  for (int n = 1; n < fields; ++n)
-    if (text_[behind(n)] != ',') return false;
-  const char end = text_.size() == behind(fields) ? ' ' : text_[behind(fields)];
-  return end == ' ' || end == ',';
+  const auto end = static_cast<std::size_t>(record::Field(record::FieldsBeforeCovariates + covariates).last);
+  if (wide_ || text_.size() < end) return Misdivided(covariates).empty();
+  constexpr std::size_t EndOfSix = record::Count.last;
+  for (std::size_t comma = record::Width; comma < EndOfSix; comma += record::Width + 1)
+    if (text_[comma] != ',') return false;
+  for (std::size_t comma = EndOfSix; comma < end; comma += record::CovariateWidth + 1)
+    if (text_[comma] != ',') return false;
+  return text_.size() == end || text_[end] == ' ' || text_[end] == ',';
 }
 
 std::string DataLine::Misdivided(int covariates) const {
@@ -125,7 +90,7 @@ std::string DataLine::Misdivided(int covariates) const {
   return "";
 }
 
-std::string DataLine::Beyond(int covariates) const {
+std::string DataLine::BeyondFields(int covariates) const {
   constexpr int EndOfLine = std::numeric_limits<int>::max();
   const RecordField field{record::Field(record::FieldsBeforeCovariates + covariates).last + 2, EndOfLine};
   const std::string_view found = Text(field);

@@ -7,7 +7,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/text.h"
+#include "base/utf8.h"
 #include "data/record_layout.h"
+#include "data/right_set_whole.h"
 
 namespace merlane {
 
@@ -41,13 +44,16 @@ std::string Shown(std::string_view text);
 class DataLine {
  public:
   /// `wide`: columns are characters, not bytes.
-  DataLine(std::string_view text, int number, bool wide);
+  DataLine(std::string_view text, int number, bool wide)
+      : text_(text), number_(number), wide_(wide && !IsAscii(text)) {}
 
   std::string_view Whole() const { return text_; }
   int Number() const { return number_; }
-  std::string_view Text(RecordField field) const;
-  bool IsBlank() const;
-  bool IsBlank(RecordField field) const;
+  std::string_view Text(RecordField field) const {
+    return wide_ ? CharacterColumns(text_, field.first, field.last) : Columns(text_, field.first, field.last);
+  }
+  bool IsBlank() const { return OnlyBlanks(text_); }
+  bool IsBlank(RecordField field) const { return OnlyBlanks(Text(field)); }
 
   /// A number as the lenient reading has it, and whether it is one throughout.
   struct Reading {
@@ -58,20 +64,33 @@ class DataLine {
   Reading Read(RecordField field) const;
 
   /// The number of a field that holds a whole number of up to eight digits and blanks around it; none of any other.
-  std::optional<int> ReadWhole(RecordField field) const;
+  std::optional<int> ReadWhole(RecordField field) const {
+    if (!wide_ && field.Width() == record::Width && text_.size() >= static_cast<std::size_t>(field.last))
+      if (const std::optional<int> number = RightSetWhole(text_.data() + field.first - 1)) return number;
+    return ReadOtherWhole(field);
+  }
 
   /// Whether the line is divided as one of `covariates` covariates is.
   bool IsDivided(int covariates) const;
   /// Where the line is not divided as one of `covariates` covariates is, in words; empty when it is.
   std::string Misdivided(int covariates) const;
   /// What stands behind the field of the last of `covariates` covariates, and where; empty when nothing does.
-  std::string Beyond(int covariates) const;
+  std::string Beyond(int covariates) const {
+    const int end = record::Field(record::FieldsBeforeCovariates + covariates).last;
+    return text_.size() <= static_cast<std::size_t>(end) ? "" : BeyondFields(covariates);
+  }
 
   /// Where a field stands, and what stands there.
   std::string At(RecordField field) const;
   [[noreturn]] void Refuse(RecordField field, std::string_view why) const;
 
  private:
+  static bool OnlyBlanks(std::string_view text) {  // most fields and lines end in something else
+    return text.empty() || (text.back() == ' ' && text.find_first_not_of(' ') == std::string_view::npos);
+  }
+  std::optional<int> ReadOtherWhole(RecordField field) const;
+  std::string BeyondFields(int covariates) const;
+
   std::string_view text_;
   int number_;
   bool wide_;  // has characters of several bytes

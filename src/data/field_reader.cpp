@@ -3,9 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
-#include <utility>
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
@@ -28,9 +26,7 @@ double FieldReader::Number(const DataLine& line, RecordField field) {
   return reading.value;
 }
 
-std::int16_t FieldReader::Whole(const DataLine& line, RecordField field) {
-  const std::optional<int> plain = line.ReadWhole(field);
-  if (plain && std::in_range<std::int16_t>(*plain)) return static_cast<std::int16_t>(*plain);
+std::int16_t FieldReader::OtherWhole(const DataLine& line, RecordField field) {
   const DataLine::Reading reading = line.Read(field);
   std::int16_t whole = 0;
   try {
@@ -57,27 +53,22 @@ double FieldReader::Covariate(const DataLine& line, int m) {
   return reading.value;
 }
 
-std::int16_t FieldReader::Count(const DataLine& line) {
-  const std::int16_t count = Whole(line, record::Count);
+void FieldReader::NoteCount(const DataLine& line, std::int16_t count) {
   if (count == Missing)
     Note(Oddity::Mark, line, record::Count, "no count");
-  else if (count < 0)
+  else
     Note(Oddity::Negative, line, record::Count, std::to_string(count));
-  return count;
 }
 
-std::int16_t FieldReader::Day(const DataLine& line, RecordField field, const char* mark) {
-  constexpr int LastDay = 366;
-  const std::int16_t day = Whole(line, field);
+void FieldReader::NoteDay(const DataLine& line, RecordField field, std::int16_t day, const char* mark) {
   const bool standsForNone = field.first == record::HatchDay.first && day == 0;
   if (day == Missing)
     Note(Oddity::Mark, line, field, mark);
-  else if ((day < 1 || day > LastDay) && !standsForNone)
+  else if (!standsForNone)
     Note(Oddity::OtherYear, line, field, std::to_string(day));
-  return day;
 }
 
-double FieldReader::Age(const DataLine& line) {
+double FieldReader::OtherAge(const DataLine& line) {
   const double age = Number(line, record::Age);
   if (age == Missing) Note(Oddity::Mark, line, record::Age, "an unknown age of a clutch");
   return age;

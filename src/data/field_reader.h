@@ -1,7 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 
+#include "data/brood_data.h"
+#include "data/data_line.h"
 #include "data/reading_report.h"
 
 namespace merlane {
@@ -14,14 +18,30 @@ class FieldReader {
 
   double Number(const DataLine& line, RecordField field);
   /// Rounded half to even; RuntimeFailure beyond the range of 16 bits.
-  std::int16_t Whole(const DataLine& line, RecordField field);
+  std::int16_t Whole(const DataLine& line, RecordField field) {
+    const std::optional<int> plain = line.ReadWhole(field);
+    return plain && std::in_range<std::int16_t>(*plain) ? static_cast<std::int16_t>(*plain) : OtherWhole(line, field);
+  }
   double Covariate(const DataLine& line, int m);
   /// A count, of which -999 is the mark for none.
-  std::int16_t Count(const DataLine& line);
+  std::int16_t Count(const DataLine& line) {
+    const std::int16_t count = Whole(line, record::Count);
+    if (count < 0) NoteCount(line, count);
+    return count;
+  }
   /// A day of the year, or a hatch day, of which 0 stands for none; -999 is `mark`.
-  std::int16_t Day(const DataLine& line, RecordField field, const char* mark);
+  std::int16_t Day(const DataLine& line, RecordField field, const char* mark) {
+    constexpr int LastDay = 366;
+    const std::int16_t day = Whole(line, field);
+    if (day < 1 || day > LastDay) NoteDay(line, field, day, mark);
+    return day;
+  }
   /// An age that is no unknown one; -999 is the mark for it all the same.
-  double Age(const DataLine& line);
+  double Age(const DataLine& line) {
+    const std::optional<int> plain = line.ReadWhole(record::Age);
+    const bool isUsual = plain && *plain != 0 && *plain != Missing;  // a 0 may have a sign
+    return isUsual ? *plain : OtherAge(line);
+  }
 
   /// Notes that a field holds something odd that is read as told.
   void Note(Oddity kind, const DataLine& line, RecordField field, const std::string& readAs);
@@ -38,6 +58,11 @@ class FieldReader {
   ReadingReport& report;
 
  private:
+  std::int16_t OtherWhole(const DataLine& line, RecordField field);
+  double OtherAge(const DataLine& line);
+  void NoteCount(const DataLine& line, std::int16_t count);
+  void NoteDay(const DataLine& line, RecordField field, std::int16_t day, const char* mark);
+
   const bool notes_;
 };
 

@@ -19,6 +19,10 @@ namespace {
 
 /// Whether a line has a year, and which.
 bool HasYear(const DataLine& line, int& year) {
+  if (const std::optional<int> whole = line.ReadWhole(record::Year)) {
+    year = *whole;
+    return std::abs(year) <= std::numeric_limits<std::int16_t>::max();
+  }
   try {
     const DataLine::Reading reading = line.Read(record::Year);
     if (!reading.plain || std::fabs(reading.value) > std::numeric_limits<std::int16_t>::max()) return false;
