@@ -54,11 +54,11 @@ bool IsNarrow(const std::string& code) { return CharacterCount(code) < CodeWidth
 /// The counts of real data rise at times, and not as a simulation's do; what is written are those of the records.
 void RequireSameBack(const BroodData& data, const ReadingReport& report, int covariates) {
   // Records that stand apart are told, and numbered by where they stand: behind a brood that is left out, or in the
-  // order in which they are written, they would be others.
+  // order in which they are written, they would be others. One that takes another's place leaves what it does not tell.
   bool gaps = false;
   for (std::size_t v = 0; v < data.VisitAge.size(); ++v) gaps = gaps || !data.HasRecord(v);
   Require(!gaps || report.oddities.Has(Oddity::Gap), "gaps are told");
-  if (gaps || report.oddities.Has(Oddity::Apart)) return;
+  if (gaps || report.oddities.Has(Oddity::Apart) || report.oddities.Has(Oddity::Lost)) return;
   // A line that ends within its code is told, and written with blanks before it, which is another code; so is a code of
   // letters of several bytes in a file that is not UTF-8 elsewhere.
   if (std::ranges::any_of(data.BroodCode, IsNarrow)) {

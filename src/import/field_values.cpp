@@ -207,13 +207,18 @@ bool IsMissing(std::string_view field) {
 }
 
 bool StandsForTheOneAbove(std::string_view field) {
+  // Two letters alone may be a code.
+  static const std::set<std::string, std::less<>> words{
+      "idem",   "ditto", "dito",   "dto",        "dtto",    "same",    "dgl",        "dsgl", "ebd",
+      "ebenda", "ibid",  "ibidem", "igual",      "samma",   "sama",    "id.",        "do.",  "ib.",
+      "s.o.",   "jw.",   "so.",    "comoarriba", "asabove", "wieoben", "sameasabove"};
   static const std::set<std::string, std::less<>> marks{
-      "\"",      "\"\"",        "''",      ",,",         "\u3003", "\u201C", "\u201D", "\u201E", "\u00BB",
-      "-\"-",    "-''-",        "idem",    "id.",        "ditto",  "dito",   "do.",    "dto.",   "dtto",
-      "same",    "dgl.",        "dsgl.",   "s.o.",       "jw.",    "ibid.",  "ibidem", "samma",  "sama",
-      "asabove", "sameasabove", "wieoben", "comoarriba", "\u2193", "\u2191", "|",      "..."};
-  const bool hasDigit = field.find_first_of("0123456789") != std::string_view::npos;  // as most codes have
-  return !hasDigit && marks.contains(Alike(field));
+      "\"",   "\"\"", "''",     ",,",     "\u3003", "\u201C", "\u201D", "\u201E", "\u00BB", "-\"-", "--\"--",
+      "-''-", "|",    "\u2193", "\u2191", "\u00B0", "&",      "^",      "~",      "=",      "..",   "..."};
+  if (field.find_first_of("0123456789") != std::string_view::npos) return false;  // as most codes have
+  const std::string alike = Alike(field);
+  const std::string bare = alike.substr(0, alike.find_last_not_of('.') + 1);
+  return marks.contains(alike) || words.contains(alike) || words.contains(bare);
 }
 
 std::optional<double> NumberIn(std::string_view field, char decimal) {

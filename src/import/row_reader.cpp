@@ -45,6 +45,7 @@ RowReader::RowReader(const ImportChoices& choices, const std::vector<std::string
                   CovariateLook(choices.delimiter != Delimiter::Comma || choices.decimal == ',')) {
   for (const Role role : {Role::Unused, Role::Fate, Role::Covariate, Role::Stage})
     fateColumns_.insert(fateColumns_.end(), columns_.Of(role).begin(), columns_.Of(role).end());
+  for (const std::size_t column : fateColumns_) ends_.Watch(column, names[column]);
   std::ranges::copy_if(fateColumns_, std::back_inserter(youngColumns_), [&](std::size_t c) {
     return NamesYoung(names[c]) && !SpeaksOfFledging(HeadingLetters(names[c]));
   });
@@ -74,6 +75,7 @@ void RowReader::RemarkWhole() {
   widths_.Remark();
   stray_.Remark(remarks_);
   parted_.Remark(remarks_);
+  ends_.Tell(remarks_);
   RemarkMonths();
   dates_.Remark(remarks_);
   for (std::size_t i = 0; i < covariates_.size(); ++i)
@@ -156,6 +158,7 @@ void RowReader::TakeVisit(const RowFields& fields, int line) {
   visit.count = CountOf(fields, line);
   stages_.Set(fields, visit);
   CompareFate(fields, visit);
+  ends_.Look(fields, visit);
   visit.covariates = Covariates(fields, line);
   places_.Look(fields, visit, remarks_);
   parted_.Look(fields, visit);

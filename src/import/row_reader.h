@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "import/brood_ends.h"
 #include "import/brood_places.h"
 #include "import/counted_stage.h"
 #include "import/covariate_look.h"
@@ -119,6 +120,7 @@ class RowReader {
   StrayRows stray_;
   BroodPlaces places_;
   PartedCodes parted_;
+  BroodEnds ends_;
   std::vector<std::size_t> fateColumns_;   // that may tell what became of a brood
   std::vector<std::size_t> youngColumns_;  // of those, the ones that seem to count young
   DateLook dates_;

@@ -118,3 +118,13 @@ rows("h_totals_with_dates.csv", "Nest,Date,Hatch date,Eggs", "A1,2023-05-20,2023
      "Max,2023-05-27,2023-06-01,4", "n = 3,2023-05-27,2023-06-01,3")
 rows("h_second_table.csv", "Nest,Date,Eggs", "A1,2023-05-20,4", "A1,2023-05-27,4", "", "Predator,Date,n",
      "Fox,2023-05-27,3", "Fox,2023-05-28,2")
+
+# An end that another column tells, beside a number that was repeated; and one that is told of each visit.
+rows("h_failed_beside_eggs.csv", "Nest,Date,Hatch date,Eggs,Outcome", "A,2023-05-20,2023-06-01,4,hatched",
+     "A,2023-05-27,2023-06-01,4,hatched", "B,2023-05-20,2023-06-01,4,predated", "B,2023-05-27,2023-06-01,4,predated",
+     "C,2023-05-20,2023-06-01,4,failed", "C,2023-05-27,2023-06-01,0,failed")
+rows("h_failed_in_short.csv", "Nest,Date,Hatch date,Eggs,Survived", "A,2023-05-20,2023-06-01,4,1",
+     "A,2023-05-27,2023-06-01,4,1", "B,2023-05-20,2023-06-01,4,0", "B,2023-05-27,2023-06-01,4,0",
+     "C,2023-05-20,2023-06-01,4,0", "C,2023-05-27,2023-06-01,0,0")
+rows("h_ditto_otherwise.csv", "Nest,Date,Eggs", "A1,2023-05-20,4", "ebd.,2023-05-27,4", "B1,2023-05-21,4",
+     "ibid,2023-05-28,3", "&,2023-05-29,3")
