@@ -23,5 +23,8 @@ struct FileOutline {
 
 /// Looks through a text data file.
 FileOutline OutlineOf(std::string_view bytes);
+/// The same of a file, which is not held whole where it need not be; nothing of one that is no text in fixed columns or
+/// cannot be read, which the reading tells.
+FileOutline OutlineOfFile(const std::string& path);
 
 }  // namespace merlane

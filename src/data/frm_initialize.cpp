@@ -6,12 +6,9 @@
 
 #include "base/arithmetic.h"
 #include "base/number_text.h"
-#include "base/runtime_failure.h"
 #include "base/text.h"
 #include "control/version.h"
 #include "data/initialize_help.h"
-#include "platform/file_kind.h"
-#include "platform/files.h"
 
 namespace merlane {
 namespace {
@@ -30,16 +27,6 @@ std::vector<std::string> Range(int first, int last, int by = 1) {
 
 /// A typed number as the setting takes it: read leniently and rounded.
 std::int16_t Setting(const ComboBox& box) { return ToInt16(LenientNumber(box.text)); }
-
-/// What a text data file holds; nothing of a file that is none or cannot be read, which the reading tells.
-FileOutline OutlineOfFile(const std::string& path) {
-  try {
-    const std::string bytes = ReadWholeFile(path);
-    return ForeignKind(bytes).empty() ? OutlineOf(bytes) : FileOutline{};
-  } catch (const RuntimeFailure&) {
-    return {};
-  }
-}
 
 std::string LastTime(const Initialisation& last) {
   std::string words = fmt::format("Chosen last time: years {} to {}, {} covariate{}", last.FirstYear, last.LastYear,

@@ -7,14 +7,16 @@
 #include "data/data_line.h"
 #include "import/import_source.h"
 #include "platform/file_kind.h"
-#include "platform/files.h"
+#include "platform/regular_file.h"
 
 namespace merlane {
 namespace {
 
+/// How many lines behind the first are looked at.
+constexpr int LinesLookedAt = 200;
+
 /// Whether most of the first lines are divided as a data file in fixed columns is.
 bool FitsFixedColumns(std::string_view bytes) {
-  constexpr int LinesLookedAt = 200;
   DataLines lines(bytes, IsUtf8(bytes));
   lines.Next();
   int fit = 0, all = 0;
@@ -24,6 +26,28 @@ bool FitsFixedColumns(std::string_view bytes) {
     if (lines.Line().Misdivided(0).empty()) ++fit;
   }
   return 2 * fit >= all;
+}
+
+/// Whether the beginning of a file tells of the lines looked at what the whole would: none is cut, and none has letters
+/// that are or are not UTF-8 by what stands further down.
+bool HasLinesLookedAt(std::string_view beginning) {
+  if (!IsAscii(beginning)) return false;
+  DataLines lines(beginning, false);
+  lines.Next();
+  for (int all = 0; all < LinesLookedAt;) {
+    if (!lines.Next()) return false;
+    if (!lines.Line().IsBlank()) ++all;
+  }
+  return !lines.Rest().empty();
+}
+
+/// As much of a file as tells what it is: its beginning where that does, else the whole.
+std::string BytesThatTell(const std::string& path) {
+  constexpr std::size_t Beginning = 1 << 18;
+  const RegularFile file(path);
+  std::string bytes;
+  file.Read(0, Beginning, bytes);
+  return HasLinesLookedAt(bytes) ? bytes : file.Whole();
 }
 
 bool IsTable(const std::string& path) {
@@ -48,7 +72,7 @@ bool HasColumnsElsewhere(const std::string& path) {
 
 bool NeedsImport(const std::string& path) {
   try {
-    const std::string bytes = ReadWholeFile(path);
+    const std::string bytes = BytesThatTell(path);
     if (IsCompoundDocument(bytes)) return HasColumnsElsewhere(path);
     return (!ForeignKind(bytes).empty() || !FitsFixedColumns(bytes)) && IsTable(path);
   } catch (const RuntimeFailure&) {

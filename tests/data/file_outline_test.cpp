@@ -3,6 +3,11 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include <map>
+
+#include "platform/file_kind.h"
+#include "platform/files.h"
+
 namespace merlane {
 namespace {
 
@@ -72,6 +77,60 @@ TEST(FileOutline, OfALargeFileIsThatOfItsParts) {
   EXPECT_THAT(OutlineOf(text).InWords(), HasSubstr("1000 or more of its lines do not fit the fixed columns (line 2, "));
   EXPECT_EQ(OutlineOf(text).records, 0);
 }
+
+/// So many records, whose lines have unlike lengths, so that blocks of a file end anywhere in them.
+std::string ManyRecords(int records, const std::string& lineEnd, const std::string& code = "A") {
+  std::string text = HeadingLine + (",        Lake" + lineEnd);
+  for (int i = 0; i < records; ++i)
+    text += fmt::format("    {},       {},     160,       0,      -?,       5,           1{}{}", 1900 + i * 7 % 101,
+                        code, std::string(static_cast<std::size_t>(i % 11), ' '), lineEnd);
+  return text;
+}
+
+/// A file is looked through in blocks where that tells the same as the whole.
+TEST(FileOutline, OfALargeFileIsThatOfItsBytes) {
+  const std::string usual = ManyRecords(40000, "\r\n");
+  ASSERT_GT(usual.size(), 2u << 20);
+  const std::string misdivided = "2001,A,160,0,-?,5\n", blanks(3u << 18, ' ');
+  std::string few = ManyRecords(40000, "\n");
+  for (std::size_t at = 100'000; at < few.size(); at += 300'000) few.insert(few.find('\n', at) + 1, misdivided);
+  std::string many = few;
+  for (int i = 0; i < 600; ++i) many = many.insert(many.find('\n', 1'000'000) + 1, misdivided) + misdivided;
+  const std::map<std::string, std::string> files{
+      {"usual", usual},
+      {"line feeds", ManyRecords(40000, "\n")},
+      {"carriage returns", ManyRecords(40000, "\r")},
+      {"both", ManyRecords(20000, "\r") + ManyRecords(20000, "\n") + ManyRecords(20000, "\r\n")},
+      {"no last line end", usual.substr(0, usual.size() - 2)},
+      {"letters of several bytes", ManyRecords(40000, "\n", "\xC3\x84")},
+      {"letters of several bytes far down", usual + ManyRecords(1, "\n", "\xC3\x84") + misdivided},
+      {"letters of several bytes, and one that is none far down",
+       ManyRecords(40000, "\n", "\xC3\x84") + ManyRecords(1, "\n", "\xC4")},
+      {"letters of single bytes", ManyRecords(40000, "\n", "\xC4")},
+      {"byte order mark", "\xEF\xBB\xBF" + usual},
+      {"lines that do not fit", few},
+      {"many lines that do not fit", many},
+      {"a long line", usual + blanks + misdivided + usual},
+      {"a long heading", HeadingLine + blanks + "\n" + usual},
+      {"markup behind blanks", std::string(3u << 18, '\n') + "<html>" + usual},
+      {"a packed file", "PK\x03\x04" + usual},
+      {"blanks", blanks + blanks},
+  };
+  const std::string path = testing::TempDir() + "large_outline.dat";
+  for (const auto& [name, bytes] : files) {
+    WriteWholeFile(path, bytes, false);
+    const FileOutline ofFile = OutlineOfFile(path);
+    const FileOutline expected = ForeignKind(bytes).empty() ? OutlineOf(bytes) : FileOutline{};
+    EXPECT_EQ(ofFile.InWords(), expected.InWords()) << name;
+    EXPECT_EQ(ofFile.records, expected.records) << name;
+    EXPECT_EQ(ofFile.covariates, expected.covariates) << name;
+    EXPECT_EQ(ofFile.misdivided, expected.misdivided) << name;
+  }
+  WriteWholeFile(path, usual, false);
+  EXPECT_EQ(OutlineOfFile(path).records, 40000);
+}
+
+TEST(FileOutline, OfNoFileTellsNothing) { EXPECT_EQ(OutlineOfFile("/nowhere").InWords(), ""); }
 
 TEST(FileOutline, OfAnEmptyFileTellsNothing) { EXPECT_EQ(OutlineOf("").InWords(), ""); }
 

@@ -26,6 +26,28 @@ TEST(NeedsImport, ADataFileInFixedColumnsDoesNot) {
   EXPECT_FALSE(Needs("    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ\n")) << "a header alone";
 }
 
+std::string Lines(const std::string& line, int lines) {
+  std::string text;
+  for (int i = 0; i < lines; ++i) text += line;
+  return text;
+}
+
+/// The beginning of a large file decides where it can, and then as the whole would.
+TEST(NeedsImport, ALargeFileDoesAsItsWholeTells) {
+  const std::string heading = "    Year,    Code,    DofY,HatchDay,BroodAge,   #EorJ\n",
+                    record = "    1995,       A,     160,       0,      -?,       5\n",
+                    wide = "    1995,       \xC3\x84,     160,       0,      -?,       5\n",
+                    row = "1995,A,160,0,-?,5\n", named = "Year,Code,DofY,HatchDay,BroodAge,#EorJ\n";
+  EXPECT_FALSE(Needs(heading + Lines(record, 20000)));
+  EXPECT_TRUE(Needs(named + Lines(row, 40000)));
+  EXPECT_TRUE(Needs(heading + Lines(row, 150) + Lines(record, 20000))) << "200 lines are looked at";
+  EXPECT_FALSE(Needs(heading + Lines(row, 50) + Lines(record, 20000)));
+  EXPECT_FALSE(Needs(heading + Lines(wide, 20000))) << "columns are characters";
+  EXPECT_TRUE(Needs(heading + Lines(wide, 20000) + "\xC4\n")) << "columns are bytes, for the whole is not UTF-8";
+  EXPECT_FALSE(Needs(heading + Lines("\n", 300'000) + Lines(record, 300))) << "the lines stand further down";
+  EXPECT_TRUE(Needs(named + Lines("\n", 300'000) + Lines(row, 300)));
+}
+
 TEST(NeedsImport, WhatIsNoTableDoesNot) {
   EXPECT_FALSE(Needs(""));
   EXPECT_FALSE(Needs("a letter to a friend\n"));
