@@ -16,7 +16,8 @@ Answer AskInBox(const Message& message, QWidget* parent);
 std::optional<std::string> AskForLine(const InputRequest& request, QWidget* parent, bool aside);
 /// A request for a file, beginning in `folder` where the request names none; none when cancelled.
 std::optional<std::string> AskForFile(const FileRequest& request, const QString& folder, QWidget* parent);
-/// What all file dialogs have in common: they tell the size, kind and date of files whole, and take a path that is typed.
+/// What all file dialogs have in common: they tell the size, kind and date of files whole, and take a path that is
+/// typed.
 void PrepareFileDialog(QFileDialog& dialog);
 /// Tells of a command that failed.
 void TellFailure(const std::string& text, QWidget* parent);
